@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/ado/enums.h"
+#include "platform/store/database.h"
+
+namespace ado {
+
+class Session;  // the open database, its statement cache and its open cursors
+
+/// One connection to one database file. Statements are of the Jet dialect.
+class Connection {
+public:
+    Connection();
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    void Provider(const std::string& name) { provider_ = name; }
+    [[nodiscard]] const std::string& Provider() const { return provider_; }
+
+    /// Opens the file of that path; it must exist. User, password and options are not used.
+    /// Raises store::StoreError.
+    void Open(const std::string& path, const std::string& user = {},
+              const std::string& password = {}, int options = -1);
+    /// Closes; recordsets still open on it are closed too.
+    void Close();
+    [[nodiscard]] ObjectState State() const;
+
+    /// Runs one INSERT, UPDATE or DELETE; returns the number of rows changed. Raises jet::SqlError,
+    /// store::StoreError.
+    std::int64_t Execute(std::string_view sql);
+
+    /// Takes the write lock at once. CommitTrans and RollbackTrans raise an error without one.
+    void BeginTrans();
+    void CommitTrans();
+    void RollbackTrans();
+
+    /// The tables of another file become visible here; a table of this file wins.
+    void link(const std::string& path);
+
+    /// What a group operation runs in; see store::Durability.
+    void setDurability(store::Durability durability);
+    void checkpoint();
+
+    [[nodiscard]] const store::Catalog& catalog() const;
+    [[nodiscard]] const std::shared_ptr<Session>& session() const { return session_; }
+
+private:
+    std::string provider_;
+    std::shared_ptr<Session> session_;
+};
+
+/// Brackets one unit of work: begins in its constructor, commits in its destructor whatever
+/// happened inside (a fault keeps what the unit had written; only a killed program rolls it back).
+class UnitOfWork {
+public:
+    explicit UnitOfWork(Connection& connection);
+    ~UnitOfWork();
+    UnitOfWork(const UnitOfWork&) = delete;
+    UnitOfWork& operator=(const UnitOfWork&) = delete;
+    /// Commits now and raises what the commit raises.
+    void commit();
+
+private:
+    Connection* connection_;
+};
+
+}  // namespace ado

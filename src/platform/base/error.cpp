@@ -1,0 +1,24 @@
+#include "platform/base/error.h"
+
+namespace base {
+
+void raise(int number) {
+    switch (number) {
+        case errors::Overflow:
+            throw RunTimeError(number, "Overflow");
+        case errors::SubscriptOutOfRange:
+            throw RunTimeError(number, "Subscript out of range");
+        case errors::TypeMismatch:
+            throw RunTimeError(number, "Type mismatch");
+        case errors::FileNotFound:
+            throw RunTimeError(number, "File not found");
+        case errors::PathFileAccess:
+            throw RunTimeError(number, "Path/File access error");
+        case errors::InvalidUseOfNull:
+            throw RunTimeError(number, "Invalid use of Null");
+        default:
+            throw RunTimeError(number, "Application-defined or object-defined error");
+    }
+}
+
+}  // namespace base

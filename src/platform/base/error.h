@@ -1,0 +1,41 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace base {
+
+/// Error numbers of the run time that the program itself raises or tests for.
+namespace errors {
+inline constexpr int Overflow = 6;
+inline constexpr int SubscriptOutOfRange = 9;
+inline constexpr int TypeMismatch = 13;
+inline constexpr int FileNotFound = 53;
+inline constexpr int PathFileAccess = 75;
+inline constexpr int InvalidUseOfNull = 94;
+}  // namespace errors
+
+/// A run-time error with the number that the error handler reports. Everything that can be trapped
+/// derives from it; the end of the program does not (see EndProgram).
+class RunTimeError : public std::runtime_error {
+public:
+    RunTimeError(int number, const std::string& description)
+        : std::runtime_error(description), number_(number) {}
+
+    [[nodiscard]] int number() const noexcept { return number_; }
+    [[nodiscard]] std::string description() const { return what(); }
+
+private:
+    int number_;
+};
+
+/// Raises RunTimeError with the run time's own text for one of `errors`.
+[[noreturn]] void raise(int number);
+
+/// Thrown to end the program at once. No std::exception on purpose: no trap may swallow it.
+struct EndProgram {
+    int exitCode = 0;
+};
+
+}  // namespace base

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/base/date.h"
+
+namespace base {
+
+enum class MsgIcon { None, Critical, Question, Exclamation, Information };
+enum class MsgButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
+enum class MsgAnswer { Ok, Cancel, Yes, No, Retry };
+
+/// One message box as it is shown: plain text, title, icon, buttons.
+struct MsgRequest {
+    std::string text;
+    std::string title;
+    MsgIcon icon = MsgIcon::None;
+    MsgButtons buttons = MsgButtons::Ok;
+};
+
+/// Where message boxes go: the desktop, a script, a test.
+class MsgBoxPort {
+public:
+    virtual ~MsgBoxPort() = default;
+    /// Shows the box and waits for its answer.
+    virtual MsgAnswer show(const MsgRequest& request) = 0;
+};
+
+/// The time of day, replaceable in tests and scripts.
+class ClockPort {
+public:
+    virtual ~ClockPort() = default;
+    /// The present date and time, local.
+    [[nodiscard]] virtual Date now() const = 0;
+};
+
+/// What a long operation reports to: percent done, a status text, and a chance to repaint.
+class ProgressPort {
+public:
+    virtual ~ProgressPort() = default;
+    /// `percent` is 0 to 100.
+    virtual void progress(double percent) = 0;
+    virtual void status(const std::string& text) = 0;
+    /// Lets the form repaint; true when the user asked to stop.
+    virtual bool yield() = 0;
+};
+
+/// The loaded forms, as far as those below the forms need them.
+class FormRegistryPort {
+public:
+    virtual ~FormRegistryPort() = default;
+    /// Hides every loaded form and releases it once nothing of it is running any more.
+    virtual void unloadAll() = 0;
+};
+
+/// The ports in force. Each starts with one that works without a display: boxes are written to
+/// standard error and answered with their default button, the clock is the system's.
+struct Ports {
+    MsgBoxPort* msgBox;
+    ClockPort* clock;
+    FormRegistryPort* forms;
+    /// Sounds the bell; does nothing until a desktop sets it.
+    std::function<void()> beep;
+};
+
+Ports& ports();
+
+/// Shows a message box through the port in force.
+MsgAnswer MsgBox(const std::string& text, const std::string& title, MsgIcon icon = MsgIcon::None,
+                 MsgButtons buttons = MsgButtons::Ok);
+
+/// The present date and time through the port in force.
+Date Now();
+
+/// The default answer of a set of buttons: its first button.
+MsgAnswer defaultAnswer(MsgButtons buttons);
+
+}  // namespace base

@@ -1,0 +1,76 @@
+#include "platform/base/value.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/base/boundedarray.h"
+#include "platform/base/error.h"
+#include "platform/base/text.h"
+
+namespace base {
+
+namespace {
+template <class F>
+int errorOf(F&& f) {
+    try {
+        f();
+    } catch (const RunTimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+}  // namespace
+
+TEST(Value, DefaultTexts) {
+    EXPECT_EQ(Value(true).asText(), "True");
+    EXPECT_EQ(Value(61.5).asText(), "61.5");
+    EXPECT_EQ(Value(60.0).asText(), "60");
+    EXPECT_EQ(Value(-0.0).asText(), "0");
+    EXPECT_EQ(Value(0.1 + 0.2).asText(), "0.3");
+    EXPECT_EQ(Value(Date::timeOfDay(8, 0)).asText(), "8:00:00 AM");
+}
+
+TEST(Value, ConversionsRaiseTheRunTimesErrors) {
+    EXPECT_EQ(errorOf([] { (void)Value().asText(); }), errors::InvalidUseOfNull);
+    EXPECT_EQ(errorOf([] { (void)Value().asInteger(); }), errors::InvalidUseOfNull);
+    EXPECT_EQ(errorOf([] { (void)Value("12x").asNumber(); }), errors::TypeMismatch);
+    EXPECT_EQ(errorOf([] { (void)Value("nan").asNumber(); }), errors::TypeMismatch);
+    EXPECT_EQ(errorOf([] { (void)Value("maybe").asBoolean(); }), errors::TypeMismatch);
+    EXPECT_EQ(errorOf([] { (void)Value(1e300).asInteger(); }), errors::Overflow);
+}
+
+TEST(Value, WholeNumbersRoundHalvesToEven) {
+    EXPECT_EQ(Value(0.5).asInteger(), 0);
+    EXPECT_EQ(Value(1.5).asInteger(), 2);
+    EXPECT_EQ(Value(2.5).asInteger(), 2);
+    EXPECT_EQ(Value(-1.5).asInteger(), -2);
+    EXPECT_EQ(Value(" 12 ").asInteger(), 12);
+}
+
+TEST(Value, BooleanWordsAndNumbers) {
+    EXPECT_TRUE(Value("tRue").asBoolean());
+    EXPECT_FALSE(Value(" false ").asBoolean());
+    EXPECT_TRUE(Value("-1").asBoolean());
+    EXPECT_FALSE(Value("0").asBoolean());
+    EXPECT_EQ(Value(true).asNumber(), -1);
+}
+
+TEST(Text, LeadingNumberStopsAtTheFirstOtherCharacter) {
+    EXPECT_EQ(leadingNumber(" 12ab"), 12);
+    EXPECT_EQ(leadingNumber("-3.5 miles"), -3.5);
+    EXPECT_EQ(leadingNumber("x12"), 0);
+    EXPECT_EQ(leadingNumber("infinity"), 0);
+    EXPECT_EQ(leadingNumber(""), 0);
+}
+
+TEST(BoundedArray, BothBoundsAreIncludedAndNothingBeyond) {
+    BoundedArray<int, 1, 30> runs;
+    runs[1] = 7;
+    runs[30] = 9;
+    EXPECT_EQ(runs[1] + runs[30], 16);
+    EXPECT_EQ(errorOf([&] { runs[0] = 1; }), errors::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { runs[31] = 1; }), errors::SubscriptOutOfRange);
+    runs.erase();
+    EXPECT_EQ(runs[30], 0);
+}
+
+}  // namespace base
