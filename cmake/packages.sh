@@ -1,0 +1,46 @@
+# Installs what is missing of the Debian packages named as arguments; silent when nothing is.
+# Works as root or with sudo.
+need_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || {
+            echo "These packages are missing and neither root nor sudo is there: ${missing[*]}" >&2
+            return 1
+        }
+        root=(sudo)
+    fi
+    echo "Installing ${missing[*]}"
+    "${root[@]}" apt-get update -qq &&
+        "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
+            --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+build_packages=(g++ cmake ninja-build ccache qt6-base-dev libsqlite3-dev
+    libfmt-dev fonts-dejavu-core)
+test_packages=(libgtest-dev libgmock-dev dbus procps sqlite3)
+
+# Configures and builds a preset; prints what the build does only when it does something or fails.
+build_preset() {
+    local preset=$1 log
+    shift
+    log=$(mktemp)
+    [ -f "build/$preset/build.ninja" ] || echo "Configuring $preset"
+    if ! cmake --preset "$preset" "$@" >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    ninja -C "build/$preset" -n | grep -q 'no work to do' || echo "Building $preset"
+    if ! cmake --build --preset "$preset" >"$log" 2>&1; then
+        grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking|Generating|Automatic)' "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
