@@ -1,5 +1,6 @@
 #include "platform/base/value.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -41,6 +42,18 @@ std::string numberText(double number) {
         return "0";
     }
     return fmt::format("{:.15g}", number);
+}
+
+double singleOf(double number) {
+    const auto single = static_cast<float>(number);
+    if (!std::isfinite(single)) {
+        return single;
+    }
+    std::array<char, 32> digits{};
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), single);
+    double shortest = 0;
+    std::from_chars(digits.data(), written.ptr, shortest);
+    return shortest;
 }
 
 std::int64_t roundHalfEven(double number) {

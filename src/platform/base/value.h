@@ -57,6 +57,10 @@ private:
 /// A number as text without padding and trailing zeros: "61.5", "60", "-0.25"; 15 digits at most.
 [[nodiscard]] std::string numberText(double number);
 
+/// Rounded to single precision, given as the number with the fewest digits that is that single: 0.1
+/// stays 0.1, and a cast to float loses nothing.
+[[nodiscard]] double singleOf(double number);
+
 /// Rounded to a whole number, halves to even; raises "Overflow" (6) beyond 64 bits.
 [[nodiscard]] std::int64_t roundHalfEven(double number);
 

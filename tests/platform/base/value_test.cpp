@@ -73,4 +73,12 @@ TEST(BoundedArray, BothBoundsAreIncludedAndNothingBeyond) {
     EXPECT_EQ(runs[30], 0);
 }
 
+TEST(Value, SinglesKeepTheirShortText) {
+    EXPECT_EQ(numberText(singleOf(60.6 / 60)), "1.01");
+    EXPECT_EQ(numberText(singleOf(1.0 / 3)), "0.33333334");
+    for (const double number : {0.0, -2.0, 0.1, 1.0 / 3, 126.6731, 16777217.0}) {
+        EXPECT_EQ(static_cast<float>(singleOf(number)), static_cast<float>(number)) << number;
+    }
+}
+
 }  // namespace base
