@@ -27,12 +27,18 @@ struct Shape {
 enum class Binding {
     AsIs,
     TrimmedRight,  ///< a text compared with text
-    Code,          ///< a text written into a code column: trimmed right, only blanks become one
+    Code,          ///< written into a code column: as text, trimmed right, only blanks become one
+    Text,          ///< written into a text column: as text
     LikeFrom,      ///< the least text that begins with the pattern's fixed part
-    LikeTo,        ///< the least text beyond those
+    LikeTo,        ///< a text beyond all that begin with it
     LikePattern,   ///< the whole pattern in the store's own form
+    Number,        ///< as a number; raises "Type mismatch" (13) for a text that is none
+    Integer,       ///< as a whole number, halves to even
     Single,        ///< rounded to single precision
     YesNo,         ///< any non-zero is 1
+    Date,          ///< as a date-time: a number counts days, a text is read
+    DayFrom,       ///< the first midnight at or after the date
+    DayTo,         ///< the first midnight after the date
 };
 
 /// A parameter of the translated statement, in its order.
@@ -41,7 +47,7 @@ struct Parameter {
     Binding binding = Binding::AsIs;
 };
 
-/// The value to bind for a parameter.
+/// The value to bind for a parameter. Raises RunTimeError where the literal is not of its kind.
 [[nodiscard]] base::Value boundValue(const Parameter& parameter,
                                      const std::vector<base::Value>& literals);
 
@@ -49,11 +55,12 @@ enum class StatementKind { Select, Insert, Update, Delete };
 
 /// A column of a result.
 struct OutputColumn {
-    std::string name;                  ///< its own name or alias, as the statement or the table writes it
-    std::string source;                ///< the table's alias or name; empty for an expression
-    std::string column;                ///< the base column; empty for an expression
+    std::string name;  ///< its alias as the statement writes it, its own name as the table does, or
+                       ///< "Expr1000" with its place for an expression without alias
+    std::string source;  ///< the table's alias or name; empty for an expression
+    std::string column;  ///< the base column; empty for an expression
     store::ColumnKind kind = store::ColumnKind::Text;
-    int table = -1;                    ///< index into Translation::tables; -1 for an expression
+    int table = -1;  ///< index into Translation::tables; -1 for an expression
 };
 
 /// A base table of a SELECT whose rows can be written through the result.
