@@ -6,14 +6,22 @@ void raise(int number) {
     switch (number) {
         case errors::Overflow:
             throw RunTimeError(number, "Overflow");
+        case errors::OutOfMemory:
+            throw RunTimeError(number, "Out of memory");
         case errors::SubscriptOutOfRange:
             throw RunTimeError(number, "Subscript out of range");
         case errors::TypeMismatch:
             throw RunTimeError(number, "Type mismatch");
+        case errors::InternalError:
+            throw RunTimeError(number, "Internal error");
         case errors::FileNotFound:
             throw RunTimeError(number, "File not found");
+        case errors::PermissionDenied:
+            throw RunTimeError(number, "Permission denied");
         case errors::PathFileAccess:
             throw RunTimeError(number, "Path/File access error");
+        case errors::ObjectNotSet:
+            throw RunTimeError(number, "Object variable or With block variable not set");
         case errors::InvalidUseOfNull:
             throw RunTimeError(number, "Invalid use of Null");
         default:

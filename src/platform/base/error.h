@@ -9,10 +9,14 @@ namespace base {
 /// Error numbers of the run time that the program itself raises or tests for.
 namespace errors {
 inline constexpr int Overflow = 6;
+inline constexpr int OutOfMemory = 7;
 inline constexpr int SubscriptOutOfRange = 9;
 inline constexpr int TypeMismatch = 13;
+inline constexpr int InternalError = 51;
 inline constexpr int FileNotFound = 53;
+inline constexpr int PermissionDenied = 70;
 inline constexpr int PathFileAccess = 75;
+inline constexpr int ObjectNotSet = 91;
 inline constexpr int InvalidUseOfNull = 94;
 }  // namespace errors
 
