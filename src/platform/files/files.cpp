@@ -1,0 +1,68 @@
+#include "platform/files/files.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "platform/base/error.h"
+#include "platform/base/text.h"
+
+namespace files {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isFile(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    return !error && fs::exists(status) && !fs::is_directory(status);
+}
+
+}  // namespace
+
+std::string find(const std::string& path) {
+    const fs::path written(path);
+    const std::string name = written.filename().string();
+    if (name.empty() || isFile(written)) {
+        return path;
+    }
+    const fs::path folder = written.has_parent_path() ? written.parent_path() : fs::path(".");
+    std::string found;
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string candidate = entry->path().filename().string();
+        if (base::equalsNoCase(candidate, name) && (found.empty() || candidate < found) &&
+            isFile(entry->path())) {
+            found = candidate;
+        }
+    }
+    return found.empty() ? path : path.substr(0, path.size() - name.size()) + found;
+}
+
+bool exists(const std::string& path) { return !path.empty() && isFile(find(path)); }
+
+void copy(const std::string& from, const std::string& to) {
+    if (!exists(from)) {
+        throw base::RunTimeError(base::errors::FileNotFound, "File not found: " + from);
+    }
+    std::error_code error;
+    fs::copy_file(find(from), find(to), fs::copy_options::overwrite_existing, error);
+    if (error) {
+        throw base::RunTimeError(base::errors::PathFileAccess,
+                                 "Path/File access error: " + to + ": " + error.message());
+    }
+}
+
+bool remove(const std::string& path) {
+    std::error_code error;
+    return exists(path) && fs::remove(find(path), error) && !error;
+}
+
+std::string programFolder() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    return error ? fs::current_path(error).string() : program.parent_path().string();
+}
+
+}  // namespace files
