@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/ado/connection.h"
+
+namespace startup {
+
+/// Finds the configuration file and reads folders and the error switch from it into the session's
+/// globals. A key that is missing or empty is told in a message box and left empty; an error switch
+/// that is no Boolean raises "Type mismatch" (13).
+void SetPaths();
+
+/// Opens one database file, found without regard to the case of its name. Raises store::StoreError.
+/// The optional texts are not used.
+std::unique_ptr<ado::Connection> GetJetConnection(const std::string& path,
+                                                  const std::string& user = {},
+                                                  const std::string& password = {},
+                                                  const std::string& provider = {});
+
+/// Opens the six databases of the session. Raises store::StoreError at the first that does not
+/// open.
+void OpenRoutingDatabase();
+
+/// Closes and releases the connections that are open, unloads every form and ends the program
+/// (throws base::EndProgram). A unit of work still open keeps what it has written.
+[[noreturn]] void ShutDown(int exitCode = 0);
+
+/// Closes and releases the connections only; for the very end of the program.
+void closeConnections();
+
+}  // namespace startup

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "startup/session.h"
+
+namespace startup {
+
+/// Reports the error that is being handled as that of "Procedure of Module: Module." and then ends
+/// the program, unless the module is one that stays open. Called by trapped() only.
+void reportTrapped(std::string_view procedure, std::string_view module);
+
+/// Runs the body of a procedure under the error trap: the whole convention for run-time errors.
+///
+///     void frmTarn::cmdSearch_Click() {
+///         trapped("cmdSearch_Click", "frmTarn", [this] { ... });
+///     }
+///
+/// With gErrorHandling on, an error is reported by gErrHandler and the program shut down (throws
+/// base::EndProgram); the main form stays open, and the procedure then returns a value of its
+/// type's default. With gErrorHandling off, errors pass to the caller. EndProgram always passes.
+template <class Body>
+std::invoke_result_t<Body> trapped(std::string_view procedure, std::string_view module,
+                                   Body&& body) {
+    using Result = std::invoke_result_t<Body>;
+    if (!gErrorHandling || !gErrHandler) {
+        return std::forward<Body>(body)();
+    }
+    try {
+        return std::forward<Body>(body)();
+    } catch (const std::exception&) {
+        reportTrapped(procedure, module);
+    }
+    if constexpr (!std::is_void_v<Result>) {
+        return Result{};
+    }
+}
+
+/// What the run time says of an error that nobody trapped: "Run-time error '53':" and its text.
+/// Called while the error is being handled.
+[[nodiscard]] std::string untrappedText();
+
+}  // namespace startup
