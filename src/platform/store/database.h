@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/base/error.h"
 #include "platform/base/value.h"
@@ -11,7 +12,7 @@
 
 namespace store {
 
-/// Why the store refused; each kind has a run-time error number of its own (see database.cpp).
+/// Why the store refused; each kind has a run-time error number of its own (see numberOf).
 enum class Fault {
     Missing,       ///< no such file
     NotADatabase,  ///< the file is something else
@@ -19,10 +20,14 @@ enum class Fault {
     Damaged,       ///< a database whose pages do not fit together
     Locked,        ///< another program held it for longer than the time-out
     ReadOnly,      ///< the file or its folder cannot be written
+    Full,          ///< no room left on the disk
     Constraint,    ///< a duplicate key, a missing value, a code with trailing blanks
     Statement,     ///< SQL that the store refused
     Other,
 };
+
+/// The run-time error number of a kind.
+[[nodiscard]] int numberOf(Fault fault);
 
 class StoreError : public base::RunTimeError {
 public:
@@ -61,6 +66,26 @@ enum class Durability {
     Crash,     ///< a commit survives the program's end, the last ones may not survive a power cut
 };
 
+/// A column and the value that a row has there, or is to get.
+struct ColumnValue {
+    const Column* column = nullptr;
+    base::Value value;
+};
+
+/// One row of a table as it was fetched: its key, and the columns that must still hold these values
+/// when it is written.
+struct FetchedRow {
+    const Table* table = nullptr;
+    base::Value key;
+    std::vector<ColumnValue> values;
+};
+
+/// What became of a write to a fetched row.
+enum class RowOutcome { Written, Changed, Deleted };
+
+/// A test of two texts that SQL may call by name; its result depends on nothing else.
+using TextTest = bool (*)(std::string_view first, std::string_view second);
+
 /// One open database file. SQL given here is the store's own dialect.
 class Database {
 public:
@@ -77,16 +102,35 @@ public:
     /// The key that the last insert generated.
     [[nodiscard]] virtual std::int64_t lastKey() const = 0;
 
+    // One row of a table, by its key. Values are stored as they are given. `update` and `remove` do
+    // nothing where the row is gone or a fetched column holds something else by now.
+    virtual RowOutcome update(const FetchedRow& row, const std::vector<ColumnValue>& changes) = 0;
+    virtual RowOutcome remove(const FetchedRow& row) = 0;
+    /// Columns not given get their defaults; returns the new row's key.
+    virtual base::Value insert(const Table& table, const std::vector<ColumnValue>& values) = 0;
+    /// Fills the values of `columns` as they are stored now; false where the row is gone.
+    virtual bool read(const Table& table, const base::Value& key,
+                      std::vector<ColumnValue>& columns) = 0;
+    /// The default of a column as a value; Null where it has none.
+    virtual base::Value defaultOf(const Column& column) = 0;
+
+    /// Whether a transaction is open; a full disk or a damaged file ends one by rolling it back.
+    [[nodiscard]] virtual bool inTransaction() const = 0;
     /// Takes the write lock at once.
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;
 
+    /// Raises StoreError inside a transaction.
     virtual void setDurability(Durability durability) = 0;
-    /// Brings everything into the file itself.
+    /// Brings everything into the file itself, as far as other programs that read it allow.
     virtual void checkpoint() = 0;
 
-    /// Creates a table with its key, checks and indexes, and adds it to the catalogue.
+    /// Makes `test` callable in SQL as name(first, second): 1 or 0, Null where either text is Null.
+    virtual void registerTest(const std::string& name, TextTest test) = 0;
+
+    /// Creates a table with its key, checks and indexes, and adds it to the catalogue. A counter
+    /// must be the table's only key column.
     virtual void create(const Table& table) = 0;
 };
 
@@ -94,7 +138,7 @@ public:
 inline constexpr int LockTimeoutMs = 5000;
 
 /// Opens an existing file and reads it once. Never creates one. Raises StoreError: Missing,
-/// NotADatabase, OtherKind, Damaged, Locked.
+/// NotADatabase, OtherKind, Damaged, Locked; ReadOnly where even reading needs to write beside it.
 std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs = LockTimeoutMs);
 
 /// Creates a new, empty file, readable by its owner only; raises StoreError where one is there.

@@ -39,7 +39,8 @@ struct Table {
     std::vector<Column> columns;
     std::vector<std::string> key = {};
     std::vector<Index> indexes = {};
-    /// The expression that names a row for good ("rowid"); set by the catalogue of an open database.
+    /// The expression that names a row for good ("rowid"); set by the catalogue of an open
+    /// database.
     std::string rowKey = {};
 
     /// The column of that name, matched without case; null where there is none.

@@ -1,0 +1,34 @@
+#include "platform/store/database.h"
+
+namespace store {
+
+int numberOf(Fault fault) {
+    switch (fault) {
+        case Fault::Missing:
+            return 3024;
+        case Fault::NotADatabase:
+            return 3343;
+        case Fault::OtherKind:
+            return 3274;
+        case Fault::Damaged:
+            return 3049;
+        case Fault::Locked:
+            return 3260;
+        case Fault::ReadOnly:
+            return 3027;
+        case Fault::Full:
+            return 3183;
+        case Fault::Constraint:
+            return 3022;
+        case Fault::Statement:
+            return 3075;
+        case Fault::Other:
+            break;
+    }
+    return -2147467259;
+}
+
+StoreError::StoreError(Fault fault, const std::string& description)
+    : base::RunTimeError(numberOf(fault), description), fault_(fault) {}
+
+}  // namespace store

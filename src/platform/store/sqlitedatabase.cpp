@@ -1,0 +1,177 @@
+#include "platform/store/sqlitedatabase.h"
+
+#include <cstdint>
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include "platform/store/sqlitecatalog.h"
+#include "platform/store/sqliteddl.h"
+
+namespace store::sqlite {
+
+namespace {
+
+std::string_view textOf(sqlite3_value* value) {
+    const unsigned char* text = sqlite3_value_text(value);
+    return {reinterpret_cast<const char*>(text),
+            static_cast<std::size_t>(sqlite3_value_bytes(value))};
+}
+
+void callTest(sqlite3_context* context, int, sqlite3_value** arguments) {
+    if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
+        sqlite3_value_type(arguments[1]) == SQLITE_NULL) {
+        return;
+    }
+    const auto test = reinterpret_cast<TextTest>(sqlite3_user_data(context));
+    try {
+        sqlite3_result_int(context, test(textOf(arguments[0]), textOf(arguments[1])) ? 1 : 0);
+    } catch (const std::exception& e) {
+        sqlite3_result_error(context, e.what(), -1);
+    }
+}
+
+/// Undoes what was done since its making unless it is kept.
+class SavePoint {
+public:
+    explicit SavePoint(SqliteDatabase& database) : database_(database) {
+        database_.execute("SAVEPOINT creation");
+    }
+    ~SavePoint() {
+        if (!kept_) {
+            try {
+                database_.execute("ROLLBACK TO creation");
+                database_.execute("RELEASE creation");
+            } catch (const StoreError&) {  // the engine has rolled back by itself
+            }
+        }
+    }
+    SavePoint(const SavePoint&) = delete;
+    SavePoint& operator=(const SavePoint&) = delete;
+    void keep() {
+        database_.execute("RELEASE creation");
+        kept_ = true;
+    }
+
+private:
+    SqliteDatabase& database_;
+    bool kept_ = false;
+};
+
+}  // namespace
+
+SqliteDatabase::SqliteDatabase(const std::string& path, int lockTimeoutMs)
+    : source_{nullptr, path, lockTimeoutMs}, handle_(nullptr, sqlite3_close_v2), rows_(source_) {
+    openFile(source_, handle_);
+    addTables("main", path);
+}
+
+SqliteDatabase::~SqliteDatabase() { rows_.clear(); }
+
+void SqliteDatabase::addTables(const std::string& attachedAs, const std::string& path) {
+    Source source = source_;
+    source.path = path;
+    for (Table& table : readTables(source, attachedAs)) {
+        catalog_.add(std::move(table));
+    }
+}
+
+void SqliteDatabase::link(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        raiseMissing(path);
+    }
+    const std::string name = fmt::format("linked{}", linked_.size() + 1);
+    {
+        PreparedStatement attach(source_, "ATTACH ? AS " + quoted(name));
+        attach.bind(0, path);
+        attach.step();
+    }
+    try {
+        checkHeader(source_, name, path);
+        addTables(name, path);
+    } catch (...) {
+        execute("DETACH " + quoted(name));
+        throw;
+    }
+    linked_.emplace_back(name, path);
+}
+
+std::unique_ptr<Statement> SqliteDatabase::prepare(std::string_view sql) {
+    return std::make_unique<PreparedStatement>(source_, sql);
+}
+
+std::int64_t SqliteDatabase::execute(std::string_view sql) {
+    PreparedStatement statement(source_, sql);
+    const std::int64_t before = sqlite3_total_changes64(source_.handle);
+    while (statement.step()) {
+    }
+    return sqlite3_total_changes64(source_.handle) == before ? 0 : changedRows();
+}
+
+std::int64_t SqliteDatabase::changedRows() const { return sqlite3_changes64(source_.handle); }
+
+std::int64_t SqliteDatabase::lastKey() const { return sqlite3_last_insert_rowid(source_.handle); }
+
+RowOutcome SqliteDatabase::update(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
+    return rows_.update(row, changes);
+}
+
+RowOutcome SqliteDatabase::remove(const FetchedRow& row) { return rows_.remove(row); }
+
+base::Value SqliteDatabase::insert(const Table& table, const std::vector<ColumnValue>& values) {
+    return rows_.insert(table, values);
+}
+
+bool SqliteDatabase::read(const Table& table, const base::Value& key,
+                          std::vector<ColumnValue>& columns) {
+    return rows_.read(table, key, columns);
+}
+
+base::Value SqliteDatabase::defaultOf(const Column& column) { return rows_.defaultOf(column); }
+
+bool SqliteDatabase::inTransaction() const { return sqlite3_get_autocommit(source_.handle) == 0; }
+
+void SqliteDatabase::begin() { execute("BEGIN IMMEDIATE"); }
+
+void SqliteDatabase::commit() { execute("COMMIT"); }
+
+void SqliteDatabase::rollback() { execute("ROLLBACK"); }
+
+void SqliteDatabase::setDurability(Durability durability) {
+    const std::string_view level = durability == Durability::PowerCut ? "FULL" : "NORMAL";
+    execute(fmt::format("PRAGMA main.synchronous = {}", level));
+    for (const auto& [name, path] : linked_) {
+        execute(fmt::format("PRAGMA {}.synchronous = {}", quoted(name), level));
+    }
+}
+
+void SqliteDatabase::checkpoint() {
+    const int code = sqlite3_wal_checkpoint_v2(source_.handle, nullptr, SQLITE_CHECKPOINT_TRUNCATE,
+                                               nullptr, nullptr);
+    if (code != SQLITE_BUSY && code != SQLITE_LOCKED) {
+        check(source_, code);
+    }
+}
+
+void SqliteDatabase::registerTest(const std::string& name, TextTest test) {
+    check(source_,
+          sqlite3_create_function(source_.handle, name.c_str(), 2,
+                                  SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS,
+                                  reinterpret_cast<void*>(test), callTest, nullptr, nullptr));
+}
+
+void SqliteDatabase::create(const Table& table) {
+    SavePoint savePoint(*this);
+    for (const std::string& statement : createStatements(table)) {
+        execute(statement);
+    }
+    savePoint.keep();
+    catalog_ = {};
+    addTables("main", source_.path);
+    for (const auto& [name, path] : linked_) {
+        addTables(name, path);
+    }
+}
+
+}  // namespace store::sqlite

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/store/database.h"
+#include "platform/store/sqliterows.h"
+
+namespace store::sqlite {
+
+/// A database file opened by the engine.
+class SqliteDatabase final : public Database {
+public:
+    /// Opens an existing file, see store::open.
+    SqliteDatabase(const std::string& path, int lockTimeoutMs);
+    ~SqliteDatabase() override;
+    SqliteDatabase(const SqliteDatabase&) = delete;
+    SqliteDatabase& operator=(const SqliteDatabase&) = delete;
+
+    [[nodiscard]] const Catalog& catalog() const override { return catalog_; }
+    void link(const std::string& path) override;
+
+    std::unique_ptr<Statement> prepare(std::string_view sql) override;
+    std::int64_t execute(std::string_view sql) override;
+    [[nodiscard]] std::int64_t changedRows() const override;
+    [[nodiscard]] std::int64_t lastKey() const override;
+
+    RowOutcome update(const FetchedRow& row, const std::vector<ColumnValue>& changes) override;
+    RowOutcome remove(const FetchedRow& row) override;
+    base::Value insert(const Table& table, const std::vector<ColumnValue>& values) override;
+    bool read(const Table& table, const base::Value& key,
+              std::vector<ColumnValue>& columns) override;
+    base::Value defaultOf(const Column& column) override;
+
+    [[nodiscard]] bool inTransaction() const override;
+    void begin() override;
+    void commit() override;
+    void rollback() override;
+
+    void setDurability(Durability durability) override;
+    void checkpoint() override;
+    void registerTest(const std::string& name, TextTest test) override;
+    void create(const Table& table) override;
+
+private:
+    void addTables(const std::string& attachedAs, const std::string& path);
+
+    Source source_;
+    std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle_;
+    Rows rows_;
+    Catalog catalog_;
+    std::vector<std::pair<std::string, std::string>> linked_;  ///< name in SQL and path
+};
+
+/// Opens the file at `path` with the engine, with the settings that every connection has, after
+/// looking at its header. Raises StoreError.
+void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handle);
+
+/// Looks at the header of an attached file; raises StoreError where it is no sound database.
+void checkHeader(const Source& source, const std::string& attachedAs, const std::string& path);
+
+}  // namespace store::sqlite

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/schema.h"
+
+namespace store::sqlite {
+
+/// A name as SQL text: "RUN", quotes in it doubled.
+[[nodiscard]] std::string quoted(std::string_view name);
+
+/// The statements that make a table with its checks, key and indexes. Raises StoreError where the
+/// description contradicts itself.
+[[nodiscard]] std::vector<std::string> createStatements(const Table& table);
+
+/// What a declared type stands for, ours and anybody's; the counter is told apart elsewhere.
+[[nodiscard]] ColumnKind kindOfDeclaredType(std::string_view type);
+
+}  // namespace store::sqlite

@@ -1,0 +1,164 @@
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <system_error>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/store/sqlitedatabase.h"
+
+namespace store {
+
+namespace sqlite {
+
+namespace {
+
+using Header = std::array<unsigned char, 100>;
+
+constexpr std::string_view OwnMark{"SQLite format 3\0", 16};
+constexpr std::size_t AccessMarkAt = 4;
+constexpr std::string_view AccessMarks[] = {"Standard Jet DB", "Standard ACE DB", "Jet System DB"};
+
+std::string_view textOf(const Header& header) {
+    return {reinterpret_cast<const char*>(header.data()), header.size()};
+}
+
+std::uint32_t numberAt(const Header& header, std::size_t place) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        number = number << 8 | header[place + i];
+    }
+    return number;
+}
+
+void checkMark(const Header& header, const std::string& path) {
+    for (const std::string_view mark : AccessMarks) {
+        if (textOf(header).substr(AccessMarkAt).starts_with(mark)) {
+            raiseAccessFile(path);
+        }
+    }
+    if (!textOf(header).starts_with(OwnMark)) {
+        raiseNotADatabase(path);
+    }
+}
+
+/// A file that lost its end: the header counts more pages than there are. Says nothing while
+/// changes wait in a log beside the file, nor where an old tool left the count out of date.
+void checkLength(const Header& header, std::int64_t size, const std::string& path) {
+    struct stat log {};
+    const bool hasLog = stat((path + "-wal").c_str(), &log) == 0 && log.st_size > 0;
+    const bool isCurrent = numberAt(header, 24) == numberAt(header, 92);
+    const std::int64_t half = header[16] * 256 + header[17];
+    const std::int64_t pageSize = half == 1 ? 65536 : half;
+    const std::int64_t expected = pageSize * numberAt(header, 28);
+    if (!hasLog && isCurrent && size < expected) {
+        raiseDamaged(path, fmt::format("{} of {} bytes are missing", expected - size, expected));
+    }
+}
+
+void execute(const Source& source, const char* sql) {
+    check(source, sqlite3_exec(source.handle, sql, nullptr, nullptr, nullptr));
+}
+
+/// Every connection: work tables stay off the disk (they hold children's data), a name in double
+/// quotes is never taken for a text, foreign files cannot smuggle in functions.
+void applySettings(const Source& source) {
+    sqlite3_busy_timeout(source.handle, source.lockTimeoutMs);
+    sqlite3_extended_result_codes(source.handle, 1);
+    sqlite3_db_config(source.handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(source.handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(source.handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    execute(source, "PRAGMA temp_store = MEMORY");
+    execute(source, "PRAGMA cache_size = -16000");
+}
+
+/// A file that another tool made keeps another journal; where it cannot be changed now it works
+/// as it is.
+void keepLogBeside(const Source& source) {
+    const int code =
+        sqlite3_exec(source.handle, "PRAGMA main.journal_mode = WAL", nullptr, nullptr, nullptr);
+    if ((code & 0xff) != SQLITE_READONLY) {
+        check(source, code);
+    }
+    execute(source, "PRAGMA main.synchronous = FULL");
+}
+
+void requireFile(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) {
+            raiseMissing(path);
+        }
+        throw StoreError(Fault::Other,
+                         fmt::format("The database file \"{}\" cannot be reached: {}.", path,
+                                     std::generic_category().message(errno)));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        raiseNotADatabase(path);
+    }
+    if (access(path.c_str(), R_OK) != 0) {
+        throw StoreError(
+            Fault::Other,
+            fmt::format("The database file \"{}\" may not be read by this user.", path));
+    }
+}
+
+}  // namespace
+
+// The header is read through the engine: closing a descriptor of our own would drop the locks that
+// other connections of this process hold on the file.
+void checkHeader(const Source& source, const std::string& attachedAs, const std::string& path) {
+    sqlite3_file* file = nullptr;
+    check(source, sqlite3_file_control(source.handle, attachedAs.c_str(), SQLITE_FCNTL_FILE_POINTER,
+                                       &file));
+    sqlite3_int64 size = 0;
+    check(source, file->pMethods->xFileSize(file, &size));
+    Header header{};
+    const int code = file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0);
+    if (code != SQLITE_IOERR_SHORT_READ) {
+        check(source, code);
+    }
+    checkMark(header, path);
+    checkLength(header, size, path);
+}
+
+void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handle) {
+    requireFile(source.path);
+    const int code = sqlite3_open_v2(source.path.c_str(), &source.handle,
+                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    handle.reset(source.handle);
+    check(source, code);
+    checkHeader(source, "main", source.path);
+    applySettings(source);
+    keepLogBeside(source);
+}
+
+}  // namespace sqlite
+
+std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs) {
+    return std::make_unique<sqlite::SqliteDatabase>(path, lockTimeoutMs);
+}
+
+std::unique_ptr<Database> createFile(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor < 0) {
+        throw StoreError(Fault::Other,
+                         fmt::format("The database file \"{}\" cannot be created: {}.", path,
+                                     std::generic_category().message(errno)));
+    }
+    close(descriptor);
+    sqlite3* made = nullptr;
+    const int code = sqlite3_open_v2(path.c_str(), &made, SQLITE_OPEN_READWRITE, nullptr);
+    const sqlite::Source source{made, path, LockTimeoutMs};
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle(made, sqlite3_close_v2);
+    sqlite::check(source, code);
+    sqlite::check(source,
+                  sqlite3_exec(made, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr));
+    return open(path);
+}
+
+}  // namespace store

@@ -1,0 +1,137 @@
+#include "platform/store/sqlitestatement.h"
+
+#include <string>
+
+#include <fmt/format.h>
+
+#include "platform/base/text.h"
+
+namespace store::sqlite {
+
+namespace {
+
+void refuseRest(const Source& source, std::string_view rest) {
+    if (rest.find_first_not_of(" \t\r\n;") != std::string_view::npos) {
+        throw StoreError(Fault::Statement, fmt::format("\"{}\": only one statement can be run at a "
+                                                       "time; this follows it: {}",
+                                                       source.path, rest));
+    }
+}
+
+int bindText(sqlite3_stmt* statement, int position, std::string_view text) {
+    return sqlite3_bind_text64(statement, position, text.data(), text.size(), SQLITE_TRANSIENT,
+                               SQLITE_UTF8);
+}
+
+int bindValue(sqlite3_stmt* statement, int position, const base::Value& value) {
+    if (value.isNull()) {
+        return sqlite3_bind_null(statement, position);
+    }
+    if (value.isText()) {
+        return bindText(statement, position, value.heldText());
+    }
+    if (value.isDouble()) {
+        return sqlite3_bind_double(statement, position, value.asNumber());
+    }
+    if (value.isDate()) {
+        return bindText(statement, position, value.asDate().iso());
+    }
+    if (value.isYesNo()) {
+        return sqlite3_bind_int(statement, position, value.asBoolean() ? 1 : 0);
+    }
+    return sqlite3_bind_int64(statement, position, value.asInteger());
+}
+
+}  // namespace
+
+PreparedStatement::PreparedStatement(const Source& source, std::string_view sql) : source_(source) {
+    const char* rest = nullptr;
+    check(source_, sqlite3_prepare_v3(source_.handle, sql.data(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &statement_, &rest));
+    const auto used = static_cast<std::size_t>(rest - sql.data());
+    try {
+        refuseRest(source_, sql.substr(used));
+    } catch (...) {
+        sqlite3_finalize(statement_);
+        throw;
+    }
+    if (statement_ == nullptr) {
+        throw StoreError(Fault::Statement,
+                         fmt::format("\"{}\": the statement is empty.", source_.path));
+    }
+}
+
+PreparedStatement::~PreparedStatement() { sqlite3_finalize(statement_); }
+
+void PreparedStatement::bind(int parameter, const base::Value& value) {
+    check(source_, bindValue(statement_, parameter + 1, value));
+}
+
+bool PreparedStatement::step() {
+    const int code = sqlite3_step(statement_);
+    if (code == SQLITE_ROW) {
+        return true;
+    }
+    if (code != SQLITE_DONE) {
+        // Read the fault's text before the reset that releases the statement's locks clears it.
+        struct Release {
+            sqlite3_stmt* statement;
+            ~Release() { sqlite3_reset(statement); }
+        } release{statement_};
+        raiseFault(source_, code);
+    }
+    return false;
+}
+
+void PreparedStatement::reset() {
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+}
+
+int PreparedStatement::columnCount() const { return sqlite3_column_count(statement_); }
+
+CellType PreparedStatement::type(int column) const {
+    switch (sqlite3_column_type(statement_, column)) {
+        case SQLITE_NULL:
+            return CellType::Null;
+        case SQLITE_INTEGER:
+            return CellType::Integer;
+        case SQLITE_FLOAT:
+            return CellType::Real;
+        default:
+            return CellType::Text;
+    }
+}
+
+std::int64_t PreparedStatement::integer(int column) const {
+    return sqlite3_column_int64(statement_, column);
+}
+
+double PreparedStatement::real(int column) const {
+    return sqlite3_column_double(statement_, column);
+}
+
+std::string_view PreparedStatement::text(int column) const {
+    const unsigned char* text = sqlite3_column_text(statement_, column);
+    if (text == nullptr) {
+        return {};
+    }
+    return {reinterpret_cast<const char*>(text),
+            static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+base::Value PreparedStatement::stored(int column) const {
+    switch (type(column)) {
+        case CellType::Null:
+            return {};
+        case CellType::Integer:
+            return integer(column);
+        case CellType::Real:
+            return real(column);
+        case CellType::Text:
+            break;
+    }
+    return std::string(text(column));
+}
+
+}  // namespace store::sqlite

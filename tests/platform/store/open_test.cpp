@@ -1,0 +1,213 @@
+#include <chrono>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/store/database.h"
+#include "scratch.h"
+#include "tables.h"
+
+namespace {
+
+using store::Fault;
+using testing::AllOf;
+using testing::HasSubstr;
+
+/// What opening a file raises, checked to name the file.
+store::StoreError refusalOf(const std::string& path, int timeoutMs = 50) {
+    try {
+        store::open(path, timeoutMs);
+    } catch (const store::StoreError& error) {
+        EXPECT_THAT(error.description(), HasSubstr(path));
+        return error;
+    }
+    throw std::runtime_error("was opened: " + path);
+}
+
+std::string sampleFile(const Scratch& scratch, const std::string& name = "routing.mdb") {
+    const auto database = store::createFile(scratch.path(name));
+    database->create(everyKind());
+    database->begin();
+    for (int i = 0; i < 2000; ++i) {
+        database->execute("INSERT INTO STOPS (RUN) VALUES ('R" + std::to_string(i) + "')");
+    }
+    database->commit();
+    return scratch.path(name);
+}
+
+TEST(Open, NeverCreatesAFile) {
+    const Scratch scratch;
+    EXPECT_EQ(refusalOf(scratch.path("routing.mdb")).fault(), Fault::Missing);
+    EXPECT_EQ(refusalOf(scratch.path("no/such/folder.mdb")).fault(), Fault::Missing);
+    EXPECT_FALSE(std::filesystem::exists(scratch.path("routing.mdb")));
+}
+
+TEST(Open, TellsWhatAFileIsInstead) {
+    const Scratch scratch;
+    EXPECT_EQ(refusalOf(scratch.write("a", "")).fault(), Fault::NotADatabase);
+    EXPECT_EQ(refusalOf(scratch.write("b", "[AppPaths]\n")).fault(), Fault::NotADatabase);
+    EXPECT_EQ(refusalOf(scratch.write("c", std::string(4096, '\xff'))).fault(),
+              Fault::NotADatabase);
+    EXPECT_EQ(refusalOf(std::filesystem::temp_directory_path()).fault(), Fault::NotADatabase);
+
+    const std::string head("\0\1\0\0", 4);
+    for (const char* mark : {"Standard Jet DB", "Standard ACE DB"}) {
+        const auto refusal = refusalOf(
+            scratch.write("d", head + mark + std::string(1, '\0') + std::string(4000, 'x')));
+        EXPECT_EQ(refusal.fault(), Fault::OtherKind);
+        EXPECT_THAT(refusal.description(), AllOf(HasSubstr("Access"), HasSubstr("imported")));
+    }
+}
+
+TEST(Open, NoticesAFileThatLostItsEnd) {
+    const Scratch scratch;
+    const std::string path = sampleFile(scratch);
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) - 4096);
+    const auto refusal = refusalOf(path);
+    EXPECT_EQ(refusal.fault(), Fault::Damaged);
+    EXPECT_THAT(refusal.description(), HasSubstr("4096 of"));
+}
+
+TEST(Open, NoticesADamagedTableList) {
+    const Scratch scratch;
+    const std::string path = sampleFile(scratch);
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(100);
+    file << std::string(3900, '\x7f');
+    file.close();
+    EXPECT_EQ(refusalOf(path).fault(), Fault::Damaged);
+}
+
+TEST(Open, GivesUpOnALockedFileAfterTheTimeOut) {
+    const Scratch scratch;
+    const std::string path = sampleFile(scratch);
+    const PlainFile other(path);
+    other.run("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE");
+    const auto refusal = refusalOf(path, 200);
+    EXPECT_EQ(refusal.fault(), Fault::Locked);
+    EXPECT_THAT(refusal.description(), HasSubstr("within 0.2 seconds"));
+    other.run("COMMIT");
+    EXPECT_NO_THROW(store::open(path, 200));
+}
+
+TEST(Open, WritingWaitsForAnotherWriterAndThenSaysWhoIsInTheWay) {
+    const Scratch scratch;
+    const auto database = store::open(sampleFile(scratch), 50);
+    const PlainFile other(scratch.path("routing.mdb"));
+    other.run("BEGIN IMMEDIATE; UPDATE STOPS SET SEQ = 9");
+    try {
+        database->begin();
+        FAIL() << "began beside another writer";
+    } catch (const store::StoreError& error) {
+        EXPECT_EQ(error.fault(), Fault::Locked);
+        EXPECT_THAT(error.description(), HasSubstr("routing.mdb"));
+    }
+    other.run("ROLLBACK");
+    database->begin();
+    database->commit();
+}
+
+TEST(Open, AReadOnlyFileRefusesWritesInPlainWords) {
+    if (geteuid() == 0 && seteuid(65534) != 0) {
+        GTEST_SKIP() << "cannot give up the right to write everything";
+    }
+    {
+        const Scratch scratch;
+        const std::string path = sampleFile(scratch);
+        chmod(path.c_str(), 0400);
+        const auto database = store::open(path);
+        try {
+            database->execute("DELETE FROM STOPS");
+            ADD_FAILURE() << "wrote a read-only file";
+        } catch (const store::StoreError& error) {
+            EXPECT_EQ(error.fault(), Fault::ReadOnly);
+            EXPECT_THAT(error.description(), AllOf(HasSubstr(path), HasSubstr("read-only")));
+        }
+    }
+    if (getuid() == 0) {
+        ASSERT_EQ(seteuid(0), 0);
+    }
+}
+
+TEST(Open, AFullDiskIsNamedAndLeavesTheFileAsItWas) {
+    const Scratch scratch;
+    const auto database = store::open(sampleFile(scratch));
+    database->execute("PRAGMA max_page_count = 1");
+    try {
+        for (int i = 0; i < 1000; ++i) {
+            database->execute("INSERT INTO STOPS (RUN) VALUES (hex(randomblob(2000)))");
+        }
+        FAIL() << "never full";
+    } catch (const store::StoreError& error) {
+        EXPECT_EQ(error.fault(), Fault::Full);
+        EXPECT_THAT(error.description(), HasSubstr("no room"));
+    }
+    const PlainFile other(scratch.path("routing.mdb"));
+    EXPECT_EQ(other.run("PRAGMA integrity_check"), "ok");
+}
+
+TEST(CreateFile, IsReadableByItsOwnerOnlyAndNeverReplacesAFile) {
+    const Scratch scratch;
+    const std::string path = scratch.path("trip.mdb");
+    const auto database = store::createFile(path);
+    database->create(everyKind());
+    for (const std::string& name : {path, path + "-wal", path + "-shm"}) {
+        struct stat status {};
+        ASSERT_EQ(stat(name.c_str(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 0777, 0600U) << name;
+    }
+    EXPECT_THROW(store::createFile(path), store::StoreError);
+    EXPECT_NE(database->catalog().find("stops"), nullptr);
+}
+
+TEST(Link, OwnTablesWinAndABadFileLeavesNothingBehind) {
+    const Scratch scratch;
+    const auto trip = store::createFile(scratch.path("trip.mdb"));
+    trip->create(
+        {"VEHTYPE", {{"VEHTYPE", store::ColumnKind::Code}, {"HIGH", store::ColumnKind::Integer}}});
+    trip->create({"EMPLOYEE", {{"EMPNUM", store::ColumnKind::Integer}}, {"EMPNUM"}});
+    trip->execute("INSERT INTO EMPLOYEE VALUES (12)");
+    const auto routing = store::createFile(scratch.path("routing.mdb"));
+    routing->create({"VEHTYPE", {{"VEHTYPE", store::ColumnKind::Code}}});
+    routing->link(scratch.path("trip.mdb"));
+
+    ASSERT_NE(routing->catalog().find("EMPLOYEE"), nullptr);
+    EXPECT_EQ(routing->catalog().find("VEHTYPE")->columns.size(), 1U);
+    const auto rows =
+        routing->prepare("SELECT EMPNUM FROM EMPLOYEE, (SELECT count(*) FROM VEHTYPE)");
+    ASSERT_TRUE(rows->step());
+    EXPECT_EQ(rows->integer(0), 12);
+
+    const auto tables = routing->catalog().tables().size();
+    EXPECT_THROW(routing->link(scratch.write("x.mdb", "nothing")), store::StoreError);
+    EXPECT_THROW(routing->link(scratch.path("none.mdb")), store::StoreError);
+    EXPECT_FALSE(std::filesystem::exists(scratch.path("none.mdb")));
+    EXPECT_EQ(routing->catalog().tables().size(), tables);
+}
+
+TEST(Link, ClosingALookAtAFileKeepsTheLocksOfItsOtherConnections) {
+    const Scratch scratch;
+    const auto trip = store::open(sampleFile(scratch, "trip.mdb"), 50);
+    trip->begin();
+    trip->execute("UPDATE STOPS SET SEQ = 1");
+    { const auto second = store::open(scratch.path("trip.mdb"), 50); }
+    const pid_t child = fork();
+    if (child == 0) {
+        try {
+            store::open(scratch.path("trip.mdb"), 50)->begin();
+            _exit(1);
+        } catch (const store::StoreError& error) {
+            _exit(error.fault() == Fault::Locked ? 0 : 2);
+        }
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    trip->commit();
+}
+
+}  // namespace
