@@ -1,0 +1,91 @@
+#include "platform/ini/ini.h"
+
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/temporaryfolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+std::string valueOf(const std::string& profile, const std::string& key = "key") {
+    return ini::valueIn(profile, "Section", key, "");
+}
+
+TEST(Ini, FindsTheFirstSectionAndTheFirstKeyWithoutRegardToCase) {
+    const std::string profile =
+        "key=outside\n[Other]\nkey=other\n[ sEcTiOn ]\n  KEY  =  first  \nkey=second\n"
+        "[Section]\nkey=third\nonly=later\n";
+    EXPECT_EQ(valueOf(profile), "first");
+    EXPECT_EQ(valueOf(profile, "only"), "");
+    EXPECT_EQ(ini::valueIn(profile, "OTHER", "Key", ""), "other");
+}
+
+TEST(Ini, AnEmptyFirstValueHidesALaterOne) {
+    EXPECT_EQ(ini::valueIn("[Section]\nkey=\nkey=later\n", "Section", "key", "fallback"), "");
+}
+
+TEST(Ini, GivesTheFallbackWithoutItsTrailingBlanksWhereNothingIsFound) {
+    EXPECT_EQ(ini::valueIn("[Section]\nother=1\n", "Section", "key", " fallback  "), " fallback");
+    EXPECT_EQ(ini::valueIn("", "Section", "key", "fallback"), "fallback");
+    EXPECT_EQ(ini::valueIn("[Section\nkey=1", "Section", "key", "fallback"), "fallback");
+}
+
+TEST(Ini, StripsOnePairOfQuotes) {
+    EXPECT_EQ(valueOf("[Section]\nkey= \" a b \" "), " a b ");
+    EXPECT_EQ(valueOf("[Section]\nkey='a'"), "a");
+    EXPECT_EQ(valueOf("[Section]\nkey=\"\"a\"\""), "\"a\"");
+    EXPECT_EQ(valueOf("[Section]\nkey=\"a'"), "\"a'");
+    EXPECT_EQ(valueOf("[Section]\nkey=\""), "\"");
+    EXPECT_EQ(valueOf("[Section]\nkey=\"\""), "");
+}
+
+TEST(Ini, KeepsEqualsSignsAndSemicolonsOfAValueAndSkipsComments) {
+    EXPECT_EQ(valueOf("[Section]\n;key=comment\nkey=a=b;c"), "a=b;c");
+}
+
+TEST(Ini, CutsAValueAt255Characters) {
+    EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(255, 'x')), std::string(255, 'x'));
+    EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(256, 'x')), std::string(255, 'x'));
+    EXPECT_EQ(valueOf("[Section]\nkey=\"" + std::string(256, 'x') + "\""), std::string(255, 'x'));
+    std::string umlauts;
+    for (int i = 0; i < 256; ++i) {
+        umlauts += "ä";
+    }
+    EXPECT_EQ(valueOf("[Section]\nkey=" + umlauts), umlauts.substr(0, 255 * 2));
+    EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(1'000'000, 'x')).size(), 255U);
+}
+
+TEST(Ini, EndsLinesAtCarriageReturnsLineFeedsAndNuls) {
+    EXPECT_EQ(valueOf("[Section]\r\nkey=a\r\nother=b\r\n", "other"), "b");
+    EXPECT_EQ(valueOf("[Section]\rkey=a\rother=b", "other"), "b");
+    EXPECT_EQ(valueOf("[Section]\nkey=a\0b\n"s), "a");
+}
+
+TEST(Ini, ReadsByteOrderMarks) {
+    EXPECT_EQ(valueOf(ini::decoded("\xEF\xBB\xBF[Section]\nkey=ä")), "ä");
+    const std::string utf16 = "[\0S\0e\0c\0t\0i\0o\0n\0]\0\n\0k\0e\0y\0=\0\xE4\0\x3D\xD8\x00\xDE"s;
+    EXPECT_EQ(valueOf(ini::decoded("\xFF\xFE" + utf16)), "ä\xF0\x9F\x98\x80");
+    std::string bigEndian = utf16;
+    for (std::size_t i = 0; i + 1 < bigEndian.size(); i += 2) {
+        std::swap(bigEndian[i], bigEndian[i + 1]);
+    }
+    EXPECT_EQ(valueOf(ini::decoded("\xFE\xFF" + bigEndian)), "ä\xF0\x9F\x98\x80");
+    EXPECT_EQ(ini::decoded("\xFF\xFE\x00\xDC"s), "\xEF\xBF\xBD");
+}
+
+TEST(Ini, ReadsAFileWhateverTheCaseOfItsNameAndSurvivesOneThatIsNone) {
+    const support::TemporaryFolder folder;
+    folder.write("Route.INI", "[AppPaths]\ndatapath=/srv/data/");
+    EXPECT_EQ(ini::readString("apppaths", "DataPath", "", folder.path() + "route.ini"),
+              "/srv/data/");
+    EXPECT_EQ(ini::readString("AppPaths", "datapath", "none", folder.path() + "other.ini"), "none");
+    std::filesystem::create_directory(folder.path() + "folder.ini");
+    EXPECT_EQ(ini::readString("AppPaths", "datapath", "none", folder.path() + "folder.ini"),
+              "none");
+}
+
+}  // namespace
