@@ -1,0 +1,121 @@
+#include "platform/controls/multicolumncombo.h"
+
+#include <QCompleter>
+#include <QLineEdit>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+#include <algorithm>
+#include <utility>
+
+#include "platform/controls/combopopup.h"
+#include "platform/controls/qtext.h"
+#include "platform/controls/tablemodel.h"
+
+namespace controls {
+
+namespace {
+
+/// Offers the rows that contain what was typed, and writes the first column of the one taken.
+class RowCompleter : public QCompleter {
+public:
+    RowCompleter(TableModel* model, QObject* parent) : QCompleter(model, parent) {
+        setCompletionRole(TableModel::RowTextRole);
+        setCaseSensitivity(Qt::CaseInsensitive);
+        setFilterMode(Qt::MatchContains);
+        setMaxVisibleItems(10);
+    }
+
+    [[nodiscard]] QString pathFromIndex(const QModelIndex& index) const override {
+        return index.siblingAtColumn(0).data(Qt::EditRole).toString();
+    }
+};
+
+}  // namespace
+
+MultiColumnCombo::MultiColumnCombo(QWidget* parent)
+    : QComboBox(parent), model_(new TableModel(this)) {
+    setEditable(true);
+    setInsertPolicy(NoInsert);
+    setCompleter(nullptr);
+    setModel(model_);
+    setView(new ComboPopup(*model_, this));
+    setMaxVisibleItems(14);
+    setMinimumContentsLength(10);
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setFocusPolicy(Qt::StrongFocus);
+    offerRowsWhileTyping();
+    connect(this, &QComboBox::activated, this, &MultiColumnCombo::chosen);
+    connect(lineEdit(), &QLineEdit::textEdited, this, &MultiColumnCombo::matchTyped);
+}
+
+void MultiColumnCombo::offerRowsWhileTyping() {
+    auto* completer = new RowCompleter(model_, this);
+    auto* popup = new ComboPopup(*model_);
+    completer->setPopup(popup);
+    connect(lineEdit(), &QLineEdit::textEdited, popup,
+            [popup, this] { popup->setMinimumWidth(std::max(popup->fitColumns(), width())); });
+    lineEdit()->setCompleter(completer);
+    connect(completer, qOverload<const QString&>(&QCompleter::activated), this,
+            &MultiColumnCombo::matchTyped);
+}
+
+void MultiColumnCombo::setTable(TextTable table) {
+    model_->setTable(std::move(table));
+    clearChoice();
+}
+
+const TextTable& MultiColumnCombo::table() const { return model_->table(); }
+
+std::string MultiColumnCombo::text() const { return fromQt(currentText()); }
+
+void MultiColumnCombo::setText(const std::string& text) {
+    setEditText(toQt(text));
+    setRowKeepingText(model_->find(currentText()));
+}
+
+std::string MultiColumnCombo::columnText(int column) const {
+    return chosenRow() < 0
+               ? std::string()
+               : table().text(model_->tableRow(chosenRow()), static_cast<std::size_t>(column));
+}
+
+void MultiColumnCombo::clearChoice() {
+    setCurrentIndex(-1);
+    clearEditText();
+}
+
+void MultiColumnCombo::matchTyped(const QString& typed) {
+    const int row = model_->find(typed);
+    setRowKeepingText(row);
+    if (row >= 0) {
+        emit chosen(row);
+    }
+}
+
+void MultiColumnCombo::setRowKeepingText(int row) {
+    const QString text = lineEdit()->text();
+    const int cursor = lineEdit()->cursorPosition();
+    const QSignalBlocker quiet(lineEdit());
+    setCurrentIndex(row);
+    lineEdit()->setText(text);
+    lineEdit()->setCursorPosition(cursor);
+}
+
+void MultiColumnCombo::showPopup() {
+    auto* popup = static_cast<ComboPopup*>(view());
+    const int widest = screen()->availableGeometry().width();
+    popup->setMinimumWidth(std::min(std::max(popup->fitColumns(), width()), widest));
+    QComboBox::showPopup();
+}
+
+void MultiColumnCombo::wheelEvent(QWheelEvent* event) { event->ignore(); }
+
+void MultiColumnCombo::focusOutEvent(QFocusEvent* event) {
+    QComboBox::focusOutEvent(event);
+    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+        emit left();
+    }
+}
+
+}  // namespace controls

@@ -1,0 +1,341 @@
+#include "platform/controls/multicolumnlist.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMimeData>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "platform/controls/layoutmemory.h"
+#include "platform/controls/qtext.h"
+#include "platform/controls/tablecopy.h"
+#include "platform/controls/tablemodel.h"
+#include "platform/controls/twips.h"
+
+namespace controls {
+
+namespace {
+
+/// Red cells are pure red under black text, and still red where they are selected.
+class CellDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!index.data(TableModel::RedRole).toBool()) {
+            return;
+        }
+        option->backgroundBrush = QColor(255, 0, 0);
+        option->palette.setColor(QPalette::Text, Qt::black);
+        option->palette.setColor(QPalette::Highlight, QColor(150, 0, 0));
+        option->palette.setColor(QPalette::HighlightedText, Qt::white);
+    }
+};
+
+}  // namespace
+
+MultiColumnList::MultiColumnList(QWidget* parent)
+    : QTreeView(parent), model_(new TableModel(this)) {
+    setModel(model_);
+    setItemDelegate(new CellDelegate(this));
+    setUniformRowHeights(true);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setExpandsOnDoubleClick(false);
+    setAllColumnsShowFocus(true);
+    setAlternatingRowColors(true);
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setHorizontalScrollMode(ScrollPerPixel);
+    header()->setStretchLastSection(false);
+    header()->setSectionsMovable(false);
+    header()->setSectionsClickable(true);
+    connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
+        if (headerSorts_) {
+            toggleSort(column);
+        }
+        emit columnClicked(column);
+    });
+    connect(header(), &QHeaderView::sectionResized, this, [this] { rememberWidths(); });
+    connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+        chosenRow_ = index.row();
+        emit rowClicked(chosenRow_);
+    });
+    connect(this, &QAbstractItemView::doubleClicked, this,
+            [this](const QModelIndex& index) { emit rowActivated(index.row()); });
+}
+
+void MultiColumnList::setTable(TextTable table) {
+    sortingOff();
+    model_->setTable(std::move(table));
+    applyWidths();
+    scrollToTop();
+}
+
+const TextTable& MultiColumnList::table() const { return model_->table(); }
+
+void MultiColumnList::clearRows() { model_->clearRows(); }
+
+void MultiColumnList::clearAll() { setTable({}); }
+
+void MultiColumnList::reset() {
+    const bool selected = selectionModel() != nullptr && selectionModel()->hasSelection();
+    QTreeView::reset();
+    chosenRow_ = -1;
+    if (selected) {
+        emit selectionCountChanged(0);
+    }
+}
+
+int MultiColumnList::rows() const { return model_->rowCount(); }
+
+std::string MultiColumnList::cellText(int row, int column) const {
+    return table().text(model_->tableRow(row), static_cast<std::size_t>(column));
+}
+
+std::string MultiColumnList::chosenKey() const {
+    return chosenRow_ < 0 ? std::string() : cellText(chosenRow_, 0);
+}
+
+void MultiColumnList::choose(int row) {
+    chosenRow_ = std::min(row, rows() - 1);
+    const QModelIndex index = model_->index(chosenRow_, 0);
+    selectionModel()->setCurrentIndex(
+        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(index);
+}
+
+bool MultiColumnList::isRowSelected(int row) const {
+    return selectionModel()->isRowSelected(row, {});
+}
+
+std::vector<int> MultiColumnList::selectedRows() const {
+    std::vector<int> rows;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            rows.push_back(row);
+        }
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+int MultiColumnList::selectedCount() const { return static_cast<int>(selectedRows().size()); }
+
+void MultiColumnList::selectAllRows() {
+    std::vector<int> every(static_cast<std::size_t>(rows()));
+    std::iota(every.begin(), every.end(), 0);
+    selectRows(every);
+}
+
+void MultiColumnList::selectRows(std::span<const int> wanted) {
+    QItemSelection selection;
+    const int lastColumn = model_->columnCount() - 1;
+    for (std::size_t from = 0, to = 0; from < wanted.size(); from = to + 1) {
+        to = from;
+        while (to + 1 < wanted.size() && wanted[to + 1] == wanted[to] + 1) {
+            ++to;
+        }
+        selection.append({model_->index(wanted[from], 0), model_->index(wanted[to], lastColumn)});
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void MultiColumnList::selectNone() { selectionModel()->clearSelection(); }
+
+void MultiColumnList::toggleSort(int column) {
+    if (column < 0 || column >= model_->columnCount()) {
+        return;
+    }
+    const bool turn = column == sortColumn_ && sortOrder_ == Qt::AscendingOrder;
+    sortColumn_ = column;
+    sortOrder_ = turn ? Qt::DescendingOrder : Qt::AscendingOrder;
+    header()->setSortIndicatorShown(true);
+    header()->setSortIndicator(column, sortOrder_);
+
+    const std::vector<std::size_t> selected = selectedTableRows();
+    const std::size_t chosen = chosenRow_ < 0 ? 0 : model_->tableRow(chosenRow_);
+    const bool wasQuiet = blockSignals(true);
+    selectNone();
+    model_->sort(column, sortOrder_);
+    selectTableRows(selected);
+    blockSignals(wasQuiet);
+    chosenRow_ = chosenRow_ < 0 ? -1 : model_->shownRow(chosen);
+}
+
+void MultiColumnList::sortingOff() {
+    sortColumn_ = -1;
+    sortOrder_ = Qt::AscendingOrder;
+    header()->setSortIndicatorShown(false);
+}
+
+std::vector<std::size_t> MultiColumnList::selectedTableRows() const {
+    std::vector<std::size_t> tableRows;
+    for (const int row : selectedRows()) {
+        tableRows.push_back(model_->tableRow(row));
+    }
+    return tableRows;
+}
+
+void MultiColumnList::selectTableRows(const std::vector<std::size_t>& tableRows) {
+    std::vector<bool> wanted(static_cast<std::size_t>(rows()));
+    for (const std::size_t row : tableRows) {
+        wanted[row] = true;
+    }
+    std::vector<int> shown;
+    for (int row = 0; row < rows(); ++row) {
+        if (wanted[model_->tableRow(row)]) {
+            shown.push_back(row);
+        }
+    }
+    selectRows(shown);
+}
+
+void MultiColumnList::copyRows() const {
+    std::vector<std::size_t> rows = selectedTableRows();
+    if (rows.empty() && chosenRow_ >= 0) {
+        rows.push_back(model_->tableRow(chosenRow_));
+    }
+    if (rows.empty()) {
+        return;
+    }
+    auto* copied = new QMimeData;
+    copied->setText(toQt(tabSeparated(table(), rows)));
+    copied->setHtml(toQt(htmlTable(table(), rows)));
+    QApplication::clipboard()->setMimeData(copied);
+}
+
+void MultiColumnList::setEmptyText(const QString& text) {
+    emptyText_ = text;
+    viewport()->update();
+}
+
+void MultiColumnList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTreeView::currentChanged(current, previous);
+    if (userActs_ && current.isValid()) {
+        chosenRow_ = current.row();
+    }
+}
+
+void MultiColumnList::selectionChanged(const QItemSelection& on, const QItemSelection& off) {
+    QTreeView::selectionChanged(on, off);
+    emit selectionCountChanged(selectedCount());
+}
+
+void MultiColumnList::mousePressEvent(QMouseEvent* event) {
+    const QScopedValueRollback<bool> acting(userActs_, true);
+    QTreeView::mousePressEvent(event);
+}
+
+void MultiColumnList::mouseMoveEvent(QMouseEvent* event) {
+    const QScopedValueRollback<bool> acting(userActs_, true);
+    QTreeView::mouseMoveEvent(event);
+}
+
+void MultiColumnList::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        copyRows();
+        return;
+    }
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter) {
+        if (chosenRow_ >= 0) {
+            emit rowActivated(chosenRow_);
+        } else {
+            event->ignore();
+        }
+        return;
+    }
+    const int before = chosenRow_;
+    {
+        const QScopedValueRollback<bool> acting(userActs_, true);
+        QTreeView::keyPressEvent(event);
+    }
+    if (chosenRow_ != before) {
+        emit rowClicked(chosenRow_);
+    }
+}
+
+void MultiColumnList::focusInEvent(QFocusEvent* event) {
+    const bool hadCurrent = currentIndex().isValid();
+    QTreeView::focusInEvent(event);
+    if (!hadCurrent && event->reason() != Qt::MouseFocusReason) {
+        selectionModel()->setCurrentIndex({}, QItemSelectionModel::NoUpdate);
+    }
+}
+
+void MultiColumnList::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (rows() > 0 || emptyText_.isEmpty()) {
+        return;
+    }
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
+                     Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
+}
+
+void MultiColumnList::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu menu(this);
+    QAction* copy =
+        menu.addAction(tr("&Copy Rows"), QKeySequence::Copy, this, [this] { copyRows(); });
+    copy->setEnabled(chosenRow_ >= 0 || selectionModel()->hasSelection());
+    QAction* all = menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this,
+                                  [this] { selectAllRows(); });
+    all->setEnabled(rows() > 0 && selectionMode() == ExtendedSelection);
+    menu.exec(event->globalPos());
+}
+
+int MultiColumnList::sizeHintForColumn(int column) const {
+    return std::max(QTreeView::sizeHintForColumn(column), header()->sectionSizeHint(column));
+}
+
+void MultiColumnList::applyWidths() {
+    const QScopedValueRollback<bool> setting(settingWidths_, true);
+    const QVariantList remembered = LayoutMemory::instance().recall(layoutKey()).toList();
+    constexpr int Narrowest = 56;
+    constexpr int Widest = 220;
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        const int twips = table().columns[static_cast<std::size_t>(column)].widthTwips;
+        const int asked = twips > 0 ? pixelsOf(twips, *this)
+                                    : std::clamp(sizeHintForColumn(column), Narrowest, Widest);
+        header()->resizeSection(column, column < remembered.size()
+                                            ? remembered[column].toInt()
+                                            : std::max(asked, header()->sectionSizeHint(column)));
+    }
+}
+
+void MultiColumnList::rememberWidths() {
+    if (settingWidths_ || model_->columnCount() == 0) {
+        return;
+    }
+    QVariantList widths;
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        widths.append(header()->sectionSize(column));
+    }
+    LayoutMemory::instance().remember(layoutKey(), widths);
+}
+
+QString MultiColumnList::layoutKey() const {
+    QByteArray captions;
+    for (const TableColumn& column : table().columns) {
+        captions += QByteArray::fromStdString(column.caption) + '\n';
+    }
+    return QStringLiteral("columns/%1.%2.%3")
+        .arg(window()->objectName(), objectName())
+        .arg(qChecksum(captions));
+}
+
+}  // namespace controls

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QTreeView>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/controls/texttable.h"
+
+namespace controls {
+
+class TableModel;
+
+/// A list with column headers, several rows to select, red cells, and sorting by a click on a
+/// header. Rows count from 0 in the order shown; -1 is no row.
+///
+/// The chosen row is the list's own: a click or an arrow key chooses, tabbing into the list does
+/// not. What the user makes of the column widths is remembered for each set of captions.
+class MultiColumnList : public QTreeView {
+    Q_OBJECT
+    /// Shown in the middle while there are no rows.
+    Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)
+    /// Whether a click on a header sorts by that column. On from the start.
+    Q_PROPERTY(bool headerSorts READ headerSorts WRITE setHeaderSorts)
+
+public:
+    explicit MultiColumnList(QWidget* parent = nullptr);
+
+    /// Fills the list in one reset: own order, nothing sorted, selected or chosen.
+    void setTable(TextTable table);
+    [[nodiscard]] const TextTable& table() const;
+    /// Removes the rows and keeps the columns.
+    void clearRows();
+    /// Removes rows and columns.
+    void clearAll();
+
+    [[nodiscard]] int rows() const;
+    [[nodiscard]] std::string cellText(int row, int column) const;
+
+    [[nodiscard]] int chosenRow() const { return chosenRow_; }
+    /// The first column of the chosen row; "" where none is chosen.
+    [[nodiscard]] std::string chosenKey() const;
+    /// Chooses, selects and shows a row without a signal; a row behind the last is the last.
+    void choose(int row);
+
+    [[nodiscard]] bool isRowSelected(int row) const;
+    /// Rising.
+    [[nodiscard]] std::vector<int> selectedRows() const;
+    [[nodiscard]] int selectedCount() const;
+    void selectAllRows();
+    /// Selects exactly these rows (rising).
+    void selectRows(std::span<const int> rows);
+    void selectNone();
+
+    /// Sorts by the column, ascending at first and the other way at each repetition; the arrow
+    /// shows in that column alone. Selection and chosen row stay with their rows.
+    void toggleSort(int column);
+    /// Off: no arrow; the rows stay as they are until the next setTable().
+    void sortingOff();
+    /// -1 while sorting is off.
+    [[nodiscard]] int sortColumn() const { return sortColumn_; }
+    [[nodiscard]] Qt::SortOrder sortOrder() const { return sortOrder_; }
+
+    /// Puts the selected rows (else the chosen one) on the clipboard as a table with its captions.
+    void copyRows() const;
+
+    [[nodiscard]] QString emptyText() const { return emptyText_; }
+    void setEmptyText(const QString& text);
+    [[nodiscard]] bool headerSorts() const { return headerSorts_; }
+    void setHeaderSorts(bool on) { headerSorts_ = on; }
+
+    void selectAll() override { selectAllRows(); }
+    void reset() override;
+
+signals:
+    /// The user chose a row by mouse or keyboard.
+    void rowClicked(int row);
+    /// Double click, or Enter on the chosen row.
+    void rowActivated(int row);
+    void columnClicked(int column);
+    void selectionCountChanged(int count);
+
+protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& on, const QItemSelection& off) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    [[nodiscard]] int sizeHintForColumn(int column) const override;
+
+private:
+    void applyWidths();
+    void rememberWidths();
+    [[nodiscard]] QString layoutKey() const;
+    [[nodiscard]] std::vector<std::size_t> selectedTableRows() const;
+    void selectTableRows(const std::vector<std::size_t>& tableRows);
+
+    TableModel* model_;
+    QString emptyText_;
+    int chosenRow_ = -1;
+    int sortColumn_ = -1;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
+    bool headerSorts_ = true;
+    bool userActs_ = false;
+    bool settingWidths_ = false;
+};
+
+}  // namespace controls

@@ -1,0 +1,137 @@
+#include "platform/controls/tablemodel.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+
+namespace controls {
+
+void TableModel::setTable(TextTable table) {
+    beginResetModel();
+    table_ = std::move(table);
+    order_.clear();
+    endResetModel();
+}
+
+void TableModel::clearRows() {
+    beginResetModel();
+    table_.clearRows();
+    order_.clear();
+    endResetModel();
+}
+
+std::size_t TableModel::tableRow(int row) const {
+    const auto shown = static_cast<std::size_t>(row);
+    return order_.empty() ? shown : order_.at(shown);
+}
+
+int TableModel::shownRow(std::size_t tableRow) const {
+    if (order_.empty()) {
+        return static_cast<int>(tableRow);
+    }
+    return static_cast<int>(std::find(order_.begin(), order_.end(), tableRow) - order_.begin());
+}
+
+int TableModel::find(const QString& text) const {
+    const std::string wanted = fromQt(text);
+    if (table_.columns.empty() || base::trim(wanted).empty()) {
+        return -1;
+    }
+    for (int row = 0; row < rowCount(); ++row) {
+        if (base::equalsNoCase(base::trimRight(table_.text(tableRow(row), 0)),
+                               base::trimRight(wanted))) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+int TableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(table_.rowCount());
+}
+
+int TableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(table_.columns.size());
+}
+
+QVariant TableModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount()) {
+        return {};
+    }
+    const std::size_t row = tableRow(index.row());
+    const auto column = static_cast<std::size_t>(index.column());
+    switch (role) {
+        case Qt::DisplayRole:
+        case Qt::EditRole:
+            return toQt(table_.text(row, column));
+        case Qt::TextAlignmentRole:
+            return QVariant((alignedRight(index.column()) ? Qt::AlignRight : Qt::AlignLeft) |
+                            Qt::AlignVCenter);
+        case RedRole:
+            return table_.isRed(row, column);
+        case RowTextRole:
+            return rowText(row);
+        default:
+            return {};
+    }
+}
+
+QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) {
+        return {};
+    }
+    if (role == Qt::DisplayRole) {
+        return toQt(table_.columns[static_cast<std::size_t>(section)].caption);
+    }
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant((alignedRight(section) ? Qt::AlignRight : Qt::AlignLeft) |
+                        Qt::AlignVCenter);
+    }
+    return {};
+}
+
+bool TableModel::alignedRight(int column) const {
+    return table_.columns[static_cast<std::size_t>(column)].kind == CellKind::Number;
+}
+
+QString TableModel::rowText(std::size_t row) const {
+    std::string text;
+    for (std::size_t column = 0; column < table_.columns.size(); ++column) {
+        text += column == 0 ? "" : " ";
+        text += table_.text(row, column);
+    }
+    return toQt(text);
+}
+
+void TableModel::sort(int column, Qt::SortOrder order) {
+    if (column < 0 || column >= columnCount()) {
+        return;
+    }
+    emit layoutAboutToBeChanged({}, VerticalSortHint);
+    const std::vector<std::size_t> former = std::exchange(
+        order_, table_.sortedBy(static_cast<std::size_t>(column), order == Qt::DescendingOrder));
+    moveCurrentIndexes(former);
+    emit layoutChanged({}, VerticalSortHint);
+}
+
+void TableModel::moveCurrentIndexes(const std::vector<std::size_t>& formerOrder) {
+    const QModelIndexList from = persistentIndexList();
+    if (from.isEmpty()) {
+        return;
+    }
+    std::vector<int> shown(order_.size());
+    for (std::size_t row = 0; row < order_.size(); ++row) {
+        shown[order_[row]] = static_cast<int>(row);
+    }
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex& one : from) {
+        const auto row = static_cast<std::size_t>(one.row());
+        to.append(index(shown[formerOrder.empty() ? row : formerOrder[row]], one.column()));
+    }
+    changePersistentIndexList(from, to);
+}
+
+}  // namespace controls

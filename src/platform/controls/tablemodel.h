@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <cstddef>
+#include <vector>
+
+#include "platform/controls/texttable.h"
+
+namespace controls {
+
+/// A TextTable as the toolkit's model, for lists and combos. Rows of the model are in the order
+/// shown; tableRow() gives the row of the table. Texts are made only for the cells that are asked
+/// for.
+class TableModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    /// Whether the cell is red (a bool), and all cells of the row as one text for looking things
+    /// up.
+    enum Roles { RedRole = Qt::UserRole + 1, RowTextRole };
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    /// Shows another table in one reset, in its own order.
+    void setTable(TextTable table);
+    void clearRows();
+    [[nodiscard]] const TextTable& table() const { return table_; }
+
+    [[nodiscard]] std::size_t tableRow(int row) const;
+    /// Where a row of the table is shown.
+    [[nodiscard]] int shownRow(std::size_t tableRow) const;
+    /// The shown row whose first column is `text` without regard to case and trailing blanks;
+    /// -1 for none and for a blank text.
+    [[nodiscard]] int find(const QString& text) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role) const override;
+    void sort(int column, Qt::SortOrder order) override;
+
+private:
+    [[nodiscard]] bool alignedRight(int column) const;
+    [[nodiscard]] QString rowText(std::size_t row) const;
+    void moveCurrentIndexes(const std::vector<std::size_t>& formerOrder);
+
+    TextTable table_;
+    std::vector<std::size_t> order_;  ///< empty while rows are in the table's own order
+};
+
+}  // namespace controls

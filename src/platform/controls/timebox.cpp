@@ -1,0 +1,38 @@
+#include "platform/controls/timebox.h"
+
+#include <QKeyEvent>
+
+#include "platform/controls/qtext.h"
+#include "platform/controls/timetext.h"
+
+namespace controls {
+
+TimeBox::TimeBox(QWidget* parent) : QLineEdit(parent) {
+    setPlaceholderText(QStringLiteral("hh:mm AM"));
+    setMaxLength(40);
+}
+
+std::string TimeBox::tidied() const { return tidyTime(fromQt(text())); }
+
+void TimeBox::tidy() {
+    const QString tidy = toQt(tidied());
+    if (tidy != text()) {
+        setText(tidy);
+    }
+}
+
+void TimeBox::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::PopupFocusReason) {
+        tidy();
+    }
+    QLineEdit::focusOutEvent(event);
+}
+
+void TimeBox::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        tidy();
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+}  // namespace controls

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLineEdit>
+#include <string>
+
+namespace controls {
+
+/// A box for a time of day. Anything may be typed; on leaving or Enter a time is tidied ("7:5 am"
+/// becomes "07:05 AM"), any other text stays for the form to refuse. Empty is "".
+class TimeBox : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit TimeBox(QWidget* parent = nullptr);
+
+    /// The text as it would be after leaving.
+    [[nodiscard]] std::string tidied() const;
+    void tidy();
+
+protected:
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
+}  // namespace controls
