@@ -1,0 +1,124 @@
+#include "platform/forms/application.h"
+
+#include <QTimer>
+
+#include <fmt/format.h>
+
+#include "platform/base/ports.h"
+#include "platform/forms/formregistry.h"
+#include "platform/forms/qtmsgbox.h"
+
+namespace forms {
+
+namespace {
+
+QtMsgBox& desktopBoxes() {
+    static QtMsgBox boxes;
+    return boxes;
+}
+
+std::string untrappedText(const std::exception& error) {
+    const auto* numbered = dynamic_cast<const base::RunTimeError*>(&error);
+    return numbered != nullptr
+               ? fmt::format("Run-time error {}:\n\n{}", numbered->number(), numbered->what())
+               : fmt::format("Run-time error:\n\n{}", error.what());
+}
+
+}  // namespace
+
+Application::Application(int& argc, char** argv)
+    : QApplication(argc, argv), formerPorts_(base::ports()) {
+    setQuitOnLastWindowClosed(false);
+    base::ports().msgBox = &desktopBoxes();
+    base::ports().forms = &FormRegistry::instance();
+    base::ports().beep = [] { QApplication::beep(); };
+}
+
+Application::~Application() {
+    FormRegistry::instance().destroyAll();
+    base::ports() = formerPorts_;
+}
+
+Application& Application::instance() {
+    return *static_cast<Application*>(QCoreApplication::instance());
+}
+
+int Application::run() {
+    if (!ending()) {
+        exec();
+    }
+    FormRegistry::instance().destroyAll();
+    return exitCode();
+}
+
+void Application::yield() {
+    processEvents();
+    throwIfEnding();
+}
+
+void Application::throwIfEnding() const {
+    if (ending()) {
+        throw base::EndProgram{exitCode()};
+    }
+}
+
+void Application::endProgram(int exitCode) {
+    if (!ending()) {
+        exitCode_ = exitCode;
+    }
+    exit(this->exitCode());
+}
+
+void Application::startAfresh() {
+    FormRegistry::instance().destroyAll();
+    exitCode_.reset();
+}
+
+void Application::whenIdle(std::function<void()> task) {
+    whenIdle_.push_back(std::move(task));
+    QTimer::singleShot(0, this, [this] { runIdleTasks(); });
+}
+
+void Application::runIdleTasks() {
+    if (inProcedure()) {
+        return;
+    }
+    for (const auto& task : std::exchange(whenIdle_, {})) {
+        task();
+    }
+}
+
+void Application::leave() noexcept {
+    if (--depth_ == 0 && !whenIdle_.empty()) {
+        QTimer::singleShot(0, this, [this] { runIdleTasks(); });
+    }
+}
+
+void Application::endByError(const std::exception& error) noexcept {
+    if (ending()) {
+        return;
+    }
+    exitCode_ = 1;
+    try {
+        base::MsgBox(untrappedText(error), applicationDisplayName().toStdString(),
+                     base::MsgIcon::Critical);
+    } catch (const base::EndProgram&) {
+        // Thrown by the box because the program is ending already.
+    }
+    FormRegistry::instance().unloadAll();
+    exit(1);
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    bool handled = true;
+    try {
+        handled = QApplication::notify(receiver, event);
+    } catch (const base::EndProgram& end) {
+        endProgram(end.exitCode);
+    } catch (const std::exception& error) {
+        endByError(error);
+    }
+    return handled;
+}
+
+}  // namespace forms

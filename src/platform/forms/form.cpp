@@ -1,0 +1,109 @@
+#include "platform/forms/form.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QLabel>
+
+#include "platform/controls/layoutmemory.h"
+#include "platform/forms/formregistry.h"
+
+namespace forms {
+
+using controls::LayoutMemory;
+
+Form::Form(const char* name, Form* owner) : QDialog(owner) {
+    setObjectName(QString::fromLatin1(name));
+    setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+}
+
+Form::~Form() = default;
+
+void Form::load() {
+    if (state_ != State::Made) {
+        return;
+    }
+    state_ = State::Loading;
+    nameControls();
+    formLoad();
+    if (state_ == State::Loading) {
+        state_ = State::Loaded;
+    }
+}
+
+void Form::showForm() {
+    load();
+    if (!placed_) {
+        restorePlace();
+        placed_ = true;
+    }
+    if (isMinimized()) {
+        showNormal();
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void Form::unload() {
+    if (state_ == State::Unloaded) {
+        return;
+    }
+    if (placed_) {
+        rememberPlace();
+    }
+    state_ = State::Unloaded;
+    hide();
+    formUnload();
+    FormRegistry::instance().unloaded(*this);
+}
+
+bool Form::closeForm() {
+    if (busy_ || !formQueryUnload()) {
+        QApplication::beep();
+        return false;
+    }
+    unload();
+    return true;
+}
+
+bool Form::event(QEvent* event) {
+    const bool handled = QDialog::event(event);
+    if (event->type() == QEvent::WindowActivate && isLoaded()) {
+        Application::instance().guarded([this] { FormRegistry::instance().activated(*this); });
+    }
+    return handled;
+}
+
+void Form::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    Application::instance().guarded([this] { closeForm(); });
+}
+
+void Form::reject() {
+    if (cancel_ != nullptr && cancel_->isEnabled()) {
+        cancel_->click();
+    }
+}
+
+void Form::restorePlace() {
+    const QByteArray place = LayoutMemory::instance().recall("forms/" + objectName()).toByteArray();
+    if (!place.isEmpty()) {
+        restoreGeometry(place);
+    }
+}
+
+void Form::rememberPlace() const {
+    LayoutMemory::instance().remember("forms/" + objectName(), saveGeometry());
+}
+
+void Form::nameControls() {
+    for (const QLabel* label : findChildren<QLabel*>()) {
+        if (QWidget* control = label->buddy();
+            control != nullptr && control->accessibleName().isEmpty()) {
+            control->setAccessibleName(label->text().remove('&'));
+        }
+    }
+}
+
+}  // namespace forms

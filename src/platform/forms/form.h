@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QDialog>
+#include <string>
+
+#include "platform/forms/application.h"
+
+class QAbstractButton;
+
+namespace forms {
+
+/// A top-level form. It is made and loaded once, shown and hidden at will, and unloaded when it is
+/// closed; its object lives on until nothing of it is running any more.
+///
+/// A form class has Q_OBJECT and passes the name that the program knows it by. Events are wired in
+/// its constructor with on(), never by name.
+class Form : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit Form(const char* name, Form* owner = nullptr);
+    ~Form() override;
+
+    [[nodiscard]] std::string name() const { return objectName().toStdString(); }
+
+    /// Runs formLoad() unless the form is loaded already.
+    void load();
+    /// Loads, shows and activates the form, in the place and size it had last.
+    void showForm();
+    /// Hides and unloads the form without asking; the form it belongs to becomes active again.
+    void unload();
+    [[nodiscard]] bool isLoaded() const { return state_ == State::Loaded; }
+    /// Unloaded by the user's closing, unless a long operation runs or formQueryUnload() refuses.
+    /// True when the form is gone.
+    bool closeForm();
+
+    /// While an Operation lives the form takes no click but on `stop`, is not closed, and shows the
+    /// busy cursor. A second one on the same form throws std::logic_error.
+    class Operation;
+    [[nodiscard]] bool isBusy() const { return busy_; }
+
+protected:
+    /// Fills the form, before it is first shown.
+    virtual void formLoad() {}
+    /// The form has become the active one after another form was (or first of all); the closing of
+    /// a message box does not count.
+    virtual void formActivate() {}
+    /// Whether the user may close the form now.
+    virtual bool formQueryUnload() { return true; }
+    virtual void formUnload() {}
+
+    /// Connects a control's signal with a procedure of this form: guarded, and silent once the form
+    /// is unloaded.
+    template <class Sender, class Signal, class Procedure>
+    void on(Sender* sender, Signal signal, Procedure procedure) {
+        QObject::connect(sender, signal, this, [this, procedure](auto&&... arguments) mutable {
+            if (state_ == State::Unloaded) {
+                return;
+            }
+            Application::instance().guarded([&] {
+                if constexpr (std::is_invocable_v<Procedure&, decltype(arguments)...>) {
+                    procedure(arguments...);
+                } else {
+                    procedure();
+                }
+            });
+        });
+    }
+
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    /// Escape presses the button made for it with setCancelButton(); without one it does nothing.
+    void reject() override;
+    void setCancelButton(QAbstractButton* button) { cancel_ = button; }
+
+private:
+    friend class FormRegistry;
+    enum class State { Made, Loading, Loaded, Unloaded };
+
+    void restorePlace();
+    void rememberPlace() const;
+    void nameControls();
+
+    State state_ = State::Made;
+    bool busy_ = false;
+    bool placed_ = false;
+    QAbstractButton* cancel_ = nullptr;
+};
+
+}  // namespace forms

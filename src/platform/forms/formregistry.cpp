@@ -1,0 +1,88 @@
+#include "platform/forms/formregistry.h"
+
+#include <algorithm>
+
+#include "platform/base/text.h"
+#include "platform/forms/form.h"
+
+namespace forms {
+
+FormRegistry& FormRegistry::instance() {
+    static FormRegistry registry;
+    return registry;
+}
+
+FormRegistry::~FormRegistry() = default;
+
+bool FormRegistry::usable(const Form& form) { return form.state_ != Form::State::Unloaded; }
+
+Form& FormRegistry::adopt(std::unique_ptr<Form> form) {
+    Form& adopted = *forms_.emplace_back(std::move(form));
+    adopted.load();
+    return adopted;
+}
+
+Form* FormRegistry::find(std::string_view name) const {
+    const auto found = std::find_if(forms_.begin(), forms_.end(), [&](const auto& form) {
+        return form->isLoaded() && base::equalsNoCase(form->name(), name);
+    });
+    return found == forms_.end() ? nullptr : found->get();
+}
+
+std::vector<Form*> FormRegistry::loaded() const {
+    std::vector<Form*> all;
+    for (const auto& form : forms_) {
+        if (form->isLoaded()) {
+            all.push_back(form.get());
+        }
+    }
+    return all;
+}
+
+void FormRegistry::unloadAll() {
+    unloadingAll_ = true;
+    for (std::size_t i = forms_.size(); i > 0; --i) {
+        forms_[i - 1]->unload();
+    }
+    unloadingAll_ = false;
+}
+
+void FormRegistry::destroyAll() {
+    lastActive_ = nullptr;
+    while (!forms_.empty()) {
+        forms_.pop_back();
+    }
+}
+
+void FormRegistry::activated(Form& form) {
+    if (lastActive_ == &form) {
+        return;
+    }
+    lastActive_ = &form;
+    form.formActivate();
+}
+
+void FormRegistry::unloaded(Form& form) {
+    if (lastActive_ == &form) {
+        lastActive_ = nullptr;
+    }
+    Application& application = Application::instance();
+    application.whenIdle([this] { destroyUnloaded(); });
+    if (unloadingAll_ || application.ending()) {
+        return;
+    }
+    if (QWidget* owner = form.parentWidget(); owner != nullptr && owner->isVisible()) {
+        owner->activateWindow();
+        return;
+    }
+    const std::vector<Form*> left = loaded();
+    if (std::none_of(left.begin(), left.end(), [](const Form* one) { return one->isVisible(); })) {
+        application.endProgram(0);
+    }
+}
+
+void FormRegistry::destroyUnloaded() {
+    std::erase_if(forms_, [](const auto& form) { return !usable(*form); });
+}
+
+}  // namespace forms

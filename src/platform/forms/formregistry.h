@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/base/ports.h"
+
+namespace forms {
+
+class Form;
+
+/// Every form of the program by its name. It owns the forms: an unloaded form is destroyed when no
+/// procedure is running any more, the others after the event loop.
+class FormRegistry : public base::FormRegistryPort {
+public:
+    static FormRegistry& instance();
+    ~FormRegistry() override;
+
+    /// The loaded form of that class, made and loaded if there is none.
+    template <class T, class... Arguments>
+    T& load(Arguments&&... arguments) {
+        for (const auto& form : forms_) {
+            if (auto* known = dynamic_cast<T*>(form.get()); known != nullptr && usable(*known)) {
+                known->load();
+                return *known;
+            }
+        }
+        return static_cast<T&>(adopt(std::make_unique<T>(std::forward<Arguments>(arguments)...)));
+    }
+
+    /// The loaded form of that name, without regard to case; null if there is none.
+    [[nodiscard]] Form* find(std::string_view name) const;
+    /// The loaded forms in the order of their loading.
+    [[nodiscard]] std::vector<Form*> loaded() const;
+    /// The form that was active last; null if there is none.
+    [[nodiscard]] Form* lastActive() const { return lastActive_; }
+
+    void unloadAll() override;
+    /// Destroys every form, loaded or not; no procedure may be running.
+    void destroyAll();
+
+private:
+    friend class Form;
+
+    static bool usable(const Form& form);
+    Form& adopt(std::unique_ptr<Form> form);
+    void activated(Form& form);
+    void unloaded(Form& form);
+    void destroyUnloaded();
+
+    std::vector<std::unique_ptr<Form>> forms_;
+    Form* lastActive_ = nullptr;
+    bool unloadingAll_ = false;
+};
+
+}  // namespace forms
