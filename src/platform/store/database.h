@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -83,8 +84,14 @@ struct FetchedRow {
 /// What became of a write to a fetched row.
 enum class RowOutcome { Written, Changed, Deleted };
 
-/// A test of two texts that SQL may call by name; its result depends on nothing else.
-using TextTest = bool (*)(std::string_view first, std::string_view second);
+/// A function that SQL may call by name. Arguments come as they are stored. A RunTimeError that it
+/// raises fails the statement and arrives where the statement was run.
+struct Function {
+    std::string name;
+    int arguments = 0;
+    bool deterministic = false;  ///< the same arguments always give the same result
+    base::Value (*call)(std::span<const base::Value> arguments) = nullptr;
+};
 
 /// One open database file. SQL given here is the store's own dialect.
 class Database {
@@ -126,8 +133,7 @@ public:
     /// Brings everything into the file itself, as far as other programs that read it allow.
     virtual void checkpoint() = 0;
 
-    /// Makes `test` callable in SQL as name(first, second): 1 or 0, Null where either text is Null.
-    virtual void registerTest(const std::string& name, TextTest test) = 0;
+    virtual void registerFunction(const Function& function) = 0;
 
     /// Creates a table with its key, checks and indexes, and adds it to the catalogue. A counter
     /// must be the table's only key column.

@@ -1,6 +1,8 @@
 #include "platform/store/sqlitedatabase.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <exception>
 
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -12,24 +14,43 @@ namespace store::sqlite {
 
 namespace {
 
-std::string_view textOf(sqlite3_value* value) {
-    const unsigned char* text = sqlite3_value_text(value);
-    return {reinterpret_cast<const char*>(text),
-            static_cast<std::size_t>(sqlite3_value_bytes(value))};
+/// A function of ours as the engine holds it.
+struct Registered {
+    Function function;
+    const Source& source;
+};
+
+void giveResult(sqlite3_context* context, const base::Value& value) {
+    if (value.isNull()) {
+        sqlite3_result_null(context);
+    } else if (value.isDouble()) {
+        sqlite3_result_double(context, value.asNumber());
+    } else if (value.isInteger()) {
+        sqlite3_result_int64(context, value.asInteger());
+    } else if (value.isYesNo()) {
+        sqlite3_result_int(context, value.asBoolean() ? 1 : 0);
+    } else {
+        const std::string text = value.isDate() ? value.asDate().iso() : value.heldText();
+        sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    }
 }
 
-void callTest(sqlite3_context* context, int, sqlite3_value** arguments) {
-    if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
-        sqlite3_value_type(arguments[1]) == SQLITE_NULL) {
-        return;
-    }
-    const auto test = reinterpret_cast<TextTest>(sqlite3_user_data(context));
+void callRegistered(sqlite3_context* context, int count, sqlite3_value** values) {
+    const auto* registered = static_cast<const Registered*>(sqlite3_user_data(context));
     try {
-        sqlite3_result_int(context, test(textOf(arguments[0]), textOf(arguments[1])) ? 1 : 0);
+        std::vector<base::Value> arguments;
+        arguments.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) {
+            arguments.push_back(plainValue(values[i]));
+        }
+        giveResult(context, registered->function.call(arguments));
     } catch (const std::exception& e) {
+        registered->source.raised = std::current_exception();
         sqlite3_result_error(context, e.what(), -1);
     }
 }
+
+void forget(void* registered) { delete static_cast<Registered*>(registered); }
 
 /// Undoes what was done since its making unless it is kept.
 class SavePoint {
@@ -61,7 +82,9 @@ private:
 }  // namespace
 
 SqliteDatabase::SqliteDatabase(const std::string& path, int lockTimeoutMs)
-    : source_{nullptr, path, lockTimeoutMs}, handle_(nullptr, sqlite3_close_v2), rows_(source_) {
+    : source_{nullptr, path, lockTimeoutMs, nullptr},
+      handle_(nullptr, sqlite3_close_v2),
+      rows_(source_) {
     openFile(source_, handle_);
     addTables("main", path);
 }
@@ -147,18 +170,23 @@ void SqliteDatabase::setDurability(Durability durability) {
 }
 
 void SqliteDatabase::checkpoint() {
+    constexpr int PatienceMs = 500;
+    sqlite3_busy_timeout(source_.handle, std::min(PatienceMs, source_.lockTimeoutMs));
     const int code = sqlite3_wal_checkpoint_v2(source_.handle, nullptr, SQLITE_CHECKPOINT_TRUNCATE,
                                                nullptr, nullptr);
+    sqlite3_busy_timeout(source_.handle, source_.lockTimeoutMs);
     if (code != SQLITE_BUSY && code != SQLITE_LOCKED) {
         check(source_, code);
     }
 }
 
-void SqliteDatabase::registerTest(const std::string& name, TextTest test) {
-    check(source_,
-          sqlite3_create_function(source_.handle, name.c_str(), 2,
-                                  SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS,
-                                  reinterpret_cast<void*>(test), callTest, nullptr, nullptr));
+void SqliteDatabase::registerFunction(const Function& function) {
+    const int flags =
+        SQLITE_UTF8 | SQLITE_INNOCUOUS | (function.deterministic ? SQLITE_DETERMINISTIC : 0);
+    auto registered = std::make_unique<Registered>(Registered{function, source_});
+    check(source_, sqlite3_create_function_v2(source_.handle, function.name.c_str(),
+                                              function.arguments, flags, registered.release(),
+                                              callRegistered, nullptr, nullptr, forget));
 }
 
 void SqliteDatabase::create(const Table& table) {

@@ -41,7 +41,7 @@ public:
 
     void setDurability(Durability durability) override;
     void checkpoint() override;
-    void registerTest(const std::string& name, TextTest test) override;
+    void registerFunction(const Function& function) override;
     void create(const Table& table) override;
 
 private:

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 #include <sqlite3.h>
@@ -75,6 +76,9 @@ bool isUnwritable(const std::string& path) {
 }  // namespace
 
 void raiseFault(const Source& source, int code) {
+    if (source.raised != nullptr) {
+        std::rethrow_exception(std::exchange(source.raised, nullptr));
+    }
     switch (code & 0xff) {
         case SQLITE_BUSY:
         case SQLITE_PROTOCOL:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <string>
 
 struct sqlite3;
@@ -11,6 +12,8 @@ struct Source {
     sqlite3* handle = nullptr;
     std::string path;
     int lockTimeoutMs = 0;
+    /// What a function called from SQL raised, until the statement's fault is reported.
+    mutable std::exception_ptr raised;
 };
 
 /// Raises the StoreError that a result code of the engine stands for.

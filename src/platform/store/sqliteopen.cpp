@@ -153,7 +153,7 @@ std::unique_ptr<Database> createFile(const std::string& path) {
     close(descriptor);
     sqlite3* made = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &made, SQLITE_OPEN_READWRITE, nullptr);
-    const sqlite::Source source{made, path, LockTimeoutMs};
+    const sqlite::Source source{made, path, LockTimeoutMs, nullptr};
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle(made, sqlite3_close_v2);
     sqlite::check(source, code);
     sqlite::check(source,

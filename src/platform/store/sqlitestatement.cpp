@@ -121,17 +121,23 @@ std::string_view PreparedStatement::text(int column) const {
 }
 
 base::Value PreparedStatement::stored(int column) const {
-    switch (type(column)) {
-        case CellType::Null:
+    return plainValue(sqlite3_column_value(statement_, column));
+}
+
+base::Value plainValue(sqlite3_value* value) {
+    switch (sqlite3_value_type(value)) {
+        case SQLITE_NULL:
             return {};
-        case CellType::Integer:
-            return integer(column);
-        case CellType::Real:
-            return real(column);
-        case CellType::Text:
+        case SQLITE_INTEGER:
+            return std::int64_t{sqlite3_value_int64(value)};
+        case SQLITE_FLOAT:
+            return sqlite3_value_double(value);
+        default:
             break;
     }
-    return std::string(text(column));
+    const unsigned char* text = sqlite3_value_text(value);
+    return std::string(reinterpret_cast<const char*>(text),
+                       static_cast<std::size_t>(sqlite3_value_bytes(value)));
 }
 
 }  // namespace store::sqlite

@@ -9,6 +9,9 @@
 
 namespace store::sqlite {
 
+/// A stored value as it is: Null, whole number, number or text.
+[[nodiscard]] base::Value plainValue(sqlite3_value* value);
+
 /// One prepared statement of the engine. `source` outlives it.
 class PreparedStatement final : public Statement {
 public:
@@ -28,7 +31,7 @@ public:
     [[nodiscard]] double real(int column) const override;
     [[nodiscard]] std::string_view text(int column) const override;
 
-    /// The cell as a plain value: Null, whole number, number or text.
+    /// The cell as it is stored.
     [[nodiscard]] base::Value stored(int column) const;
 
 private:

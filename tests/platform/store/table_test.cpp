@@ -132,17 +132,25 @@ TEST_F(Tables, NamesInQuotesAreNamesAndOneTextIsOneStatement) {
     EXPECT_NE(database->catalog().find("STOPS"), nullptr);
 }
 
-TEST_F(Tables, AreTestedByRegisteredFunctions) {
-    database->registerTest("begins", [](std::string_view text, std::string_view with) {
-        return text.starts_with(with);
-    });
-    const auto rows = database->prepare(
-        "SELECT begins('abc', 'ab'), begins('abc', 'x'),"
-        " begins(NULL, 'x')");
+TEST_F(Tables, AreReadThroughRegisteredFunctions) {
+    database->registerFunction({"joined", 2, true, [](std::span<const base::Value> arguments) {
+                                    return arguments[0].isNull()
+                                               ? base::Value()
+                                               : base::Value(arguments[0].asText() + "/" +
+                                                             arguments[1].asText());
+                                }});
+    const auto rows = database->prepare("SELECT joined('a', 1.5), joined(NULL, 1)");
     ASSERT_TRUE(rows->step());
-    EXPECT_EQ(rows->integer(0), 1);
-    EXPECT_EQ(rows->integer(1), 0);
-    EXPECT_EQ(rows->type(2), store::CellType::Null);
+    EXPECT_EQ(rows->text(0), "a/1.5");
+    EXPECT_EQ(rows->type(1), store::CellType::Null);
+
+    const auto failing = database->prepare("SELECT joined('a', NULL)");
+    try {
+        failing->step();
+        FAIL() << "swallowed the function's error";
+    } catch (const base::RunTimeError& error) {
+        EXPECT_EQ(error.number(), base::errors::InvalidUseOfNull);
+    }
 }
 
 }  // namespace
