@@ -113,7 +113,9 @@ void MultiColumnCombo::wheelEvent(QWheelEvent* event) { event->ignore(); }
 
 void MultiColumnCombo::focusOutEvent(QFocusEvent* event) {
     QComboBox::focusOutEvent(event);
-    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+    const bool stays = view()->isVisible() || event->reason() == Qt::PopupFocusReason ||
+                       event->reason() == Qt::ActiveWindowFocusReason;
+    if (!stays) {
         emit left();
     }
 }

@@ -9,6 +9,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <QStyledItemDelegate>
 #include <algorithm>
 #include <numeric>
@@ -60,6 +61,7 @@ MultiColumnList::MultiColumnList(QWidget* parent)
     setHorizontalScrollMode(ScrollPerPixel);
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
+    header()->setResizeContentsPrecision(40);
     header()->setSectionsClickable(true);
     connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
         if (headerSorts_) {
@@ -150,7 +152,9 @@ void MultiColumnList::selectRows(std::span<const int> wanted) {
         }
         selection.append({model_->index(wanted[from], 0), model_->index(wanted[to], lastColumn)});
     }
-    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    // Replacing one large selection by another compares every range with every other.
+    selectNone();
+    selectionModel()->select(selection, QItemSelectionModel::Select);
 }
 
 void MultiColumnList::selectNone() { selectionModel()->clearSelection(); }
@@ -167,11 +171,12 @@ void MultiColumnList::toggleSort(int column) {
 
     const std::vector<std::size_t> selected = selectedTableRows();
     const std::size_t chosen = chosenRow_ < 0 ? 0 : model_->tableRow(chosenRow_);
-    const bool wasQuiet = blockSignals(true);
-    selectNone();
-    model_->sort(column, sortOrder_);
-    selectTableRows(selected);
-    blockSignals(wasQuiet);
+    {
+        const QSignalBlocker quiet(this);
+        selectNone();
+        model_->sort(column, sortOrder_);
+        selectTableRows(selected);
+    }
     chosenRow_ = chosenRow_ < 0 ? -1 : model_->shownRow(chosen);
 }
 

@@ -1,0 +1,211 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+#include "platform/controls/layoutmemory.h"
+#include "platform/controls/multicolumnlist.h"
+#include "platform/controls/qtext.h"
+
+namespace {
+
+using controls::CellKind;
+using controls::MultiColumnList;
+using controls::TextTable;
+
+TextTable runs(int count) {
+    TextTable table;
+    table.columns = {{"Run ID"}, {"Description", 2440}, {"Miles", 0, CellKind::Number}};
+    for (int i = 0; i < count; ++i) {
+        const std::size_t row = table.addRow();
+        table.setText(row, 0, "R" + std::to_string(i));
+        table.setText(row, 1, "Run number " + std::to_string(i));
+        table.set(row, 2, (i * 7) % count);
+    }
+    return table;
+}
+
+class ListTest : public testing::Test {
+protected:
+    ListTest() {
+        window.setObjectName("window");
+        list.setObjectName("RunList");
+        auto* layout = new QVBoxLayout(&window);
+        layout->addWidget(&before);
+        layout->addWidget(&list);
+        window.resize(600, 400);
+        show();
+    }
+    ~ListTest() override { controls::LayoutMemory::instance().forget(); }
+
+    void show() {
+        window.show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        before.setFocus();
+    }
+    void clickRow(int row, Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, keys, centre(row));
+    }
+    QPoint centre(int row) { return list.visualRect(list.model()->index(row, 0)).center(); }
+
+    QWidget window;
+    QLineEdit before;
+    MultiColumnList list;
+};
+
+TEST_F(ListTest, AFillIsOneResetAndForgetsWhatWasChosen) {
+    list.setTable(runs(5));
+    list.choose(3);
+    list.toggleSort(2);
+    const QSignalSpy resets(list.model(), &QAbstractItemModel::modelReset);
+    list.setTable(runs(8));
+    EXPECT_EQ(resets.count(), 1);
+    EXPECT_EQ(list.rows(), 8);
+    EXPECT_EQ(list.chosenRow(), -1);
+    EXPECT_EQ(list.chosenKey(), "");
+    EXPECT_EQ(list.selectedCount(), 0);
+    EXPECT_EQ(list.sortColumn(), -1);
+    list.clearAll();
+    EXPECT_EQ(list.model()->columnCount(), 0);
+}
+
+TEST_F(ListTest, SelectsTwentyThousandRowsAsOneRange) {
+    list.setTable(runs(20000));
+    std::vector<int> everyOther;
+    for (int row = 0; row < 20000; row += 2) {
+        everyOther.push_back(row);
+    }
+    list.selectRows(everyOther);
+    EXPECT_EQ(list.selectedCount(), 10000);
+    list.selectAllRows();
+    EXPECT_EQ(list.selectionModel()->selection().size(), 1);
+    EXPECT_EQ(list.selectedCount(), 20000);
+    list.toggleSort(2);
+    EXPECT_EQ(list.selectionModel()->selection().size(), 1);
+    EXPECT_EQ(list.selectedCount(), 20000);
+    list.selectNone();
+    EXPECT_EQ(list.selectedCount(), 0);
+}
+
+TEST_F(ListTest, TabbingInChoosesNothingAndTheArrowKeyThenChoosesTheFirstRow) {
+    list.setTable(runs(5));
+    const QSignalSpy clicked(&list, &MultiColumnList::rowClicked);
+    QTest::keyClick(&before, Qt::Key_Tab);
+    ASSERT_TRUE(list.hasFocus());
+    EXPECT_EQ(list.chosenRow(), -1);
+    EXPECT_EQ(clicked.count(), 0);
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(list.chosenKey(), "R0");
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(list.chosenKey(), "R1");
+    EXPECT_EQ(clicked.count(), 2);
+}
+
+TEST_F(ListTest, ClicksChooseAndDoubleClickOrEnterActivates) {
+    list.setTable(runs(5));
+    QSignalSpy clicked(&list, &MultiColumnList::rowClicked);
+    QSignalSpy activated(&list, &MultiColumnList::rowActivated);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(activated.count(), 0);
+    clickRow(2);
+    ASSERT_EQ(clicked.count(), 1);
+    EXPECT_EQ(clicked.takeFirst().at(0).toInt(), 2);
+    clickRow(4, Qt::ControlModifier);
+    EXPECT_EQ(list.selectedRows(), (std::vector{2, 4}));
+    EXPECT_EQ(list.chosenKey(), "R4");
+    clickRow(1);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, centre(1));
+    ASSERT_EQ(activated.count(), 1);
+    EXPECT_EQ(activated.takeFirst().at(0).toInt(), 1);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(activated.count(), 1);
+}
+
+TEST_F(ListTest, HeaderClicksSortBothWaysWithTheRowsKeptTogether) {
+    list.setTable(runs(10));
+    const std::vector<int> two{1, 2};
+    list.choose(2);
+    list.selectRows(two);
+    QTest::mouseClick(list.header()->viewport(), Qt::LeftButton, {},
+                      {list.header()->sectionViewportPosition(2) + 10, 5});
+    EXPECT_EQ(list.sortColumn(), 2);
+    EXPECT_EQ(list.sortOrder(), Qt::AscendingOrder);
+    EXPECT_EQ(list.cellText(0, 2), "0");
+    EXPECT_EQ(list.cellText(9, 2), "9");
+    EXPECT_EQ(list.chosenKey(), "R2");
+    std::vector<std::string> selected;
+    for (const int row : list.selectedRows()) {
+        selected.push_back(list.cellText(row, 0));
+    }
+    EXPECT_EQ(selected, (std::vector<std::string>{"R2", "R1"}));
+
+    list.toggleSort(2);
+    EXPECT_EQ(list.sortOrder(), Qt::DescendingOrder);
+    EXPECT_EQ(list.cellText(0, 2), "9");
+    list.toggleSort(0);
+    EXPECT_EQ(list.sortOrder(), Qt::AscendingOrder);
+    EXPECT_EQ(list.header()->sortIndicatorSection(), 0);
+    EXPECT_EQ(list.chosenKey(), "R2");
+}
+
+TEST_F(ListTest, PositionBehindTheEndIsTheLastRow) {
+    list.setTable(runs(3));
+    list.choose(40);
+    EXPECT_EQ(list.chosenKey(), "R2");
+    list.choose(-1);
+    EXPECT_EQ(list.chosenRow(), -1);
+    list.setTable(runs(0));
+    list.choose(40);
+    EXPECT_EQ(list.chosenRow(), -1);
+}
+
+TEST_F(ListTest, CopiesTheSelectionWithItsCaptionsInTheOrderShown) {
+    list.setTable(runs(4));
+    list.toggleSort(0);
+    list.toggleSort(0);
+    const std::vector<int> rows{0, 2};
+    list.selectRows(rows);
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+    const QMimeData* copied = QApplication::clipboard()->mimeData();
+    EXPECT_EQ(copied->text(),
+              "Run ID\tDescription\tMiles\nR3\tRun number 3\t1\nR1\tRun number 1\t3\n");
+    EXPECT_TRUE(copied->html().contains("<th>Miles</th>"));
+}
+
+TEST_F(ListTest, RemembersTheUsersWidthsForEachSetOfColumns) {
+    list.setTable(runs(4));
+    const int given = list.header()->sectionSize(1);
+    list.header()->resizeSection(1, given + 37);
+    TextTable other;
+    other.columns = {{"Stop"}, {"Street", 3000}};
+    list.setTable(other);
+    EXPECT_NE(list.header()->sectionSize(1), given + 37);
+    list.setTable(runs(4));
+    EXPECT_EQ(list.header()->sectionSize(1), given + 37);
+}
+
+TEST_F(ListTest, RedCellsAreRedUnderReadableTextSelectedOrNot) {
+    TextTable table = runs(2);
+    table.colourRed(1, 0, 1);
+    list.setTable(std::move(table));
+    const auto pixel = [&](int row, int column) {
+        const QRect cell = list.visualRect(list.model()->index(row, column));
+        return list.viewport()->grab().toImage().pixelColor(cell.right() - 3, cell.top() + 3);
+    };
+    EXPECT_EQ(pixel(1, 1), QColor(255, 0, 0));
+    EXPECT_NE(pixel(1, 2), QColor(255, 0, 0));
+    EXPECT_NE(pixel(0, 1), QColor(255, 0, 0));
+    list.selectAllRows();
+    EXPECT_GT(pixel(1, 1).red(), 100);
+    EXPECT_LT(pixel(1, 1).blue(), 20);
+}
+
+}  // namespace
