@@ -54,4 +54,7 @@ inline int RunRefreshTime = 0;
 /// Runs saved since the program was started.
 inline int TotSavedRuns = 0;
 
+/// Closes the databases and gives every global its first value again, as before start-up.
+void resetSession();
+
 }  // namespace startup

@@ -21,9 +21,4 @@ void reportTrapped(std::string_view procedure, std::string_view module) {
     }
 }
 
-std::string untrappedText() {
-    const CurrentError error = currentError();
-    return fmt::format("Run-time error '{}':\n\n{}", error.number, error.description);
-}
-
 }  // namespace startup

@@ -40,8 +40,4 @@ std::invoke_result_t<Body> trapped(std::string_view procedure, std::string_view 
     }
 }
 
-/// What the run time says of an error that nobody trapped: "Run-time error '53':" and its text.
-/// Called while the error is being handled.
-[[nodiscard]] std::string untrappedText();
-
 }  // namespace startup

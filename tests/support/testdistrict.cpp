@@ -72,7 +72,11 @@ void TestDistrict::addUser(const std::string& user, const std::string& password,
                            const std::vector<std::string>& grantedCodes) const {
     insert(DatabaseFile::QDSC, "QDSCU", {{"QDSC1", user}, {"QDSC2", password}});
     for (const std::string& code : grantedCodes) {
-        insert(DatabaseFile::QDSC, "QDSCPP", {{"PRODUCT", "ROUTING"}, {"PERM", code}});
+        sql(DatabaseFile::QDSC,
+            fmt::format(
+                "INSERT INTO QDSCPP (PRODUCT, PERM) SELECT 'ROUTING', '{0}' WHERE NOT EXISTS "
+                "(SELECT 1 FROM QDSCPP WHERE PRODUCT = 'ROUTING' AND PERM = '{0}')",
+                code));
         insert(DatabaseFile::QDSC, "QDSCU_PP",
                {{"PRODUCT", "ROUTING"}, {"QDSC1", user}, {"PERM", code}, {"Authority", true}});
     }

@@ -1,34 +1,21 @@
 #include "support/testsession.h"
 
 #include "startup/COSInfo.h"
+#include "startup/applicationinfo.h"
 #include "startup/mdlDBConnection.h"
 #include "startup/mdlErrorHandler.h"
 #include "startup/session.h"
 
 namespace support {
 
-namespace {
-
-void emptyGlobals() {
-    using namespace startup;
-    gCommandLine = gIniFile = gDataPath = gProgPath = gVIREOPath = gReportPath = gMapSoftware = {};
-    RunSearchSQL = RunSearchSchoolSQL = SelectedRun = {};
-    gErrorHandling = gSecurityOn = RefreshRunList = false;
-    gErrHandler.reset();
-    gPermCount = 0;
-    gPermCode.clear();
-    gPermAuthority.clear();
-    RunRefreshTime = TotSavedRuns = 0;
+TestSession::TestSession() {
+    startup::resetSession();
+    startup::applicationInfo().path = programFolder.path();
 }
 
-}  // namespace
-
-TestSession::TestSession() { emptyGlobals(); }
-
 TestSession::~TestSession() {
-    startup::closeConnections();
+    startup::resetSession();
     startup::COSInfo::useFolder({});
-    emptyGlobals();
 }
 
 void TestSession::start(const std::string& configFolder) const {

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "support/fakes.h"
+#include "support/temporaryfolder.h"
 
 namespace support {
 
 /// The session's globals for one test: fresh at the start, closed and emptied at the end, with
-/// every port replaced by one that records. Error texts and trace files go to a folder of its own.
+/// every port replaced by one that records. The trace file goes to a folder of its own.
 class TestSession {
 public:
     TestSession();
@@ -17,6 +18,7 @@ public:
     /// the databases.
     void start(const std::string& configFolder) const;
 
+    TemporaryFolder programFolder;
     FakeBoxes boxes;
     FakeClock clock;
     FakeForms forms;
