@@ -32,6 +32,10 @@ if(VIREO_SANITIZE)
   target_link_options(vireo_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(VIREO_FUZZ)
+  target_compile_options(vireo_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 define_property(GLOBAL PROPERTY VIREO_ROOMS)
 
 # vireo_core(NAME FOLDER folder SOURCES ... LINK ...): a library without a widget.
