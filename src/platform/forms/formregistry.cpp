@@ -16,12 +16,6 @@ FormRegistry::~FormRegistry() = default;
 
 bool FormRegistry::usable(const Form& form) { return form.state_ != Form::State::Unloaded; }
 
-Form& FormRegistry::adopt(std::unique_ptr<Form> form) {
-    Form& adopted = *forms_.emplace_back(std::move(form));
-    adopted.load();
-    return adopted;
-}
-
 Form* FormRegistry::find(std::string_view name) const {
     const auto found = std::find_if(forms_.begin(), forms_.end(), [&](const auto& form) {
         return form->isLoaded() && base::equalsNoCase(form->name(), name);

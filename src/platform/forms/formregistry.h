@@ -18,16 +18,24 @@ public:
     static FormRegistry& instance();
     ~FormRegistry() override;
 
-    /// The loaded form of that class, made and loaded if there is none.
+    /// The form of that class, made if there is none; a form just made is not loaded yet.
     template <class T, class... Arguments>
-    T& load(Arguments&&... arguments) {
+    T& make(Arguments&&... arguments) {
         for (const auto& form : forms_) {
             if (auto* known = dynamic_cast<T*>(form.get()); known != nullptr && usable(*known)) {
-                known->load();
                 return *known;
             }
         }
-        return static_cast<T&>(adopt(std::make_unique<T>(std::forward<Arguments>(arguments)...)));
+        forms_.push_back(std::make_unique<T>(std::forward<Arguments>(arguments)...));
+        return static_cast<T&>(*forms_.back());
+    }
+
+    /// The loaded form of that class, made and loaded if there is none.
+    template <class T, class... Arguments>
+    T& load(Arguments&&... arguments) {
+        T& form = make<T>(std::forward<Arguments>(arguments)...);
+        form.load();
+        return form;
     }
 
     /// The loaded form of that name, without regard to case; null if there is none.
@@ -45,7 +53,6 @@ private:
     friend class Form;
 
     static bool usable(const Form& form);
-    Form& adopt(std::unique_ptr<Form> form);
     void activated(Form& form);
     void unloaded(Form& form);
     void destroyUnloaded();
