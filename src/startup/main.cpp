@@ -1,0 +1,65 @@
+#include <QStandardPaths>
+#include <cstdio>
+#include <cstdlib>
+
+#include <fmt/format.h>
+
+#include "platform/controls/layoutmemory.h"
+#include "platform/forms/application.h"
+#include "platform/forms/look.h"
+#include "startup/RunStartup.h"
+#include "startup/applicationinfo.h"
+#include "startup/session.h"
+
+namespace {
+
+// The toolkit's last word where it cannot open the display is an abort.
+void reportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type != QtFatalMsg) {
+        fmt::print(stderr, "tarn: {}\n", message.toStdString());
+        return;
+    }
+    fmt::print(stderr,
+               "tarn: No window can be opened. Start it in a desktop session, or set DISPLAY or "
+               "WAYLAND_DISPLAY to one that you may use.\n");
+    std::_Exit(EXIT_FAILURE);
+}
+
+// Keeps the toolkit's messages readable while it looks for a display, and only then.
+class DisplayCheck {
+public:
+    DisplayCheck() : before_(qInstallMessageHandler(reportNoDisplay)) {}
+    void passed() const { qInstallMessageHandler(before_); }
+
+private:
+    QtMessageHandler before_;
+};
+
+void nameApplication(const startup::ApplicationInfo& info) {
+    QCoreApplication::setApplicationName(QStringLiteral("tarn"));
+    QCoreApplication::setApplicationVersion(
+        QString::fromStdString(fmt::format("{}.{}.{}", info.major, info.minor, info.revision)));
+    QGuiApplication::setApplicationDisplayName(QString::fromStdString(info.title));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarn"));
+}
+
+QString layoutFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/vireo/tarn-windows.ini");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::string commandLine = startup::commandLineOf(argc, argv);
+    nameApplication(startup::applicationInfo());
+    const DisplayCheck display;
+    forms::Application application(argc, argv);
+    display.passed();
+    forms::applyLook(application);
+    controls::LayoutMemory::instance().useFile(layoutFile());
+    application.guarded([&] { startup::Main(commandLine); });
+    const int exitCode = application.run();
+    startup::resetSession();
+    return exitCode;
+}
