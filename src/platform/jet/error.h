@@ -21,10 +21,10 @@ private:
 };
 
 namespace errors {
-inline constexpr int Syntax = -2147217900;          ///< not a statement of the dialect
-inline constexpr int NoSuchTable = -2147217865;     ///< a table that the connection does not see
-inline constexpr int NoSuchColumn = -2147217904;    ///< a name that is no column of the tables used
-inline constexpr int TypeMismatch = -2147217913;    ///< text compared with a number, and the like
+inline constexpr int Syntax = -2147217900;        ///< not a statement of the dialect
+inline constexpr int NoSuchTable = -2147217865;   ///< a table that the connection does not see
+inline constexpr int NoSuchColumn = -2147217904;  ///< a name that is no column of the tables used
+inline constexpr int TypeMismatch = -2147217913;  ///< text compared with a number, and the like
 }  // namespace errors
 
 }  // namespace jet

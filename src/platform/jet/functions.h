@@ -8,8 +8,8 @@ namespace jet {
 
 /// A function that translated statements call and that the store must know under this name.
 /// Arguments come as the store holds them (a date-time as its ISO text, yes/no as 0 or 1); a date
-/// result goes back as its ISO text, a yes/no result as 0 or 1. `call` may raise RunTimeError, which
-/// fails the statement.
+/// result goes back as its ISO text, a yes/no result as 0 or 1. `call` may raise RunTimeError,
+/// which fails the statement.
 struct StoreFunction {
     const char* name;
     int arguments;

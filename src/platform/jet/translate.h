@@ -79,7 +79,8 @@ struct Translation {
     /// SELECT: the visible columns, in order. Hidden row-key columns follow them in the result.
     std::vector<OutputColumn> columns;
     std::vector<BaseTable> tables;
-    /// Whether rows may be changed, added and deleted through the result (no grouping, no DISTINCT).
+    /// Whether rows may be changed, added and deleted through the result (no grouping, no
+    /// DISTINCT).
     bool updatable = false;
 };
 

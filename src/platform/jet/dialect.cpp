@@ -1,0 +1,100 @@
+#include "platform/jet/dialect.h"
+
+namespace jet {
+
+namespace {
+
+struct Row {
+    Op op;
+    std::string_view text;
+};
+
+constexpr Row Sqlite[] = {
+    {Op::NoCase, "{0} COLLATE NOCASE"},
+    {Op::TrimRight, "RTRIM({0})"},
+    {Op::Like, "{0} LIKE {1}"},
+    {Op::LikeAny, "jet_like({0}, {1})"},
+    // A whole number divided by one would lose its fraction.
+    {Op::Divide, "(CAST({0} AS REAL) / {1})"},
+    {Op::IntegerDivide, "(jet_whole({0}) / jet_whole({1}))"},
+    {Op::Modulo, "(jet_whole({0}) % jet_whole({1}))"},
+    {Op::Power, "POWER({0}, {1})"},
+    {Op::Trim, "TRIM({0})"},
+    {Op::TrimLeft, "LTRIM({0})"},
+    {Op::Upper, "UPPER({0})"},
+    {Op::Lower, "LOWER({0})"},
+    {Op::Length, "LENGTH({0})"},
+    {Op::Left, "SUBSTR({0}, 1, {1})"},
+    {Op::Right, "jet_right({0}, {1})"},
+    {Op::Mid, "SUBSTR({0}, {1}, {2})"},
+    {Op::MidToEnd, "SUBSTR({0}, {1})"},
+    {Op::Find, "INSTR(LOWER({0}), LOWER({1}))"},
+    {Op::EmptyForNull, "COALESCE({0}, '')"},
+    {Op::NumberText, "jet_number_text({0})"},
+    {Op::DateText, "jet_date_text({0})"},
+    {Op::YesNoText, "jet_yesno_text({0})"},
+    {Op::CodeText, "jet_code({0})"},
+    {Op::LeadingNumber, "jet_val({0})"},
+    {Op::ToNumber, "jet_number({0})"},
+    {Op::ToWhole, "jet_whole({0})"},
+    {Op::ToSingle, "jet_single({0})"},
+    {Op::ToDate, "jet_date({0})"},
+    {Op::ToDays, "jet_days({0})"},
+    {Op::YesNo, "({0} <> 0)"},
+    {Op::Abs, "ABS({0})"},
+    {Op::Floor, "jet_int({0})"},
+    {Op::Truncate, "jet_fix({0})"},
+    {Op::Round, "jet_round({0}, 0)"},
+    {Op::RoundTo, "jet_round({0}, {1})"},
+    {Op::Sign, "SIGN({0})"},
+    {Op::Now, "jet_now()"},
+    {Op::Today, "(SUBSTR(jet_now(), 1, 10) || ' 00:00:00')"},
+    {Op::TimeOfDay, "('1899-12-30' || SUBSTR(jet_now(), 11))"},
+    {Op::DatePart, "(SUBSTR({0}, 1, 10) || ' 00:00:00')"},
+    {Op::TimePart, "('1899-12-30' || SUBSTR({0}, 11))"},
+    {Op::Year, "CAST(SUBSTR({0}, 1, 4) AS INTEGER)"},
+    {Op::Month, "CAST(SUBSTR({0}, 6, 2) AS INTEGER)"},
+    {Op::Day, "CAST(SUBSTR({0}, 9, 2) AS INTEGER)"},
+    {Op::Hour, "CAST(SUBSTR({0}, 12, 2) AS INTEGER)"},
+    {Op::Minute, "CAST(SUBSTR({0}, 15, 2) AS INTEGER)"},
+    {Op::Second, "CAST(SUBSTR({0}, 18, 2) AS INTEGER)"},
+    {Op::Weekday, "(CAST(STRFTIME('%w', {0}) AS INTEGER) + 1)"},
+    {Op::DateAdd, "jet_dateadd({0}, {1}, {2})"},
+    {Op::DateDiff, "jet_datediff({0}, {1}, {2})"},
+    {Op::CountRows, "COUNT(*)"},
+    {Op::Count, "COUNT({0})"},
+    {Op::Sum, "SUM({0})"},
+    {Op::Average, "AVG({0})"},
+    {Op::Least, "MIN({0})"},
+    {Op::Greatest, "MAX({0})"},
+    {Op::First, "JSON_EXTRACT(JSON_GROUP_ARRAY({0}), '$[0]')"},
+    {Op::Last, "JSON_EXTRACT(JSON_GROUP_ARRAY({0}), '$[#-1]')"},
+    {Op::IsNull, "({0} IS NULL)"},
+    {Op::Same, "{0}"},
+};
+
+constexpr Dialect build() {
+    Dialect dialect{'?', {}};
+    for (const Row& row : Sqlite) {
+        dialect.templates[static_cast<int>(row.op)] = row.text;
+    }
+    return dialect;
+}
+
+constexpr Dialect SqliteDialect = build();
+
+constexpr bool complete() {
+    for (const std::string_view text : SqliteDialect.templates) {
+        if (text.empty()) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(complete(), "an operation has no text");
+
+}  // namespace
+
+const Dialect& sqliteDialect() { return SqliteDialect; }
+
+}  // namespace jet

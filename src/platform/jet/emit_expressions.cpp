@@ -1,0 +1,359 @@
+#include <charconv>
+
+#include "platform/jet/builtins.h"
+#include "platform/jet/emitter.h"
+#include "platform/jet/kinds.h"
+
+namespace jet {
+
+namespace {
+
+using store::ColumnKind;
+
+std::string_view signOf(Operator op) {
+    switch (op) {
+        case Operator::Add:
+            return " + ";
+        case Operator::Subtract:
+            return " - ";
+        default:
+            return " * ";
+    }
+}
+
+Op templateOf(Operator op) {
+    switch (op) {
+        case Operator::Divide:
+            return Op::Divide;
+        case Operator::IntegerDivide:
+            return Op::IntegerDivide;
+        case Operator::Modulo:
+            return Op::Modulo;
+        case Operator::Power:
+            return Op::Power;
+        default:
+            return Op::Same;
+    }
+}
+
+/// Yes is -1 in the dialect and 1 in the store, so the least of them is the store's greatest.
+Op exchanged(Op op) { return op == Op::Least ? Op::Greatest : op == Op::Greatest ? Op::Least : op; }
+
+}  // namespace
+
+void Emitter::name(std::string_view text) {
+    out_ += '"';
+    if (text.find('"') == std::string_view::npos) {
+        out_ += text;
+    } else {
+        for (const char c : text) {
+            out_ += c;
+            if (c == '"') {
+                out_ += c;
+            }
+        }
+    }
+    out_ += '"';
+}
+
+void Emitter::parameter(const Expr& literal, Binding binding) {
+    parameters_.push_back({literal.literal, binding});
+    char digits[16];
+    const auto end = std::to_chars(digits, digits + sizeof digits, parameters_.size()).ptr;
+    out_ += dialect_.parameterMark;
+    out_.append(digits, end);
+}
+
+/// Writes a template with its arguments in their places.
+void Emitter::expand(Op op, Argument first, Argument second, Argument third) {
+    const Argument arguments[] = {first, second, third};
+    std::string_view rest = dialect_[op];
+    for (auto open = rest.find('{'); open != rest.npos; open = rest.find('{')) {
+        out_ += rest.substr(0, open);
+        const Argument& argument = arguments[rest[open + 1] - '0'];
+        (this->*argument.form)(*argument.expr);
+        rest.remove_prefix(open + 3);
+    }
+    out_ += rest;
+}
+
+void Emitter::column(const Select& select, int source, const store::Column& column) {
+    name(select.sources[static_cast<std::size_t>(source)].writtenName());
+    out_ += '.';
+    name(column.name);
+}
+
+void Emitter::column(const Expr& expr) {
+    const Select& select = *scopes_[scopes_.size() - 1 - static_cast<std::size_t>(expr.scope)];
+    column(select, expr.source, *expr.column);
+}
+
+Emitter::Rank Emitter::rankOf(const Expr& expr) const {
+    switch (expr.kind) {
+        case ExprKind::Or:
+            return Disjunction;
+        case ExprKind::And:
+            return Conjunction;
+        case ExprKind::Not:
+            return Negation;
+        case ExprKind::Concat:
+            return Joined;
+        case ExprKind::Negate:
+            return Product;
+        case ExprKind::Arithmetic:
+            if (expr.valueKind == ColumnKind::Date || templateOf(expr.op) != Op::Same) {
+                return Atom;
+            }
+            return expr.valueKind == ColumnKind::Text ? Joined
+                   : expr.op == Operator::Multiply    ? Product
+                                                      : Sum;
+        case ExprKind::True:
+        case ExprKind::False:
+        case ExprKind::Null:
+        case ExprKind::Literal:
+        case ExprKind::Column:
+        case ExprKind::Call:
+        case ExprKind::Exists:
+        case ExprKind::ScalarSelect:
+            return Atom;
+        default:
+            return Comparison;
+    }
+}
+
+/// In parentheses where it binds more loosely than its place needs. Comparisons may turn into
+/// several joined by AND or OR, so they always get them below another operator.
+void Emitter::ranked(const Expr& expr, Rank least) {
+    const Rank rank = rankOf(expr);
+    if (rank >= least) {
+        plain(expr);
+        return;
+    }
+    out_ += '(';
+    plain(expr);
+    out_ += ')';
+}
+
+void Emitter::plain(const Expr& expr) {
+    switch (expr.kind) {
+        case ExprKind::Literal:
+            return parameter(expr, Binding::AsIs);
+        case ExprKind::Null:
+            out_ += "NULL";
+            return;
+        case ExprKind::True:
+            out_ += '1';
+            return;
+        case ExprKind::False:
+            out_ += '0';
+            return;
+        case ExprKind::Column:
+            return column(expr);
+        case ExprKind::Negate:
+        case ExprKind::Arithmetic:
+            return arithmetic(expr);
+        case ExprKind::Concat:
+            return concatenation(expr);
+        case ExprKind::Call:
+            return call(expr);
+        case ExprKind::Exists:
+        case ExprKind::ScalarSelect:
+            return subSelect(expr);
+        default:
+            return condition(expr);
+    }
+}
+
+void Emitter::arithmetic(const Expr& expr) {
+    if (expr.kind == ExprKind::Negate) {
+        out_ += '-';
+        const Expr& operand = *expr.children[0];
+        const bool signedAgain =
+            operand.kind == ExprKind::Negate || categoryOf(operand) == Category::YesNo;
+        out_ += signedAgain ? "(" : "";
+        numeric(operand);
+        out_ += signedAgain ? ")" : "";
+        return;
+    }
+    const Expr& left = *expr.children[0];
+    const Expr& right = *expr.children[1];
+    if (templateOf(expr.op) != Op::Same) {
+        return expand(templateOf(expr.op), {&left, &Emitter::numeric}, {&right, &Emitter::numeric});
+    }
+    if (expr.valueKind == ColumnKind::Text) {
+        textual(left);
+        out_ += " || ";
+        return textual(right);
+    }
+    const bool isDate = expr.valueKind == ColumnKind::Date;
+    const auto days = dialect_[Op::ToDate];
+    out_ += isDate ? days.substr(0, days.find('{')) : "";
+    const bool continues =
+        left.kind == ExprKind::Arithmetic && rankOf(left) != Atom && rankOf(left) >= rankOf(expr);
+    continues ? plain(left) : numeric(left);
+    out_ += signOf(expr.op);
+    numeric(right);
+    out_ += isDate ? days.substr(days.find('}') + 1) : "";
+}
+
+void Emitter::concatenation(const Expr& expr) {
+    bool first = true;
+    for (const ExprPtr& part : expr.children) {
+        out_ += first ? "" : " || ";
+        textOrEmpty(*part);
+        first = false;
+    }
+}
+
+void Emitter::textOrEmpty(const Expr& expr) {
+    const bool neverNull = isLiteral(expr) || expr.kind == ExprKind::Concat;
+    if (neverNull) {
+        return textual(expr);
+    }
+    expand(Op::EmptyForNull, {&expr, &Emitter::textual});
+}
+
+/// As a text, ready to stand beside `||`.
+void Emitter::textual(const Expr& expr) {
+    if (isLiteral(expr)) {
+        return parameter(expr,
+                         expr.facts.kind == LiteralKind::Text ? Binding::AsIs : Binding::Text);
+    }
+    switch (categoryOf(expr)) {
+        case Category::Null:
+        case Category::Text:
+            return ranked(expr, Joined);
+        case Category::Number:
+            return expand(Op::NumberText, {&expr, &Emitter::plain});
+        case Category::Date:
+            return expand(Op::DateText, {&expr, &Emitter::plain});
+        case Category::YesNo:
+            return expand(Op::YesNoText, {&expr, &Emitter::plain});
+    }
+}
+
+/// As a number, ready to stand beside an arithmetic operator: yes is -1, a date its days.
+void Emitter::numeric(const Expr& expr) {
+    switch (categoryOf(expr)) {
+        case Category::Null:
+            out_ += "NULL";
+            return;
+        case Category::Number: {
+            const bool loose = expr.kind == ExprKind::Negate || rankOf(expr) < Atom;
+            out_ += loose ? "(" : "";
+            plain(expr);
+            out_ += loose ? ")" : "";
+            return;
+        }
+        case Category::Text:
+            return isLiteral(expr) ? parameter(expr, Binding::Number)
+                                   : expand(Op::ToNumber, {&expr, &Emitter::plain});
+        case Category::Date:
+            return expand(Op::ToDays, {&expr, &Emitter::plain});
+        case Category::YesNo:
+            out_ += "(-";
+            atom(expr);
+            out_ += ')';
+    }
+}
+
+void Emitter::dated(const Expr& expr) {
+    if (categoryOf(expr) == Category::Date || categoryOf(expr) == Category::Null) {
+        return plain(expr);
+    }
+    isLiteral(expr) ? parameter(expr, Binding::Date) : expand(Op::ToDate, {&expr, &Emitter::plain});
+}
+
+void Emitter::ordered(const Expr& expr) {
+    const bool folds = categoryOf(expr) == Category::Text && expr.valueKind != ColumnKind::Code;
+    folds ? expand(Op::NoCase, {&expr, &Emitter::atom}) : plain(expr);
+}
+
+void Emitter::call(const Expr& expr) {
+    const Builtin& builtin = *expr.builtin;
+    if (builtin.gives == Gives::Second) {
+        return conditional(expr);
+    }
+    const auto formOf = [&](int place) -> Argument {
+        if (place >= builtin.arguments) {
+            return {};
+        }
+        const Expr* argument = expr.children[static_cast<std::size_t>(place)].get();
+        switch (builtin.takes[place]) {
+            case Takes::Text:
+                return {argument, &Emitter::textual};
+            case Takes::Number:
+                return {argument, &Emitter::numeric};
+            case Takes::Date:
+                return {argument, &Emitter::dated};
+            case Takes::Ordered:
+                return {argument, &Emitter::ordered};
+            default:
+                return {argument, builtin.op == Op::IsNull ? &Emitter::atom : &Emitter::plain};
+        }
+    };
+    const bool ofYesNo = expr.valueKind == ColumnKind::YesNo;
+    expand(ofYesNo ? exchanged(builtin.op) : builtin.op, formOf(0), formOf(1), formOf(2));
+}
+
+/// IIF: both branches are written as the kind of the first.
+void Emitter::conditional(const Expr& expr) {
+    const Form form = expr.valueKind == ColumnKind::Text ? &Emitter::textual : &Emitter::plain;
+    out_ += "CASE WHEN ";
+    condition(*expr.children[0]);
+    out_ += " THEN ";
+    (this->*form)(*expr.children[1]);
+    out_ += " ELSE ";
+    (this->*form)(*expr.children[2]);
+    out_ += " END";
+}
+
+void Emitter::subSelect(const Expr& expr) {
+    out_ += expr.kind == ExprKind::Exists ? "EXISTS (" : "(";
+    emitSelect(*expr.select, nullptr, {}, false);
+    out_ += ')';
+}
+
+/// A value on its way into a column.
+void Emitter::assigned(const Expr& expr, const store::Column& target) {
+    const bool literal = isLiteral(expr);
+    if (expr.kind == ExprKind::Null) {
+        out_ += target.kind == ColumnKind::YesNo ? "0" : "NULL";
+        return;
+    }
+    switch (target.kind) {
+        case ColumnKind::Code:
+            if (literal) {
+                return parameter(expr, Binding::Code);
+            }
+            return expr.valueKind == ColumnKind::Code
+                       ? plain(expr)
+                       : expand(Op::CodeText, {&expr, &Emitter::textual});
+        case ColumnKind::Text:
+            return textual(expr);
+        case ColumnKind::Integer:
+        case ColumnKind::Counter:
+            if (literal) {
+                return parameter(expr, Binding::Integer);
+            }
+            return expr.valueKind == target.kind || expr.valueKind == ColumnKind::Integer
+                       ? numeric(expr)
+                       : expand(Op::ToWhole, {&expr, &Emitter::numeric});
+        case ColumnKind::Number:
+            return literal ? parameter(expr, Binding::Number) : numeric(expr);
+        case ColumnKind::Single:
+            return literal ? parameter(expr, Binding::Single)
+                           : expand(Op::ToSingle, {&expr, &Emitter::numeric});
+        case ColumnKind::YesNo:
+            if (literal) {
+                return parameter(expr, Binding::YesNo);
+            }
+            return expr.valueKind == ColumnKind::YesNo
+                       ? plain(expr)
+                       : expand(Op::YesNo, {&expr, &Emitter::numeric});
+        case ColumnKind::Date:
+            return literal ? parameter(expr, Binding::Date) : dated(expr);
+    }
+}
+
+}  // namespace jet

@@ -1,0 +1,217 @@
+#include "platform/jet/emitter.h"
+
+#include <string>
+
+#include "platform/jet/kinds.h"
+
+namespace jet {
+
+namespace {
+
+using store::ColumnKind;
+
+/// A column that a star stands for, as an expression of its own.
+void asExpr(const Output& output, Expr& expr) {
+    expr.kind = ExprKind::Column;
+    expr.source = output.source;
+    expr.column = output.column;
+    expr.valueKind = output.column->kind;
+}
+
+}  // namespace
+
+void Emitter::emit(const Statement& statement, const std::vector<int>& keys) {
+    switch (statement.kind) {
+        case StatementKind::Select:
+            return emitSelect(*statement.select, nullptr, keys, false);
+        case StatementKind::Insert:
+            return emitInsert(statement);
+        case StatementKind::Update:
+            return emitUpdate(statement);
+        case StatementKind::Delete:
+            return emitDelete(statement);
+    }
+}
+
+/// `targets` are the columns that an INSERT writes the results into; with `trimming`, text results
+/// come without trailing blanks.
+void Emitter::emitSelect(const Select& select, const Targets* targets, const std::vector<int>& keys,
+                         bool trimming) {
+    scopes_.push_back(&select);
+    const JoinOrder order = joinOrder(select.from.get());
+    out_ += "SELECT ";
+    // Texts that compare equal are one row, which DISTINCT of the store would not see.
+    const bool distinct = select.distinct && !select.grouped();
+    out_ += select.distinct && !distinct ? "DISTINCT " : "";
+    emitOutputs(select, targets, trimming);
+    emitKeys(select, keys);
+    if (!order.steps.empty()) {
+        out_ += " FROM ";
+        emitSteps(select, order.steps);
+    }
+    emitWhere(select, order);
+    emitGrouping(select, distinct);
+    emitOrder(select);
+    if (select.top) {
+        out_ += " LIMIT " + std::to_string(*select.top);
+    }
+    scopes_.pop_back();
+}
+
+void Emitter::emitOutputs(const Select& select, const Targets* targets, bool trimming) {
+    for (std::size_t i = 0; i < select.outputs.size(); ++i) {
+        const Output& output = select.outputs[i];
+        out_ += i > 0 ? ", " : "";
+        if (output.expr == nullptr && targets == nullptr && !trimming) {
+            column(select, output.source, *output.column);
+            continue;
+        }
+        onOutput(output, [&](const Expr& expr) {
+            targets != nullptr ? assigned(expr, *(*targets)[i].column)
+            : trimming         ? trimmed(expr)
+                               : plain(expr);
+        });
+    }
+}
+
+template <class F>
+void Emitter::onOutput(const Output& output, F&& write) {
+    if (output.expr != nullptr) {
+        return write(*output.expr);
+    }
+    Expr expr;
+    asExpr(output, expr);
+    write(expr);
+}
+
+void Emitter::emitKeys(const Select& select, const std::vector<int>& keys) {
+    for (const int source : keys) {
+        const Source& table = select.sources[static_cast<std::size_t>(source)];
+        out_ += ", ";
+        name(table.writtenName());
+        out_ += '.';
+        out_ += table.table->rowKey;
+    }
+}
+
+void Emitter::emitSteps(const Select& select, const std::vector<JoinStep>& steps) {
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        const JoinStep& step = steps[i];
+        out_ += i == 0 ? "" : step.outer ? " LEFT JOIN " : " JOIN ";
+        if (step.source >= 0) {
+            emitTarget(select.sources[static_cast<std::size_t>(step.source)]);
+        } else {
+            out_ += '(';
+            emitSteps(select, step.group);
+            out_ += ')';
+        }
+        if (!step.on.empty()) {
+            out_ += " ON ";
+            chain(step.on, " AND ", Negation);
+        }
+    }
+}
+
+void Emitter::emitTarget(const Source& source) {
+    name(source.table->name);
+    if (!source.alias.empty()) {
+        out_ += " AS ";
+        name(source.alias);
+    }
+}
+
+void Emitter::emitWhere(const Select& select, const JoinOrder& order) {
+    std::vector<const Expr*> terms = order.where;
+    if (select.where) {
+        terms.push_back(select.where.get());
+    }
+    if (terms.empty()) {
+        return;
+    }
+    out_ += " WHERE ";
+    terms.size() == 1 ? condition(*terms.front()) : chain(terms, " AND ", Negation);
+}
+
+void Emitter::emitGrouping(const Select& select, bool distinct) {
+    std::string_view joint = " GROUP BY ";
+    const auto group = [&](const Expr& expr) {
+        out_ += joint;
+        joint = ", ";
+        groupKey(expr);
+    };
+    if (distinct) {
+        for (const Output& output : select.outputs) {
+            onOutput(output, group);
+        }
+        return;
+    }
+    for (const ExprPtr& expr : select.groupBy) {
+        group(*expr);
+    }
+    if (select.having) {
+        out_ += " HAVING ";
+        condition(*select.having);
+    }
+}
+
+void Emitter::emitOrder(const Select& select) {
+    std::string_view joint = " ORDER BY ";
+    for (const OrderItem& item : select.orderBy) {
+        out_ += joint;
+        joint = ", ";
+        const auto key = [&](const Expr& expr) { sortKey(expr, item.descending); };
+        if (item.expr) {
+            key(*item.expr);
+        } else {
+            onOutput(select.outputs[item.position - 1], key);
+        }
+    }
+}
+
+/// Yes is the lesser one in the dialect. A code's column sorts by itself, so that its index serves.
+void Emitter::sortKey(const Expr& expr, bool descending) {
+    const bool code = isColumn(expr) && expr.valueKind == ColumnKind::Code;
+    if (code || categoryOf(expr) != Category::Text) {
+        plain(expr);
+    } else {
+        comparable(expr);
+    }
+    out_ += descending != (categoryOf(expr) == Category::YesNo) ? " DESC" : "";
+}
+
+void Emitter::emitUpdate(const Statement& statement) {
+    scopes_.push_back(statement.select.get());
+    out_ += "UPDATE ";
+    emitTarget(statement.select->sources.front());
+    std::string_view joint = " SET ";
+    for (const Assignment& assignment : statement.assignments) {
+        out_ += joint;
+        joint = ", ";
+        name(assignment.column->name);
+        out_ += " = ";
+        assigned(*assignment.value, *assignment.column);
+    }
+    emitWhere(*statement.select, {});
+}
+
+void Emitter::emitDelete(const Statement& statement) {
+    scopes_.push_back(statement.select.get());
+    out_ += "DELETE FROM ";
+    emitTarget(statement.select->sources.front());
+    emitWhere(*statement.select, {});
+}
+
+void Emitter::emitInsert(const Statement& statement) {
+    out_ += "INSERT INTO ";
+    name(statement.target.table->name);
+    std::string_view joint = " (";
+    for (const Assignment& assignment : statement.assignments) {
+        out_ += joint;
+        joint = ", ";
+        name(assignment.column->name);
+    }
+    out_ += ") ";
+    emitSelect(*statement.select, &statement.assignments, {}, false);
+}
+
+}  // namespace jet

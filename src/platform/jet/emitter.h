@@ -1,0 +1,102 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/jet/ast.h"
+#include "platform/jet/dialect.h"
+#include "platform/jet/joins.h"
+
+namespace jet {
+
+/// Writes a bound and rewritten statement in a store's dialect.
+class Emitter {
+public:
+    Emitter(std::string_view sql, const Dialect& dialect) : sql_(sql), dialect_(dialect) {}
+
+    /// Writes the whole statement; `keys` are the row keys to add behind a SELECT's columns, by
+    /// table.
+    void emit(const Statement& statement, const std::vector<int>& keys);
+
+    [[nodiscard]] std::string& text() { return out_; }
+    [[nodiscard]] std::vector<Parameter>& parameters() { return parameters_; }
+
+private:
+    /// How tightly a written expression binds, loosest first.
+    enum Rank { Disjunction, Conjunction, Negation, Comparison, Sum, Product, Joined, Atom };
+    using Form = void (Emitter::*)(const Expr&);
+    struct Argument {
+        const Expr* expr;
+        Form form;
+    };
+    using Targets = std::vector<Assignment>;
+
+    // statements
+    void emitSelect(const Select& select, const Targets* targets, const std::vector<int>& keys,
+                    bool trimming);
+    void emitOutputs(const Select& select, const Targets* targets, bool trimming);
+    template <class F>
+    void onOutput(const Output& output, F&& write);
+    void emitKeys(const Select& select, const std::vector<int>& keys);
+    void emitSteps(const Select& select, const std::vector<JoinStep>& steps);
+    void emitWhere(const Select& select, const JoinOrder& order);
+    void emitGrouping(const Select& select, bool distinct);
+    void emitOrder(const Select& select);
+    void sortKey(const Expr& expr, bool descending);
+    void emitUpdate(const Statement& statement);
+    void emitDelete(const Statement& statement);
+    void emitInsert(const Statement& statement);
+    void emitTarget(const Source& source);
+
+    // expressions
+    void ranked(const Expr& expr, Rank least);
+    [[nodiscard]] Rank rankOf(const Expr& expr) const;
+    void plain(const Expr& expr);
+    void atom(const Expr& expr) { ranked(expr, Atom); }
+    void sum(const Expr& expr) { ranked(expr, Sum); }
+    void textual(const Expr& expr);
+    void numeric(const Expr& expr);
+    void dated(const Expr& expr);
+    void condition(const Expr& expr);
+    void ordered(const Expr& expr);
+    void textOrEmpty(const Expr& expr);
+    void column(const Select& select, int source, const store::Column& column);
+    void column(const Expr& expr);
+    void arithmetic(const Expr& expr);
+    void concatenation(const Expr& expr);
+    void call(const Expr& expr);
+    void conditional(const Expr& expr);
+    void subSelect(const Expr& expr);
+    void assigned(const Expr& expr, const store::Column& column);
+    void parameter(const Expr& literal, Binding binding);
+    void expand(Op op, Argument first = {}, Argument second = {}, Argument third = {});
+    void name(std::string_view text);
+
+    // conditions
+    void chain(const std::vector<const Expr*>& terms, std::string_view joint, Rank rank);
+    void compare(const Expr& expr);
+    void compareText(const Expr& left, Operator op, const Expr& right);
+    void compareYesNo(const Expr& left, Operator op, const Expr& right);
+    void compareDays(const Expr& expr);
+    void like(const Expr& expr);
+    void matches(const Expr& text, const Expr& pattern);
+    void likeRange(const Expr& text, const Expr& pattern);
+    void between(const Expr& expr);
+    void in(const Expr& expr);
+    void inItem(const Expr& value, const Expr& item, bool asStored);
+    void inSelect(const Expr& expr);
+    void trimmed(const Expr& expr);
+    void comparable(const Expr& expr);
+    void groupKey(const Expr& expr);
+    void operand(const Expr& expr, const Expr& against);
+    [[noreturn]] void mismatch(const Expr& left, const Expr& right);
+
+    std::string_view sql_;
+    const Dialect& dialect_;
+    std::string out_;
+    std::vector<Parameter> parameters_;
+    std::vector<const Select*> scopes_;  // the SELECTs around what is being written, innermost last
+};
+
+}  // namespace jet

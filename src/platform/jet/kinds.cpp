@@ -1,0 +1,184 @@
+#include "platform/jet/kinds.h"
+
+#include <algorithm>
+
+#include "platform/base/text.h"
+#include "platform/jet/builtins.h"
+
+namespace jet {
+
+namespace {
+
+using store::ColumnKind;
+
+bool isWhole(const Expr& expr) {
+    return expr.valueKind == ColumnKind::Integer || expr.valueKind == ColumnKind::Counter ||
+           expr.valueKind == ColumnKind::YesNo;
+}
+
+ColumnKind arithmeticKind(const Expr& expr) {
+    const Expr& left = *expr.children[0];
+    const Expr& right = *expr.children[1];
+    const Category a = categoryOf(left);
+    const Category b = categoryOf(right);
+    switch (expr.op) {
+        case Operator::Add:
+            if (a == Category::Text && b == Category::Text) {
+                return ColumnKind::Text;
+            }
+            if ((a == Category::Date) != (b == Category::Date)) {
+                return ColumnKind::Date;
+            }
+            break;
+        case Operator::Subtract:
+            if (a == Category::Date && b != Category::Date) {
+                return ColumnKind::Date;
+            }
+            break;
+        case Operator::Multiply:
+            break;
+        case Operator::IntegerDivide:
+        case Operator::Modulo:
+            return ColumnKind::Integer;
+        default:
+            return ColumnKind::Number;
+    }
+    return isWhole(left) && isWhole(right) ? ColumnKind::Integer : ColumnKind::Number;
+}
+
+ColumnKind ofColumn(ColumnKind kind) { return kind == ColumnKind::Code ? ColumnKind::Text : kind; }
+
+ColumnKind callKind(const Expr& expr) {
+    const auto& children = expr.children;
+    switch (expr.builtin->gives) {
+        case Gives::Text:
+            return ColumnKind::Text;
+        case Gives::Integer:
+            return ColumnKind::Integer;
+        case Gives::Number:
+            return ColumnKind::Number;
+        case Gives::Date:
+            return ColumnKind::Date;
+        case Gives::YesNo:
+            return ColumnKind::YesNo;
+        case Gives::First:
+            return ofColumn(children[0]->valueKind);
+        case Gives::Second:
+            return ofColumn(categoryOf(*children[1]) == Category::Null ? children[2]->valueKind
+                                                                       : children[1]->valueKind);
+    }
+    return ColumnKind::Text;
+}
+
+ColumnKind literalKind(LiteralKind kind) {
+    switch (kind) {
+        case LiteralKind::Number:
+            return ColumnKind::Number;
+        case LiteralKind::Date:
+            return ColumnKind::Date;
+        default:
+            return ColumnKind::Text;
+    }
+}
+
+bool sameLiteral(const Expr& a, const Expr& b, bool anyLiteral) {
+    return a.facts.kind == b.facts.kind && (anyLiteral || a.sameLiteral == b.sameLiteral);
+}
+
+}  // namespace
+
+Category categoryOf(ColumnKind kind) {
+    switch (kind) {
+        case ColumnKind::Code:
+        case ColumnKind::Text:
+            return Category::Text;
+        case ColumnKind::YesNo:
+            return Category::YesNo;
+        case ColumnKind::Date:
+            return Category::Date;
+        default:
+            return Category::Number;
+    }
+}
+
+ColumnKind outputKind(const Output& output) {
+    return output.column != nullptr ? output.column->kind : output.expr->valueKind;
+}
+
+Category categoryOf(const Expr& expr) {
+    return expr.kind == ExprKind::Null ? Category::Null : categoryOf(expr.valueKind);
+}
+
+const char* described(Category category) {
+    switch (category) {
+        case Category::Text:
+            return "a text";
+        case Category::Number:
+            return "a number";
+        case Category::Date:
+            return "a date";
+        case Category::YesNo:
+            return "a yes/no value";
+        default:
+            return "Null";
+    }
+}
+
+ColumnKind valueKindOf(const Expr& expr) {
+    switch (expr.kind) {
+        case ExprKind::Literal:
+            return literalKind(expr.facts.kind);
+        case ExprKind::Column:
+            return expr.column->kind;
+        case ExprKind::Negate:
+            return isWhole(*expr.children[0]) ? ColumnKind::Integer : ColumnKind::Number;
+        case ExprKind::Arithmetic:
+            return arithmeticKind(expr);
+        case ExprKind::Call:
+            return callKind(expr);
+        case ExprKind::Null:
+        case ExprKind::Concat:
+        case ExprKind::ScalarSelect:
+            return ColumnKind::Text;
+        default:
+            return ColumnKind::YesNo;
+    }
+}
+
+bool sameColumn(const Expr& a, const Expr& b) {
+    return isColumn(a) && isColumn(b) && a.column == b.column && a.source == b.source &&
+           a.scope == b.scope;
+}
+
+bool sameExpression(const Expr& a, const Expr& b, bool anyLiteral) {
+    if (a.kind != b.kind || a.op != b.op || a.negated != b.negated || a.builtin != b.builtin ||
+        a.select || b.select || a.children.size() != b.children.size()) {
+        return false;
+    }
+    if (isLiteral(a)) {
+        return sameLiteral(a, b, anyLiteral);
+    }
+    if (isColumn(a)) {
+        return sameColumn(a, b);
+    }
+    return std::equal(
+        a.children.begin(), a.children.end(), b.children.begin(),
+        [&](const ExprPtr& x, const ExprPtr& y) { return sameExpression(*x, *y, anyLiteral); });
+}
+
+Operator flipped(Operator op) {
+    switch (op) {
+        case Operator::Less:
+            return Operator::Greater;
+        case Operator::LessOrEqual:
+            return Operator::GreaterOrEqual;
+        case Operator::Greater:
+            return Operator::Less;
+        case Operator::GreaterOrEqual:
+            return Operator::LessOrEqual;
+        default:
+            return op;
+    }
+}
+
+}  // namespace jet

@@ -1,0 +1,48 @@
+#include "platform/jet/report.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "platform/jet/error.h"
+
+namespace jet {
+
+namespace {
+
+constexpr std::size_t Reach = 25;
+
+bool continues(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
+
+/// Moves back to the beginning of a character.
+std::size_t characterStart(std::string_view sql, std::size_t offset) {
+    while (offset > 0 && offset < sql.size() && continues(sql[offset])) {
+        --offset;
+    }
+    return offset;
+}
+
+}  // namespace
+
+std::string around(std::string_view sql, std::size_t offset) {
+    offset = std::min(offset, sql.size());
+    const auto from = characterStart(sql, offset > Reach ? offset - Reach : 0);
+    const auto to = characterStart(sql, std::min(offset + Reach, sql.size()));
+    std::string excerpt(sql.substr(from, to - from));
+    std::replace_if(
+        excerpt.begin(), excerpt.end(), [](char c) { return c >= 0 && c < ' '; }, ' ');
+    return fmt::format("{}{}{}", from > 0 ? "…" : "", excerpt, to < sql.size() ? "…" : "");
+}
+
+void fail(int number, std::string_view what, std::string_view sql, std::size_t offset) {
+    const std::size_t position = std::min(offset, sql.size()) + 1;
+    throw SqlError(number,
+                   fmt::format("{} at position {}: {}", what, position, around(sql, offset)),
+                   position);
+}
+
+void failSyntax(std::string_view what, std::string_view sql, std::size_t offset) {
+    fail(errors::Syntax, what, sql, offset);
+}
+
+}  // namespace jet

@@ -1,0 +1,105 @@
+#include <cmath>
+#include <utility>
+
+#include "platform/base/text.h"
+#include "platform/jet/lexer.h"
+#include "platform/jet/like.h"
+#include "platform/jet/translate.h"
+
+namespace jet {
+
+namespace {
+
+// Control characters cannot stand in a statement outside its literals, so these are unmistakable.
+constexpr char TextMark = '\x01';
+constexpr char NumberMark = '\x02';
+constexpr char DateMark = '\x03';
+
+void appendLiteral(std::string& key, const LiteralFacts& facts) {
+    switch (facts.kind) {
+        case LiteralKind::Number:
+            key += NumberMark;
+            return;
+        case LiteralKind::Date:
+            key += DateMark;
+            return;
+        case LiteralKind::Text:
+            key += TextMark;
+            key +=
+                static_cast<char>('a' + static_cast<int>(facts.like) * 2 + (facts.blank ? 1 : 0));
+            key += static_cast<char>('0' + facts.sameAgo);
+    }
+}
+
+void append(std::string& key, const Token& token) {
+    if (token.kind == TokenKind::Literal) {
+        appendLiteral(key, token.facts);
+        return;
+    }
+    if (token.bracketed) {
+        key += '[';
+    }
+    key += token.text;
+    key += token.bracketed ? ']' : ' ';
+}
+
+base::Date nextMidnight(base::Date date) {
+    return date.dateValue().plusSeconds(base::Date::SecondsPerDay);
+}
+
+std::string codeText(const base::Value& value) {
+    const std::string text = value.asText();
+    const std::string_view trimmed = base::trimRight(text);
+    return trimmed.empty() && !text.empty() ? " " : std::string(trimmed);
+}
+
+}  // namespace
+
+Shape shapeOf(std::string_view sql) {
+    Lexer lexer(sql);
+    Shape shape;
+    shape.key.reserve(sql.size() + 16);
+    for (Token token = lexer.next(); token.kind != TokenKind::End; token = lexer.next()) {
+        append(shape.key, token);
+    }
+    shape.literals = std::move(lexer.literals());
+    return shape;
+}
+
+base::Value boundValue(const Parameter& parameter, const std::vector<base::Value>& literals) {
+    const base::Value& value = literals.at(parameter.literal);
+    switch (parameter.binding) {
+        case Binding::AsIs:
+        case Binding::LikePattern:
+            break;
+        case Binding::TrimmedRight:
+            return {base::trimRight(value.heldText())};
+        case Binding::Code:
+            return {codeText(value)};
+        case Binding::Text:
+            return {value.asText()};
+        case Binding::LikeFrom:
+            return {fixedPrefix(value.heldText())};
+        case Binding::LikeTo:
+            return {beyondPrefix(fixedPrefix(value.heldText()))};
+        case Binding::Number:
+            return value.isInteger() ? value : base::Value(value.asNumber());
+        case Binding::Integer:
+            return {value.asInteger()};
+        case Binding::Single:
+            return {static_cast<double>(static_cast<float>(value.asNumber()))};
+        case Binding::YesNo:
+            return {value.asNumber() != 0};
+        case Binding::Date:
+            return {value.asDate()};
+        case Binding::DayFrom: {
+            const base::Date date = value.asDate();
+            return {date == date.dateValue() ? date : nextMidnight(date)};
+        }
+        case Binding::DayTo:
+            return {nextMidnight(value.asDate())};
+    }
+    return value;
+}
+
+}  // namespace jet
