@@ -45,7 +45,9 @@ Application& Application::instance() {
 
 int Application::run() {
     if (!ending()) {
+        looping_ = true;
         exec();
+        looping_ = false;
     }
     FormRegistry::instance().destroyAll();
     return exitCode();
@@ -66,7 +68,14 @@ void Application::endProgram(int exitCode) {
     if (!ending()) {
         exitCode_ = exitCode;
     }
-    exit(this->exitCode());
+    exitLoop();
+}
+
+void Application::exitLoop() {
+    // Outside the loop an exit would stay pending and end every later message box at once.
+    if (looping_) {
+        exit(exitCode());
+    }
 }
 
 void Application::startAfresh() {
@@ -106,7 +115,7 @@ void Application::endByError(const std::exception& error) noexcept {
         // Thrown by the box because the program is ending already.
     }
     FormRegistry::instance().unloadAll();
-    exit(1);
+    exitLoop();
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {

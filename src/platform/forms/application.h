@@ -83,10 +83,12 @@ private:
 
     void leave() noexcept;
     void runIdleTasks();
+    void exitLoop();
     void endByError(const std::exception& error) noexcept;
 
     base::Ports formerPorts_;
     std::optional<int> exitCode_;
+    bool looping_ = false;
     int depth_ = 0;
     std::vector<std::function<void()>> whenIdle_;
 };

@@ -25,7 +25,13 @@ void Form::load() {
     }
     state_ = State::Loading;
     nameControls();
-    formLoad();
+    try {
+        formLoad();
+    } catch (...) {
+        state_ = State::Unloaded;
+        FormRegistry::instance().giveUp(*this);
+        throw;
+    }
     if (state_ == State::Loading) {
         state_ = State::Loaded;
     }

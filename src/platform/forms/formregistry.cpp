@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/base/text.h"
-#include "platform/forms/form.h"
 
 namespace forms {
 
@@ -56,12 +55,16 @@ void FormRegistry::activated(Form& form) {
     form.formActivate();
 }
 
-void FormRegistry::unloaded(Form& form) {
+void FormRegistry::giveUp(const Form& form) {
     if (lastActive_ == &form) {
         lastActive_ = nullptr;
     }
+    Application::instance().whenIdle([this] { destroyUnloaded(); });
+}
+
+void FormRegistry::unloaded(const Form& form) {
+    giveUp(form);
     Application& application = Application::instance();
-    application.whenIdle([this] { destroyUnloaded(); });
     if (unloadingAll_ || application.ending()) {
         return;
     }

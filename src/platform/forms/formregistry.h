@@ -1,15 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/base/ports.h"
+#include "platform/forms/form.h"
 
 namespace forms {
-
-class Form;
 
 /// Every form of the program by its name. It owns the forms: an unloaded form is destroyed when no
 /// procedure is running any more, the others after the event loop.
@@ -30,7 +29,7 @@ public:
         return static_cast<T&>(*forms_.back());
     }
 
-    /// The loaded form of that class, made and loaded if there is none.
+    /// The same, loaded. Raises what its loading raises; such a form is given up.
     template <class T, class... Arguments>
     T& load(Arguments&&... arguments) {
         T& form = make<T>(std::forward<Arguments>(arguments)...);
@@ -54,7 +53,8 @@ private:
 
     static bool usable(const Form& form);
     void activated(Form& form);
-    void unloaded(Form& form);
+    void unloaded(const Form& form);
+    void giveUp(const Form& form);
     void destroyUnloaded();
 
     std::vector<std::unique_ptr<Form>> forms_;

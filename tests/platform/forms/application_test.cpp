@@ -1,0 +1,79 @@
+#include "fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+TEST_F(FormsTest, AnEndAskedForBeforeTheLoopStartsIsNotLost) {
+    app().guarded([] { throw base::EndProgram{3}; });
+    EXPECT_TRUE(app().ending());
+    EXPECT_EQ(app().run(), 3);
+}
+
+TEST_F(FormsTest, TheProgramEndsWithTheLastFormAndTheFormsAreDestroyedAfterwards) {
+    DemoForm& form = shown("main");
+    QTimer::singleShot(0, &form, [&form] { form.close(); });
+    EXPECT_EQ(app().run(), 0);
+    EXPECT_THAT(log,
+                ElementsAre("main loaded", "main activated", "main unloaded", "main destroyed"));
+}
+
+TEST_F(FormsTest, AnEndFromASlotInsideAYieldUnwindsTheYieldingProcedure) {
+    DemoForm& form = shown("main");
+    int rounds = 0;
+    bool unwound = false;
+    form.onClick = [&] {
+        struct Unwinding {
+            bool& flag;
+            ~Unwinding() { flag = true; }
+        } unwinding{unwound};
+        QTimer::singleShot(0, &form.stop, [&form] { form.stop.click(); });
+        for (; rounds < 100; ++rounds) {
+            app().yield();
+        }
+    };
+    forms::on(&form.stop, &QPushButton::clicked, &form, [] {
+        base::ports().forms->unloadAll();
+        throw base::EndProgram{7};
+    });
+    QTimer::singleShot(0, &form, [&form] { form.button.click(); });
+    EXPECT_EQ(app().run(), 7);
+    EXPECT_TRUE(unwound);
+    EXPECT_LT(rounds, 5);
+}
+
+TEST_F(FormsTest, NothingOfTheProgramRunsOnceItIsEnding) {
+    DemoForm& form = shown("main");
+    int clicks = 0;
+    form.onClick = [&] { ++clicks; };
+    form.button.click();
+    app().endProgram(0);
+    form.button.click();
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(FormsTest, AnUntrappedErrorIsShownAndEndsTheProgram) {
+    DemoForm& form = shown("main");
+    form.onClick = [] { base::raise(base::errors::TypeMismatch); };
+    QTimer::singleShot(0, &form, [&form] { form.button.click(); });
+    EXPECT_EQ(app().run(), 1);
+    ASSERT_EQ(recorded.boxes.size(), 1U);
+    EXPECT_EQ(recorded.boxes[0].text, "Run-time error 13:\n\nType mismatch");
+    EXPECT_EQ(recorded.boxes[0].title, "Test Program");
+    EXPECT_EQ(recorded.boxes[0].icon, base::MsgIcon::Critical);
+    EXPECT_THAT(log, testing::Contains("main unloaded"));
+}
+
+TEST_F(FormsTest, ProceduresTakeAsManyOfASignalsArgumentsAsTheyLike) {
+    DemoForm& form = shown("main");
+    bool checked = false;
+    int calls = 0;
+    form.button.setCheckable(true);
+    forms::on(&form.button, &QPushButton::clicked, &form, [&](bool now) { checked = now; });
+    forms::on(&form.button, &QPushButton::clicked, &form, [&] { ++calls; });
+    form.button.click();
+    EXPECT_TRUE(checked);
+    EXPECT_EQ(calls, 1);
+}
+
+}  // namespace
