@@ -28,20 +28,22 @@ public:
     /// Raises store::StoreError.
     void Open(const std::string& path, const std::string& user = {},
               const std::string& password = {}, int options = -1);
-    /// Closes; recordsets still open on it are closed too.
+    /// Closes; recordsets still open on it are closed too, an open transaction is committed.
     void Close();
     [[nodiscard]] ObjectState State() const;
 
     /// Runs one INSERT, UPDATE or DELETE; returns the number of rows changed. Raises jet::SqlError,
-    /// store::StoreError.
+    /// store::StoreError, SelectNotExecutable.
     std::int64_t Execute(std::string_view sql);
 
-    /// Takes the write lock at once. CommitTrans and RollbackTrans raise an error without one.
+    /// Takes the write lock at once. Transactions nest. CommitTrans and RollbackTrans raise
+    /// NoTransaction without one.
     void BeginTrans();
     void CommitTrans();
     void RollbackTrans();
 
-    /// The tables of another file become visible here; a table of this file wins.
+    /// The tables of another file become visible here; a table of this file wins. Raises
+    /// store::StoreError, ObjectOpen while recordsets are open.
     void link(const std::string& path);
 
     /// What a group operation runs in; see store::Durability.
@@ -58,6 +60,7 @@ private:
 
 /// Brackets one unit of work: begins in its constructor, commits in its destructor whatever
 /// happened inside (a fault keeps what the unit had written; only a killed program rolls it back).
+/// Inside another transaction it is part of that one. Closing the connection commits it, too.
 class UnitOfWork {
 public:
     explicit UnitOfWork(Connection& connection);
@@ -68,7 +71,7 @@ public:
     void commit();
 
 private:
-    Connection* connection_;
+    std::weak_ptr<Session> session_;
 };
 
 }  // namespace ado

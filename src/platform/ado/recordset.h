@@ -23,7 +23,8 @@ public:
     void Value(const base::Value& value);
 
     [[nodiscard]] bool isNull() const;
-    /// A text cell without a copy (Null is empty); holds until the cursor moves.
+    /// A text cell without a copy, as it is stored (Null is empty, a date-time is its ISO text);
+    /// holds until the cursor moves or anything is written on the connection.
     [[nodiscard]] std::string_view textView() const;
 
     // Shorthands for Value() and its conversions.
@@ -41,7 +42,9 @@ private:
 
 /// Rows of one SELECT, read lazily. A forward-only recordset reads on as it moves; the others also
 /// move back and count. Rows of base tables can be changed, added and deleted where the statement
-/// allows it; writes go by row key and only where every fetched column still holds what was fetched.
+/// allows it; writes go by row key and only where every fetched column still holds what was
+/// fetched. A change not yet written is written when the record is left. What this recordset has
+/// written shows in all its rows.
 class Recordset {
 public:
     Recordset();
@@ -49,7 +52,8 @@ public:
     Recordset(const Recordset&) = delete;
     Recordset& operator=(const Recordset&) = delete;
 
-    /// Raises jet::SqlError, store::StoreError, ObjectOpen, ObjectClosed (the connection).
+    /// Stands on the first row. Raises jet::SqlError, store::StoreError, SelectNotExecutable,
+    /// ObjectOpen, ObjectClosed (the connection).
     void Open(std::string_view source, Connection& connection,
               CursorType cursor = CursorType::ForwardOnly, LockType lock = LockType::Optimistic,
               int options = -1);
@@ -59,6 +63,8 @@ public:
     /// After the last and before the first row; both are true for an empty result.
     [[nodiscard]] bool Eof() const;
     [[nodiscard]] bool Bof() const;
+    // Raise NoCurrentRecord without a row to leave. Forward-only: MoveFirst runs the statement
+    // again, MovePrevious and MoveLast raise NotInThisContext.
     void MoveNext();
     void MovePrevious();
     void MoveFirst();
@@ -73,7 +79,8 @@ public:
     [[nodiscard]] Field& Fields(std::string_view name);
     Field& operator[](std::string_view name) { return Fields(name); }
 
-    /// A new row with the table's defaults; written by Update.
+    /// A new row with the table's defaults; written by Update, it is then the current row, and the
+    /// last. Raises NotUpdatable.
     void AddNew();
     /// Writes the changed fields. Raises RecordDeleted, RecordChanged, store::StoreError.
     void Update();
@@ -86,6 +93,7 @@ public:
 private:
     friend class Field;
     struct State_;
+    [[nodiscard]] State_& open() const;
     std::unique_ptr<State_> state_;
 };
 

@@ -1,0 +1,103 @@
+#include "platform/ado/connection.h"
+
+#include "platform/ado/command.h"
+#include "platform/ado/session.h"
+#include "platform/base/error.h"
+
+namespace ado {
+
+namespace {
+
+Session& openSession(const std::shared_ptr<Session>& session) {
+    if (session == nullptr) {
+        throw base::RunTimeError(errors::ObjectClosed, "The connection is closed.");
+    }
+    return *session;
+}
+
+}  // namespace
+
+Connection::Connection() = default;
+
+Connection::~Connection() {
+    try {
+        Close();
+    } catch (const base::RunTimeError&) {  // the file keeps what reached it
+    }
+}
+
+void Connection::Open(const std::string& path, const std::string&, const std::string&, int) {
+    if (session_ != nullptr) {
+        throw base::RunTimeError(errors::ObjectOpen, "The connection is open already.");
+    }
+    session_ = std::make_shared<Session>(store::open(path));
+}
+
+void Connection::Close() {
+    if (const auto session = std::exchange(session_, nullptr)) {
+        session->close();
+    }
+}
+
+ObjectState Connection::State() const {
+    return session_ == nullptr ? ObjectState::Closed : ObjectState::Open;
+}
+
+std::int64_t Connection::Execute(std::string_view sql) {
+    return openSession(session_).execute(sql);
+}
+
+void Connection::BeginTrans() { openSession(session_).begin(); }
+
+void Connection::CommitTrans() { openSession(session_).commit(); }
+
+void Connection::RollbackTrans() { openSession(session_).rollback(); }
+
+void Connection::link(const std::string& path) { openSession(session_).link(path); }
+
+void Connection::setDurability(store::Durability durability) {
+    openSession(session_).database().setDurability(durability);
+}
+
+void Connection::checkpoint() { openSession(session_).checkpoint(); }
+
+const store::Catalog& Connection::catalog() const {
+    return openSession(session_).database().catalog();
+}
+
+UnitOfWork::UnitOfWork(Connection& connection) {
+    Session& session = openSession(connection.session());
+    if (!session.inTransaction()) {
+        session.begin();
+        session_ = connection.session();
+    }
+}
+
+UnitOfWork::~UnitOfWork() {
+    try {
+        commit();
+    } catch (const base::RunTimeError&) {  // the fault that led here has been told already
+    }
+}
+
+void UnitOfWork::commit() {
+    const auto session = std::exchange(session_, {}).lock();
+    if (session == nullptr || !session->inTransaction()) {
+        return;
+    }
+    try {
+        session->commit();
+    } catch (const store::StoreError&) {
+        session->abandon();
+        throw;
+    }
+}
+
+std::int64_t Command::Execute() {
+    if (connection_ == nullptr) {
+        throw base::RunTimeError(errors::ObjectClosed, "The command has no connection.");
+    }
+    return connection_->Execute(text_);
+}
+
+}  // namespace ado

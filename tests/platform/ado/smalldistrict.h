@@ -1,0 +1,87 @@
+#pragma once
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
+#include "platform/base/error.h"
+#include "platform/store/database.h"
+#include "scratch.h"
+
+/// A district of two runs and four stops, one of them on two runs, with an open connection.
+class SmallDistrict : public testing::Test {
+protected:
+    SmallDistrict() {
+        using store::ColumnKind;
+        const auto database = store::createFile(path);
+        database->setDurability(store::Durability::Crash);
+        database->create({"RUN",
+                          {{"RUN", ColumnKind::Code},
+                           {"DESCRIPTION", ColumnKind::Text},
+                           {"BELLTIME", ColumnKind::Date},
+                           {"PICKUP", ColumnKind::YesNo},
+                           {"INT_ROUTEID", ColumnKind::Integer},
+                           {"TOTAL_MILES", ColumnKind::Number}},
+                          {"RUN"}});
+        database->create({"STOP",
+                          {{"INT_STOPID", ColumnKind::Integer},
+                           {"STOPID", ColumnKind::Text},
+                           {"STOPTYPE", ColumnKind::Code},
+                           {"ACTIVE", ColumnKind::YesNo}},
+                          {"INT_STOPID"}});
+        database->create({"STOP_TRIPTYPE",
+                          {{"ID", ColumnKind::Counter},
+                           {"INT_STOPID", ColumnKind::Integer},
+                           {"RUN", ColumnKind::Code},
+                           {"RUNSEQ", ColumnKind::Integer, true, "0"},
+                           {"LOAD_TIME", ColumnKind::Single, true, "0"},
+                           {"TIME_AT_STOP", ColumnKind::Date},
+                           {"ACTIVE", ColumnKind::YesNo, true, "1"},
+                           {"NOTE", ColumnKind::Text, true, "'new'"}},
+                          {"ID"},
+                          {{{"RUN", "RUNSEQ"}, false}}});
+        database->execute(
+            "INSERT INTO RUN VALUES ('R1', 'Oak ', '1899-12-30 08:00:00', 1, NULL, 3.5),"
+            " ('R2', NULL, NULL, 0, 7, 0)");
+        database->execute(
+            "INSERT INTO STOP VALUES (1, 'S1', 'REGULAR', 1), (2, 'S2', 'REGULAR', 0),"
+            " (3, 'S3', 'SCHOOL', 1), (4, 'S4', 'REGULAR', 1)");
+        database->execute(
+            "INSERT INTO STOP_TRIPTYPE (INT_STOPID, RUN, RUNSEQ, LOAD_TIME) VALUES"
+            " (1, 'R1', 1, 0.5), (2, 'R1', 2, 1.1), (3, 'R1', 3, 0), (3, 'R2', 1, 2)");
+        connection.Open(path);
+    }
+
+    /// What another program sees or does in the file.
+    std::string other(const std::string& sql) const { return PlainFile(path).run(sql); }
+
+    /// The number of the run-time error that an action raises; 0 without one.
+    template <class Action>
+    int errorOf(const Action& action) {
+        try {
+            static_cast<void>(action());
+        } catch (const base::RunTimeError& error) {
+            return error.number();
+        }
+        return 0;
+    }
+
+    Scratch scratch;
+    std::string path = scratch.path("routing.mdb");
+    ado::Connection connection;
+};
+
+/// All rows of a recordset's columns, cells parted by "," and rows by "|", Null as "-".
+inline std::string rowsOf(ado::Recordset& records) {
+    std::string text;
+    for (; !records.Eof(); records.MoveNext()) {
+        text += text.empty() ? "" : "|";
+        for (int i = 0; i < records.fieldCount(); ++i) {
+            const ado::Field& field = records.Fields(i);
+            text += (i == 0 ? "" : ",") + (field.isNull() ? "-" : field.asText());
+        }
+    }
+    return text;
+}
