@@ -74,7 +74,9 @@ constexpr Row Sqlite[] = {
 };
 
 constexpr Dialect build() {
-    Dialect dialect{'?', {}};
+    // The plus keeps SQLite from looking up and copying where each result column comes from, which
+    // takes a fifth of preparing a wide statement.
+    Dialect dialect{'?', "+", {}};
     for (const Row& row : Sqlite) {
         dialect.templates[static_cast<int>(row.op)] = row.text;
     }

@@ -80,7 +80,8 @@ enum class Op : std::uint8_t {
 
 /// A store's way to write an operation; {0}, {1}, {2} stand for its arguments.
 struct Dialect {
-    char parameterMark;  ///< in front of a parameter's number
+    char parameterMark;           ///< in front of a parameter's number
+    std::string_view resultMark;  ///< in front of a result column that is a bare column
     std::string_view templates[static_cast<int>(Op::End)];
 
     [[nodiscard]] std::string_view operator[](Op op) const {

@@ -77,16 +77,18 @@ void Emitter::expand(Op op, Argument first, Argument second, Argument third) {
     out_ += rest;
 }
 
-void Emitter::column(const Select& select, int source, const store::Column& column) {
-    name(select.sources[static_cast<std::size_t>(source)].writtenName());
-    out_ += '.';
+/// The name alone where that is enough. Names of a SELECT further out always get their table, since
+/// one nearer by could have the same.
+void Emitter::column(int scope, int source, const store::Column& column) {
+    const Scope& at = scopes_[scopes_.size() - 1 - static_cast<std::size_t>(scope)];
+    if (scope > 0 || !at.names.unique(column.name)) {
+        name(at.select.sources[static_cast<std::size_t>(source)].writtenName());
+        out_ += '.';
+    }
     name(column.name);
 }
 
-void Emitter::column(const Expr& expr) {
-    const Select& select = *scopes_[scopes_.size() - 1 - static_cast<std::size_t>(expr.scope)];
-    column(select, expr.source, *expr.column);
-}
+void Emitter::column(const Expr& expr) { column(expr.scope, expr.source, *expr.column); }
 
 Emitter::Rank Emitter::rankOf(const Expr& expr) const {
     switch (expr.kind) {

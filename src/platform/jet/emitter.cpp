@@ -37,7 +37,7 @@ void Emitter::emit(const Statement& statement, const std::vector<int>& keys) {
 /// come without trailing blanks.
 void Emitter::emitSelect(const Select& select, const Targets* targets, const std::vector<int>& keys,
                          bool trimming) {
-    scopes_.push_back(&select);
+    scopes_.push_back({select, ColumnNames(select.sources)});
     const JoinOrder order = joinOrder(select.from.get());
     out_ += "SELECT ";
     // Texts that compare equal are one row, which DISTINCT of the store would not see.
@@ -62,16 +62,22 @@ void Emitter::emitOutputs(const Select& select, const Targets* targets, bool tri
     for (std::size_t i = 0; i < select.outputs.size(); ++i) {
         const Output& output = select.outputs[i];
         out_ += i > 0 ? ", " : "";
-        if (output.expr == nullptr && targets == nullptr && !trimming) {
-            column(select, output.source, *output.column);
+        if (targets == nullptr && !trimming) {
+            emitResult(output);
             continue;
         }
         onOutput(output, [&](const Expr& expr) {
-            targets != nullptr ? assigned(expr, *(*targets)[i].column)
-            : trimming         ? trimmed(expr)
-                               : plain(expr);
+            targets != nullptr ? assigned(expr, *(*targets)[i].column) : trimmed(expr);
         });
     }
+}
+
+void Emitter::emitResult(const Output& output) {
+    if (output.column == nullptr) {
+        return plain(*output.expr);
+    }
+    out_ += scopes_.size() == 1 ? dialect_.resultMark : "";
+    column(0, output.source, *output.column);
 }
 
 template <class F>
@@ -180,7 +186,7 @@ void Emitter::sortKey(const Expr& expr, bool descending) {
 }
 
 void Emitter::emitUpdate(const Statement& statement) {
-    scopes_.push_back(statement.select.get());
+    scopes_.push_back({*statement.select, ColumnNames(statement.select->sources)});
     out_ += "UPDATE ";
     emitTarget(statement.select->sources.front());
     std::string_view joint = " SET ";
@@ -195,7 +201,7 @@ void Emitter::emitUpdate(const Statement& statement) {
 }
 
 void Emitter::emitDelete(const Statement& statement) {
-    scopes_.push_back(statement.select.get());
+    scopes_.push_back({*statement.select, ColumnNames(statement.select->sources)});
     out_ += "DELETE FROM ";
     emitTarget(statement.select->sources.front());
     emitWhere(*statement.select, {});

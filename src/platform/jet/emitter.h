@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/jet/ast.h"
+#include "platform/jet/columnnames.h"
 #include "platform/jet/dialect.h"
 #include "platform/jet/joins.h"
 
@@ -36,6 +37,7 @@ private:
     void emitSelect(const Select& select, const Targets* targets, const std::vector<int>& keys,
                     bool trimming);
     void emitOutputs(const Select& select, const Targets* targets, bool trimming);
+    void emitResult(const Output& output);
     template <class F>
     void onOutput(const Output& output, F&& write);
     void emitKeys(const Select& select, const std::vector<int>& keys);
@@ -61,7 +63,7 @@ private:
     void condition(const Expr& expr);
     void ordered(const Expr& expr);
     void textOrEmpty(const Expr& expr);
-    void column(const Select& select, int source, const store::Column& column);
+    void column(int scope, int source, const store::Column& column);
     void column(const Expr& expr);
     void arithmetic(const Expr& expr);
     void concatenation(const Expr& expr);
@@ -96,7 +98,11 @@ private:
     const Dialect& dialect_;
     std::string out_;
     std::vector<Parameter> parameters_;
-    std::vector<const Select*> scopes_;  // the SELECTs around what is being written, innermost last
+    struct Scope {
+        const Select& select;
+        ColumnNames names;
+    };
+    std::vector<Scope> scopes_;  // the SELECTs around what is being written, innermost last
 };
 
 }  // namespace jet
