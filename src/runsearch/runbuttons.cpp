@@ -1,0 +1,16 @@
+#include "runsearch/runbuttons.h"
+
+namespace runsearch {
+
+void RunButtons::afterRunsFound(const Granted& granted) {
+    cmdNew = cmdNew && granted("RTG210");
+    Delete = Delete && granted("RTG230");
+    ChangeBell = granted("RTG250");
+    GroupChange = granted("RTG260");
+    PrintIt = granted("RTG270");
+    TimeLine = true;
+}
+
+void RunButtons::afterReset() { PrintIt = TimeLine = ChangeBell = GroupChange = false; }
+
+}  // namespace runsearch
