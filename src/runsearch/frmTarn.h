@@ -1,0 +1,83 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/forms/form.h"
+#include "runsearch/runbuttons.h"
+#include "runsearch/runsearchquery.h"
+
+namespace controls {
+class MultiColumnCombo;
+class TimeBox;
+}  // namespace controls
+
+class QLabel;
+
+namespace Ui {
+class frmTarn;
+}
+
+namespace runsearch {
+
+/// The main form: finds runs by the criteria on its tabs and starts every action on the runs found.
+/// The run clicked last is in `Tarn`.
+class frmTarn : public forms::Form {
+    Q_OBJECT
+
+public:
+    frmTarn();
+    ~frmTarn() override;
+
+    void cmdSearch_Click();
+    void cmdReset_Click();
+    void SelectAll_Click();
+    void Exit_Click();
+
+    void UseRoute_Click();
+    void SearchStops_Click();
+    void Search_Stops_TripType_Click();
+
+    void cmbEmployee_Click();
+    void cmbEmployee_LostFocus();
+    void cmbVehicle_Click();
+    void cmbVehicle_LostFocus();
+    void cmbAid_Click();
+    void cmbAid_LostFocus();
+
+    void RunList_ClickColumn(int column);
+    void RunList_ClickItem();
+
+protected:
+    void formLoad() override { Form_Load(); }
+    void formActivate() override { Form_Activate(); }
+    bool formQueryUnload() override;
+
+private:
+    void Form_Load();
+    void Form_Activate();
+
+    void wireCriteria();
+    void wireRoute();
+    void wireButtons();
+    void wireRunList();
+
+    [[nodiscard]] RunSearchCriteria criteria() const;
+    [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;
+    [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
+    bool refuseBrokenTimes();
+    void search(const RunSearchQuery& query, bool withRouting);
+
+    void emptyTimes();
+    void showButtons();
+    void showFilledCriteria();
+    void showSelectedCount();
+    void restoreSplitter();
+
+    std::unique_ptr<Ui::frmTarn> ui_;
+    RunButtons buttons_;
+    /// What an empty time box shows; a box with any other text is a criterion.
+    std::string EmptyTimeText;
+};
+
+}  // namespace runsearch

@@ -1,0 +1,224 @@
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "formfixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::vector<std::string> AllRuns{"101-AM", "102-AM", "103-PM", "201-PM"};
+
+TEST_F(FormTest, FillsTheCriteriaListsWhenLoaded) {
+    EXPECT_EQ(list("lstSchool").rows(), 3);
+    EXPECT_EQ(list("lstSchool").cellText(1, 2), "ELEM");
+    EXPECT_EQ(list("lstTripType").rows(), 2);
+    EXPECT_EQ(combo("cmbRunFamily").count(), 2);
+    EXPECT_EQ(combo("cmbEmployee").table().text(0, 1), "Adams, Bo");
+    EXPECT_EQ(combo("cmbVehicle").table().text(0, 1), "Bus 7");
+    EXPECT_EQ(combo("cmbRoute").text(), "");
+    EXPECT_EQ(startup::RunRefreshTime, 5);
+    EXPECT_EQ(label("DistrictName"), "Small District");
+    EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("Find Now"));
+}
+
+TEST_F(FormTest, ShowsRunsWithoutRouting) {
+    EXPECT_EQ(found(), AllRuns);
+    EXPECT_EQ(label("TotSel"), "4");
+    EXPECT_EQ(row("101-AM"),
+              "101-AM|Oak morning|07:05 AM|07:45 AM|08:00 AM|OAK|AM|NORTH|REG|40|12.5|6|31|High|"
+              "Start Time");
+    EXPECT_EQ(row("102-AM"),
+              "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|90|9|2|4|Low|"
+              "End Time");
+    EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | |0|0|0|0| | ");
+}
+
+TEST_F(FormTest, ShowsRunsWithRoutingOneColumnShifted) {
+    check("UseRoute");
+    EXPECT_EQ(found(), AllRuns);
+    EXPECT_EQ(row("101-AM"),
+              "101-AM|Oak morning|07:05 AM|07:45 AM|08:00 AM|OAK|AM|NORTH|REG|R1|Smith, Ann|B7|"
+              "Adams, Bo|40|12.5|6|High|Start Time|");
+    EXPECT_EQ(row("102-AM"),
+              "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|R2| | | |90|9|2|"
+              "Low|End Time|");
+    EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | | | | | |0|0|0| | |");
+}
+
+TEST_F(FormTest, PaintsRunsToRegenerateRedButForTheLastColumns) {
+    check("NeedResolve");
+    for (const auto& [withRouting, lastRed] : {std::pair{false, 12}, std::pair{true, 16}}) {
+        check("UseRoute", withRouting);
+        ASSERT_THAT(found(), ElementsAre("102-AM"));
+        const auto& table = list("RunList").table();
+        for (std::size_t column = 0; column < table.columns.size(); ++column) {
+            EXPECT_EQ(table.isRed(0, column), static_cast<int>(column) <= lastRed) << column;
+        }
+    }
+    check("NeedResolve", false);
+    type("RunId", "101");
+    found();
+    EXPECT_FALSE(list("RunList").table().isRed(0, 0));
+}
+
+TEST_F(FormTest, FindsRunsByEachCriterion) {
+    struct Case {
+        std::function<void()> fill;
+        std::vector<std::string> runs;
+    };
+    const std::vector<Case> cases{
+        {[&] { type("RunId", " 10 "); }, {"101-AM", "102-AM", "103-PM"}},
+        {[&] { type("RunDesc", "oak"); }, {"101-AM", "201-PM"}},
+        {[&] { type("Start_BegTime", "7:00 am"), type("Start_EndTime", "705"); }, {"101-AM"}},
+        {[&] { type("End_BegTime", "12:00 PM"); }, {"102-AM", "201-PM"}},
+        {[&] { type("Bell_EndTime", "8:00 AM"); }, {"101-AM", "102-AM"}},
+        {[&] { type("cmbRunFamily", "sport"); }, {"102-AM"}},
+        {[&] { type("cmbLOCCODE", "NORTH"); }, {"101-AM", "201-PM"}},
+        {[&] { check("NotOnRoute"); }, {"103-PM", "201-PM"}},
+        {[&] {
+             select("lstSchool", {0, 2});
+         },
+         {"102-AM", "103-PM"}},
+        {[&] { select("lstSchool", {1}), check("SearchStops"); }, {"101-AM", "102-AM", "201-PM"}},
+        {[&] { select("lstTripType", {1}); }, {"103-PM", "201-PM"}},
+        {[&] { select("lstTripType", {0}), check("Search_Stops_TripType"); },
+         {"101-AM", "102-AM", "201-PM"}},
+        {[&] { type("cmbSchoolType", "ELEM"); }, {"101-AM", "103-PM", "201-PM"}},
+        {[&] { check("UseRoute"), type("cmbRoute", "R2"); }, {"102-AM"}},
+        {[&] { check("UseRoute"), type("cmbEmployee", "12"); }, {"101-AM"}},
+        {[&] { check("UseRoute"), type("cmbVehicle", "b7"); }, {"101-AM"}},
+        {[&] { check("UseRoute"), type("cmbAid", "7"); }, {"101-AM"}},
+        {[&] { type("RunId", "1"), select("lstTripType", {0}), type("RunDesc", "P"); }, {"102-AM"}},
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        cases[i].fill();
+        EXPECT_EQ(found(), cases[i].runs) << "case " << i << ": " << startup::RunSearchSQL;
+        EXPECT_EQ(label("TotSel"), std::to_string(cases[i].runs.size()));
+        check("SearchStops", false);
+        check("Search_Stops_TripType", false);
+        click("cmdReset");
+    }
+    EXPECT_THAT(session.boxes.shown, IsEmpty());
+}
+
+TEST_F(FormTest, TakesTypedWildcards) {
+    const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
+        {"%PM", {"103-PM", "201-PM"}}, {"1_2", {"102-AM"}}, {"[12]01", {"101-AM", "201-PM"}},
+        {"[!1]", {"201-PM"}},          {"%", AllRuns},      {"nothing", {}},
+    };
+    for (const auto& [typed, runs] : cases) {
+        type("RunId", typed);
+        EXPECT_EQ(found(), runs) << typed;
+    }
+    EXPECT_EQ(label("TotSel"), "0");
+    type("RunId", "");
+    type("RunDesc", "Pine 100[%]");
+    EXPECT_THAT(found(), ElementsAre("102-AM"));
+}
+
+TEST_F(FormTest, SurvivesWhatIsTypedAndChangesNothing) {
+    struct Case {
+        const char* control;
+        std::string typed;
+    };
+    const std::string endless(10000, 'x');
+    const std::vector<Case> cases{
+        {"RunId", "O'Neil"},
+        {"RunId", "'"},
+        {"RunId", "x'; DELETE FROM RUN; --"},
+        {"RunId", "x' OR 'a'='a"},
+        {"RunId", "#"},
+        {"RunId", "["},
+        {"RunId", "]["},
+        {"RunId", endless},
+        {"RunDesc", "[a-"},
+        {"RunDesc", endless + "'"},
+        {"cmbRunFamily", "a'b"},
+        {"cmbRunFamily", endless},
+        {"cmbLOCCODE", "#8:00#"},
+        {"cmbEmployee", "12; DELETE FROM RUN"},
+        {"cmbEmployee", "Smith"},
+        {"cmbEmployee", "12 OR 1=1"},
+        {"cmbVehicle", "B'7"},
+        {"cmbAid", "("},
+        {"cmbRoute", "[R1]"},
+    };
+    const auto noCase = [&](const Case& bad) {
+        const auto boxesBefore = session.boxes.shown.size();
+        check("UseRoute");
+        type(bad.control, bad.typed);
+        found();
+        const bool told = session.boxes.shown.size() > boxesBefore;
+        EXPECT_TRUE(told || label("TotSel") != "") << bad.control << ": " << bad.typed;
+        if (told) {
+            EXPECT_THAT(session.boxes.shown.back().text,
+                        HasSubstr("cmdSearch_Click of Module: frmTarn."));
+        }
+        click("cmdReset");
+        EXPECT_EQ(found(), AllRuns) << bad.control << ": " << bad.typed;
+        click("cmdReset");
+    };
+    for (const auto& bad : cases) {
+        noCase(bad);
+    }
+    EXPECT_GE(session.boxes.shown.size(), 6U);
+    EXPECT_FALSE(forms::Application::instance().ending());
+}
+
+TEST_F(FormTest, RefusesATextThatIsNoTime) {
+    found();
+    const auto before = startup::RunSearchSQL;
+    control<QTabWidget>("RunTab").setCurrentIndex(2);
+    type("Bell_EndTime", "25:99");
+    click("cmdSearch");
+    ASSERT_EQ(session.boxes.shown.size(), 1U);
+    EXPECT_EQ(session.boxes.shown[0].title, "Invalid Time");
+    EXPECT_THAT(session.boxes.shown[0].text, HasSubstr("\"25:99\""));
+    EXPECT_EQ(control<QTabWidget>("RunTab").currentIndex(), 0);
+    EXPECT_EQ(startup::RunSearchSQL, before);
+    EXPECT_EQ(label("TotSel"), "4");
+}
+
+TEST_F(FormTest, SearchesTwoThousandSchoolsAtOnce) {
+    district.sql(data::DatabaseFile::Routing,
+                 "INSERT INTO SCHOOL(SCHOOL, SCHOOLNAME, SCHOOLTYPE, ACTIVE) WITH RECURSIVE n(i) "
+                 "AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000) SELECT 'N' || i, "
+                 "'New ' || i, 'NEW', 1 FROM n");
+    list("lstSchool").selectAllRows();
+    EXPECT_EQ(list("lstSchool").selectedCount(), 2003);
+    EXPECT_EQ(found(), AllRuns);
+    check("SearchStops");
+    EXPECT_THAT(found(), ElementsAre("101-AM", "102-AM", "201-PM"));
+    EXPECT_THAT(session.boxes.shown, IsEmpty());
+}
+
+TEST_F(FormTest, ResetsTheFormForASchoolTypeWithoutSchools) {
+    found();
+    const auto before = startup::RunSearchSQL;
+    type("RunId", "1");
+    type("cmbSchoolType", "ADULT");
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_EQ(label("TotSel"), "0");
+    EXPECT_EQ(control<QLineEdit>("RunId").text(), "");
+    EXPECT_EQ(combo("cmbSchoolType").text(), "");
+    EXPECT_EQ(startup::RunSearchSQL, before);
+}
+
+TEST_F(FormTest, KeepsTheQueriesOfTheLastSearchThatFoundRuns) {
+    found();
+    EXPECT_THAT(startup::RunSearchSQL, testing::EndsWith(" FROM RUN"));
+    EXPECT_THAT(startup::RunSearchSchoolSQL, testing::EndsWith(" ON SCHOOL.SCHOOL = RUN.SCHOOL"));
+    type("RunId", "none");
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_THAT(startup::RunSearchSQL, testing::EndsWith(" FROM RUN"));
+    EXPECT_EQ(list("RunList").model()->columnCount(), 0);
+    EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("No run"));
+}
+
+}  // namespace
