@@ -25,7 +25,7 @@ std::string environment(const char* name) {
 }
 
 std::string homeFolder() {
-    if (const std::string home = environment("HOME"); !home.empty()) {
+    if (std::string home = environment("HOME"); !home.empty()) {
         return home;
     }
     const passwd* entry = getpwuid(getuid());

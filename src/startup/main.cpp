@@ -48,6 +48,18 @@ QString layoutFile() {
            QStringLiteral("/vireo/tarn-windows.ini");
 }
 
+// The last changes may still be on their way into a file, and there is nobody left to trap an
+// error.
+int closeSession(int exitCode) {
+    try {
+        startup::resetSession();
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "tarn: {}\n", error.what());
+        return EXIT_FAILURE;
+    }
+    return exitCode;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -59,7 +71,5 @@ int main(int argc, char** argv) {
     forms::applyLook(application);
     controls::LayoutMemory::instance().useFile(layoutFile());
     application.guarded([&] { startup::Main(commandLine); });
-    const int exitCode = application.run();
-    startup::resetSession();
-    return exitCode;
+    return closeSession(application.run());
 }

@@ -1,6 +1,7 @@
 #include "startup/mdlDBConnection.h"
 
 #include <array>
+#include <exception>
 
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
@@ -21,22 +22,15 @@ std::array<ConnectionGlobal*, 6> connections() {
     return {&gcnRouting, &gcnRouteWrk, &gcnTrip, &gcnVIREORpt, &gcnDeadCross, &gcnQDSC};
 }
 
-// An error inside a unit of work keeps what the unit had written. There may be no unit, or the
-// commit may be what went wrong: closing goes on either way.
-void commitPending(ado::Connection& connection) {
-    try {
-        connection.CommitTrans();
-    } catch (const base::RunTimeError&) {
+void close(ConnectionGlobal& connection) {
+    if (!connection) {
         return;
     }
-}
-
-void close(ConnectionGlobal& connection) {
-    if (connection && connection->State() == ado::ObjectState::Open) {
-        commitPending(*connection);
-        connection->Close();
-    }
+    ado::Connection& released = *connection;
     connection.release();
+    if (released.State() == ado::ObjectState::Open) {
+        released.Close();
+    }
 }
 
 }  // namespace
@@ -76,8 +70,16 @@ void OpenRoutingDatabase() {
 }
 
 void closeConnections() {
+    std::exception_ptr failure;
     for (ConnectionGlobal* connection : connections()) {
-        close(*connection);
+        try {
+            close(*connection);
+        } catch (const std::exception&) {
+            failure = failure ? failure : std::current_exception();
+        }
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
     }
 }
 

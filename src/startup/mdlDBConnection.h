@@ -27,7 +27,8 @@ void OpenRoutingDatabase();
 /// (throws base::EndProgram). A unit of work still open keeps what it has written.
 [[noreturn]] void ShutDown(int exitCode = 0);
 
-/// Closes and releases the connections only; for the very end of the program.
+/// Closes and releases the connections only; for the very end of the program. Where closing one
+/// fails, the others are closed all the same, and the first error is raised.
 void closeConnections();
 
 }  // namespace startup

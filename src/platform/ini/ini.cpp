@@ -13,7 +13,7 @@ namespace ini {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr auto LineEnds = "\r\n\0"sv;
 constexpr auto Blanks = " \t\v\f"sv;

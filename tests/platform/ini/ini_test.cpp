@@ -55,7 +55,7 @@ TEST(Ini, CutsAValueAt255Characters) {
     for (int i = 0; i < 256; ++i) {
         umlauts += "ä";
     }
-    EXPECT_EQ(valueOf("[Section]\nkey=" + umlauts), umlauts.substr(0, 255 * 2));
+    EXPECT_EQ(valueOf("[Section]\nkey=" + umlauts), umlauts.substr(0, std::size_t{255} * 2));
     EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(1'000'000, 'x')).size(), 255U);
 }
 
