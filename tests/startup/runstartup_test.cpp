@@ -138,12 +138,13 @@ TEST(Program, WithoutADisplayItSaysSoAndEnds) {
 
 TEST(Program, HandsOverToTheLogonProgramWithExactlyOneArgument) {
     const support::TestDistrict district;
-    const std::string logon = district.progPath() + "Logon.Exe";
-    const std::string out = district.progPath() + "out";
-    std::FILE* script = std::fopen(logon.c_str(), "w");
-    std::fputs(("#!/bin/sh\n(printf '%s:' \"$#\" \"$@\") > '" + out + "'\n").c_str(), script);
-    std::fclose(script);
+    const support::TemporaryFolder programs;
+    const std::string out = programs.path() + "out";
+    const std::string logon =
+        programs.write("Logon.Exe", "#!/bin/sh\n(printf '%s:' \"$#\" \"$@\") > '" + out + "'\n");
     std::filesystem::permissions(logon, std::filesystem::perms::owner_all);
+    std::filesystem::copy(district.path(DatabaseFile::RouteWrk), programs.path());
+    district.writeIniWithProgPath(programs.path());
     const std::string output = outputOf("XDG_CONFIG_HOME='" + district.folder() +
                                         "' QT_QPA_PLATFORM=offscreen '" TARN_PROGRAM "' NOBODY");
     EXPECT_EQ(output, "status 0\n");

@@ -10,8 +10,20 @@ namespace support {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (fs::temp_directory_path() / "vireo-test-XXXXXX").string();
+namespace {
+
+fs::path parentIn(TemporaryFolder::Place place) {
+    const fs::path memory = "/dev/shm";
+    std::error_code ignored;
+    return place == TemporaryFolder::Place::Memory && fs::is_directory(memory, ignored)
+               ? memory
+               : fs::temp_directory_path();
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder(Place place) {
+    std::string pattern = (parentIn(place) / "vireo-test-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder can be made: " + pattern);
     }

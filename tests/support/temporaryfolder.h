@@ -8,7 +8,12 @@ namespace support {
 /// A new folder of its own, removed with everything in it at the end.
 class TemporaryFolder {
 public:
-    TemporaryFolder();
+    enum class Place {
+        Disk,    ///< where programs can be run from
+        Memory,  ///< quick for databases; on disk where the system has no such place
+    };
+
+    explicit TemporaryFolder(Place place = Place::Disk);
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -16,6 +16,7 @@ TestDistrict::TestDistrict() {
     }
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         const auto database = store::createFile(path(file));
+        database->setDurability(store::Durability::Crash);
         for (const store::Table& table : data::tablesOf(file)) {
             database->create(table);
         }
@@ -40,12 +41,18 @@ std::string TestDistrict::path(DatabaseFile file) const {
 
 void TestDistrict::writeIni(std::string_view text) const { folder_.write("vireo/route.ini", text); }
 
-void TestDistrict::writeIniWithErrorHandling(std::string_view text) const {
+void TestDistrict::writeIni(std::string_view progPath, std::string_view errorHandling) const {
     writeIni(
         fmt::format("[AppPaths]\ndatapath={}\nprogpath={}\nVIREOpath={}\n\n"
                     "[AppSettings]\nERRORHANDLING={}\nMAPSoftware=None\n",
-                    dataPath(), progPath(), vireoPath(), text));
+                    dataPath(), progPath, vireoPath(), errorHandling));
 }
+
+void TestDistrict::writeIniWithErrorHandling(std::string_view text) const {
+    writeIni(progPath(), text);
+}
+
+void TestDistrict::writeIniWithProgPath(std::string_view path) const { writeIni(path, "True"); }
 
 void TestDistrict::insert(DatabaseFile file, std::string_view table, const Row& row) const {
     std::string columns;

@@ -12,7 +12,8 @@
 namespace support {
 
 /// A district for one test: the six files with their tables, still empty, in "data", "prog" and
-/// "common" of a temporary folder, and "vireo/route.ini" that names them with error handling on.
+/// "common" of a temporary folder (in memory: no program can be run from it), and "vireo/route.ini"
+/// that names them with error handling on.
 class TestDistrict {
 public:
     using Row = std::vector<std::pair<std::string, base::Value>>;
@@ -30,8 +31,9 @@ public:
 
     /// Writes "route.ini" anew.
     void writeIni(std::string_view text) const;
-    /// Writes "route.ini" with all its keys and this text as ERRORHANDLING.
+    /// Writes "route.ini" with all its keys and this text as ERRORHANDLING, or as progpath.
     void writeIniWithErrorHandling(std::string_view text) const;
+    void writeIniWithProgPath(std::string_view path) const;
 
     /// Adds a row; columns that are not named get their defaults.
     void insert(data::DatabaseFile file, std::string_view table, const Row& row) const;
@@ -44,7 +46,9 @@ public:
                  const std::vector<std::string>& grantedCodes) const;
 
 private:
-    TemporaryFolder folder_;
+    void writeIni(std::string_view progPath, std::string_view errorHandling) const;
+
+    TemporaryFolder folder_{TemporaryFolder::Place::Memory};
 };
 
 }  // namespace support
