@@ -106,6 +106,10 @@ std::string MultiColumnList::cellText(int row, int column) const {
     return table().text(model_->tableRow(row), static_cast<std::size_t>(column));
 }
 
+bool MultiColumnList::isRed(int row, int column) const {
+    return table().isRed(model_->tableRow(row), static_cast<std::size_t>(column));
+}
+
 std::string MultiColumnList::chosenKey() const {
     return chosenRow_ < 0 ? std::string() : cellText(chosenRow_, 0);
 }

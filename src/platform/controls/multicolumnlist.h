@@ -36,6 +36,7 @@ public:
 
     [[nodiscard]] int rows() const;
     [[nodiscard]] std::string cellText(int row, int column) const;
+    [[nodiscard]] bool isRed(int row, int column) const;
 
     [[nodiscard]] int chosenRow() const { return chosenRow_; }
     /// The first column of the chosen row; "" where none is chosen.

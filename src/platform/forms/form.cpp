@@ -17,7 +17,14 @@ Form::Form(const char* name, Form* owner) : QDialog(owner) {
                    Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
 }
 
-Form::~Form() = default;
+Form::~Form() {
+    // The registry owns them, not this form.
+    for (Form* owned : ownedForms()) {
+        owned->setParent(nullptr);
+    }
+}
+
+QList<Form*> Form::ownedForms() const { return findChildren<Form*>(Qt::FindDirectChildrenOnly); }
 
 void Form::load() {
     if (state_ != State::Made) {
@@ -54,6 +61,9 @@ void Form::showForm() {
 void Form::unload() {
     if (state_ == State::Unloaded) {
         return;
+    }
+    for (Form* owned : ownedForms()) {
+        owned->unload();
     }
     if (placed_) {
         rememberPlace();

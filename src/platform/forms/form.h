@@ -27,7 +27,8 @@ public:
     void load();
     /// Loads, shows and activates the form, in the place and size it had last.
     void showForm();
-    /// Hides and unloads the form without asking; the form it belongs to becomes active again.
+    /// Hides and unloads the form, and those it owns, without asking; the form that owns it becomes
+    /// active again.
     void unload();
     [[nodiscard]] bool isLoaded() const { return state_ == State::Loaded; }
     /// Unloaded by the user's closing, unless a long operation runs or formQueryUnload() refuses.
@@ -77,6 +78,7 @@ private:
     friend class FormRegistry;
     enum class State { Made, Loading, Loaded, Unloaded };
 
+    [[nodiscard]] QList<Form*> ownedForms() const;
     void restorePlace();
     void rememberPlace() const;
     void nameControls();

@@ -82,6 +82,16 @@ TEST_F(FormsTest, TheUserClosesWhatAllowsItAndTheProgramClosesAll) {
     EXPECT_FALSE(form.isVisible());
 }
 
+TEST_F(FormsTest, AFormTakesTheFormsItOwnsWithIt) {
+    DemoForm& main = shown("main");
+    otherShown("other", &main);
+    log.clear();
+    main.close();
+    settle();
+    EXPECT_THAT(log, UnorderedElementsAre("other unloaded", "main unloaded", "main destroyed",
+                                          "other destroyed"));
+}
+
 TEST_F(FormsTest, ABusyFormIsNeitherClosedNorStartedTwice) {
     DemoForm& form = shown("main");
     {
