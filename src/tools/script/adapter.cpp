@@ -1,0 +1,353 @@
+#include "tools/script/adapter.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QCompleter>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
+
+#include <fmt/format.h>
+
+#include "platform/controls/multicolumncombo.h"
+#include "platform/controls/multicolumnlist.h"
+#include "platform/controls/qtext.h"
+#include "tools/script/userinput.h"
+
+namespace script {
+
+using controls::fromQt;
+using controls::MultiColumnCombo;
+using controls::MultiColumnList;
+using controls::toQt;
+
+namespace {
+
+QString withoutAccessKey(QString caption) { return caption.remove('&'); }
+
+/// Replaces all of a text control's content by keyboard.
+void retype(QWidget& control, const std::string& text) {
+    pressKey(control, Qt::Key_A, Qt::ControlModifier);
+    if (text.empty()) {
+        pressKey(control, Qt::Key_Delete);
+    } else {
+        typeText(control, toQt(text));
+    }
+}
+
+class LineEditAdapter : public Adapter {
+public:
+    explicit LineEditAdapter(QLineEdit& edit) : edit_(edit) {}
+    [[nodiscard]] std::string kind() const override { return "a text box"; }
+    [[nodiscard]] std::string text() const override { return fromQt(edit_.text()); }
+    void set(const std::string& text) override {
+        if (edit_.isReadOnly()) {
+            cannot("is typed into, for it is read-only");
+        }
+        focus(edit_);
+        retype(edit_, text);
+        leave(edit_);
+    }
+
+private:
+    QLineEdit& edit_;
+};
+
+class PlainTextAdapter : public Adapter {
+public:
+    explicit PlainTextAdapter(QPlainTextEdit& edit) : edit_(edit) {}
+    [[nodiscard]] std::string kind() const override { return "a text box"; }
+    [[nodiscard]] std::string text() const override { return fromQt(edit_.toPlainText()); }
+    void set(const std::string& text) override {
+        focus(edit_);
+        retype(edit_, text);
+        leave(edit_);
+    }
+
+private:
+    QPlainTextEdit& edit_;
+};
+
+class ComboAdapter : public Adapter {
+public:
+    explicit ComboAdapter(QComboBox& combo) : combo_(combo) {}
+    [[nodiscard]] std::string kind() const override { return "a combo box"; }
+    [[nodiscard]] std::string text() const override { return fromQt(combo_.currentText()); }
+    void set(const std::string& text) override {
+        focus(combo_);
+        if (combo_.isEditable()) {
+            retype(*combo_.lineEdit(), text);
+            if (QCompleter* offers = combo_.lineEdit()->completer(); offers != nullptr) {
+                offers->popup()->hide();
+            }
+        } else {
+            choose(text);
+        }
+        leave(combo_);
+    }
+    [[nodiscard]] std::vector<std::string> lines() const override {
+        std::vector<std::string> lines{text()};
+        if (const auto* columns = qobject_cast<const MultiColumnCombo*>(&combo_)) {
+            for (std::size_t column = 1; column < columns->table().columns.size(); ++column) {
+                lines[0] += "\t" + columns->columnText(static_cast<int>(column));
+            }
+        }
+        return lines;
+    }
+
+private:
+    void choose(const std::string& text) {
+        const int row = combo_.findText(toQt(text));
+        if (row < 0) {
+            cannot(fmt::format("offers \"{}\"", text));
+        }
+        combo_.setCurrentIndex(row);
+        emit combo_.activated(row);
+    }
+
+    QComboBox& combo_;
+};
+
+class CheckAdapter : public Adapter {
+public:
+    explicit CheckAdapter(QAbstractButton& button) : button_(button) {}
+    [[nodiscard]] std::string kind() const override { return "a check box or option"; }
+    [[nodiscard]] std::string text() const override { return button_.isChecked() ? "1" : "0"; }
+    [[nodiscard]] std::string checkedState() const override {
+        return button_.isChecked() ? "checked" : "unchecked";
+    }
+    void set(const std::string& text) override {
+        if (text != "0" && text != "1") {
+            cannot(fmt::format("takes \"{}\", only 0 and 1", text));
+        }
+        if (button_.isChecked() != (text == "1")) {
+            click();
+        }
+    }
+    void click() override { button_.click(); }
+
+private:
+    QAbstractButton& button_;
+};
+
+class ButtonAdapter : public Adapter {
+public:
+    explicit ButtonAdapter(QAbstractButton& button) : button_(button) {}
+    [[nodiscard]] std::string kind() const override { return "a button"; }
+    [[nodiscard]] std::string text() const override {
+        return fromQt(withoutAccessKey(button_.text()));
+    }
+    void click() override { button_.click(); }
+
+private:
+    QAbstractButton& button_;
+};
+
+class LabelAdapter : public Adapter {
+public:
+    explicit LabelAdapter(QLabel& label) : label_(label) {}
+    [[nodiscard]] std::string kind() const override { return "a label"; }
+    [[nodiscard]] std::string text() const override {
+        return fromQt(label_.buddy() == nullptr ? label_.text() : withoutAccessKey(label_.text()));
+    }
+
+private:
+    QLabel& label_;
+};
+
+class TabAdapter : public Adapter {
+public:
+    explicit TabAdapter(QTabWidget& tabs) : tabs_(tabs) {}
+    [[nodiscard]] std::string kind() const override { return "a tab control"; }
+    [[nodiscard]] std::string text() const override { return caption(tabs_.currentIndex()); }
+    void set(const std::string& text) override {
+        for (int page = 0; page < tabs_.count(); ++page) {
+            if (caption(page) == text) {
+                clickAt(*tabs_.tabBar(), tabs_.tabBar()->tabRect(page).center());
+                return;
+            }
+        }
+        cannot(fmt::format("has a page \"{}\"", text));
+    }
+
+private:
+    [[nodiscard]] std::string caption(int page) const {
+        return fromQt(withoutAccessKey(tabs_.tabText(page)));
+    }
+
+    QTabWidget& tabs_;
+};
+
+class ProgressAdapter : public Adapter {
+public:
+    explicit ProgressAdapter(QProgressBar& bar) : bar_(bar) {}
+    [[nodiscard]] std::string kind() const override { return "a progress bar"; }
+    [[nodiscard]] std::string text() const override { return std::to_string(bar_.value()); }
+
+private:
+    QProgressBar& bar_;
+};
+
+class StatusAdapter : public Adapter {
+public:
+    explicit StatusAdapter(QStatusBar& status) : status_(status) {}
+    [[nodiscard]] std::string kind() const override { return "a status bar"; }
+    [[nodiscard]] std::string text() const override { return fromQt(status_.currentMessage()); }
+
+private:
+    QStatusBar& status_;
+};
+
+class GroupAdapter : public Adapter {
+public:
+    explicit GroupAdapter(QGroupBox& group) : group_(group) {}
+    [[nodiscard]] std::string kind() const override { return "a frame"; }
+    [[nodiscard]] std::string text() const override {
+        return fromQt(withoutAccessKey(group_.title()));
+    }
+
+private:
+    QGroupBox& group_;
+};
+
+class ListAdapter : public Adapter {
+public:
+    explicit ListAdapter(MultiColumnList& list) : list_(list) {}
+    [[nodiscard]] std::string kind() const override { return "a list"; }
+    [[nodiscard]] std::string text() const override { return std::to_string(list_.rows()); }
+
+    [[nodiscard]] std::vector<std::string> lines() const override {
+        std::vector<std::string> lines(1);
+        for (const controls::TableColumn& column : list_.table().columns) {
+            lines[0] += (lines[0].empty() ? "" : "\t") + column.caption;
+        }
+        for (int row = 1; row <= list_.rows(); ++row) {
+            lines.push_back(rowText(row));
+        }
+        return lines;
+    }
+
+    [[nodiscard]] std::string rowText(int row) const override {
+        const int at = checked(row);
+        std::string text;
+        for (int column = 0; column < list_.model()->columnCount(); ++column) {
+            text += column == 0 ? "" : "\t";
+            text += list_.isRed(at, column) ? "!" : "";
+            text += list_.cellText(at, column);
+        }
+        return text;
+    }
+
+    void doubleClick(int row) override { doubleClickAt(*list_.viewport(), place(row)); }
+
+    void clickColumn(int column) override {
+        QHeaderView& header = *list_.header();
+        if (column < 1 || column > header.count()) {
+            cannot(fmt::format("has a column {}, it has {}", column, header.count()));
+        }
+        const int middle = header.sectionPosition(column - 1) + header.sectionSize(column - 1) / 2;
+        list_.horizontalScrollBar()->setValue(middle - header.viewport()->width() / 2);
+        clickAt(*header.viewport(), {middle - header.offset(), header.height() / 2});
+    }
+
+    void selectRows(std::span<const int> rows) override {
+        Qt::KeyboardModifiers held = Qt::NoModifier;
+        for (const int row : rows) {
+            clickAt(*list_.viewport(), place(row), held);
+            held = Qt::ControlModifier;
+        }
+    }
+    void selectAll() override {
+        focus(list_);
+        pressKey(list_, Qt::Key_A, Qt::ControlModifier);
+    }
+    void selectNone() override { list_.selectNone(); }
+
+private:
+    [[nodiscard]] int checked(int row) const {
+        if (row < 1 || row > list_.rows()) {
+            cannot(fmt::format("has a row {}, it has {}", row, list_.rows()));
+        }
+        return row - 1;
+    }
+    [[nodiscard]] QPoint place(int row) {
+        const QModelIndex index = list_.model()->index(checked(row), 0);
+        list_.scrollTo(index);
+        return list_.visualRect(index).center();
+    }
+
+    MultiColumnList& list_;
+};
+
+template <class Control, class ItsAdapter>
+std::unique_ptr<Adapter> tryKind(QWidget& control) {
+    auto* typed = qobject_cast<Control*>(&control);
+    return typed == nullptr ? nullptr : std::make_unique<ItsAdapter>(*typed);
+}
+
+}  // namespace
+
+std::string Adapter::rowText(int) const { cannot("has rows"); }
+void Adapter::set(const std::string&) { cannot("takes a text"); }
+void Adapter::click() { cannot("is clicked as a whole"); }
+void Adapter::doubleClick(int) { cannot("has rows"); }
+void Adapter::clickColumn(int) { cannot("has columns"); }
+void Adapter::selectRows(std::span<const int>) { cannot("has rows"); }
+void Adapter::selectAll() { cannot("has rows"); }
+void Adapter::selectNone() { cannot("has rows"); }
+void Adapter::setCell(int, int, const std::string&) { cannot("has cells to type into"); }
+
+void Adapter::cannot(const std::string& what) const {
+    throw ControlError(fmt::format("is {}, none that {}", kind(), what));
+}
+
+std::unique_ptr<Adapter> adapterFor(QWidget& control) {
+    using Maker = std::unique_ptr<Adapter> (*)(QWidget&);
+    constexpr Maker Kinds[] = {
+        tryKind<MultiColumnList, ListAdapter>,   tryKind<QComboBox, ComboAdapter>,
+        tryKind<QLineEdit, LineEditAdapter>,     tryKind<QPlainTextEdit, PlainTextAdapter>,
+        tryKind<QCheckBox, CheckAdapter>,        tryKind<QRadioButton, CheckAdapter>,
+        tryKind<QAbstractButton, ButtonAdapter>, tryKind<QLabel, LabelAdapter>,
+        tryKind<QTabWidget, TabAdapter>,         tryKind<QProgressBar, ProgressAdapter>,
+        tryKind<QStatusBar, StatusAdapter>,      tryKind<QGroupBox, GroupAdapter>,
+    };
+    for (const Maker make : Kinds) {
+        if (auto adapter = make(control)) {
+            return adapter;
+        }
+    }
+    throw ControlError("is of a kind that scripts do not know");
+}
+
+void bringWithinReach(QWidget& control) {
+    for (QWidget* inner = &control; inner->parentWidget() != nullptr;
+         inner = inner->parentWidget()) {
+        auto* pages = qobject_cast<QStackedWidget*>(inner->parentWidget());
+        auto* tabs = pages == nullptr ? nullptr : qobject_cast<QTabWidget*>(pages->parentWidget());
+        if (tabs != nullptr) {
+            tabs->setCurrentWidget(inner);
+        }
+    }
+    const QWidget* modal = QApplication::activeModalWidget();
+    if (modal != nullptr && modal != control.window()) {
+        throw ControlError(fmt::format("is out of reach behind {}", fromQt(modal->objectName())));
+    }
+    if (!control.isVisible()) {
+        throw ControlError("is hidden");
+    }
+    if (!control.isEnabled()) {
+        throw ControlError("is disabled");
+    }
+}
+
+}  // namespace script

@@ -1,0 +1,344 @@
+#include "tools/script/player.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QThread>
+#include <fstream>
+#include <ostream>
+#include <sstream>
+
+#include <fmt/format.h>
+
+#include "platform/controls/qtext.h"
+#include "platform/forms/application.h"
+#include "platform/forms/formregistry.h"
+#include "tools/script/adapter.h"
+#include "tools/script/parser.h"
+#include "tools/script/userinput.h"
+
+namespace script {
+
+using controls::toQt;
+using forms::Application;
+using forms::Form;
+using forms::FormRegistry;
+
+namespace {
+
+bool actsOnProgram(Verb verb) {
+    switch (verb) {
+        case Verb::Start:
+        case Verb::Set:
+        case Verb::Click:
+        case Verb::DoubleClick:
+        case Verb::Column:
+        case Verb::Select:
+        case Verb::Cell:
+        case Verb::Close:
+            return true;
+        default:
+            return false;
+    }
+}
+
+std::string indented(const std::string& text) {
+    std::string shown = "    ";
+    for (const char c : text) {
+        shown += c;
+        shown += c == '\n' ? "    " : "";
+    }
+    return shown;
+}
+
+}  // namespace
+
+Player::Player(std::ostream& transcript, ProgramStart start)
+    : transcript_(transcript),
+      start_(std::move(start)),
+      clock_(*base::ports().clock),
+      formerPorts_(base::ports()) {
+    base::ports().msgBox = &boxes_;
+    base::ports().clock = &clock_;
+    base::ports().beep = [] {};
+}
+
+Player::~Player() { base::ports() = formerPorts_; }
+
+void Player::play(std::span<const Command> commands) {
+    for (const Command& command : commands) {
+        if (actsOnProgram(command.verb)) {
+            failOnUnexpectedBox(command);
+        }
+        perform(command);
+    }
+    if (commands.empty()) {
+        return;
+    }
+    Command end = commands.back();
+    ++end.line;
+    failOnUnexpectedBox(end);
+    if (boxes_.answersLeft() > 0) {
+        throw ScriptError(end.line, fmt::format("the script ends with {} answers that no box asked",
+                                                boxes_.answersLeft()));
+    }
+}
+
+void Player::failOnUnexpectedBox(const Command& command) const {
+    if (const ShownBox* box = boxes_.unexpected(); box != nullptr) {
+        throw ScriptError(command.line,
+                          "before this line came an unexpected box: " + described(*box));
+    }
+}
+
+void Player::perform(const Command& command) {
+    if (command.verb == Verb::Comment) {
+        transcript_ << "\n# " << command.text << "\n";
+        return;
+    }
+    transcript_ << "> " << command.source << "\n";
+    try {
+        act(command);
+        settle();
+    } catch (const ControlError& error) {
+        throw ScriptError(command.line,
+                          fmt::format("{}.{} {}", command.form, command.control, error.what()));
+    }
+    transcript_.flush();
+}
+
+void Player::act(const Command& command) {
+    const auto usable = [&] {
+        QWidget& widget = control(command);
+        bringWithinReach(widget);
+        return adapterFor(widget);
+    };
+    switch (command.verb) {
+        case Verb::Start:
+            return start(command);
+        case Verb::Set:
+            return usable()->set(command.text);
+        case Verb::Click:
+            return usable()->click();
+        case Verb::DoubleClick:
+            return usable()->doubleClick(command.numbers[0]);
+        case Verb::Column:
+            return usable()->clickColumn(command.numbers[0]);
+        case Verb::Select:
+            return select(*usable(), command);
+        case Verb::Cell:
+            return usable()->setCell(command.numbers[0], command.numbers[1], command.text);
+        case Verb::Answer:
+            return answer(command);
+        case Verb::Shot:
+            return takePicture(command);
+        case Verb::Close:
+            form(command).close();
+            return;
+        case Verb::Wait:
+            live(command.numbers[0], [] { return false; });
+            return;
+        case Verb::Until:
+            return until(command);
+        case Verb::Clock:
+            return setClock(command);
+        default:
+            check(command);
+    }
+}
+
+void Player::check(const Command& command) {
+    switch (command.verb) {
+        case Verb::Print:
+            for (const std::string& line : adapterFor(control(command))->lines()) {
+                print(line);
+            }
+            return;
+        case Verb::State:
+            return printState(command);
+        case Verb::Forms:
+            return printForms();
+        case Verb::Boxes:
+            return printBoxes();
+        case Verb::Expect:
+            return expect(command);
+        case Verb::ExpectRow:
+            return expectRow(command);
+        case Verb::ExpectBox:
+            return expectBox(command);
+        default:
+            return;
+    }
+}
+
+void Player::start(const Command& command) {
+    if (!FormRegistry::instance().loaded().empty()) {
+        throw ScriptError(command.line, "the program is running already");
+    }
+    Application& application = Application::instance();
+    application.startAfresh();
+    application.guarded([&] { start_(command.text); });
+}
+
+void Player::select(Adapter& list, const Command& command) {
+    if (command.words.empty()) {
+        list.selectRows(command.numbers);
+    } else if (command.words[0] == "all") {
+        list.selectAll();
+    } else {
+        list.selectNone();
+    }
+}
+
+void Player::answer(const Command& command) {
+    for (const std::string& button : command.words) {
+        boxes_.plan(answerNamed(button));
+    }
+}
+
+void Player::print(const std::string& line) { transcript_ << indented(line) << "\n"; }
+
+void Player::printState(const Command& command) {
+    const QWidget& widget = control(command);
+    const std::string checked = adapterFor(control(command))->checkedState();
+    print(fmt::format("{}, {}{}{}", widget.isEnabled() ? "enabled" : "disabled",
+                      widget.isHidden() ? "hidden" : "visible", checked.empty() ? "" : ", ",
+                      checked));
+}
+
+void Player::printForms() {
+    const std::vector<Form*> loaded = FormRegistry::instance().loaded();
+    if (loaded.empty()) {
+        print("none");
+    }
+    for (const Form* one : loaded) {
+        print(fmt::format("{} \"{}\", {}{}", one->name(), one->windowTitle().toStdString(),
+                          one->isVisible() ? "visible" : "hidden",
+                          one == FormRegistry::instance().lastActive() ? ", active" : ""));
+    }
+}
+
+void Player::printBoxes() {
+    const std::vector<ShownBox> shown = boxes_.take();
+    if (shown.empty()) {
+        print("none");
+    }
+    for (const ShownBox& box : shown) {
+        print(described(box));
+    }
+}
+
+void Player::takePicture(const Command& command) {
+    settle();
+    const QString path = toQt(command.text);
+    QDir().mkpath(QFileInfo(path).path());
+    if (!form(command).grab().save(path)) {
+        throw ScriptError(command.line, fmt::format("cannot write {}", command.text));
+    }
+}
+
+void Player::setClock(const Command& command) {
+    const std::optional<base::Date> moment = base::Date::parse(command.text);
+    if (!moment) {
+        throw ScriptError(command.line, fmt::format("\"{}\" is no time", command.text));
+    }
+    clock_.set(*moment);
+}
+
+void Player::expect(const Command& command) {
+    const std::string shown = controlText(command);
+    if (shown != command.text) {
+        throw ScriptError(command.line,
+                          fmt::format("{}.{} shows \"{}\", expected \"{}\"", command.form,
+                                      command.control, shown, command.text));
+    }
+}
+
+void Player::expectRow(const Command& command) {
+    const std::string row = adapterFor(control(command))->rowText(command.numbers[0]);
+    if (row.find(command.text) == std::string::npos) {
+        throw ScriptError(
+            command.line,
+            fmt::format("row {} of {}.{} is \"{}\", expected \"{}\" in it", command.numbers[0],
+                        command.form, command.control, row, command.text));
+    }
+}
+
+void Player::expectBox(const Command& command) {
+    if (!boxes_.expect(command.text)) {
+        const ShownBox* other = boxes_.unexpected();
+        throw ScriptError(command.line,
+                          fmt::format("no box \"{}\" was shown{}", command.text,
+                                      other == nullptr ? "" : ", but " + described(*other)));
+    }
+}
+
+void Player::until(const Command& command) {
+    const auto reached = [&] { return controlText(command) == command.text; };
+    if (!live(command.numbers[0], reached)) {
+        throw ScriptError(
+            command.line,
+            fmt::format("{}.{} shows \"{}\" after {} ms, expected \"{}\"", command.form,
+                        command.control, controlText(command), command.numbers[0], command.text));
+    }
+}
+
+bool Player::live(int milliseconds, const std::function<bool()>& done) {
+    constexpr unsigned long PauseMs = 2;
+    QElapsedTimer passed;
+    passed.start();
+    do {
+        settle();
+        if (done()) {
+            return true;
+        }
+        QThread::msleep(PauseMs);
+    } while (passed.elapsed() < milliseconds);
+    settle();
+    return done();
+}
+
+Form& Player::form(const Command& command) const {
+    if (Form* found = FormRegistry::instance().find(command.form); found != nullptr) {
+        return *found;
+    }
+    throw ScriptError(command.line,
+                      Application::instance().ending()
+                          ? fmt::format("{} is not there: the program has ended", command.form)
+                          : fmt::format("no form {} is loaded", command.form));
+}
+
+QWidget& Player::control(const Command& command) const {
+    auto* found = form(command).findChild<QWidget*>(toQt(command.control));
+    if (found == nullptr) {
+        throw ScriptError(command.line,
+                          fmt::format("{} has no control {}", command.form, command.control));
+    }
+    return *found;
+}
+
+std::string Player::controlText(const Command& command) const {
+    return adapterFor(control(command))->text();
+}
+
+int playFile(const std::string& path, std::ostream& transcript, std::ostream& errors,
+             const ProgramStart& start) {
+    std::ifstream file(path);
+    std::stringstream script;
+    if (!file || !(script << file.rdbuf())) {
+        errors << path << ": cannot be read\n";
+        return 1;
+    }
+    try {
+        Player(transcript, start).play(parse(script.str()));
+    } catch (const ScriptError& error) {
+        transcript.flush();
+        errors << path << ", " << error.what() << "\n";
+        return 1;
+    }
+    transcript << "\nPlayed to the end.\n";
+    return 0;
+}
+
+}  // namespace script

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <span>
+#include <string>
+
+#include "tools/script/command.h"
+#include "tools/script/scriptedboxes.h"
+#include "tools/script/scriptedclock.h"
+
+class QWidget;
+
+namespace forms {
+class Form;
+}
+
+namespace script {
+
+class Adapter;
+
+/// Starts the program with a command line; may throw what the program throws.
+using ProgramStart = std::function<void(const std::string& commandLine)>;
+
+/// Plays commands against the program's own forms, as a user at the screen would, and writes a
+/// transcript: comments as headings, each command, and what it printed. While it lives, it answers
+/// the message boxes and sets the clock.
+class Player {
+public:
+    Player(std::ostream& transcript, ProgramStart start);
+    ~Player();
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    /// Throws ScriptError at the first command that fails: an expectation that is not met, a
+    /// control that is not there or cannot be used, a message box that the script neither answered,
+    /// listed nor expected, an error that ended the program.
+    void play(std::span<const Command> commands);
+
+private:
+    void perform(const Command& command);
+    void act(const Command& command);
+    void check(const Command& command);
+    void failOnUnexpectedBox(const Command& command) const;
+
+    void start(const Command& command);
+    void select(Adapter& list, const Command& command);
+    void answer(const Command& command);
+    void print(const std::string& line);
+    void printState(const Command& command);
+    void printForms();
+    void printBoxes();
+    void takePicture(const Command& command);
+    void setClock(const Command& command);
+    void expect(const Command& command);
+    void expectRow(const Command& command);
+    void expectBox(const Command& command);
+    void until(const Command& command);
+    /// Lets the program live for so long, or until `done`; whether it was.
+    bool live(int milliseconds, const std::function<bool()>& done);
+
+    [[nodiscard]] forms::Form& form(const Command& command) const;
+    [[nodiscard]] QWidget& control(const Command& command) const;
+    [[nodiscard]] std::string controlText(const Command& command) const;
+
+    std::ostream& transcript_;
+    ProgramStart start_;
+    ScriptedBoxes boxes_;
+    ScriptedClock clock_;
+    base::Ports formerPorts_;
+};
+
+/// Reads and plays a script file; its faults go to `errors`. The exit status: 0, or 1 on any fault.
+int playFile(const std::string& path, std::ostream& transcript, std::ostream& errors,
+             const ProgramStart& start);
+
+}  // namespace script

@@ -1,0 +1,177 @@
+#include "tools/script/player.h"
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "demoform.h"
+#include "tools/script/parser.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+class PlayerTest : public testing::Test {
+protected:
+    ~PlayerTest() override { forms::Application::instance().startAfresh(); }
+
+    /// Plays behind a "start"; returns the transcript.
+    std::string play(const std::string& commands) {
+        forms::Application::instance().startAfresh();
+        std::ostringstream transcript;
+        script::Player player(transcript, [this](const std::string& commandLine) {
+            commandLine_ = commandLine;
+            forms::FormRegistry::instance().load<DemoForm>().showForm();
+        });
+        player.play(script::parse("start PLANNER\n" + commands));
+        return transcript.str();
+    }
+    /// The message of the fault; the line of the first command is 2.
+    std::string fault(const std::string& commands) {
+        try {
+            play(commands);
+        } catch (const script::ScriptError& error) {
+            return error.what();
+        }
+        return "no fault";
+    }
+
+    std::string commandLine_;
+};
+
+TEST_F(PlayerTest, TypesAndLeavesAsAUserWould) {
+    const std::string transcript = play(
+        "# Fill the form\n"
+        "set frmDemo.RunName Lincoln  \"North\"\n"
+        "set frmDemo.RunName Émile's run\n"
+        "expect frmDemo.RunName Émile's run\n"
+        "set frmDemo.Start 7:5 am\n"
+        "expect frmDemo.Start 07:05 AM\n"
+        "set frmDemo.School r3\n"
+        "print frmDemo.School\n"
+        "set frmDemo.School R\n"
+        "expect frmDemo.School R\n"
+        "set frmDemo.School nowhere\n"
+        "print frmDemo.School\n"
+        "set frmDemo.RunName\n"
+        "expect frmDemo.RunName \"\"\n"
+        "set frmDemo.Check 1\n"
+        "expect frmDemo.Status on\n"
+        "state frmDemo.Check\n"
+        "expect frmDemo.Tabs More\n"
+        "set frmDemo.Tabs Criteria\n"
+        "expect frmDemo.Tabs Criteria\n");
+    EXPECT_EQ(commandLine_, "PLANNER");
+    EXPECT_THAT(transcript, HasSubstr("\n# Fill the form\n> set frmDemo.RunName Lincoln"));
+    EXPECT_THAT(transcript, HasSubstr("    R3\t100\n"));
+    EXPECT_THAT(transcript, HasSubstr("    nowhere\t\n"));
+    EXPECT_THAT(transcript, HasSubstr("    enabled, visible, checked\n"));
+}
+
+TEST_F(PlayerTest, WorksOnLists) {
+    const std::string transcript = play(
+        "expect frmDemo.List 3\n"
+        "column frmDemo.List 2\n"
+        "print frmDemo.List\n"
+        "expect-row frmDemo.List 1 \"!R2\\t9\"\n"
+        "select frmDemo.List 3\n"
+        "expect frmDemo.Status row 2\n"
+        "doubleclick frmDemo.List 2\n"
+        "expect frmDemo.Status opened R1\n");
+    EXPECT_THAT(transcript, HasSubstr("    Run\tMiles\n    !R2\t9\n    R1\t10\n    R3\t100\n"));
+    const auto selected = [this](const std::string& command) {
+        play(command);
+        const auto* form = forms::FormRegistry::instance().find("frmDemo");
+        return form->findChild<controls::MultiColumnList*>("List")->selectedRows();
+    };
+    EXPECT_EQ(selected("select frmDemo.List 3 1\n"), (std::vector{0, 2}));
+    EXPECT_EQ(selected("select frmDemo.List all\n"), (std::vector{0, 1, 2}));
+    EXPECT_EQ(selected("select frmDemo.List all\nselect frmDemo.List none\n"),
+              (std::vector<int>{}));
+}
+
+TEST_F(PlayerTest, AnswersListsAndExpectsMessageBoxes) {
+    play("answer No\nclick frmDemo.cmdDelete\nexpect frmDemo.Status kept\n");
+    play("click frmDemo.cmdDelete\nexpect-box Please Confirm\nexpect frmDemo.Status deleted\n");
+    EXPECT_THAT(play("answer Yes\nclick frmDemo.cmdDelete\nboxes\nboxes\n"),
+                EndsWith("    [Question] \"Please Confirm\" (Yes, No) -> Yes\n"
+                         "    Are you sure?\n> boxes\n    none\n"));
+}
+
+TEST_F(PlayerTest, StopsAtBoxesThatItWasNotToldOf) {
+    EXPECT_THAT(fault("click frmDemo.cmdDelete\nprint frmDemo.List\nset frmDemo.RunName x\n"),
+                HasSubstr("line 4: before this line came an unexpected box: [Question] \"Please"));
+    EXPECT_THAT(fault("click frmDemo.cmdDelete\n"), HasSubstr("line 3: before this line came"));
+    EXPECT_THAT(fault("answer Retry\nclick frmDemo.cmdDelete\nforms\n"),
+                HasSubstr("(Yes, No) -> Yes (default)"));
+    EXPECT_EQ(fault("answer Yes\n"), "line 3: the script ends with 1 answers that no box asked");
+    EXPECT_EQ(fault("expect-box Gone\n"), "line 2: no box \"Gone\" was shown");
+}
+
+TEST_F(PlayerTest, SaysWhatIsWrongWithAControl) {
+    const std::vector<std::pair<std::string, std::string>> table{
+        {"click frmTarn.cmdSearch", "line 2: no form frmTarn is loaded"},
+        {"click frmDemo.Nothing", "line 2: frmDemo has no control Nothing"},
+        {"click frmDemo.cmdOff", "line 2: frmDemo.cmdOff is disabled"},
+        {"set frmDemo.Hidden x", "line 2: frmDemo.Hidden is hidden"},
+        {"set frmDemo.List x", "line 2: frmDemo.List is a list, none that takes a text"},
+        {"select frmDemo.List 4",
+         "line 2: frmDemo.List is a list, none that has a row 4, it has 3"},
+        {"column frmDemo.List 0",
+         "line 2: frmDemo.List is a list, none that has a column 0, it has 2"},
+        {"cell frmDemo.List 1 1 x",
+         "line 2: frmDemo.List is a list, none that has cells to type into"},
+        {"expect frmDemo.RunName x", "line 2: frmDemo.RunName shows \"\", expected \"x\""},
+        {"expect-row frmDemo.List 1 R2",
+         "line 2: row 1 of frmDemo.List is \"R1\t10\", expected \"R2\" in it"},
+        {"clock soon", "line 2: \"soon\" is no time"},
+        {"shot frmDemo /proc/nowhere/x.png", "line 2: cannot write /proc/nowhere/x.png"},
+        {"until frmDemo.Status never 5",
+         "line 2: frmDemo.Status shows \"\" after 5 ms, expected \"never\""},
+    };
+    for (const auto& [command, message] : table) {
+        EXPECT_EQ(fault(command), message);
+    }
+}
+
+TEST_F(PlayerTest, WaitsSetsTheClockAndTakesPictures) {
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath("deep/demo.png");
+    std::ostringstream transcript;
+    script::Player player(transcript, [](const std::string&) {
+        forms::FormRegistry::instance().load<DemoForm>().showForm();
+    });
+    player.play(
+        script::parse("start\nclick frmDemo.cmdLater\nuntil frmDemo.Status later 5000\n"
+                      "clock 1/31/2026 8:00 am\nshot frmDemo " +
+                      picture.toStdString()));
+    EXPECT_EQ(base::Now().dateValue(), base::Date::of(2026, 1, 31));
+    EXPECT_GT(QImage(picture).width(), 100);
+}
+
+TEST_F(PlayerTest, AProgramThatEndsIsOverUntilItIsStartedAgain) {
+    EXPECT_THAT(play("click frmDemo.cmdExit\nforms\n"), EndsWith("> forms\n    none\n"));
+    EXPECT_EQ(fault("click frmDemo.cmdExit\nclick frmDemo.cmdExit"),
+              "line 3: frmDemo is not there: the program has ended");
+    EXPECT_EQ(fault("close frmDemo\nstart AGAIN\nexpect frmDemo.RunName \"\""), "no fault");
+    EXPECT_EQ(commandLine_, "AGAIN");
+}
+
+TEST_F(PlayerTest, AnErrorThatNobodyTrappedIsAnUnexpectedBox) {
+    EXPECT_THAT(fault("click frmDemo.cmdFault\n"),
+                HasSubstr("unexpected box: [Critical] \"Test Program\" (OK) -> OK (default)\n"
+                          "Run-time error 13:\n\nType mismatch"));
+}
+
+TEST_F(PlayerTest, FilesThatCannotBePlayedEndWithAStatus) {
+    std::ostringstream transcript;
+    std::ostringstream errors;
+    EXPECT_EQ(script::playFile("/nowhere.tarn", transcript, errors, [](const std::string&) {}), 1);
+    EXPECT_EQ(errors.str(), "/nowhere.tarn: cannot be read\n");
+}
+
+}  // namespace
