@@ -1,6 +1,7 @@
 #include <QStandardPaths>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include <fmt/format.h>
 
@@ -13,15 +14,18 @@
 
 namespace {
 
-// The toolkit's last word where it cannot open the display is an abort.
+// The toolkit's last word where it cannot open the display is an abort; what it said before is the
+// reason, and of interest only then.
 void reportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    static std::string reasons;
     if (type != QtFatalMsg) {
-        fmt::print(stderr, "tarn: {}\n", message.toStdString());
+        reasons += "tarn: " + message.toStdString() + "\n";
         return;
     }
     fmt::print(stderr,
-               "tarn: No window can be opened. Start it in a desktop session, or set DISPLAY or "
-               "WAYLAND_DISPLAY to one that you may use.\n");
+               "{}tarn: No window can be opened. Start it in a desktop session, or set DISPLAY or "
+               "WAYLAND_DISPLAY to one that you may use.\n",
+               reasons);
     std::_Exit(EXIT_FAILURE);
 }
 
