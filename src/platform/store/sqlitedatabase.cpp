@@ -191,10 +191,24 @@ void SqliteDatabase::registerFunction(const Function& function) {
 
 void SqliteDatabase::create(const Table& table) {
     SavePoint savePoint(*this);
-    for (const std::string& statement : createStatements(table)) {
+    execute(createTableStatement(table));
+    for (const std::string& statement : createIndexStatements(table)) {
         execute(statement);
     }
     savePoint.keep();
+    readCatalog();
+}
+
+void SqliteDatabase::createIndexes(const Table& table) {
+    SavePoint savePoint(*this);
+    for (const std::string& statement : createIndexStatements(table)) {
+        execute(statement);
+    }
+    savePoint.keep();
+    readCatalog();
+}
+
+void SqliteDatabase::readCatalog() {
     catalog_ = {};
     addTables("main", source_.path);
     for (const auto& [name, path] : linked_) {

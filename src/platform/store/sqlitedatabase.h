@@ -43,8 +43,10 @@ public:
     void checkpoint() override;
     void registerFunction(const Function& function) override;
     void create(const Table& table) override;
+    void createIndexes(const Table& table) override;
 
 private:
+    void readCatalog();
     void addTables(const std::string& attachedAs, const std::string& path);
 
     Source source_;

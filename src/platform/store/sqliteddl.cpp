@@ -137,9 +137,13 @@ std::string quoted(std::string_view name) {
     return result + '"';
 }
 
-std::vector<std::string> createStatements(const Table& table) {
+std::string createTableStatement(const Table& table) {
     requireSoundKey(table);
-    std::vector<std::string> statements{createTable(table)};
+    return createTable(table);
+}
+
+std::vector<std::string> createIndexStatements(const Table& table) {
+    std::vector<std::string> statements;
     for (const Index& index : table.indexes) {
         requireColumns(table, index.columns);
         const bool isKey = std::equal(

@@ -11,9 +11,12 @@ namespace store::sqlite {
 /// A name as SQL text: "RUN", quotes in it doubled.
 [[nodiscard]] std::string quoted(std::string_view name);
 
-/// The statements that make a table with its checks, key and indexes. Raises StoreError where the
+/// The statement that makes a table with its checks and key. Raises StoreError where the
 /// description contradicts itself.
-[[nodiscard]] std::vector<std::string> createStatements(const Table& table);
+[[nodiscard]] std::string createTableStatement(const Table& table);
+
+/// The statements that make a table's indexes, its key's apart.
+[[nodiscard]] std::vector<std::string> createIndexStatements(const Table& table);
 
 /// What a declared type stands for, ours and anybody's; the counter is told apart elsewhere.
 [[nodiscard]] ColumnKind kindOfDeclaredType(std::string_view type);
