@@ -1,0 +1,36 @@
+#include "tools/district/create.h"
+
+#include "tools/district/folders.h"
+#include "tools/district/generator.h"
+#include "tools/district/plan.h"
+#include "tools/district/sample.h"
+#include "tools/district/writer.h"
+
+namespace tools::district {
+
+namespace {
+
+District districtFor(const CreateOptions& options) {
+    if (options.runs) {
+        return generateDistrict(*options.runs, options.seed);
+    }
+    District district = sampleDistrict(readPlan(embeddedPlan()));
+    district.licence = embeddedLicence();
+    return district;
+}
+
+}  // namespace
+
+void createDistrict(const CreateOptions& options, Progress& progress) {
+    FolderInTheMaking folder(options.folder);
+    progress.begin("Planning", 1);
+    const District district = districtFor(options);
+    writeDistrict(district, folder.folders(), progress);
+    writeSettings(folder.folders(), folder.wanted());
+    if (!district.licence.empty()) {
+        writePrivateFile(folder.folders().data() / "LICENSE-RSRB01.txt", district.licence);
+    }
+    folder.finish();
+}
+
+}  // namespace tools::district

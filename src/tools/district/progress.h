@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tools::district {
+
+/// One line on standard error that is written over as work goes on; silent where standard error is
+/// no terminal. Raises Interrupted from `step` once the user has pressed Ctrl+C.
+class Progress {
+public:
+    Progress();
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// A new piece of work of so many steps.
+    void begin(std::string what, std::int64_t steps);
+    void step();
+
+private:
+    void show();
+
+    bool terminal_;
+    std::string what_;
+    std::int64_t steps_ = 0;
+    std::int64_t done_ = 0;
+};
+
+/// Thrown to give up what was begun; everything unfinished is removed on the way out.
+struct Interrupted {};
+
+}  // namespace tools::district
