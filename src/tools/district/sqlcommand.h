@@ -1,0 +1,24 @@
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+namespace tools::district {
+
+struct SqlOptions {
+    std::string file;
+    /// The statement; without it each line of `in` is one.
+    std::optional<std::string> statement = {};
+    /// Only say whether each statement is understood.
+    bool onlyCheck = false;
+};
+
+/// Runs or checks statements of the program's own dialect on a database file; a file "routing.mdb"
+/// sees the vehicle and staff tables of its district too. Returns whether all went well; stops at
+/// the first statement that fails, while a check goes on to the end. Raises store::StoreError where
+/// the file cannot be opened.
+bool runSql(const SqlOptions& options, std::istream& in, std::ostream& out,
+            std::ostream& complaints);
+
+}  // namespace tools::district
