@@ -316,13 +316,15 @@ void MultiColumnList::applyWidths() {
     const QVariantList remembered = LayoutMemory::instance().recall(layoutKey()).toList();
     constexpr int Narrowest = 56;
     constexpr int Widest = 220;
+    const int arrow = style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, header()) + 9;
     for (int column = 0; column < model_->columnCount(); ++column) {
         const int twips = table().columns[static_cast<std::size_t>(column)].widthTwips;
         const int asked = twips > 0 ? pixelsOf(twips, *this)
                                     : std::clamp(sizeHintForColumn(column), Narrowest, Widest);
-        header()->resizeSection(column, column < remembered.size()
-                                            ? remembered[column].toInt()
-                                            : std::max(asked, header()->sectionSizeHint(column)));
+        header()->resizeSection(column,
+                                column < remembered.size()
+                                    ? remembered[column].toInt()
+                                    : std::max(asked, header()->sectionSizeHint(column) + arrow));
     }
 }
 

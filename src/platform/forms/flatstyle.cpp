@@ -1,5 +1,6 @@
 #include "platform/forms/flatstyle.h"
 
+#include <QIcon>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -8,6 +9,8 @@ namespace forms {
 namespace {
 
 constexpr qreal Radius = 4;
+constexpr int Spacing = 6;
+constexpr int FormMargin = 10;
 
 QColor mixed(const QColor& a, const QColor& b, qreal share) {
     const auto part = [share](int x, int y) { return static_cast<int>(x + (y - x) * share); };
@@ -60,6 +63,127 @@ void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) {
                      option.rect.bottom() - 4);
 }
 
+QColor paneColour(const QPalette& palette) {
+    return mixed(palette.color(QPalette::Window), palette.color(QPalette::Base), 0.55);
+}
+
+void drawTab(const QStyleOptionTab& option, QPainter& painter) {
+    const QPalette& palette = option.palette;
+    const QRect rect = option.rect.adjusted(1, 2, -1, 0);
+    if (option.state.testFlag(QStyle::State_Selected)) {
+        painter.fillRect(rect.adjusted(0, 0, 0, 1), paneColour(palette));
+        painter.fillRect(QRect(rect.left(), rect.top(), rect.width(), 2),
+                         palette.color(QPalette::Highlight));
+        painter.setPen(palette.color(QPalette::Active, QPalette::Mid));
+        painter.drawLine(rect.left(), rect.top() + 2, rect.left(), rect.bottom());
+        painter.drawLine(rect.right(), rect.top() + 2, rect.right(), rect.bottom());
+    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
+        painter.fillRect(rect.adjusted(0, 2, 0, -1), paneColour(palette));
+    }
+}
+
+void drawStroke(QPainter& painter, const QPolygonF& points, const QColor& colour, qreal width) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(points);
+    painter.restore();
+}
+
+enum class Points { Up, Down };
+
+void drawChevron(QPainter& painter, const QRect& rect, const QColor& colour, Points points) {
+    constexpr qreal Half = 3.5;
+    const qreal tip = points == Points::Down ? 1.5 : -1.5;
+    const QPointF middle = QRectF(rect).center();
+    drawStroke(
+        painter,
+        {middle + QPointF(-Half, -tip), middle + QPointF(0, tip), middle + QPointF(Half, -tip)},
+        colour, 1.5);
+}
+
+/// The box or disc of a check box or an option: the accent colour where it is on.
+QColor drawIndicatorGround(const QStyleOption& option, QPainter& painter, qreal radius) {
+    const QPalette& palette = option.palette;
+    const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+    const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);
+    const QColor line = palette.color(QPalette::Active, QPalette::Dark);
+    QColor fill = on ? palette.color(QPalette::Highlight) : palette.color(QPalette::Base);
+    if (option.state.testFlag(QStyle::State_MouseOver)) {
+        fill = mixed(fill, palette.color(QPalette::Text), 0.08);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(on ? fill : enabled ? line : mixed(line, fill, 0.5));
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.restore();
+    return palette.color(QPalette::HighlightedText);
+}
+
+void drawCheckBox(const QStyleOption& option, QPainter& painter) {
+    const QColor ink = drawIndicatorGround(option, painter, 3);
+    const QPointF middle = QRectF(option.rect).center();
+    if (option.state.testFlag(QStyle::State_On)) {
+        drawStroke(
+            painter,
+            {middle + QPointF(-3.5, 0), middle + QPointF(-1, 2.5), middle + QPointF(3.5, -3)}, ink,
+            1.8);
+    } else if (option.state.testFlag(QStyle::State_NoChange)) {
+        drawStroke(painter, {middle + QPointF(-3, 0), middle + QPointF(3, 0)}, ink, 1.8);
+    }
+}
+
+void drawOption(const QStyleOption& option, QPainter& painter) {
+    const QColor ink = drawIndicatorGround(option, painter, option.rect.width() / 2.0);
+    if (option.state.testFlag(QStyle::State_On)) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ink);
+        painter.drawEllipse(QRectF(option.rect).center(), 2.8, 2.8);
+        painter.restore();
+    }
+}
+
+void drawProgress(const QStyleOptionProgressBar& bar, QPainter& painter) {
+    const qreal share = static_cast<qreal>(bar.progress - bar.minimum) /
+                        static_cast<qreal>(bar.maximum - bar.minimum);
+    QRect done = bar.rect.adjusted(1, 1, -1, -1);
+    done.setWidth(static_cast<int>(done.width() * share));
+    if (done.width() > 0) {
+        const QColor accent = bar.palette.color(QPalette::Highlight);
+        drawBox(painter, done, accent, accent);
+    }
+}
+
+struct BoxSign {
+    QColor colour;
+    const char* text;
+};
+
+/// A coloured disc with a sign, for message boxes.
+QIcon discIcon(const BoxSign& sign) {
+    QIcon icon;
+    for (const int size : {32, 48, 64}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(sign.colour);
+        painter.drawEllipse(pixmap.rect().adjusted(1, 1, -1, -1));
+        QFont font = painter.font();
+        font.setBold(true);
+        font.setPixelSize(size * 5 / 8);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(pixmap.rect(), Qt::AlignCenter, QString::fromUtf8(sign.text));
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
 }  // namespace
 
 FlatStyle::FlatStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -71,6 +195,31 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             drawButton(*button, *painter);
             return;
         }
+    }
+    if (element == PE_IndicatorCheckBox) {
+        drawCheckBox(*option, *painter);
+        return;
+    }
+    if (element == PE_IndicatorRadioButton) {
+        drawOption(*option, *painter);
+        return;
+    }
+    if (element == PE_IndicatorHeaderArrow) {
+        if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+            // The toolkit calls the ascending arrow "down".
+            const bool ascending = header->sortIndicator == QStyleOptionHeader::SortDown;
+            drawChevron(*painter, option->rect, option->palette.color(QPalette::Highlight),
+                        ascending ? Points::Up : Points::Down);
+            return;
+        }
+    }
+    if (element == PE_FrameTabWidget) {
+        drawBox(*painter, option->rect, paneColour(option->palette),
+                option->palette.color(QPalette::Active, QPalette::Mid));
+        return;
+    }
+    if (element == PE_FrameTabBarBase) {
+        return;
     }
     if (element == PE_FrameLineEdit || element == PE_PanelLineEdit) {
         const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
@@ -98,6 +247,24 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
         drawHeaderSection(header, *painter);
         return;
     }
+    if (element == CE_TabBarTabShape) {
+        if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+            drawTab(*tab, *painter);
+            return;
+        }
+    }
+    if (element == CE_ProgressBarGroove) {
+        drawBox(*painter, option->rect, option->palette.color(QPalette::Base),
+                option->palette.color(QPalette::Active, QPalette::Mid));
+        return;
+    }
+    if (element == CE_ProgressBarContents) {
+        const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+        if (bar != nullptr && bar->maximum > bar->minimum) {
+            drawProgress(*bar, *painter);
+            return;
+        }
+    }
     if (element == CE_PushButtonLabel) {
         const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
         if (button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton)) {
@@ -113,18 +280,72 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
+void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+    const auto* combo =
+        control == CC_ComboBox ? qstyleoption_cast<const QStyleOptionComboBox*>(option) : nullptr;
+    if (combo == nullptr || !combo->frame) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    const QPalette& palette = option->palette;
+    drawBox(*painter, option->rect,
+            palette.color(combo->editable ? QPalette::Base : QPalette::Button),
+            lineColour(*option));
+    drawChevron(*painter,
+                subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget).adjusted(2, 0, -2, 0),
+                palette.color(QPalette::ButtonText), Points::Down);
+}
+
+QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                const QWidget* widget) const {
+    QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    if (element == SE_LineEditContents) {
+        rect.adjust(3, 0, -3, 0);
+    } else if (element == SE_HeaderArrow) {
+        rect.moveTop(option->rect.top() + (option->rect.height() - rect.height()) / 2);
+    }
+    return rect;
+}
+
+QIcon FlatStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
+                              const QWidget* widget) const {
+    switch (which) {
+        case SP_MessageBoxInformation:
+            return discIcon({"#1f6fd1", "i"});
+        case SP_MessageBoxQuestion:
+            return discIcon({"#1f6fd1", "?"});
+        case SP_MessageBoxWarning:
+            return discIcon({"#d98200", "!"});
+        case SP_MessageBoxCritical:
+            return discIcon({"#c62828", "\u00d7"});
+        default:
+            return QProxyStyle::standardIcon(which, option, widget);
+    }
+}
+
+int FlatStyle::layoutSpacing(QSizePolicy::ControlType, QSizePolicy::ControlType, Qt::Orientation,
+                             const QStyleOption*, const QWidget*) const {
+    return Spacing;
+}
+
 int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
     switch (metric) {
         case PM_LayoutHorizontalSpacing:
-            return 8;
         case PM_LayoutVerticalSpacing:
-            return 6;
+            return Spacing;
         case PM_LayoutLeftMargin:
         case PM_LayoutTopMargin:
         case PM_LayoutRightMargin:
         case PM_LayoutBottomMargin:
-            return 10;
+            return FormMargin;
+        case PM_HeaderMargin:
+            return 6;
+        case PM_HeaderMarkSize:
+            return 9;
+        case PM_FocusFrameHMargin:
+            return 5;
         case PM_ButtonShiftHorizontal:
         case PM_ButtonShiftVertical:
             return 0;
@@ -137,6 +358,9 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
                          QStyleHintReturn* result) const {
     if (hint == SH_ItemView_ShowDecorationSelected) {
         return 1;
+    }
+    if (hint == SH_FormLayoutLabelAlignment) {
+        return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     }
     return QProxyStyle::styleHint(hint, option, widget, result);
 }
@@ -151,10 +375,7 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         case CT_ComboBox:
             return fitted.expandedTo({0, size.height() + 10});
         case CT_ItemViewItem:
-            fitted.setHeight(fitted.height() + 5);
-            return fitted;
-        case CT_HeaderSection:
-            fitted.setHeight(fitted.height() + 4);
+            fitted.setHeight(fitted.height() + 7);
             return fitted;
         default:
             return fitted;

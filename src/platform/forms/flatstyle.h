@@ -16,6 +16,15 @@ public:
                        const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                            QPainter* painter, const QWidget* widget) const override;
+    [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption* option,
+                                       const QWidget* widget) const override;
+    [[nodiscard]] QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                                     const QWidget* widget) const override;
+    [[nodiscard]] int layoutSpacing(QSizePolicy::ControlType, QSizePolicy::ControlType,
+                                    Qt::Orientation, const QStyleOption*,
+                                    const QWidget*) const override;
     [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,
                                   const QWidget* widget) const override;
     [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -15,7 +15,7 @@ struct Colours {
 const Colours Light{"#f4f5f7", "#ffffff", "#f2f6fb", "#1d2126", "#8b929b",
                     "#ffffff", "#c3c8cf", "#1f6fd1", "#ffffff", "#fffbe6"};
 const Colours Dark{"#23262b", "#1a1c20", "#212429", "#e7e9ec", "#7d848e",
-                   "#32363d", "#4a5059", "#3d86dd", "#ffffff", "#3a3d43"};
+                   "#32363d", "#4a5059", "#2f73c8", "#ffffff", "#3a3d43"};
 
 QPalette paletteOf(const Colours& colours) {
     QPalette palette(colours.text, colours.button, colours.base.lighter(130), colours.line,
