@@ -1,7 +1,6 @@
 #include <QStandardPaths>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 
 #include <fmt/format.h>
 
@@ -14,30 +13,19 @@
 
 namespace {
 
-// The toolkit's last word where it cannot open the display is an abort; what it said before is the
-// reason, and of interest only then.
-void reportNoDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
-    static std::string reasons;
+QtMessageHandler usualMessages = nullptr;
+
+// The toolkit's last word where it cannot open the display is an abort.
+void reportNoDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (type != QtFatalMsg) {
-        reasons += "tarn: " + message.toStdString() + "\n";
+        usualMessages(type, context, message);
         return;
     }
     fmt::print(stderr,
-               "{}tarn: No window can be opened. Start it in a desktop session, or set DISPLAY or "
-               "WAYLAND_DISPLAY to one that you may use.\n",
-               reasons);
+               "tarn: No window can be opened. Start it in a desktop session, or set DISPLAY or "
+               "WAYLAND_DISPLAY to one that you may use.\n");
     std::_Exit(EXIT_FAILURE);
 }
-
-// Keeps the toolkit's messages readable while it looks for a display, and only then.
-class DisplayCheck {
-public:
-    DisplayCheck() : before_(qInstallMessageHandler(reportNoDisplay)) {}
-    void passed() const { qInstallMessageHandler(before_); }
-
-private:
-    QtMessageHandler before_;
-};
 
 void nameApplication(const startup::ApplicationInfo& info) {
     QCoreApplication::setApplicationName(QStringLiteral("tarn"));
@@ -69,9 +57,9 @@ int closeSession(int exitCode) {
 int main(int argc, char** argv) {
     const std::string commandLine = startup::commandLineOf(argc, argv);
     nameApplication(startup::applicationInfo());
-    const DisplayCheck display;
+    usualMessages = qInstallMessageHandler(reportNoDisplay);
     forms::Application application(argc, argv);
-    display.passed();
+    qInstallMessageHandler(usualMessages);
     forms::applyLook(application);
     controls::LayoutMemory::instance().useFile(layoutFile());
     application.guarded([&] { startup::Main(commandLine); });
