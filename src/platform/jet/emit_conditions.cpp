@@ -107,11 +107,18 @@ void Emitter::chain(const std::vector<const Expr*>& terms, std::string_view join
     out_ += cut ? ")" : "";
 }
 
-void Emitter::mismatch(const Expr& left, const Expr& right) {
-    fail(errors::TypeMismatch,
-         fmt::format("I cannot compare {} with {}", described(categoryOf(left)),
-                     described(categoryOf(right))),
-         sql_, right.offset);
+/// Texts go with texts only; numbers also with dates and with yes/no values.
+void Emitter::refuseMismatch(const Expr& left, const Expr& right) const {
+    const Category a = categoryOf(left);
+    const Category b = categoryOf(right);
+    const auto mixes = [](Category one, Category other) {
+        return one == Category::Number && (other == Category::Date || other == Category::YesNo);
+    };
+    if (a != b && a != Category::Null && b != Category::Null && !mixes(a, b) && !mixes(b, a)) {
+        fail(errors::TypeMismatch,
+             fmt::format("I cannot compare {} with {}", described(a), described(b)), sql_,
+             right.offset);
+    }
 }
 
 void Emitter::compare(const Expr& expr) {
@@ -119,6 +126,11 @@ void Emitter::compare(const Expr& expr) {
     const Expr& left = *expr.children[exchange ? 1 : 0];
     const Expr& right = *expr.children[exchange ? 0 : 1];
     const Operator op = exchange ? flipped(expr.op) : expr.op;
+    compare(left, op, right);
+}
+
+void Emitter::compare(const Expr& left, Operator op, const Expr& right) {
+    refuseMismatch(left, right);
     const Category a = categoryOf(left);
     const Category b = categoryOf(right);
     if (a == Category::YesNo || b == Category::YesNo) {
@@ -140,37 +152,29 @@ void Emitter::operand(const Expr& expr, const Expr& against) {
         return sum(expr);
     }
     if (own == other) {
-        const bool single = isLiteral(expr) && against.valueKind == ColumnKind::Single;
-        return single ? parameter(expr, Binding::Single) : sum(expr);
+        if (against.valueKind != ColumnKind::Single || !signedParameter(expr, Binding::Single)) {
+            sum(expr);
+        }
+        return;
     }
     if (own == Category::Number && other == Category::Date) {
         return dated(expr);
-    }
-    if (!(own == Category::Date && other == Category::Number)) {
-        mismatch(against, expr);
     }
     sum(expr);
 }
 
 /// Any non-zero is yes, so with = and <> only zero or not counts. Ordered, yes is -1.
 void Emitter::compareYesNo(const Expr& left, Operator op, const Expr& right) {
-    for (const Expr* side : {&left, &right}) {
-        const Category category = categoryOf(*side);
-        if (category == Category::Text || category == Category::Date) {
-            mismatch(side == &left ? right : left, *side);
-        }
-    }
     if (!isEquality(op)) {
         numeric(left);
         out_ += signOf(op);
         return numeric(right);
     }
     const auto side = [&](const Expr& expr) {
-        const bool negative = expr.kind == ExprKind::Negate && isLiteral(*expr.children[0]);
-        const Expr& inside = negative ? *expr.children[0] : expr;
-        if (isLiteral(inside)) {
-            parameter(inside, Binding::YesNo);
-        } else if (categoryOf(expr) == Category::Number) {
+        if (signedParameter(expr, Binding::YesNo)) {
+            return;
+        }
+        if (categoryOf(expr) == Category::Number) {
             expand(Op::YesNo, {&expr, &Emitter::atom});
         } else {
             ranked(expr, Sum);
@@ -285,21 +289,10 @@ void Emitter::likeRange(const Expr& text, const Expr& pattern) {
 
 void Emitter::between(const Expr& expr) {
     const Expr& value = *expr.children[0];
-    const auto side = [&](Operator op, const Expr& bound) {
-        if (categoryOf(value) == Category::Text && categoryOf(bound) == Category::Text) {
-            return compareText(value, op, bound);
-        }
-        if (categoryOf(value) == Category::YesNo || categoryOf(bound) == Category::YesNo) {
-            return compareYesNo(value, op, bound);
-        }
-        operand(value, bound);
-        out_ += signOf(op);
-        operand(bound, value);
-    };
     out_ += expr.negated ? "NOT (" : "(";
-    side(Operator::GreaterOrEqual, *expr.children[1]);
+    compare(value, Operator::GreaterOrEqual, *expr.children[1]);
     out_ += " AND ";
-    side(Operator::LessOrEqual, *expr.children[2]);
+    compare(value, Operator::LessOrEqual, *expr.children[2]);
     out_ += ')';
 }
 
@@ -310,12 +303,7 @@ void Emitter::in(const Expr& expr) {
     bool asStored = code;
     for (std::size_t i = 1; i < expr.children.size(); ++i) {
         const Expr& item = *expr.children[i];
-        const bool texts =
-            categoryOf(value) == Category::Text && categoryOf(item) == Category::Text;
-        if (!texts && (categoryOf(value) == Category::Text || categoryOf(item) == Category::Text) &&
-            categoryOf(item) != Category::Null) {
-            mismatch(value, item);
-        }
+        refuseMismatch(value, item);
         blank |= isBlankLiteral(item);
         asStored &= isTextLiteral(item) || isCodeColumn(item) || item.kind == ExprKind::Null;
     }
@@ -356,7 +344,7 @@ void Emitter::inSelect(const Expr& expr) {
     const bool asStored = isCodeColumn(value) && outputKind(output) == ColumnKind::Code;
     text && !asStored ? comparable(value) : sum(value);
     out_ += expr.negated ? " NOT IN (" : " IN (";
-    emitSelect(*expr.select, nullptr, {}, text && !asStored);
+    emitSelect(*expr.select, text && !asStored ? Results::Trimmed : Results::AsTheyAre);
     out_ += ')';
 }
 

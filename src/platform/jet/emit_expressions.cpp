@@ -36,6 +36,8 @@ Op templateOf(Operator op) {
     }
 }
 
+bool isWhole(ColumnKind kind) { return kind == ColumnKind::Integer || kind == ColumnKind::Counter; }
+
 /// Yes is -1 in the dialect and 1 in the store, so the least of them is the store's greatest.
 Op exchanged(Op op) { return op == Op::Least ? Op::Greatest : op == Op::Greatest ? Op::Least : op; }
 
@@ -62,6 +64,18 @@ void Emitter::parameter(const Expr& literal, Binding binding) {
     const auto end = std::to_chars(digits, digits + sizeof digits, parameters_.size()).ptr;
     out_ += dialect_.parameterMark;
     out_.append(digits, end);
+}
+
+/// A number with or without a minus as a parameter; false for any other expression.
+bool Emitter::signedParameter(const Expr& expr, Binding binding) {
+    const bool negative = expr.kind == ExprKind::Negate;
+    const Expr& literal = negative ? *expr.children[0] : expr;
+    if (!isLiteral(literal) || (negative && literal.facts.kind != LiteralKind::Number)) {
+        return false;
+    }
+    out_ += negative && binding != Binding::YesNo ? "-" : "";
+    parameter(literal, binding);
+    return true;
 }
 
 /// Writes a template with its arguments in their places.
@@ -311,51 +325,50 @@ void Emitter::conditional(const Expr& expr) {
 }
 
 void Emitter::subSelect(const Expr& expr) {
-    out_ += expr.kind == ExprKind::Exists ? "EXISTS (" : "(";
-    emitSelect(*expr.select, nullptr, {}, false);
+    const bool exists = expr.kind == ExprKind::Exists;
+    out_ += exists ? "EXISTS (" : "(";
+    emitSelect(*expr.select, exists ? Results::Presence : Results::AsTheyAre);
     out_ += ')';
 }
 
 /// A value on its way into a column.
 void Emitter::assigned(const Expr& expr, const store::Column& target) {
-    const bool literal = isLiteral(expr);
     if (expr.kind == ExprKind::Null) {
         out_ += target.kind == ColumnKind::YesNo ? "0" : "NULL";
         return;
     }
     switch (target.kind) {
         case ColumnKind::Code:
-            if (literal) {
-                return parameter(expr, Binding::Code);
-            }
-            return expr.valueKind == ColumnKind::Code
+            return isLiteral(expr) ? parameter(expr, Binding::Code)
+                   : expr.valueKind == ColumnKind::Code
                        ? plain(expr)
                        : expand(Op::CodeText, {&expr, &Emitter::textual});
         case ColumnKind::Text:
             return textual(expr);
         case ColumnKind::Integer:
         case ColumnKind::Counter:
-            if (literal) {
-                return parameter(expr, Binding::Integer);
-            }
-            return expr.valueKind == target.kind || expr.valueKind == ColumnKind::Integer
-                       ? numeric(expr)
-                       : expand(Op::ToWhole, {&expr, &Emitter::numeric});
+            return assigned(expr, Binding::Integer, isWhole(expr.valueKind), Op::ToWhole);
         case ColumnKind::Number:
-            return literal ? parameter(expr, Binding::Number) : numeric(expr);
+            return assigned(expr, Binding::Number, true, Op::Same);
         case ColumnKind::Single:
-            return literal ? parameter(expr, Binding::Single)
-                           : expand(Op::ToSingle, {&expr, &Emitter::numeric});
+            return assigned(expr, Binding::Single, expr.valueKind == ColumnKind::Single,
+                            Op::ToSingle);
         case ColumnKind::YesNo:
-            if (literal) {
-                return parameter(expr, Binding::YesNo);
+            if (expr.valueKind == ColumnKind::YesNo) {
+                return plain(expr);
             }
-            return expr.valueKind == ColumnKind::YesNo
-                       ? plain(expr)
-                       : expand(Op::YesNo, {&expr, &Emitter::numeric});
+            return assigned(expr, Binding::YesNo, false, Op::YesNo);
         case ColumnKind::Date:
-            return literal ? parameter(expr, Binding::Date) : dated(expr);
+            return isLiteral(expr) ? parameter(expr, Binding::Date) : dated(expr);
     }
+}
+
+/// A number on its way: a literal as a parameter, what is of the kind as it is, the rest converted.
+void Emitter::assigned(const Expr& expr, Binding binding, bool fits, Op conversion) {
+    if (signedParameter(expr, binding)) {
+        return;
+    }
+    fits ? numeric(expr) : expand(conversion, {&expr, &Emitter::numeric});
 }
 
 }  // namespace jet

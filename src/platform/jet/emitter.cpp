@@ -20,10 +20,10 @@ void asExpr(const Output& output, Expr& expr) {
 
 }  // namespace
 
-void Emitter::emit(const Statement& statement, const std::vector<int>& keys) {
+void Emitter::emit(const Statement& statement) {
     switch (statement.kind) {
         case StatementKind::Select:
-            return emitSelect(*statement.select, nullptr, keys, false);
+            return emitSelect(*statement.select, Results::WithKeys);
         case StatementKind::Insert:
             return emitInsert(statement);
         case StatementKind::Update:
@@ -33,18 +33,18 @@ void Emitter::emit(const Statement& statement, const std::vector<int>& keys) {
     }
 }
 
-/// `targets` are the columns that an INSERT writes the results into; with `trimming`, text results
-/// come without trailing blanks.
-void Emitter::emitSelect(const Select& select, const Targets* targets, const std::vector<int>& keys,
-                         bool trimming) {
+/// `targets` are the columns that an INSERT writes the results into.
+void Emitter::emitSelect(const Select& select, Results results, const Targets* targets) {
     scopes_.push_back({select, ColumnNames(select.sources)});
     const JoinOrder order = joinOrder(select.from.get());
     out_ += "SELECT ";
     // Texts that compare equal are one row, which DISTINCT of the store would not see.
     const bool distinct = select.distinct && !select.grouped();
     out_ += select.distinct && !distinct ? "DISTINCT " : "";
-    emitOutputs(select, targets, trimming);
-    emitKeys(select, keys);
+    emitOutputs(select, results, targets);
+    if (results == Results::WithKeys && !select.grouped() && !select.distinct) {
+        emitKeys(select, order.steps);
+    }
     if (!order.steps.empty()) {
         out_ += " FROM ";
         emitSteps(select, order.steps);
@@ -58,11 +58,15 @@ void Emitter::emitSelect(const Select& select, const Targets* targets, const std
     scopes_.pop_back();
 }
 
-void Emitter::emitOutputs(const Select& select, const Targets* targets, bool trimming) {
+void Emitter::emitOutputs(const Select& select, Results results, const Targets* targets) {
+    if (results == Results::Presence && !select.grouped()) {
+        out_ += '1';
+        return;
+    }
     for (std::size_t i = 0; i < select.outputs.size(); ++i) {
         const Output& output = select.outputs[i];
         out_ += i > 0 ? ", " : "";
-        if (targets == nullptr && !trimming) {
+        if (targets == nullptr && results != Results::Trimmed) {
             emitResult(output);
             continue;
         }
@@ -90,13 +94,20 @@ void Emitter::onOutput(const Output& output, F&& write) {
     write(expr);
 }
 
-void Emitter::emitKeys(const Select& select, const std::vector<int>& keys) {
-    for (const int source : keys) {
-        const Source& table = select.sources[static_cast<std::size_t>(source)];
-        out_ += ", ";
-        name(table.writtenName());
-        out_ += '.';
-        out_ += table.table->rowKey;
+/// Tables inside parentheses have no row key that could be named.
+void Emitter::emitKeys(const Select& select, const std::vector<JoinStep>& steps) {
+    for (const JoinStep& step : steps) {
+        if (step.source < 0) {
+            continue;
+        }
+        const Source& source = select.sources[static_cast<std::size_t>(step.source)];
+        if (!source.table->rowKey.empty()) {
+            out_ += ", ";
+            name(source.writtenName());
+            out_ += '.';
+            out_ += source.table->rowKey;
+            keys_.push_back(step.source);
+        }
     }
 }
 
@@ -217,7 +228,7 @@ void Emitter::emitInsert(const Statement& statement) {
         name(assignment.column->name);
     }
     out_ += ") ";
-    emitSelect(*statement.select, &statement.assignments, {}, false);
+    emitSelect(*statement.select, Results::AsTheyAre, &statement.assignments);
 }
 
 }  // namespace jet

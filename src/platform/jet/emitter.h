@@ -16,12 +16,14 @@ class Emitter {
 public:
     Emitter(std::string_view sql, const Dialect& dialect) : sql_(sql), dialect_(dialect) {}
 
-    /// Writes the whole statement; `keys` are the row keys to add behind a SELECT's columns, by
-    /// table.
-    void emit(const Statement& statement, const std::vector<int>& keys);
+    /// Writes the whole statement, a SELECT whose rows stand for themselves with its tables' row
+    /// keys behind the columns.
+    void emit(const Statement& statement);
 
     [[nodiscard]] std::string& text() { return out_; }
     [[nodiscard]] std::vector<Parameter>& parameters() { return parameters_; }
+    /// The tables whose row keys were written, in that order, as indexes into the sources.
+    [[nodiscard]] const std::vector<int>& keys() const { return keys_; }
 
 private:
     /// How tightly a written expression binds, loosest first.
@@ -32,15 +34,15 @@ private:
         Form form;
     };
     using Targets = std::vector<Assignment>;
+    enum class Results { AsTheyAre, WithKeys, Trimmed, Presence };
 
     // statements
-    void emitSelect(const Select& select, const Targets* targets, const std::vector<int>& keys,
-                    bool trimming);
-    void emitOutputs(const Select& select, const Targets* targets, bool trimming);
+    void emitSelect(const Select& select, Results results, const Targets* targets = nullptr);
+    void emitOutputs(const Select& select, Results results, const Targets* targets);
     void emitResult(const Output& output);
     template <class F>
     void onOutput(const Output& output, F&& write);
-    void emitKeys(const Select& select, const std::vector<int>& keys);
+    void emitKeys(const Select& select, const std::vector<JoinStep>& steps);
     void emitSteps(const Select& select, const std::vector<JoinStep>& steps);
     void emitWhere(const Select& select, const JoinOrder& order);
     void emitGrouping(const Select& select, bool distinct);
@@ -70,7 +72,9 @@ private:
     void call(const Expr& expr);
     void conditional(const Expr& expr);
     void subSelect(const Expr& expr);
-    void assigned(const Expr& expr, const store::Column& column);
+    void assigned(const Expr& expr, const store::Column& target);
+    void assigned(const Expr& expr, Binding binding, bool fits, Op conversion);
+    bool signedParameter(const Expr& expr, Binding binding);
     void parameter(const Expr& literal, Binding binding);
     void expand(Op op, Argument first = {}, Argument second = {}, Argument third = {});
     void name(std::string_view text);
@@ -78,6 +82,7 @@ private:
     // conditions
     void chain(const std::vector<const Expr*>& terms, std::string_view joint, Rank rank);
     void compare(const Expr& expr);
+    void compare(const Expr& left, Operator op, const Expr& right);
     void compareText(const Expr& left, Operator op, const Expr& right);
     void compareYesNo(const Expr& left, Operator op, const Expr& right);
     void compareDays(const Expr& expr);
@@ -92,12 +97,13 @@ private:
     void comparable(const Expr& expr);
     void groupKey(const Expr& expr);
     void operand(const Expr& expr, const Expr& against);
-    [[noreturn]] void mismatch(const Expr& left, const Expr& right);
+    void refuseMismatch(const Expr& left, const Expr& right) const;
 
     std::string_view sql_;
     const Dialect& dialect_;
     std::string out_;
     std::vector<Parameter> parameters_;
+    std::vector<int> keys_;
     struct Scope {
         const Select& select;
         ColumnNames names;

@@ -23,7 +23,8 @@ ColumnKind arithmeticKind(const Expr& expr) {
     const Category b = categoryOf(right);
     switch (expr.op) {
         case Operator::Add:
-            if (a == Category::Text && b == Category::Text) {
+            if ((a == Category::Text && (b == Category::Text || b == Category::Null)) ||
+                (a == Category::Null && b == Category::Text)) {
                 return ColumnKind::Text;
             }
             if ((a == Category::Date) != (b == Category::Date)) {

@@ -131,7 +131,7 @@ void Lexer::text(Token& token, char quote) {
         to = sql_.find(quote, to + 2);
     }
     if (to == sql_.npos) {
-        failSyntax("A text is not closed: a quote is missing for the one that opens", sql_, at_);
+        failSyntax("A text is not closed, or a quote inside a text is not doubled,", sql_, at_);
     }
     const std::string_view inside = sql_.substr(from, to - from);
     at_ = to + 1;

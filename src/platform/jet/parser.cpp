@@ -62,14 +62,14 @@ void Parser::expect(char mark, std::string_view what) {
 void Parser::unexpected(std::string_view wanted) const {
     constexpr std::size_t Shown = 30;
     if (token_.kind == TokenKind::End) {
-        failSyntax(fmt::format("The statement ends where {} should stand", wanted), lexer_.sql(),
+        failSyntax(fmt::format("The statement ends where I expect {}", wanted), lexer_.sql(),
                    token_.offset);
     }
     std::string_view shown = token_.text;
     if (shown.size() > Shown) {
         shown = "this";
     }
-    failSyntax(fmt::format("I do not understand {}: {} should stand", shown, wanted), lexer_.sql(),
+    failSyntax(fmt::format("I do not understand {} (I expect {})", shown, wanted), lexer_.sql(),
                token_.offset);
 }
 
@@ -222,11 +222,11 @@ void Parser::update(Statement& statement) {
     statement.kind = StatementKind::Update;
     statement.select = std::make_unique<Select>();
     statement.select->sources.push_back(target());
-    expect(word("SET"), "SET (rows of one table are changed)");
+    expect(word("SET"), "SET: rows of one table are changed");
     do {
         assignment(statement);
         expect('=', "=");
-        statement.assignments.back().value = arithmetic(0);
+        statement.assignments.back().value = expression();
     } while (take(','));
     if (take(word("WHERE"))) {
         statement.select->where = expression();

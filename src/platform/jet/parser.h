@@ -7,8 +7,9 @@
 
 namespace jet {
 
-/// Reads one statement. Depth is bounded: 200 parentheses or SELECTs inside each other, and
-/// expressions of 60 levels; chains of AND, OR and & are one level however long. Raises SqlError.
+/// Reads one statement. Depth is bounded: 200 parentheses inside each other, and expressions of 22
+/// levels, of which a SELECT takes two; chains of AND, OR and & are one level however long. Raises
+/// SqlError.
 class Parser {
 public:
     explicit Parser(std::string_view sql);
@@ -77,6 +78,7 @@ private:
     ExprPtr chain(ExprKind kind, ExprPtr left, ExprPtr right);
     ExprPtr make(ExprKind kind, std::uint32_t offset) const;
     ExprPtr measured(ExprPtr expr) const;
+    static std::uint16_t depthOf(const Select& select);
 
     Lexer lexer_;
     Token token_;

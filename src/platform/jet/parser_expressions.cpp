@@ -11,7 +11,8 @@ namespace jet {
 
 namespace {
 
-constexpr std::uint16_t DeepestExpression = 60;
+// What the store's own parser takes, whatever the levels consist of.
+constexpr std::uint16_t DeepestExpression = 22;
 
 struct Binary {
     Operator op = Operator::None;
@@ -79,8 +80,26 @@ ExprPtr Parser::make(ExprKind kind, std::uint32_t offset) const {
     return expr;
 }
 
-ExprPtr Parser::measured(ExprPtr expr) const {
+std::uint16_t Parser::depthOf(const Select& select) {
     std::uint16_t deepest = 0;
+    const auto take = [&](const ExprPtr& expr) {
+        deepest = std::max(deepest, expr ? expr->depth : deepest);
+    };
+    for (const OutputItem& item : select.items) {
+        take(item.expr);
+    }
+    std::for_each(select.groupBy.begin(), select.groupBy.end(), take);
+    for (const OrderItem& item : select.orderBy) {
+        take(item.expr);
+    }
+    take(select.where);
+    take(select.having);
+    return deepest;
+}
+
+ExprPtr Parser::measured(ExprPtr expr) const {
+    std::uint16_t deepest =
+        expr->select ? static_cast<std::uint16_t>(depthOf(*expr->select) + 1) : std::uint16_t{0};
     for (const ExprPtr& child : expr->children) {
         deepest = std::max(deepest, child->depth);
     }
@@ -289,6 +308,7 @@ ExprPtr Parser::parenthesised() {
     if (at(word("SELECT"))) {
         inside = make(ExprKind::ScalarSelect, offset);
         inside->select = select();
+        inside = measured(std::move(inside));
     } else {
         inside = expression();
     }
@@ -336,7 +356,7 @@ ExprPtr Parser::exists(std::uint32_t offset) {
     expect('(', "(");
     node->select = select();
     expect(')', ")");
-    return node;
+    return measured(std::move(node));
 }
 
 ExprPtr Parser::constant(Word which, std::uint32_t offset) const {

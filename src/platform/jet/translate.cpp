@@ -35,21 +35,16 @@ void describeColumns(const Select& select, Translation& translation) {
     }
 }
 
-/// The tables, and which of them get a hidden key behind the columns.
-std::vector<int> describeTables(const Select& select, Translation& translation) {
-    std::vector<int> keys;
-    const bool rows = !select.grouped() && !select.distinct;
-    for (std::size_t i = 0; i < select.sources.size(); ++i) {
-        const Source& source = select.sources[i];
-        BaseTable table{source.table->name, std::string(source.writtenName()), -1};
-        if (rows && !source.table->rowKey.empty()) {
-            table.keyColumn = static_cast<int>(translation.columns.size() + keys.size());
-            keys.push_back(static_cast<int>(i));
-        }
-        translation.tables.push_back(std::move(table));
+/// The tables; `keys` are those whose row keys stand behind the columns.
+void describeTables(const Select& select, const std::vector<int>& keys, Translation& translation) {
+    for (const Source& source : select.sources) {
+        translation.tables.push_back({source.table->name, std::string(source.writtenName()), -1});
+    }
+    auto place = static_cast<int>(translation.columns.size());
+    for (const int source : keys) {
+        translation.tables[static_cast<std::size_t>(source)].keyColumn = place++;
     }
     translation.updatable = !keys.empty();
-    return keys;
 }
 
 }  // namespace
@@ -60,15 +55,14 @@ Translation translate(std::string_view sql, const store::Catalog& catalog) {
     rewrite(statement);
     Translation translation;
     translation.kind = statement.kind;
-    std::vector<int> keys;
-    if (statement.kind == StatementKind::Select) {
-        describeColumns(*statement.select, translation);
-        keys = describeTables(*statement.select, translation);
-    }
     Emitter emitter(sql, sqliteDialect());
-    emitter.emit(statement, keys);
+    emitter.emit(statement);
     translation.text = std::move(emitter.text());
     translation.parameters = std::move(emitter.parameters());
+    if (statement.kind == StatementKind::Select) {
+        describeColumns(*statement.select, translation);
+        describeTables(*statement.select, emitter.keys(), translation);
+    }
     return translation;
 }
 

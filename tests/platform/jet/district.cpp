@@ -1,0 +1,107 @@
+#include "district.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <stdlib.h>
+
+#include "data/schema.h"
+#include "platform/base/text.h"
+#include "platform/jet/functions.h"
+
+namespace jet::testing {
+
+namespace {
+
+std::string cell(const store::Statement& row, int column, store::ColumnKind kind) {
+    switch (row.type(column)) {
+        case store::CellType::Null:
+            return "Null";
+        case store::CellType::Text:
+            return std::string(row.text(column));
+        default:
+            return kind == store::ColumnKind::YesNo ? row.integer(column) != 0 ? "Yes" : "No"
+                                                    : base::Value(row.real(column)).asText();
+    }
+}
+
+std::unique_ptr<store::Statement> prepared(store::Database& database,
+                                           const Translation& translation,
+                                           const std::vector<base::Value>& literals,
+                                           const std::string& prefix = {}) {
+    auto statement = database.prepare(prefix + translation.text);
+    for (std::size_t i = 0; i < translation.parameters.size(); ++i) {
+        statement->bind(static_cast<int>(i), boundValue(translation.parameters[i], literals));
+    }
+    return statement;
+}
+
+}  // namespace
+
+District::District() {
+    folder_ = (std::filesystem::temp_directory_path() / "vireo-jet-XXXXXX").string();
+    if (mkdtemp(folder_.data()) == nullptr) {
+        throw std::runtime_error("no folder for the test's district");
+    }
+    database_ = store::createFile(folder_ + "/district.mdb");
+    for (const data::DatabaseFile file : data::AllDatabaseFiles) {
+        for (const store::Table& table : data::tablesOf(file)) {
+            if (catalog().find(table.name) == nullptr) {
+                database_->create(table);
+            }
+        }
+    }
+    for (const StoreFunction& function : storeFunctions()) {
+        database_->registerFunction(
+            {function.name, function.arguments, function.deterministic, function.call});
+    }
+    std::ifstream rows(VIREO_SOURCE_DIR "/tests/platform/jet/district.txt");
+    database_->begin();
+    for (std::string line; std::getline(rows, line);) {
+        if (!line.empty() && line.front() != '#') {
+            database_->execute(line);
+        }
+    }
+    database_->commit();
+}
+
+District::~District() {
+    database_.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+std::vector<std::string> District::run(std::string_view sql) {
+    const Shape shape = shapeOf(sql);
+    const Translation translation = translate(sql, catalog());
+    const auto statement = prepared(*database_, translation, shape.literals);
+    std::vector<std::string> rows;
+    while (statement->step()) {
+        std::string& row = rows.emplace_back();
+        for (std::size_t i = 0; i < translation.columns.size(); ++i) {
+            row += (i > 0 ? "|" : "") +
+                   cell(*statement, static_cast<int>(i), translation.columns[i].kind);
+        }
+    }
+    if (translation.kind != StatementKind::Select) {
+        rows = {std::to_string(database_->changedRows())};
+    }
+    return rows;
+}
+
+std::string District::first(std::string_view sql) {
+    const auto rows = run(sql);
+    return rows.empty() ? "" : rows.front();
+}
+
+std::string District::plan(std::string_view sql) {
+    const auto statement = prepared(*database_, translate(sql, catalog()), shapeOf(sql).literals,
+                                    "EXPLAIN QUERY PLAN ");
+    std::string steps;
+    while (statement->step()) {
+        steps += std::string(statement->text(3)) + "\n";
+    }
+    return steps;
+}
+
+}  // namespace jet::testing

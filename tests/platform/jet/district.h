@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/jet/translate.h"
+#include "platform/store/database.h"
+
+namespace jet::testing {
+
+/// A small district in one file of its own, all six files' tables together; the rows of
+/// district.txt. The file goes with the object.
+class District {
+public:
+    District();
+    ~District();
+    District(const District&) = delete;
+    District& operator=(const District&) = delete;
+
+    [[nodiscard]] store::Database& database() { return *database_; }
+    [[nodiscard]] const store::Catalog& catalog() const { return database_->catalog(); }
+
+    /// The visible cells of a SELECT's rows, joined by "|", Null as "Null"; of a change one row
+    /// with the number of rows changed.
+    std::vector<std::string> run(std::string_view sql);
+    /// The first row alone, empty where there is none.
+    std::string first(std::string_view sql);
+    /// The translation alone.
+    std::string text(std::string_view sql) const { return translate(sql, catalog()).text; }
+    /// What SQLite means to do, one step a line.
+    std::string plan(std::string_view sql);
+
+private:
+    std::string folder_;
+    std::unique_ptr<store::Database> database_;
+};
+
+}  // namespace jet::testing
