@@ -37,9 +37,34 @@ std::optional<double> wholeNumber(std::string_view text) {
 
 }  // namespace
 
+namespace {
+
+/// The fewest digits that name the number, which are those of its 15-digit form where there are no
+/// more; nothing for other numbers and for those that are written with an exponent.
+std::optional<std::string> shortText(double number) {
+    const double size = std::abs(number);
+    if (!(size >= 1e-4 && size < 1e15)) {
+        return std::nullopt;
+    }
+    std::array<char, 32> digits{};
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number,
+                                       std::chars_format::fixed);
+    const std::string_view text(digits.data(), written.ptr - digits.data());
+    const auto first = text.find_first_not_of("-0.");
+    if (written.ec != std::errc{} || text.size() - first > 15) {
+        return std::nullopt;
+    }
+    return std::string(text);
+}
+
+}  // namespace
+
 std::string numberText(double number) {
     if (number == 0) {
         return "0";
+    }
+    if (auto text = shortText(number)) {
+        return *std::move(text);
     }
     return fmt::format("{:.15g}", number);
 }
@@ -76,23 +101,22 @@ std::string Value::asText() const {
 }
 
 double Value::asNumber() const {
-    return std::visit(
-        Overloaded{
-            [](std::monostate) -> double { raise(errors::InvalidUseOfNull); },
-            [](bool value) { return value ? -1.0 : 0.0; },
-            [](std::int64_t value) { return static_cast<double>(value); },
-            [](double value) { return value; },
-            [](Date value) {
-                return static_cast<double>(value.seconds) / static_cast<double>(Date::SecondsPerDay);
-            },
-            [](const std::string& value) {
-                const auto number = wholeNumber(value);
-                if (!number) {
-                    raise(errors::TypeMismatch);
-                }
-                return *number;
-            }},
-        data_);
+    return std::visit(Overloaded{[](std::monostate) -> double { raise(errors::InvalidUseOfNull); },
+                                 [](bool value) { return value ? -1.0 : 0.0; },
+                                 [](std::int64_t value) { return static_cast<double>(value); },
+                                 [](double value) { return value; },
+                                 [](Date value) {
+                                     return static_cast<double>(value.seconds) /
+                                            static_cast<double>(Date::SecondsPerDay);
+                                 },
+                                 [](const std::string& value) {
+                                     const auto number = wholeNumber(value);
+                                     if (!number) {
+                                         raise(errors::TypeMismatch);
+                                     }
+                                     return *number;
+                                 }},
+                      data_);
 }
 
 std::int64_t Value::asInteger() const {

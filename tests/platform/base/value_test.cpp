@@ -1,5 +1,6 @@
 #include "platform/base/value.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "platform/base/boundedarray.h"
@@ -78,6 +79,19 @@ TEST(Value, SinglesKeepTheirShortText) {
     EXPECT_EQ(numberText(singleOf(1.0 / 3)), "0.33333334");
     for (const double number : {0.0, -2.0, 0.1, 1.0 / 3, 126.6731, 16777217.0}) {
         EXPECT_EQ(static_cast<float>(singleOf(number)), static_cast<float>(number)) << number;
+    }
+}
+
+TEST(Value, NumbersAreWrittenWithFifteenDigitsAtMost) {
+    const double numbers[] = {0.1,           -0.25,    61.5,   60,     1.0 / 3, 2.0 / 3,
+                              1e15,          1e14 + 1, 1e-4,   1e-5,   1234567, 0.1 + 0.2,
+                              123456789.125, -1e300,   5e-324, 99.995, 1e16,    4503599627370497.5};
+    for (const double number : numbers) {
+        EXPECT_EQ(numberText(number), fmt::format("{:.15g}", number));
+    }
+    for (int i = 1; i < 20000; ++i) {
+        const double number = i * 0.37 / (i % 7 + 1);
+        ASSERT_EQ(numberText(number), fmt::format("{:.15g}", number));
     }
 }
 
