@@ -8,61 +8,42 @@ namespace ado {
 using store::CellType;
 using store::ColumnKind;
 
-CellView CellView::of(const store::Statement& row, int column) {
-    CellView view;
-    view.type = row.type(column);
-    switch (view.type) {
-        case CellType::Null:
-            break;
-        case CellType::Integer:
-            view.integer = row.integer(column);
-            break;
-        case CellType::Real:
-            view.real = row.real(column);
-            break;
-        case CellType::Text:
-            view.text = row.text(column);
-            break;
-    }
-    return view;
-}
-
-CellView CellView::of(const base::Value& stored) {
-    CellView view;
+store::Cell cellOf(const base::Value& stored) {
+    store::Cell cell;
     if (stored.isText()) {
-        view.type = CellType::Text;
-        view.text = stored.heldText();
+        cell.type = CellType::Text;
+        cell.text = stored.heldText();
     } else if (stored.isDouble()) {
-        view.type = CellType::Real;
-        view.real = stored.asNumber();
+        cell.type = CellType::Real;
+        cell.real = stored.asNumber();
     } else if (stored.isInteger()) {
-        view.type = CellType::Integer;
-        view.integer = stored.asInteger();
+        cell.type = CellType::Integer;
+        cell.integer = stored.asInteger();
     }
-    return view;
+    return cell;
 }
 
-base::Value CellView::stored() const {
-    switch (type) {
+base::Value stored(const store::Cell& cell) {
+    switch (cell.type) {
         case CellType::Null:
             break;
         case CellType::Integer:
-            return integer;
+            return cell.integer;
         case CellType::Real:
-            return real;
+            return cell.real;
         case CellType::Text:
-            return text;
+            return cell.text;
     }
     return {};
 }
 
 namespace {
 
-double numberOf(const CellView& cell) {
+double numberOf(const store::Cell& cell) {
     return cell.type == CellType::Integer ? static_cast<double>(cell.integer) : cell.real;
 }
 
-base::Value dateOf(const CellView& cell) {
+base::Value dateOf(const store::Cell& cell) {
     if (cell.type != CellType::Text) {
         return base::Value(numberOf(cell)).asDate();
     }
@@ -73,7 +54,7 @@ base::Value dateOf(const CellView& cell) {
     return date ? base::Value(*date) : base::Value(cell.text);
 }
 
-base::Value wholeOf(const CellView& cell) {
+base::Value wholeOf(const store::Cell& cell) {
     return cell.type == CellType::Integer ? base::Value(cell.integer)
                                           : base::Value(base::roundHalfEven(cell.real));
 }
@@ -86,7 +67,7 @@ std::string codeOf(const std::string& text) {
 
 }  // namespace
 
-base::Value valueOf(ColumnKind kind, const CellView& cell) {
+base::Value valueOf(ColumnKind kind, const store::Cell& cell) {
     if (cell.type == CellType::Null) {
         return {};
     }
@@ -107,7 +88,7 @@ base::Value valueOf(ColumnKind kind, const CellView& cell) {
         case ColumnKind::YesNo:
             return numberOf(cell) != 0;
         default:
-            return cell.stored();
+            return stored(cell);
     }
 }
 
@@ -143,52 +124,46 @@ RowBuffer::Block& RowBuffer::blockForNextRow() {
     return blocks_.back();
 }
 
-void RowBuffer::append(Block& block, const CellView& view) {
-    Cell cell{view.type, 0, {view.integer}};
-    if (view.type == CellType::Real) {
-        cell.real = view.real;
-    } else if (view.type == CellType::Text) {
-        cell.length = static_cast<std::uint32_t>(view.text.size());
-        cell.offset = block.texts.size();
-        block.texts += view.text;
+void RowBuffer::append(Block& block, const store::Cell& cell) {
+    Packed packed{cell.type, 0, {cell.integer}};
+    if (cell.type == CellType::Real) {
+        packed.real = cell.real;
+    } else if (cell.type == CellType::Text) {
+        packed.length = static_cast<std::uint32_t>(cell.text.size());
+        packed.offset = block.texts.size();
+        block.texts += cell.text;
     }
-    block.cells.push_back(cell);
+    block.cells.push_back(packed);
 }
 
 void RowBuffer::append(const store::Statement& row) {
     Block& block = blockForNextRow();
     for (std::size_t column = 0; column < columns_; ++column) {
-        append(block, CellView::of(row, static_cast<int>(column)));
+        append(block, row.cell(static_cast<int>(column)));
     }
 }
 
 void RowBuffer::append(const std::vector<base::Value>& stored) {
     Block& block = blockForNextRow();
     for (const base::Value& value : stored) {
-        append(block, CellView::of(value));
+        append(block, cellOf(value));
     }
 }
 
-CellView RowBuffer::cell(std::size_t row, int column) const {
+store::Cell RowBuffer::cell(std::size_t row, int column) const {
     const Block& block = blocks_[row / RowsPerBlock];
-    const Cell& cell =
+    const Packed& packed =
         block.cells[row % RowsPerBlock * columns_ + static_cast<std::size_t>(column)];
-    CellView view;
-    view.type = cell.type;
-    switch (cell.type) {
-        case CellType::Null:
-            break;
-        case CellType::Integer:
-            view.integer = cell.integer;
-            break;
-        case CellType::Real:
-            view.real = cell.real;
-            break;
-        case CellType::Text:
-            view.text = std::string_view(block.texts).substr(cell.offset, cell.length);
-            break;
+    store::Cell cell;
+    cell.type = packed.type;
+    if (packed.type == CellType::Text) {
+        cell.text = std::string_view(block.texts).substr(packed.offset, packed.length);
+    } else if (packed.type == CellType::Real) {
+        cell.real = packed.real;
+    } else {
+        cell.integer = packed.integer;
     }
-    return view;
+    return cell;
 }
 
 }  // namespace ado

@@ -11,24 +11,15 @@
 
 namespace ado {
 
-/// One cell as the store holds it. The text belongs to whoever gave the view.
-struct CellView {
-    store::CellType type = store::CellType::Null;
-    std::int64_t integer = 0;
-    double real = 0;
-    std::string_view text = {};
+/// A stored value as a cell; its text belongs to the value.
+[[nodiscard]] store::Cell cellOf(const base::Value& stored);
 
-    /// The cell of a statement's current row.
-    [[nodiscard]] static CellView of(const store::Statement& row, int column);
-    /// A stored value, see storedValue.
-    [[nodiscard]] static CellView of(const base::Value& stored);
-    /// As a value of its own: Null, whole number, number or text.
-    [[nodiscard]] base::Value stored() const;
-};
+/// A cell as a value of its own: Null, whole number, number or text.
+[[nodiscard]] base::Value stored(const store::Cell& cell);
 
 /// A cell read as its column's kind. What cannot be read so (a text that is no date, from another
 /// tool) is given as it stands.
-[[nodiscard]] base::Value valueOf(store::ColumnKind kind, const CellView& cell);
+[[nodiscard]] base::Value valueOf(store::ColumnKind kind, const store::Cell& cell);
 
 /// A value as a column of that kind stores it: Null, whole number, number or text. Raises "Type
 /// mismatch" (13). Null in a yes/no column is No.
@@ -43,27 +34,27 @@ public:
     void append(const std::vector<base::Value>& stored);
 
     [[nodiscard]] std::size_t size() const { return size_; }
-    [[nodiscard]] CellView cell(std::size_t row, int column) const;
+    [[nodiscard]] store::Cell cell(std::size_t row, int column) const;
 
 private:
     static constexpr std::size_t RowsPerBlock = 256;
 
-    struct Cell {
+    struct Packed {
         store::CellType type;
-        std::uint32_t length;
+        std::uint32_t length;  ///< of a text
         union {
             std::int64_t integer;
             double real;
-            std::size_t offset;
+            std::size_t offset;  ///< of a text in its block
         };
     };
     struct Block {
-        std::vector<Cell> cells;
+        std::vector<Packed> cells;
         std::string texts;
     };
 
     Block& blockForNextRow();
-    static void append(Block& block, const CellView& view);
+    static void append(Block& block, const store::Cell& cell);
 
     std::size_t columns_;
     std::size_t size_ = 0;

@@ -33,8 +33,8 @@ public:
 
     /// The cell of the current row, hidden columns included. Text holds until the cursor moves or
     /// is drained.
-    [[nodiscard]] CellView cell(int column) const {
-        return isLive_ ? CellView::of(*statement_, column)
+    [[nodiscard]] store::Cell cell(int column) const {
+        return isLive_ ? statement_->cell(column)
                        : rows_.cell(static_cast<std::size_t>(place_), column);
     }
     /// The statement whose current row is this one; null where the row is in memory.

@@ -86,9 +86,18 @@ struct Recordset::State_ final : OpenRecordset {
     [[nodiscard]] store::ColumnKind kind(int index) const {
         return kinds[static_cast<std::size_t>(index)];
     }
-    [[nodiscard]] CellView cell(int index) const {
+    [[nodiscard]] store::Cell cell(int index) const {
+        const store::Statement* row = untouchedRow();
+        if (row != nullptr) {
+            return row->cell(index);
+        }
         requireRow();
         return edit->isActive() ? edit->cell(index) : cursor->cell(index);
+    }
+
+    /// The statement itself where nothing of the current row differs from it.
+    [[nodiscard]] const store::Statement* untouchedRow() const {
+        return edit->isActive() ? nullptr : cursor->liveRow();
     }
 
     Recordset& recordset;
@@ -288,11 +297,11 @@ bool Field::isNull() const { return owner_->open().cell(index_).type == store::C
 std::string_view Field::textView() const {
     Recordset::State_& state = owner_->open();
     const store::ColumnKind kind = state.kind(index_);
-    const store::Statement* row = state.edit->isActive() ? nullptr : state.cursor->liveRow();
+    const store::Statement* row = state.untouchedRow();
     if (row != nullptr && (kind == store::ColumnKind::Code || kind == store::ColumnKind::Text)) {
         return row->text(index_);
     }
-    const CellView cell = state.cell(index_);
+    const store::Cell cell = state.cell(index_);
     if (cell.type == store::CellType::Null || cell.type == store::CellType::Text) {
         return cell.text;
     }

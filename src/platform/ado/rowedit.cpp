@@ -43,7 +43,7 @@ void RowEdit::requireUpdatable() const {
 /// The current row's key in a base table; nothing where an outer join found no row.
 std::optional<std::int64_t> RowEdit::keyOf(int table) const {
     const int column = layout().table(table).keyColumn;
-    const CellView cell = column < 0 ? CellView() : cursor_.cell(column);
+    const store::Cell cell = column < 0 ? store::Cell() : cursor_.cell(column);
     return cell.type == store::CellType::Null ? std::nullopt : std::optional(cell.integer);
 }
 
@@ -58,12 +58,12 @@ const base::Value* RowEdit::knownValue(int column) const {
     return value == row->second.end() ? nullptr : &value->second;
 }
 
-CellView RowEdit::fetchedCell(int column) const {
+store::Cell RowEdit::fetchedCell(int column) const {
     const base::Value* known = knownValue(column);
-    return known != nullptr ? CellView::of(*known) : cursor_.cell(column);
+    return known != nullptr ? cellOf(*known) : cursor_.cell(column);
 }
 
-CellView RowEdit::newCell(int column) const {
+store::Cell RowEdit::newCell(int column) const {
     const store::Column* described = layout().column(column).column;
     if (described == nullptr) {
         return {};
@@ -72,14 +72,14 @@ CellView RowEdit::newCell(int column) const {
     if (at == defaults_.end()) {
         at = defaults_.emplace(column, session_.database().defaultOf(*described)).first;
     }
-    return CellView::of(at->second);
+    return cellOf(at->second);
 }
 
-CellView RowEdit::cell(int column) const {
+store::Cell RowEdit::cell(int column) const {
     if (!pending_.empty()) {
         const auto set = pending_.find(layout().column(column).first);
         if (set != pending_.end()) {
-            return CellView::of(set->second);
+            return cellOf(set->second);
         }
     }
     return adding_ ? newCell(column) : fetchedCell(column);
@@ -118,7 +118,7 @@ void RowEdit::cancel() {
 std::map<int, RowEdit::Values> RowEdit::changesByTable() const {
     std::map<int, Values> changes;
     for (const auto& [column, value] : pending_) {
-        if (adding_ || !(fetchedCell(column).stored() == value)) {
+        if (adding_ || !(stored(fetchedCell(column)) == value)) {
             changes[layout().column(column).table].emplace(column, value);
         }
     }
@@ -139,7 +139,7 @@ store::FetchedRow RowEdit::fetchedRow(int table) const {
     store::FetchedRow row{base.table, *keyOf(table), {}};
     row.values.reserve(base.columns.size());
     for (const int column : base.columns) {
-        row.values.push_back({layout().column(column).column, fetchedCell(column).stored()});
+        row.values.push_back({layout().column(column).column, stored(fetchedCell(column))});
     }
     return row;
 }

@@ -27,7 +27,7 @@ public:
     [[nodiscard]] bool isAdding() const { return adding_; }
 
     /// The present content of a field.
-    [[nodiscard]] CellView cell(int column) const;
+    [[nodiscard]] store::Cell cell(int column) const;
 
     /// Raises NotUpdatable for a column that cannot be written, "Type mismatch" (13).
     void set(int column, const base::Value& value);
@@ -51,8 +51,8 @@ private:
     [[nodiscard]] const RowLayout& layout() const;
     [[nodiscard]] std::optional<std::int64_t> keyOf(int table) const;
     [[nodiscard]] const base::Value* knownValue(int column) const;
-    [[nodiscard]] CellView fetchedCell(int column) const;
-    [[nodiscard]] CellView newCell(int column) const;
+    [[nodiscard]] store::Cell fetchedCell(int column) const;
+    [[nodiscard]] store::Cell newCell(int column) const;
     [[nodiscard]] store::FetchedRow fetchedRow(int table) const;
     [[nodiscard]] std::map<int, Values> changesByTable() const;
     [[nodiscard]] std::vector<store::ColumnValue> named(const Values& values) const;

@@ -42,8 +42,18 @@ private:
 /// How a cell is held by the store, before it is read as a column's kind.
 enum class CellType { Null, Integer, Real, Text };
 
-/// A prepared statement. Parameters and columns count from 0. Views returned by text() hold until
-/// the next step() or reset().
+/// A cell as it is held. The text belongs to the statement.
+struct Cell {
+    CellType type = CellType::Null;
+    union {
+        std::int64_t integer = 0;
+        double real;
+    };
+    std::string_view text = {};
+};
+
+/// A prepared statement. Parameters and columns count from 0. Views returned by cell() and
+/// text() hold until the next step() or reset().
 class Statement {
 public:
     virtual ~Statement() = default;
@@ -55,6 +65,8 @@ public:
     virtual void reset() = 0;
 
     [[nodiscard]] virtual int columnCount() const = 0;
+    /// The whole cell at once; integer and real hold something where the type says so only.
+    [[nodiscard]] virtual Cell cell(int column) const = 0;
     [[nodiscard]] virtual CellType type(int column) const = 0;
     [[nodiscard]] virtual std::int64_t integer(int column) const = 0;
     [[nodiscard]] virtual double real(int column) const = 0;

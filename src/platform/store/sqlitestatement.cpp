@@ -42,6 +42,13 @@ int bindValue(sqlite3_stmt* statement, int position, const base::Value& value) {
     return sqlite3_bind_int64(statement, position, value.asInteger());
 }
 
+std::string_view textOf(sqlite3_value* value) {
+    const unsigned char* text = sqlite3_value_text(value);
+    return text == nullptr ? std::string_view()
+                           : std::string_view(reinterpret_cast<const char*>(text),
+                                              static_cast<std::size_t>(sqlite3_value_bytes(value)));
+}
+
 }  // namespace
 
 PreparedStatement::PreparedStatement(const Source& source, std::string_view sql) : source_(source) {
@@ -90,6 +97,30 @@ void PreparedStatement::reset() {
 
 int PreparedStatement::columnCount() const { return sqlite3_column_count(statement_); }
 
+// One look at the engine's value instead of a call for each part of it. That is not thread-safe,
+// and need not be: a connection belongs to one thread.
+Cell PreparedStatement::cell(int column) const {
+    sqlite3_value* value = sqlite3_column_value(statement_, column);
+    Cell cell;
+    switch (sqlite3_value_type(value)) {
+        case SQLITE_NULL:
+            break;
+        case SQLITE_INTEGER:
+            cell.type = CellType::Integer;
+            cell.integer = sqlite3_value_int64(value);
+            break;
+        case SQLITE_FLOAT:
+            cell.type = CellType::Real;
+            cell.real = sqlite3_value_double(value);
+            break;
+        default:
+            cell.type = CellType::Text;
+            cell.text = textOf(value);
+            break;
+    }
+    return cell;
+}
+
 CellType PreparedStatement::type(int column) const {
     switch (sqlite3_column_type(statement_, column)) {
         case SQLITE_NULL:
@@ -135,9 +166,7 @@ base::Value plainValue(sqlite3_value* value) {
         default:
             break;
     }
-    const unsigned char* text = sqlite3_value_text(value);
-    return std::string(reinterpret_cast<const char*>(text),
-                       static_cast<std::size_t>(sqlite3_value_bytes(value)));
+    return std::string(textOf(value));
 }
 
 }  // namespace store::sqlite

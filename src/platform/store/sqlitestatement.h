@@ -26,6 +26,7 @@ public:
     void reset() override;
 
     [[nodiscard]] int columnCount() const override;
+    [[nodiscard]] Cell cell(int column) const override;
     [[nodiscard]] CellType type(int column) const override;
     [[nodiscard]] std::int64_t integer(int column) const override;
     [[nodiscard]] double real(int column) const override;
