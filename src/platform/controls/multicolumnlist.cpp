@@ -5,12 +5,14 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -25,10 +27,21 @@ namespace controls {
 
 namespace {
 
-/// Red cells are pure red under black text, and still red where they are selected.
+/// Red cells are pure red under black text, and still red where they are selected. Texts that do
+/// not fit show whole on hovering.
 class CellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        const bool cut = sizeHint(option, index).width() > view->visualRect(index).width();
+        if (event->type() != QEvent::ToolTip || !cut) {
+            return QStyledItemDelegate::helpEvent(event, view, option, index);
+        }
+        QToolTip::showText(event->globalPos(), index.data().toString(), view);
+        return true;
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -303,7 +316,7 @@ void MultiColumnList::contextMenuEvent(QContextMenuEvent* event) {
     copy->setEnabled(chosenRow_ >= 0 || selectionModel()->hasSelection());
     QAction* all = menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this,
                                   [this] { selectAllRows(); });
-    all->setEnabled(rows() > 0 && selectionMode() == ExtendedSelection);
+    all->setEnabled(rows() > 0 && selectionMode() != SingleSelection);
     menu.exec(event->globalPos());
 }
 

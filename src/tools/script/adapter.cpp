@@ -172,7 +172,7 @@ public:
     [[nodiscard]] std::string text() const override { return caption(tabs_.currentIndex()); }
     void set(const std::string& text) override {
         for (int page = 0; page < tabs_.count(); ++page) {
-            if (caption(page) == text) {
+            if (caption(page).starts_with(text)) {
                 clickAt(*tabs_.tabBar(), tabs_.tabBar()->tabRect(page).center());
                 return;
             }

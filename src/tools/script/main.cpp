@@ -6,9 +6,23 @@
 #include "startup/session.h"
 #include "tools/script/player.h"
 
+namespace {
+
+/// Without a screen the toolkit tells of every window that it cannot raise; nobody needs that here.
+void warnUnlessScreenless(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    const bool aboutScreen = message.startsWith("This plugin does not support") ||
+                             message.startsWith("QStandardPaths: XDG_RUNTIME_DIR");
+    if (!aboutScreen && type != QtDebugMsg && type != QtInfoMsg) {
+        std::cerr << message.toStdString() << "\n";
+    }
+}
+
+}  // namespace
+
 // Plays a script against the program's real forms: tarn-script FILE. The district is the one that
 // the configuration folder names, as for the program itself; window places are not remembered.
 int main(int argc, char** argv) {
+    qInstallMessageHandler(warnUnlessScreenless);
     forms::Application application(argc, argv);
     if (argc != 2) {
         std::cerr << "Usage: tarn-script FILE\n";

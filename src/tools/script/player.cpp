@@ -266,12 +266,14 @@ void Player::expectRow(const Command& command) {
 }
 
 void Player::expectBox(const Command& command) {
-    if (!boxes_.expect(command.text)) {
+    const std::optional<ShownBox> box = boxes_.take(command.text);
+    if (!box) {
         const ShownBox* other = boxes_.unexpected();
         throw ScriptError(command.line,
                           fmt::format("no box \"{}\" was shown{}", command.text,
                                       other == nullptr ? "" : ", but " + described(*other)));
     }
+    print(described(*box));
 }
 
 void Player::until(const Command& command) {

@@ -60,15 +60,16 @@ std::vector<ShownBox> ScriptedBoxes::take() {
     return taken;
 }
 
-bool ScriptedBoxes::expect(const std::string& title) {
+std::optional<ShownBox> ScriptedBoxes::take(const std::string& title) {
     const auto found = std::find_if(boxes_.begin(), boxes_.end(), [&](const ShownBox& box) {
         return box.request.title == title;
     });
     if (found == boxes_.end()) {
-        return false;
+        return std::nullopt;
     }
+    ShownBox box = *found;
     boxes_.erase(found);
-    return true;
+    return box;
 }
 
 const ShownBox* ScriptedBoxes::unexpected() const {

@@ -28,8 +28,8 @@ public:
 
     /// The boxes since the last call; all of them count as expected from now on.
     std::vector<ShownBox> take();
-    /// Marks the first box of that title that is not taken; false if there is none.
-    bool expect(const std::string& title);
+    /// Takes the first box of that title; nothing if there is none.
+    std::optional<ShownBox> take(const std::string& title);
     /// The first box that nobody answered, listed or expected; null if there is none.
     [[nodiscard]] const ShownBox* unexpected() const;
 
