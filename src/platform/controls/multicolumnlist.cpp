@@ -33,6 +33,15 @@ class CellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        if (index.data(TableModel::RedRole).toBool()) {
+            painter->fillRect(QRect(option.rect.bottomLeft(), QSize(option.rect.width(), 1)),
+                              QColor(0, 0, 0, 70));
+        }
+    }
+
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
         const bool cut = sizeHint(option, index).width() > view->visualRect(index).width();

@@ -230,7 +230,8 @@ void Player::printBoxes() {
 }
 
 void Player::takePicture(const Command& command) {
-    settle();
+    constexpr int FadingMs = 200;  // for icons that fade in and out
+    live(FadingMs, [] { return false; });
     const QString path = toQt(command.text);
     QDir().mkpath(QFileInfo(path).path());
     if (!form(command).grab().save(path)) {

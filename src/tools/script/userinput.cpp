@@ -45,6 +45,8 @@ void typeText(QWidget& control, const QString& text) {
 void clickAt(QWidget& control, const QPoint& place, Qt::KeyboardModifiers modifiers) {
     sendMouse(control, QEvent::MouseButtonPress, place, Qt::LeftButton, modifiers);
     sendMouse(control, QEvent::MouseButtonRelease, place, Qt::NoButton, modifiers);
+    QEvent away(QEvent::Leave);
+    QApplication::sendEvent(&control, &away);
 }
 
 void doubleClickAt(QWidget& control, const QPoint& place) {
