@@ -28,10 +28,9 @@ void reportNoDisplay(QtMsgType type, const QMessageLogContext& context, const QS
 }
 
 void nameApplication(const startup::ApplicationInfo& info) {
-    QCoreApplication::setApplicationName(QStringLiteral("tarn"));
+    QCoreApplication::setApplicationName(QString::fromStdString(info.title));
     QCoreApplication::setApplicationVersion(
         QString::fromStdString(fmt::format("{}.{}.{}", info.major, info.minor, info.revision)));
-    QGuiApplication::setApplicationDisplayName(QString::fromStdString(info.title));
     QGuiApplication::setDesktopFileName(QStringLiteral("tarn"));
 }
 

@@ -109,7 +109,7 @@ void Application::endByError(const std::exception& error) noexcept {
     }
     exitCode_ = 1;
     try {
-        base::MsgBox(untrappedText(error), applicationDisplayName().toStdString(),
+        base::MsgBox(untrappedText(error), applicationName().toStdString(),
                      base::MsgIcon::Critical);
     } catch (const base::EndProgram&) {
         // Thrown by the box because the program is ending already.

@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
         std::cerr << "Usage: tarn-script FILE\n";
         return 2;
     }
-    QApplication::setApplicationDisplayName(QStringLiteral("Vireo Routing"));
+    QApplication::setApplicationName(QStringLiteral("tarn-script"));
     forms::applyLook(application, forms::Scheme::Light);
     const int status =
         script::playFile(argv[1], std::cout, std::cerr, [](const std::string& commandLine) {

@@ -7,7 +7,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     forms::Application application(argc, argv);
-    application.setApplicationDisplayName("Test Program");
+    application.setApplicationName("Test Program");
     forms::applyLook(application, forms::Scheme::Light);
     return RUN_ALL_TESTS();
 }
