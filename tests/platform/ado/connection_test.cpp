@@ -153,7 +153,7 @@ TEST_F(Connections, ClosingClosesTheRecordsetsAndLetsGoOfTheFile) {
 
 TEST_F(Connections, LinkedTablesAreJoinedAndOwnOnesWin) {
     {
-        const auto trip = store::createFile(scratch.path("trip.mdb"));
+        const auto trip = store::createFile(folder.path() + "trip.mdb");
         trip->create({"RUN", {{"NOTHING"}}});
         trip->create(
             {"EMPLOYEE",
@@ -162,7 +162,7 @@ TEST_F(Connections, LinkedTablesAreJoinedAndOwnOnesWin) {
         trip->execute("INSERT INTO EMPLOYEE VALUES (7, 'Smith')");
     }
     EXPECT_NE(errorOf([&] { ado::Recordset().Open("SELECT * FROM EMPLOYEE", connection); }), 0);
-    connection.link(scratch.path("trip.mdb"));
+    connection.link(folder.path() + "trip.mdb");
     ado::Recordset drivers;
     drivers.Open(
         "SELECT RUN.RUN, EMPLOYEE.LASTNAME FROM RUN LEFT JOIN EMPLOYEE"
@@ -174,7 +174,7 @@ TEST_F(Connections, LinkedTablesAreJoinedAndOwnOnesWin) {
 
 TEST_F(Connections, AMissingFileIsNotMade) {
     ado::Connection none;
-    EXPECT_EQ(errorOf([&] { none.Open(scratch.path("none.mdb")); }),
+    EXPECT_EQ(errorOf([&] { none.Open(folder.path() + "none.mdb"); }),
               store::numberOf(store::Fault::Missing));
     EXPECT_EQ(none.State(), ado::ObjectState::Closed);
 }

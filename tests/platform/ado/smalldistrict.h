@@ -4,11 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include "plainfile.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/error.h"
 #include "platform/store/database.h"
-#include "scratch.h"
+#include "support/temporaryfolder.h"
 
 /// A district of two runs and four stops, one of them on two runs, with an open connection.
 class SmallDistrict : public testing::Test {
@@ -68,8 +69,8 @@ protected:
         return 0;
     }
 
-    Scratch scratch;
-    std::string path = scratch.path("routing.mdb");
+    support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    std::string path = folder.path() + "routing.mdb";
     ado::Connection connection;
 };
 

@@ -1,5 +1,6 @@
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,8 +8,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "plainfile.h"
 #include "platform/store/database.h"
-#include "scratch.h"
+#include "support/temporaryfolder.h"
 #include "tables.h"
 
 namespace {
@@ -28,44 +30,44 @@ store::StoreError refusalOf(const std::string& path, int timeoutMs = 50) {
     throw std::runtime_error("was opened: " + path);
 }
 
-std::string sampleFile(const Scratch& scratch, const std::string& name = "routing.mdb") {
-    const auto database = store::createFile(scratch.path(name));
+std::string sampleFile(const support::TemporaryFolder& folder,
+                       const std::string& name = "routing.mdb") {
+    const auto database = store::createFile(folder.path() + name);
     database->create(everyKind());
     database->begin();
     for (int i = 0; i < 2000; ++i) {
         database->execute("INSERT INTO STOPS (RUN) VALUES ('R" + std::to_string(i) + "')");
     }
     database->commit();
-    return scratch.path(name);
+    return folder.path() + name;
 }
 
 TEST(Open, NeverCreatesAFile) {
-    const Scratch scratch;
-    EXPECT_EQ(refusalOf(scratch.path("routing.mdb")).fault(), Fault::Missing);
-    EXPECT_EQ(refusalOf(scratch.path("no/such/folder.mdb")).fault(), Fault::Missing);
-    EXPECT_FALSE(std::filesystem::exists(scratch.path("routing.mdb")));
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    EXPECT_EQ(refusalOf(folder.path() + "routing.mdb").fault(), Fault::Missing);
+    EXPECT_EQ(refusalOf(folder.path() + "no/such/folder.mdb").fault(), Fault::Missing);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() + "routing.mdb"));
 }
 
 TEST(Open, TellsWhatAFileIsInstead) {
-    const Scratch scratch;
-    EXPECT_EQ(refusalOf(scratch.write("a", "")).fault(), Fault::NotADatabase);
-    EXPECT_EQ(refusalOf(scratch.write("b", "[AppPaths]\n")).fault(), Fault::NotADatabase);
-    EXPECT_EQ(refusalOf(scratch.write("c", std::string(4096, '\xff'))).fault(),
-              Fault::NotADatabase);
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    EXPECT_EQ(refusalOf(folder.write("a", "")).fault(), Fault::NotADatabase);
+    EXPECT_EQ(refusalOf(folder.write("b", "[AppPaths]\n")).fault(), Fault::NotADatabase);
+    EXPECT_EQ(refusalOf(folder.write("c", std::string(4096, '\xff'))).fault(), Fault::NotADatabase);
     EXPECT_EQ(refusalOf(std::filesystem::temp_directory_path()).fault(), Fault::NotADatabase);
 
     const std::string head("\0\1\0\0", 4);
     for (const char* mark : {"Standard Jet DB", "Standard ACE DB"}) {
         const auto refusal = refusalOf(
-            scratch.write("d", head + mark + std::string(1, '\0') + std::string(4000, 'x')));
+            folder.write("d", head + mark + std::string(1, '\0') + std::string(4000, 'x')));
         EXPECT_EQ(refusal.fault(), Fault::OtherKind);
         EXPECT_THAT(refusal.description(), AllOf(HasSubstr("Access"), HasSubstr("imported")));
     }
 }
 
 TEST(Open, NoticesAFileThatLostItsEnd) {
-    const Scratch scratch;
-    const std::string path = sampleFile(scratch);
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const std::string path = sampleFile(folder);
     std::filesystem::resize_file(path, std::filesystem::file_size(path) - 4096);
     const auto refusal = refusalOf(path);
     EXPECT_EQ(refusal.fault(), Fault::Damaged);
@@ -73,8 +75,8 @@ TEST(Open, NoticesAFileThatLostItsEnd) {
 }
 
 TEST(Open, NoticesADamagedTableList) {
-    const Scratch scratch;
-    const std::string path = sampleFile(scratch);
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const std::string path = sampleFile(folder);
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(100);
     file << std::string(3900, '\x7f');
@@ -83,8 +85,8 @@ TEST(Open, NoticesADamagedTableList) {
 }
 
 TEST(Open, GivesUpOnALockedFileAfterTheTimeOut) {
-    const Scratch scratch;
-    const std::string path = sampleFile(scratch);
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const std::string path = sampleFile(folder);
     const PlainFile other(path);
     other.run("PRAGMA journal_mode = DELETE; BEGIN EXCLUSIVE");
     const auto refusal = refusalOf(path, 200);
@@ -95,9 +97,9 @@ TEST(Open, GivesUpOnALockedFileAfterTheTimeOut) {
 }
 
 TEST(Open, WritingWaitsForAnotherWriterAndThenSaysWhoIsInTheWay) {
-    const Scratch scratch;
-    const auto database = store::open(sampleFile(scratch), 50);
-    const PlainFile other(scratch.path("routing.mdb"));
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const auto database = store::open(sampleFile(folder), 50);
+    const PlainFile other(folder.path() + "routing.mdb");
     other.run("BEGIN IMMEDIATE; UPDATE STOPS SET SEQ = 9");
     try {
         database->begin();
@@ -116,8 +118,8 @@ TEST(Open, AReadOnlyFileRefusesWritesInPlainWords) {
         GTEST_SKIP() << "cannot give up the right to write everything";
     }
     {
-        const Scratch scratch;
-        const std::string path = sampleFile(scratch);
+        const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+        const std::string path = sampleFile(folder);
         chmod(path.c_str(), 0400);
         const auto database = store::open(path);
         try {
@@ -134,8 +136,8 @@ TEST(Open, AReadOnlyFileRefusesWritesInPlainWords) {
 }
 
 TEST(Open, AFullDiskIsNamedAndLeavesTheFileAsItWas) {
-    const Scratch scratch;
-    const auto database = store::open(sampleFile(scratch));
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const auto database = store::open(sampleFile(folder));
     database->execute("PRAGMA max_page_count = 1");
     try {
         for (int i = 0; i < 1000; ++i) {
@@ -146,13 +148,13 @@ TEST(Open, AFullDiskIsNamedAndLeavesTheFileAsItWas) {
         EXPECT_EQ(error.fault(), Fault::Full);
         EXPECT_THAT(error.description(), HasSubstr("no room"));
     }
-    const PlainFile other(scratch.path("routing.mdb"));
+    const PlainFile other(folder.path() + "routing.mdb");
     EXPECT_EQ(other.run("PRAGMA integrity_check"), "ok");
 }
 
 TEST(CreateFile, IsReadableByItsOwnerOnlyAndNeverReplacesAFile) {
-    const Scratch scratch;
-    const std::string path = scratch.path("trip.mdb");
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const std::string path = folder.path() + "trip.mdb";
     const auto database = store::createFile(path);
     database->create(everyKind());
     for (const std::string& name : {path, path + "-wal", path + "-shm"}) {
@@ -165,15 +167,15 @@ TEST(CreateFile, IsReadableByItsOwnerOnlyAndNeverReplacesAFile) {
 }
 
 TEST(Link, OwnTablesWinAndABadFileLeavesNothingBehind) {
-    const Scratch scratch;
-    const auto trip = store::createFile(scratch.path("trip.mdb"));
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const auto trip = store::createFile(folder.path() + "trip.mdb");
     trip->create(
         {"VEHTYPE", {{"VEHTYPE", store::ColumnKind::Code}, {"HIGH", store::ColumnKind::Integer}}});
     trip->create({"EMPLOYEE", {{"EMPNUM", store::ColumnKind::Integer}}, {"EMPNUM"}});
     trip->execute("INSERT INTO EMPLOYEE VALUES (12)");
-    const auto routing = store::createFile(scratch.path("routing.mdb"));
+    const auto routing = store::createFile(folder.path() + "routing.mdb");
     routing->create({"VEHTYPE", {{"VEHTYPE", store::ColumnKind::Code}}});
-    routing->link(scratch.path("trip.mdb"));
+    routing->link(folder.path() + "trip.mdb");
 
     ASSERT_NE(routing->catalog().find("EMPLOYEE"), nullptr);
     EXPECT_EQ(routing->catalog().find("VEHTYPE")->columns.size(), 1U);
@@ -183,22 +185,22 @@ TEST(Link, OwnTablesWinAndABadFileLeavesNothingBehind) {
     EXPECT_EQ(rows->integer(0), 12);
 
     const auto tables = routing->catalog().tables().size();
-    EXPECT_THROW(routing->link(scratch.write("x.mdb", "nothing")), store::StoreError);
-    EXPECT_THROW(routing->link(scratch.path("none.mdb")), store::StoreError);
-    EXPECT_FALSE(std::filesystem::exists(scratch.path("none.mdb")));
+    EXPECT_THROW(routing->link(folder.write("x.mdb", "nothing")), store::StoreError);
+    EXPECT_THROW(routing->link(folder.path() + "none.mdb"), store::StoreError);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() + "none.mdb"));
     EXPECT_EQ(routing->catalog().tables().size(), tables);
 }
 
 TEST(Link, ClosingALookAtAFileKeepsTheLocksOfItsOtherConnections) {
-    const Scratch scratch;
-    const auto trip = store::open(sampleFile(scratch, "trip.mdb"), 50);
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    const auto trip = store::open(sampleFile(folder, "trip.mdb"), 50);
     trip->begin();
     trip->execute("UPDATE STOPS SET SEQ = 1");
-    { const auto second = store::open(scratch.path("trip.mdb"), 50); }
+    { const auto second = store::open(folder.path() + "trip.mdb", 50); }
     const pid_t child = fork();
     if (child == 0) {
         try {
-            store::open(scratch.path("trip.mdb"), 50)->begin();
+            store::open(folder.path() + "trip.mdb", 50)->begin();
             _exit(1);
         } catch (const store::StoreError& error) {
             _exit(error.fault() == Fault::Locked ? 0 : 2);

@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "plainfile.h"
 #include "platform/store/database.h"
-#include "scratch.h"
+#include "support/temporaryfolder.h"
 #include "tables.h"
 
 namespace {
@@ -12,7 +13,7 @@ using store::RowOutcome;
 
 class Rows : public testing::Test {
 protected:
-    Rows() : database(store::createFile(scratch.path("r.mdb"))), other(scratch.path("r.mdb")) {
+    Rows() : database(store::createFile(folder.path() + "r.mdb")), other(folder.path() + "r.mdb") {
         database->create(everyKind());
         table = database->catalog().find("STOPS");
         row = {
@@ -26,7 +27,7 @@ protected:
     }
     RowOutcome setSeq(int seq) { return database->update(row, {{column("SEQ"), seq}}); }
 
-    Scratch scratch;
+    support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
     std::unique_ptr<store::Database> database;
     PlainFile other;
     const store::Table* table = nullptr;

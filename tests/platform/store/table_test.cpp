@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "plainfile.h"
 #include "platform/store/database.h"
-#include "scratch.h"
+#include "support/temporaryfolder.h"
 #include "tables.h"
 
 namespace {
@@ -14,7 +15,9 @@ using testing::HasSubstr;
 
 class Tables : public testing::Test {
 protected:
-    Tables() : database(store::createFile(scratch.path("t.mdb"))) { database->create(everyKind()); }
+    Tables() : database(store::createFile(folder.path() + "t.mdb")) {
+        database->create(everyKind());
+    }
 
     Fault faultOf(const std::string& sql) {
         try {
@@ -27,12 +30,12 @@ protected:
         return Fault::Other;
     }
 
-    Scratch scratch;
+    support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
     std::unique_ptr<store::Database> database;
 };
 
 TEST_F(Tables, AreReadBackAsTheyWereDescribed) {
-    const auto again = store::open(scratch.path("t.mdb"));
+    const auto again = store::open(folder.path() + "t.mdb");
     const store::Table* table = again->catalog().find("stops");
     ASSERT_NE(table, nullptr);
     const store::Table given = everyKind();
@@ -51,12 +54,12 @@ TEST_F(Tables, AreReadBackAsTheyWereDescribed) {
 }
 
 TEST_F(Tables, OfOtherToolsAreReadSensibly) {
-    const PlainFile other(scratch.path("t.mdb"));
+    const PlainFile other(folder.path() + "t.mdb");
     other.run(
         "CREATE TABLE OTHER (a VARCHAR(20), b BIGINT, c NUMERIC(8,2), d TIMESTAMP, e BIT, f,"
         " g BOOLEAN, h DOUBLE PRECISION);"
         "CREATE TABLE KEYED (a TEXT, b TEXT, PRIMARY KEY (b, a)) WITHOUT ROWID");
-    const auto again = store::open(scratch.path("t.mdb"));
+    const auto again = store::open(folder.path() + "t.mdb");
     std::vector<ColumnKind> kinds;
     for (const auto& column : again->catalog().find("OTHER")->columns) {
         kinds.push_back(column.kind);
@@ -106,16 +109,16 @@ TEST_F(Tables, ContradictionsAreRefusedAndLeaveNothing) {
                  store::StoreError);
     EXPECT_THROW(database->create({"A", {{"X"}}, {}, {{{"Y"}}}}), store::StoreError);
     EXPECT_THROW(database->create(everyKind()), store::StoreError);
-    EXPECT_EQ(
-        PlainFile(scratch.path("t.mdb")).run("SELECT count(*) FROM sqlite_schema WHERE name = 'A'"),
-        "0");
+    EXPECT_EQ(PlainFile(folder.path() + "t.mdb")
+                  .run("SELECT count(*) FROM sqlite_schema WHERE name = 'A'"),
+              "0");
 }
 
 TEST_F(Tables, OpenInAnyToolOfTheEngine) {
     database->execute(
         "INSERT INTO STOPS (RUN, DESCRIPTION, AT) VALUES"
         " ('R1', 'Oak ', '1899-12-30 08:00:00')");
-    const PlainFile other(scratch.path("t.mdb"));
+    const PlainFile other(folder.path() + "t.mdb");
     EXPECT_EQ(other.run("SELECT DESCRIPTION || AT FROM STOPS WHERE RUN = 'r1' AND MILES = 1.5"
                         " AND ACTIVE = 0 ORDER BY DESCRIPTION"),
               "Oak 1899-12-30 08:00:00");

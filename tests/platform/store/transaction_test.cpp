@@ -5,8 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "plainfile.h"
 #include "platform/store/database.h"
-#include "scratch.h"
+#include "support/temporaryfolder.h"
 #include "tables.h"
 
 namespace {
@@ -22,8 +23,8 @@ protected:
         return PlainFile(path).run("SELECT group_concat(SEQ) FROM STOPS");
     }
 
-    Scratch scratch;
-    std::string path = scratch.path("t.mdb");
+    support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    std::string path = folder.path() + "t.mdb";
 };
 
 TEST_F(Transactions, OfAKilledProgramAreRolledBack) {

@@ -1,40 +1,10 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include <sqlite3.h>
-#include <stdlib.h>
-
-/// A folder of a test's own, gone with it.
-class Scratch {
-public:
-    Scratch() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vireo-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no scratch folder");
-        }
-        folder_ = pattern;
-    }
-    ~Scratch() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-
-    [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
-    std::string write(const std::string& name, const std::string& content) const {
-        std::ofstream(path(name), std::ios::binary) << content;
-        return path(name);
-    }
-
-private:
-    std::filesystem::path folder_;
-};
 
 /// Another program at the same file: the engine's plain interface, nothing of ours registered.
 class PlainFile {
