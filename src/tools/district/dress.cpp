@@ -252,7 +252,7 @@ base::Date officeTime(base::Date day, Random& random) {
     const base::Date workday = day.dateValue().plusSeconds(weekday == Saturday       ? 2 * Day
                                                            : weekday == Saturday + 1 ? Day
                                                                                      : 0);
-    return workday.plusSeconds(random.between(7 * 3600, 17 * 3600 - 1));
+    return workday.plusSeconds(random.between(25'200, 61'199));
 }
 
 Audit auditBefore(base::Date asOf, Random& random) {

@@ -19,10 +19,10 @@ namespace {
 
 using base::Date;
 
-constexpr std::int64_t RunsPerSchool = 30;  ///< each way
-constexpr int StopsPerRun = 14;
-constexpr int StudentsPerRun = 20;  ///< each way; both ways make 10 a run
-constexpr int TurnsPerRun = 3;
+constexpr std::int64_t RunsPerSchool = 30;   ///< each way
+constexpr std::int64_t StopsPerRun = 14;     ///< on average, the school apart
+constexpr std::int64_t StudentsPerRun = 20;  ///< each way; both ways make 10 a run
+constexpr std::int64_t TurnsPerRun = 3;
 constexpr std::int64_t RunsPerGarage = 4000;
 constexpr double FeetPerMile = 5280;
 
@@ -147,19 +147,29 @@ private:
         return run;
     }
 
-    /// One run's students more are the next one's less.
-    int studentsOn(std::int64_t number) {
-        if (number % 2 == 0) {
-            surplus_ = number + 1 < mornings() ? static_cast<int>(random_.between(-12, 12)) : 0;
-            return StudentsPerRun + surplus_;
-        }
-        return StudentsPerRun - surplus_;
-    }
+    /// A figure that is `mean` on average: what one run has more, the next one has less.
+    class Varied {
+    public:
+        Varied(std::int64_t mean, std::int64_t most) : mean_(mean), most_(most) {}
 
-    /// How many of the run's students board at each of its stops.
-    std::array<int, StopsPerRun> boardings(int students) {
-        std::array<int, StopsPerRun> counts{};
-        for (int i = 0; i < students; ++i) {
+        std::int64_t of(std::int64_t number, std::int64_t count, Random& random) {
+            if (number % 2 == 0) {
+                more_ = number + 1 < count ? random.between(-most_, most_) : 0;
+                return mean_ + more_;
+            }
+            return mean_ - more_;
+        }
+
+    private:
+        std::int64_t mean_;
+        std::int64_t most_;
+        std::int64_t more_ = 0;
+    };
+
+    /// How many of a run's students board at each of its stops.
+    std::vector<int> boardings(std::int64_t stops, std::int64_t students) {
+        std::vector<int> counts(static_cast<std::size_t>(stops));
+        for (std::int64_t i = 0; i < students; ++i) {
             ++counts[random_.below(counts.size())];
         }
         return counts;
@@ -170,15 +180,16 @@ private:
             const School& to = *district_.schools[static_cast<std::size_t>(i / RunsPerSchool)];
             Run run = runFor(to, triptype::Morning, i);
             run.bell = to.bell;
-            run.students = studentsOn(i);
-            const auto counts = boardings(run.students);
+            run.students = static_cast<int>(students_.of(i, mornings(), random_));
+            const std::int64_t stops = stops_.of(i, mornings(), random_);
+            const auto counts = boardings(stops, run.students);
             const Point far{to.at.x + random_.uniform(-6, 6) * FeetPerMile,
                             to.at.y + random_.uniform(-6, 6) * FeetPerMile};
-            for (int k = 0; k < StopsPerRun; ++k) {
-                const Stop& at = addStop(to, far, k);
-                const int students = counts[static_cast<std::size_t>(k)];
-                addStudents(district_, to, at, students, random_);
-                run.visits.push_back(boarding(at, students));
+            for (std::size_t k = 0; k < counts.size(); ++k) {
+                const Stop& at =
+                    addStop(to, far, static_cast<double>(k) / static_cast<double>(stops));
+                addStudents(district_, to, at, counts[k], random_);
+                run.visits.push_back(boarding(at, counts[k]));
             }
             run.visits.push_back(atSchool(to));
             run.description =
@@ -187,9 +198,8 @@ private:
         }
     }
 
-    /// The k-th stop on the way from the far end to the school.
-    const Stop& addStop(const School& to, Point far, int k) {
-        const double share = static_cast<double>(k) / StopsPerRun;
+    /// A stop at that share of the way from the far end to the school.
+    const Stop& addStop(const School& to, Point far, double share) {
         const Point at{
             far.x + (to.at.x - far.x) * share + random_.uniform(-0.15, 0.15) * FeetPerMile,
             far.y + (to.at.y - far.y) * share + random_.uniform(-0.15, 0.15) * FeetPerMile};
@@ -208,7 +218,8 @@ private:
         turns_ = std::max<std::int64_t>(1, sizes_.stops - firstTurn_);
         for (std::int64_t i = 0; i < turns_; ++i) {
             const auto run = static_cast<std::size_t>(i * mornings() / turns_);
-            const Stop& near = *district_.runs[run].visits[StopsPerRun / 2].stop;
+            const auto& visits = district_.runs[run].visits;
+            const Stop& near = *visits[visits.size() / 2].stop;
             const Point at{near.at.x + 700, near.at.y};
             add({.type = data::stoptype::Directional,
                  .description = "Turn at " + cornerAt(at),
@@ -225,9 +236,11 @@ private:
 
     void addTurns(Run& run, std::int64_t number) {
         const std::int64_t first = number * turns_ / mornings();
-        for (int i = 0; i < TurnsPerRun; ++i) {
+        const auto stops = static_cast<std::int64_t>(run.visits.size());
+        for (std::int64_t i = 0; i < TurnsPerRun; ++i) {
             const std::int64_t id = firstTurn_ + 1 + (first + i) % turns_;
-            run.visits.insert(run.visits.begin() + 3 + i * 4, Visit{.stop = &stop(id)});
+            const std::int64_t place = (i + 1) * stops / (TurnsPerRun + 1) + i;
+            run.visits.insert(run.visits.begin() + place, Visit{.stop = &stop(id)});
         }
     }
 
@@ -355,7 +368,8 @@ private:
     Random random_;
     District district_;
     double side_ = 0;
-    int surplus_ = 0;
+    Varied students_{StudentsPerRun, 12};
+    Varied stops_{StopsPerRun, 6};
     std::int64_t garages_ = 0;
     std::int64_t firstGarage_ = 0;
     std::int64_t firstTurn_ = 0;

@@ -11,9 +11,9 @@ namespace tools::district {
 namespace {
 
 constexpr std::int64_t Day = base::Date::SecondsPerDay;
-constexpr std::int64_t LogDays = 3 * 365;
-constexpr std::int64_t OpensAt = 7 * 3600;
-constexpr std::int64_t OpenSeconds = 10 * 3600;
+constexpr std::int64_t LogDays = 1095;
+constexpr std::int64_t OpensAt = 25'200;  // 7 in the morning
+constexpr std::int64_t OpenSeconds = 36'000;
 
 std::vector<const Run*> runsWithStops(const District& district) {
     std::vector<const Run*> runs;

@@ -1,7 +1,6 @@
 #include "tools/district/model.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "data/schema.h"
 
@@ -19,9 +18,8 @@ std::int64_t Run::firstStop() const {
 }
 
 std::int64_t Run::lastStop() const {
-    const auto backwards = visits | std::views::reverse;
-    const auto last = std::ranges::find_if(backwards, timed);
-    return last == backwards.end() ? 0 : last->stop->id;
+    const auto last = std::find_if(visits.rbegin(), visits.rend(), timed);
+    return last == visits.rend() ? 0 : last->stop->id;
 }
 
 int Run::timedStops() const { return static_cast<int>(std::ranges::count_if(visits, timed)); }

@@ -41,7 +41,7 @@ public:
     /// "510" is 5:10; in seconds.
     [[nodiscard]] std::int64_t clock(std::size_t cell) const {
         const int value = whole(cell);
-        return (value / 100) * 3600 + (value % 100) * 60;
+        return std::int64_t{value / 100} * 3600 + std::int64_t{value % 100} * 60;
     }
 
     /// "03:19:11.888", in milliseconds.
@@ -50,8 +50,8 @@ public:
         if (value.size() < 8 || value[2] != ':' || value[5] != ':') {
             wrong(fmt::format("holds \"{}\" where a time of day is expected", value));
         }
-        const int hours = parsed<int>(value.substr(0, 2));
-        const int minutes = parsed<int>(value.substr(3, 2));
+        const auto hours = parsed<std::int64_t>(value.substr(0, 2));
+        const auto minutes = parsed<std::int64_t>(value.substr(3, 2));
         return (hours * 60 + minutes) * 60'000 +
                std::llround(parsed<double>(value.substr(6)) * 1000);
     }
