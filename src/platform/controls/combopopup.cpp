@@ -35,8 +35,6 @@ ComboPopup::ComboPopup(const TableModel& rows, QWidget* parent) : QTreeView(pare
 
 int ComboPopup::fitColumns() {
     const std::vector<TableColumn>& columns = rows_.table().columns;
-    setHeaderHidden(std::all_of(columns.begin(), columns.end(),
-                                [](const TableColumn& one) { return one.caption.empty(); }));
     int sum = 0;
     for (int column = 0; column < rows_.columnCount(); ++column) {
         const int wanted = pixelsOf(columns[static_cast<std::size_t>(column)].widthTwips, *this);

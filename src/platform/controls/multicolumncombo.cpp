@@ -1,6 +1,7 @@
 #include "platform/controls/multicolumncombo.h"
 
 #include <QCompleter>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -52,6 +53,8 @@ MultiColumnCombo::MultiColumnCombo(QWidget* parent)
 void MultiColumnCombo::offerRowsWhileTyping() {
     auto* completer = new RowCompleter(model_, this);
     auto* popup = new ComboPopup(*model_);
+    // The completer makes the list as high as its rows alone.
+    popup->setHeaderHidden(true);
     completer->setPopup(popup);
     connect(lineEdit(), &QLineEdit::textEdited, popup,
             [popup, this] { popup->setMinimumWidth(std::max(popup->fitColumns(), width())); });
@@ -61,6 +64,9 @@ void MultiColumnCombo::offerRowsWhileTyping() {
 }
 
 void MultiColumnCombo::setTable(TextTable table) {
+    const bool captions = std::any_of(table.columns.begin(), table.columns.end(),
+                                      [](const TableColumn& one) { return !one.caption.empty(); });
+    static_cast<ComboPopup*>(view())->setHeaderHidden(!captions);
     model_->setTable(std::move(table));
     clearChoice();
 }
@@ -107,6 +113,19 @@ void MultiColumnCombo::showPopup() {
     const int widest = screen()->availableGeometry().width();
     popup->setMinimumWidth(std::min(std::max(popup->fitColumns(), width()), widest));
     QComboBox::showPopup();
+    makeRoomForCaptions();
+}
+
+void MultiColumnCombo::makeRoomForCaptions() {
+    const auto* popup = static_cast<ComboPopup*>(view());
+    if (popup->isHeaderHidden() || count() > maxVisibleItems()) {
+        return;
+    }
+    QWidget* box = popup->parentWidget();
+    const int more = popup->header()->sizeHint().height();
+    const bool above = box->y() < mapToGlobal(QPoint()).y();
+    box->setGeometry(box->x(), above ? box->y() - more : box->y(), box->width(),
+                     box->height() + more);
 }
 
 void MultiColumnCombo::wheelEvent(QWheelEvent* event) { event->ignore(); }

@@ -48,6 +48,7 @@ protected:
 
 private:
     void offerRowsWhileTyping();
+    void makeRoomForCaptions();
     void matchTyped(const QString& typed);
     void setRowKeepingText(int row);
 

@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QCompleter>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -112,6 +113,7 @@ TEST_F(ComboTest, ThePopupShowsAllColumnsAndFindsWhatIsTyped) {
     QAbstractItemView* popup = combo.view();
     ASSERT_TRUE(popup->isVisible());
     EXPECT_GE(popup->width(), 2 * combo.fontMetrics().horizontalAdvance("Lincoln Elementary"));
+    EXPECT_EQ(popup->verticalScrollBar()->maximum(), 0);
     QTest::keyClicks(popup, "ad");
     QTest::keyClick(popup, Qt::Key_Return);
     EXPECT_EQ(combo.text(), "040");
