@@ -218,6 +218,10 @@ bool Binder::orderByAlias(OrderItem& item, const Select& select) const {
 
 void Binder::checkGrouping(const Select& select) const {
     if (!select.grouped()) {
+        if (select.having) {
+            failSyntax("HAVING needs a GROUP BY or an aggregate such as Count", sql_,
+                       select.having->offset);
+        }
         return;
     }
     for (const Output& output : select.outputs) {
