@@ -95,6 +95,9 @@ void SqliteDatabase::addTables(const std::string& attachedAs, const std::string&
     Source source = source_;
     source.path = path;
     for (Table& table : readTables(source, attachedAs)) {
+        if (attachedAs == "main" && ownTable_.empty()) {
+            ownTable_ = table.name;
+        }
         catalog_.add(std::move(table));
     }
 }
@@ -155,7 +158,21 @@ base::Value SqliteDatabase::defaultOf(const Column& column) { return rows_.defau
 
 bool SqliteDatabase::inTransaction() const { return sqlite3_get_autocommit(source_.handle) == 0; }
 
-void SqliteDatabase::begin() { execute("BEGIN IMMEDIATE"); }
+void SqliteDatabase::begin() {
+    if (linked_.empty() || ownTable_.empty()) {
+        execute("BEGIN IMMEDIATE");
+        return;
+    }
+    // An immediate transaction would lock the linked files, too, and wait for whoever writes there.
+    // A change to no row takes the lock of this file alone.
+    execute("BEGIN");
+    try {
+        execute(fmt::format("DELETE FROM main.{} WHERE 0", quoted(ownTable_)));
+    } catch (const StoreError&) {
+        execute("ROLLBACK");
+        throw;
+    }
+}
 
 void SqliteDatabase::commit() { execute("COMMIT"); }
 

@@ -53,6 +53,7 @@ private:
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle_;
     Rows rows_;
     Catalog catalog_;
+    std::string ownTable_;  ///< any table of the file itself; empty where there is none
     std::vector<std::pair<std::string, std::string>> linked_;  ///< name in SQL and path
 };
 

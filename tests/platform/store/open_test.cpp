@@ -191,6 +191,25 @@ TEST(Link, OwnTablesWinAndABadFileLeavesNothingBehind) {
     EXPECT_EQ(routing->catalog().tables().size(), tables);
 }
 
+TEST(Link, AWriterOfALinkedFileIsNotInTheWay) {
+    const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
+    sampleFile(folder, "trip.mdb");
+    const auto routing = store::open(sampleFile(folder), 50);
+    routing->link(folder.path() + "trip.mdb");
+    const PlainFile tripWriter(folder.path() + "trip.mdb");
+    tripWriter.run("BEGIN IMMEDIATE");
+    routing->begin();
+    EXPECT_EQ(routing->execute("UPDATE STOPS SET SEQ = 1 WHERE ID = 1"), 1);
+    EXPECT_THROW(PlainFile(folder.path() + "routing.mdb").run("DELETE FROM STOPS"),
+                 std::runtime_error);
+    routing->commit();
+
+    const PlainFile routingWriter(folder.path() + "routing.mdb");
+    routingWriter.run("BEGIN IMMEDIATE");
+    EXPECT_THROW(routing->begin(), store::StoreError);
+    EXPECT_FALSE(routing->inTransaction());
+}
+
 TEST(Link, ClosingALookAtAFileKeepsTheLocksOfItsOtherConnections) {
     const support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
     const auto trip = store::open(sampleFile(folder, "trip.mdb"), 50);
