@@ -7,8 +7,9 @@
 namespace forms {
 
 FormRegistry& FormRegistry::instance() {
-    static FormRegistry registry;
-    return registry;
+    // Never destroyed: where the toolkit itself exits (its display is gone), no form can be closed.
+    static auto* registry = new FormRegistry;
+    return *registry;
 }
 
 FormRegistry::~FormRegistry() = default;
