@@ -90,7 +90,7 @@ double valOf(const Value& value) { return base::leadingNumber(value.asText()); }
 double numberOf(const Value& value) { return value.asNumber(); }
 std::int64_t wholeOf(const Value& value) { return value.asInteger(); }
 double singleOf(const Value& value) {
-    return static_cast<double>(static_cast<float>(value.asNumber()));
+    return base::singleOf(value.asNumber());
 }
 std::string isoOf(const Value& value) { return dateOf(value).iso(); }
 double daysOf(const Value& value) { return Value(dateOf(value)).asNumber(); }

@@ -87,7 +87,7 @@ base::Value boundValue(const Parameter& parameter, const std::vector<base::Value
         case Binding::Integer:
             return {value.asInteger()};
         case Binding::Single:
-            return {static_cast<double>(static_cast<float>(value.asNumber()))};
+            return {base::singleOf(value.asNumber())};
         case Binding::YesNo:
             return {value.asNumber() != 0};
         case Binding::Date:
