@@ -22,7 +22,7 @@ constexpr std::array Verbs{
     VerbSyntax{Verb::State, "state", "C", "state FORM.CONTROL"},
     VerbSyntax{Verb::Forms, "forms", "", "forms"},
     VerbSyntax{Verb::Boxes, "boxes", "", "boxes"},
-    VerbSyntax{Verb::Shot, "shot", "FW", "shot FORM FILE.png"},
+    VerbSyntax{Verb::Shot, "shot", "FP", "shot FORM FILE.png"},
     VerbSyntax{Verb::Close, "close", "F", "close FORM"},
     VerbSyntax{Verb::Wait, "wait", "N", "wait MILLISECONDS"},
     VerbSyntax{Verb::Until, "until", "CTN", "until FORM.CONTROL TEXT MILLISECONDS"},

@@ -54,7 +54,7 @@ private:
 };
 
 /// What follows a verb, one letter a part: C form and control, F form, N number, R rows or "all" or
-/// "none", B buttons, W one word, T the rest of the line, a number behind T stands last on the
+/// "none", B buttons, P a path, T the rest of the line, a number behind T stands last on the
 /// line.
 struct VerbSyntax {
     Verb verb;

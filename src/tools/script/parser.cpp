@@ -59,7 +59,7 @@ private:
 
     std::string word() {
         const std::size_t end = std::min(rest_.find_first_of(Blanks), rest_.size());
-        const std::string taken(rest_.substr(0, end));
+        std::string taken(rest_.substr(0, end));
         rest_ = trimmed(rest_.substr(end));
         return taken;
     }
@@ -113,8 +113,8 @@ private:
             case 'B':
                 readButtons();
                 break;
-            case 'W':
-                command_.text = neededWord();
+            case 'P':
+                readPath();
                 break;
             default:
                 command_.text = text();
@@ -129,6 +129,13 @@ private:
         }
         command_.form = name.substr(0, point);
         command_.control = name.substr(point + 1);
+    }
+
+    void readPath() {
+        if (rest_.empty()) {
+            failUsage();
+        }
+        command_.text = text();
     }
 
     void readRows() {
