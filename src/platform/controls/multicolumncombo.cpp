@@ -118,11 +118,12 @@ void MultiColumnCombo::showPopup() {
 
 void MultiColumnCombo::makeRoomForCaptions() {
     const auto* popup = static_cast<ComboPopup*>(view());
-    if (popup->isHeaderHidden() || count() > maxVisibleItems()) {
+    if (popup->isHeaderHidden() || count() == 0 || count() > maxVisibleItems()) {
         return;
     }
     QWidget* box = popup->parentWidget();
-    const int more = popup->header()->sizeHint().height();
+    const int rows = count() * popup->visualRect(model_->index(0, 0)).height();
+    const int more = popup->header()->height() + rows + 2 * popup->frameWidth() - popup->height();
     const bool above = box->y() < mapToGlobal(QPoint()).y();
     box->setGeometry(box->x(), above ? box->y() - more : box->y(), box->width(),
                      box->height() + more);

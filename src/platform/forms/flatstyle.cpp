@@ -359,6 +359,9 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     if (hint == SH_ItemView_ShowDecorationSelected) {
         return 1;
     }
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) {
+        return 0;
+    }
     if (hint == SH_FormLayoutLabelAlignment) {
         return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     }
