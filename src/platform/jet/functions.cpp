@@ -29,6 +29,14 @@ Date dateOf(const Value& value) {
     return value.asDate();
 }
 
+/// The store's form of a date; its calendar ends with the year 9999.
+std::string isoText(Date date) {
+    if (date < Date::of(100, 1, 1) || date > Date::of(9999, 12, 31, 23, 59, 59)) {
+        base::raise(base::errors::Overflow);
+    }
+    return date.iso();
+}
+
 /// Functions of one argument give Null for Null.
 template <auto Function>
 Value one(Arguments arguments) {
@@ -92,7 +100,7 @@ std::int64_t wholeOf(const Value& value) { return value.asInteger(); }
 double singleOf(const Value& value) {
     return base::singleOf(value.asNumber());
 }
-std::string isoOf(const Value& value) { return dateOf(value).iso(); }
+std::string isoOf(const Value& value) { return isoText(dateOf(value)); }
 double daysOf(const Value& value) { return Value(dateOf(value)).asNumber(); }
 double floorOf(const Value& value) { return std::floor(value.asNumber()); }
 double truncated(const Value& value) { return std::trunc(value.asNumber()); }
@@ -147,7 +155,7 @@ std::chrono::year_month_day civil(Date date) {
 /// The same day of another month, or that month's last.
 Date plusMonths(Date date, std::int64_t months) {
     using std::chrono::last;
-    constexpr std::int64_t Most = 12 * 10000;
+    constexpr std::int64_t Most = 12 * 10'000LL;
     if (months > Most || months < -Most) {
         base::raise(base::errors::Overflow);
     }
@@ -179,13 +187,13 @@ Value dateAdd(Arguments arguments) {
     }
     switch (interval) {
         case Interval::Year:
-            return {plusMonths(date, count * 12).iso()};
+            return {isoText(plusMonths(date, count * 12))};
         case Interval::Quarter:
-            return {plusMonths(date, count * 3).iso()};
+            return {isoText(plusMonths(date, count * 3))};
         case Interval::Month:
-            return {plusMonths(date, count).iso()};
+            return {isoText(plusMonths(date, count))};
         default:
-            return {date.plusSeconds(count * secondsOf(interval)).iso()};
+            return {isoText(date.plusSeconds(count * secondsOf(interval)))};
     }
 }
 

@@ -171,17 +171,18 @@ bool canFollow(const Form& right, const Conditions& on) {
 Form outerJoin(Form left, Form right, const Expr* on) {
     Conditions conditions;
     split(on, conditions);
+    std::vector<JoinStep> followers;
     JoinStep step;
     if (right.inner.size() == 1 && right.conditions.empty() && canFollow(right, conditions)) {
         step = std::move(right.inner.front());
+        followers = std::move(right.outer);
     } else {
         step = grouped(std::move(right), conditions);
-        right.outer.clear();
     }
     step.outer = true;
     append(step.on, std::move(conditions));
     left.outer.push_back(std::move(step));
-    append(left.outer, std::move(right.outer));
+    append(left.outer, std::move(followers));
     return left;
 }
 

@@ -121,6 +121,8 @@ TEST(Functions, BadArgumentsFailTheStatement) {
     EXPECT_THROW((void)valueOf("CDATE('someday')"), base::RunTimeError);
     EXPECT_THROW((void)valueOf("CLNG('many')"), base::RunTimeError);
     EXPECT_THROW((void)valueOf("DATEADD('x', 1, #1/1/2026#)"), base::RunTimeError);
+    EXPECT_THROW((void)valueOf("#1/1/2026# + 1E9"), base::RunTimeError);
+    EXPECT_THROW((void)valueOf("DATEADD('d', 9000000, #1/1/2026#)"), base::RunTimeError);
     EXPECT_THROW((void)valueOf("DATEADD('yyyy', 1E12, #1/1/2026#)"), base::RunTimeError);
 }
 
