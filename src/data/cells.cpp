@@ -1,19 +1,24 @@
 #include "data/cells.h"
 
-#include <utility>
-
+#include "platform/base/text.h"
 #include "startup/mdlNONULL.h"
 
 namespace data {
 
-base::Value cellValue(controls::CellKind kind, base::Value value) {
-    switch (kind) {
-        case controls::CellKind::Text:
-            return startup::NoNullString(std::move(value));
+void setCell(controls::TextTable& table, std::size_t row, std::size_t column,
+             const ado::Field& field) {
+    switch (table.columns[column].kind) {
+        case controls::CellKind::Text: {
+            // NoNullString without making a value: most cells of a list are texts.
+            const auto text = field.textView();
+            table.setText(row, column, base::trim(text).empty() ? " " : text);
+            break;
+        }
         case controls::CellKind::Number:
-            return startup::NoNullNumber(std::move(value));
+            table.set(row, column, startup::NoNullNumber(field.Value()));
+            break;
         default:
-            return value;
+            table.set(row, column, field.Value());
     }
 }
 

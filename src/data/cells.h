@@ -1,12 +1,16 @@
 #pragma once
 
-#include "platform/base/value.h"
+#include <cstddef>
+
+#include "platform/ado/recordset.h"
 #include "platform/controls/texttable.h"
 
 namespace data {
 
-/// A field's value as a list's cell of that kind holds it: a Null or blank text is one blank, a
-/// number that is Null, zero or no number is 0, a time stays as it is.
-[[nodiscard]] base::Value cellValue(controls::CellKind kind, base::Value value);
+/// Puts a field of the current row into a list's cell, as the column's kind asks: a Null or blank
+/// text becomes one blank, a number that is Null, zero or no number becomes 0, a time stays as it
+/// is.
+void setCell(controls::TextTable& table, std::size_t row, std::size_t column,
+             const ado::Field& field);
 
 }  // namespace data

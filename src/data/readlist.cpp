@@ -1,54 +1,45 @@
 #include "data/readlist.h"
 
-#include <fmt/format.h>
-
 #include "data/cells.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
-#include "startup/mdlNONULL.h"
 
 namespace data {
 
 namespace {
 
-/// The fields of one column, found once for all rows.
-class ColumnReader {
-public:
-    ColumnReader(const LookupColumn& column, ado::Recordset& rows) : kind_(column.kind) {
+using Fields = std::vector<const ado::Field*>;
+
+/// The columns' fields, found once for all rows.
+std::vector<Fields> fieldsOf(const ListLookup& lookup, ado::Recordset& rows) {
+    std::vector<Fields> columns;
+    for (const auto& column : lookup.columns) {
+        auto& fields = columns.emplace_back();
         for (const auto name : column.fields) {
-            fields_.push_back(&rows.Fields(name));
+            fields.push_back(&rows.Fields(name));
         }
     }
+    return columns;
+}
 
-    [[nodiscard]] base::Value cell() const {
-        return fields_.size() == 1 ? cellValue(kind_, fields_.front()->Value()) : joined();
+/// What the fields of one column hold, ", " between them.
+std::string textOf(const Fields& fields) {
+    std::string text;
+    for (const auto* field : fields) {
+        text += field == fields.front() ? "" : ", ";
+        text += base::trim(field->textView());
     }
+    return std::string(base::trim(text));
+}
 
-private:
-    [[nodiscard]] base::Value joined() const {
-        std::string text;
-        for (const auto* field : fields_) {
-            text += text.empty() ? "" : ", ";
-            text += startup::NoNullString(field->Value()).asText();
-        }
-        return base::trim(text);
-    }
-
-    controls::CellKind kind_;
-    std::vector<const ado::Field*> fields_;
-};
-
-/// Opens the list's rows and reads each into cells, calling `row` with them.
+/// Opens the list's rows and calls `row` for each with the fields of its columns.
 template <class Row>
 void forEachRow(const ListLookup& lookup, ado::Connection& connection, Row row) {
     ado::Recordset rows;
     rows.Open(lookup.sql, connection);
-    std::vector<ColumnReader> readers;
-    for (const auto& column : lookup.columns) {
-        readers.emplace_back(column, rows);
-    }
+    const auto columns = fieldsOf(lookup, rows);
     for (; !rows.Eof(); rows.MoveNext()) {
-        row(readers);
+        row(columns);
     }
 }
 
@@ -59,10 +50,14 @@ controls::TextTable readList(const ListLookup& lookup, ado::Connection& connecti
     for (const auto& column : lookup.columns) {
         table.columns.push_back({std::string(column.caption), column.widthTwips, column.kind});
     }
-    forEachRow(lookup, connection, [&](const std::vector<ColumnReader>& readers) {
+    forEachRow(lookup, connection, [&](const std::vector<Fields>& columns) {
         const auto row = table.addRow();
-        for (std::size_t i = 0; i < readers.size(); ++i) {
-            table.set(row, i, readers[i].cell());
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            if (columns[i].size() == 1) {
+                setCell(table, row, i, *columns[i].front());
+            } else {
+                table.setText(row, i, textOf(columns[i]));
+            }
         }
     });
     return table;
@@ -70,9 +65,9 @@ controls::TextTable readList(const ListLookup& lookup, ado::Connection& connecti
 
 std::vector<std::string> readPlainList(const ListLookup& lookup, ado::Connection& connection) {
     std::vector<std::string> items;
-    forEachRow(lookup, connection, [&](const std::vector<ColumnReader>& readers) {
-        items.push_back(fmt::format("{}{}{}", base::trim(readers[0].cell().asText()),
-                                    lookup.plainSeparator, base::trim(readers[1].cell().asText())));
+    forEachRow(lookup, connection, [&](const std::vector<Fields>& columns) {
+        items.push_back(textOf(columns[0]) + std::string(lookup.plainSeparator) +
+                        textOf(columns[1]));
     });
     return items;
 }

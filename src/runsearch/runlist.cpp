@@ -65,7 +65,7 @@ controls::TextTable readRuns(const RunListLayout& layout, ado::Recordset& runs) 
     for (; !runs.Eof(); runs.MoveNext()) {
         const auto row = table.addRow();
         for (std::size_t i = 0; i < fields.size(); ++i) {
-            table.set(row, i, data::cellValue(table.columns[i].kind, fields[i]->Value()));
+            data::setCell(table, row, i, *fields[i]);
         }
         if (fields.size() < table.columns.size()) {
             table.setText(row, fields.size(), "");

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
-#include "data/cells.h"
 #include "data/mdlGetItems.h"
 #include "data/readlist.h"
 #include "startup/session.h"
@@ -15,8 +14,6 @@
 namespace data {
 namespace {
 
-using base::Value;
-using controls::CellKind;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -143,15 +140,6 @@ TEST_F(LookupTest, ReportsAKeyThatBreaksTheQuestionAndEndsTheProgram) {
     EXPECT_THROW((void)GetRun("O'Neil"), base::EndProgram);
     ASSERT_EQ(session_.boxes.shown.size(), 1U);
     EXPECT_THAT(session_.boxes.shown[0].text, HasSubstr("GetRun of Module: mdlGetItems."));
-}
-
-TEST(CellValue, ShowsBlankTextsAsOneBlankAndMissingNumbersAsZero) {
-    EXPECT_EQ(cellValue(CellKind::Text, {}), Value(" "));
-    EXPECT_EQ(cellValue(CellKind::Text, "   "), Value(" "));
-    EXPECT_EQ(cellValue(CellKind::Text, " Oak "), Value(" Oak "));
-    EXPECT_EQ(cellValue(CellKind::Number, {}), Value(0));
-    EXPECT_EQ(cellValue(CellKind::Number, 61.5), Value(61.5));
-    EXPECT_EQ(cellValue(CellKind::Time, {}), Value());
 }
 
 }  // namespace
