@@ -265,8 +265,8 @@ FilledCriteria filledCriteria(const RunSearchCriteria& criteria) {
                 filled(criteria.endTime) + filled(criteria.bellTime) + filled(criteria.runFamily) +
                 filled(criteria.location) + criteria.needsResolve,
             selected + filled(criteria.schoolType) + !criteria.tripTypes.empty(),
-            criteria.useRoute + filled(criteria.driver) + filled(criteria.vehicle) +
-                filled(criteria.aid) + filled(criteria.route) + criteria.notOnRoute};
+            filled(criteria.driver) + filled(criteria.vehicle) + filled(criteria.aid) +
+                filled(criteria.route) + criteria.notOnRoute};
 }
 
 }  // namespace runsearch

@@ -222,7 +222,7 @@ TEST(RunSearchQuery, CountsFilledCriteriaByTheirSubject) {
         c.bellTime = {Date::timeOfDay(7, 0), Date::timeOfDay(8, 0)};
         c.schools = schools({"A", "B"});
         c.searchSchoolStops = true;
-        c.useRoute = true;
+        c.useRoute = c.notOnRoute = true;
         c.vehicle = " ";
     });
     const auto count = filledCriteria(some);
