@@ -198,13 +198,15 @@ void frmTarn::cmdSearch_Click() {
 void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     ado::Recordset runs;
     runs.Open(query.runs, *startup::gcnRouting);
-    ui_->RunList->clearAll();
     ui_->RunList->sortingOff();
     if (runs.Eof() && runs.Bof()) {
+        ui_->RunList->clearAll();
         ui_->TotSel->setText("0");
         ui_->RunList->setEmptyText(NothingFound);
         return;
     }
+    // The columns stay for now: a search with the same ones keeps their widths.
+    ui_->RunList->clearRows();
     ui_->RunList->setTable(readRuns(RunListLayout(withRouting), runs));
     ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
     startup::RunSearchSQL = query.runs;

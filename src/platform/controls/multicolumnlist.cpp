@@ -102,8 +102,11 @@ MultiColumnList::MultiColumnList(QWidget* parent)
 
 void MultiColumnList::setTable(TextTable table) {
     sortingOff();
+    const bool fits = widthsFitRows_ && table.columns == model_->table().columns;
     model_->setTable(std::move(table));
-    applyWidths();
+    if (!fits) {
+        applyWidths();
+    }
     scrollToTop();
 }
 
@@ -335,6 +338,7 @@ int MultiColumnList::sizeHintForColumn(int column) const {
 
 void MultiColumnList::applyWidths() {
     const QScopedValueRollback<bool> setting(settingWidths_, true);
+    widthsFitRows_ = rows() > 0;
     const QVariantList remembered = LayoutMemory::instance().recall(layoutKey()).toList();
     constexpr int Narrowest = 56;
     constexpr int Widest = 220;

@@ -107,6 +107,7 @@ private:
     bool headerSorts_ = true;
     bool userActs_ = false;
     bool settingWidths_ = false;
+    bool widthsFitRows_ = false;  ///< found for these columns when there were rows to measure
 };
 
 }  // namespace controls

@@ -22,6 +22,8 @@ struct TableColumn {
     std::string caption;
     int widthTwips = 0;  ///< 0 is the list's default width; 15 twips are one pixel
     CellKind kind = CellKind::Text;
+
+    friend bool operator==(const TableColumn&, const TableColumn&) = default;
 };
 
 /// The rows of a list or a combo: values by row and column (both 0-based here), made into text only
