@@ -93,17 +93,21 @@ private:
     std::vector<std::function<void()>> whenIdle_;
 };
 
+/// Calls a procedure with a signal's arguments, or without any where it takes none.
+template <class Procedure, class... Arguments>
+void callWith(Procedure& procedure, Arguments&&... arguments) {
+    if constexpr (std::is_invocable_v<Procedure&, Arguments...>) {
+        procedure(std::forward<Arguments>(arguments)...);
+    } else {
+        procedure();
+    }
+}
+
 /// Connects a signal with a piece of the program, guarded, for as long as `context` lives.
 template <class Sender, class Signal, class Procedure>
 QMetaObject::Connection on(Sender* sender, Signal signal, QObject* context, Procedure procedure) {
     return QObject::connect(sender, signal, context, [procedure](auto&&... arguments) mutable {
-        Application::instance().guarded([&] {
-            if constexpr (std::is_invocable_v<Procedure&, decltype(arguments)...>) {
-                procedure(arguments...);
-            } else {
-                procedure();
-            }
-        });
+        Application::instance().guarded([&] { callWith(procedure, arguments...); });
     });
 }
 

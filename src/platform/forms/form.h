@@ -58,13 +58,7 @@ protected:
             if (state_ == State::Unloaded) {
                 return;
             }
-            Application::instance().guarded([&] {
-                if constexpr (std::is_invocable_v<Procedure&, decltype(arguments)...>) {
-                    procedure(arguments...);
-                } else {
-                    procedure();
-                }
-            });
+            Application::instance().guarded([&] { callWith(procedure, arguments...); });
         });
     }
 
