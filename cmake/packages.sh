@@ -16,9 +16,16 @@ need_packages() {
         root=(sudo)
     fi
     echo "Installing ${missing[*]}"
-    "${root[@]}" apt-get update -qq &&
+    local log
+    log=$(mktemp)
+    if ! { "${root[@]}" apt-get update -qq &&
         "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
-            --no-install-recommends "${missing[@]}" >/dev/null
+            --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
 }
 
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev libsqlite3-dev
