@@ -6,6 +6,8 @@
 #include <iterator>
 #include <stdexcept>
 
+#include <unistd.h>
+
 namespace support {
 
 namespace fs = std::filesystem;
@@ -14,8 +16,7 @@ namespace {
 
 fs::path parentIn(TemporaryFolder::Place place) {
     const fs::path memory = "/dev/shm";
-    std::error_code ignored;
-    return place == TemporaryFolder::Place::Memory && fs::is_directory(memory, ignored)
+    return place == TemporaryFolder::Place::Memory && euidaccess(memory.c_str(), W_OK | X_OK) == 0
                ? memory
                : fs::temp_directory_path();
 }
