@@ -22,6 +22,30 @@ std::size_t characterStart(std::string_view sql, std::size_t offset) {
     return offset;
 }
 
+bool isWord(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           static_cast<unsigned char>(c) >= 0x80U;
+}
+
+/// Whether a text before the offset ended in the middle of a word, as 'O'Brien' does.
+bool endsInsideWord(std::string_view sql, std::size_t offset) {
+    bool inside = false;
+    for (std::size_t i = 0; i + 1 < sql.size() && i < offset; ++i) {
+        if (sql[i] != '\'') {
+            continue;
+        }
+        if (inside && sql[i + 1] == '\'') {
+            ++i;
+            continue;
+        }
+        inside = !inside;
+        if (!inside && isWord(sql[i + 1])) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 std::string around(std::string_view sql, std::size_t offset) {
@@ -42,6 +66,12 @@ void fail(int number, std::string_view what, std::string_view sql, std::size_t o
 }
 
 void failSyntax(std::string_view what, std::string_view sql, std::size_t offset) {
+    if (endsInsideWord(sql, offset)) {
+        fail(errors::Syntax,
+             fmt::format("An apostrophe ends a text: write it twice, or _ for it in a pattern. {}",
+                         what),
+             sql, offset);
+    }
     fail(errors::Syntax, what, sql, offset);
 }
 

@@ -13,7 +13,8 @@ namespace jet {
 /// Raises SqlError: "`what` at position 37: …WHERE RUN.RUN = 'O'Brien'…".
 [[noreturn]] void fail(int number, std::string_view what, std::string_view sql, std::size_t offset);
 
-/// The same for what is not of the dialect.
+/// The same for what is not of the dialect, with a word on apostrophes where one ended a text in
+/// the middle of a word.
 [[noreturn]] void failSyntax(std::string_view what, std::string_view sql, std::size_t offset);
 
 }  // namespace jet

@@ -40,13 +40,17 @@ std::string repeated(std::string_view text, int times) {
 }  // namespace
 
 TEST(Errors, AreReadByPeople) {
+    const std::string hint =
+        "An apostrophe ends a text: write it twice, or _ for it in a pattern. ";
     const std::string sql = "SELECT RUN.* FROM RUN WHERE RUN.RUN = 'O'Brien' AND RUN.ACTIVE = True";
     EXPECT_EQ(complaint(sql),
-              "A text is not closed, or a quote inside a text is not doubled, at position 47: "
-              "… WHERE RUN.RUN = 'O'Brien' AND RUN.ACTIVE = True");
+              hint +
+                  "A text is not closed, or a quote inside a text is not doubled, at position 47: "
+                  "… WHERE RUN.RUN = 'O'Brien' AND RUN.ACTIVE = True");
     EXPECT_EQ(complaint("SELECT RUN.* FROM RUN WHERE RUN.RUN = 'O'Brien'' AND RUN.ACTIVE = True"),
-              "I do not understand Brien (I expect the end of the statement) at position 42: "
-              "…M RUN WHERE RUN.RUN = 'O'Brien'' AND RUN.ACTIVE = …");
+              hint +
+                  "I do not understand Brien (I expect the end of the statement) at position 42: "
+                  "…M RUN WHERE RUN.RUN = 'O'Brien'' AND RUN.ACTIVE = …");
 }
 
 TEST(Errors, CarryTheNumberOfTheirKind) {
