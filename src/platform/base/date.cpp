@@ -92,8 +92,8 @@ std::optional<Date> readDay(Reader& reader) {
     if (!first) {
         return std::nullopt;
     }
-    const char separator = reader.take('/') ? '/' : reader.take('-') ? '-' : 0;
-    const auto second = separator != 0 ? reader.number(2) : std::nullopt;
+    const char separator = reader.take('/') ? '/' : reader.take('-') ? '-' : '\0';
+    const auto second = separator != '\0' ? reader.number(2) : std::nullopt;
     if (!second || !reader.take(separator)) {
         return std::nullopt;
     }
@@ -222,12 +222,12 @@ Date Date::dateValue() const { return {floorDiv(seconds, SecondsPerDay) * Second
 
 std::string Date::text() const {
     const Parts p = partsOf(*this);
-    const std::string time = fmt::format("{}:{:02}:{:02} {}", p.hour % 12 == 0 ? 12 : p.hour % 12,
-                                         p.minute, p.second, p.hour < 12 ? "AM" : "PM");
+    std::string time = fmt::format("{}:{:02}:{:02} {}", p.hour % 12 == 0 ? 12 : p.hour % 12,
+                                   p.minute, p.second, p.hour < 12 ? "AM" : "PM");
     if (dateValue().seconds == 0) {
         return time;
     }
-    const std::string day = fmt::format("{}/{}/{}", p.month, p.day, p.year);
+    std::string day = fmt::format("{}/{}/{}", p.month, p.day, p.year);
     return timeValue().seconds == 0 ? day : day + " " + time;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/store/sqlitestatement.h"
 
+#include <memory>
 #include <string>
 
 #include <fmt/format.h>
@@ -81,10 +82,8 @@ bool PreparedStatement::step() {
     }
     if (code != SQLITE_DONE) {
         // Read the fault's text before the reset that releases the statement's locks clears it.
-        struct Release {
-            sqlite3_stmt* statement;
-            ~Release() { sqlite3_reset(statement); }
-        } release{statement_};
+        const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> release(statement_,
+                                                                            sqlite3_reset);
         raiseFault(source_, code);
     }
     return false;
