@@ -4,6 +4,8 @@ namespace base {
 
 void raise(int number) {
     switch (number) {
+        case errors::InvalidProcedureCall:
+            throw RunTimeError(number, "Invalid procedure call or argument");
         case errors::Overflow:
             throw RunTimeError(number, "Overflow");
         case errors::OutOfMemory:

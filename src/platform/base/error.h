@@ -8,6 +8,7 @@ namespace base {
 
 /// Error numbers of the run time that the program itself raises or tests for.
 namespace errors {
+inline constexpr int InvalidProcedureCall = 5;
 inline constexpr int Overflow = 6;
 inline constexpr int OutOfMemory = 7;
 inline constexpr int SubscriptOutOfRange = 9;
