@@ -1,6 +1,8 @@
 #include "platform/files/files.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 #include "platform/base/error.h"
@@ -57,6 +59,14 @@ void copy(const std::string& from, const std::string& to) {
 bool remove(const std::string& path) {
     std::error_code error;
     return exists(path) && fs::remove(find(path), error) && !error;
+}
+
+bool appendLine(const std::string& path, std::string line) {
+    std::ranges::replace_if(
+        line, [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    std::ofstream file(find(path), std::ios::binary | std::ios::app);
+    file << line + '\n' << std::flush;
+    return file.good();
 }
 
 std::string programFolder() {

@@ -24,6 +24,10 @@ void copy(const std::string& from, const std::string& to);
 /// Deletes the file; true when it was there and is gone.
 bool remove(const std::string& path);
 
+/// Adds one line to the end of the file, which is made where there is none. Line ends inside the
+/// line become blanks. True when it was written.
+bool appendLine(const std::string& path, std::string line);
+
 /// The folder of the running program, without a separator at its end.
 [[nodiscard]] std::string programFolder();
 

@@ -37,6 +37,14 @@ TEST_F(Files, FoldersAndEmptyPathsAreNoFiles) {
     EXPECT_TRUE(files::exists(in("Runs.txt")));
 }
 
+TEST_F(Files, AppendsOneLineEachToTheFileOfAnyCase) {
+    EXPECT_TRUE(files::appendLine(in("log.txt"), "first"));
+    std::filesystem::rename(in("log.txt"), in("LOG.TXT"));
+    EXPECT_TRUE(files::appendLine(in("log.txt"), "sec\r\nond"));
+    EXPECT_EQ(contentsOf(in("LOG.TXT")), "first\nsec  ond\n");
+    EXPECT_FALSE(files::appendLine(in("missing/log.txt"), "lost"));
+}
+
 TEST_F(Files, CopiesOverAFileOfAnotherCase) {
     folder_.write("RUNS.TXT", "new");
     folder_.write("runsold.txt", "old");
