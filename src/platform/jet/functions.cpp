@@ -123,7 +123,7 @@ Interval intervalOf(const std::string& name) {
     throw base::RunTimeError(5, "\"" + name + "\" is not an interval of time");
 }
 
-/// Seconds of an interval; 0 where it has no fixed length.
+/// Seconds of an interval of fixed length.
 std::int64_t secondsOf(Interval interval) {
     switch (interval) {
         case Interval::Week:
@@ -137,7 +137,7 @@ std::int64_t secondsOf(Interval interval) {
         case Interval::Second:
             return 1;
         default:
-            return 0;
+            base::raise(base::errors::InvalidProcedureCall);
     }
 }
 
