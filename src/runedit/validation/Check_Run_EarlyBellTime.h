@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/base/date.h"
+#include "runedit/validation/checkedrun.h"
+#include "runedit/validation/finding.h"
+#include "runedit/validation/stoprows.h"
+
+namespace runedit {
+
+/// Rule: a run that takes students home does not leave before the bell. Finds every stop whose time
+/// is strictly earlier than the bell's time of day; a time that is missing counts as midnight. The
+/// stop's date counts, so that a run that drives past midnight is understood.
+[[nodiscard]] Findings earlierThanBell(const StopRows& stops, base::Date bell);
+
+/// The same for the stops but turn points of the stored run, where it takes students home and has a
+/// bell. Cost: one statement.
+[[nodiscard]] Findings Check_Run_EarlyBellTime(const CheckedRun& run,
+                                               const ValidationDatabases& databases);
+
+}  // namespace runedit

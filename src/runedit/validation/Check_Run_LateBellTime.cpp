@@ -1,0 +1,30 @@
+#include "runedit/validation/Check_Run_LateBellTime.h"
+
+#include <fmt/format.h>
+
+namespace runedit {
+
+Findings laterThanBell(const StopRows& stops, base::Date bell) {
+    Findings findings;
+    for (const StopRow& stop : stops) {
+        const auto time = stop.time.value_or(base::Date());
+        if (time > bell.timeValue()) {
+            findings.push_back(
+                {stop.run, fmt::format("StopID: {} has an arrival time that is later than the bell "
+                                       "time you have told the run to honor.  The stop's arrival "
+                                       "time is: {}.  The bell time is: {}.",
+                                       stop.stopId, time.timeValue().text(), bell.text())});
+        }
+    }
+    return findings;
+}
+
+Findings Check_Run_LateBellTime(const CheckedRun& run, const ValidationDatabases& databases) {
+    if (!run.pickup || !run.bell) {
+        return {};
+    }
+    const auto condition = timedStopsOf(run.run).append(InSequence);
+    return laterThanBell(readStops(databases.routing, condition), *run.bell);
+}
+
+}  // namespace runedit

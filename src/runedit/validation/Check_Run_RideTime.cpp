@@ -1,0 +1,38 @@
+#include "runedit/validation/Check_Run_RideTime.h"
+
+#include <fmt/format.h>
+
+#include "platform/base/value.h"
+
+namespace runedit {
+
+namespace {
+
+std::int16_t maxRideTime(ado::Connection& routing) {
+    ado::Recordset district;
+    district.Open("Select * From District", routing);
+    return integer16(wholeOf(district["MaxRideTime"]));
+}
+
+}  // namespace
+
+Findings ridesTooLong(const StopRows& stops, std::int16_t maximum) {
+    Findings findings;
+    for (const StopRow& stop : stops) {
+        if (stop.rideMinutes > maximum) {
+            findings.push_back(
+                {stop.run,
+                 fmt::format("StopID: {} has a ride time greater than the max allowed.  "
+                             "Stop's total ride time: {} minutes max allowed: {} minutes.",
+                             stop.stopId, base::numberText(stop.rideMinutes), maximum)});
+        }
+    }
+    return findings;
+}
+
+Findings Check_Run_RideTime(const CheckedRun& run, const ValidationDatabases& databases) {
+    const auto maximum = maxRideTime(databases.routing);
+    return ridesTooLong(readStops(databases.routing, timedStopsOf(run.run)), maximum);
+}
+
+}  // namespace runedit

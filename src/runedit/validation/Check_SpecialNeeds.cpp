@@ -1,0 +1,185 @@
+#include "runedit/validation/Check_SpecialNeeds.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "platform/base/boundedarray.h"
+#include "platform/base/text.h"
+#include "platform/base/value.h"
+
+namespace runedit {
+
+namespace {
+
+struct Need {
+    std::string code;
+    float number = 0;
+};
+
+/// At most 50 codes with a number each, counted from 1.
+class NeedList {
+public:
+    /// The place of a code; 0 where it is not in the list.
+    [[nodiscard]] int find(std::string_view code) const {
+        for (int place = 1; place <= count_; ++place) {
+            if (base::equalsNoCase(base::trimRight(needs_[place].code), base::trimRight(code))) {
+                return place;
+            }
+        }
+        return 0;
+    }
+    int append(const std::string& code, float number) {
+        needs_[count_ + 1] = {code, number};
+        return ++count_;
+    }
+    float& numberAt(int place) { return needs_[place].number; }
+
+private:
+    base::BoundedArray<Need, 1, 50> needs_;
+    int count_ = 0;
+};
+
+/// Counts the needs of a run and compares them with what its vehicle type carries.
+class NeedCounter {
+public:
+    NeedCounter(const CheckedRun& run, const std::vector<NeedCount>& carried) : run_(run) {
+        for (const NeedCount& need : carried) {
+            carried_.append(need.code, static_cast<float>(need.count));
+        }
+    }
+
+    void add(const StopRow& stop, const NeedCount& need) {
+        const auto count = static_cast<float>(need.count);
+        const int own = addToTotals(need.code, count);
+        const int place = carried_.find(need.code);
+        if (place == 0) {
+            findings_.push_back({stop.run, notHandled(stop, need)});
+            return;
+        }
+        totals_.numberAt(place) += count;
+        if (carried_.numberAt(place) < totals_.numberAt(own)) {
+            findings_.push_back(
+                {stop.run, tooMany(stop, need, totals_.numberAt(own), carried_.numberAt(place))});
+        }
+    }
+
+    [[nodiscard]] Findings findings() && { return std::move(findings_); }
+
+private:
+    int addToTotals(const std::string& code, float count) {
+        const int place = totals_.find(code);
+        if (place == 0) {
+            return totals_.append(code, count);
+        }
+        totals_.numberAt(place) += count;
+        return place;
+    }
+
+    [[nodiscard]] std::string passengers(const StopRow& stop, const NeedCount& need) const {
+        return fmt::format("{} {} has {} passengers with the special need of: {}",
+                           run_.inRouteMode() ? fmt::format("In Run: {} stopID:", run_.run)
+                                              : std::string("StopID:"),
+                           stop.stopId, base::numberText(need.count), need.code);
+    }
+
+    [[nodiscard]] std::string vehicleOfRoute() const {
+        return fmt::format(
+            " and the vehicle assigned to the route: {} with the vehicle type of: {}", run_.vehicle,
+            run_.vehType);
+    }
+
+    [[nodiscard]] std::string notHandled(const StopRow& stop, const NeedCount& need) const {
+        return passengers(stop, need) +
+               (run_.inRouteMode()
+                    ? vehicleOfRoute()
+                    : fmt::format(" and the vehicle type of: {} was assigned to the run and",
+                                  run_.vehType)) +
+               " does not handle this special need.";
+    }
+
+    [[nodiscard]] std::string tooMany(const StopRow& stop, const NeedCount& need, float total,
+                                      float carried) const {
+        return passengers(stop, need) +
+               (run_.inRouteMode()
+                    ? vehicleOfRoute()
+                    : fmt::format(" bringing the total number of passangers with this special need "
+                                  "to: {} and the vehicle type of: {}",
+                                  base::numberText(total), run_.vehType)) +
+               fmt::format(
+                   " was assigned to the run and only has a capacity for this special need "
+                   "of:{}.",
+                   base::numberText(carried));
+    }
+
+    const CheckedRun& run_;
+    NeedList carried_;
+    NeedList totals_;
+    Findings findings_;
+};
+
+std::vector<NeedCount> carriedBy(const std::string& vehType, ado::Connection& trip) {
+    ado::Recordset rows;
+    rows.Open(fmt::format("SELECT VEHTYPE_SPECIALNEEDS.* FROM VEHTYPE_SPECIALNEEDS Where "
+                          "VEHTYPE_SPECIALNEEDS.VEHTYPE='{}'",
+                          vehType),
+              trip);
+    std::vector<NeedCount> carried;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        carried.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["Capacity"])});
+    }
+    return carried;
+}
+
+std::string needsSql(const StopRow& stop) {
+    return fmt::format(
+        "SELECT STU_ADDR_TRIPTYPE.INT_STOPID, STU_SPECIALNEEDS.SPECIALNEEDS_CODE, "
+        "STU_ADDR_TRIPTYPE.TRIPTYPE, Count(STU_SPECIALNEEDS.SPECIALNEEDS_CODE) AS TOTSPEC FROM "
+        "(STUDENT INNER JOIN STU_ADDR_TRIPTYPE ON STUDENT.INT_STUID = STU_ADDR_TRIPTYPE.INT_STUID) "
+        "INNER JOIN STU_SPECIALNEEDS ON STUDENT.INT_STUID = STU_SPECIALNEEDS.INT_STUID GROUP BY "
+        "STU_ADDR_TRIPTYPE.INT_STOPID, STU_ADDR_TRIPTYPE.TRIPTYPE, "
+        "STU_SPECIALNEEDS.SPECIALNEEDS_CODE Having STU_ADDR_TRIPTYPE.Int_StopID = {} AND "
+        "STU_ADDR_TRIPTYPE.TRIPTYPE='{}'",
+        stop.intStopId, stop.tripType);
+}
+
+std::vector<NeedCount> needsAt(const StopRow& stop, ado::Connection& routing) {
+    ado::Recordset rows;
+    rows.Open(needsSql(stop), routing);
+    std::vector<NeedCount> needs;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        needs.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["TotSpec"])});
+    }
+    std::stable_sort(needs.begin(), needs.end(), [](const NeedCount& a, const NeedCount& b) {
+        return base::lowered(a.code) < base::lowered(b.code);
+    });
+    return needs;
+}
+
+}  // namespace
+
+Findings needsNotMet(const CheckedRun& run, const std::vector<StopNeeds>& stops,
+                     const std::vector<NeedCount>& carried) {
+    NeedCounter counter(run, carried);
+    for (const StopNeeds& at : stops) {
+        for (const NeedCount& need : at.needs) {
+            if (!base::trim(need.code).empty()) {
+                counter.add(at.stop, need);
+            }
+        }
+    }
+    return std::move(counter).findings();
+}
+
+Findings Check_SpecialNeeds(const CheckedRun& run, const ValidationDatabases& databases) {
+    const auto carried = carriedBy(run.vehType, databases.trip);
+    std::vector<StopNeeds> stops;
+    for (StopRow& stop : readStops(databases.routing, regularStopsOf(run.run))) {
+        auto needs = needsAt(stop, databases.routing);
+        stops.push_back({std::move(stop), std::move(needs)});
+    }
+    return needsNotMet(run, stops, carried);
+}
+
+}  // namespace runedit

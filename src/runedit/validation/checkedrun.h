@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
+#include "platform/base/date.h"
+
+namespace runedit {
+
+/// The connections that a validation reads.
+struct ValidationDatabases {
+    ado::Connection& routing;
+    ado::Connection& trip;
+};
+
+/// What the checks know of the run itself. A run that is not stored (any more) is one without
+/// vehicle and bell.
+struct CheckedRun {
+    std::string run;
+    std::int64_t intRouteId = 0;  ///< the route that the caller asks for; 0 is none
+
+    std::string vehicle;  ///< of the run's own route, blank where none is known
+    std::string vehType;  ///< of that vehicle, otherwise of the run; may be blank
+    std::string capacityLevel = "Medium";
+    std::int16_t capacity = 0;  ///< seats; filled where the passengers are checked
+    bool pickup = false;
+    std::optional<base::Date> bell;
+
+    /// Whether findings are those of a route.
+    [[nodiscard]] bool inRouteMode() const { return intRouteId != 0; }
+    [[nodiscard]] bool hasVehicle() const;
+};
+
+/// Reads the run, its route and the route's vehicle, as far as there are any.
+[[nodiscard]] CheckedRun readCheckedRun(const std::string& run, std::int64_t intRouteId,
+                                        const ValidationDatabases& databases);
+
+/// The statement that reads a run's row.
+[[nodiscard]] std::string runSql(std::string_view run);
+
+// A field with Null as a blank, as 0, as no time, as No.
+[[nodiscard]] std::string textOf(const ado::Field& field);
+[[nodiscard]] double numberOf(const ado::Field& field);
+[[nodiscard]] std::int64_t wholeOf(const ado::Field& field);
+[[nodiscard]] std::optional<base::Date> timeOf(const ado::Field& field);
+[[nodiscard]] bool yesNoOf(const ado::Field& field);
+
+/// A whole number of 16 bits; raises "Overflow" (6) beyond.
+[[nodiscard]] std::int16_t integer16(std::int64_t number);
+
+}  // namespace runedit

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace runedit {
+
+/// One breach of a rule at one stop.
+struct Finding {
+    std::string run;      ///< the run as the stop's record names it
+    std::string message;  ///< what the planner reads, as it is recorded
+};
+
+using Findings = std::vector<Finding>;
+
+/// The text of a message box: every message, trimmed, each behind the separator.
+[[nodiscard]] std::string accumulated(const Findings& findings, std::string_view separator);
+
+}  // namespace runedit

@@ -1,0 +1,241 @@
+#include "runedit/validation/mdlValidate_Runs.h"
+
+#include <array>
+#include <string_view>
+
+#include <fmt/format.h>
+
+#include "platform/ado/command.h"
+#include "platform/ado/recordset.h"
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "runedit/validation/Check_NumPassengers.h"
+#include "runedit/validation/Check_RightSide.h"
+#include "runedit/validation/Check_Run_EarlyBellTime.h"
+#include "runedit/validation/Check_Run_LateBellTime.h"
+#include "runedit/validation/Check_Run_RideTime.h"
+#include "runedit/validation/Check_SpecialNeeds.h"
+#include "runedit/validation/Check_StopTimeConflict.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+
+namespace runedit {
+
+namespace {
+
+constexpr auto Module = "mdlValidate_Runs";
+constexpr std::string_view Separator = "       *** ";
+
+/// One of the seven checks; its place among them decides its place in switches and flags.
+struct Check {
+    std::string_view procedure;
+    std::string_view districtColumn;
+    std::string_view type;
+    std::string_view title;
+    Findings (*find)(const CheckedRun&, const ValidationDatabases&);
+    bool forRoutes = false;  ///< whether its findings are recorded for a route where one is given
+    std::string_view separator = Separator;
+};
+
+constexpr std::array Checks = {
+    Check{"Check_NumPassengers", "CHECKRUNNUMPASS", "PASSENGERS",
+          "Too Many Passengers for Vehicle / Vehicle Type", Check_NumPassengers, true},
+    Check{"Check_RightSide", "CHECKRUNRIGHT", "RIGHTSIDE",
+          "Picking up Right Hand Side Pickup Stops on Left Side", Check_RightSide},
+    Check{"Check_Run_EarlyBellTime", "CHECKRUNEARLYBELL", "EARLY BELL",
+          "Run Leaving before Bell Time of the Run", Check_Run_EarlyBellTime},
+    Check{"Check_Run_LateBellTime", "CHECKRUNLATEBELL", "LATE BELL",
+          "Run Arriving After Bell Time of the Run", Check_Run_LateBellTime},
+    Check{"Check_Run_RideTime", "CHECKRUNRIDETIME", "RIDETIME",
+          "Run has Passengers Riding Too Long.", Check_Run_RideTime},
+    Check{"Check_SpecialNeeds", "CHECKRUNSPECIAL", "SPECIAL",
+          "Run has Special Needs Passengers that Vehicle Can't Handle.", Check_SpecialNeeds, true,
+          SpecialNeedsSeparator},
+    Check{"Check_StopTimeConflict", "CHECKSTOPOVERLAP", "CONFLICTING TIME",
+          "Run has Stops with Overlapping Times.", Check_StopTimeConflict},
+};
+
+constexpr std::size_t Passengers = 0;
+using Wanted = std::array<bool, Checks.size()>;
+
+Wanted wantedByDistrict() {
+    ado::Recordset district;
+    district.Open("Select District.* from District", *startup::gcnRouting);
+    district.MoveFirst();
+    Wanted wanted{};
+    for (std::size_t i = 0; i < Checks.size(); ++i) {
+        wanted[i] = yesNoOf(district[Checks[i].districtColumn]);
+    }
+    return wanted;
+}
+
+/// Whether the switches ask for the check in that place, the first check's being 1.
+bool isSwitchedOn(std::string_view switches, std::size_t place) {
+    const auto trimmed = base::trim(switches);
+    return switches.starts_with('Y') || (trimmed.size() > place && trimmed[place] == 'Y');
+}
+
+Wanted wantedChecks(std::string_view switches) {
+    Wanted wanted = wantedByDistrict();
+    for (std::size_t i = 0; i < Checks.size(); ++i) {
+        wanted[i] = wanted[i] && isSwitchedOn(switches, i + 1);
+    }
+    return wanted;
+}
+
+std::int16_t GetVehCapacity(const std::string& VehType, const std::string& CapacityLevel) {
+    return startup::trapped("GetVehCapacity", Module, [&]() -> std::int16_t {
+        ado::Recordset row;
+        row.Open(fmt::format("Select VEHTYPE.* From VEHTYPE Where VEHTYPE.VEHTYPE='{}'",
+                             base::trim(VehType)),
+                 *startup::gcnRouting);
+        if (row.Eof()) {
+            base::MsgBox(
+                "Warning,  the vehicle type that you assigned to this run is no longer in your "
+                "vehicle type table.  Please select a different vehicle type before save this run!",
+                "Vehicle Type Not Found", base::MsgIcon::Information);
+            return 0;
+        }
+        const auto level = base::trim(CapacityLevel);
+        const bool isLevel = level == "High" || level == "Medium" || level == "Low";
+        return isLevel ? integer16(wholeOf(row[level])) : std::int16_t{0};
+    });
+}
+
+/// Everything about the run that may end in a message box: nobody waits for the planner while the
+/// file is locked.
+CheckedRun prepare(const std::string& run, std::int64_t intRouteId, bool withCapacity,
+                   const ValidationDatabases& databases) {
+    auto checked = readCheckedRun(run, intRouteId, databases);
+    if (withCapacity && !base::trim(checked.vehType).empty()) {
+        checked.capacity = GetVehCapacity(checked.vehType, checked.capacityLevel);
+    }
+    return checked;
+}
+
+void Clear_WarningRS(const std::string& Run, std::int64_t IntRouteID,
+                     std::string_view WarningType) {
+    const auto type = base::trim(WarningType);
+    const auto run = base::trim(Run);
+    ado::Command command;
+    command.ActiveConnection(&*startup::gcnRouting);
+    command.CommandText(
+        IntRouteID != 0
+            ? fmt::format("DELETE FROM ROUTEWARNING WHERE ROUTEWARNING.WARNINGTYPE = '{}' AND "
+                          "ROUTEWARNING.RUNID1='{}' AND ROUTEWARNING.INT_ROUTEID={}",
+                          type, run, IntRouteID)
+            : fmt::format("DELETE FROM RUNWARNING WHERE RUNWARNING.WARNINGTYPE='{}' AND "
+                          "RUNWARNING.RUN='{}'",
+                          type, run));
+    command.Execute();
+}
+
+/// An empty recordset to add warnings to: the rows of this type have just been deleted.
+void openForAdding(ado::Recordset& rows, const CheckedRun& run, std::string_view type,
+                   bool forRoute) {
+    rows.Open(forRoute
+                  ? fmt::format("SELECT ROUTEWARNING.* FROM ROUTEWARNING WHERE "
+                                "ROUTEWARNING.WARNINGTYPE='{}' AND ROUTEWARNING.RUNID1='{}' AND "
+                                "ROUTEWARNING.INT_ROUTEID={}",
+                                type, run.run, run.intRouteId)
+                  : fmt::format("SELECT RUNWARNING.* FROM RUNWARNING WHERE "
+                                "RUNWARNING.WARNINGTYPE='{}' AND RUNWARNING.RUN='{}'",
+                                type, run.run),
+              *startup::gcnRouting, ado::CursorType::Dynamic);
+}
+
+void writeWarnings(const CheckedRun& run, const Check& check, bool forRoute,
+                   const Findings& findings) {
+    if (findings.empty()) {
+        return;
+    }
+    ado::Recordset rows;
+    openForAdding(rows, run, check.type, forRoute);
+    for (const Finding& finding : findings) {
+        rows.AddNew();
+        if (forRoute) {
+            rows["RunID1"].Value(run.run);
+            rows["Int_RouteID"].Value(run.intRouteId);
+        } else {
+            rows["Run"].Value(finding.run);
+        }
+        rows["WarningType"].Value(check.type);
+        rows["WarningDateTime"].Value(base::Now());
+        rows["WarningText"].Value(finding.message);
+        rows.Update();
+    }
+}
+
+Findings replaceWarnings(const Check& check, const CheckedRun& run,
+                         const ValidationDatabases& databases) {
+    const bool forRoute = check.forRoutes && run.inRouteMode();
+    Clear_WarningRS(run.run, forRoute ? run.intRouteId : 0, check.type);
+    auto findings = check.find(run, databases);
+    writeWarnings(run, check, forRoute, findings);
+    return findings;
+}
+
+/// Makes one check and returns its accumulated text. One that fails ends the unit of work, which
+/// keeps what was written: no error is told while the file is locked.
+std::string perform(const Check& check, const CheckedRun& run, const ValidationDatabases& databases,
+                    ado::UnitOfWork& unit) {
+    return startup::trapped(check.procedure, Module, [&] {
+        try {
+            return accumulated(replaceWarnings(check, run, databases), check.separator);
+        } catch (...) {
+            unit.commit();
+            throw;
+        }
+    });
+}
+
+using Texts = std::array<std::string, Checks.size()>;
+
+Texts performAll(const Wanted& wanted, const CheckedRun& run,
+                 const ValidationDatabases& databases) {
+    Texts texts;
+    ado::UnitOfWork unit(databases.routing);
+    for (std::size_t i = 0; i < Checks.size(); ++i) {
+        if (wanted[i]) {
+            texts[i] = perform(Checks[i], run, databases, unit);
+        }
+    }
+    unit.commit();
+    return texts;
+}
+
+void show(const Texts& texts) {
+    for (std::size_t i = 0; i < Checks.size(); ++i) {
+        if (!texts[i].empty()) {
+            base::MsgBox(texts[i], std::string(Checks[i].title), base::MsgIcon::Information);
+        }
+    }
+}
+
+std::string flagsOf(const Texts& texts) {
+    std::string flags(Checks.size() + 1, 'N');
+    for (std::size_t i = 0; i < Checks.size(); ++i) {
+        if (!texts[i].empty()) {
+            flags[0] = flags[i + 1] = 'Y';
+        }
+    }
+    return flags;
+}
+
+}  // namespace
+
+std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowMessages,
+                     const std::string& Switches) {
+    return startup::trapped("CheckRun", Module, [&] {
+        const ValidationDatabases databases{*startup::gcnRouting, *startup::gcnTrip};
+        const auto wanted = wantedChecks(Switches);
+        const auto run = prepare(Run, IntRouteID, wanted[Passengers], databases);
+        const auto texts = performAll(wanted, run, databases);
+        if (ShowMessages) {
+            show(texts);
+        }
+        return flagsOf(texts);
+    });
+}
+
+}  // namespace runedit

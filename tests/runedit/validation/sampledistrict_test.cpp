@@ -1,0 +1,61 @@
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "platform/ado/recordset.h"
+#include "runedit/validation/mdlValidate_Runs.h"
+#include "startup/session.h"
+#include "support/testsession.h"
+#include "tools/district/madedistrict.h"
+
+namespace runedit {
+namespace {
+
+using Counts = std::map<std::string, int>;
+
+std::vector<std::string> columnOf(const std::string& sql) {
+    ado::Recordset rows;
+    rows.Open(sql, *startup::gcnRouting);
+    std::vector<std::string> texts;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        texts.push_back(rows.Fields(0).asText());
+    }
+    return texts;
+}
+
+std::vector<std::string> warnings() {
+    return columnOf(
+        "SELECT RUN & '|' & WARNINGTYPE & '|' & WARNINGTEXT AS W FROM RUNWARNING ORDER BY RUN, "
+        "WARNINGTYPE, WARNINGTEXT");
+}
+
+Counts countByType() {
+    Counts counts;
+    for (const auto& type : columnOf("SELECT WARNINGTYPE FROM RUNWARNING")) {
+        ++counts[type];
+    }
+    return counts;
+}
+
+// The district comes with the warnings that its maker recorded on its own.
+TEST(SampleDistrict, ValidatingEveryRunFindsWhatIsRecorded) {
+    const tools::district::MadeDistrict made;
+    const support::TestSession session;
+    session.start(made.folder() + "/vireo");
+    const auto recorded = warnings();
+    const auto countsBefore = countByType();
+    ASSERT_THAT(countsBefore,
+                testing::AllOf(testing::SizeIs(4), testing::Contains(testing::Key("PASSENGERS")),
+                               testing::Contains(testing::Key("RIDETIME"))));
+    for (const auto& run : columnOf("SELECT RUN FROM RUN")) {
+        CheckRun(run, 0, false, "Y");
+    }
+    EXPECT_EQ(countByType(), countsBefore);
+    EXPECT_EQ(warnings(), recorded);
+    EXPECT_TRUE(session.boxes.shown.empty());
+}
+
+}  // namespace
+}  // namespace runedit
