@@ -10,7 +10,6 @@ namespace {
 
 using ado::CursorType;
 using base::Value;
-using testing::HasSubstr;
 
 using Reading = SmallDistrict;
 
