@@ -11,6 +11,7 @@
 
 #include "data/schema.h"
 #include "platform/store/database.h"
+#include "support/insertmany.h"
 
 namespace bench {
 
@@ -30,15 +31,6 @@ std::unique_ptr<store::Database> makeFile(const fs::path& path, data::DatabaseFi
         database->create(table);
     }
     return database;
-}
-
-/// `{n}` rows numbered i.
-std::string insertMany(const std::string& table, int rows, const std::string& columns,
-                       const std::string& values) {
-    return fmt::format(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < {})"
-        " INSERT INTO {} ({}) SELECT {} FROM n",
-        rows, table, columns, values);
 }
 
 void fillTrip(store::Database& trip) {

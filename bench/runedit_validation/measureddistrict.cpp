@@ -8,6 +8,7 @@
 #include "platform/store/database.h"
 #include "startup/mdlDBConnection.h"
 #include "startup/session.h"
+#include "support/insertmany.h"
 #include "tools/district/create.h"
 #include "tools/district/progress.h"
 
@@ -23,15 +24,6 @@ fs::path temporaryFolder() {
         throw std::runtime_error("no folder to work in");
     }
     return pattern;
-}
-
-/// `columns` of a table for i = 1 … rows.
-std::string insertMany(const std::string& table, int rows, const std::string& columns,
-                       const std::string& values) {
-    return fmt::format(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < {})"
-        " INSERT INTO {} ({}) SELECT {} FROM n",
-        rows, table, columns, values);
 }
 
 }  // namespace
