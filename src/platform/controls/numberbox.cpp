@@ -1,0 +1,90 @@
+#include "platform/controls/numberbox.h"
+
+#include <QKeyEvent>
+#include <QRegularExpression>
+#include <algorithm>
+
+namespace controls {
+
+namespace {
+
+// A text that an "e", a group separator or "nan" would make a number is a slip of the fingers here.
+bool looksLikeNumber(const QString& text, int decimals) {
+    static const QRegularExpression form(QStringLiteral(R"(^[+-]?(\d+(?:\.(\d*))?|\.(\d+))$)"));
+    const auto match = form.match(text);
+    if (!match.hasMatch()) {
+        return false;
+    }
+    QString fraction = match.captured(2) + match.captured(3);
+    while (fraction.endsWith('0')) {
+        fraction.chop(1);
+    }
+    return fraction.size() <= decimals;
+}
+
+}  // namespace
+
+NumberBox::NumberBox(QWidget* parent) : QLineEdit(parent) {
+    setAlignment(Qt::AlignRight);
+    setMaxLength(20);
+}
+
+std::optional<double> NumberBox::number() const {
+    const QString typed = text().trimmed();
+    if (!looksLikeNumber(typed, decimals_)) {
+        return std::nullopt;
+    }
+    const double number = typed.toDouble();
+    if (number < minimum_ || number > maximum_) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+void NumberBox::setNumber(double number) {
+    QString shown = QString::number(number, 'f', decimals_);
+    if (shown.contains('.')) {
+        while (shown.endsWith('0')) {
+            shown.chop(1);
+        }
+        if (shown.endsWith('.')) {
+            shown.chop(1);
+        }
+    }
+    setText(shown == "-0" ? QStringLiteral("0") : shown);
+}
+
+bool NumberBox::isBlank() const { return text().trimmed().isEmpty(); }
+
+void NumberBox::tidy() {
+    if (const auto typed = number()) {
+        setNumber(*typed);
+    }
+}
+
+void NumberBox::count(double step) {
+    if (isReadOnly() || (!isBlank() && !number())) {
+        return;
+    }
+    setNumber(std::clamp(number().value_or(0) + step, minimum_, maximum_));
+}
+
+void NumberBox::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::PopupFocusReason) {
+        tidy();
+    }
+    QLineEdit::focusOutEvent(event);
+}
+
+void NumberBox::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
+        count(event->key() == Qt::Key_Up ? 1 : -1);
+        return;
+    }
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        tidy();
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+}  // namespace controls
