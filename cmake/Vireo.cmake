@@ -24,7 +24,9 @@ target_compile_options(vireo_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
   -Woverloaded-virtual -Werror
   # g++ 12 warns wrongly about assigning a literal to a string under -O3.
-  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+  # In a unity build a test and its fixture are no longer in the file that is compiled.
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wno-subobject-linkage>)
 target_include_directories(vireo_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(VIREO_SANITIZE)
   target_compile_options(vireo_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all

@@ -8,6 +8,17 @@
 
 namespace runedit {
 
+/// A stored time that no calculation gives.
+inline constexpr base::Date Stale{1};
+
+inline base::Date at(int hour, int minute, int second = 0) {
+    return base::Date::timeOfDay(hour, minute, second);
+}
+
+inline TimedStop stop(const std::string& id, float load, float drive) {
+    return {.stopId = id, .loadMinutes = load, .driveMinutes = drive, .time = Stale};
+}
+
 /// Runs of 1 to 25 stops, all with ids of their own, with fractional minutes and a time somewhere
 /// in the day, often close to midnight.
 class RunGenerator {

@@ -17,9 +17,6 @@ using base::Date;
 using Times = std::vector<Date>;
 
 constexpr int GeneratedRuns = 2000;
-constexpr Date Stale{1};
-
-Date at(int hour, int minute, int second = 0) { return Date::timeOfDay(hour, minute, second); }
 
 void write(std::span<TimedStop> stops, const StopTimes& times) {
     for (const StopWrite& write : times.writes) {
@@ -57,10 +54,6 @@ void spoilTimes(std::vector<TimedStop>& stops) {
     for (TimedStop& stop : stops) {
         stop.time = Stale;
     }
-}
-
-TimedStop stop(const std::string& id, float load, float drive) {
-    return {.stopId = id, .loadMinutes = load, .driveMinutes = drive, .time = Stale};
 }
 
 template <class Action>

@@ -19,8 +19,6 @@ using base::Value;
 using data::DatabaseFile;
 using Times = std::vector<Date>;
 
-Date at(int hour, int minute, int second = 0) { return Date::timeOfDay(hour, minute, second); }
-
 /// Runs on stored rows and on the work table of an empty district.
 class StoredTimes : public testing::Test {
 protected:
@@ -110,10 +108,6 @@ private:
     bool inWorkTable_ = false;
     int sequence_ = 0;
 };
-
-TimedStop stop(const std::string& id, float load, float drive) {
-    return {.stopId = id, .loadMinutes = load, .driveMinutes = drive};
-}
 
 const std::vector<TimedStop> ThreeStops = {stop("A", 0.5F, 9), stop("B", 1, 10), stop("C", 2, 20)};
 std::string deletedLines() {

@@ -15,7 +15,7 @@ constexpr std::size_t LongestChain = 200;
 
 constexpr std::string_view BlankCodes = "('', ' ')";
 
-std::string_view signOf(Operator op) {
+std::string_view comparisonSign(Operator op) {
     switch (op) {
         case Operator::NotEqual:
             return " <> ";
@@ -140,7 +140,7 @@ void Emitter::compare(const Expr& left, Operator op, const Expr& right) {
         return compareText(left, op, right);
     }
     operand(left, right);
-    out_ += signOf(op);
+    out_ += comparisonSign(op);
     operand(right, left);
 }
 
@@ -167,7 +167,7 @@ void Emitter::operand(const Expr& expr, const Expr& against) {
 void Emitter::compareYesNo(const Expr& left, Operator op, const Expr& right) {
     if (!isEquality(op)) {
         numeric(left);
-        out_ += signOf(op);
+        out_ += comparisonSign(op);
         return numeric(right);
     }
     const auto side = [&](const Expr& expr) {
@@ -181,7 +181,7 @@ void Emitter::compareYesNo(const Expr& left, Operator op, const Expr& right) {
         }
     };
     side(left);
-    out_ += signOf(op);
+    out_ += comparisonSign(op);
     side(right);
 }
 
@@ -206,7 +206,7 @@ void Emitter::compareText(const Expr& left, Operator op, const Expr& right) {
     const bool asStored =
         code && (isCodeColumn(right) || (isTextLiteral(right) && !right.facts.blank));
     asStored ? column(left) : comparable(left);
-    out_ += signOf(op);
+    out_ += comparisonSign(op);
     asStored&& isCodeColumn(right) ? column(right) : trimmed(right);
 }
 
@@ -254,7 +254,7 @@ void Emitter::like(const Expr& expr) {
     }
     if (form == LikeForm::Exact) {
         code ? column(text) : expand(Op::NoCase, {&text, &Emitter::textual});
-        out_ += signOf(expr.negated ? Operator::NotEqual : Operator::Equal);
+        out_ += comparisonSign(expr.negated ? Operator::NotEqual : Operator::Equal);
         return parameter(pattern, Binding::AsIs);
     }
     out_ += expr.negated ? "NOT (" : "";

@@ -10,7 +10,7 @@ namespace {
 
 using store::ColumnKind;
 
-std::string_view signOf(Operator op) {
+std::string_view arithmeticSign(Operator op) {
     switch (op) {
         case Operator::Add:
             return " + ";
@@ -207,7 +207,7 @@ void Emitter::arithmetic(const Expr& expr) {
     const bool continues =
         left.kind == ExprKind::Arithmetic && rankOf(left) != Atom && rankOf(left) >= rankOf(expr);
     continues ? plain(left) : numeric(left);
-    out_ += signOf(expr.op);
+    out_ += arithmeticSign(expr.op);
     numeric(right);
     out_ += isDate ? days.substr(days.find('}') + 1) : "";
 }

@@ -6,12 +6,12 @@
 
 #include "data/schema.h"
 #include "platform/base/value.h"
+#include "tools/district/travel.h"
 
 namespace tools::district {
 
 namespace {
 
-constexpr double FeetPerMile = 5280;
 constexpr double NoDistance = 1;  // feet
 const std::string Skip = "SKIP";
 

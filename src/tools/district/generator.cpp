@@ -24,7 +24,6 @@ constexpr std::int64_t StopsPerRun = 14;     ///< on average, the school apart
 constexpr std::int64_t StudentsPerRun = 20;  ///< each way; both ways make 10 a run
 constexpr std::int64_t TurnsPerRun = 3;
 constexpr std::int64_t RunsPerGarage = 4000;
-constexpr double FeetPerMile = 5280;
 
 struct Tier {
     std::string_view type;

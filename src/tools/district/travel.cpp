@@ -10,7 +10,6 @@ namespace tools::district {
 
 namespace {
 
-constexpr double FeetPerMile = 5280;
 constexpr double FeetPerMinute = 20 * FeetPerMile / 60;
 constexpr double BlockFeet = FeetPerMile / 4;
 

@@ -12,6 +12,8 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
+inline constexpr double FeetPerMile = 5280;
+
 /// Travel goes along the street grid at 20 miles an hour.
 [[nodiscard]] double feetBetween(Point a, Point b);
 /// Minutes of driving, unrounded.

@@ -104,4 +104,9 @@ std::string District::plan(std::string_view sql) {
     return steps;
 }
 
+District& sharedDistrict() {
+    static District one;
+    return one;
+}
+
 }  // namespace jet::testing

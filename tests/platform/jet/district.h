@@ -37,4 +37,7 @@ private:
     std::unique_ptr<store::Database> database_;
 };
 
+/// One for all tests of the program; who changes it puts it back.
+District& sharedDistrict();
+
 }  // namespace jet::testing

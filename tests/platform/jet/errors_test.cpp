@@ -11,16 +11,11 @@ namespace jet::testing {
 
 namespace {
 
-District& district() {
-    static District one;
-    return one;
-}
-
 /// The description of the error that a statement raises; empty where it raises none.
 std::string complaint(std::string_view sql) {
     try {
         (void)shapeOf(sql);
-        (void)district().text(sql);
+        (void)sharedDistrict().text(sql);
         return "";
     } catch (const SqlError& error) {
         EXPECT_GE(error.position(), 1U);
@@ -56,7 +51,7 @@ TEST(Errors, AreReadByPeople) {
 TEST(Errors, CarryTheNumberOfTheirKind) {
     const auto number = [](std::string_view sql) {
         try {
-            (void)district().text(sql);
+            (void)sharedDistrict().text(sql);
         } catch (const SqlError& error) {
             return error.number();
         }
@@ -91,7 +86,8 @@ TEST(Errors, NothingBehindAStatementIsTaken) {
 
 TEST(Errors, LongStatementsAreAnsweredNotCrashed) {
     const std::string text(10'000, 'x');
-    EXPECT_EQ(district().first("SELECT RUN.RUN FROM RUN WHERE RUN.RUN LIKE '" + text + "%'"), "");
+    EXPECT_EQ(sharedDistrict().first("SELECT RUN.RUN FROM RUN WHERE RUN.RUN LIKE '" + text + "%'"),
+              "");
     EXPECT_NE(complaint("SELECT RUN.RUN FROM RUN WHERE " + text), "");
     EXPECT_NE(complaint(std::string(10'000, '(')), "");
     EXPECT_NE(complaint("SELECT " + std::string(10'000, '-')), "");
@@ -113,7 +109,7 @@ TEST(Errors, WhatIsTakenTheStoreTakesToo) {
         for (int i = 1; i < 60; ++i) {
             const std::string sql = from + repeated(open, i) + inside + repeated(close, i);
             if (complaint(sql).empty()) {
-                EXPECT_NO_THROW((void)district().run(sql)) << sql;
+                EXPECT_NO_THROW((void)sharedDistrict().run(sql)) << sql;
                 depth = i;
             }
         }
@@ -142,11 +138,11 @@ TEST(Errors, ThousandsOfTermsAreOneList) {
         stops += " OR STOP.SCHOOL = " + code + " AND STOP.STOPTYPE='SCHOOL'";
         mixed += " OR RUN.SCHOOL > " + code;
     }
-    EXPECT_EQ(district().run(same + ")").size(), 4U);
-    EXPECT_EQ(district().text(same + ")").find(" OR "), std::string::npos);
-    EXPECT_EQ(district().run(stops + ")").size(), 2U);
-    EXPECT_EQ(district().text(stops + ")").find(" OR "), std::string::npos);
-    EXPECT_EQ(district().run(mixed).size(), 4U);
+    EXPECT_EQ(sharedDistrict().run(same + ")").size(), 4U);
+    EXPECT_EQ(sharedDistrict().text(same + ")").find(" OR "), std::string::npos);
+    EXPECT_EQ(sharedDistrict().run(stops + ")").size(), 2U);
+    EXPECT_EQ(sharedDistrict().text(stops + ")").find(" OR "), std::string::npos);
+    EXPECT_EQ(sharedDistrict().run(mixed).size(), 4U);
 }
 
 TEST(Errors, CharactersThatCannotStandAreRefused) {

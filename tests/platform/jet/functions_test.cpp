@@ -19,13 +19,8 @@ public:
     [[nodiscard]] base::Date now() const override { return base::Date::of(2026, 3, 4, 5, 6, 7); }
 };
 
-District& district() {
-    static District one;
-    return one;
-}
-
 std::string valueOf(const std::string& expression) {
-    return district().first("SELECT " + expression + " FROM SYSTEM");
+    return sharedDistrict().first("SELECT " + expression + " FROM SYSTEM");
 }
 
 }  // namespace
@@ -103,18 +98,19 @@ TEST(Functions, TheClockIsThePorts) {
 
 TEST(Functions, AggregatesCountWhatIsThere) {
     EXPECT_EQ(
-        district().first(
+        sharedDistrict().first(
             "SELECT Count(*), Count(RUN.INT_ROUTEID), Sum(RUN.TOTAL_MILES), Avg(RUN.TOTAL_MILES), "
             "Min(RUN.DESCRIPTION), Max(RUN.RUN) FROM RUN"),
         "5|3|25.5|6.375||R2");
-    EXPECT_EQ(district().run(
+    EXPECT_EQ(sharedDistrict().run(
                   "SELECT First(STOPID), Last(STOPID), RUN FROM RUNDIR GROUP BY RUN ORDER BY RUN"),
               (std::vector<std::string>{"ELM|Null|R1", "Null|Null|R2"}));
-    EXPECT_EQ(district().run("SELECT UCASE(RUN.SCHOOL), Count(*) AS N FROM RUN GROUP BY RUN.SCHOOL "
+    EXPECT_EQ(
+        sharedDistrict().run("SELECT UCASE(RUN.SCHOOL), Count(*) AS N FROM RUN GROUP BY RUN.SCHOOL "
                              "HAVING Count(*) > 1 AND "
                              "RUN.SCHOOL <> '' ORDER BY N DESC, RUN.SCHOOL"),
-              (std::vector<std::string>{"S1|2", "S2|2"}));
-    EXPECT_EQ(district().first("SELECT Count(*) FROM RUN HAVING 1 = 2"), "");
+        (std::vector<std::string>{"S1|2", "S2|2"}));
+    EXPECT_EQ(sharedDistrict().first("SELECT Count(*) FROM RUN HAVING 1 = 2"), "");
 }
 
 TEST(Functions, BadArgumentsFailTheStatement) {

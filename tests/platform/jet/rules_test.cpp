@@ -8,15 +8,10 @@ namespace jet::testing {
 
 namespace {
 
-District& district() {
-    static District one;
-    return one;
-}
-
 std::string runsWhere(const std::string& condition) {
     std::string result;
     for (const std::string& row :
-         district().run("SELECT RUN.RUN FROM RUN WHERE " + condition + " ORDER BY RUN.RUN")) {
+         sharedDistrict().run("SELECT RUN.RUN FROM RUN WHERE " + condition + " ORDER BY RUN.RUN")) {
         result += (result.empty() ? "" : " ") + row;
     }
     return result;
@@ -46,11 +41,12 @@ TEST(Rules, EmptyAndBlankAreEqual) {
     EXPECT_EQ(runsWhere("RUN.RUNFAMILY NOT IN ('F1', '')"), "12");
     EXPECT_EQ(runsWhere("RUN.RUNFAMILY > ''"), "12 R1 R2");
     EXPECT_EQ(runsWhere("RUN.DESCRIPTION = ' '"), "12A");
-    EXPECT_EQ(
-        district().run("SELECT RUN.RUNFAMILY, Count(*) FROM RUN GROUP BY RUN.RUNFAMILY").size(),
-        3U);
-    EXPECT_EQ(district().run("SELECT DISTINCT RUN.RUNFAMILY FROM RUN").size(), 3U);
-    EXPECT_EQ(district().run("SELECT DISTINCT RUN.SCHOOL FROM RUN").size(), 3U);
+    EXPECT_EQ(sharedDistrict()
+                  .run("SELECT RUN.RUNFAMILY, Count(*) FROM RUN GROUP BY RUN.RUNFAMILY")
+                  .size(),
+              3U);
+    EXPECT_EQ(sharedDistrict().run("SELECT DISTINCT RUN.RUNFAMILY FROM RUN").size(), 3U);
+    EXPECT_EQ(sharedDistrict().run("SELECT DISTINCT RUN.SCHOOL FROM RUN").size(), 3U);
 }
 
 TEST(Rules, LikeIgnoresCaseButNotTrailingBlanks) {
@@ -77,15 +73,15 @@ TEST(Rules, AnyNonZeroIsYes) {
         EXPECT_EQ(runsWhere(yes), "R2") << yes;
     }
     EXPECT_EQ(runsWhere("NOT RUN.REGENERATE"), "12 120 12A R1");
-    EXPECT_EQ(district().first(
+    EXPECT_EQ(sharedDistrict().first(
                   "SELECT Sum(RUN.REGENERATE), Min(RUN.REGENERATE), Max(RUN.REGENERATE) FROM RUN"),
               "-1|Yes|No");
-    EXPECT_EQ(district().first("SELECT RUN.RUN FROM RUN ORDER BY RUN.REGENERATE"), "R2");
+    EXPECT_EQ(sharedDistrict().first("SELECT RUN.RUN FROM RUN ORDER BY RUN.REGENERATE"), "R2");
 }
 
 TEST(Rules, AKeySearchUsesItsIndex) {
     const auto plan = [](const std::string& condition) {
-        return district().plan("SELECT RUN.* FROM RUN WHERE " + condition);
+        return sharedDistrict().plan("SELECT RUN.* FROM RUN WHERE " + condition);
     };
     for (const char* condition :
          {"RUN.RUN = 'r1 '", "RUN.RUN LIKE '12%'", "RUN.RUN LIKE '12_x%'", "'R1' = RUN.RUN",
@@ -93,7 +89,7 @@ TEST(Rules, AKeySearchUsesItsIndex) {
         EXPECT_NE(plan(condition).find("SEARCH RUN USING"), std::string::npos) << condition << "\n"
                                                                                << plan(condition);
     }
-    EXPECT_NE(district()
+    EXPECT_NE(sharedDistrict()
                   .plan("SELECT RUNLOG.* FROM RUNLOG WHERE DateValue(CStr([LOGDATE]))>=#1/2/2026#")
                   .find("LOGDATE>?"),
               std::string::npos);
@@ -104,7 +100,7 @@ TEST(Rules, ResultsKnowWhereTheirColumnsComeFrom) {
         "SELECT STOP_TRIPTYPE.*, S.StopId AS Stop, 1+1, Trim(S.ADDR1) FROM STOP_TRIPTYPE INNER "
         "JOIN Stop AS S ON "
         "STOP_TRIPTYPE.INT_STOPID = S.INT_STOPID",
-        district().catalog());
+        sharedDistrict().catalog());
     EXPECT_EQ(result.columns[0].name, "ID");
     EXPECT_EQ(result.columns[0].source, "STOP_TRIPTYPE");
     EXPECT_EQ(result.columns[0].kind, store::ColumnKind::Counter);
@@ -129,7 +125,7 @@ TEST(Rules, GroupedAndDistinctResultsCannotBeWritten) {
     for (const char* sql :
          {"SELECT DISTINCT RUN.RUN FROM RUN", "SELECT RUN.RUN FROM RUN GROUP BY RUN.RUN",
           "SELECT Count(*) FROM RUN", "SELECT 1"}) {
-        const Translation result = translate(sql, district().catalog());
+        const Translation result = translate(sql, sharedDistrict().catalog());
         EXPECT_FALSE(result.updatable) << sql;
         EXPECT_EQ(result.text.find("rowid"), std::string::npos) << sql;
     }

@@ -10,11 +10,6 @@ namespace jet::testing {
 
 namespace {
 
-District& district() {
-    static District one;
-    return one;
-}
-
 std::string bound(const Translation& translation, const Shape& shape, std::size_t parameter) {
     const base::Value value = boundValue(translation.parameters[parameter], shape.literals);
     return value.isDate() ? value.asDate().iso() : value.asText();
@@ -22,7 +17,7 @@ std::string bound(const Translation& translation, const Shape& shape, std::size_
 
 /// The statement's only bound value.
 std::string onlyBound(std::string_view sql) {
-    const Translation translation = translate(sql, district().catalog());
+    const Translation translation = translate(sql, sharedDistrict().catalog());
     EXPECT_EQ(translation.parameters.size(), 1U) << translation.text;
     return bound(translation, shapeOf(sql), 0);
 }
@@ -81,8 +76,8 @@ TEST(Shape, OneTranslationServesAllStatementsOfAShape) {
                 continue;
             }
             ++same;
-            const Translation a = translate(step.sql, district().catalog());
-            const Translation b = translate(other, district().catalog());
+            const Translation a = translate(step.sql, sharedDistrict().catalog());
+            const Translation b = translate(other, sharedDistrict().catalog());
             EXPECT_EQ(a.text, b.text);
             ASSERT_EQ(a.parameters.size(), b.parameters.size());
             for (std::size_t i = 0; i < a.parameters.size(); ++i) {

@@ -12,12 +12,8 @@ namespace {
 
 class Statements : public ::testing::TestWithParam<Block> {
 protected:
-    static District& district() {
-        static District one;
-        return one;
-    }
-    void SetUp() override { district().database().begin(); }
-    void TearDown() override { district().database().rollback(); }
+    void SetUp() override { sharedDistrict().database().begin(); }
+    void TearDown() override { sharedDistrict().database().rollback(); }
 };
 
 void expectError(District& district, const Step& step) {
@@ -48,7 +44,8 @@ TEST_P(Statements, GiveTheirTranslationAndRows) {
         SCOPED_TRACE("statements.txt, line " + std::to_string(step.line) + ": " + step.sql);
         ASSERT_TRUE(step.comparesRows || step.rowCount >= 0 || !step.error.empty())
             << "nothing is expected";
-        step.error.empty() ? expectResult(district(), step) : expectError(district(), step);
+        step.error.empty() ? expectResult(sharedDistrict(), step)
+                           : expectError(sharedDistrict(), step);
     }
 }
 
