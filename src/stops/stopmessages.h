@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string_view>
+
+#include "stops/runstops.h"
+
+namespace stops {
+
+inline constexpr std::string_view NoTripTypeTitle = "Stop does not have an Available Trip Type";
+inline constexpr std::string_view NoTripTypeText =
+    "Oops, you selected a stop that does not have a trip type.  Can't add to the run.  Before a "
+    "stop can be assigned to a run it must have at least one trip type assigned to it.  When a "
+    "stop is assigned to a run it is really a stop's trip type that is assigned to a run - so "
+    "without an available trip type this stop cannot be assigned to this run.  Please either "
+    "assign a trip type to this stop  or select a different stop.";
+
+inline constexpr std::string_view ChangedTitle = "Stop Changed by Another User";
+
+/// Tells the planner of the stops that an action skipped: one message box for each reason, however
+/// many stops there are; none where nothing was skipped.
+void tellOfSkipped(const AddedStops& added);
+void tellOfSkipped(const ChangedStops& changed);
+
+}  // namespace stops
