@@ -1,5 +1,6 @@
 # Reads floors.txt (room|folder|linked rooms|files) and fails where a file includes a folder that its
 # room neither is nor links, directly or through a room it links.
+cmake_policy(SET CMP0007 NEW)
 cmake_policy(SET CMP0057 NEW)
 file(STRINGS ${TABLE} lines)
 foreach(line IN LISTS lines)

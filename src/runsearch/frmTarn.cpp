@@ -2,13 +2,9 @@
 
 #include <QShortcut>
 #include <array>
-#include <optional>
-
-#include <fmt/format.h>
 
 #include "data/mdlLOAD_lstcmb.h"
 #include "platform/ado/recordset.h"
-#include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
@@ -39,9 +35,8 @@ const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
 /// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
-constexpr std::array NotBuiltYet{"cmdNew",    "Edit",       "Delete",      "PrintIt",
-                                 "TimeLine",  "ChangeBell", "GroupChange", "GroupSolve",
-                                 "MergeRuns", "DeadHead"};
+constexpr std::array NotBuiltYet{"cmdNew",      "Edit",       "PrintIt",   "TimeLine", "ChangeBell",
+                                 "GroupChange", "GroupSolve", "MergeRuns", "DeadHead"};
 
 bool isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
@@ -49,18 +44,6 @@ bool isBuilt(const QWidget& button) {
 }
 
 std::string text(const QLineEdit* box) { return fromQt(box->text()); }
-
-void showSecondColumn(const controls::MultiColumnCombo& combo, QLabel& label) {
-    label.setText(toQt(combo.columnText(1)));
-}
-
-void leaveCombo(const controls::MultiColumnCombo& combo, QLabel& label) {
-    if (base::trim(combo.text()).empty()) {
-        label.clear();
-    } else {
-        showSecondColumn(combo, label);
-    }
-}
 
 }  // namespace
 
@@ -81,43 +64,14 @@ frmTarn::frmTarn() : forms::Form(Module), ui_(std::make_unique<Ui::frmTarn>()) {
 
 frmTarn::~frmTarn() = default;
 
-void frmTarn::wireCriteria() {
-    const auto changed = [this] { showFilledCriteria(); };
-    for (auto* box : ui_->RunTab->findChildren<QLineEdit*>()) {
-        on(box, &QLineEdit::textChanged, changed);
-    }
-    for (auto* box : ui_->RunTab->findChildren<QCheckBox*>()) {
-        on(box, &QCheckBox::toggled, changed);
-    }
-    for (auto* list : {ui_->lstSchool, ui_->lstTripType}) {
-        on(list, &controls::MultiColumnList::selectionCountChanged, changed);
-    }
-    on(ui_->SearchStops, &QCheckBox::toggled, [this] { SearchStops_Click(); });
-    on(ui_->Search_Stops_TripType, &QCheckBox::toggled, [this] { Search_Stops_TripType_Click(); });
-    for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
-        ui_->RunTab->setTabToolTip(tab, tr("Alt+%1").arg(tab + 1));
-        on(new QShortcut(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab), this),
-           &QShortcut::activated, [this, tab] { ui_->RunTab->setCurrentIndex(tab); });
-    }
-}
-
-void frmTarn::wireRoute() {
-    using controls::MultiColumnCombo;
-    on(ui_->UseRoute, &QCheckBox::toggled, [this] { UseRoute_Click(); });
-    on(ui_->cmbEmployee, &MultiColumnCombo::chosen, [this] { cmbEmployee_Click(); });
-    on(ui_->cmbEmployee, &MultiColumnCombo::left, [this] { cmbEmployee_LostFocus(); });
-    on(ui_->cmbVehicle, &MultiColumnCombo::chosen, [this] { cmbVehicle_Click(); });
-    on(ui_->cmbVehicle, &MultiColumnCombo::left, [this] { cmbVehicle_LostFocus(); });
-    on(ui_->cmbAid, &MultiColumnCombo::chosen, [this] { cmbAid_Click(); });
-    on(ui_->cmbAid, &MultiColumnCombo::left, [this] { cmbAid_LostFocus(); });
-}
-
 void frmTarn::wireRunList() {
     using controls::MultiColumnList;
     on(ui_->RunList, &MultiColumnList::columnClicked,
        [this](int column) { RunList_ClickColumn(column); });
     on(ui_->RunList, &MultiColumnList::rowClicked, [this] { RunList_ClickItem(); });
     on(ui_->RunList, &MultiColumnList::selectionCountChanged, [this] { showSelectedCount(); });
+    on(new QShortcut(QKeySequence::Delete, ui_->RunList, nullptr, nullptr, Qt::WidgetShortcut),
+       &QShortcut::activated, [this] { ui_->Delete->click(); });
     on(ui_->Splitter, &QSplitter::splitterMoved, [this] {
         controls::LayoutMemory::instance().remember(SplitterKey, ui_->Splitter->saveState());
     });
@@ -126,6 +80,7 @@ void frmTarn::wireRunList() {
 void frmTarn::wireButtons() {
     on(ui_->cmdSearch, &QPushButton::clicked, [this] { cmdSearch_Click(); });
     on(ui_->cmdReset, &QPushButton::clicked, [this] { cmdReset_Click(); });
+    on(ui_->Delete, &QPushButton::clicked, [this] { Delete_Click(); });
     on(ui_->SelectAll, &QPushButton::clicked, [this] { SelectAll_Click(); });
     on(ui_->Exit, &QPushButton::clicked, [this] { Exit_Click(); });
     on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, [this] { cmdSearch_Click(); });
@@ -164,9 +119,7 @@ void frmTarn::Form_Activate() {
     trapped("Form_Activate", Module, [this] {
         if (startup::RefreshRunList) {
             startup::RefreshRunList = false;
-            const int position = ui_->RunList->chosenRow();
-            cmdSearch_Click();
-            ui_->RunList->choose(position);
+            refreshRunList();
         }
     });
 }
@@ -199,6 +152,8 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     ado::Recordset runs;
     runs.Open(query.runs, *startup::gcnRouting);
     ui_->RunList->sortingOff();
+    // No row of the new list is chosen yet: an action must not go to a run of the former one.
+    ui_->Tarn->clear();
     if (runs.Eof() && runs.Bof()) {
         ui_->RunList->clearAll();
         ui_->TotSel->setText("0");
@@ -215,64 +170,6 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     buttons_.afterRunsFound(
         [](std::string_view task) { return startup::HasAuthority(std::string(task), false); });
     showButtons();
-}
-
-RunSearchCriteria frmTarn::criteria() const {
-    RunSearchCriteria result;
-    result.runId = text(ui_->RunId);
-    result.description = text(ui_->RunDesc);
-    result.startTime = range(*ui_->Start_BegTime, *ui_->Start_EndTime);
-    result.endTime = range(*ui_->End_BegTime, *ui_->End_EndTime);
-    result.bellTime = range(*ui_->Bell_BegTime, *ui_->Bell_EndTime);
-    result.runFamily = ui_->cmbRunFamily->text();
-    for (int row = 0; row < ui_->lstSchool->rows(); ++row) {
-        result.schools.push_back(
-            {ui_->lstSchool->cellText(row, 0), ui_->lstSchool->cellText(row, 2)});
-    }
-    for (const int row : ui_->lstSchool->selectedRows()) {
-        result.schools[static_cast<std::size_t>(row)].selected = true;
-    }
-    result.searchSchoolStops = ui_->SearchStops->isChecked();
-    for (const int row : ui_->lstTripType->selectedRows()) {
-        result.tripTypes.push_back(ui_->lstTripType->cellText(row, 0));
-    }
-    result.searchTripTypeStops = ui_->Search_Stops_TripType->isChecked();
-    result.schoolType = ui_->cmbSchoolType->text();
-    result.needsResolve = ui_->NeedResolve->isChecked();
-    result.location = ui_->cmbLOCCODE->text();
-    result.useRoute = ui_->UseRoute->isChecked();
-    result.driver = ui_->cmbEmployee->text();
-    result.vehicle = ui_->cmbVehicle->text();
-    result.aid = ui_->cmbAid->text();
-    result.route = ui_->cmbRoute->text();
-    result.notOnRoute = ui_->NotOnRoute->isChecked();
-    return result;
-}
-
-bool frmTarn::isFilled(const controls::TimeBox& box) const { return text(&box) != EmptyTimeText; }
-
-TimeRange frmTarn::range(const controls::TimeBox& from, const controls::TimeBox& to) const {
-    const auto time = [this](const controls::TimeBox& box) {
-        return isFilled(box) ? base::Date::parse(box.tidied()) : std::nullopt;
-    };
-    return {time(from), time(to)};
-}
-
-/// Tells the planner of the first time box whose text is no time and goes there.
-bool frmTarn::refuseBrokenTimes() {
-    for (auto* box : ui_->RunPage->findChildren<controls::TimeBox*>()) {
-        if (isFilled(*box) && !base::Date::parse(box->tidied())) {
-            base::MsgBox(fmt::format("Oops, \"{}\" is not a time.  Please enter a time such as "
-                                     "07:30 AM and try again.",
-                                     text(box)),
-                         "Invalid Time", base::MsgIcon::Information);
-            ui_->RunTab->setCurrentWidget(ui_->RunPage);
-            box->setFocus();
-            box->selectAll();
-            return true;
-        }
-    }
-    return false;
 }
 
 void frmTarn::cmdReset_Click() {
@@ -306,82 +203,6 @@ void frmTarn::cmdReset_Click() {
     });
 }
 
-void frmTarn::emptyTimes() {
-    for (auto* box : ui_->RunPage->findChildren<controls::TimeBox*>()) {
-        box->clear();
-    }
-    EmptyTimeText = text(ui_->Start_BegTime);
-}
-
-void frmTarn::SelectAll_Click() {
-    trapped("SelectAll_Click", Module, [this] { ui_->RunList->selectAllRows(); });
-}
-
-void frmTarn::Exit_Click() {
-    trapped("Exit_Click", Module, [] { startup::ShutDown(); });
-}
-
-void frmTarn::UseRoute_Click() {
-    trapped("UseRoute_Click", Module, [this] {
-        const bool checked = ui_->UseRoute->isChecked();
-        for (auto* combo : {ui_->cmbEmployee, ui_->cmbVehicle, ui_->cmbAid, ui_->cmbRoute}) {
-            combo->setEnabled(checked);
-            if (!checked) {
-                combo->clearChoice();
-            }
-        }
-        if (!checked) {
-            for (auto* label : {ui_->EmpName, ui_->VehDescription, ui_->AidName}) {
-                label->clear();
-            }
-        }
-    });
-}
-
-void frmTarn::SearchStops_Click() {
-    trapped("SearchStops_Click", Module, [this] {
-        if (ui_->SearchStops->isChecked()) {
-            ui_->Search_Stops_TripType->setChecked(false);
-        }
-    });
-}
-
-void frmTarn::Search_Stops_TripType_Click() {
-    trapped("Search_Stops_TripType_Click", Module, [this] {
-        if (ui_->Search_Stops_TripType->isChecked()) {
-            ui_->SearchStops->setChecked(false);
-        }
-    });
-}
-
-void frmTarn::cmbEmployee_Click() {
-    trapped("cmbEmployee_Click", Module,
-            [this] { showSecondColumn(*ui_->cmbEmployee, *ui_->EmpName); });
-}
-
-void frmTarn::cmbEmployee_LostFocus() {
-    trapped("cmbEmployee_LostFocus", Module,
-            [this] { leaveCombo(*ui_->cmbEmployee, *ui_->EmpName); });
-}
-
-void frmTarn::cmbVehicle_Click() {
-    trapped("cmbVehicle_Click", Module,
-            [this] { showSecondColumn(*ui_->cmbVehicle, *ui_->VehDescription); });
-}
-
-void frmTarn::cmbVehicle_LostFocus() {
-    trapped("cmbVehicle_LostFocus", Module,
-            [this] { leaveCombo(*ui_->cmbVehicle, *ui_->VehDescription); });
-}
-
-void frmTarn::cmbAid_Click() {
-    trapped("cmbAid_Click", Module, [this] { showSecondColumn(*ui_->cmbAid, *ui_->AidName); });
-}
-
-void frmTarn::cmbAid_LostFocus() {
-    trapped("cmbAid_LostFocus", Module, [this] { leaveCombo(*ui_->cmbAid, *ui_->AidName); });
-}
-
 void frmTarn::RunList_ClickColumn(int column) {
     trapped("RunList_ClickColumn", Module, [this, column] { ui_->RunList->toggleSort(column); });
 }
@@ -405,24 +226,7 @@ void frmTarn::showButtons() {
     show(*ui_->TimeLine, buttons_.TimeLine);
     show(*ui_->ChangeBell, buttons_.ChangeBell);
     show(*ui_->GroupChange, buttons_.GroupChange);
-}
-
-/// Each tab tells how many criteria it holds, so that none is forgotten on a tab out of sight.
-void frmTarn::showFilledCriteria() {
-    const auto filled = filledCriteria(criteria());
-    const auto show = [this](QWidget* page, const QString& caption, int count) {
-        ui_->RunTab->setTabText(ui_->RunTab->indexOf(page),
-                                count == 0 ? caption : tr("%1 (%2)").arg(caption).arg(count));
-    };
-    show(ui_->RunPage, tr("Run and Times"), filled.run);
-    show(ui_->SchoolPage, tr("Schools and Trip Types"), filled.school);
-    show(ui_->RoutePage, tr("Route"), filled.route);
-    const auto selected = [](QLabel& label, const controls::MultiColumnList& list) {
-        const int count = list.selectedCount();
-        label.setText(count == 0 ? QString() : tr("%1 of %2").arg(count).arg(list.rows()));
-    };
-    selected(*ui_->SchoolCount, *ui_->lstSchool);
-    selected(*ui_->TripTypeCount, *ui_->lstTripType);
+    show(*ui_->GroupSolve, buttons_.GroupSolve);
 }
 
 void frmTarn::showSelectedCount() {

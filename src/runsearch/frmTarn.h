@@ -2,7 +2,9 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "groupops/runselection.h"
 #include "platform/forms/form.h"
 #include "runsearch/runbuttons.h"
 #include "runsearch/runsearchquery.h"
@@ -22,7 +24,7 @@ namespace runsearch {
 
 /// The main form: finds runs by the criteria on its tabs and starts every action on the runs found.
 /// The run clicked last is in `Tarn`.
-class frmTarn : public forms::Form {
+class frmTarn : public forms::Form, public groupops::RunSelection {
     Q_OBJECT
 
 public:
@@ -31,6 +33,7 @@ public:
 
     void cmdSearch_Click();
     void cmdReset_Click();
+    void Delete_Click();
     void SelectAll_Click();
     void Exit_Click();
 
@@ -47,6 +50,9 @@ public:
 
     void RunList_ClickColumn(int column);
     void RunList_ClickItem();
+
+    [[nodiscard]] std::vector<std::string> selectedRuns() const override;
+    void searchAgain() override;
 
 protected:
     void formLoad() override { Form_Load(); }
@@ -67,6 +73,9 @@ private:
     [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
     bool refuseBrokenTimes();
     void search(const RunSearchQuery& query, bool withRouting);
+    void refreshRunList();
+    [[nodiscard]] std::string chosenRun() const;
+    void tellRunIsGone(const std::string& run);
 
     void emptyTimes();
     void showButtons();

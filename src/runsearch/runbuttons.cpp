@@ -9,8 +9,9 @@ void RunButtons::afterRunsFound(const Granted& granted) {
     GroupChange = granted("RTG260");
     PrintIt = granted("RTG270");
     TimeLine = true;
+    GroupSolve = true;  // no task code guards it
 }
 
-void RunButtons::afterReset() { PrintIt = TimeLine = ChangeBell = GroupChange = false; }
+void RunButtons::afterReset() { PrintIt = TimeLine = ChangeBell = GroupChange = GroupSolve = false; }
 
 }  // namespace runsearch

@@ -14,6 +14,7 @@ struct RunButtons {
     bool TimeLine = false;
     bool ChangeBell = false;
     bool GroupChange = false;
+    bool GroupSolve = false;
 
     /// Tells whether a task code is granted.
     using Granted = std::function<bool(std::string_view task)>;

@@ -1,0 +1,101 @@
+#include <fmt/format.h>
+
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+#include "runsearch/frmTarn.h"
+#include "runsearch/listplace.h"
+#include "runsearch/rundeletion.h"
+#include "startup/mdlDBConnection.h"
+#include "startup/mdlSecurity_Routines.h"
+#include "startup/trap.h"
+
+#include "ui_frmTarn.h"
+
+namespace runsearch {
+
+namespace {
+
+using controls::fromQt;
+using startup::trapped;
+
+constexpr auto ActionsModule = "frmTarn";
+
+constexpr auto NoRunSelectedTitle = "No Run Selected";
+constexpr auto NoRunToDelete =
+    "Oops, you did not select run to delete.  Please click on the desired run and try again.";
+constexpr auto ConfirmDeletionTitle = "Please Confirm Removal of this Run";
+constexpr auto ConfirmDeletion = "Are you sure you want to remove this run?";
+constexpr auto HasStopsTitle = "Cannot Delete - Run Has Stops Assigned to it";
+constexpr auto HasStops =
+    "Oops, this run has stops assigned to it.  Sorry but you cannot delete a run with stops "
+    "assigned to it.";
+constexpr auto RunGoneTitle = "Run Not Found";
+constexpr auto RunGone =
+    "Oops, the run {} is not there any more.  It was probably removed by another user.";
+
+void inform(const std::string& text, const char* title) {
+    base::MsgBox(text, title, base::MsgIcon::Information);
+}
+
+bool confirmed(const char* question, const char* title) {
+    return base::MsgBox(question, title, base::MsgIcon::Question, base::MsgButtons::YesNo) ==
+           base::MsgAnswer::Yes;
+}
+
+}  // namespace
+
+std::string frmTarn::chosenRun() const {
+    return std::string(base::trim(fromQt(ui_->Tarn->text())));
+}
+
+void frmTarn::tellRunIsGone(const std::string& run) {
+    inform(fmt::format(RunGone, run), RunGoneTitle);
+    refreshRunList();
+}
+
+void frmTarn::Delete_Click() {
+    trapped("Delete_Click", ActionsModule, [this] {
+        const std::string run = chosenRun();
+        if (!startup::HasAuthority("RTG230", true)) {
+            return;
+        }
+        if (run.empty()) {
+            inform(NoRunToDelete, NoRunSelectedTitle);
+            return;
+        }
+        if (!confirmed(ConfirmDeletion, ConfirmDeletionTitle)) {
+            return;
+        }
+        switch (deleteRun(*startup::gcnRouting, run)) {
+            case Deletion::HasStops:
+                return inform(HasStops, HasStopsTitle);
+            case Deletion::NoSuchRun:
+                return tellRunIsGone(run);
+            case Deletion::Done:
+                return cmdSearch_Click();
+        }
+    });
+}
+
+std::vector<std::string> frmTarn::selectedRuns() const { return selectedKeys(*ui_->RunList); }
+
+void frmTarn::searchAgain() { refreshRunList(); }
+
+/// Nothing that the planner has arranged in the list is lost when another form changed runs.
+void frmTarn::refreshRunList() {
+    const ListPlace place(*ui_->RunList);
+    cmdSearch_Click();
+    place.restore(*ui_->RunList);
+    RunList_ClickItem();
+}
+
+void frmTarn::SelectAll_Click() {
+    trapped("SelectAll_Click", ActionsModule, [this] { ui_->RunList->selectAllRows(); });
+}
+
+void frmTarn::Exit_Click() {
+    trapped("Exit_Click", ActionsModule, [] { startup::ShutDown(); });
+}
+
+}  // namespace runsearch

@@ -1,0 +1,114 @@
+#include <QHeaderView>
+#include <QTest>
+
+#include "formfixture.h"
+
+namespace {
+
+using data::DatabaseFile;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// The main form with every run listed and the boxes' answers prepared.
+class ActionsTest : public FormTest {
+protected:
+    ActionsTest() { found(); }
+
+    void choose(const std::string& run) {
+        auto& runs = list("RunList");
+        for (int row = 0; row < runs.rows(); ++row) {
+            if (runs.cellText(row, 0) == run) {
+                runs.choose(row);
+                form().RunList_ClickItem();
+            }
+        }
+    }
+    std::string chosen() { return control<QLineEdit>("Tarn").text().toStdString(); }
+    void answer(base::MsgAnswer given) { session.boxes.answers.push_back(given); }
+    std::vector<std::string> titles() {
+        std::vector<std::string> all;
+        for (const auto& box : session.boxes.shown) {
+            all.push_back(box.title);
+        }
+        session.boxes.shown.clear();
+        return all;
+    }
+    std::string runsLeft() { return std::to_string(list("RunList").rows()); }
+};
+
+TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
+    click("Delete");
+    ASSERT_EQ(session.boxes.shown.size(), 1U);
+    EXPECT_EQ(session.boxes.shown[0].text,
+              "Oops, you did not select run to delete.  Please click on the desired run and try "
+              "again.");
+    EXPECT_THAT(titles(), ElementsAre("No Run Selected"));
+
+    choose("103-PM");
+    answer(base::MsgAnswer::No);
+    click("Delete");
+    EXPECT_EQ(chosen(), "103-PM");
+    answer(base::MsgAnswer::Yes);
+    click("Delete");
+    EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run",
+                                      "Please Confirm Removal of this Run"));
+    EXPECT_EQ(label("TotSel"), "3");
+    EXPECT_EQ(chosen(), "");
+    EXPECT_EQ(row("103-PM"), "");
+}
+
+TEST_F(ActionsTest, RefusesToDeleteARunWithStops) {
+    choose("201-PM");
+    answer(base::MsgAnswer::Yes);
+    form().showForm();
+    QCoreApplication::processEvents();
+    list("RunList").setFocus();
+    QTest::keyClick(&list("RunList"), Qt::Key_Delete);
+    ASSERT_EQ(session.boxes.shown.size(), 2U);
+    EXPECT_EQ(session.boxes.shown[1].title, "Cannot Delete - Run Has Stops Assigned to it");
+    EXPECT_EQ(session.boxes.shown[1].text,
+              "Oops, this run has stops assigned to it.  Sorry but you cannot delete a run with "
+              "stops assigned to it.");
+    EXPECT_EQ(found().size(), 4U);
+}
+
+TEST_F(ActionsTest, TellsWhenAnotherUserWasFaster) {
+    choose("103-PM");
+    district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '103-PM'");
+    answer(base::MsgAnswer::Yes);
+    click("Delete");
+    EXPECT_THAT(session.boxes.shown.back().text, HasSubstr("103-PM"));
+    EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run", "Run Not Found"));
+    EXPECT_EQ(label("TotSel"), "3");
+}
+
+TEST_F(ActionsTest, AsksForTheAuthorityBeforeItDeletes) {
+    startup::gSecurityOn = true;
+    choose("103-PM");
+    click("Delete");
+    EXPECT_THAT(titles(), ElementsAre("Do Not Have Authority"));
+}
+
+TEST_F(ActionsTest, KeepsOrderSelectionAndChoiceWhenItSearchesAgain) {
+    auto& runs = list("RunList");
+    runs.toggleSort(0);
+    runs.toggleSort(0);
+    choose("102-AM");
+    select("RunList", {0, 2});
+    EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM", "102-AM"));
+    district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '103-PM'");
+    form().searchAgain();
+    EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM", "102-AM"));
+    EXPECT_EQ(runs.sortOrder(), Qt::DescendingOrder);
+    EXPECT_EQ(chosen(), "102-AM");
+    EXPECT_EQ(runs.chosenRow(), 1);
+
+    district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '102-AM'");
+    form().searchAgain();
+    EXPECT_EQ(chosen(), "101-AM");
+    found();
+    EXPECT_EQ(chosen(), "");
+    EXPECT_EQ(runs.sortColumn(), -1);
+}
+
+}  // namespace
