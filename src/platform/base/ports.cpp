@@ -39,7 +39,7 @@ Ports& ports() {
     static StandardErrorBoxes boxes;
     static SystemClock clock;
     static NoForms forms;
-    static Ports inForce{&boxes, &clock, &forms, [] {}};
+    static Ports inForce{&boxes, &clock, &forms, [] {}, [] {}};
     return inForce;
 }
 

@@ -63,6 +63,9 @@ struct Ports {
     FormRegistryPort* forms;
     /// Sounds the bell; does nothing until a desktop sets it.
     std::function<void()> beep;
+    /// Lets the forms repaint under a procedure that waits for another program; no key or click is
+    /// handled. Does nothing until a desktop sets it.
+    std::function<void()> repaint;
 };
 
 Ports& ports();

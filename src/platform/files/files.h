@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 /// Files that are shared with programs to which "Runs.txt" and "runs.txt" are the same: a file is
 /// written under the name given, and looked for without regard to the case of its name. Folders are
@@ -23,6 +24,33 @@ void copy(const std::string& from, const std::string& to);
 
 /// Deletes the file; true when it was there and is gone.
 bool remove(const std::string& path);
+
+/// The whole of a file. Raises "File not found" (53), "Path/File access error" (75).
+[[nodiscard]] std::string read(const std::string& path);
+
+/// Writes a file, over an existing one too; a file that cannot be written whole is not left behind.
+/// Raises "Path/File access error" (75) with the system's reason.
+void write(const std::string& path, std::string_view contents);
+
+/// The same for a file that must not be there yet, in any letter case: false where it is, and of
+/// several programs that make it at once only one is told true.
+[[nodiscard]] bool writeNew(const std::string& path, std::string_view contents);
+
+/// Deletes the file unless a program holds it (see Hold); true when it was there and is gone.
+bool removeUnheld(const std::string& path);
+
+/// Says to other programs, while it lives, that a file is being worked with. Raises "File not
+/// found" (53).
+class Hold {
+public:
+    explicit Hold(const std::string& path);
+    ~Hold();
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+private:
+    int handle_;
+};
 
 /// Adds one line to the end of the file, which is made where there is none. Line ends inside the
 /// line become blanks. True when it was written.

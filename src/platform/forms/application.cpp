@@ -32,6 +32,10 @@ Application::Application(int& argc, char** argv)
     base::ports().msgBox = &desktopBoxes();
     base::ports().forms = &FormRegistry::instance();
     base::ports().beep = [] { QApplication::beep(); };
+    base::ports().repaint = [this] {
+        processEvents(QEventLoop::ExcludeUserInputEvents);
+        throwIfEnding();
+    };
 }
 
 Application::~Application() {
