@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "platform/forms/timer.h"
+#include "runedit/map/maphandoff.h"
+
+namespace runedit {
+
+/// Waits for the map program's answer to a run that was handed over, and tells the form when it
+/// may read the run again. The waiting never blocks; the texts of log and status are given.
+///
+///     status "Waiting for updated information from mapping software."
+///     … "RunDone.txt" appears: a countdown of ten seconds in status
+///     status "Run Not Saved."
+///     reload()
+///     status "Information Received from Mapping Software."
+///     lists(), then one signal for each list, finished()
+class MapAnswer : public QObject {
+    Q_OBJECT
+
+public:
+    explicit MapAnswer(QObject* parent);
+    /// For a screen other than the run editor; only the log line about the reload differs.
+    MapAnswer(MapScreen screen, QObject* parent);
+
+    /// Shows the waiting status and waits anew.
+    void start();
+    /// Stops waiting; nothing more is signalled.
+    void stop();
+    [[nodiscard]] bool isWaiting() const { return waiting_; }
+
+signals:
+    void status(const QString& text);
+    /// Read the run from the database again.
+    void reload();
+    /// Build all four lists again: for a form that does so in one go. The signals below follow, for
+    /// one that builds them singly; each is logged as done when it returns.
+    void lists();
+    void stopList();
+    void warningList();
+    void directionList();
+    void specialNeedsList();
+    /// All is done, or the map program has ended without an answer.
+    void finished();
+
+private:
+    void Timer1_Timer();
+    void Timer2_Timer();
+    void poll();
+    void countDown();
+    void giveUp();
+    void buildLists();
+    template <class Step>
+    void guarded(const char* procedure, Step step);
+
+    MapScreen screen_ = MapScreen::Run;
+    forms::Timer Timer1;  ///< looks for the answer, then counts the seconds down
+    forms::Timer Timer2;  ///< takes the answer over
+    bool waiting_ = false;
+    int secondsLeft_ = 0;  ///< 0 while the answer is not there
+    int looks_ = 0;
+};
+
+}  // namespace runedit

@@ -1,0 +1,58 @@
+#include "runedit/map/stopexport.h"
+
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "platform/ado/recordset.h"
+
+namespace runedit {
+
+namespace {
+
+using dbf::Column;
+using dbf::Kind;
+
+/// Positions are kept finer than a foot, minutes as finely as single precision has them.
+const std::vector<Column> Columns{
+    {"STOPID"},
+    {"STOPTYPE"},
+    {"SCHOOL"},
+    {"DESCRIPTION"},
+    {"ADDR1"},
+    {"XPOS", Kind::Number, 4},
+    {"YPOS", Kind::Number, 4},
+    {"TRIPTYPE"},
+    {"RUN"},
+    {"RUNSEQ", Kind::Number},
+    {"NUM_STUDENTS", Kind::Number},
+    {"LOAD_TIME", Kind::Number, 6},
+    {"INT_STOPID", Kind::Number},
+};
+
+}  // namespace
+
+std::string stopExportSql(const std::string& run) {
+    return fmt::format(
+        "SELECT STOP.STOPID, STOP.STOPTYPE, STOP.SCHOOL, STOP.DESCRIPTION, STOP.ADDR1, STOP.XPos, "
+        "STOP.YPos, STOP_TRIPTYPE.TRIPTYPE, STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ, "
+        "STOP_TRIPTYPE.NUM_STUDENTS, STOP_TRIPTYPE.LOAD_TIME, STOP.INT_STOPID FROM STOP INNER JOIN "
+        "STOP_TRIPTYPE ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}' "
+        "ORDER BY STOP_TRIPTYPE.RUNSEQ",
+        run);
+}
+
+dbf::Table readStopExport(ado::Connection& connection, const std::string& run) {
+    ado::Recordset stops;
+    stops.Open(stopExportSql(run), connection);
+    dbf::Table table{Columns, {}};
+    for (; !stops.Eof(); stops.MoveNext()) {
+        auto& row = table.rows.emplace_back();
+        for (int i = 0; i < stops.fieldCount(); ++i) {
+            row.push_back(stops.Fields(i).Value());
+        }
+    }
+    return table;
+}
+
+}  // namespace runedit

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/base/error.h"
+#include "platform/dde/transport.h"
+
+/// The other side of the exchange in memory; in force while it lives. Records what it is sent, and
+/// fails where it is told to.
+class FakeMap : public dde::Transport {
+public:
+    FakeMap() { dde::setTransport(this); }
+    ~FakeMap() override { dde::setTransport(nullptr); }
+    FakeMap(const FakeMap&) = delete;
+    FakeMap& operator=(const FakeMap&) = delete;
+
+    std::unique_ptr<dde::Conversation> open(const std::string& service,
+                                            const std::string& topic) override {
+        failIf(0);
+        return std::make_unique<Talk>(*this, service + "|" + topic + " ");
+    }
+    bool isThere(const std::string&) override { return there; }
+
+    bool there = true;
+    /// Fails at the opening (0) or at that command, counted from 1; -1 never.
+    int failsAt = -1;
+    std::vector<std::string> taken;
+    std::function<void()> whenTaken = [] {};
+
+    /// Takes everything and keeps nothing, for several threads.
+    struct Silent : dde::Transport {
+        struct Talk : dde::Conversation {
+            void Execute(const std::string&) override {}
+        };
+        std::unique_ptr<dde::Conversation> open(const std::string&, const std::string&) override {
+            return std::make_unique<Talk>();
+        }
+        bool isThere(const std::string&) override { return true; }
+    };
+
+private:
+    struct Talk : dde::Conversation {
+        Talk(FakeMap& owner, std::string to) : map(owner), prefix(std::move(to)) {}
+        void Execute(const std::string& command) override {
+            map.failIf(static_cast<int>(map.taken.size()) + 1);
+            map.taken.push_back(prefix + command);
+            map.whenTaken();
+        }
+        FakeMap& map;
+        std::string prefix;
+    };
+
+    void failIf(int step) const {
+        if (step == failsAt) {
+            throw base::RunTimeError(dde::errors::NobodyThere, "ArcView is not running.");
+        }
+    }
+};

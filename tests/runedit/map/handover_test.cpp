@@ -1,0 +1,174 @@
+#include "runedit/map/handover.h"
+
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+#include <sys/resource.h>
+
+#include "fakemap.h"
+#include "mapsession.h"
+#include "platform/dbf/tablefile.h"
+#include "runedit/map/requestline.h"
+#include "startup/mdlDBConnection.h"
+
+namespace {
+
+using namespace runedit;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Key;
+using testing::StartsWith;
+using testing::UnorderedElementsAre;
+
+constexpr auto Line = "101-AM|Run|Start|7:05:00 AM|7:45:00 AM|8:00:00 AM|LARGE|74\n";
+
+class HandOverTest : public MapSession {
+protected:
+    FakeMap map;
+};
+
+TEST_F(HandOverTest, WritesFilesAndRecordAndThenAsksTheMap) {
+    write("runs.TXT", "before\n");
+    write("rundone.txt", "");
+    map.whenTaken = [&] {
+        EXPECT_EQ(file("Runs.txt"), Line);
+        EXPECT_EQ(workFiles().count("rundone.txt"), 0U);
+    };
+    sendRunToMap("101-am", MapScreen::Run);
+
+    EXPECT_THAT(map.taken, ElementsAre(StartsWith("ArcView|System av.Run(\"ShowMap\""),
+                                       StartsWith("ArcView|System av.Run(\"StartRun\"")));
+    EXPECT_THAT(workFiles(), UnorderedElementsAre(Key("Runs.txt"), Key("RunsOld.txt"),
+                                                  Key("RunsOrg.txt"), Key("101-AM.dbf")));
+    EXPECT_EQ(file("RunsOld.txt"), "before\n");
+    EXPECT_EQ(file("RunsOrg.txt"), Line);
+    EXPECT_EQ(row("SELECT * FROM StartEnd"),
+              "Start|7:05:00 AM|101-AM|LARGE|8:00:00 AM|True|74|True");
+    const auto stops = dbf::tableIn(file("101-AM.dbf"));
+    ASSERT_THAT(stops.rows, testing::SizeIs(2));
+    EXPECT_EQ(stops.rows[0][0].asText() + stops.rows[1][0].asText(), "S3S1");
+    EXPECT_EQ(stops.rows[1][12], base::Value(1));
+    EXPECT_TRUE(mapFilesLeft("101-AM"));
+}
+
+TEST_F(HandOverTest, TheOtherScreensHaveTheRunSolvedWithClosedStreets) {
+    sql("UPDATE District SET GIS_CLOSEDSTREETFILENAME = 'works.avl'");
+    sql("UPDATE RUN SET Capacity = ' ', OverFill = NULL, BELLTIME = NULL WHERE RUN = '101-AM'");
+    sendRunToMap("101-AM", MapScreen::AddRun);
+    EXPECT_THAT(map.taken, ElementsAre(StartsWith("ArcView|System av.Run(\"CloseStreets\", {True"),
+                                       StartsWith("ArcView|System av.Run(\"SolveRun\"")));
+    EXPECT_EQ(file("Runs.txt"), "101-AM|AddRun|Start|7:05:00 AM|7:45:00 AM|12:00:00 AM|LARGE|60\n");
+    sendRunToMap("103-PM", MapScreen::GroupRunSolve);
+    EXPECT_EQ(file("Runs.txt"),
+              "103-PM|Group_Run_Solve|End|12:00:00 AM|12:00:00 AM|12:00:00 AM||0\n");
+    EXPECT_THAT(dbf::tableIn(file("103-PM.dbf")).rows, IsEmpty());
+
+    listRunsForMap({"101-AM", "201-PM"}, MapScreen::GroupRunSolve);
+    EXPECT_THAT(linesOf(file("Runs.txt")),
+                ElementsAre(StartsWith("101-AM|"), StartsWith("201-PM|")));
+    EXPECT_THAT(file("RunsOld.txt"), StartsWith("103-PM|"));
+}
+
+TEST_F(HandOverTest, WithoutAnExchangeNothingIsDone) {
+    startup::gMapSoftware = "arcview3.2";
+    EXPECT_FALSE(mapExchangeOn());
+    sendRunToMap("101-AM", MapScreen::Run);
+    listRunsForMap({"101-AM"}, MapScreen::Run);
+    EXPECT_FALSE(handRunToMap("101-AM", MapScreen::Run, "MapIt_Click", "Run"));
+    EXPECT_THAT(workFiles(), IsEmpty());
+    EXPECT_THAT(map.taken, IsEmpty());
+}
+
+TEST_F(HandOverTest, AFailureAtAnyStepLeavesTheFilesAsTheyWere) {
+    write("Runs.txt", "before\n");
+    write("RunsOld.txt", "long before\n");
+    const auto before = workFiles();
+    for (const int step : {0, 1, 2}) {
+        map.failsAt = step;
+        map.taken.clear();
+        EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError) << step;
+        EXPECT_EQ(workFiles(), before) << step;
+    }
+    map.failsAt = -1;
+    map.taken.clear();
+    sendRunToMap("101-AM", MapScreen::Run);
+    EXPECT_TRUE(mapFilesLeft("101-AM"));
+}
+
+TEST_F(HandOverTest, ARunAtWorkIsLeftAloneUntilItsFilesAreGone) {
+    write("101-am.DBF", "");
+    write("101-AMstops.txt", "");
+    EXPECT_FALSE(handRunToMap("101-AM", MapScreen::AddRun, "ExitAddRun", "Add_Remove_Stops"));
+    ASSERT_THAT(session.boxes.shown, testing::SizeIs(1));
+    EXPECT_EQ(session.boxes.shown[0].title, MapStillProcessingTitle);
+    EXPECT_EQ(session.boxes.shown[0].text, MapStillProcessingText);
+    EXPECT_THAT(map.taken, IsEmpty());
+    {
+        const files::Hold held(district.progPath() + "101-AM.dbf");
+        EXPECT_FALSE(deleteMapFiles("101-AM"));
+        EXPECT_THAT(workFiles(), UnorderedElementsAre(Key("101-am.DBF")));
+    }
+    EXPECT_TRUE(deleteMapFiles("101-AM"));
+    EXPECT_TRUE(handRunToMap("101-AM", MapScreen::AddRun, "ExitAddRun", "Add_Remove_Stops"));
+}
+
+TEST_F(HandOverTest, ThePlannerIsToldOfAFaultAndGoesOn) {
+    map.failsAt = 0;
+    EXPECT_FALSE(handRunToMap("101-AM", MapScreen::Run, "MapIt_Click", "Run"));
+    EXPECT_FALSE(handRunToMap("no such run", MapScreen::Run, "MapIt_Click", "Run"));
+    ASSERT_THAT(session.boxes.shown, testing::SizeIs(2));
+    EXPECT_THAT(session.boxes.shown[0].text,
+                testing::AllOf(testing::HasSubstr("MapIt_Click of Module: Run."),
+                               testing::HasSubstr("Error (282) ArcView is not running.")));
+    EXPECT_THAT(session.boxes.shown[1].text, testing::HasSubstr("\"no such run\" is not in the"));
+    EXPECT_EQ(session.forms.unloads, 0);
+    EXPECT_THAT(workFiles(), IsEmpty());
+}
+
+TEST_F(HandOverTest, AProgramFolderThatTakesNoFilesIsTold) {
+    const std::string folder = std::exchange(startup::gProgPath, "/proc/");
+    EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError);
+    startup::gProgPath = folder;
+
+    // A full disk: the stop export needs more than the files of this process may have.
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit tight{100, limit.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &tight);
+    EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_THAT(workFiles(), IsEmpty());
+    EXPECT_THAT(map.taken, IsEmpty());
+}
+
+TEST_F(HandOverTest, OfTwoProgramsOnlyOneHandsARunOver) {
+    for (int round = 0; round < 20; ++round) {
+        std::atomic<int> sent = 0;
+        std::atomic<int> busy = 0;
+        const auto program = [&] {
+            FakeMap::Silent own;
+            const auto routing = startup::GetJetConnection(district.path(DatabaseFile::Routing));
+            try {
+                handOver({.routing = *routing,
+                          .files = WorkFiles(district.progPath()),
+                          .transport = own,
+                          .run = {.run = "101-AM"}});
+                ++sent;
+            } catch (const StillProcessing&) {
+                ++busy;
+            }
+        };
+        std::thread other(program);
+        program();
+        other.join();
+        EXPECT_EQ(sent, 1);
+        EXPECT_EQ(busy, 1);
+        EXPECT_TRUE(mapFilesLeft("101-AM"));
+        deleteMapFiles("101-AM");
+    }
+}
+
+}  // namespace
