@@ -1,0 +1,125 @@
+#include "runedit/map/mapanswer.h"
+
+#include <QTest>
+#include <sstream>
+
+#include "fakemap.h"
+#include "mapsession.h"
+#include "platform/forms/application.h"
+
+namespace {
+
+using runedit::MapAnswer;
+using runedit::MapScreen;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+class MapAnswerTest : public MapSession {
+protected:
+    MapAnswerTest() {
+        forms::Application::instance().startAfresh();
+        forms::Timer::setSpeed(200);
+    }
+    ~MapAnswerTest() override { forms::Timer::setSpeed(1); }
+
+    /// Everything that the answer signals, in order.
+    std::unique_ptr<MapAnswer> waiting(MapScreen screen) {
+        auto answer = std::make_unique<MapAnswer>(screen, nullptr);
+        const auto keep = [this](const char* event) { return [this, event] { note(event); }; };
+        QObject::connect(answer.get(), &MapAnswer::status,
+                         [this](const QString& text) { note(text.toStdString()); });
+        QObject::connect(answer.get(), &MapAnswer::reload, keep("<reload>"));
+        QObject::connect(answer.get(), &MapAnswer::lists, keep("<lists>"));
+        QObject::connect(answer.get(), &MapAnswer::stopList, keep("<stops>"));
+        QObject::connect(answer.get(), &MapAnswer::warningList, keep("<warnings>"));
+        QObject::connect(answer.get(), &MapAnswer::directionList, keep("<directions>"));
+        QObject::connect(answer.get(), &MapAnswer::specialNeedsList, keep("<needs>"));
+        QObject::connect(answer.get(), &MapAnswer::finished, keep("<finished>"));
+        answer->start();
+        return answer;
+    }
+    void note(const std::string& event) { events.push_back(event); }
+    bool finished() const { return !events.empty() && events.back() == "<finished>"; }
+
+    std::vector<std::string> log() const {
+        std::vector<std::string> lines;
+        std::istringstream stream(file("log.txt"));
+        for (std::string line; std::getline(stream, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+
+    FakeMap map;
+    std::vector<std::string> events;
+};
+
+TEST_F(MapAnswerTest, GoesFromWaitingThroughTheCountdownToTheLists) {
+    startup::TotSavedRuns = 3;
+    const auto answer = waiting(MapScreen::Run);
+    QTest::qWait(50);
+    EXPECT_THAT(events, ElementsAre("Waiting for updated information from mapping software."));
+    write("RUNDONE.TXT", "\xFF\x00 no text");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return finished(); }));
+
+    std::vector<std::string> expected{"Waiting for updated information from mapping software."};
+    for (int seconds = 10; seconds > 0; --seconds) {
+        expected.push_back("Processing Map Results..." + std::to_string(seconds) +
+                           " seconds remaining");
+    }
+    for (const auto* event :
+         {"Run Not Saved.", "<reload>", "Information Received from Mapping Software.", "<lists>",
+          "<stops>", "<warnings>", "<directions>", "<needs>", "<finished>"}) {
+        expected.push_back(event);
+    }
+    EXPECT_THAT(events, ElementsAreArray(expected));
+    EXPECT_THAT(
+        log(),
+        ElementsAre("In Tarn, in Timer1 Rundone.txt found so Timer1 code will continue after 10 "
+                    "second pause. ",
+                    "In Tarn, in Timer1 code will now continue... ",
+                    "In Tarn, in Timer2 about to do Command1_Click ",
+                    "In Tarn, in Timer2 performed Command1_Click and about to see if "
+                    "Build_StopList should be run.  TotSavedRuns: 3",
+                    "In Tarn, in Timer2 after Build_StopList ",
+                    "In Tarn, in Timer2 after Build_WarnList ",
+                    "In Tarn, in Timer2 after Build_DirList ",
+                    "In Tarn, in Timer2 after Build_SpecialNeedsList "));
+}
+
+TEST_F(MapAnswerTest, TheGroupSolveIsNamedInOneLineOnly) {
+    write("RunDone.txt", "");
+    const auto answer = waiting(MapScreen::GroupRunSolve);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return finished(); }));
+    ASSERT_THAT(log(), testing::SizeIs(8));
+    EXPECT_EQ(log()[3],
+              "In Group_Run_Solve, in Timer2 performed Command1_Click and about to see if "
+              "Build_StopList should be run.  TotSavedRuns: 0");
+    EXPECT_THAT(log()[2], testing::StartsWith("In Tarn, "));
+}
+
+TEST_F(MapAnswerTest, AMapProgramThatEndsWithoutAnAnswerIsTold) {
+    map.there = false;
+    const auto answer = waiting(MapScreen::Run);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return finished(); }));
+    EXPECT_THAT(events,
+                ElementsAre("Waiting for updated information from mapping software.",
+                            "The mapping software has ended without an answer. Go to the map "
+                            "again.",
+                            "<finished>"));
+    EXPECT_FALSE(answer->isWaiting());
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(MapAnswerTest, StoppedInTheCountdownNothingFollows) {
+    const auto answer = waiting(MapScreen::Run);
+    write("RunDone.txt", "");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return events.size() >= 3; }));
+    answer->stop();
+    events.clear();
+    QTest::qWait(150);
+    EXPECT_THAT(events, IsEmpty());
+}
+
+}  // namespace
