@@ -1,0 +1,68 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "groupops/groupchange/runchange.h"
+#include "groupops/runselection.h"
+#include "platform/forms/form.h"
+#include "platform/forms/timer.h"
+
+class QCheckBox;
+class QWidget;
+
+namespace Ui {
+class frmGroupRunChange;
+}
+
+namespace groupops {
+
+/// Sets one or more attributes to the same value on every run that is selected in the run list. The
+/// list must outlive the form.
+class frmGroupRunChange : public forms::Form {
+    Q_OBJECT
+
+public:
+    explicit frmGroupRunChange(RunSelection& selection, forms::Form* owner = nullptr);
+    ~frmGroupRunChange() override;
+
+    void ChangeRunFamily_Click();
+    void ChangeLocation_Click();
+    void ChangeSchool_Click();
+    void ChangeTripType_Click();
+    void ChangeVehType_Click();
+    void ChangeCapacity_Click();
+    void ChangeOverfill_Click();
+    void ChangeIt_Click();
+    void CloseIt_Click();
+    void Timer1_Timer();
+
+protected:
+    void formLoad() override { Form_Load(); }
+    void formActivate() override;
+
+private:
+    /// One line of the form: may the column be changed, and to what.
+    struct Attribute {
+        QCheckBox* box;
+        QWidget* value;
+        const char* column;
+        const char* name;  ///< for messages
+        void (frmGroupRunChange::*click)();
+    };
+
+    void Form_Load();
+    [[nodiscard]] std::vector<Attribute> attributes() const;
+    [[nodiscard]] std::optional<base::Value> valueOf(const Attribute& attribute);
+    [[nodiscard]] std::optional<std::vector<RunChange>> changes();
+    void refuse(const Attribute& attribute);
+    void change(const std::vector<std::string>& runs, const std::vector<RunChange>& changes);
+    void showSelected();
+
+    RunSelection& selection_;
+    std::unique_ptr<Ui::frmGroupRunChange> ui_;
+    forms::Timer* Timer1;
+};
+
+}  // namespace groupops

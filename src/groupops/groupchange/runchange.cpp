@@ -1,0 +1,55 @@
+#include "groupops/groupchange/runchange.h"
+
+#include <fmt/format.h>
+
+#include "platform/ado/recordset.h"
+
+namespace groupops {
+
+namespace {
+
+/// False where there is no such run.
+bool changeRow(ado::Connection& routing, const std::string& run,
+               std::span<const RunChange> changes) {
+    ado::UnitOfWork unit(routing);
+    ado::Recordset row;
+    row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), routing,
+             ado::CursorType::Dynamic);
+    if (row.Eof()) {
+        return false;
+    }
+    for (const RunChange& change : changes) {
+        row[change.column].Value(change.value);
+    }
+    row.Update();
+    row.Close();
+    unit.commit();
+    return true;
+}
+
+}  // namespace
+
+GroupOutcome changeRuns(ado::Connection& routing, std::span<const std::string> runs,
+                        std::span<const RunChange> changes, base::ProgressPort& progress) {
+    GroupOutcome outcome;
+    outcome.asked = static_cast<int>(runs.size());
+    routing.setDurability(store::Durability::Crash);
+    for (const std::string& run : runs) {
+        if (progress.yield()) {
+            outcome.stopped = true;
+            break;
+        }
+        if (!changeRow(routing, run, changes)) {
+            outcome.gone.push_back(run);
+            continue;
+        }
+        ++outcome.changed;
+        progress.status(fmt::format("Changed information for run: {}.", run));
+        progress.progress(100.0 * outcome.changed / outcome.asked);
+    }
+    routing.setDurability(store::Durability::PowerCut);
+    routing.checkpoint();
+    return outcome;
+}
+
+}  // namespace groupops
