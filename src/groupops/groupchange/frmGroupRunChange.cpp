@@ -97,9 +97,10 @@ void frmGroupRunChange::formActivate() {
 void frmGroupRunChange::showSelected() {
     const auto count = selection_.selectedRuns().size();
     ui_->ChangeIt->setEnabled(count > 0);
-    ui_->SelectedRuns->setText(
-        count == 0 ? tr("No run is selected in the run list.")
-                   : tr("%n run(s) selected in the run list.", nullptr, static_cast<int>(count)));
+    ui_->SelectedRuns->setText(count == 0 ? tr("No run is selected in the run list.")
+                               : count == 1
+                                   ? tr("1 run is selected in the run list.")
+                                   : tr("%1 runs are selected in the run list.").arg(count));
 }
 
 void frmGroupRunChange::ChangeRunFamily_Click() {
