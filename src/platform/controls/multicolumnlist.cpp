@@ -5,14 +5,11 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
-#include <QStyledItemDelegate>
-#include <QToolTip>
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -24,48 +21,6 @@
 #include "platform/controls/twips.h"
 
 namespace controls {
-
-namespace {
-
-/// Red cells are pure red under black text, and still red where they are selected. Texts that do
-/// not fit show whole on hovering.
-class CellDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override {
-        QStyledItemDelegate::paint(painter, option, index);
-        if (index.data(TableModel::RedRole).toBool()) {
-            painter->fillRect(QRect(option.rect.bottomLeft(), QSize(option.rect.width(), 1)),
-                              QColor(0, 0, 0, 70));
-        }
-    }
-
-    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                   const QModelIndex& index) override {
-        const bool cut = sizeHint(option, index).width() > view->visualRect(index).width();
-        if (event->type() != QEvent::ToolTip || !cut) {
-            return QStyledItemDelegate::helpEvent(event, view, option, index);
-        }
-        QToolTip::showText(event->globalPos(), index.data().toString(), view);
-        return true;
-    }
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (!index.data(TableModel::RedRole).toBool()) {
-            return;
-        }
-        option->backgroundBrush = QColor(255, 0, 0);
-        option->palette.setColor(QPalette::Text, Qt::black);
-        option->palette.setColor(QPalette::Highlight, QColor(150, 0, 0));
-        option->palette.setColor(QPalette::HighlightedText, Qt::white);
-    }
-};
-
-}  // namespace
 
 MultiColumnList::MultiColumnList(QWidget* parent)
     : QTreeView(parent), model_(new TableModel(this)) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "platform/controls/celldelegate.h"
 #include "platform/controls/texttable.h"
 
 namespace controls {
@@ -15,9 +16,8 @@ class TableModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    /// Whether the cell is red (a bool), and all cells of the row as one text for looking things
-    /// up.
-    enum Roles { RedRole = Qt::UserRole + 1, RowTextRole };
+    /// All cells of the row as one text, for looking things up. Red cells answer to RedRole.
+    enum Roles { RowTextRole = RedRole + 1 };
 
     using QAbstractTableModel::QAbstractTableModel;
 

@@ -22,6 +22,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/controls/qtext.h"
+#include "tools/script/gridadapter.h"
 #include "tools/script/userinput.h"
 
 namespace script {
@@ -314,12 +315,19 @@ void Adapter::cannot(const std::string& what) const {
 std::unique_ptr<Adapter> adapterFor(QWidget& control) {
     using Maker = std::unique_ptr<Adapter> (*)(QWidget&);
     constexpr Maker Kinds[] = {
-        tryKind<MultiColumnList, ListAdapter>,   tryKind<QComboBox, ComboAdapter>,
-        tryKind<QLineEdit, LineEditAdapter>,     tryKind<QPlainTextEdit, PlainTextAdapter>,
-        tryKind<QCheckBox, CheckAdapter>,        tryKind<QRadioButton, CheckAdapter>,
-        tryKind<QAbstractButton, ButtonAdapter>, tryKind<QLabel, LabelAdapter>,
-        tryKind<QTabWidget, TabAdapter>,         tryKind<QProgressBar, ProgressAdapter>,
-        tryKind<QStatusBar, StatusAdapter>,      tryKind<QGroupBox, GroupAdapter>,
+        tryKind<MultiColumnList, ListAdapter>,
+        tryKind<controls::Grid, GridAdapter>,
+        tryKind<QComboBox, ComboAdapter>,
+        tryKind<QLineEdit, LineEditAdapter>,
+        tryKind<QPlainTextEdit, PlainTextAdapter>,
+        tryKind<QCheckBox, CheckAdapter>,
+        tryKind<QRadioButton, CheckAdapter>,
+        tryKind<QAbstractButton, ButtonAdapter>,
+        tryKind<QLabel, LabelAdapter>,
+        tryKind<QTabWidget, TabAdapter>,
+        tryKind<QProgressBar, ProgressAdapter>,
+        tryKind<QStatusBar, StatusAdapter>,
+        tryKind<QGroupBox, GroupAdapter>,
     };
     for (const Maker make : Kinds) {
         if (auto adapter = make(control)) {

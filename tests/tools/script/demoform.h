@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "platform/base/ports.h"
+#include "platform/controls/grid.h"
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/controls/timebox.h"
@@ -31,6 +32,7 @@ public:
         auto* second = new QVBoxLayout(otherPage);
         addControls(first, second);
         list_ = add<controls::MultiColumnList>("List", layout);
+        grid_ = add<controls::Grid>("Grid", layout);
         fill();
         on(list_, &controls::MultiColumnList::rowClicked,
            [this](int row) { label_->setText("row " + QString::number(row)); });
@@ -94,11 +96,14 @@ private:
         table.colourRed(1, 0, 0);
         list_->setTable(table);
         combo_->setTable(std::move(table));
+        grid_->setColumns({{"Bell", "Bell"}, {"New Bell", "NewBell", true}});
+        grid_->setRows({{"8:00"}, {"9:00"}});
     }
 
     QLineEdit* name_ = nullptr;
     controls::MultiColumnCombo* combo_ = nullptr;
     controls::MultiColumnList* list_ = nullptr;
+    controls::Grid* grid_ = nullptr;
     QLabel* label_ = nullptr;
     forms::Timer timer_;
 };

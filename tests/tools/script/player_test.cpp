@@ -94,6 +94,15 @@ TEST_F(PlayerTest, WorksOnLists) {
               (std::vector<int>{}));
 }
 
+TEST_F(PlayerTest, TypesIntoGrids) {
+    const std::string transcript = play(
+        "cell frmDemo.Grid 2 2 8:15 am\n"
+        "expect-row frmDemo.Grid 2 \"9:00\\t8:15 am\"\n"
+        "expect frmDemo.Grid 2\n"
+        "print frmDemo.Grid\n");
+    EXPECT_THAT(transcript, HasSubstr("    Bell\tNew Bell\n    8:00\t \n    9:00\t8:15 am\n"));
+}
+
 TEST_F(PlayerTest, AnswersListsAndExpectsMessageBoxes) {
     play("answer No\nclick frmDemo.cmdDelete\nexpect frmDemo.Status kept\n");
     play("click frmDemo.cmdDelete\nexpect-box Please Confirm\nexpect frmDemo.Status deleted\n");
@@ -125,6 +134,10 @@ TEST_F(PlayerTest, SaysWhatIsWrongWithAControl) {
          "line 2: frmDemo.List is a list, none that has a column 0, it has 2"},
         {"cell frmDemo.List 1 1 x",
          "line 2: frmDemo.List is a list, none that has cells to type into"},
+        {"cell frmDemo.Grid 1 1 x",
+         "line 2: frmDemo.Grid is a grid, none that has a column 1 to type into"},
+        {"cell frmDemo.Grid 3 2 x",
+         "line 2: frmDemo.Grid is a grid, none that has a row 3, it has 2"},
         {"expect frmDemo.RunName x", "line 2: frmDemo.RunName shows \"\", expected \"x\""},
         {"expect-row frmDemo.List 1 R2",
          "line 2: row 1 of frmDemo.List is \"R1\t10\", expected \"R2\" in it"},

@@ -1,0 +1,233 @@
+#include "platform/controls/grid.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "platform/controls/celldelegate.h"
+#include "platform/controls/qtext.h"
+#include "platform/controls/tablecopy.h"
+
+namespace controls {
+
+namespace {
+
+/// Cells that cannot be typed into stand back behind those that can.
+class GridDelegate : public CellDelegate {
+public:
+    using CellDelegate::CellDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        CellDelegate::initStyleOption(option, index);
+        if (!index.flags().testFlag(Qt::ItemIsEditable)) {
+            option->backgroundBrush = option->palette.brush(QPalette::AlternateBase);
+        }
+    }
+};
+
+}  // namespace
+
+class GridView : public QTableView {
+public:
+    using QTableView::QTableView;
+
+    void finishTyping() {
+        if (QWidget* editor = indexWidget(currentIndex())) {
+            commitData(editor);
+            closeEditor(editor, QAbstractItemDelegate::NoHint);
+        }
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (enter && state() == EditingState) {
+            // Behind the editor's own end, which waits in the queue as well.
+            QMetaObject::invokeMethod(
+                this, [this] { goDown(); }, Qt::QueuedConnection);
+            return;
+        }
+        if (enter || (!event->text().isEmpty() && event->text()[0].isPrint())) {
+            goToEditableCell();
+        }
+        if (enter) {
+            edit(currentIndex());
+            return;
+        }
+        QTableView::keyPressEvent(event);
+    }
+
+private:
+    void goToEditableCell() {
+        const QModelIndex current = currentIndex();
+        for (int column = 0; column < model()->columnCount(); ++column) {
+            const QModelIndex cell = model()->index(current.row(), column);
+            if (cell.isValid() && cell.flags().testFlag(Qt::ItemIsEditable)) {
+                selectionModel()->setCurrentIndex(cell, QItemSelectionModel::NoUpdate);
+                return;
+            }
+        }
+    }
+    void goDown() {
+        const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
+        if (below.isValid()) {
+            setCurrentIndex(below);
+        }
+    }
+};
+
+Grid::Grid(QWidget* parent)
+    : QFrame(parent),
+      model_(new GridModel(this)),
+      caption_(new QLabel(this)),
+      view_(new GridView(this)) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    layout->addWidget(caption_);
+    layout->addWidget(view_);
+    caption_->setBuddy(view_);
+    setFocusProxy(view_);
+
+    view_->setModel(model_);
+    view_->setItemDelegate(new GridDelegate(view_));
+    view_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
+                           QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    view_->setTabKeyNavigation(false);
+    view_->setCornerButtonEnabled(false);
+    view_->verticalHeader()->hide();
+    view_->horizontalHeader()->setHighlightSections(false);
+    view_->horizontalHeader()->setStretchLastSection(true);
+    view_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    connect(model_, &GridModel::typed, this, &Grid::cellEdited);
+    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { emit selectionCountChanged(static_cast<int>(selectedRows().size())); });
+    addActions();
+}
+
+void Grid::addActions() {
+    const auto add = [this](const QString& text, const QKeySequence& key, auto procedure) {
+        auto* action = new QAction(text, view_);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, procedure);
+        view_->addAction(action);
+    };
+    add(tr("&Copy Rows"), QKeySequence::Copy, [this] { copyRows(); });
+    add(tr("&Empty Cells"), QKeySequence::Delete, [this] { emptyRows(); });
+    add(tr("Select &All"), QKeySequence::SelectAll, [this] { selectAllRows(); });
+    view_->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+QString Grid::caption() const { return caption_->text(); }
+
+void Grid::setCaption(const QString& caption) { caption_->setText(caption); }
+
+void Grid::setColumns(std::vector<GridColumn> columns) {
+    model_->setColumns(std::move(columns));
+    view_->resizeColumnsToContents();
+}
+
+const std::vector<GridColumn>& Grid::columns() const { return model_->columns(); }
+
+int Grid::column(std::string_view field) const {
+    const auto found =
+        std::find_if(columns().begin(), columns().end(),
+                     [&](const GridColumn& column) { return column.field == field; });
+    return static_cast<int>(found - columns().begin());
+}
+
+void Grid::setRows(std::vector<std::vector<std::string>> rows) {
+    model_->setRows(std::move(rows));
+    constexpr int Roomy = 28;
+    for (int column = 0; column + 1 < model_->columnCount(); ++column) {
+        view_->resizeColumnToContents(column);
+        view_->setColumnWidth(column, view_->columnWidth(column) + Roomy);
+    }
+    emit selectionCountChanged(0);
+}
+
+int Grid::rows() const { return model_->rowCount(); }
+
+std::string Grid::cellText(int row, int column) const { return model_->text(row, column); }
+
+void Grid::setCellText(int row, int column, const std::string& text) {
+    model_->setText(row, column, text);
+}
+
+bool Grid::isRed(int row, int column) const { return model_->isRed(row, column); }
+
+void Grid::setRed(int row, int column, bool red) { model_->setRed(row, column, red); }
+
+std::vector<int> Grid::selectedRows() const {
+    std::vector<int> rows;
+    for (const QModelIndex& index : view_->selectionModel()->selectedRows()) {
+        rows.push_back(index.row());
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void Grid::selectRows(std::span<const int> rows) {
+    QItemSelection selection;
+    for (const int row : rows) {
+        selection.select(model_->index(row, 0), model_->index(row, model_->columnCount() - 1));
+    }
+    view_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void Grid::selectAllRows() { view_->selectAll(); }
+
+void Grid::selectNone() { view_->clearSelection(); }
+
+void Grid::finishTyping() { view_->finishTyping(); }
+
+QTableView& Grid::view() { return *view_; }
+
+void Grid::typeInto(int row, int column) {
+    const QModelIndex cell = model_->index(row, column);
+    view_->setFocus();
+    view_->setCurrentIndex(cell);
+    view_->scrollTo(cell);
+    view_->edit(cell);
+}
+
+void Grid::copyRows() const {
+    TextTable table;
+    for (const GridColumn& column : columns()) {
+        table.columns.push_back({column.caption});
+    }
+    std::vector<std::size_t> copied;
+    for (const int row : selectedRows()) {
+        copied.push_back(table.addRow());
+        for (std::size_t column = 0; column < columns().size(); ++column) {
+            table.setText(copied.back(), column, cellText(row, static_cast<int>(column)));
+        }
+    }
+    if (!copied.empty()) {
+        QApplication::clipboard()->setText(toQt(tabSeparated(table, copied)));
+    }
+}
+
+void Grid::emptyRows() {
+    for (const int row : selectedRows()) {
+        for (int column = 0; column < model_->columnCount(); ++column) {
+            const QModelIndex cell = model_->index(row, column);
+            if (cell.flags().testFlag(Qt::ItemIsEditable)) {
+                model_->setData(cell, QString(), Qt::EditRole);
+            }
+        }
+    }
+}
+
+}  // namespace controls
