@@ -17,7 +17,6 @@ namespace dde {
 namespace {
 
 using Milliseconds = DBusTransport::Milliseconds;
-using Clock = std::chrono::steady_clock;
 
 constexpr Milliseconds Glance{2};  // between two looks whether the answer is there
 
@@ -77,15 +76,14 @@ public:
                                                       QString(), QStringLiteral("Execute"));
         message.setAutoStartService(false);
         message << QString::fromStdString(command);
-        const auto begun = Clock::now();
         const QDBusMessage reply = bus_->call(message, timeOut_);
         if (reply.type() == QDBusMessage::ErrorMessage) {
-            raiseFor(reply, Clock::now() - begun);
+            raiseFor(reply);
         }
     }
 
 private:
-    [[noreturn]] void raiseFor(const QDBusMessage& reply, Clock::duration waited) const {
+    [[noreturn]] void raiseFor(const QDBusMessage& reply) const {
         const auto is = [&](const char* name) {
             return reply.errorName() ==
                    QLatin1String("org.freedesktop.DBus.Error.") + QLatin1String(name);
@@ -97,14 +95,15 @@ private:
             fail(errors::ProgramEnded, fmt::format("{} has ended.", service_));
         }
         if (is("NoReply") || is("Timeout") || is("TimedOut")) {
-            raiseForSilence(waited);
+            raiseForSilence();
         }
         fail(errors::Refused, fmt::format("{} refused the request: {}", service_,
                                           reply.errorMessage().toStdString()));
     }
 
-    [[noreturn]] void raiseForSilence(Clock::duration waited) const {
-        if (waited < timeOut_) {
+    /// The bus says the same of a program that ended and of one that takes too long.
+    [[noreturn]] void raiseForSilence() const {
+        if (!bus_->hasOwner(QString::fromStdString(busName(service_)), timeOut_)) {
             fail(errors::ProgramEnded,
                  fmt::format("{} ended before it answered the request.", service_));
         }
