@@ -29,7 +29,7 @@ need_packages() {
 }
 
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev libsqlite3-dev
-    libshp-dev dbus libfmt-dev fonts-dejavu-core)
+    libshp-dev dbus libfmt-dev libcrypt-dev fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev dbus procps sqlite3)
 
 # Configures and builds a preset; prints what the build does only when it does something or fails.

@@ -42,16 +42,7 @@ std::string userFolder() {
 
 std::vector<std::string> machineFolders() {
     const std::string configured = environment("XDG_CONFIG_DIRS");
-    std::string_view rest = configured.empty() ? std::string_view("/etc/xdg") : configured;
-    std::vector<std::string> folders;
-    while (!rest.empty()) {
-        const auto end = rest.find(':');
-        if (isFullPath(rest.substr(0, end))) {
-            folders.emplace_back(rest.substr(0, end));
-        }
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-    }
-    return folders;
+    return files::folderList(configured.empty() ? "/etc/xdg" : configured);
 }
 
 std::string ofSuite(const std::string& folder) {

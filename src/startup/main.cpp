@@ -1,66 +1,7 @@
-#include <QStandardPaths>
-#include <cstdio>
-#include <cstdlib>
-
-#include <fmt/format.h>
-
-#include "platform/controls/layoutmemory.h"
-#include "platform/forms/application.h"
-#include "platform/forms/look.h"
 #include "startup/RunStartup.h"
-#include "startup/applicationinfo.h"
-#include "startup/session.h"
-
-namespace {
-
-QtMessageHandler usualMessages = nullptr;
-
-// The toolkit's last word where it cannot open the display is an abort.
-void reportNoDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (type != QtFatalMsg) {
-        usualMessages(type, context, message);
-        return;
-    }
-    fmt::print(stderr,
-               "tarn: No window can be opened. Start it in a desktop session, or set DISPLAY or "
-               "WAYLAND_DISPLAY to one that you may use.\n");
-    std::_Exit(EXIT_FAILURE);
-}
-
-void nameApplication(const startup::ApplicationInfo& info) {
-    QCoreApplication::setApplicationName(QString::fromStdString(info.title));
-    QCoreApplication::setApplicationVersion(
-        QString::fromStdString(fmt::format("{}.{}.{}", info.major, info.minor, info.revision)));
-    QGuiApplication::setDesktopFileName(QStringLiteral("tarn"));
-}
-
-QString layoutFile() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/vireo/tarn-windows.ini");
-}
-
-// The last changes may still be on their way into a file, and there is nobody left to trap an
-// error.
-int closeSession(int exitCode) {
-    try {
-        startup::resetSession();
-    } catch (const std::exception& error) {
-        fmt::print(stderr, "tarn: {}\n", error.what());
-        return EXIT_FAILURE;
-    }
-    return exitCode;
-}
-
-}  // namespace
+#include "startup/desktopprogram.h"
 
 int main(int argc, char** argv) {
     const std::string commandLine = startup::commandLineOf(argc, argv);
-    nameApplication(startup::applicationInfo());
-    usualMessages = qInstallMessageHandler(reportNoDisplay);
-    forms::Application application(argc, argv);
-    qInstallMessageHandler(usualMessages);
-    forms::applyLook(application);
-    controls::LayoutMemory::instance().useFile(layoutFile());
-    application.guarded([&] { startup::Main(commandLine); });
-    return closeSession(application.run());
+    return startup::runOnDesktop(argc, argv, "tarn", [&] { startup::Main(commandLine); });
 }

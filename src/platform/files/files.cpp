@@ -69,6 +69,18 @@ bool appendLine(const std::string& path, std::string line) {
     return file.good();
 }
 
+std::vector<std::string> folderList(std::string_view list) {
+    std::vector<std::string> folders;
+    while (!list.empty()) {
+        const auto end = list.find(':');
+        if (list.starts_with('/')) {
+            folders.emplace_back(list.substr(0, end));
+        }
+        list.remove_prefix(end == std::string_view::npos ? list.size() : end + 1);
+    }
+    return folders;
+}
+
 std::string programFolder() {
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);

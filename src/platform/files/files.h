@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Files that are shared with programs to which "Runs.txt" and "runs.txt" are the same: a file is
 /// written under the name given, and looked for without regard to the case of its name. Folders are
@@ -55,6 +56,9 @@ private:
 /// Adds one line to the end of the file, which is made where there is none. Line ends inside the
 /// line become blanks. True when it was written.
 bool appendLine(const std::string& path, std::string line);
+
+/// The folders of a list such as PATH, apart by colons; those that are no full path are left out.
+[[nodiscard]] std::vector<std::string> folderList(std::string_view list);
 
 /// The folder of the running program, without a separator at its end.
 [[nodiscard]] std::string programFolder();

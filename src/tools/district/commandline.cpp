@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <exception>
+#include <iostream>
 #include <istream>
 #include <map>
 #include <optional>
@@ -9,11 +10,16 @@
 
 #include <fmt/format.h>
 
+#include "platform/files/files.h"
 #include "tools/district/checks.h"
+#include "tools/district/companions.h"
 #include "tools/district/create.h"
+#include "tools/district/folders.h"
 #include "tools/district/generator.h"
+#include "tools/district/passwordcommand.h"
 #include "tools/district/progress.h"
 #include "tools/district/sqlcommand.h"
+#include "tools/district/terminal.h"
 
 namespace tools::district {
 
@@ -25,6 +31,8 @@ constexpr std::string_view Usage = R"(Usage:
   vireo-district check FOLDER                         look for faults in a district's files
   vireo-district sql FILE [STATEMENT]                 run statements on one database file
   vireo-district sql --check FILE [STATEMENT]         only say whether they are understood
+  vireo-district password FOLDER USER                 set or take away a user's password
+  vireo-district programs FOLDER                      link the companion programs again
   vireo-district --help                               this text
 
 create  makes FOLDER with its six database files and settings; XDG_CONFIG_HOME=FOLDER tarn USER
@@ -35,6 +43,11 @@ sql     takes statements from standard input, one a line, where none is given; l
         empty or begin with -- are skipped. Rows come as a table with a header, cells parted by
         tabs, Null as nothing; a change tells how many rows it changed. It stops at the first
         statement that fails. routing.mdb also sees the tables of trip.mdb.
+
+password  asks on the terminal, twice and unseen; elsewhere it reads one line of standard input.
+        An empty password takes it away.
+programs  links Logon.Exe and the other programs that the suite starts from the program folder,
+        as create does; for a district that was made without them, or after they have moved.
 
 It ends with 0 when all went well, 1 for a failure or a finding, 2 for a wrong command line.
 )";
@@ -146,6 +159,24 @@ ExitStatus sql(const std::vector<std::string>& given, std::istream& in, std::ost
     return runSql(options, in, out, complaints) ? ExitStatus::Done : ExitStatus::Failed;
 }
 
+ExitStatus password(const std::vector<std::string>& given, std::istream& in, std::ostream& out,
+                    std::ostream& complaints) {
+    const Words words(given, {});
+    const auto& plain = words.plain(2, 2, "The folder or the user");
+    const PasswordOptions options{
+        .folder = plain[0], .user = plain[1], .ask = &in == &std::cin && isTyped()};
+    return runPassword(options, in, out, complaints) ? ExitStatus::Done : ExitStatus::Failed;
+}
+
+ExitStatus programs(const std::vector<std::string>& given, std::ostream& out) {
+    const Words words(given, {});
+    const Folders folders{words.plain(1, 1, "The folder").front()};
+    for (const std::string& name : linkCompanions(files::programFolder(), folders.programs())) {
+        out << fmt::format("Linked {}.\n", name);
+    }
+    return ExitStatus::Done;
+}
+
 ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std::ostream& out,
                     std::ostream& complaints) {
     if (words.empty()) {
@@ -169,6 +200,12 @@ ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std
     }
     if (command == "sql") {
         return sql(words, in, out, complaints);
+    }
+    if (command == "password") {
+        return password(words, in, out, complaints);
+    }
+    if (command == "programs") {
+        return programs(words, out);
     }
     throw Misuse{fmt::format("Unknown command \"{}\".", command)};
 }

@@ -1,5 +1,7 @@
 #include "tools/district/create.h"
 
+#include "platform/files/files.h"
+#include "tools/district/companions.h"
 #include "tools/district/folders.h"
 #include "tools/district/generator.h"
 #include "tools/district/plan.h"
@@ -30,6 +32,7 @@ void createDistrict(const CreateOptions& options, Progress& progress) {
     if (!district.licence.empty()) {
         writePrivateFile(folder.folders().data() / "LICENSE-RSRB01.txt", district.licence);
     }
+    linkCompanions(files::programFolder(), folder.folders().programs());
     folder.finish();
 }
 

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/password/password.h"
+#include "tools/district/companions.h"
 #include "tools/district/madedistrict.h"
 
 namespace tools::district {
@@ -106,6 +108,41 @@ TEST(CommandLine, MakesAndChecks) {
     EXPECT_EQ(run({"check", district}).status, ExitStatus::Failed);
     EXPECT_EQ(run({"check", folder.path() + "none"}).complaints,
               "There is no folder " + folder.path() + "none.\n");
+}
+
+TEST(CommandLine, SetsAndTakesAwayAPassword) {
+    const MadeDistrict made(1);
+    const auto stored = [&] {
+        const auto database = made.open(data::DatabaseFile::QDSC);
+        const auto row = database->prepare("SELECT QDSC2 FROM QDSCU WHERE QDSC1 = 'PLANNER'");
+        row->step();
+        return std::string(row->text(0));
+    };
+    const auto password = [&](const std::string& user, const std::string& input) {
+        return run({"password", made.folder(), user}, input);
+    };
+    EXPECT_EQ(password("planner", "first one\r\nmore").out, "The password of PLANNER was set.\n");
+    EXPECT_TRUE(password::matches("first one", stored()));
+    EXPECT_EQ(password("NOBODY", "x\n").status, ExitStatus::Failed);
+    EXPECT_EQ(password("PLANNER", "").status, ExitStatus::Failed);
+    EXPECT_EQ(password("PLANNER", std::string(password::Longest + 1, 'x')).status,
+              ExitStatus::Failed);
+    EXPECT_TRUE(password::matches("first one", stored()));
+    EXPECT_EQ(password("PLANNER", "\n").status, ExitStatus::Done);
+    EXPECT_EQ(password::kindOf(stored()), password::Stored::None);
+}
+
+TEST(Companions, AreLinkedButNeverReplaceAFile) {
+    const support::TemporaryFolder from;
+    const support::TemporaryFolder to;
+    from.write("Logon.Exe", "ours");
+    EXPECT_THAT(linkCompanions(from.path(), to.path()), testing::ElementsAre("Logon.Exe"));
+    EXPECT_THAT(linkCompanions(from.path(), to.path()), testing::ElementsAre("Logon.Exe"));
+    EXPECT_EQ(support::contentsOf(to.path() + "Logon.Exe"), "ours");
+    std::filesystem::remove(to.path() + "Logon.Exe");
+    to.write("Logon.Exe", "the suite's own");
+    EXPECT_THAT(linkCompanions(from.path(), to.path()), testing::IsEmpty());
+    EXPECT_EQ(support::contentsOf(to.path() + "Logon.Exe"), "the suite's own");
 }
 
 TEST(CommandLine, TellsWhatItDoesNotUnderstand) {

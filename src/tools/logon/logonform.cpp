@@ -1,0 +1,169 @@
+#include "tools/logon/logonform.h"
+
+#include <QKeyEvent>
+
+#include "platform/controls/layoutmemory.h"
+#include "platform/controls/qtext.h"
+#include "platform/files/files.h"
+#include "platform/password/password.h"
+#include "platform/process/process.h"
+#include "startup/mdlDBConnection.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+#include "tools/logon/programs.h"
+
+#include "ui_logonform.h"
+
+namespace tools::logon {
+
+namespace {
+
+using controls::fromQt;
+using controls::toQt;
+using startup::trapped;
+
+constexpr auto Module = "LogonForm";
+constexpr auto LastUserKey = "logon/User";
+constexpr int OneSecond = 1000;
+
+/// A letter's case against the Shift key tells of Caps Lock on every kind of desktop.
+bool tellsOfCapsLock(const QKeyEvent& key) {
+    const QString text = key.text();
+    if (text.size() != 1 || !text[0].isLetter() || text[0].toUpper() == text[0].toLower()) {
+        return false;
+    }
+    return text[0].isUpper() != key.modifiers().testFlag(Qt::ShiftModifier);
+}
+
+bool isLetter(const QKeyEvent& key) { return key.text().size() == 1 && key.text()[0].isLetter(); }
+
+}  // namespace
+
+LogonForm::LogonForm(std::string program)
+    : forms::Form("Logon"), ui_(std::make_unique<Ui::Logon>()), program_(std::move(program)) {
+    ui_->setupUi(this);
+    setCancelButton(ui_->Cancel);
+    ui_->Password->installEventFilter(this);
+    ui_->Password->setMaxLength(static_cast<int>(password::Longest));
+    waiting_.setInterval(OneSecond);
+    on(&waiting_, &forms::Timer::tick, [this] { waitOneSecond(); });
+    on(ui_->UserId, &QComboBox::editTextChanged, [this] { showUser(); });
+    on(ui_->ShowPassword, &QCheckBox::toggled, [this](bool shown) {
+        ui_->Password->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password);
+    });
+    on(ui_->LogOn, &QPushButton::clicked, [this] { logOn(); });
+    on(ui_->Cancel, &QPushButton::clicked, [this] { closeForm(); });
+}
+
+LogonForm::~LogonForm() = default;
+
+void LogonForm::formLoad() {
+    trapped("formLoad", Module, [this] {
+        fillUsers();
+        const auto last = fromQt(controls::LayoutMemory::instance().recall(LastUserKey).toString());
+        ui_->UserId->setText(findUser(users_, last) != nullptr || users_.empty() ? last
+                                                                                 : users_[0].id);
+        showUser();
+        if (users_.empty()) {
+            showMessage(
+                tr("There is no user yet in %1.").arg(toQt(startup::gVIREOPath + "ZBQDSC1.mdb")));
+        }
+        (ui_->Password->isEnabled() && !last.empty() ? static_cast<QWidget*>(ui_->Password)
+                                                     : ui_->UserId)
+            ->setFocus();
+    });
+}
+
+void LogonForm::fillUsers() {
+    users_ = readUsers(*startup::gcnQDSC);
+    controls::TextTable table;
+    table.columns = {{.caption = "User"}};
+    for (const User& user : users_) {
+        table.setText(table.addRow(), 0, user.id);
+    }
+    ui_->UserId->setTable(std::move(table));
+}
+
+/// A password is asked for where the user has one; of an unknown user nothing is told.
+void LogonForm::showUser() {
+    const User* user = findUser(users_, ui_->UserId->text());
+    const bool asks = user == nullptr || password::kindOf(user->password) != password::Stored::None;
+    ui_->Password->setEnabled(asks);
+    ui_->ShowPassword->setEnabled(asks);
+    ui_->Password->setPlaceholderText(asks ? QString() : tr("No password needed"));
+    if (!asks) {
+        ui_->Password->clear();
+    }
+    if (secondsLeft_ == 0) {
+        showMessage({});
+    }
+    ui_->LogOn->setEnabled(secondsLeft_ == 0 && !fromQt(ui_->UserId->currentText()).empty());
+}
+
+void LogonForm::logOn() {
+    trapped("logOn", Module, [this] {
+        users_ = readUsers(*startup::gcnQDSC);
+        const User* user = findUser(users_, ui_->UserId->text());
+        const Verdict verdict = admit(user, fromQt(ui_->Password->text()));
+        if (verdict == Verdict::Admitted) {
+            startProgram(user->id);
+        } else {
+            refuse(verdict);
+        }
+    });
+}
+
+void LogonForm::refuse(Verdict verdict) {
+    if (verdict == Verdict::Uncheckable) {
+        showMessage(
+            tr("This user's password was set by another program and cannot be checked "
+               "here. Whoever looks after the district sets it anew with vireo-district "
+               "password."));
+        return;
+    }
+    letWait(secondsToWait(++wrongInARow_));
+    ui_->Password->selectAll();
+    ui_->Password->setFocus();
+}
+
+void LogonForm::letWait(int seconds) {
+    secondsLeft_ = seconds;
+    const QString wait = seconds == 0   ? QString()
+                         : seconds == 1 ? tr("  Try again in a second.")
+                                        : tr("  Try again in %1 seconds.").arg(seconds);
+    showMessage(tr("Oops, the user or the password is wrong.") + wait);
+    ui_->LogOn->setEnabled(seconds == 0);
+    waiting_.setEnabled(seconds > 0);
+}
+
+void LogonForm::waitOneSecond() { letWait(secondsLeft_ - 1); }
+
+void LogonForm::startProgram(const std::string& user) {
+    std::vector<std::string> folders = foldersOfPath();
+    folders.insert(folders.begin(), {files::programFolder(), startup::gProgPath});
+    const std::string program = findProgram(program_, folders);
+    if (program.empty()) {
+        showMessage(tr("The program %1 is neither in %2, in %3 nor on the search path.")
+                        .arg(toQt(program_), toQt(folders[0]), toQt(folders[1])));
+        return;
+    }
+    process::host().start(program, {user});
+    controls::LayoutMemory::instance().remember(LastUserKey, toQt(user));
+    startup::ShutDown();
+}
+
+void LogonForm::showMessage(const QString& text) { ui_->Message->setText(text); }
+
+bool LogonForm::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->Password && event->type() == QEvent::KeyPress) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.key() == Qt::Key_CapsLock) {
+            ui_->CapsLock->clear();
+        } else if (isLetter(key)) {
+            ui_->CapsLock->setText(tellsOfCapsLock(key) ? tr("Caps Lock is on.") : QString());
+        }
+    }
+    return Form::eventFilter(watched, event);
+}
+
+}  // namespace tools::logon

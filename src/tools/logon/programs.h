@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tools::logon {
+
+/// The full path of a program: looked for in the folders one after another without regard to letter
+/// case ("TARN" finds "tarn"), then in all of them with ".exe" behind its name. "" where there is
+/// none that may be run, or the name is no plain file name.
+[[nodiscard]] std::string findProgram(std::string_view name,
+                                      const std::vector<std::string>& folders);
+
+/// The folders of the environment's PATH.
+[[nodiscard]] std::vector<std::string> foldersOfPath();
+
+}  // namespace tools::logon
