@@ -27,9 +27,12 @@ constexpr std::array Verbs{
     VerbSyntax{Verb::Wait, "wait", "N", "wait MILLISECONDS"},
     VerbSyntax{Verb::Until, "until", "CTN", "until FORM.CONTROL TEXT MILLISECONDS"},
     VerbSyntax{Verb::Clock, "clock", "T", "clock TIME"},
+    VerbSyntax{Verb::Speed, "speed", "N", "speed TIMES"},
+    VerbSyntax{Verb::Sql, "sql", "WP", "sql DATABASE STATEMENT"},
     VerbSyntax{Verb::Expect, "expect", "CT", "expect FORM.CONTROL TEXT"},
     VerbSyntax{Verb::ExpectRow, "expect-row", "CNT", "expect-row FORM.LIST ROW TEXT"},
     VerbSyntax{Verb::ExpectBox, "expect-box", "T", "expect-box TITLE"},
+    VerbSyntax{Verb::ExpectSql, "expect-sql", "T", "expect-sql ROWS"},
 };
 
 }  // namespace

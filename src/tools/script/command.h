@@ -26,9 +26,12 @@ enum class Verb {
     Wait,
     Until,
     Clock,
+    Speed,
+    Sql,
     Expect,
     ExpectRow,
     ExpectBox,
+    ExpectSql,
 };
 
 /// One line of a script. Which members are filled depends on the verb (see the table of verbs).
@@ -39,7 +42,7 @@ struct Command {
     std::string form;
     std::string control;
     std::vector<int> numbers;        ///< rows and columns counted from 1, milliseconds
-    std::vector<std::string> words;  ///< buttons, or "all" and "none"
+    std::vector<std::string> words;  ///< buttons, "all" and "none", a database
     std::string text;
 };
 
@@ -54,8 +57,8 @@ private:
 };
 
 /// What follows a verb, one letter a part: C form and control, F form, N number, R rows or "all" or
-/// "none", B buttons, P a path, T the rest of the line, a number behind T stands last on the
-/// line.
+/// "none", B buttons, W a word, P a path, T the rest of the line, a number behind T stands last on
+/// the line.
 struct VerbSyntax {
     Verb verb;
     std::string_view name;

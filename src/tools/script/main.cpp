@@ -1,9 +1,15 @@
 #include <iostream>
+#include <sstream>
+#include <stdexcept>
 
+#include "data/schema.h"
+#include "platform/base/text.h"
+#include "platform/files/files.h"
 #include "platform/forms/application.h"
 #include "platform/forms/look.h"
 #include "startup/RunStartup.h"
 #include "startup/session.h"
+#include "tools/district/sqlcommand.h"
 #include "tools/script/player.h"
 
 namespace {
@@ -17,10 +23,47 @@ void warnUnlessScreenless(QtMsgType type, const QMessageLogContext&, const QStri
     }
 }
 
+/// Window places are not remembered.
+void startProgram(const std::string& commandLine) {
+    startup::resetSession();
+    startup::Main(commandLine);
+}
+
+std::string pathOf(const std::string& database) {
+    const std::string name = database + ".mdb";
+    for (const data::DatabaseFile file : data::AllDatabaseFiles) {
+        if (!base::equalsNoCase(data::fileName(file), name)) {
+            continue;
+        }
+        const bool common = file == data::DatabaseFile::Trip || file == data::DatabaseFile::QDSC;
+        const std::string& folder = common                                 ? startup::gVIREOPath
+                                    : file == data::DatabaseFile::RouteWrk ? startup::gProgPath
+                                                                           : startup::gDataPath;
+        return files::find(folder + name);
+    }
+    throw std::runtime_error("there is no database \"" + database + "\"");
+}
+
+/// On a connection of its own, as another program would.
+std::vector<std::string> runStatement(const std::string& database, const std::string& statement) {
+    std::istringstream nothing;
+    std::stringstream answer;
+    std::ostringstream complaints;
+    if (!tools::district::runSql({.file = pathOf(database), .statement = statement}, nothing,
+                                 answer, complaints)) {
+        throw std::runtime_error(complaints.str());
+    }
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(answer, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
 }  // namespace
 
 // Plays a script against the program's real forms: tarn-script FILE. The district is the one that
-// the configuration folder names, as for the program itself; window places are not remembered.
+// the configuration folder names, as for the program itself.
 int main(int argc, char** argv) {
     qInstallMessageHandler(warnUnlessScreenless);
     forms::Application application(argc, argv);
@@ -31,10 +74,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("tarn-script"));
     forms::applyLook(application, forms::Scheme::Light);
     const int status =
-        script::playFile(argv[1], std::cout, std::cerr, [](const std::string& commandLine) {
-            startup::resetSession();
-            startup::Main(commandLine);
-        });
+        script::playFile(argv[1], std::cout, std::cerr, {startProgram, runStatement});
     application.startAfresh();
     startup::resetSession();
     return status;

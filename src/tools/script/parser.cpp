@@ -113,6 +113,9 @@ private:
             case 'B':
                 readButtons();
                 break;
+            case 'W':
+                command_.words.push_back(neededWord());
+                break;
             case 'P':
                 readPath();
                 break;

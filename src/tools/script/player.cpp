@@ -14,6 +14,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/application.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/timer.h"
 #include "tools/script/adapter.h"
 #include "tools/script/parser.h"
 #include "tools/script/userinput.h"
@@ -54,9 +55,9 @@ std::string indented(const std::string& text) {
 
 }  // namespace
 
-Player::Player(std::ostream& transcript, ProgramStart start)
+Player::Player(std::ostream& transcript, Program program)
     : transcript_(transcript),
-      start_(std::move(start)),
+      program_(std::move(program)),
       clock_(*base::ports().clock),
       formerPorts_(base::ports()) {
     base::ports().msgBox = &boxes_;
@@ -64,7 +65,10 @@ Player::Player(std::ostream& transcript, ProgramStart start)
     base::ports().beep = [] {};
 }
 
-Player::~Player() { base::ports() = formerPorts_; }
+Player::~Player() {
+    base::ports() = formerPorts_;
+    forms::Timer::setSpeed(1);
+}
 
 void Player::play(std::span<const Command> commands) {
     for (const Command& command : commands) {
@@ -143,6 +147,11 @@ void Player::act(const Command& command) {
             return until(command);
         case Verb::Clock:
             return setClock(command);
+        case Verb::Speed:
+            forms::Timer::setSpeed(std::max(command.numbers[0], 1));
+            return;
+        case Verb::Sql:
+            return runStatement(command);
         default:
             check(command);
     }
@@ -167,6 +176,8 @@ void Player::check(const Command& command) {
             return expectRow(command);
         case Verb::ExpectBox:
             return expectBox(command);
+        case Verb::ExpectSql:
+            return expectRows(command);
         default:
             return;
     }
@@ -178,7 +189,7 @@ void Player::start(const Command& command) {
     }
     Application& application = Application::instance();
     application.startAfresh();
-    application.guarded([&] { start_(command.text); });
+    application.guarded([&] { program_.start(command.text); });
 }
 
 void Player::select(Adapter& list, const Command& command) {
@@ -277,6 +288,28 @@ void Player::expectBox(const Command& command) {
     print(described(*box));
 }
 
+void Player::runStatement(const Command& command) {
+    try {
+        answer_ = program_.statement(command.words[0], command.text);
+    } catch (const std::exception& error) {
+        throw ScriptError(command.line, error.what());
+    }
+    for (const std::string& line : answer_) {
+        print(line);
+    }
+}
+
+void Player::expectRows(const Command& command) const {
+    std::string rows;
+    for (std::size_t i = 1; i < answer_.size(); ++i) {
+        rows += (i == 1 ? "" : "\n") + answer_[i];
+    }
+    if (rows != command.text) {
+        throw ScriptError(command.line, fmt::format("the statement found \"{}\", expected \"{}\"",
+                                                    rows, command.text));
+    }
+}
+
 void Player::until(const Command& command) {
     const auto reached = [&] { return controlText(command) == command.text; };
     if (!live(command.numbers[0], reached)) {
@@ -326,7 +359,7 @@ std::string Player::controlText(const Command& command) const {
 }
 
 int playFile(const std::string& path, std::ostream& transcript, std::ostream& errors,
-             const ProgramStart& start) {
+             const Program& program) {
     std::ifstream file(path);
     std::stringstream script;
     if (!file || !(script << file.rdbuf())) {
@@ -334,7 +367,7 @@ int playFile(const std::string& path, std::ostream& transcript, std::ostream& er
         return 1;
     }
     try {
-        Player(transcript, start).play(parse(script.str()));
+        Player(transcript, program).play(parse(script.str()));
     } catch (const ScriptError& error) {
         transcript.flush();
         errors << path << ", " << error.what() << "\n";

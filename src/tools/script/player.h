@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "tools/script/command.h"
 #include "tools/script/scriptedboxes.h"
@@ -22,12 +23,23 @@ class Adapter;
 /// Starts the program with a command line; may throw what the program throws.
 using ProgramStart = std::function<void(const std::string& commandLine)>;
 
+/// Runs a statement on one of the program's databases by its file's name without ".mdb"; the lines
+/// of the answer, a query's captions first. Throws std::exception with the reason.
+using Statement = std::function<std::vector<std::string>(const std::string& database,
+                                                         const std::string& statement)>;
+
+/// What a script reaches beside the forms.
+struct Program {
+    ProgramStart start;
+    Statement statement;
+};
+
 /// Plays commands against the program's own forms, as a user at the screen would, and writes a
 /// transcript: comments as headings, each command, and what it printed. While it lives, it answers
 /// the message boxes and sets the clock.
 class Player {
 public:
-    Player(std::ostream& transcript, ProgramStart start);
+    Player(std::ostream& transcript, Program program);
     ~Player();
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
@@ -52,9 +64,11 @@ private:
     void printBoxes();
     void takePicture(const Command& command);
     void setClock(const Command& command);
+    void runStatement(const Command& command);
     void expect(const Command& command);
     void expectRow(const Command& command);
     void expectBox(const Command& command);
+    void expectRows(const Command& command) const;
     void until(const Command& command);
     /// Lets the program live for so long, or until `done`; whether it was.
     bool live(int milliseconds, const std::function<bool()>& done);
@@ -64,7 +78,8 @@ private:
     [[nodiscard]] std::string controlText(const Command& command) const;
 
     std::ostream& transcript_;
-    ProgramStart start_;
+    Program program_;
+    std::vector<std::string> answer_;  ///< of the last statement
     ScriptedBoxes boxes_;
     ScriptedClock clock_;
     base::Ports formerPorts_;
@@ -72,6 +87,6 @@ private:
 
 /// Reads and plays a script file; its faults go to `errors`. The exit status: 0, or 1 on any fault.
 int playFile(const std::string& path, std::ostream& transcript, std::ostream& errors,
-             const ProgramStart& start);
+             const Program& program);
 
 }  // namespace script

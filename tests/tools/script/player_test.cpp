@@ -23,10 +23,11 @@ protected:
     std::string play(const std::string& commands) {
         forms::Application::instance().startAfresh();
         std::ostringstream transcript;
-        script::Player player(transcript, [this](const std::string& commandLine) {
+        const auto start = [this](const std::string& commandLine) {
             commandLine_ = commandLine;
             forms::FormRegistry::instance().load<DemoForm>().showForm();
-        });
+        };
+        script::Player player(transcript, {start, runStatement});
         player.play(script::parse("start PLANNER\n" + commands));
         return transcript.str();
     }
@@ -40,8 +41,25 @@ protected:
         return "no fault";
     }
 
+    static std::vector<std::string> runStatement(const std::string& database,
+                                                 const std::string& statement) {
+        if (database != "routing") {
+            throw std::runtime_error("there is no database \"" + database + "\"");
+        }
+        return {"RUN\tMILES", statement, "R2\t7"};
+    }
+
     std::string commandLine_;
 };
+
+TEST_F(PlayerTest, AsksTheDatabases) {
+    EXPECT_THAT(play("sql routing SELECT 1\nexpect-sql \"SELECT 1\\nR2\\t7\"\n"),
+                HasSubstr("    RUN\tMILES\n    SELECT 1\n    R2\t7\n"));
+    EXPECT_EQ(fault("sql routing X\nexpect-sql X"),
+              "line 3: the statement found \"X\nR2\t7\", expected \"X\"");
+    EXPECT_EQ(fault("sql fleet SELECT 1"), "line 2: there is no database \"fleet\"");
+    EXPECT_EQ(fault("sql routing"), "line 2: usage: sql DATABASE STATEMENT");
+}
 
 TEST_F(PlayerTest, TypesAndLeavesAsAUserWould) {
     const std::string transcript = play(
@@ -155,9 +173,10 @@ TEST_F(PlayerTest, WaitsSetsTheClockAndTakesPictures) {
     const QTemporaryDir folder;
     const QString picture = folder.filePath("deep/demo.png");
     std::ostringstream transcript;
-    script::Player player(transcript, [](const std::string&) {
+    const auto start = [](const std::string&) {
         forms::FormRegistry::instance().load<DemoForm>().showForm();
-    });
+    };
+    script::Player player(transcript, {start, {}});
     player.play(
         script::parse("start\nclick frmDemo.cmdLater\nuntil frmDemo.Status later 5000\n"
                       "clock 1/31/2026 8:00 am\nshot frmDemo " +
@@ -183,7 +202,7 @@ TEST_F(PlayerTest, AnErrorThatNobodyTrappedIsAnUnexpectedBox) {
 TEST_F(PlayerTest, FilesThatCannotBePlayedEndWithAStatus) {
     std::ostringstream transcript;
     std::ostringstream errors;
-    EXPECT_EQ(script::playFile("/nowhere.tarn", transcript, errors, [](const std::string&) {}), 1);
+    EXPECT_EQ(script::playFile("/nowhere.tarn", transcript, errors, {}), 1);
     EXPECT_EQ(errors.str(), "/nowhere.tarn: cannot be read\n");
 }
 
