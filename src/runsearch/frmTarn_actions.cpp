@@ -1,8 +1,10 @@
 #include <fmt/format.h>
 
+#include "groupops/groupchange/frmGroupRunChange.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
+#include "platform/forms/formregistry.h"
 #include "runsearch/frmTarn.h"
 #include "runsearch/listplace.h"
 #include "runsearch/rundeletion.h"
@@ -33,6 +35,11 @@ constexpr auto HasStops =
 constexpr auto RunGoneTitle = "Run Not Found";
 constexpr auto RunGone =
     "Oops, the run {} is not there any more.  It was probably removed by another user.";
+
+template <class T, class... Arguments>
+void openForm(Arguments&&... arguments) {
+    forms::FormRegistry::instance().make<T>(std::forward<Arguments>(arguments)...).showForm();
+}
 
 void inform(const std::string& text, const char* title) {
     base::MsgBox(text, title, base::MsgIcon::Information);
@@ -88,6 +95,11 @@ void frmTarn::refreshRunList() {
     cmdSearch_Click();
     place.restore(*ui_->RunList);
     RunList_ClickItem();
+}
+
+void frmTarn::GroupChange_Click() {
+    trapped("GroupChange_Click", ActionsModule,
+            [this] { openForm<groupops::frmGroupRunChange>(*this, this); });
 }
 
 void frmTarn::SelectAll_Click() {

@@ -12,6 +12,8 @@ void RunButtons::afterRunsFound(const Granted& granted) {
     GroupSolve = true;  // no task code guards it
 }
 
-void RunButtons::afterReset() { PrintIt = TimeLine = ChangeBell = GroupChange = GroupSolve = false; }
+void RunButtons::afterReset() {
+    PrintIt = TimeLine = ChangeBell = GroupChange = GroupSolve = false;
+}
 
 }  // namespace runsearch
