@@ -31,19 +31,7 @@ Minutes minutesOf(const TimedStop& stop) {
 
 /// The seconds between two neighbours of the run, whichever is computed from the other.
 std::int64_t gapSeconds(Minutes earlier, Minutes later) {
-    return base::roundHalfEven(static_cast<double>((later.drive + earlier.load) * 60));
-}
-
-base::Date shifted(base::Date time, std::int64_t seconds) {
-    const std::int64_t widest = Latest.seconds - Earliest.seconds;
-    if (time < Earliest || time > Latest || seconds > widest || seconds < -widest) {
-        base::raise(base::errors::Overflow);
-    }
-    const base::Date result = time.plusSeconds(seconds);
-    if (result < Earliest || result > Latest) {
-        base::raise(base::errors::Overflow);
-    }
-    return result;
+    return secondsOf(later.drive + earlier.load);
 }
 
 bool sameId(const TimedStop& a, const TimedStop& b) { return a.stopId && a.stopId == b.stopId; }
@@ -73,6 +61,22 @@ StopTimes passOn(std::span<const TimedStop> stops, std::size_t anchorStop, TimeO
 }
 
 }  // namespace
+
+std::int64_t secondsOf(float minutes) {
+    return base::roundHalfEven(static_cast<double>(minutes * 60));
+}
+
+base::Date shifted(base::Date time, std::int64_t seconds) {
+    const std::int64_t widest = Latest.seconds - Earliest.seconds;
+    if (time < Earliest || time > Latest || seconds > widest || seconds < -widest) {
+        base::raise(base::errors::Overflow);
+    }
+    const base::Date result = time.plusSeconds(seconds);
+    if (result < Earliest || result > Latest) {
+        base::raise(base::errors::Overflow);
+    }
+    return result;
+}
 
 StopTimes timesFrom(std::span<const TimedStop> stops, TimeOrder order, base::Date anchor) {
     if (stops.empty()) {

@@ -33,6 +33,12 @@ struct StopTimes {
     std::vector<StopWrite> writes;
 };
 
+/// The seconds of so many minutes, multiplied in single precision and rounded, halves to even.
+[[nodiscard]] std::int64_t secondsOf(float minutes);
+
+/// The time so many seconds later. Raises Overflow beyond the year 9999 or before the year 100.
+[[nodiscard]] base::Date shifted(base::Date time, std::int64_t seconds);
+
 /// Which way times are passed on; the stops are given in this order.
 enum class TimeOrder {
     Forwards,  ///< from the first stop of the run on

@@ -93,6 +93,18 @@ void UnitOfWork::commit() {
     }
 }
 
+GroupWork::GroupWork(Connection& connection) : connection_(connection) {
+    connection_.setDurability(store::Durability::Crash);
+}
+
+GroupWork::~GroupWork() {
+    try {
+        connection_.setDurability(store::Durability::PowerCut);
+        connection_.checkpoint();
+    } catch (const base::RunTimeError&) {  // closed meanwhile, or ended by a fault told already
+    }
+}
+
 std::int64_t Command::Execute() {
     if (connection_ == nullptr) {
         throw base::RunTimeError(errors::ObjectClosed, "The command has no connection.");

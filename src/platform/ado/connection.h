@@ -74,4 +74,18 @@ private:
     std::weak_ptr<Session> session_;
 };
 
+/// Brackets an operation on many rows of one connection: while it lives, commits are quick and
+/// survive a crash of the program only; its end puts everything on the disk. Not inside a
+/// transaction.
+class GroupWork {
+public:
+    explicit GroupWork(Connection& connection);
+    ~GroupWork();
+    GroupWork(const GroupWork&) = delete;
+    GroupWork& operator=(const GroupWork&) = delete;
+
+private:
+    Connection& connection_;
+};
+
 }  // namespace ado
