@@ -1,0 +1,161 @@
+#include "groupops/deadhead/districtdeadhead.h"
+
+#include <fmt/format.h>
+
+namespace groupops {
+
+namespace {
+
+constexpr auto ResetRuns =
+    "UPDATE RUN SET RUN.DEADHEAD_BEFORE_TIME = -2, RUN.DEADHEAD_AFTER_TIME = -2,"
+    " RUN.DEADHEAD_BEFORE_STARTTIME = Null, RUN.DEADHEAD_AFTER_STARTTIME = Null,"
+    " RUN.SHOW_BOTH_BEG = False, RUN.SHOW_BOTH_END = False";
+constexpr auto ResetRoutes = "UPDATE ROUTE SET ROUTE.DEADERROR = TRUE";
+constexpr auto AllRoutes = "Select ROUTE.* FROM ROUTE ORDER BY ROUTE.ROUTEID";
+constexpr auto RouteCalculated = "UPDATE ROUTE SET ROUTE.DEADERROR = FALSE WHERE INT_ROUTEID = {}";
+
+struct RouteKey {
+    std::string routeId;
+    std::int32_t route;
+    std::int32_t garage;
+};
+
+std::vector<RouteKey> readRoutes(ado::Connection& routing) {
+    std::vector<RouteKey> routes;
+    ado::Recordset rows;
+    rows.Open(AllRoutes, routing);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        routes.push_back({std::string(rows["RouteID"].textView()), internalId(rows["Int_RouteID"]),
+                          internalId(rows["GARAGE_STOPID"])});
+    }
+    return routes;
+}
+
+/// Marked by a statement of its own: another program's calculation may have marked the route since
+/// the routes were read.
+std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& route) {
+    ado::UnitOfWork unit(data.routing);
+    auto open = calculateRoute(data, route.route, route.garage);
+    if (open.empty()) {
+        data.routing.Execute(fmt::format(RouteCalculated, route.route));
+    }
+    unit.commit();
+    return open;
+}
+
+void markCalculated(ado::Connection& routing) {
+    ado::UnitOfWork unit(routing);
+    ado::Recordset system;
+    system.Open("Select SYSTEM.* FROM SYSTEM", routing, ado::CursorType::Dynamic);
+    if (!system.Eof()) {
+        system["LASTDEADHEADBUILD"].Value(base::Now());
+        system["NEEDDEADHEADBUILD"].Value(false);
+        system.Update();
+    }
+    unit.commit();
+}
+
+void add(DeadHeadOutcome& outcome, const RouteKey& route, std::vector<OpenLeg> open) {
+    ++outcome.calculated;
+    outcome.failed += open.empty() ? 0 : 1;
+    for (OpenLeg& leg : open) {
+        outcome.openLegs.push_back({route.routeId, std::move(leg)});
+    }
+}
+
+std::string stopName(ado::Connection& routing, std::int32_t id) {
+    ado::Recordset stop;
+    stop.Open(fmt::format("Select STOP.STOPID FROM STOP WHERE STOP.INT_STOPID = {}", id), routing);
+    return stop.Eof() ? fmt::format("stop {}", id) : std::string(stop["STOPID"].textView());
+}
+
+std::string missing(const OpenLeg& open, ado::Connection& routing) {
+    using enum OpenLeg::Lack;
+    const bool before = open.side == OpenLeg::Side::Before;
+    switch (open.lack) {
+        case Time:
+            return before ? "The run has no start time" : "The run has no end time";
+        case Stop:
+            return open.leg.from < 1 ? "The stop it starts from is not set"
+                                     : "The stop it ends at is not set";
+        case Travel:
+            break;
+    }
+    return fmt::format("No travel time from {} to {}", stopName(routing, open.leg.from),
+                       stopName(routing, open.leg.to));
+}
+
+}  // namespace
+
+void resetDeadHead(ado::Connection& routing) {
+    ado::UnitOfWork unit(routing);
+    routing.Execute(ResetRuns);
+    routing.Execute(ResetRoutes);
+    unit.commit();
+}
+
+DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
+                                   base::ProgressPort& progress) {
+    const ado::GroupWork work(data.routing);
+    if (reset) {
+        resetDeadHead(data.routing);
+    }
+    const auto routes = readRoutes(data.routing);
+    DeadHeadOutcome outcome;
+    outcome.routes = static_cast<int>(routes.size());
+    outcome.wasReset = reset;
+    for (const RouteKey& route : routes) {
+        progress.status(
+            fmt::format("Calculating Dead Head Time for all runs in Route: {}.", route.routeId));
+        progress.progress(100.0 * (outcome.calculated + 1) / outcome.routes);
+        if (progress.yield()) {
+            outcome.stopped = true;
+            return outcome;
+        }
+        add(outcome, route, calculateAndMark(data, route));
+    }
+    markCalculated(data.routing);
+    return outcome;
+}
+
+std::string closingMessage(const DeadHeadOutcome& outcome) {
+    const std::string closing = fmt::format(
+        "Dead Head Time calculated for {}.  {} Routes had 1 or more runs where the dead head time "
+        "could not be calculated.",
+        outcome.calculated, outcome.failed);
+    if (!outcome.stopped) {
+        return closing;
+    }
+    return fmt::format(
+        "{}\n\nYou stopped the calculation before the last {} of {} routes.  {}  A calculation "
+        "stays due.",
+        closing, outcome.routes - outcome.calculated, outcome.routes,
+        outcome.wasReset ? "Their runs are marked as not calculated."
+                         : "Their runs are as they were before.");
+}
+
+controls::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {
+    controls::TextTable table;
+    table.columns = {
+        {"Route", 1200}, {"Run", 1800}, {"Dead Head", 1500}, {"What Is Missing", 5400}};
+    for (const OpenRouteLeg& open : outcome.openLegs) {
+        const auto row = table.addRow();
+        table.setText(row, 0, open.routeId);
+        table.setText(row, 1, open.leg.run);
+        table.setText(row, 2, open.leg.side == OpenLeg::Side::Before ? "before" : "after");
+        table.setText(row, 3, missing(open.leg, routing));
+    }
+    return table;
+}
+
+std::string lastCalculation(ado::Connection& routing) {
+    ado::Recordset system;
+    system.Open("Select SYSTEM.* FROM SYSTEM", routing);
+    if (system.Eof() || system["LASTDEADHEADBUILD"].isNull()) {
+        return "Not calculated yet.";
+    }
+    return fmt::format("Last calculated {}.{}", system["LASTDEADHEADBUILD"].asText(),
+                       system["NEEDDEADHEADBUILD"].asBoolean() ? "  Runs have changed since." : "");
+}
+
+}  // namespace groupops

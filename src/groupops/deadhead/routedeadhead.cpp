@@ -1,0 +1,172 @@
+#include "groupops/deadhead/routedeadhead.h"
+
+#include <cmath>
+#include <limits>
+
+#include <fmt/format.h>
+
+#include "platform/base/error.h"
+#include "startup/mdlNONULL.h"
+
+namespace groupops {
+
+namespace {
+
+constexpr auto TravelSql =
+    "SELECT DEADHEAD_CROSS.* FROM DEADHEAD_CROSS WHERE (DEADHEAD_CROSS.DEST_INT_STOPID={0} AND"
+    " DEADHEAD_CROSS.ENDPOINT_INT_STOPID={1}) OR (DEADHEAD_CROSS.DEST_INT_STOPID={1} AND"
+    " DEADHEAD_CROSS.ENDPOINT_INT_STOPID={0})";
+constexpr auto AnyTravelSql =
+    "SELECT DEADHEAD_CROSS.* FROM DEADHEAD_CROSS WHERE (DEADHEAD_CROSS.DEST_INT_STOPID={0} )";
+constexpr auto ClearSql =
+    "UPDATE RUN SET RUN.DEADHEAD_BEFORE_TIME = 0, RUN.DEADHEAD_AFTER_TIME = 0,"
+    " RUN.DEADHEAD_BEFORE_STARTTIME = Null, RUN.DEADHEAD_AFTER_STARTTIME = Null,"
+    " RUN.DEADHEAD_MILES_BEFORE=Null, RUN.DEADHEAD_MILES_AFTER=Null, RUN.SHOW_BOTH_BEG = False,"
+    " RUN.SHOW_BOTH_END = False WHERE RUN.INT_ROUTEID={}";
+constexpr auto RunsSql =
+    "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
+
+float figure(const ado::Field& field) {
+    if (field.isNull()) {
+        return NoTravel;
+    }
+    const double number = field.asNumber();
+    if (std::abs(number) > static_cast<double>(std::numeric_limits<float>::max())) {
+        base::raise(base::errors::Overflow);
+    }
+    return static_cast<float>(number);
+}
+
+Travel firstTravel(ado::Connection& cross, const std::string& sql) {
+    ado::Recordset rows;
+    rows.Open(sql, cross);
+    if (rows.Eof()) {
+        return {};
+    }
+    return {figure(rows["TRAVEL_MINUTES"]), figure(rows["TRAVEL_MILES"])};
+}
+
+double backToGarageGap(ado::Connection& routing) {
+    ado::Recordset district;
+    district.Open("SELECT DISTRICT.* FROM DISTRICT", routing);
+    return district.Eof()
+               ? 0
+               : startup::NoNullNumber(district["Back_To_Garage_Gap"].Value()).asNumber();
+}
+
+std::optional<base::Date> timeOf(const ado::Field& field) {
+    return field.isNull() ? std::nullopt : std::optional(field.Value().asDate());
+}
+
+int readRuns(ado::Recordset& rows, PerRun<RouteRun>& runs) {
+    const ado::Field& run = rows["Run"];
+    const ado::Field& firstStop = rows["FirstStop"];
+    const ado::Field& lastStop = rows["LastStop"];
+    const ado::Field& start = rows["StartTime"];
+    const ado::Field& end = rows["EndTime"];
+    int count = 0;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        runs[++count] = {.run = run.asText(),
+                         .firstStop = internalId(firstStop),
+                         .lastStop = internalId(lastStop),
+                         .start = timeOf(start),
+                         .end = timeOf(end)};
+    }
+    return count;
+}
+
+Travel travelOf(ado::Connection& cross, Leg leg) {
+    return leg.from < 1 || leg.to < 1 ? Travel{NoStop, NoStop}
+                                      : readTravel(cross, leg.from, leg.to);
+}
+
+PerRun<RunDeadHead> deadHeadOfRuns(ado::Connection& cross, const PerRun<RouteRun>& runs,
+                                   const PerRun<RunLegs>& legs, int count) {
+    PerRun<RunDeadHead> result;
+    for (int i = 1; i <= count; ++i) {
+        // Straight from run to run, the leg after one is the leg before the other.
+        const bool known = i > 1 && legs[i].before == legs[i - 1].after;
+        const Travel before = known ? result[i - 1].after : travelOf(cross, legs[i].before);
+        result[i] = deadHeadOf(runs[i], legs[i], before, travelOf(cross, legs[i].after));
+    }
+    return result;
+}
+
+base::Value orNull(std::optional<base::Date> time) {
+    return time ? base::Value(*time) : base::Value();
+}
+
+void writeRuns(ado::Recordset& rows, const PerRun<RunDeadHead>& results, int count) {
+    if (count == 0) {
+        return;
+    }
+    rows.MoveFirst();
+    for (int i = 1; i <= count; ++i) {
+        const RunDeadHead& run = results[i];
+        rows["DeadHead_Before_Time"].Value(run.before.minutes);
+        rows["DeadHead_After_Time"].Value(run.after.minutes);
+        rows["DEADHEAD_MILES_BEFORE"].Value(base::singleOf(run.before.miles));
+        rows["DEADHEAD_MILES_AFTER"].Value(base::singleOf(run.after.miles));
+        rows["DeadHead_Before_StartTime"].Value(orNull(run.beforeStart));
+        rows["DeadHead_After_StartTime"].Value(orNull(run.afterStart));
+        rows["Show_Both_Beg"].Value(run.showBothBeg);
+        rows["Show_Both_End"].Value(run.showBothEnd);
+        rows.Update();
+        rows.MoveNext();
+    }
+}
+
+OpenLeg::Lack lackOf(Travel travel) {
+    return travel.isKnown()             ? OpenLeg::Lack::Time
+           : travel.minutes == NoTravel ? OpenLeg::Lack::Travel
+                                        : OpenLeg::Lack::Stop;
+}
+
+std::vector<OpenLeg> openLegs(const PerRun<RouteRun>& runs, const PerRun<RunLegs>& legs,
+                              const PerRun<RunDeadHead>& results, int count) {
+    using enum OpenLeg::Side;
+    std::vector<OpenLeg> open;
+    for (int i = 1; i <= count; ++i) {
+        const RunDeadHead& run = results[i];
+        if (!run.beforeStart) {
+            open.push_back({runs[i].run, Before, lackOf(run.before), legs[i].before});
+        }
+        if (!run.afterStart) {
+            open.push_back({runs[i].run, After, lackOf(run.after), legs[i].after});
+        }
+    }
+    return open;
+}
+
+}  // namespace
+
+std::int32_t internalId(const ado::Field& field) {
+    const auto id = startup::NoNullNumber(field.Value()).asInteger();
+    if (id != static_cast<std::int32_t>(id)) {
+        base::raise(base::errors::Overflow);
+    }
+    return static_cast<std::int32_t>(id);
+}
+
+Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
+    const Travel travel = firstTravel(cross, fmt::format(TravelSql, a, b));
+    return travel.minutes == NoTravel ? firstTravel(cross, fmt::format(AnyTravelSql, a)) : travel;
+}
+
+std::vector<OpenLeg> calculateRoute(const DeadHeadData& data, std::int32_t route,
+                                    std::int32_t garage) {
+    ado::UnitOfWork unit(data.routing);
+    const double gap = backToGarageGap(data.routing);
+    data.routing.Execute(fmt::format(ClearSql, route));
+    ado::Recordset rows;
+    rows.Open(fmt::format(RunsSql, route), data.routing, ado::CursorType::Dynamic);
+    PerRun<RouteRun> runs;
+    const int count = readRuns(rows, runs);
+    const auto legs = legsOfRoute(runs, count, garage, gap);
+    const auto results = deadHeadOfRuns(data.cross, runs, legs, count);
+    writeRuns(rows, results, count);
+    unit.commit();
+    return openLegs(runs, legs, results, count);
+}
+
+}  // namespace groupops

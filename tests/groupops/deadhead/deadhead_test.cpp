@@ -1,0 +1,149 @@
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include "groupops/deadhead/districtdeadhead.h"
+#include "groupops/deadhead/mdlDeadHead_Process.h"
+#include "groupops/fakeprogress.h"
+#include "startup/session.h"
+#include "support/testdistrict.h"
+#include "support/testsession.h"
+
+namespace groupops {
+namespace {
+
+using data::DatabaseFile;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// Garage 900; ways 900-1 (10 minutes), 2-900 (20.5), 2-3 (5); from anywhere to 7 there is 77.
+///
+/// | Route | Garage | Runs |
+/// |---|---|---|
+/// | 1: A | 900 | A1 (stops 1 to 2, 7:00-7:30), A2 (3 to 7, 7:45-8:00) |
+/// | 2: B | none | B1 (stops none to 5) |
+class DeadHeadTest : public testing::Test {
+protected:
+    DeadHeadTest() {
+        routing("INSERT INTO District(Back_To_Garage_Gap) VALUES (60)");
+        routing("INSERT INTO SYSTEM(NEEDDEADHEADBUILD) VALUES (1)");
+        routing(
+            "INSERT INTO ROUTE(INT_ROUTEID, ROUTEID, GARAGE_STOPID, DEADERROR) VALUES "
+            "(1, 'A', 900, 1), (2, 'B', NULL, 0)");
+        routing(
+            "INSERT INTO RUN(RUN, INT_ROUTEID, FirstStop, LastStop, STARTTIME, ENDTIME, "
+            "DEADHEAD_BEFORE_TIME) VALUES "
+            "('A2', 1, 3, 7, '1899-12-30 07:45:00', '1899-12-30 08:00:00', 4), "
+            "('A1', 1, 1, 2, '1899-12-30 07:00:00', '1899-12-30 07:30:00', 4), "
+            "('B1', 2, NULL, 5, '1899-12-30 07:00:00', '1899-12-30 07:30:00', 4), "
+            "('LOOSE', NULL, 1, 2, NULL, NULL, 4)");
+        district_.sql(DatabaseFile::DeadCross,
+                      "INSERT INTO DEADHEAD_CROSS(DEST_INT_STOPID, ENDPOINT_INT_STOPID, "
+                      "TRAVEL_MINUTES, TRAVEL_MILES) VALUES "
+                      "(1, 900, 10.1, 4.3), (2, 900, 20.5, 8), (3, 2, 5, 2), (7, 800, 77, 30), "
+                      "(6, 8, NULL, NULL)");
+        session_.start(district_.configFolder());
+        startup::gErrorHandling = false;
+    }
+
+    void routing(const std::string& sql) const { district_.sql(DatabaseFile::Routing, sql); }
+
+    static DeadHeadData data() { return {*startup::gcnRouting, *startup::gcnDeadCross}; }
+
+    /// "before / after" minutes, miles, start times, flags of a run.
+    static std::string stored(const std::string& run) {
+        ado::Recordset row;
+        row.Open("SELECT RUN.* FROM RUN WHERE RUN.RUN='" + run + "'", *startup::gcnRouting);
+        const auto text = [&](const char* column) {
+            const auto value = row[column].Value();
+            return value.isNull() ? std::string("-") : value.asText();
+        };
+        return fmt::format("{} / {}, {} / {}, {} / {}, {} {}", text("DEADHEAD_BEFORE_TIME"),
+                           text("DEADHEAD_AFTER_TIME"), text("DEADHEAD_MILES_BEFORE"),
+                           text("DEADHEAD_MILES_AFTER"), text("DEADHEAD_BEFORE_STARTTIME"),
+                           text("DEADHEAD_AFTER_STARTTIME"), text("SHOW_BOTH_BEG"),
+                           text("SHOW_BOTH_END"));
+    }
+
+    static std::string routeMarks() {
+        ado::Recordset routes;
+        routes.Open("SELECT ROUTE.* FROM ROUTE ORDER BY ROUTE.ROUTEID", *startup::gcnRouting);
+        std::string marks;
+        for (; !routes.Eof(); routes.MoveNext()) {
+            marks += routes["RouteID"].asText() + (routes["DEADERROR"].asBoolean() ? "! " : " ");
+        }
+        return marks;
+    }
+
+    support::TestDistrict district_;
+    support::TestSession session_;
+};
+
+}  // namespace
+
+TEST_F(DeadHeadTest, FindsTravelEitherWayRoundThenAnyFromTheFirstStop) {
+    EXPECT_EQ(Get_DeadHead_Travel(900, 2), (Travel{20.5, 8}));
+    EXPECT_EQ(Get_DeadHead_Travel(2, 900), (Travel{20.5, 8}));
+    EXPECT_EQ(Get_DeadHead_Travel(7, 900), (Travel{77, 30}));
+    EXPECT_EQ(Get_DeadHead_Travel(900, 7), Travel{});
+    EXPECT_EQ(Get_DeadHead_Travel(6, 8), Travel{});
+}
+
+TEST_F(DeadHeadTest, WritesARouteInTheOrderOfItsStartTimes) {
+    EXPECT_TRUE(Calc_Route_DeadHead(1, 900));
+    EXPECT_EQ(stored("A1"), "10.1 / 5, 4.3 / 2, 6:49:54 AM / 7:35:00 AM, False False");
+    EXPECT_EQ(stored("A2"), "5 / 77, 2 / 30, 7:40:00 AM / 9:17:00 AM, True False");
+    EXPECT_EQ(stored("B1"), "4 / -, - / -, - / -, False False");
+    EXPECT_FALSE(Calc_Route_DeadHead(2, 0));
+    EXPECT_EQ(stored("B1"), "-3 / -3, -3 / -3, - / -, True False");
+    EXPECT_TRUE(Calc_Route_DeadHead(99, 900)) << "a route without runs";
+}
+
+TEST_F(DeadHeadTest, RefusesTheFiftyFirstRunAndKeepsWhatWasWritten) {
+    for (int i = 3; i <= 50; ++i) {
+        routing(
+            fmt::format("INSERT INTO RUN(RUN, INT_ROUTEID, FirstStop, LastStop, STARTTIME, "
+                        "ENDTIME) VALUES ('X{0}', 1, 7, 7, '1899-12-30 08:{0}:00', "
+                        "'1899-12-30 08:{0}:30')",
+                        i + 6));
+    }
+    EXPECT_TRUE(Calc_Route_DeadHead(1, 900));
+    routing("INSERT INTO RUN(RUN, INT_ROUTEID) VALUES ('ONE-MORE', 1)");
+    try {
+        Calc_Route_DeadHead(1, 900);
+        FAIL();
+    } catch (const base::RunTimeError& error) {
+        EXPECT_EQ(error.number(), base::errors::SubscriptOutOfRange);
+    }
+    EXPECT_EQ(stored("A1"), "0 / 0, - / -, - / -, False False") << "cleared before the fault";
+    EXPECT_NO_THROW(startup::gcnRouting->Execute("UPDATE ROUTE SET COMMENT = 'unlocked'"));
+}
+
+TEST_F(DeadHeadTest, CalculatesAllRoutesAndSaysWhatIsMissing) {
+    FakeProgress progress;
+    const auto outcome = calculateAllRoutes(data(), true, progress);
+    EXPECT_EQ(closingMessage(outcome),
+              "Dead Head Time calculated for 2.  1 Routes had 1 or more runs where the dead head "
+              "time could not be calculated.");
+    EXPECT_EQ(progress.texts.front(), "Calculating Dead Head Time for all runs in Route: A.");
+    EXPECT_EQ(progress.percents, (std::vector<double>{50, 100}));
+    EXPECT_EQ(routeMarks(), "A B! ") << "the reset marks all";
+    EXPECT_EQ(stored("LOOSE"), "-2 / -2, - / -, - / -, False False");
+    EXPECT_EQ(lastCalculation(*startup::gcnRouting), "Last calculated 1/31/2026 8:05:09 AM.");
+    const auto open = openLegsTable(outcome, *startup::gcnRouting);
+    ASSERT_EQ(open.rowCount(), 2U);
+    EXPECT_EQ(open.text(0, 0) + open.text(0, 1) + open.text(0, 2) + open.text(0, 3),
+              "BB1beforeThe stop it starts from is not set");
+    EXPECT_EQ(open.text(1, 3), "The stop it ends at is not set");
+}
+
+TEST_F(DeadHeadTest, LeavesTheRestAloneAfterAStop) {
+    FakeProgress afterOne(1);
+    const auto outcome = calculateAllRoutes(data(), false, afterOne);
+    EXPECT_THAT(closingMessage(outcome),
+                HasSubstr("before the last 1 of 2 routes.  Their runs are as they were before."));
+    EXPECT_EQ(routeMarks(), "A B ");
+    EXPECT_EQ(stored("B1"), "4 / -, - / -, - / -, False False");
+    EXPECT_EQ(lastCalculation(*startup::gcnRouting), "Not calculated yet.");
+}
+
+}  // namespace groupops
