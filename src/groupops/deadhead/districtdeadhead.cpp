@@ -119,19 +119,18 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
 }
 
 std::string closingMessage(const DeadHeadOutcome& outcome) {
-    const std::string closing = fmt::format(
+    return fmt::format(
         "Dead Head Time calculated for {}.  {} Routes had 1 or more runs where the dead head time "
         "could not be calculated.",
         outcome.calculated, outcome.failed);
-    if (!outcome.stopped) {
-        return closing;
-    }
+}
+
+std::string stoppedMessage(const DeadHeadOutcome& outcome) {
     return fmt::format(
-        "{}\n\nYou stopped the calculation before the last {} of {} routes.  {}  A calculation "
-        "stays due.",
-        closing, outcome.routes - outcome.calculated, outcome.routes,
-        outcome.wasReset ? "Their runs are marked as not calculated."
-                         : "Their runs are as they were before.");
+        "You stopped the calculation.\n\n{} of {} routes are calculated and written.  The runs of "
+        "the other {} {}  A calculation of all routes is still due.",
+        outcome.calculated, outcome.routes, outcome.routes - outcome.calculated,
+        outcome.wasReset ? "are marked as not calculated." : "are as they were before.");
 }
 
 controls::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {

@@ -38,8 +38,11 @@ void resetDeadHead(ado::Connection& routing);
 DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
                                    base::ProgressPort& progress);
 
-/// The closing message; after a stop it says what is written and what is not.
+/// How many routes were calculated and how many of them failed.
 [[nodiscard]] std::string closingMessage(const DeadHeadOutcome& outcome);
+
+/// What is written and what is not after a stop.
+[[nodiscard]] std::string stoppedMessage(const DeadHeadOutcome& outcome);
 
 /// The open legs as a list: route, run, leg, what is missing.
 [[nodiscard]] controls::TextTable openLegsTable(const DeadHeadOutcome& outcome,

@@ -139,8 +139,8 @@ TEST_F(DeadHeadTest, CalculatesAllRoutesAndSaysWhatIsMissing) {
 TEST_F(DeadHeadTest, LeavesTheRestAloneAfterAStop) {
     FakeProgress afterOne(1);
     const auto outcome = calculateAllRoutes(data(), false, afterOne);
-    EXPECT_THAT(closingMessage(outcome),
-                HasSubstr("before the last 1 of 2 routes.  Their runs are as they were before."));
+    EXPECT_THAT(stoppedMessage(outcome), HasSubstr("1 of 2 routes are calculated and written.  The "
+                                                   "runs of the other 1 are as they were before."));
     EXPECT_EQ(routeMarks(), "A B ");
     EXPECT_EQ(stored("B1"), "4 / -, - / -, - / -, False False");
     EXPECT_EQ(lastCalculation(*startup::gcnRouting), "Not calculated yet.");

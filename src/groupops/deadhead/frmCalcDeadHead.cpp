@@ -1,0 +1,97 @@
+#include "groupops/deadhead/frmCalcDeadHead.h"
+
+#include "groupops/deadhead/districtdeadhead.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "platform/forms/timer.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+
+#include "ui_frmCalcDeadHead.h"
+
+namespace groupops {
+
+namespace {
+
+using controls::toQt;
+using startup::trapped;
+
+constexpr auto DeadHeadForm = "frmCalcDeadHead";
+constexpr int ClosingMessageMs = 30'000;
+constexpr auto StoppedTitle = "Calculation Stopped";
+
+void keepRoomWhileHidden(QWidget& control) {
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+    control.hide();
+}
+
+}  // namespace
+
+frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
+    : forms::Form(DeadHeadForm, owner),
+      ui_(std::make_unique<Ui::frmCalcDeadHead>()),
+      Timer1(new forms::Timer(this)) {
+    ui_->setupUi(this);
+    setWindowModality(Qt::WindowModal);
+    setCancelButton(ui_->CloseIt);
+    keepRoomWhileHidden(*ui_->StatusMsg);
+    keepRoomWhileHidden(*ui_->ProgressBar1);
+    ui_->Stop->setEnabled(false);
+    on(ui_->Calculate, &QPushButton::clicked, [this] { Calculate_Click(); });
+    on(ui_->CloseIt, &QPushButton::clicked, [this] { CloseIt_Click(); });
+    on(Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+}
+
+frmCalcDeadHead::~frmCalcDeadHead() = default;
+
+QCheckBox& frmCalcDeadHead::ResetDeadHead() const { return *ui_->ResetDeadHead; }
+
+void frmCalcDeadHead::Form_Load() {
+    trapped("Form_Load", DeadHeadForm,
+            [this] { ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting))); });
+}
+
+void frmCalcDeadHead::Calculate_Click() {
+    trapped("Calculate_Click", DeadHeadForm, [this] {
+        Timer1->setEnabled(false);
+        ui_->OpenLegs->clearAll();
+        ui_->StatusMsg->show();
+        ui_->ProgressBar1->show();
+        calculate();
+        ui_->ProgressBar1->hide();
+        Timer1->startOnce(ClosingMessageMs);
+    });
+}
+
+void frmCalcDeadHead::calculate() {
+    DeadHeadOutcome outcome;
+    {
+        const Operation operation(*this, ui_->Stop);
+        forms::Progress progress(ui_->ProgressBar1, ui_->StatusMsg, ui_->Stop);
+        outcome = calculateAllRoutes({*startup::gcnRouting, *startup::gcnDeadCross},
+                                     ui_->ResetDeadHead->isChecked(), progress);
+        ui_->Stop->setEnabled(false);
+    }
+    startup::RefreshRunList = true;
+    ui_->OpenLegs->setTable(openLegsTable(outcome, *startup::gcnRouting));
+    ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting)));
+    ui_->StatusMsg->setText(toQt(closingMessage(outcome)));
+    if (outcome.stopped) {
+        base::MsgBox(stoppedMessage(outcome), StoppedTitle, base::MsgIcon::Information);
+    }
+}
+
+void frmCalcDeadHead::CloseIt_Click() {
+    trapped("CloseIt_Click", DeadHeadForm, [this] { closeForm(); });
+}
+
+void frmCalcDeadHead::Timer1_Timer() {
+    trapped("Timer1_Timer", DeadHeadForm, [this] {
+        ui_->StatusMsg->clear();
+        ui_->StatusMsg->hide();
+    });
+}
+
+}  // namespace groupops
