@@ -1,0 +1,345 @@
+#include "stops/triprecord/frmStopTripType.h"
+
+#include <QShortcut>
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "runedit/validation/mdlValidate_Runs.h"
+#include "startup/mdlFileUtilities.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+#include "stops/triprecord/stopstudents.h"
+#include "stops/triprecord/triptimes.h"
+
+#include "ui_frmStopTripType.h"
+
+namespace stops {
+
+namespace {
+
+using controls::toQt;
+using startup::trapped;
+
+constexpr auto Module = "frmStopTripType";
+/// Early bell, late bell and conflicting times: what a stop's own record can break.
+constexpr auto Switches = "NNNYYNNY";
+constexpr int StatusMilliseconds = 5000;
+
+constexpr auto GoneText =
+    "Oops, this stop's trip record does not exist any more: somebody else has deleted it.  Nothing "
+    "can be saved.  What you entered stays on this form until you leave it.";
+constexpr auto GoneTitle = "Trip Record Deleted";
+constexpr auto ChangedText =
+    "Oops, {} changed this stop's trip record while you were working on it:\n\n{}\n\n"
+    "Nothing has been saved.  The form now shows the record as it is stored, with what you entered "
+    "on top of it.  Press OK to save your entries, or Exit to leave the record as it is.";
+constexpr auto ChangedTitle = "Trip Record Changed by Somebody Else";
+constexpr auto LeaveText = "You have changed stop {}.  Do you want to save the changes?";
+constexpr auto LeaveTitle = "Changes Not Saved";
+constexpr auto NoTimeText =
+    "Oops, this stop has no time yet.  Please enter the time at stop around which the run is to be "
+    "timed.";
+constexpr auto NoTimeTitle = "Blank Time at Stop";
+constexpr auto NoMinutesText =
+    "Oops, the times of this run cannot be calculated: stop {} has no load time or no driving "
+    "time.  Please enter both, 0 included, and try again.";
+constexpr auto NoMinutesTitle = "Minutes Missing";
+constexpr auto OffRunText =
+    "Oops, stop {} has been taken off run {} meanwhile.  No times were calculated.";
+constexpr auto OffRunTitle = "Stop Not on the Run";
+
+ado::Connection& routing() { return *startup::gcnRouting; }
+
+Stamp stampNow() { return {startup::gCommandLine, base::Now()}; }
+
+QString timeText(const std::optional<base::Date>& time) {
+    return time ? toQt(time->hhmm()) : QStringLiteral("-");
+}
+
+std::unique_ptr<Ui::frmStopTripType> made(frmStopTripType& form) {
+    auto ui = std::make_unique<Ui::frmStopTripType>();
+    ui->setupUi(&form);
+    return ui;
+}
+
+TripFieldBoxes::Controls boxesOf(const Ui::frmStopTripType& ui) {
+    return {ui.NUM_STUDENTS, ui.LOAD_TIME,       ui.TIME_TOSTOP, ui.DIST_TOSTOP,
+            ui.TIME_AT_STOP, ui.RUN_PICKUP_SIDE, ui.Active,      ui.Comment};
+}
+
+}  // namespace
+
+frmStopTripType::frmStopTripType(forms::Form* owner)
+    : forms::Form(Module, owner), ui_(made(*this)), boxes_(boxesOf(*ui_)) {
+    if (owner != nullptr) {
+        setWindowModality(Qt::WindowModal);
+    }
+    QPalette green = ui_->Status->palette();
+    green.setColor(QPalette::Window, QColor(0, 255, 0));
+    green.setColor(QPalette::WindowText, Qt::black);
+    ui_->Status->setPalette(green);
+    setCancelButton(ui_->Exit_StopTrip);
+    wire();
+}
+
+frmStopTripType::~frmStopTripType() = default;
+
+void frmStopTripType::wire() {
+    on(ui_->OK, &QPushButton::clicked, [this] { OK_Click(); });
+    on(ui_->CalcTimes, &QPushButton::clicked, [this] { CalcTimes_Click(); });
+    on(ui_->PreviousStop, &QPushButton::clicked, [this] { PreviousStop_Click(); });
+    on(ui_->NextStop, &QPushButton::clicked, [this] { NextStop_Click(); });
+    on(ui_->Exit_StopTrip, &QPushButton::clicked, [this] { Exit_StopTrip_Click(); });
+    on(&Timer3, &forms::Timer::tick, [this] { Timer3_Timer(); });
+    const auto key = [this](const QKeySequence& keys, QPushButton* button) {
+        on(new QShortcut(keys, this), &QShortcut::activated, [button] { button->click(); });
+    };
+    key(Qt::CTRL | Qt::Key_PageUp, ui_->PreviousStop);
+    key(Qt::CTRL | Qt::Key_PageDown, ui_->NextStop);
+    key(Qt::CTRL | Qt::Key_Return, ui_->OK);
+}
+
+void frmStopTripType::edit(std::int64_t stopTripId) {
+    id_ = stopTripId;
+    if (isLoaded() && mayLeave()) {
+        open(stopTripId);
+    }
+}
+
+void frmStopTripType::Form_Load() {
+    trapped("Form_Load", Module, [this] {
+        ui_->NUM_STUDENTS->setFocus();
+        open(id_);
+    });
+}
+
+void frmStopTripType::open(std::int64_t id) {
+    const auto record = readTripRecord(routing(), id);
+    id_ = id;
+    if (record) {
+        hold(*record);
+    } else {
+        tellGone();
+    }
+}
+
+/// Shows a record as it is stored; what was typed is gone.
+void frmStopTripType::hold(const TripRecord& record) {
+    held_ = record;
+    gone_ = false;
+    boxes_.show(record.fields);
+    showHead();
+    showRun();
+    showStudents();
+    showButtons();
+}
+
+void frmStopTripType::showHead() {
+    const auto stop = toQt(held_.stopId);
+    setWindowTitle(tr("Stop %1").arg(stop));
+    ui_->Heading->setText(held_.description.empty()
+                              ? tr("Stop %1").arg(stop)
+                              : tr("Stop %1: %2").arg(stop, toQt(held_.description)));
+    ui_->StopHead->setText(
+        tr("%1     %2     Trip type %3")
+            .arg(toQt(held_.address), toQt(held_.stopType), toQt(held_.tripType)));
+    ui_->RightSideOnly->setVisible(held_.rightSideOnly);
+}
+
+void frmStopTripType::showRun() {
+    ids_.clear();
+    place_ = 0;
+    if (!held_.isOnRun()) {
+        ui_->RunHead->setText(tr("On no run"));
+        return;
+    }
+    ids_ = tripRecordsOf(routing(), held_.run);
+    place_ = static_cast<std::size_t>(std::ranges::find(ids_, held_.id) - ids_.begin());
+    const auto run = readTripRun(routing(), held_.run);
+    ui_->RunHead->setText(
+        run ? tr("Run %1, %2: stop %3 of %4.  Starts %5, ends %6, bell %7.")
+                  .arg(toQt(run->run), toQt(run->description))
+                  .arg(place_ + 1)
+                  .arg(ids_.size())
+                  .arg(timeText(run->start), timeText(run->end), timeText(run->bell))
+            : tr("Run %1, which does not exist any more").arg(toQt(held_.run)));
+}
+
+void frmStopTripType::showStudents() {
+    ui_->NeedsList->setTable(readStopNeeds(routing(), held_));
+    ui_->StudentList->setTable(readStopStudents(routing(), held_));
+    const int students = ui_->StudentList->rows();
+    ui_->StudentListLabel->setText(students == 0 ? tr("St&udents at this stop:")
+                                                 : tr("St&udents at this stop: %1").arg(students));
+}
+
+void frmStopTripType::showButtons() {
+    ui_->OK->setEnabled(!gone_);
+    ui_->CalcTimes->setEnabled(!gone_ && held_.isTimed());
+    ui_->PreviousStop->setEnabled(!gone_ && !ids_.empty() && place_ > 0);
+    ui_->NextStop->setEnabled(!gone_ && place_ + 1 < ids_.size());
+}
+
+bool frmStopTripType::refuseFaults(const TripFields& fields) {
+    const bool mayBeBlank = !held_.isTimed() || held_.fields[TripField::TimeAtStop].isNull();
+    const auto fault = findFault(fields, mayBeBlank);
+    boxes_.paintRed(fault ? std::optional(fault->field) : std::nullopt);
+    if (fault) {
+        base::MsgBox(fault->message, fault->title, base::MsgIcon::Information);
+        boxes_.focus(fault->field);
+    }
+    return fault.has_value();
+}
+
+/// True when the record is stored as it was entered.
+bool frmStopTripType::save() {
+    const TripFields fields = boxes_.entered();
+    if (gone_ || refuseFaults(fields)) {
+        return false;
+    }
+    const auto outcome = saveTripRecord(routing(), held_, fields, stampNow());
+    switch (outcome.result) {
+        case SaveResult::Deleted:
+            tellGone();
+            return false;
+        case SaveResult::Changed:
+            takeOver(*outcome.stored, fields);
+            return false;
+        case SaveResult::Saved:
+            break;
+    }
+    hold(*outcome.stored);
+    return true;
+}
+
+/// Somebody else's changes and the planner's own are both kept in sight; the next OK decides.
+void frmStopTripType::takeOver(const TripRecord& stored, const TripFields& fields) {
+    const bool isTheirs = stored.changed != held_.changed && !stored.changedBy.empty();
+    std::string changes = changesByOthers(held_.fields, stored.fields, fields);
+    if (stored.run != held_.run || stored.sequence != held_.sequence) {
+        changes +=
+            fmt::format("{}It is now {}, at place {}", changes.empty() ? "" : "\n",
+                        stored.isOnRun() ? "on run " + stored.run : "on no run", stored.sequence);
+    }
+    const TripFields both = merged(held_.fields, stored.fields, fields);
+    hold(stored);
+    boxes_.showTyped(both);
+    base::MsgBox(fmt::format(ChangedText, isTheirs ? stored.changedBy : "somebody else", changes),
+                 ChangedTitle, base::MsgIcon::Exclamation);
+}
+
+void frmStopTripType::tellGone() {
+    gone_ = true;
+    showButtons();
+    base::MsgBox(GoneText, GoneTitle, base::MsgIcon::Exclamation);
+}
+
+/// What follows a change of the record: the run is checked, and who opened the form is told.
+void frmStopTripType::finish(const std::string& status) {
+    showStatus(status);
+    if (held_.isOnRun()) {
+        runedit::CheckRun(held_.run, 0, true, Switches);
+    }
+    startup::RefreshRunList = true;
+    if (saved_) {
+        saved_();
+    }
+}
+
+void frmStopTripType::OK_Click() {
+    trapped("OK_Click", Module, [this] {
+        if (save()) {
+            finish(fmt::format("Stop {} saved.", held_.stopId));
+        }
+    });
+}
+
+void frmStopTripType::CalcTimes_Click() {
+    trapped("CalcTimes_Click", Module, [this] {
+        if (save()) {
+            const bool timed = timeRun();
+            finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
+                         : fmt::format("Stop {} saved.", held_.stopId));
+        }
+    });
+}
+
+/// Computes the run's times around the stored time; tells why where that cannot be done.
+bool frmStopTripType::timeRun() {
+    if (!held_.fields[TripField::TimeAtStop].isDate()) {
+        base::MsgBox(NoTimeText, NoTimeTitle, base::MsgIcon::Information);
+        ui_->TIME_AT_STOP->setFocus();
+        return false;
+    }
+    if (const auto stop = stopWithoutMinutes(routing(), held_.run); !stop.empty()) {
+        base::MsgBox(fmt::format(NoMinutesText, base::trim(stop)), NoMinutesTitle,
+                     base::MsgIcon::Information);
+        return false;
+    }
+    const bool timed = timeRunAround(routing(), held_, stampNow(), startup::logLine);
+    if (!timed) {
+        base::MsgBox(fmt::format(OffRunText, held_.stopId, held_.run), OffRunTitle,
+                     base::MsgIcon::Exclamation);
+    }
+    open(id_);
+    return timed;
+}
+
+void frmStopTripType::PreviousStop_Click() {
+    trapped("PreviousStop_Click", Module, [this] { step(-1); });
+}
+
+void frmStopTripType::NextStop_Click() {
+    trapped("NextStop_Click", Module, [this] { step(1); });
+}
+
+void frmStopTripType::Exit_StopTrip_Click() {
+    trapped("Exit_StopTrip_Click", Module, [this] { closeForm(); });
+}
+
+void frmStopTripType::Timer3_Timer() {
+    trapped("Timer3_Timer", Module, [this] { ui_->Status->hide(); });
+}
+
+bool frmStopTripType::formQueryUnload() {
+    return trapped("Form_QueryUnload", Module, [this] { return mayLeave(); });
+}
+
+bool frmStopTripType::isTouched() const { return !gone_ && boxes_.areTouched(); }
+
+/// Whether what was typed is saved, or given up for good.
+bool frmStopTripType::mayLeave() {
+    if (!isTouched()) {
+        return true;
+    }
+    switch (base::MsgBox(fmt::format(LeaveText, held_.stopId), LeaveTitle, base::MsgIcon::Question,
+                         base::MsgButtons::YesNoCancel)) {
+        case base::MsgAnswer::No:
+            return true;
+        case base::MsgAnswer::Yes:
+            OK_Click();
+            return !isTouched();
+        default:
+            return false;
+    }
+}
+
+void frmStopTripType::step(int places) {
+    const auto target = static_cast<std::int64_t>(place_) + places;
+    if (target >= 0 && target < std::ssize(ids_) && mayLeave()) {
+        open(ids_[static_cast<std::size_t>(target)]);
+    }
+}
+
+void frmStopTripType::showStatus(const std::string& text) {
+    ui_->Status->setText(toQt(text));
+    ui_->Status->show();
+    Timer3.startOnce(StatusMilliseconds);
+}
+
+}  // namespace stops

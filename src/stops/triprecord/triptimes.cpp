@@ -1,0 +1,128 @@
+#include "stops/triprecord/triptimes.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/ado/recordset.h"
+#include "platform/base/text.h"
+#include "runedit/stoptimes.h"
+#include "runedit/validation/checkedrun.h"
+
+namespace stops {
+
+namespace {
+
+using runedit::StopRows;
+using runedit::TimedStop;
+using runedit::TimeOrder;
+
+struct TimeSpan {
+    base::Date start;
+    base::Date end;
+};
+
+/// The run's timed stops, and the place of one of them.
+struct TimedRun {
+    std::vector<TimedStop> stops;
+    std::vector<std::int64_t> ids;
+
+    [[nodiscard]] std::size_t placeOf(std::int64_t id) const {
+        return static_cast<std::size_t>(std::ranges::find(ids, id) - ids.begin());
+    }
+};
+
+TimedRun readTimedRun(ado::Connection& routing, std::string_view run) {
+    ado::Recordset rows;
+    rows.Open(runedit::stopRowsSql(StopRows::Routing, TimeOrder::Forwards, run), routing,
+              ado::CursorType::Static);
+    TimedRun result{runedit::readStops(rows), {}};
+    if (!result.stops.empty()) {
+        rows.MoveFirst();
+    }
+    for (; !rows.Eof(); rows.MoveNext()) {
+        result.ids.push_back(rows["ID"].asInteger());
+    }
+    return result;
+}
+
+bool lacksMinutes(const TimedStop& stop) { return !stop.loadMinutes || !stop.driveMinutes; }
+
+TimeSpan timeFromMiddle(const runedit::StoredStops& stops, base::Date anchor,
+                        const runedit::LogLine& log) {
+    std::string mode = "MID";
+    const auto first = runedit::timeStoredStops(stops, mode, anchor, log);
+    return {first, anchor};
+}
+
+/// The fixed stop is the first one at its time. Where an earlier one stands at the same time, the
+/// way back to the run's start is gone first, and the times counted from there.
+TimeSpan timeFromStart(const runedit::StoredStops& stops, const TimedRun& run, std::size_t place,
+                       base::Date anchor, const runedit::LogLine& log) {
+    std::vector<TimedStop> back(run.stops.begin(),
+                                run.stops.begin() + static_cast<std::ptrdiff_t>(place) + 1);
+    std::ranges::reverse(back);
+    base::Date start = runedit::timesFrom(back, TimeOrder::Backwards, anchor).last;
+    std::string mode = "Start";
+    const auto last = runedit::timeStoredStops(stops, mode, start, log);
+    return {start, last};
+}
+
+void writeSpan(ado::Connection& routing, const std::string& run, const TimeSpan& span,
+               const Stamp& stamp) {
+    ado::Recordset row;
+    row.Open(runedit::runSql(run), routing, ado::CursorType::Dynamic);
+    if (row.Eof()) {
+        return;
+    }
+    row["STARTTIME"].Value(span.start);
+    row["ENDTIME"].Value(span.end);
+    row["ChangedBy"].Value(stamp.user);
+    row["changeddt"].Value(stamp.now);
+    row.Update();
+}
+
+}  // namespace
+
+std::optional<TripRun> readTripRun(ado::Connection& routing, std::string_view run) {
+    ado::Recordset row;
+    row.Open(runedit::runSql(run), routing);
+    if (row.Eof()) {
+        return std::nullopt;
+    }
+    return TripRun{std::string(base::trim(run)),
+                   std::string(base::trim(runedit::textOf(row["DESCRIPTION"]))),
+                   runedit::timeOf(row["STARTTIME"]), runedit::timeOf(row["ENDTIME"]),
+                   runedit::timeOf(row["BELLTIME"])};
+}
+
+std::string stopWithoutMinutes(ado::Connection& routing, std::string_view run) {
+    const auto stops = readTimedRun(routing, run).stops;
+    const auto found = std::ranges::find_if(stops, lacksMinutes);
+    return found == stops.end() ? std::string() : found->stopId.value_or(" ");
+}
+
+bool timeRunAround(ado::Connection& routing, const TripRecord& record, const Stamp& stamp,
+                   const runedit::LogLine& log) {
+    // All records that are on no run share a blank one, which is none to be timed.
+    if (!record.isOnRun() || !record.fields[TripField::TimeAtStop].isDate()) {
+        return false;
+    }
+    ado::UnitOfWork unit(routing);
+    const TimedRun run = readTimedRun(routing, record.run);
+    const std::size_t place = run.placeOf(record.id);
+    if (place == run.stops.size()) {
+        return false;
+    }
+    const base::Date anchor = record.fields[TripField::TimeAtStop].asDate();
+    const runedit::StoredStops stored{routing, StopRows::Routing, record.run};
+    const auto first = std::ranges::find(run.stops, anchor, &TimedStop::time);
+    const bool isFirst = static_cast<std::size_t>(first - run.stops.begin()) == place;
+    writeSpan(routing, record.run,
+              isFirst ? timeFromMiddle(stored, anchor, log)
+                      : timeFromStart(stored, run, place, anchor, log),
+              stamp);
+    unit.commit();
+    return true;
+}
+
+}  // namespace stops
