@@ -9,6 +9,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <numeric>
@@ -47,6 +48,11 @@ MultiColumnList::MultiColumnList(QWidget* parent)
         emit columnClicked(column);
     });
     connect(header(), &QHeaderView::sectionResized, this, [this] { rememberWidths(); });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (showsEnd()) {
+            emit endShown();
+        }
+    });
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
         chosenRow_ = index.row();
         emit rowClicked(chosenRow_);
@@ -63,6 +69,23 @@ void MultiColumnList::setTable(TextTable table) {
         applyWidths();
     }
     scrollToTop();
+}
+
+void MultiColumnList::appendRows(const TextTable& more) {
+    const QScrollBar& bar = *verticalScrollBar();
+    const bool heldAtEnd = bar.isSliderDown() && bar.value() == bar.maximum();
+    sortingOff();
+    model_->append(more);
+    if (heldAtEnd) {
+        scrollToBottom();
+    }
+}
+
+void MultiColumnList::reserveRows(std::size_t rows) { model_->reserve(rows); }
+
+bool MultiColumnList::showsEnd() const {
+    const QScrollBar& bar = *verticalScrollBar();
+    return isVisible() && bar.maximum() - bar.value() <= bar.pageStep();
 }
 
 const TextTable& MultiColumnList::table() const { return model_->table(); }
@@ -254,6 +277,9 @@ void MultiColumnList::keyPressEvent(QKeyEvent* event) {
     }
     if (chosenRow_ != before) {
         emit rowClicked(chosenRow_);
+    }
+    if (event->key() == Qt::Key_End) {
+        emit endAsked();
     }
 }
 

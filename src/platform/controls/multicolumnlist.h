@@ -28,6 +28,14 @@ public:
 
     /// Fills the list in one reset: own order, nothing sorted, selected or chosen.
     void setTable(TextTable table);
+    /// Adds rows of the same columns at the end, for a list that is read as it is needed. What is
+    /// chosen, selected and in view stays; a sort ends. A scroll bar that the user holds at its end
+    /// follows.
+    void appendRows(const TextTable& more);
+    /// Room for so many rows in all, when they are known to be many: saves moving them about.
+    void reserveRows(std::size_t rows);
+    /// Whether the list is seen, and the rows in view are the last ones or at most a page above.
+    [[nodiscard]] bool showsEnd() const;
     [[nodiscard]] const TextTable& table() const;
     /// Removes the rows and keeps the columns.
     void clearRows();
@@ -79,6 +87,10 @@ signals:
     /// Double click, or Enter on the chosen row.
     void rowActivated(int row);
     void columnClicked(int column);
+    /// The user scrolled to where showsEnd() is true.
+    void endShown();
+    /// The user pressed the End key, and stands on the last row that there is.
+    void endAsked();
     void selectionCountChanged(int count);
 
 protected:

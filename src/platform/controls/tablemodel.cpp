@@ -22,6 +22,20 @@ void TableModel::clearRows() {
     endResetModel();
 }
 
+void TableModel::append(const TextTable& more) {
+    if (more.rowCount() == 0) {
+        return;
+    }
+    const std::size_t first = table_.rowCount();
+    const std::size_t end = first + more.rowCount();
+    beginInsertRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
+    table_.append(more);
+    for (std::size_t row = first; !order_.empty() && row < end; ++row) {
+        order_.push_back(row);
+    }
+    endInsertRows();
+}
+
 std::size_t TableModel::tableRow(int row) const {
     const auto shown = static_cast<std::size_t>(row);
     return order_.empty() ? shown : order_.at(shown);

@@ -24,6 +24,9 @@ public:
     /// Shows another table in one reset, in its own order.
     void setTable(TextTable table);
     void clearRows();
+    /// Shows more rows, of the same columns, below the others.
+    void append(const TextTable& more);
+    void reserve(std::size_t rows) { table_.reserve(rows); }
     [[nodiscard]] const TextTable& table() const { return table_; }
 
     [[nodiscard]] std::size_t tableRow(int row) const;

@@ -34,16 +34,31 @@ int compareNoCase(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+/// A text's first characters stand in the key itself: they decide most comparisons without a look
+/// at the texts, which lie far apart.
 struct TextTable::SortKey {
     enum Rank : std::uint8_t { Nothing, Number, Words } rank = Nothing;
     double number = 0;
+    std::uint64_t start = 0;
     std::string_view words;
+
+    static SortKey of(std::string_view text) {
+        SortKey key{Words, 0, 0, text};
+        for (std::size_t i = 0; i < sizeof key.start; ++i) {
+            const char c = i < text.size() ? foldedCase(text[i]) : '\0';
+            key.start = (key.start << 8U) | static_cast<unsigned char>(c);
+        }
+        return key;
+    }
 
     bool operator<(const SortKey& other) const {
         if (rank != other.rank) {
             return rank < other.rank;
         }
-        return rank == Words ? compareNoCase(words, other.words) < 0 : number < other.number;
+        if (rank != Words) {
+            return number < other.number;
+        }
+        return start != other.start ? start < other.start : compareNoCase(words, other.words) < 0;
     }
 };
 
@@ -89,6 +104,20 @@ void TextTable::setText(std::size_t row, std::size_t column, std::string_view te
     held_.at(at) = Held::Text;
     bits_[at] = (static_cast<std::uint64_t>(pool_.size()) << LengthBits) | text.size();
     pool_.insert(pool_.end(), text.begin(), text.end());
+}
+
+void TextTable::append(const TextTable& more) {
+    const std::size_t first = held_.size();
+    const std::uint64_t places = static_cast<std::uint64_t>(pool_.size()) << LengthBits;
+    held_.insert(held_.end(), more.held_.begin(), more.held_.end());
+    bits_.insert(bits_.end(), more.bits_.begin(), more.bits_.end());
+    pool_.insert(pool_.end(), more.pool_.begin(), more.pool_.end());
+    red_.insert(red_.end(), more.red_.begin(), more.red_.end());
+    for (std::size_t at = first; at < held_.size(); ++at) {
+        if (held_[at] == Held::Text) {
+            bits_[at] += places;
+        }
+    }
 }
 
 void TextTable::colourRed(std::size_t row, std::size_t from, std::size_t to) {
@@ -145,21 +174,21 @@ TextTable::SortKey TextTable::sortKey(std::size_t row, std::size_t column) const
     const CellKind kind = columns[column].kind;
     switch (held_[at]) {
         case Held::Null:
-            return {kind == CellKind::Number ? SortKey::Number : SortKey::Nothing, 0, {}};
+            return {kind == CellKind::Number ? SortKey::Number : SortKey::Nothing, 0, 0, {}};
         case Held::Text:
-            return {SortKey::Words, 0, pooled(at)};
+            return SortKey::of(pooled(at));
         case Held::Number:
-            return {SortKey::Number, std::bit_cast<double>(bits_[at]), {}};
+            return {SortKey::Number, std::bit_cast<double>(bits_[at]), 0, {}};
         case Held::Date: {
             const Date date{integerOf(bits_[at])};
             const Date counted = kind == CellKind::Time ? date.timeValue() : date;
-            return {SortKey::Number, static_cast<double>(counted.seconds), {}};
+            return {SortKey::Number, static_cast<double>(counted.seconds), 0, {}};
         }
         case Held::YesNo:
         case Held::Integer:
             break;
     }
-    return {SortKey::Number, static_cast<double>(integerOf(bits_[at])), {}};
+    return {SortKey::Number, static_cast<double>(integerOf(bits_[at])), 0, {}};
 }
 
 std::vector<std::size_t> TextTable::sortedBy(std::size_t column, bool descending) const {
@@ -180,6 +209,10 @@ void TextTable::reserve(std::size_t rows) {
     held_.reserve(rows * columns.size());
     bits_.reserve(rows * columns.size());
     red_.reserve(rows);
+    if (rowCount() > 0) {
+        const std::size_t textOfRow = pool_.size() / rowCount() + 1;
+        pool_.reserve((textOfRow + textOfRow / 8) * rows);
+    }
 }
 
 std::size_t TextTable::bytes() const {

@@ -39,6 +39,8 @@ public:
     std::size_t addRow();
     void set(std::size_t row, std::size_t column, const base::Value& value);
     void setText(std::size_t row, std::size_t column, std::string_view text);
+    /// Adds the rows of a table with the same columns.
+    void append(const TextTable& more);
     /// Cells from..to (both included) of the row get a red background.
     void colourRed(std::size_t row, std::size_t from, std::size_t to);
 
@@ -51,6 +53,7 @@ public:
     /// texts without case. Stable in both directions.
     [[nodiscard]] std::vector<std::size_t> sortedBy(std::size_t column, bool descending) const;
 
+    /// Room for so many rows in all, with texts as long as those of the rows that are there.
     void reserve(std::size_t rows);
     /// The bytes that the rows hold, for measuring.
     [[nodiscard]] std::size_t bytes() const;

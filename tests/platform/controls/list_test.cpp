@@ -155,6 +155,25 @@ TEST_F(ListTest, HeaderClicksSortBothWaysWithTheRowsKeptTogether) {
     EXPECT_EQ(list.chosenKey(), "R2");
 }
 
+TEST_F(ListTest, AddedRowsStandBelowTheOthersAndLeaveThePlannersPlaceAlone) {
+    list.setTable(runs(30));
+    list.choose(2);
+    list.toggleSort(0);
+    list.toggleSort(0);
+    TextTable more = runs(2);
+    more.colourRed(1, 0, 0);
+    list.appendRows(more);
+    EXPECT_EQ(list.rows(), 32);
+    EXPECT_EQ(list.sortColumn(), -1);
+    EXPECT_EQ(list.cellText(0, 1), "Run number 9");
+    EXPECT_EQ(list.cellText(31, 1), "Run number 1");
+    EXPECT_TRUE(list.isRed(31, 0));
+    EXPECT_EQ(list.chosenKey(), "R2");
+    EXPECT_EQ(list.selectedRows(), std::vector{list.chosenRow()});
+    list.toggleSort(2);
+    EXPECT_EQ(list.cellText(31, 2), "29");
+}
+
 TEST_F(ListTest, PositionBehindTheEndIsTheLastRow) {
     list.setTable(runs(3));
     list.choose(40);
