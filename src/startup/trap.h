@@ -14,6 +14,11 @@ namespace startup {
 /// the program, unless the module is one that stays open. Called by trapped() only.
 void reportTrapped(std::string_view procedure, std::string_view module);
 
+/// Reports the error that is being handled in the same way and lets the program go on: for a
+/// question that is not understood because of what the planner typed into it. Throws the error on
+/// where errors are not trapped.
+void reportTyped(std::string_view procedure, std::string_view module);
+
 /// Runs the body of a procedure under the error trap: the whole convention for run-time errors.
 ///
 ///     void frmTarn::cmdSearch_Click() {
