@@ -1,0 +1,285 @@
+#include "runsearch/log/RunLogInquiry.h"
+
+#include <QElapsedTimer>
+#include <QLocale>
+#include <QShortcut>
+
+#include "data/cells.h"
+#include "platform/base/date.h"
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "platform/jet/error.h"
+#include "startup/mdlDBConnection.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+
+#include "ui_RunLogInquiry.h"
+
+namespace runsearch {
+
+namespace {
+
+using controls::fromQt;
+using controls::toQt;
+using startup::trapped;
+
+constexpr auto Module = "RunLogInquiry";
+
+constexpr auto ActivityCodesSql =
+    "SELECT RUNLOG_ACTIVITY_CODES.* FROM RUNLOG_ACTIVITY_CODES ORDER BY "
+    "RUNLOG_ACTIVITY_CODES.ACTIVITYCODE;";
+
+const auto BeforeSearch = QStringLiteral(
+    "Enter what you look for and press Search.\nWithout any filter the whole log is listed.");
+const auto NothingFound = QStringLiteral("No log entry meets all filters.");
+
+/// Some screens of entries: what is read ahead of the planner.
+constexpr std::size_t BlockEntries = 500;
+/// How long is read on before the form gets its turn.
+constexpr int SliceMs = 30;
+
+controls::TextTable activityCodes() {
+    controls::TextTable table;
+    table.columns = {{"Activity Code", 1300, controls::CellKind::Number}, {"Description", 4000}};
+    ado::Recordset codes;
+    codes.Open(ActivityCodesSql, *startup::gcnRouteWrk);
+    for (; !codes.Eof(); codes.MoveNext()) {
+        const auto row = table.addRow();
+        data::setCell(table, row, 0, codes["ActivityCode"]);
+        data::setCell(table, row, 1, codes["ACTIVITYDESC"]);
+    }
+    return table;
+}
+
+/// "1/5/26" becomes "1/5/2026"; what is no date stays to be refused.
+void tidyDate(QLineEdit& box) {
+    if (const auto date = base::Date::parse(fromQt(box.text()));
+        date && *date != date->timeValue()) {
+        box.setText(toQt(date->text()));
+    }
+}
+
+QString grouped(std::int64_t number) {
+    return QLocale(QLocale::English, QLocale::UnitedStates)
+        .toString(static_cast<qlonglong>(number));
+}
+
+}  // namespace
+
+RunLogInquiry::RunLogInquiry(forms::Form* owner)
+    : forms::Form(Module, owner), ui_(std::make_unique<Ui::RunLogInquiry>()) {
+    ui_->setupUi(this);
+    readTimer_.setInterval(1);
+    on(&readTimer_, &forms::Timer::tick, [this] { readOn(); });
+    on(ui_->Search, &QPushButton::clicked, [this] { Search_Click(); });
+    on(ui_->Exit, &QPushButton::clicked, [this] { Exit_Click(); });
+    on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, [this] { Search_Click(); });
+    setCancelButton(ui_->Exit);
+    wireFilters();
+    wireList();
+}
+
+RunLogInquiry::~RunLogInquiry() = default;
+
+void RunLogInquiry::wireFilters() {
+    for (auto* box : {ui_->BegDate, ui_->EndDate}) {
+        on(box, &QLineEdit::editingFinished, [box] { tidyDate(*box); });
+    }
+    const auto describe = [this] {
+        ui_->ActivityDescription->setText(toQt(ui_->cmbActivityCode->columnText(1)));
+    };
+    on(ui_->cmbActivityCode, &controls::MultiColumnCombo::chosen, describe);
+    on(ui_->cmbActivityCode, &controls::MultiColumnCombo::left, describe);
+}
+
+void RunLogInquiry::wireList() {
+    using controls::MultiColumnList;
+    const auto readIfWanted = [this] { readTimer_.setEnabled(wantsMore()); };
+    on(ui_->LogList, &MultiColumnList::endShown, readIfWanted);
+    on(ui_->LogList, &MultiColumnList::endAsked, [this] {
+        toLastEntry_ = true;
+        readToEnd();
+    });
+    on(ui_->LogList, &MultiColumnList::rowClicked, [this] { toLastEntry_ = false; });
+    on(ui_->LogList, &MultiColumnList::columnClicked,
+       [this](int column) { LogList_ClickColumn(column); });
+}
+
+void RunLogInquiry::Form_Load() {
+    trapped("Form_Load", Module, [this] {
+        Bld_DropDown();
+        ui_->LogList->setTable(RunLogReader::emptyTable());
+        forgetSearch();
+        connection_ = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
+        ui_->RunID->setFocus();
+    });
+}
+
+void RunLogInquiry::Form_Unload() {
+    trapped("Form_Unload", Module, [this] {
+        forgetSearch();
+        connection_.reset();
+    });
+}
+
+void RunLogInquiry::Bld_DropDown() {
+    trapped("Bld_DropDown", Module, [this] { ui_->cmbActivityCode->setTable(activityCodes()); });
+}
+
+void RunLogInquiry::ask(const std::string& run) {
+    load();
+    ui_->cmbActivityCode->clearChoice();
+    ui_->ActivityDescription->clear();
+    ui_->BegDate->clear();
+    ui_->EndDate->clear();
+    ui_->RunID->setText(toQt(base::trim(run)));
+    Search_Click();
+}
+
+void RunLogInquiry::Search_Click() {
+    trapped("Search_Click", Module, [this] {
+        const auto asked = filters();
+        if (refuse(asked)) {
+            return;
+        }
+        const forms::BusyCursor hourglass;
+        try {
+            search(asked);
+        } catch (const jet::SqlError&) {
+            startup::reportTyped("Search_Click", Module);
+        }
+    });
+}
+
+RunLogFilters RunLogInquiry::filters() const {
+    return {fromQt(ui_->RunID->text()), ui_->cmbActivityCode->text(), fromQt(ui_->BegDate->text()),
+            fromQt(ui_->EndDate->text())};
+}
+
+/// Tells the planner of the first filter that cannot be searched for and goes there.
+bool RunLogInquiry::refuse(const RunLogFilters& asked) {
+    const auto fault = firstFault(asked);
+    if (!fault) {
+        return false;
+    }
+    base::MsgBox(fault->text, fault->title, base::MsgIcon::Information);
+    if (fault->filter == RunLogFault::Filter::ActivityCode) {
+        ui_->cmbActivityCode->setFocus();
+    } else {
+        auto* box = fault->filter == RunLogFault::Filter::BegDate ? ui_->BegDate : ui_->EndDate;
+        box->setFocus();
+        box->selectAll();
+    }
+    return true;
+}
+
+void RunLogInquiry::search(const RunLogFilters& asked) {
+    forgetSearch();
+    reader_ = std::make_unique<RunLogReader>(*connection_, asked);
+    auto table = RunLogReader::emptyTable();
+    reader_->read(BlockEntries, table);
+    ui_->LogList->setEmptyText(NothingFound);
+    ui_->LogList->setTable(std::move(table));
+    showCount();
+    readTimer_.setEnabled(!reader_->total());
+}
+
+void RunLogInquiry::forgetSearch() {
+    readTimer_.setEnabled(false);
+    reader_.reset();
+    toLastEntry_ = false;
+    toSortBy_.reset();
+    read_ = RunLogReader::emptyTable();
+    ui_->LogCount->clear();
+    ui_->LogList->clearRows();
+    ui_->LogList->setEmptyText(BeforeSearch);
+}
+
+void RunLogInquiry::Exit_Click() {
+    trapped("Exit_Click", Module, [this] { closeForm(); });
+}
+
+void RunLogInquiry::LogList_ClickColumn(int column) {
+    trapped("LogList_ClickColumn", Module, [this, column] {
+        toSortBy_ = column;
+        readToEnd();
+    });
+}
+
+/// A slice of what is to be done between two turns of the planner: the entries in all are counted
+/// once the first ones are seen, then entries are read as far as they are wanted.
+void RunLogInquiry::readOn() {
+    trapped("readOn", Module, [this] {
+        if (!reader_->total()) {
+            reader_->countOn();
+        } else {
+            readSlice();
+        }
+        showCount();
+        readTimer_.setEnabled(!reader_->total() || wantsMore());
+    });
+}
+
+/// Lists what is still to be read, then does what that was for.
+void RunLogInquiry::readToEnd() {
+    if (!reader_ || reader_->atEnd()) {
+        entriesAreAllListed();
+        return;
+    }
+    ui_->LogList->reserveRows(static_cast<std::size_t>(reader_->total().value_or(0)));
+    readTimer_.setEnabled(true);
+}
+
+bool RunLogInquiry::wantsMore() const {
+    return reader_ && !reader_->atEnd() && (readsToEnd() || ui_->LogList->showsEnd());
+}
+
+// The list looks at all its rows whenever some are added, so on the way to the end they are added
+// seldom: a share of those that are there at a time.
+void RunLogInquiry::readSlice() {
+    QElapsedTimer slice;
+    slice.start();
+    do {
+        reader_->read(BlockEntries, read_);
+    } while (readsToEnd() && !reader_->atEnd() && slice.elapsed() < SliceMs);
+    const auto listed = static_cast<std::size_t>(ui_->LogList->rows());
+    if (!readsToEnd() || reader_->atEnd() || read_.rowCount() > listed / 4) {
+        ui_->LogList->appendRows(read_);
+        read_.clearRows();
+    }
+    if (reader_->atEnd()) {
+        entriesAreAllListed();
+    }
+}
+
+void RunLogInquiry::entriesAreAllListed() {
+    read_ = RunLogReader::emptyTable();
+    if (toSortBy_) {
+        const forms::BusyCursor hourglass;
+        ui_->LogList->toggleSort(*toSortBy_);
+        toSortBy_.reset();
+    }
+    if (toLastEntry_) {
+        ui_->LogList->choose(ui_->LogList->rows() - 1);
+        toLastEntry_ = false;
+    }
+}
+
+void RunLogInquiry::showCount() {
+    const auto read = static_cast<std::int64_t>(reader_->ids().size());
+    const auto total = reader_->total();
+    QString text;
+    if (reader_->atEnd()) {
+        text = read == 0 ? QString() : read == 1 ? tr("1 entry") : tr("%1 entries");
+    } else if (!total) {
+        text = tr("%1 entries so far");
+    } else {
+        text = readsToEnd() ? tr("Reading on: %1 of %2 entries") : tr("%1 of %2 entries listed");
+    }
+    text.replace("%1", grouped(read));
+    ui_->LogCount->setText(total ? text.replace("%2", grouped(*total)) : text);
+}
+
+}  // namespace runsearch

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/ado/connection.h"
+#include "platform/forms/form.h"
+#include "platform/forms/timer.h"
+#include "runsearch/log/runlogreader.h"
+
+namespace Ui {
+class RunLogInquiry;
+}
+
+namespace runsearch {
+
+/// The history of changes to runs. A log of a million entries is read as the planner scrolls: the
+/// first ones at once, the rest in slices between which the form stays at hand. Sorting and the End
+/// key read on to the last entry.
+class RunLogInquiry : public forms::Form {
+    Q_OBJECT
+
+public:
+    explicit RunLogInquiry(forms::Form* owner = nullptr);
+    ~RunLogInquiry() override;
+
+    /// Searches for all entries of a run; call showForm() then.
+    void ask(const std::string& run);
+
+    void Search_Click();
+    void Exit_Click();
+    void LogList_ClickColumn(int column);
+
+protected:
+    void formLoad() override { Form_Load(); }
+    void formUnload() override { Form_Unload(); }
+
+private:
+    void Form_Load();
+    void Form_Unload();
+    void Bld_DropDown();
+
+    void wireFilters();
+    void wireList();
+
+    [[nodiscard]] RunLogFilters filters() const;
+    bool refuse(const RunLogFilters& asked);
+    void search(const RunLogFilters& asked);
+    void forgetSearch();
+
+    [[nodiscard]] bool readsToEnd() const { return toLastEntry_ || toSortBy_; }
+    [[nodiscard]] bool wantsMore() const;
+    void readOn();
+    void readToEnd();
+    void readSlice();
+    void entriesAreAllListed();
+    void showCount();
+
+    std::unique_ptr<Ui::RunLogInquiry> ui_;
+    /// Its own: what is left to read there bothers no one who writes.
+    std::unique_ptr<ado::Connection> connection_;
+    std::unique_ptr<RunLogReader> reader_;  ///< null while nothing has been searched for
+    controls::TextTable read_;              ///< entries that are not listed yet
+    forms::Timer readTimer_;
+    bool toLastEntry_ = false;
+    std::optional<int> toSortBy_;
+};
+
+}  // namespace runsearch

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
+#include "platform/controls/texttable.h"
+#include "runsearch/log/runlogquery.h"
+
+namespace runsearch {
+
+/// Reads the entries of one search bit by bit, newest first, as the log was when it was searched.
+///
+/// It wants a connection of its own: rows that are still to be read would be read at once, all of
+/// them, before the next write on the connection. Everything here raises jet::SqlError and
+/// store::StoreError.
+class RunLogReader {
+public:
+    RunLogReader(ado::Connection& routing, RunLogFilters filters);
+
+    /// A table with the list's columns and no rows.
+    [[nodiscard]] static controls::TextTable emptyTable();
+    /// Adds the next entries to a table made by emptyTable(), at most so many.
+    void read(std::size_t entries, controls::TextTable& into);
+    [[nodiscard]] bool atEnd() const { return rows_.State() == ado::ObjectState::Closed; }
+
+    /// The key of each entry that was read, in order.
+    [[nodiscard]] const std::vector<std::int64_t>& ids() const { return ids_; }
+
+    /// Counts for some tens of milliseconds, unless the number is known.
+    void countOn();
+    /// Entries in all; nothing until they are counted or read to the end.
+    [[nodiscard]] std::optional<std::int64_t> total() const;
+
+private:
+    [[nodiscard]] std::int64_t number(const std::string& sql, std::string_view name);
+
+    ado::Connection& routing_;
+    RunLogFilters filters_;
+    ado::Recordset rows_;  ///< closed as soon as the last row is read
+    std::vector<const ado::Field*> fields_;
+    const ado::Field* id_ = nullptr;
+    std::vector<std::int64_t> ids_;
+
+    std::int64_t counted_ = 0;
+    bool isCounted_ = false;
+    std::optional<KeyRange> toCount_;  ///< of a count that is taken in parts
+};
+
+}  // namespace runsearch
