@@ -1,37 +1,20 @@
 #include <QAbstractButton>
 #include <QLineEdit>
-#include <cstdlib>
-#include <fstream>
 #include <functional>
-#include <iostream>
+#include <optional>
 #include <string>
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
-#include "platform/forms/application.h"
-#include "platform/forms/formregistry.h"
-#include "platform/forms/look.h"
 #include "rawsearch.h"
 #include "runsearch/frmTarn.h"
-#include "startup/COSInfo.h"
 #include "startup/RunStartup.h"
-#include "startup/session.h"
+#include "support/formprogram.h"
 
 namespace {
-
-constexpr double MiB = 1024.0 * 1024.0;
-
-double residentMiB() {
-    std::ifstream statm("/proc/self/statm");
-    double total = 0;
-    double resident = 0;
-    statm >> total >> resident;
-    return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / MiB;
-}
 
 runsearch::frmTarn& mainForm() {
     return forms::FormRegistry::instance().load<runsearch::frmTarn>();
@@ -42,11 +25,7 @@ Control& control(const char* name) {
     return *mainForm().findChild<Control*>(name);
 }
 
-void paint() {
-    for (int turn = 0; turn < 5; ++turn) {
-        QCoreApplication::processEvents();
-    }
-}
+using bench::paint;
 
 void startOnce() {
     static const bool started = (startup::Main("PLANNER"), paint(), true);
@@ -62,7 +41,7 @@ void start(benchmark::State& state) {
 
 /// From the click to the filled list; with `painted`, to its visible part on the screen.
 void search(benchmark::State& state, bool painted) {
-    const double before = residentMiB();
+    const double before = bench::residentMiB();
     for (auto _ : state) {
         mainForm().cmdSearch_Click();
         if (!painted) {
@@ -74,7 +53,7 @@ void search(benchmark::State& state, bool painted) {
         }
     }
     state.counters["rows"] = control<controls::MultiColumnList>("RunList").rows();
-    state.counters["more_MiB"] = residentMiB() - before;
+    state.counters["more_MiB"] = bench::residentMiB() - before;
 }
 
 struct Case {
@@ -162,47 +141,17 @@ void registerCase(const Case& searched, bench::RawDistrict& raw) {
     registerRaw(searched, "/raw_shown_columns", raw, Columns::Shown);
 }
 
-std::string districtFolder(int& argc, char** argv) {
-    const char* named = std::getenv("VIREO_DISTRICT");
-    std::string folder = named ? named : "";
-    if (argc > 1 && argv[argc - 1][0] != '-') {
-        folder = argv[--argc];
-    }
-    return folder;
-}
-
-int run(const std::string& folder) {
-    bench::RawDistrict raw(folder + "/data/routing.mdb", folder + "/common/trip.mdb");
-    startup::COSInfo::useFolder(folder + "/vireo");
-    benchmark::RegisterBenchmark("start_of_Main_to_form_shown", start)
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(1);
-    for (const auto& searched : cases(raw)) {
-        registerCase(searched, raw);
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    forms::FormRegistry::instance().destroyAll();
-    return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    benchmark::Initialize(&argc, argv);
-    const auto folder = districtFolder(argc, argv);
-    if (folder.empty()) {
-        std::cerr << "Name a district's folder as the last argument or in VIREO_DISTRICT.\n";
-        return 1;
-    }
-    forms::Application application(argc, argv);
-    forms::applyLook(application, forms::Scheme::Light);
-    try {
-        return run(folder);
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
-    } catch (const base::EndProgram&) {
-        std::cerr << "The program ended itself.\n";
-    }
-    return 1;
+    std::optional<bench::RawDistrict> raw;
+    return bench::measureForms(argc, argv, [&](const std::string& folder) {
+        raw.emplace(folder + "/data/routing.mdb", folder + "/common/trip.mdb");
+        benchmark::RegisterBenchmark("start_of_Main_to_form_shown", start)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(1);
+        for (const auto& searched : cases(*raw)) {
+            registerCase(searched, *raw);
+        }
+    });
 }
