@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+#include <string>
 #include <string_view>
 
 #include "stops/runstops.h"
@@ -13,6 +15,12 @@ inline constexpr std::string_view NoTripTypeText =
     "stop is assigned to a run it is really a stop's trip type that is assigned to a run - so "
     "without an available trip type this stop cannot be assigned to this run.  Please either "
     "assign a trip type to this stop  or select a different stop.";
+
+inline constexpr auto AddTitle = "Add Stops";
+/// What to ask before the stops are added: where some come from another run, are on this one
+/// already, or are very many. Empty where nothing needs asking.
+[[nodiscard]] std::string questionBeforeAdding(const EditedRun& run,
+                                               std::span<const ChosenStop> chosen);
 
 inline constexpr std::string_view ChangedTitle = "Stop Changed by Another User";
 
