@@ -35,6 +35,7 @@ public:
     void cmdReset_Click();
     void Delete_Click();
     void GroupChange_Click();
+    void DeadHead_Click();
     void SelectAll_Click();
     void Exit_Click();
 

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "groupops/deadhead/frmCalcDeadHead.h"
 #include "groupops/groupchange/frmGroupRunChange.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
@@ -100,6 +101,10 @@ void frmTarn::refreshRunList() {
 void frmTarn::GroupChange_Click() {
     trapped("GroupChange_Click", ActionsModule,
             [this] { openForm<groupops::frmGroupRunChange>(*this, this); });
+}
+
+void frmTarn::DeadHead_Click() {
+    trapped("DeadHead_Click", ActionsModule, [this] { openForm<groupops::frmCalcDeadHead>(this); });
 }
 
 void frmTarn::SelectAll_Click() {

@@ -165,8 +165,8 @@ TEST_F(FormTest, RepeatsTheSearchWhenAnotherFormChangedRuns) {
 
 TEST_F(FormTest, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
     found();
-    for (const auto* name : {"cmdNew", "Edit", "PrintIt", "TimeLine", "ChangeBell", "GroupSolve",
-                             "MergeRuns", "DeadHead"}) {
+    for (const auto* name :
+         {"cmdNew", "Edit", "PrintIt", "TimeLine", "ChangeBell", "GroupSolve", "MergeRuns"}) {
         EXPECT_FALSE(isEnabled(name)) << name;
         EXPECT_THAT(control<QWidget>(name).toolTip().toStdString(), HasSubstr("Not available yet"));
     }
