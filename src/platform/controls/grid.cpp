@@ -106,6 +106,7 @@ Grid::Grid(QWidget* parent)
     view_->setTabKeyNavigation(false);
     view_->setCornerButtonEnabled(false);
     view_->verticalHeader()->hide();
+    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 10);
     view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setStretchLastSection(true);
     view_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -149,7 +150,7 @@ int Grid::column(std::string_view field) const {
 
 void Grid::setRows(std::vector<std::vector<std::string>> rows) {
     model_->setRows(std::move(rows));
-    constexpr int Roomy = 28;
+    constexpr int Roomy = 16;
     for (int column = 0; column + 1 < model_->columnCount(); ++column) {
         view_->resizeColumnToContents(column);
         view_->setColumnWidth(column, view_->columnWidth(column) + Roomy);

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "groupops/belltime/bellchange.h"
+#include "groupops/runselection.h"
+#include "platform/forms/form.h"
+#include "platform/forms/timer.h"
+
+namespace Ui {
+class BellTimeChange;
+}
+
+namespace groupops {
+
+/// Changes the bell times of the runs that the last search found, by school and bell time, and with
+/// them the times of the runs. The run list must outlive the form.
+class BellTimeChange : public forms::Form {
+    Q_OBJECT
+
+public:
+    explicit BellTimeChange(RunSelection& selection, forms::Form* owner = nullptr);
+    ~BellTimeChange() override;
+
+    void Build_Time_List();
+
+    void SetTimes_Click();
+    void AddMin_Click();
+    void ChangeBell_Click();
+    void Change_Run_Time_Click();
+    void FixedMinutes_Click();
+    void SameGap_Click();
+    void Exit_Change_Click();
+    void Timer1_Timer();
+
+protected:
+    void formLoad() override { Form_Load(); }
+
+private:
+    using NewBells = std::vector<std::optional<base::Date>>;
+
+    void Form_Load();
+    void wire();
+
+    void BellTimeGrid_AfterEdit(int row);
+    void showSelected();
+    void setNewBell(int row, base::Date time);
+    /// The selected rows; tells the planner where there are none.
+    [[nodiscard]] std::vector<int> rowsToSet();
+
+    /// Nothing where the planner, told what is wrong, has to enter something else.
+    [[nodiscard]] std::optional<NewBells> newBells();
+    [[nodiscard]] std::optional<BellMethod> method();
+    void refuseNewBell(int row);
+
+    GroupOutcome change(const BellChange& change);
+    void calculateDeadHead();
+    void tellWhatWasLeft(const GroupOutcome& outcome);
+
+    RunSelection& selection_;
+    std::unique_ptr<Ui::BellTimeChange> ui_;
+    forms::Timer* Timer1;
+    std::unique_ptr<BellGroups> groups_;
+};
+
+}  // namespace groupops

@@ -1,0 +1,118 @@
+#include "groupops/belltime/bellchange.h"
+
+#include <fmt/format.h>
+
+#include "platform/ado/recordset.h"
+
+namespace groupops {
+
+namespace {
+
+constexpr auto ChangedBy = "BELL TIME CHANGE";
+
+std::optional<base::Date> dateOf(const ado::Field& field) {
+    return field.isNull() ? std::nullopt : std::optional(field.Value().asDate());
+}
+
+/// One bell change under way.
+class Changing {
+public:
+    Changing(ado::Connection& routing, const BellChange& change, const BellReport& report)
+        : routing_(routing), change_(change), report_(report) {}
+
+    GroupOutcome all();
+
+private:
+    [[nodiscard]] const std::optional<base::Date>& newBell(int group) const;
+    bool changeGroup(const BellGroup& group, base::Date bell);
+    void changeRun(const std::string& run, base::Date bell);
+    void write(ado::Recordset& row, const std::string& run, base::Date bell, base::Date anchor);
+
+    ado::Connection& routing_;
+    const BellChange& change_;
+    const BellReport& report_;
+    GroupOutcome outcome_;
+    std::int32_t gap_ = 0;  ///< goes over from run to run
+};
+
+const std::optional<base::Date>& Changing::newBell(int group) const {
+    static const std::optional<base::Date> none;
+    const auto place = static_cast<std::size_t>(group - 1);
+    return place < change_.newBells.size() ? change_.newBells[place] : none;
+}
+
+GroupOutcome Changing::all() {
+    const int count = change_.groups.count();
+    for (int group = 1; group <= count; ++group) {
+        outcome_.asked += newBell(group) ? change_.groups[group].runCount : 0;
+    }
+    for (int group = 1; group <= count && !outcome_.stopped; ++group) {
+        report_.groups.progress(100.0 * group / count);
+        if (const auto& bell = newBell(group)) {
+            outcome_.stopped = !changeGroup(change_.groups[group], *bell);
+        }
+    }
+    return outcome_;
+}
+
+/// False where the planner stopped it.
+bool Changing::changeGroup(const BellGroup& group, base::Date bell) {
+    for (int slot = 1; slot <= group.runCount; ++slot) {
+        if (report_.runs.yield()) {
+            return false;
+        }
+        changeRun(group.runs[slot], bell);
+        report_.runs.progress(100.0 * slot / group.runCount);
+    }
+    return true;
+}
+
+void Changing::changeRun(const std::string& run, base::Date bell) {
+    ado::UnitOfWork unit(routing_);
+    ado::Recordset row;
+    row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), routing_,
+             ado::CursorType::Dynamic);
+    if (row.Eof()) {
+        outcome_.gone.push_back(run);
+        return;
+    }
+    const BellRun before{row["Pickup"].asBoolean(), dateOf(row["BellTime"]),
+                         dateOf(row["EndTime"])};
+    const auto anchor = bellAnchor(change_.method, before, bell, gap_);
+    if (!anchor) {
+        outcome_.withoutEnd.push_back(run);
+        return;
+    }
+    gap_ = anchor->gapMinutes;
+    write(row, run, bell, anchor->time);
+    unit.commit();
+    ++outcome_.changed;
+}
+
+void Changing::write(ado::Recordset& row, const std::string& run, base::Date bell,
+                     base::Date anchor) {
+    std::string mode = change_.method.fromEnd ? "END" : "Start";
+    base::Date from = anchor;
+    const auto otherEnd = runedit::timeStoredStops({routing_, runedit::StopRows::Routing, run},
+                                                   mode, from, report_.log);
+    row["BellTime"].Value(bell.timeValue());
+    row["StartTime"].Value(change_.method.fromEnd ? otherEnd.timeValue() : anchor);
+    row["EndTime"].Value(change_.method.fromEnd ? anchor : otherEnd.timeValue());
+    row["changeddt"].Value(base::Now());
+    row["ChangedBy"].Value(ChangedBy);
+    row.Update();
+    row.Close();
+}
+
+}  // namespace
+
+GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
+                             const BellReport& report) {
+    routing.setDurability(store::Durability::Crash);
+    GroupOutcome outcome = Changing(routing, change, report).all();
+    routing.setDurability(store::Durability::PowerCut);
+    routing.checkpoint();
+    return outcome;
+}
+
+}  // namespace groupops

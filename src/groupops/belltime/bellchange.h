@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "groupops/belltime/bellanchor.h"
+#include "groupops/belltime/bellgroups.h"
+#include "groupops/groupoutcome.h"
+#include "platform/ado/connection.h"
+#include "platform/base/ports.h"
+#include "runedit/storedstoptimes.h"
+
+namespace groupops {
+
+/// What is to be changed. `newBells` has a time of day for each group that changes; the first entry
+/// is group 1's, groups behind the last one stay.
+struct BellChange {
+    const BellGroups& groups;
+    std::vector<std::optional<base::Date>> newBells;
+    BellMethod method;
+};
+
+/// Where a bell change reports to.
+struct BellReport {
+    base::ProgressPort& groups;  ///< percent of all groups
+    base::ProgressPort& runs;    ///< percent of the present group's runs; yields after each run
+    runedit::LogLine log;        ///< see runedit::writeStops
+};
+
+/// Gives the runs of the groups their new bell time, computes and writes all their stop times, and
+/// writes start, end and the audit columns. A run is one unit of work. Runs that are gone, or that
+/// have no end time to keep a gap from, are left out; the planner may stop between two runs.
+///
+/// Raises what runedit::timeStoredStops raises, store::StoreError; what was written until then
+/// stays.
+GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
+                             const BellReport& report);
+
+}  // namespace groupops
