@@ -1,0 +1,138 @@
+#include "platform/controls/datebox.h"
+
+#include <QAction>
+#include <QCalendarWidget>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QTextCharFormat>
+#include <QToolButton>
+#include <algorithm>
+#include <utility>
+
+#include "platform/base/ports.h"
+#include "platform/controls/datetext.h"
+#include "platform/controls/qtext.h"
+
+namespace controls {
+
+namespace {
+
+/// A sheet of a calendar in the box's own text colour.
+QIcon calendarSign(const QWidget& box) {
+    constexpr int Side = 16;
+    const qreal ratio = box.devicePixelRatioF();
+    QPixmap sheet(QSize(Side, Side) * ratio);
+    sheet.setDevicePixelRatio(ratio);
+    sheet.fill(Qt::transparent);
+    QPainter painter(&sheet);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor ink = box.palette().color(QPalette::PlaceholderText);
+    painter.setPen(QPen(ink, 1.2));
+    painter.drawRoundedRect(QRectF(2, 3, 12, 11), 1.5, 1.5);
+    painter.drawLine(QPointF(2, 6.5), QPointF(14, 6.5));
+    painter.drawLine(QPointF(5.5, 1.5), QPointF(5.5, 4.5));
+    painter.drawLine(QPointF(10.5, 1.5), QPointF(10.5, 4.5));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    for (const qreal x : {4.5, 7.5, 10.5}) {
+        painter.drawRect(QRectF(x, 8.5, 1.4, 1.4));
+        painter.drawRect(QRectF(x, 11, 1.4, 1.4));
+    }
+    return QIcon(sheet);
+}
+
+/// Plain days and arrows instead of the toolkit's coloured ones.
+void dress(QCalendarWidget& calendar) {
+    calendar.setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    calendar.setFirstDayOfWeek(Qt::Sunday);
+    QTextCharFormat plain;
+    plain.setForeground(calendar.palette().text());
+    for (const auto day : {Qt::Saturday, Qt::Sunday}) {
+        calendar.setWeekdayTextFormat(day, plain);
+    }
+    for (const auto& [name, arrow] : {std::pair{"qt_calendar_prevmonth", Qt::LeftArrow},
+                                      {"qt_calendar_nextmonth", Qt::RightArrow}}) {
+        if (auto* button = calendar.findChild<QToolButton*>(name)) {
+            button->setIcon({});
+            button->setArrowType(arrow);
+            QPalette colours = button->palette();
+            for (const auto role : {QPalette::ButtonText, QPalette::WindowText, QPalette::Text}) {
+                colours.setColor(role, colours.color(QPalette::HighlightedText));
+            }
+            button->setPalette(colours);
+        }
+    }
+}
+
+QDate qtDay(const base::Date& day) {
+    return QDate(1899, 12, 30).addDays(day.seconds / base::Date::SecondsPerDay);
+}
+
+}  // namespace
+
+DateBox::DateBox(QWidget* parent) : QLineEdit(parent) {
+    setPlaceholderText(QStringLiteral("m/d/yyyy"));
+    setMaxLength(40);
+    QAction* sign = addAction(calendarSign(*this), TrailingPosition);
+    sign->setToolTip(tr("Choose from a calendar (F4)"));
+    connect(sign, &QAction::triggered, this, [this] { openCalendar(); });
+}
+
+void DateBox::tidy() {
+    if (const auto day = typedDay(fromQt(text()))) {
+        setText(toQt(day->text()));
+    } else if (text().trimmed().isEmpty()) {
+        clear();
+    }
+}
+
+void DateBox::openCalendar() {
+    if (calendar_ == nullptr) {
+        calendar_ = new QCalendarWidget(this);
+        calendar_->setWindowFlags(Qt::Popup);
+        dress(*calendar_);
+        connect(calendar_, &QCalendarWidget::clicked, this, [this](QDate day) { take(day); });
+        connect(calendar_, &QCalendarWidget::activated, this, [this](QDate day) { take(day); });
+    }
+    const auto typed = typedDay(fromQt(text()));
+    calendar_->setSelectedDate(qtDay(typed.value_or(base::ports().clock->now())));
+    calendar_->adjustSize();
+    const QRect room = screen()->availableGeometry();
+    QPoint place = mapToGlobal(QPoint(0, height()));
+    if (place.y() + calendar_->height() > room.bottom()) {
+        place.setY(mapToGlobal(QPoint()).y() - calendar_->height());
+    }
+    place.setX(std::min(place.x(), room.right() - calendar_->width()));
+    calendar_->move(place);
+    calendar_->show();
+    calendar_->setFocus();
+}
+
+void DateBox::take(QDate day) {
+    setText(toQt(base::Date::of(day.year(), day.month(), day.day()).text()));
+    calendar_->hide();
+    setFocus();
+}
+
+void DateBox::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::PopupFocusReason) {
+        tidy();
+    }
+    QLineEdit::focusOutEvent(event);
+}
+
+void DateBox::keyPressEvent(QKeyEvent* event) {
+    const bool opens = event->key() == Qt::Key_F4 ||
+                       (event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier);
+    if (opens) {
+        openCalendar();
+        return;
+    }
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        tidy();
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+}  // namespace controls

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QLineEdit>
+
+class QCalendarWidget;
+
+namespace controls {
+
+/// A box for a day. Anything may be typed; on leaving or Enter a day is tidied ("1/5/26" becomes
+/// "1/5/2026"), any other text stays for the form to refuse. Empty is "". F4, Alt+Down or a click
+/// on the sign at its end opens a calendar to choose from.
+class DateBox : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit DateBox(QWidget* parent = nullptr);
+
+    void tidy();
+    void openCalendar();
+
+protected:
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void take(QDate day);
+
+    QCalendarWidget* calendar_ = nullptr;  ///< made when it is first opened
+};
+
+}  // namespace controls
