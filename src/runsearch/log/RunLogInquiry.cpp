@@ -5,7 +5,6 @@
 #include <QShortcut>
 
 #include "data/cells.h"
-#include "platform/base/date.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
@@ -53,14 +52,6 @@ controls::TextTable activityCodes() {
     return table;
 }
 
-/// "1/5/26" becomes "1/5/2026"; what is no date stays to be refused.
-void tidyDate(QLineEdit& box) {
-    if (const auto date = base::Date::parse(fromQt(box.text()));
-        date && *date != date->timeValue()) {
-        box.setText(toQt(date->text()));
-    }
-}
-
 QString grouped(std::int64_t number) {
     return QLocale(QLocale::English, QLocale::UnitedStates)
         .toString(static_cast<qlonglong>(number));
@@ -84,9 +75,6 @@ RunLogInquiry::RunLogInquiry(forms::Form* owner)
 RunLogInquiry::~RunLogInquiry() = default;
 
 void RunLogInquiry::wireFilters() {
-    for (auto* box : {ui_->BegDate, ui_->EndDate}) {
-        on(box, &QLineEdit::editingFinished, [box] { tidyDate(*box); });
-    }
     const auto describe = [this] {
         ui_->ActivityDescription->setText(toQt(ui_->cmbActivityCode->columnText(1)));
     };

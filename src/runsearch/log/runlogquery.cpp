@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
-#include "platform/base/date.h"
 #include "platform/base/text.h"
+#include "platform/controls/datetext.h"
 
 namespace runsearch {
 
@@ -16,12 +16,6 @@ bool isWholeNumber(std::string_view text) {
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     return error == std::errc{} && end == text.data() + text.size();
-}
-
-/// A time alone is none: it would be one of the year 1899.
-bool isDay(std::string_view text) {
-    const auto date = base::Date::parse(text);
-    return date && *date == date->dateValue() && text.find_first_of("/-") != text.npos;
 }
 
 /// The filters' conditions with " Where " before them; empty without any.
@@ -66,7 +60,7 @@ std::optional<RunLogFault> firstFault(const RunLogFilters& filters) {
     }
     for (const auto filter : {Filter::BegDate, Filter::EndDate}) {
         const auto day = base::trim(filter == Filter::BegDate ? filters.begDate : filters.endDate);
-        if (!day.empty() && !isDay(day)) {
+        if (!day.empty() && !controls::typedDay(day)) {
             return RunLogFault{filter, "Invalid Date",
                                fmt::format("Oops, \"{}\" is not a date.  Please enter a date such "
                                            "as 1/31/2026 and try again.",
