@@ -18,6 +18,7 @@ using startup::trapped;
 
 constexpr auto DeadHeadForm = "frmCalcDeadHead";
 constexpr int ClosingMessageMs = 30'000;
+const auto AllCalculated = QStringLiteral("Nothing: all routes have their dead head.");
 constexpr auto StoppedTitle = "Calculation Stopped";
 
 void keepRoomWhileHidden(QWidget& control) {
@@ -60,7 +61,6 @@ void frmCalcDeadHead::Calculate_Click() {
         ui_->StatusMsg->show();
         ui_->ProgressBar1->show();
         calculate();
-        ui_->ProgressBar1->hide();
         Timer1->startOnce(ClosingMessageMs);
     });
 }
@@ -76,6 +76,9 @@ void frmCalcDeadHead::calculate() {
     }
     startup::RefreshRunList = true;
     ui_->OpenLegs->setTable(openLegsTable(outcome, *startup::gcnRouting));
+    if (outcome.openLegs.empty() && !outcome.stopped) {
+        ui_->OpenLegs->setEmptyText(AllCalculated);
+    }
     ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting)));
     ui_->StatusMsg->setText(toQt(closingMessage(outcome)));
     if (outcome.stopped) {
@@ -91,6 +94,7 @@ void frmCalcDeadHead::Timer1_Timer() {
     trapped("Timer1_Timer", DeadHeadForm, [this] {
         ui_->StatusMsg->clear();
         ui_->StatusMsg->hide();
+        ui_->ProgressBar1->hide();
     });
 }
 

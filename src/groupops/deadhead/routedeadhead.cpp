@@ -23,8 +23,13 @@ constexpr auto ClearSql =
     " RUN.DEADHEAD_BEFORE_STARTTIME = Null, RUN.DEADHEAD_AFTER_STARTTIME = Null,"
     " RUN.DEADHEAD_MILES_BEFORE=Null, RUN.DEADHEAD_MILES_AFTER=Null, RUN.SHOW_BOTH_BEG = False,"
     " RUN.SHOW_BOTH_END = False WHERE RUN.INT_ROUTEID={}";
+/// Only what is read and written: a row is compared in every column before it is written.
 constexpr auto RunsSql =
-    "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
+    "SELECT RUN.RUN, RUN.FirstStop, RUN.LastStop, RUN.STARTTIME, RUN.ENDTIME,"
+    " RUN.DEADHEAD_BEFORE_TIME, RUN.DEADHEAD_AFTER_TIME, RUN.DEADHEAD_MILES_BEFORE,"
+    " RUN.DEADHEAD_MILES_AFTER, RUN.DEADHEAD_BEFORE_STARTTIME, RUN.DEADHEAD_AFTER_STARTTIME,"
+    " RUN.SHOW_BOTH_BEG, RUN.SHOW_BOTH_END FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY"
+    " RUN.STARTTIME, RUN.ENDTIME";
 
 float figure(const ado::Field& field) {
     if (field.isNull()) {
@@ -101,16 +106,24 @@ void writeRuns(ado::Recordset& rows, const PerRun<RunDeadHead>& results, int cou
         return;
     }
     rows.MoveFirst();
+    ado::Field& beforeTime = rows["DeadHead_Before_Time"];
+    ado::Field& afterTime = rows["DeadHead_After_Time"];
+    ado::Field& milesBefore = rows["DEADHEAD_MILES_BEFORE"];
+    ado::Field& milesAfter = rows["DEADHEAD_MILES_AFTER"];
+    ado::Field& beforeStart = rows["DeadHead_Before_StartTime"];
+    ado::Field& afterStart = rows["DeadHead_After_StartTime"];
+    ado::Field& showBothBeg = rows["Show_Both_Beg"];
+    ado::Field& showBothEnd = rows["Show_Both_End"];
     for (int i = 1; i <= count; ++i) {
         const RunDeadHead& run = results[i];
-        rows["DeadHead_Before_Time"].Value(run.before.minutes);
-        rows["DeadHead_After_Time"].Value(run.after.minutes);
-        rows["DEADHEAD_MILES_BEFORE"].Value(base::singleOf(run.before.miles));
-        rows["DEADHEAD_MILES_AFTER"].Value(base::singleOf(run.after.miles));
-        rows["DeadHead_Before_StartTime"].Value(orNull(run.beforeStart));
-        rows["DeadHead_After_StartTime"].Value(orNull(run.afterStart));
-        rows["Show_Both_Beg"].Value(run.showBothBeg);
-        rows["Show_Both_End"].Value(run.showBothEnd);
+        beforeTime.Value(run.before.minutes);
+        afterTime.Value(run.after.minutes);
+        milesBefore.Value(base::singleOf(run.before.miles));
+        milesAfter.Value(base::singleOf(run.after.miles));
+        beforeStart.Value(orNull(run.beforeStart));
+        afterStart.Value(orNull(run.afterStart));
+        showBothBeg.Value(run.showBothBeg);
+        showBothEnd.Value(run.showBothEnd);
         rows.Update();
         rows.MoveNext();
     }

@@ -72,7 +72,6 @@ TEST_F(CalcDeadHeadForm, CalculatesAndClearsTheMessageLater) {
     EXPECT_GT(turns, 0);
     EXPECT_FALSE(closed);
     EXPECT_THAT(label("StatusMsg"), HasSubstr("Dead Head Time calculated for 80.  "));
-    EXPECT_FALSE(control<QProgressBar>("ProgressBar1").isVisible());
     EXPECT_EQ(label("LastBuild"), "Last calculated 1/31/2026 8:05:09 AM.");
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_THAT(session_.boxes.shown, SizeIs(0));
@@ -81,6 +80,7 @@ TEST_F(CalcDeadHeadForm, CalculatesAndClearsTheMessageLater) {
         QCoreApplication::processEvents();
     }
     EXPECT_EQ(label("StatusMsg"), "");
+    EXPECT_FALSE(control<QProgressBar>("ProgressBar1").isVisible());
     forms::Timer::setSpeed(1);
 }
 
