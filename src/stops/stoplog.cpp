@@ -40,6 +40,14 @@ void StopLog::movedByOne(const RunStop& stop, std::int64_t newSequence, bool up)
                        stop.stopId, up ? "up" : "down", stop.sequence, newSequence));
 }
 
+void StopLog::merged(const RunStop& stop, const std::string& fromRun, std::int64_t newSequence) {
+    append(
+        stop, data::activity::Merged,
+        fmt::format("Stop Merged From run: {} with the sequence of: {} to new run: {} with a new "
+                    "sequence of: {}",
+                    run_.run, stop.sequence, fromRun, newSequence));
+}
+
 /// The internal key is logged for regular stops only.
 void StopLog::append(const RunStop& stop, int activity, const std::string& description) {
     log_.AddNew();

@@ -21,13 +21,6 @@ constexpr int ClosingMessageMs = 30'000;
 const auto AllCalculated = QStringLiteral("Nothing: all routes have their dead head.");
 constexpr auto StoppedTitle = "Calculation Stopped";
 
-void keepRoomWhileHidden(QWidget& control) {
-    QSizePolicy policy = control.sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    control.setSizePolicy(policy);
-    control.hide();
-}
-
 }  // namespace
 
 frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
@@ -37,8 +30,8 @@ frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
     ui_->setupUi(this);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->CloseIt);
-    keepRoomWhileHidden(*ui_->StatusMsg);
-    keepRoomWhileHidden(*ui_->ProgressBar1);
+    forms::hideInPlace(*ui_->StatusMsg);
+    forms::hideInPlace(*ui_->ProgressBar1);
     ui_->Stop->setEnabled(false);
     on(ui_->Calculate, &QPushButton::clicked, [this] { Calculate_Click(); });
     on(ui_->CloseIt, &QPushButton::clicked, [this] { CloseIt_Click(); });

@@ -60,6 +60,13 @@ Form::Operation::~Operation() {
     }
 }
 
+void hideInPlace(QWidget& control) {
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+    control.hide();
+}
+
 Progress::Progress(QProgressBar* bar, QLabel* status, QAbstractButton* stop)
     : bar_(bar), status_(status) {
     sinceYield_.start();

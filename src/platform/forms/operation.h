@@ -39,6 +39,9 @@ private:
     BusyCursor cursor_;
 };
 
+/// Hides a control whose place in the layout stays empty, so that nothing jumps when it is shown.
+void hideInPlace(QWidget& control);
+
 /// Progress of a long operation on a form's own controls; each of them may be null.
 class Progress : public base::ProgressPort {
 public:

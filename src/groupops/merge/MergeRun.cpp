@@ -1,0 +1,130 @@
+#include "groupops/merge/MergeRun.h"
+
+#include <fmt/format.h>
+
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "platform/forms/timer.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+
+#include "ui_MergeRun.h"
+
+namespace groupops {
+
+namespace {
+
+using controls::fromQt;
+using controls::toQt;
+using startup::trapped;
+
+constexpr auto MergeForm = "MergeRun";
+constexpr int MergedMessageMs = 15'000;
+
+}  // namespace
+
+MergeRun::MergeRun(forms::Form* owner)
+    : forms::Form(MergeForm, owner),
+      ui_(std::make_unique<Ui::MergeRun>()),
+      Timer1(new forms::Timer(this)) {
+    ui_->setupUi(this);
+    setWindowModality(Qt::WindowModal);
+    setCancelButton(ui_->Exit);
+    forms::hideInPlace(*ui_->StatusMsg);
+    forms::hideInPlace(*ui_->ProgressBar1);
+    ui_->Stop->setEnabled(false);
+    on(ui_->cmbRUN, &QComboBox::currentTextChanged, [this] { showSource(); });
+    on(ui_->Merge, &QPushButton::clicked, [this] { Merge_Click(); });
+    on(ui_->Exit, &QPushButton::clicked, [this] { Exit_Click(); });
+    on(Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+}
+
+MergeRun::~MergeRun() = default;
+
+void MergeRun::receive(const std::string& run) {
+    ui_->OrigRun->setText(toQt(base::trim(run)));
+    if (isLoaded()) {
+        showRuns();
+    }
+}
+
+void MergeRun::Form_Load() {
+    trapped("Form_Load", MergeForm, [this] { showRuns(); });
+}
+
+void MergeRun::showRuns() {
+    const std::string receiving = asked().receiving;
+    ui_->OrigRunInfo->setText(toQt(runSummary(*startup::gcnRouting, receiving)));
+    ui_->cmbRUN->setTable(readOtherRuns(*startup::gcnRouting, receiving));
+    ui_->cmbRUN->setFocus();
+}
+
+void MergeRun::showSource() {
+    trapped("cmbRUN_Change", MergeForm, [this] {
+        ui_->SourceInfo->setText(toQt(runSummary(*startup::gcnRouting, asked().source)));
+    });
+}
+
+RunMerge MergeRun::asked() const {
+    return {fromQt(ui_->OrigRun->text()), std::string(base::trim(ui_->cmbRUN->text())),
+            startup::gCommandLine};
+}
+
+void MergeRun::Merge_Click() {
+    trapped("Merge_Click", MergeForm, [this] {
+        const RunMerge wanted = asked();
+        if (refuse(wanted)) {
+            return;
+        }
+        Timer1->setEnabled(false);
+        ui_->StatusMsg->show();
+        ui_->ProgressBar1->show();
+        merge(wanted);
+        Timer1->startOnce(MergedMessageMs);
+    });
+}
+
+/// Tells the planner why two runs cannot be merged; two equal texts do nothing.
+bool MergeRun::refuse(const RunMerge& merge) {
+    const auto obstacle = mergeObstacle(*startup::gcnRouting, merge);
+    if (const auto message = messageOf(obstacle, merge)) {
+        base::MsgBox(message->text, message->title, base::MsgIcon::Information);
+        ui_->cmbRUN->setFocus();
+    }
+    return obstacle != MergeObstacle::None;
+}
+
+void MergeRun::merge(const RunMerge& merge) {
+    MergeOutcome outcome;
+    {
+        const Operation operation(*this, ui_->Stop);
+        forms::Progress progress(ui_->ProgressBar1, ui_->StatusMsg, ui_->Stop);
+        outcome = mergeRuns(*startup::gcnRouting, merge, progress);
+        ui_->Stop->setEnabled(false);
+    }
+    startup::RefreshRunList = true;
+    ui_->OrigRunInfo->setText(toQt(runSummary(*startup::gcnRouting, merge.receiving)));
+    showSource();
+    const std::string stayed = whatStayed(merge, outcome);
+    if (stayed.empty()) {
+        ui_->StatusMsg->setText(toQt(
+            fmt::format("All stops of run: {} merged to run: {}.", merge.source, merge.receiving)));
+    } else {
+        base::MsgBox(stayed, "Not All Stops Merged", base::MsgIcon::Information);
+    }
+}
+
+void MergeRun::Exit_Click() {
+    trapped("Exit_Click", MergeForm, [this] { closeForm(); });
+}
+
+void MergeRun::Timer1_Timer() {
+    trapped("Timer1_Timer", MergeForm, [this] {
+        ui_->StatusMsg->clear();
+        ui_->StatusMsg->hide();
+        ui_->ProgressBar1->hide();
+    });
+}
+
+}  // namespace groupops

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "groupops/merge/runmerge.h"
+#include "platform/forms/form.h"
+
+namespace forms {
+class Timer;
+}
+
+namespace Ui {
+class MergeRun;
+}
+
+namespace groupops {
+
+/// Moves all stops of a run that the planner chooses onto the end of the run it was opened for.
+class MergeRun : public forms::Form {
+    Q_OBJECT
+
+public:
+    explicit MergeRun(forms::Form* owner = nullptr);
+    ~MergeRun() override;
+
+    /// The run that gets the stops.
+    void receive(const std::string& run);
+
+    void Merge_Click();
+    void Exit_Click();
+
+protected:
+    void formLoad() override { Form_Load(); }
+
+private:
+    void Form_Load();
+    void Timer1_Timer();
+
+    void showRuns();
+    void showSource();
+    [[nodiscard]] RunMerge asked() const;
+    bool refuse(const RunMerge& merge);
+    void merge(const RunMerge& merge);
+
+    std::unique_ptr<Ui::MergeRun> ui_;
+    forms::Timer* Timer1;
+};
+
+}  // namespace groupops

@@ -1,0 +1,211 @@
+#include "groupops/merge/runmerge.h"
+
+#include <string_view>
+
+#include <fmt/format.h>
+
+#include "data/readlist.h"
+#include "platform/ado/recordset.h"
+#include "platform/base/text.h"
+#include "startup/mdlNONULL.h"
+#include "stops/stoplog.h"
+
+namespace groupops {
+
+namespace {
+
+constexpr auto StopsOfRun =
+    "SELECT STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.INT_STOPID,"
+    " STOP_TRIPTYPE.TRIPTYPE FROM STOP_TRIPTYPE Where STOP_TRIPTYPE.Run = '{}' ORDER BY"
+    " STOP_TRIPTYPE.RUNSEQ{}";
+
+bool isSameRun(std::string_view a, std::string_view b) {
+    return base::equalsNoCase(base::trim(a), base::trim(b));
+}
+
+std::int64_t wholeOf(const ado::Field& field) {
+    return startup::NoNullNumber(field.Value()).asInteger();
+}
+
+std::string blankIfNull(const ado::Field& field) {
+    return startup::NoNullString(field.Value()).asText();
+}
+
+/// No run id holds an apostrophe, which would break the statement.
+bool runExists(ado::Connection& routing, std::string_view run) {
+    if (run.find('\'') != std::string_view::npos) {
+        return false;
+    }
+    ado::Recordset row;
+    row.Open(fmt::format("Select RUN.RUN FROM RUN WHERE RUN.RUN='{}'", base::trim(run)), routing);
+    return !row.Eof();
+}
+
+std::int64_t lastSequence(ado::Connection& routing, const std::string& run) {
+    ado::Recordset stops;
+    stops.Open(fmt::format(StopsOfRun, run, " DESC"), routing);
+    return stops.Eof() ? 0 : wholeOf(stops["RUNSEQ"]);
+}
+
+stops::RunStop stopOf(ado::Connection& routing, ado::Recordset& row) {
+    stops::RunStop stop;
+    stop.intStopId = wholeOf(row["INT_STOPID"]);
+    stop.tripType = blankIfNull(row["TRIPTYPE"]);
+    stop.sequence = wholeOf(row["RUNSEQ"]);
+    ado::Recordset place;
+    place.Open(fmt::format("Select STOP.STOPID, STOP.STOPTYPE FROM STOP WHERE STOP.INT_STOPID = {}",
+                           stop.intStopId),
+               routing);
+    stop.stopId = place.Eof() ? "NOT FOUND" : blankIfNull(place["STOPID"]);
+    stop.stopType = place.Eof() ? "" : blankIfNull(place["STOPTYPE"]);
+    return stop;
+}
+
+/// Reads the row anew; false where it is no longer a stop of that run.
+bool isStillOn(ado::Recordset& row, const std::string& run) {
+    try {
+        row.Resync();
+    } catch (const base::RunTimeError& error) {
+        if (error.number() != ado::errors::RecordDeleted) {
+            throw;
+        }
+        return false;
+    }
+    return isSameRun(blankIfNull(row["RUN"]), run);
+}
+
+bool moveStop(ado::Connection& routing, ado::Recordset& row, const RunMerge& merge,
+              stops::StopLog& log) {
+    ado::UnitOfWork unit(routing);
+    if (!isStillOn(row, merge.source)) {
+        return false;
+    }
+    const stops::RunStop stop = stopOf(routing, row);
+    const std::int64_t sequence = lastSequence(routing, merge.receiving) + 1;
+    row["RUN"].Value(merge.receiving);
+    row["RUNSEQ"].Value(sequence);
+    row.Update();
+    log.merged(stop, merge.source, sequence);
+    unit.commit();
+    return true;
+}
+
+}  // namespace
+
+MergeObstacle mergeObstacle(ado::Connection& routing, const RunMerge& merge) {
+    if (base::trim(merge.source).empty()) {
+        return MergeObstacle::NoSource;
+    }
+    if (isSameRun(merge.source, merge.receiving)) {
+        return MergeObstacle::SameRun;
+    }
+    if (!runExists(routing, merge.source)) {
+        return MergeObstacle::UnknownSource;
+    }
+    if (!runExists(routing, merge.receiving)) {
+        return MergeObstacle::UnknownReceiving;
+    }
+    ado::Recordset stops;
+    stops.Open(fmt::format(StopsOfRun, base::trim(merge.source), ""), routing);
+    return stops.Eof() ? MergeObstacle::NoStops : MergeObstacle::None;
+}
+
+std::optional<MergeMessage> messageOf(MergeObstacle obstacle, const RunMerge& merge) {
+    switch (obstacle) {
+        case MergeObstacle::None:
+        case MergeObstacle::SameRun:
+            break;
+        case MergeObstacle::NoSource:
+            return MergeMessage{"No Run Selected",
+                                "Oops, no run has been selected to be merged.  Please select the "
+                                "run whose stops are to be moved and try again."};
+        case MergeObstacle::UnknownSource:
+            return MergeMessage{"Run Not Found",
+                                fmt::format("Oops, there is no run: {}.  Please select a run from "
+                                            "the list and try again.",
+                                            merge.source)};
+        case MergeObstacle::UnknownReceiving:
+            return MergeMessage{"Run Not Found",
+                                fmt::format("Oops, run: {} does not exist any more.  Nothing can "
+                                            "be merged to it.",
+                                            merge.receiving)};
+        case MergeObstacle::NoStops:
+            return MergeMessage{
+                "No Stops",
+                fmt::format("Oops, run: {} has no stops that could be merged.", merge.source)};
+    }
+    return std::nullopt;
+}
+
+MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& asked,
+                       base::ProgressPort& progress) {
+    const RunMerge merge{std::string(base::trim(asked.receiving)),
+                         std::string(base::trim(asked.source)), asked.user};
+    const ado::GroupWork work(routing);
+    const stops::EditedRun logged{merge.receiving, {}, merge.user};
+    stops::StopLog log(routing, logged);
+    ado::Recordset rows;
+    rows.Open(fmt::format(StopsOfRun, merge.source, ""), routing, ado::CursorType::Dynamic);
+    MergeOutcome outcome;
+    outcome.stops = static_cast<int>(rows.RecordCount());
+    for (int i = 1; !rows.Eof(); rows.MoveNext(), ++i) {
+        if (progress.yield()) {
+            outcome.stopped = true;
+            break;
+        }
+        ++(moveStop(routing, rows, merge, log) ? outcome.moved : outcome.left);
+        progress.status(fmt::format("Merged stop: {} of {} total stops.", i, outcome.stops));
+        progress.progress(100.0 * i / outcome.stops);
+    }
+    return outcome;
+}
+
+std::string whatStayed(const RunMerge& merge, const MergeOutcome& outcome) {
+    if (outcome.moved == outcome.stops) {
+        return {};
+    }
+    std::string text = fmt::format("{} of {} stops of run: {} are merged to run: {} and written.",
+                                   outcome.moved, outcome.stops, merge.source, merge.receiving);
+    if (outcome.stopped) {
+        text += fmt::format("\n\nYou stopped the merge.  The other {} stops are still on run: {}.",
+                            outcome.stops - outcome.moved - outcome.left, merge.source);
+    }
+    if (outcome.left > 0) {
+        text += fmt::format(
+            "\n\n{} stops were left alone, for another program has moved them meanwhile.",
+            outcome.left);
+    }
+    return text;
+}
+
+controls::TextTable readOtherRuns(ado::Connection& routing, const std::string& run) {
+    const std::string sql = fmt::format(
+        "SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN Where (RUN.ACTIVE = True) AND (RUN.RUN <> '{}')"
+        " ORDER BY RUN.RUN",
+        base::trim(run));
+    data::ListLookup lookup = data::listLookup("Load_cmbRUN");
+    lookup.sql = sql;
+    return data::readList(lookup, routing);
+}
+
+std::string runSummary(ado::Connection& routing, const std::string& run) {
+    if (!runExists(routing, run)) {
+        return {};
+    }
+    ado::Recordset row;
+    row.Open(fmt::format("Select RUN.DESCRIPTION, RUN.SCHOOL, RUN.TRIPTYPE FROM RUN WHERE "
+                         "RUN.RUN='{}'",
+                         base::trim(run)),
+             routing);
+    ado::Recordset stops;
+    stops.Open(fmt::format(StopsOfRun, base::trim(run), ""), routing, ado::CursorType::Static);
+    std::string text;
+    for (const auto* column : {"DESCRIPTION", "SCHOOL", "TRIPTYPE"}) {
+        const std::string part = blankIfNull(row[column]);
+        text += part == " " ? "" : part + ", ";
+    }
+    const auto count = stops.RecordCount();
+    return text + (count == 1 ? "1 stop" : fmt::format("{} stops", count));
+}
+
+}  // namespace groupops
