@@ -113,6 +113,8 @@ bool MultiColumnList::isRed(int row, int column) const {
     return table().isRed(model_->tableRow(row), static_cast<std::size_t>(column));
 }
 
+std::size_t MultiColumnList::tableRow(int row) const { return model_->tableRow(row); }
+
 std::string MultiColumnList::chosenKey() const {
     return chosenRow_ < 0 ? std::string() : cellText(chosenRow_, 0);
 }

@@ -45,6 +45,8 @@ public:
     [[nodiscard]] int rows() const;
     [[nodiscard]] std::string cellText(int row, int column) const;
     [[nodiscard]] bool isRed(int row, int column) const;
+    /// The row of table() that is shown there.
+    [[nodiscard]] std::size_t tableRow(int row) const;
 
     [[nodiscard]] int chosenRow() const { return chosenRow_; }
     /// The first column of the chosen row; "" where none is chosen.

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/forms/form.h"
+#include "stops/runstops.h"
+
+namespace Ui {
+class Add_Remove_Stops;
+}
+
+namespace stops {
+
+/// Puts stops on a run, takes them off and orders them: found stops on the left, the run's on the
+/// right. Each action is written and logged at once; there is no undo. Leaving the form hands the
+/// run to the map software, where there is one, to be solved again.
+class Add_Remove_Stops : public forms::Form {
+    Q_OBJECT
+
+public:
+    explicit Add_Remove_Stops(forms::Form* owner = nullptr);
+    ~Add_Remove_Stops() override;
+
+    /// The run to work on; before the form is loaded or shown.
+    void edit(const std::string& run);
+
+    void AddStop_Click();
+    void DelStop_Click();
+    void Move_To_Top_Click();
+    void MoveUp_Click();
+    void MoveDown_Click();
+    void Move_to_Bottom_Click();
+    void ExitAddRun_Click();
+
+protected:
+    void formLoad() override { Form_Load(); }
+    bool formQueryUnload() override;
+    void formUnload() override;
+
+private:
+    void Form_Load();
+    void Build_StopList();
+
+    void wireButtons();
+    void wireKeys();
+    void restoreSplitter();
+    void enableButtons();
+
+    [[nodiscard]] std::vector<std::int64_t> selectedStops() const;
+    void selectStops(const std::vector<std::int64_t>& stopTripIds);
+    template <class Action>
+    [[nodiscard]] auto carryOut(std::size_t rows, Action action);
+    void move(Move direction);
+    void handToMap();
+    void showResult(const std::vector<std::int64_t>& stopTripIds, const std::string& told);
+
+    std::unique_ptr<Ui::Add_Remove_Stops> ui_;
+    EditedRun run_;
+};
+
+}  // namespace stops

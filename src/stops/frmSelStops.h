@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/forms/form.h"
+#include "stops/runstops.h"
+
+namespace Ui {
+class frmSelStops;
+}
+
+namespace stops {
+
+/// The stop search as a form of its own: gives the stops that the planner chose to whoever asked.
+class frmSelStops : public forms::Form {
+    Q_OBJECT
+
+public:
+    explicit frmSelStops(forms::Form* owner = nullptr);
+    ~frmSelStops() override;
+
+    /// Called once with the chosen stops, in the order shown, after the form has closed; not where
+    /// it is left without a choice.
+    void whenChosen(std::function<void(const std::vector<ChosenStop>&)> taker);
+    /// The trip type that the search starts with, free ones only; before the form is loaded.
+    void startFrom(const std::string& tripType) { tripType_ = tripType; }
+
+    void cmdChoose_Click();
+    void SelectAll_Click();
+    void Exit_Click();
+
+protected:
+    void formLoad() override { Form_Load(); }
+    void formUnload() override;
+
+private:
+    void Form_Load();
+
+    std::unique_ptr<Ui::frmSelStops> ui_;
+    std::string tripType_;
+    std::function<void(const std::vector<ChosenStop>&)> taker_;
+};
+
+}  // namespace stops
