@@ -1,0 +1,88 @@
+#include "workfiles/DelWrkFiles.h"
+
+#include "platform/base/ports.h"
+#include "startup/mdlDBConnection.h"
+#include "startup/mdlFileUtilities.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+
+#include "ui_DelWrkFiles.h"
+
+namespace workfiles {
+
+namespace {
+
+using startup::trapped;
+
+constexpr auto Module = "DelWrkFiles";
+constexpr int TickMilliseconds = 1000;
+constexpr int TicksAtMost = 60;
+
+}  // namespace
+
+DelWrkFiles::DelWrkFiles()
+    : forms::Form(Module),
+      ui_(std::make_unique<Ui::DelWrkFiles>()),
+      cleanUp_(runedit::WorkFiles(startup::gProgPath), startup::logLine) {
+    ui_->setupUi(this);
+    ui_->Attempts->setRange(0, TicksAtMost);
+    Timer1.setInterval(TickMilliseconds);
+    setCancelButton(ui_->Exit);
+    on(ui_->DelFile, &QPushButton::clicked, [this] { DelFile_Click(); });
+    on(ui_->SetFile, &QPushButton::clicked, [this] { SetFile_Click(); });
+    on(ui_->Exit, &QPushButton::clicked, [this] { closeForm(); });
+    on(&Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+}
+
+DelWrkFiles::~DelWrkFiles() = default;
+
+void DelWrkFiles::Form_Load() {
+    trapped("Form_Load", Module, [this] { DelFile_Click(); });
+}
+
+void DelWrkFiles::DelFile_Click() {
+    trapped("DelFile_Click", Module, [this] {
+        ticks_ = 0;
+        cleanUp_.deleteFiles();
+        showFiles(tr("Removing the work files..."));
+        Timer1.setEnabled(true);
+    });
+}
+
+/// Shows what stands in the request list, and which files are there, without deleting any.
+void DelWrkFiles::SetFile_Click() {
+    trapped("SetFile_Click", Module, [this] {
+        Timer1.setEnabled(false);
+        cleanUp_.look();
+        showFiles(tr("Stopped. Nothing is deleted until you press Delete Files."));
+    });
+}
+
+void DelWrkFiles::Timer1_Timer() {
+    trapped("Timer1_Timer", Module, [this] {
+        if (cleanUp_.retry()) {
+            startup::ShutDown();
+        }
+        if (++ticks_ >= TicksAtMost) {
+            startup::logLine("In DelWrkFiles - giving up, files are still in use.  The time is: " +
+                             base::Now().text());
+            startup::ShutDown(1);
+        }
+        showFiles(tr("%n file(s) still in use by the mapping software. Trying again...", nullptr,
+                     cleanUp_.heldFiles()));
+    });
+}
+
+void DelWrkFiles::showFiles(const QString& status) {
+    ui_->FileList->setTable(tableOf(cleanUp_.files()));
+    ui_->StatMsg->setText(status);
+    ui_->Attempts->setValue(ticks_);
+}
+
+/// Closing the window ends the program; what is still held stays.
+bool DelWrkFiles::formQueryUnload() {
+    trapped("Form_Unload", Module, [] { startup::ShutDown(); });
+    return true;
+}
+
+}  // namespace workfiles

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/forms/form.h"
+#include "platform/forms/timer.h"
+#include "workfiles/cleanup.h"
+
+namespace Ui {
+class DelWrkFiles;
+}
+
+namespace workfiles {
+
+/// Deletes the work files of the runs that were handed to the map program, and keeps trying while
+/// the map program holds them. Ends the program when all are gone, or when it has tried long
+/// enough.
+class DelWrkFiles : public forms::Form {
+    Q_OBJECT
+
+public:
+    DelWrkFiles();
+    ~DelWrkFiles() override;
+
+    void DelFile_Click();
+    void SetFile_Click();
+
+protected:
+    void formLoad() override { Form_Load(); }
+    bool formQueryUnload() override;
+
+private:
+    void Form_Load();
+    void Timer1_Timer();
+    void showFiles(const QString& status);
+
+    std::unique_ptr<Ui::DelWrkFiles> ui_;
+    forms::Timer Timer1;
+    CleanUp cleanUp_;
+    int ticks_ = 0;
+};
+
+}  // namespace workfiles
