@@ -2,24 +2,21 @@
 
 #include <string>
 
-#include <sys/types.h>
+#include "support/childprogram.h"
 
 namespace support {
 
 /// A message bus of its own, a real daemon, ended with everything on it at the end.
 class PrivateBus {
 public:
-    PrivateBus();
-    ~PrivateBus();
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
+    PrivateBus() : address_(daemon_.readLine()) {}
 
     [[nodiscard]] const std::string& address() const { return address_; }
     /// Ends the daemon now.
-    void end();
+    void end() { daemon_.kill(); }
 
 private:
-    pid_t daemon_ = 0;
+    ChildProgram daemon_{"dbus-daemon", {"--session", "--nofork", "--print-address"}};
     std::string address_;
 };
 

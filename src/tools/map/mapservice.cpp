@@ -1,0 +1,113 @@
+#include "tools/map/mapservice.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QTimer>
+#include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
+
+#include "platform/base/error.h"
+#include "tools/map/results.h"
+
+namespace tools::map {
+
+namespace {
+
+constexpr std::array OtherScripts{"CloseStreets", "ShowMap", "Show.ShowPoints"};
+
+bool isRunScript(const std::string& script) { return script == "StartRun" || script == "SolveRun"; }
+
+[[noreturn]] void refuseRequest(const std::string& why) {
+    throw base::RunTimeError(base::errors::InvalidProcedureCall, why);
+}
+
+}  // namespace
+
+MapService::MapService(ado::Connection& routing, runedit::WorkFiles files, Manner manner)
+    : routing_(routing), files_(std::move(files)), manner_(std::move(manner)) {}
+
+QString MapService::introspect(const QString&) const {
+    return QStringLiteral(
+        "<interface name=\"local.dde.Topic\"><method name=\"Execute\">"
+        "<arg name=\"command\" type=\"s\" direction=\"in\"/></method></interface>");
+}
+
+bool MapService::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+    if (message.member() != QLatin1String("Execute") || message.signature() != QLatin1String("s")) {
+        return false;
+    }
+    const std::string command = message.arguments().value(0).toString().toStdString();
+    manner_.tell("Asked: " + command);
+    try {
+        const auto request = runedit::requestInCommand(command);
+        if (!request) {
+            refuseRequest("This is no request: " + command);
+        }
+        take(*request);
+        if (manner_.fault != Fault::Silence || !isRunScript(request->script)) {
+            connection.send(message.createReply());
+        }
+    } catch (const std::exception& error) {
+        manner_.tell(std::string("Refused: ") + error.what());
+        connection.send(message.createErrorReply(QDBusError::Failed, error.what()));
+    }
+    return true;
+}
+
+void MapService::take(const runedit::MapRequest& request) {
+    if (isRunScript(request.script)) {
+        const auto* run = request.arguments.empty()
+                              ? nullptr
+                              : std::get_if<std::string>(&request.arguments.back());
+        if (run == nullptr) {
+            refuseRequest(request.script + " names no run.");
+        }
+        takeRun(*run);
+    } else if (std::ranges::find(OtherScripts, request.script) == OtherScripts.end()) {
+        refuseRequest("There is no script " + request.script + ".");
+    }
+}
+
+void MapService::takeRun(const std::string& run) {
+    if (manner_.fault == Fault::Refuse) {
+        refuseRequest("The street network is not loaded.");
+    }
+    if (manner_.fault == Fault::Silence) {
+        return;
+    }
+    const auto request = requestForRun(files::read(files_.path(runedit::workfile::Runs)), run);
+    const auto job = std::make_shared<Job>(request, files_.stopExport(run));
+    if (manner_.fault == Fault::Die) {
+        QTimer::singleShot(manner_.work, this, [this, job] { manner_.end(); });
+    } else {
+        QTimer::singleShot(manner_.work, this, [this, job] { answer(job); });
+    }
+}
+
+void MapService::answer(const std::shared_ptr<Job>& job) {
+    const std::string& run = job->solved.run().id;
+    try {
+        writeResults(routing_, job->solved);
+        files::write(files_.path(runedit::workfile::RunDone),
+                     manner_.fault == Fault::BadAnswer ? std::string("\0\xFF\xFE", 3) : run + "\n");
+        manner_.tell(fmt::format("Solved: {}, {} stops, {} miles", run,
+                                 job->solved.run().timedStops(), job->solved.run().totalMiles));
+    } catch (const std::exception& error) {
+        manner_.tell(fmt::format("Failed: {}: {}", run, error.what()));
+    }
+    if (manner_.fault != Fault::FileStays) {
+        QTimer::singleShot(manner_.hold, this, [this, job] { letGo(*job); });
+    } else {
+        QTimer::singleShot(std::chrono::hours(24), this, [job] {});
+    }
+}
+
+void MapService::letGo(const Job& job) const {
+    files::remove(job.stopExport);
+    manner_.tell("Done with: " + job.solved.run().id);
+}
+
+}  // namespace tools::map

@@ -1,0 +1,135 @@
+#include <QTest>
+
+#include "mapsession.h"
+#include "platform/dde/dbustransport.h"
+#include "platform/forms/application.h"
+#include "runedit/map/mapanswer.h"
+#include "support/privatebus.h"
+
+namespace {
+
+using namespace runedit;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// The real map side on a real bus of its own, with the waiting of the forms sped up.
+class RoundTrip : public MapSession {
+protected:
+    RoundTrip() {
+        forms::Application::instance().startAfresh();
+        forms::Timer::setSpeed(100);
+        dde::setTransport(&transport);
+        sql("UPDATE STOP SET XPOS = 1000 * INT_STOPID, YPOS = 5280, ADDR1 = 'Lot ' || INT_STOPID");
+        sql("UPDATE RUN SET REGENERATE = 1 WHERE RUN = '101-AM'");
+        QObject::connect(&answer, &MapAnswer::reload, [this] { reloaded = true; });
+        QObject::connect(&answer, &MapAnswer::status,
+                         [this](const QString& text) { status = text.toStdString(); });
+        QObject::connect(&answer, &MapAnswer::finished, [this] { finished = true; });
+    }
+    ~RoundTrip() override {
+        dde::setTransport(nullptr);
+        forms::Timer::setSpeed(1);
+    }
+
+    std::unique_ptr<support::ChildProgram> map(std::vector<std::string> arguments) {
+        auto program = std::make_unique<support::ChildProgram>(
+            support::programOfBuild("vireo-map"), arguments,
+            support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                             {"XDG_CONFIG_HOME", district.folder()}});
+        EXPECT_TRUE(program->waitForLine("Ready"));
+        return program;
+    }
+    bool mapIt() { return handRunToMap("101-AM", MapScreen::Run, "MapIt_Click", "Run"); }
+    void waitForAnswer() {
+        finished = false;
+        reloaded = false;
+        answer.start();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return finished; }));
+    }
+
+    support::PrivateBus bus;
+    dde::DBusTransport transport{bus.address(), 400ms};
+    MapAnswer answer{nullptr};
+    std::string status;
+    bool finished = false;
+    bool reloaded = false;
+};
+
+TEST_F(RoundTrip, ARunComesBackSolvedAndIsFreeAfterAWhile) {
+    const auto program = map({"--work", "0.05", "--hold", "0.6"});
+    ASSERT_TRUE(mapIt());
+    waitForAnswer();
+    EXPECT_TRUE(reloaded);
+    EXPECT_EQ(status, "Information Received from Mapping Software.");
+    // 2,000 feet along the street, 20 miles an hour, counted from the start of the run.
+    EXPECT_EQ(row("SELECT DIST_TOSTOP, CUM_MILES, TIME_AT_STOP FROM STOP_TRIPTYPE WHERE RUN = "
+                  "'101-AM' AND RUNSEQ = 2"),
+              "0.38|0.38|7:06:08 AM");
+    EXPECT_EQ(row("SELECT STARTTIME, ENDTIME, TOTAL_MILES, total_stops, FirstStop, LastStop, "
+                  "REGENERATE FROM RUN WHERE RUN = '101-AM'"),
+              "7:05:00 AM|7:06:08 AM|0.38|2|3|1|False");
+    EXPECT_EQ(row("SELECT LINETEXT1 FROM RUNDIR WHERE RUN = '101-AM' AND LINETYPE = 'Direction'"),
+              "Follow 5th Street, go west");
+
+    EXPECT_FALSE(mapIt());
+    ASSERT_THAT(session.boxes.shown, testing::SizeIs(1));
+    EXPECT_EQ(session.boxes.shown[0].title, MapStillProcessingTitle);
+    EXPECT_FALSE(deleteMapFiles("101-AM"));
+    EXPECT_TRUE(QTest::qWaitFor([] { return !mapFilesLeft("101-AM"); }));
+    EXPECT_TRUE(mapIt());
+}
+
+TEST_F(RoundTrip, ALateAnswerIsWaitedFor) {
+    const auto program = map({"--work", "1.2", "--hold", "0"});
+    ASSERT_TRUE(mapIt());
+    waitForAnswer();
+    EXPECT_TRUE(reloaded);
+}
+
+TEST_F(RoundTrip, AnAnswerFileThatNobodyCanReadIsAnAnswer) {
+    const auto program = map({"--work", "0", "--play", "bad-answer"});
+    ASSERT_TRUE(mapIt());
+    waitForAnswer();
+    EXPECT_TRUE(reloaded);
+}
+
+TEST_F(RoundTrip, AMapThatCannotOrDoesNotAnswerLeavesNothingBehind) {
+    struct Case {
+        const char* fault;
+        const char* told;
+    };
+    for (const auto& [fault, told] :
+         {Case{"refuse", "Error (285) ArcView refused the request: The street network is not"},
+          Case{"silence", "Error (286) ArcView did not answer within 0.4 seconds."}}) {
+        const auto program = map({"--play", fault});
+        EXPECT_FALSE(mapIt());
+        EXPECT_THAT(session.boxes.shown.back().text, HasSubstr(told));
+        EXPECT_THAT(workFiles(), IsEmpty());
+    }
+    EXPECT_FALSE(mapIt());
+    EXPECT_THAT(session.boxes.shown.back().text,
+                HasSubstr("Error (282) ArcView is not running.  Please start it and try again."));
+    EXPECT_EQ(session.forms.unloads, 0);
+}
+
+TEST_F(RoundTrip, AMapThatDiesInTheMiddleIsToldAndTheRunCanGoAgain) {
+    {
+        const auto program = map({"--work", "0.1", "--play", "die"});
+        ASSERT_TRUE(mapIt());
+        waitForAnswer();
+    }
+    EXPECT_FALSE(reloaded);
+    EXPECT_EQ(status, "The mapping software has ended without an answer. Go to the map again.");
+    ASSERT_TRUE(mapFilesLeft("101-AM"));
+    ASSERT_TRUE(deleteMapFiles("101-AM"));
+
+    const auto program = map({"--work", "0", "--play", "file-stays"});
+    ASSERT_TRUE(mapIt());
+    waitForAnswer();
+    EXPECT_TRUE(reloaded);
+    EXPECT_TRUE(mapFilesLeft("101-AM"));
+    EXPECT_FALSE(deleteMapFiles("101-AM"));
+}
+
+}  // namespace
