@@ -68,13 +68,19 @@ void DelWrkFiles::Timer1_Timer() {
                              base::Now().text());
             startup::ShutDown(1);
         }
-        showFiles(tr("%n file(s) still in use by the mapping software. Trying again...", nullptr,
-                     cleanUp_.heldFiles()));
+        const int held = cleanUp_.heldFiles();
+        showFiles(held == 1
+                      ? tr("1 file is still in use by the mapping software. Trying again...")
+                      : tr("%1 files are still in use by the mapping software. Trying again...")
+                            .arg(held));
     });
 }
 
 void DelWrkFiles::showFiles(const QString& status) {
-    ui_->FileList->setTable(tableOf(cleanUp_.files()));
+    if (shown_ != cleanUp_.files()) {
+        shown_ = cleanUp_.files();
+        ui_->FileList->setTable(tableOf(shown_));
+    }
     ui_->StatMsg->setText(status);
     ui_->Attempts->setValue(ticks_);
 }

@@ -37,6 +37,7 @@ private:
     std::unique_ptr<Ui::DelWrkFiles> ui_;
     forms::Timer Timer1;
     CleanUp cleanUp_;
+    std::vector<RunFile> shown_;
     int ticks_ = 0;
 };
 

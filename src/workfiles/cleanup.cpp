@@ -104,7 +104,7 @@ void CleanUp::forEachFile(const std::function<void(RunFile&, const std::string& 
 
 controls::TextTable tableOf(const std::vector<RunFile>& files) {
     controls::TextTable table;
-    table.columns = {{"Run", 2250}, {"Work File", 3450}, {"State", 1500}};
+    table.columns = {{"Run", 1950}, {"Work File", 3300}, {"State", 1350}};
     for (const RunFile& file : files) {
         const auto row = table.addRow();
         table.setText(row, 0, file.run);

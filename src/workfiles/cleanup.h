@@ -22,6 +22,8 @@ struct RunFile {
     std::string run;
     std::string name;  ///< without its folder
     FileState state = FileState::Missing;
+
+    friend bool operator==(const RunFile&, const RunFile&) = default;
 };
 
 /// The work files of the runs that stand in the request list. At most 16 runs: one more raises

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
+#include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/dbf/codepage.h"
 #include "platform/dbf/memoryfile.h"
@@ -86,6 +87,15 @@ void addRows(DBFInfo& file, const Table& table, const Cells& cells) {
     }
 }
 
+/// The day of the last change, which the library would leave at one long ago.
+void stampDate(DBFInfo& file) {
+    const std::string today = base::Now().iso();  // "2026-01-31 …"
+    const auto part = [&](std::size_t at, std::size_t length) {
+        return static_cast<int>(base::leadingNumber(today.substr(at, length)));
+    };
+    DBFSetLastModifiedDate(&file, part(0, 4) - 1900, part(5, 2), part(8, 2));
+}
+
 unsigned littleEndian(std::string_view bytes, std::size_t at, int count) {
     unsigned number = 0;
     for (int i = count - 1; i >= 0; --i) {
@@ -154,6 +164,7 @@ std::string bytesOf(const Table& table) {
         if (file == nullptr) {
             base::raise(base::errors::InternalError);
         }
+        stampDate(*file);
         addColumns(*file, table, cells);
         addRows(*file, table, cells);
     }

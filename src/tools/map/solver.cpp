@@ -1,5 +1,6 @@
 #include "tools/map/solver.h"
 
+#include <cmath>
 #include <optional>
 
 #include <fmt/format.h>
@@ -13,6 +14,8 @@ namespace tools::map {
 namespace {
 
 using base::Value;
+
+constexpr double FarthestFeet = 1e9;
 
 [[noreturn]] void refuse(const std::string& why) {
     throw base::RunTimeError(base::errors::InvalidProcedureCall, why);
@@ -47,6 +50,15 @@ private:
     const dbf::Table& table_;
 };
 
+/// A place on the map; refuses one that no street grid reaches.
+district::Point placeOf(const NamedCells& cells, std::size_t row) {
+    const district::Point at{cells.number(row, "XPOS"), cells.number(row, "YPOS")};
+    if (std::abs(at.x) > FarthestFeet || std::abs(at.y) > FarthestFeet) {
+        refuse(fmt::format("The stop {} is not on this map.", cells.text(row, "STOPID")));
+    }
+    return at;
+}
+
 base::Date timeIn(const std::string& text) {
     const auto time = base::Date::parse(text);
     if (!time) {
@@ -68,7 +80,7 @@ SolvedRun::SolvedRun(const runedit::RequestLine& request, const dbf::Table& stop
     run_.pickup = isPickup(cells, stops.rows.size());
     for (std::size_t row = 0; row < stops.rows.size(); ++row) {
         types_.push_back(cells.text(row, "STOPTYPE"));
-        const district::Point at{cells.number(row, "XPOS"), cells.number(row, "YPOS")};
+        const district::Point at = placeOf(cells, row);
         stops_.push_back({.id = cells.integer(row, "INT_STOPID"),
                           .stopId = cells.text(row, "STOPID"),
                           .type = types_.back(),

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/base/error.h"
+#include "support/fakes.h"
 
 namespace {
 
@@ -32,10 +33,12 @@ TEST(TableFile, HoldsWhatWasWrittenAsFarAsTheFormatCan) {
 }
 
 TEST(TableFile, IsReadByOthersByItsHeader) {
+    const support::FakeClock clock;
     const std::string bytes = dbf::bytesOf(stops());
-    EXPECT_EQ(bytes[0], '\x03');               // dBASE III without memo
-    EXPECT_EQ(bytes[29], '\x57');              // the language driver of code page 1252
-    EXPECT_EQ(bytes.substr(32, 6), "STOPID");  // the first column
+    EXPECT_EQ(bytes[0], '\x03');                    // dBASE III without memo
+    EXPECT_EQ(bytes.substr(1, 3), "\x7E\x01\x1F");  // the day of the clock, years from 1900
+    EXPECT_EQ(bytes[29], '\x57');                   // the language driver of code page 1252
+    EXPECT_EQ(bytes.substr(32, 6), "STOPID");       // the first column
     EXPECT_EQ(bytes[32 + 11], 'C');
     EXPECT_EQ(bytes.back(), '\x1A');
 }
