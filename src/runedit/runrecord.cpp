@@ -71,11 +71,11 @@ void addRow(ado::Recordset& row, const RunTexts& texts, const Author& author) {
     finish(row, texts, author);
 }
 
-void changeRow(ado::Recordset& row, const EditedRun& edited, const RunTexts& texts,
+void changeRow(ado::Recordset& row, const RunEntries& entries, const RunTexts& texts,
                const Author& author) {
     // Untouched fields, the totals among them, keep what is stored.
     for (const auto& info : runFields()) {
-        if (isPlainField(info.field) && edited.isTouched(info.field, texts[info.field])) {
+        if (isPlainField(info.field) && entries.isTouched(info.field, texts[info.field])) {
             write(row, info.field, texts);
         }
     }
@@ -90,24 +90,24 @@ std::optional<StoredRun> readStoredRun(ado::Connection& routing, std::string_vie
     return row.Eof() ? std::nullopt : std::optional(storedRunOf(row));
 }
 
-void EditedRun::filled(const RunTexts& stored, const RunTexts& shown) {
+void RunEntries::filled(const RunTexts& stored, const RunTexts& shown) {
     stored_ = stored;
     shown_ = shown;
 }
 
-void EditedRun::filled(RunField field, const std::string& stored, const std::string& shown) {
+void RunEntries::filled(RunField field, const std::string& stored, const std::string& shown) {
     stored_[field] = stored;
     shown_[field] = shown;
 }
 
-bool EditedRun::anyTouched(const RunTexts& entered) const {
+bool RunEntries::anyTouched(const RunTexts& entered) const {
     const auto fields = runFields();
     return std::any_of(fields.begin(), fields.end(), [&](const FieldInfo& info) {
         return isTouched(info.field, entered[info.field]);
     });
 }
 
-std::vector<FieldChange> EditedRun::changesByOthers(const RunTexts& storedNow,
+std::vector<FieldChange> RunEntries::changesByOthers(const RunTexts& storedNow,
                                                     const RunTexts& entered) const {
     std::vector<FieldChange> changes;
     for (const auto& [field, column, caption, kind] : runFields()) {
@@ -141,7 +141,7 @@ SaveResult createRun(ado::Connection& routing, const RunTexts& texts, const Auth
     return result;
 }
 
-SaveResult changeRun(ado::Connection& routing, const EditedRun& edited, const RunTexts& texts,
+SaveResult changeRun(ado::Connection& routing, const RunEntries& entries, const RunTexts& texts,
                      const Author& author) {
     // From here to the commit no other program can write, so what is compared is what is changed.
     ado::UnitOfWork unit(routing);
@@ -151,10 +151,10 @@ SaveResult changeRun(ado::Connection& routing, const EditedRun& edited, const Ru
         return {SaveOutcome::Deleted};
     }
     const auto stored = storedRunOf(row);
-    if (auto changes = edited.changesByOthers(stored.texts, texts); !changes.empty()) {
+    if (auto changes = entries.changesByOthers(stored.texts, texts); !changes.empty()) {
         return {SaveOutcome::Changed, stored, std::move(changes)};
     }
-    changeRow(row, edited, texts, author);
+    changeRow(row, entries, texts, author);
     row.Resync();
     SaveResult result{SaveOutcome::Saved, storedRunOf(row)};
     row.Close();

@@ -42,7 +42,7 @@ struct FieldChange {
 
 /// Keeps apart what is stored in the fields of an open run, what the planner was shown of it, and
 /// what the planner enters.
-class EditedRun {
+class RunEntries {
 public:
     /// All fields were filled with `stored`; `shown` is what they hold afterwards, which a control
     /// may write differently.
@@ -95,7 +95,7 @@ struct SaveResult {
 
 /// Writes the fields that the planner has touched, unless another program has changed one meanwhile
 /// that the planner was not told of. The id, who created the run and when are never written.
-[[nodiscard]] SaveResult changeRun(ado::Connection& routing, const EditedRun& edited,
+[[nodiscard]] SaveResult changeRun(ado::Connection& routing, const RunEntries& entries,
                                    const RunTexts& texts, const Author& author);
 
 }  // namespace runedit

@@ -28,12 +28,12 @@ protected:
     }
     void open() {
         texts_ = readStoredRun(routing(), "101-AM")->texts;
-        edited_.filled(texts_, texts_);
+        entries_.filled(texts_, texts_);
     }
     void byOthers(const std::string& statement) {
         district_.sql(data::DatabaseFile::Routing, statement);
     }
-    [[nodiscard]] SaveResult save() { return changeRun(routing(), edited_, texts_, Ann); }
+    [[nodiscard]] SaveResult save() { return changeRun(routing(), entries_, texts_, Ann); }
     [[nodiscard]] static ado::Connection& routing() { return *startup::gcnRouting; }
     [[nodiscard]] static base::Value stored(const std::string& column,
                                             const std::string& run = "101-AM") {
@@ -45,7 +45,7 @@ protected:
     support::TestDistrict district_;
     support::TestSession session_;
     RunTexts texts_;
-    EditedRun edited_;
+    RunEntries entries_;
 };
 
 TEST_F(RunRecord, ShowsWhatIsStored) {
@@ -80,7 +80,7 @@ TEST_F(RunRecord, WritesWhatWasTouchedAndWhoDidIt) {
     EXPECT_EQ(stored("CREATEDDT").asDate(), base::Date::of(2025, 8, 1, 10));
     EXPECT_TRUE(stored("STATUSCHGDT").isNull());
 
-    edited_.filled(result.stored.texts, result.stored.texts);
+    entries_.filled(result.stored.texts, result.stored.texts);
     texts_ = result.stored.texts;
     texts_[RunField::Active] = yesNoText(false);
     EXPECT_EQ(save().outcome, SaveOutcome::Saved);
@@ -133,8 +133,8 @@ TEST_F(RunRecord, LosesNobodysChange) {
 
     // Told of it, the planner saves over their comment and keeps their bell and their miles.
     texts_[RunField::BellTime] = refused.stored.texts[RunField::BellTime];
-    edited_.filled(RunField::BellTime, texts_[RunField::BellTime], texts_[RunField::BellTime]);
-    edited_.told(refused.stored.texts);
+    entries_.filled(RunField::BellTime, texts_[RunField::BellTime], texts_[RunField::BellTime]);
+    entries_.told(refused.stored.texts);
     ASSERT_EQ(save().outcome, SaveOutcome::Saved);
     EXPECT_EQ(stored("Comment").asText(), "mine");
     EXPECT_EQ(stored("Description").asText(), "also mine");
