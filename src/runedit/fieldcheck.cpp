@@ -21,13 +21,6 @@ std::string trimmed(const std::string& text) { return std::string(base::trim(tex
 
 bool isBlank(const std::string& text) { return base::trim(text).empty(); }
 
-FieldFault conflictingRunId(const std::string& otherDescription) {
-    return {RunField::RunId, 2, "Conflicting RunID",
-            "Oops, you have entered a RunID that is already being used by another run.  The "
-            "description of the other conflicting run is: " +
-                otherDescription + ".  Please change the RunID."};
-}
-
 Fault runIdFault(const RunTexts& texts, bool isNew, const KeyQuestions& questions) {
     const auto runId = trimmed(texts[RunField::RunId]);
     if (runId.empty()) {
@@ -147,6 +140,13 @@ Fault firstOf(const Rules& rules, Check check) {
 constexpr std::array TimeFields{RunField::BellTime, RunField::StartTime, RunField::EndTime};
 
 }  // namespace
+
+FieldFault conflictingRunId(const std::string& otherDescription) {
+    return {RunField::RunId, 2, "Conflicting RunID",
+            "Oops, you have entered a RunID that is already being used by another run.  The "
+            "description of the other conflicting run is: " +
+                otherDescription + ".  Please change the RunID."};
+}
 
 std::optional<base::Date> timeIn(const RunTexts& texts, RunField field) {
     const auto time = base::Date::parse(controls::tidyTime(texts[field]));

@@ -46,6 +46,9 @@ struct KeyQuestions {
 [[nodiscard]] std::optional<FieldFault> findFault(const RunTexts& texts, bool isNew,
                                                   const KeyQuestions& questions);
 
+/// The fault of a new run whose id belongs to a run of that description.
+[[nodiscard]] FieldFault conflictingRunId(const std::string& otherDescription);
+
 /// The first time field that the calculation of stop times cannot use: the time it starts from must
 /// be one, the bell may be missing.
 [[nodiscard]] std::optional<FieldFault> findTimeFault(const RunTexts& texts);

@@ -82,7 +82,26 @@ void changeRow(ado::Recordset& row, const RunEntries& entries, const RunTexts& t
     finish(row, texts, author);
 }
 
+std::string inWords(const FieldInfo& info, const std::string& text) {
+    if (info.kind == FieldKind::YesNo) {
+        return text == yesNoText(true) ? "Yes" : "No";
+    }
+    return base::trim(text).empty() ? "empty" : fmt::format("\"{}\"", text);
+}
+
 }  // namespace
+
+std::string describe(const std::vector<FieldChange>& changes) {
+    std::string lines;
+    for (const auto& change : changes) {
+        const auto& info = infoOf(change.field);
+        lines += fmt::format("{}: was {}, is now {}", info.caption, inWords(info, change.shown),
+                             inWords(info, change.stored));
+        lines += change.entered ? fmt::format(", you entered {}\n", inWords(info, *change.entered))
+                                : "\n";
+    }
+    return lines;
+}
 
 std::optional<StoredRun> readStoredRun(ado::Connection& routing, std::string_view run) {
     ado::Recordset row;
@@ -108,7 +127,7 @@ bool RunEntries::anyTouched(const RunTexts& entered) const {
 }
 
 std::vector<FieldChange> RunEntries::changesByOthers(const RunTexts& storedNow,
-                                                    const RunTexts& entered) const {
+                                                     const RunTexts& entered) const {
     std::vector<FieldChange> changes;
     for (const auto& [field, column, caption, kind] : runFields()) {
         if (isTotal(field) || storedNow[field] == stored_[field]) {

@@ -98,4 +98,7 @@ struct SaveResult {
 [[nodiscard]] SaveResult changeRun(ado::Connection& routing, const RunEntries& entries,
                                    const RunTexts& texts, const Author& author);
 
+/// The changes as the planner reads them, one a line.
+[[nodiscard]] std::string describe(const std::vector<FieldChange>& changes);
+
 }  // namespace runedit

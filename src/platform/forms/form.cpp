@@ -46,6 +46,9 @@ void Form::load() {
 
 void Form::showForm() {
     load();
+    if (state_ == State::Unloaded) {
+        return;  // it had nothing to show
+    }
     if (!placed_) {
         restorePlace();
         placed_ = true;

@@ -23,7 +23,8 @@ public:
 
     [[nodiscard]] std::string name() const { return objectName().toStdString(); }
 
-    /// Runs formLoad() unless the form is loaded already. An error there gives the form up.
+    /// Runs formLoad() unless the form is loaded already. An error there gives the form up; a form
+    /// that unloads itself there is not shown.
     void load();
     /// Loads, shows and activates the form, in the place and size it had last.
     void showForm();
