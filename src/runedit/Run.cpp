@@ -23,8 +23,8 @@ using startup::gcnRouting;
 using startup::trapped;
 
 /// Actions whose forms do not exist yet.
-constexpr std::array NotBuiltYet{"AddStops", "StopEdit", "Remove",   "GetStops",   "Merge",
-                                 "Log",      "PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
+constexpr std::array NotBuiltYet{"AddStops", "GetStops", "Merge",      "Log",
+                                 "PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
@@ -79,6 +79,7 @@ void Run::wireFields() {
 
 void Run::wireLists() {
     on(ui_->cmbDirType, &QComboBox::currentIndexChanged, [this] { Build_DirList(); });
+    on(ui_->StopList, &controls::MultiColumnList::rowActivated, [this] { StopEdit_Click(); });
     on(ui_->StopList, &controls::MultiColumnList::selectionCountChanged, [this] { showButtons(); });
     for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
         ui_->RunTab->setTabToolTip(tab, tr("Alt+%1").arg(tab + 1));
@@ -92,6 +93,8 @@ void Run::wireButtons() {
     on(ui_->CalcTimes, &QPushButton::clicked, [this] { CalcTimes_Click(); });
     on(ui_->Command1, &QPushButton::clicked, [this] { Command1_Click(); });
     on(ui_->MapIt, &QPushButton::clicked, [this] { MapIt_Click(); });
+    on(ui_->StopEdit, &QPushButton::clicked, [this] { StopEdit_Click(); });
+    on(ui_->Remove, &QPushButton::clicked, [this] { Remove_Click(); });
     on(ui_->Exit_Run, &QPushButton::clicked, [this] { Exit_Run_Click(); });
     on(new QShortcut(QKeySequence::Save, this), &QShortcut::activated,
        [this] { ui_->OK->click(); });

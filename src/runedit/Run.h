@@ -12,6 +12,7 @@
 #include "runedit/map/mapanswer.h"
 #include "runedit/runfieldboxes.h"
 #include "runedit/runrecord.h"
+#include "stops/runstops.h"
 
 namespace Ui {
 class Run;
@@ -40,6 +41,8 @@ public:
     void CalcTimes_Click();
     void Command1_Click();
     void MapIt_Click();
+    void StopEdit_Click();
+    void Remove_Click();
     void Closed_Browse_Click();
     void Clear_Closed_Click();
     void Exit_Run_Click();
@@ -57,7 +60,8 @@ protected:
     void formUnload() override { answer_.stop(); }
 
 private:
-    static constexpr auto Module = "Run";  ///< what the error trap calls it
+    static constexpr auto Module = "Run";        ///< what the error trap calls it
+    static constexpr int StopTripIdColumn = 16;  ///< of the stop list
 
     void Form_Load();
     void Form_Activate();
@@ -81,6 +85,8 @@ private:
     void showButtons();
     void showStatus(const QString& text, bool green = false);
     void buildLists();
+    [[nodiscard]] std::string chosenStopTrip() const;
+    void chooseStopTrip(const std::string& id);
 
     [[nodiscard]] static bool isBuilt(const QWidget& button);
     [[nodiscard]] bool isNew() const;
@@ -96,6 +102,9 @@ private:
     bool askAboutDeletion();
     void checkBell(const RunTexts& texts);
     void sendToMap();
+
+    [[nodiscard]] stops::EditedRun runOfStops() const;
+    void afterStopsChanged();
 
     std::unique_ptr<Ui::Run> ui_;
     std::unique_ptr<RunFieldBoxes> boxes_;

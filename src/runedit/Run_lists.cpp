@@ -97,13 +97,25 @@ void Run::Build_StopList() {
         ui_->StopList->setEmptyText(isNew() ? NotSavedYet : tr("The run has no stops."));
         auto stops = isNew() ? StopList() : readStopList(*gcnRouting, run());
         allPlaced_ = stops.allPlaced;
-        const int chosen = ui_->StopList->chosenRow();
+        const auto chosen = chosenStopTrip();
         ui_->StopList->setTable(std::move(stops.table));
-        if (chosen >= 0) {
-            ui_->StopList->choose(chosen);
-        }
+        chooseStopTrip(chosen);
         showButtons();
     });
+}
+
+std::string Run::chosenStopTrip() const {
+    const int row = ui_->StopList->chosenRow();
+    return row < 0 ? std::string() : ui_->StopList->cellText(row, StopTripIdColumn);
+}
+
+void Run::chooseStopTrip(const std::string& id) {
+    for (int row = 0; !id.empty() && row < ui_->StopList->rows(); ++row) {
+        if (ui_->StopList->cellText(row, StopTripIdColumn) == id) {
+            ui_->StopList->choose(row);
+            return;
+        }
+    }
 }
 
 void Run::Build_DirList() {

@@ -1,0 +1,82 @@
+#include <fmt/format.h>
+
+#include "platform/base/ports.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/formregistry.h"
+#include "runedit/Run.h"
+#include "startup/session.h"
+#include "startup/trap.h"
+#include "stops/runstops.h"
+#include "stops/stopmessages.h"
+#include "stops/triprecord/frmStopTripType.h"
+
+#include "ui_Run.h"
+
+namespace runedit {
+
+namespace {
+
+using base::MsgAnswer;
+using base::MsgButtons;
+using base::MsgIcon;
+using startup::gcnRouting;
+using startup::trapped;
+
+constexpr auto ConfirmRemovalTitle = "Please Confirm Removal of Stops";
+constexpr auto ConfirmRemovalOfOne = "Are you sure you want to take the stop {} off this run?";
+constexpr auto ConfirmRemovalOfSome = "Are you sure you want to take {} stops off this run?";
+
+std::int64_t numberIn(const std::string& text) { return base::Value(text).asInteger(); }
+
+bool confirmRemoval(const controls::MultiColumnList& list, const std::vector<int>& rows) {
+    const auto question = rows.size() == 1
+                              ? fmt::format(ConfirmRemovalOfOne, list.cellText(rows[0], 0))
+                              : fmt::format(ConfirmRemovalOfSome, rows.size());
+    return base::MsgBox(question, ConfirmRemovalTitle, MsgIcon::Question, MsgButtons::YesNo) ==
+           MsgAnswer::Yes;
+}
+
+}  // namespace
+
+/// The run as the actions on its stops want it: with the trip type that is stored.
+stops::EditedRun Run::runOfStops() const {
+    const auto stored = readStoredRun(*gcnRouting, run());
+    return {run(), stored ? stored->texts[RunField::TripType] : std::string(),
+            startup::gCommandLine};
+}
+
+void Run::afterStopsChanged() {
+    startup::RefreshRunList = true;
+    refresh();
+}
+
+void Run::StopEdit_Click() {
+    trapped("StopEdit_Click", Module, [this] {
+        const auto chosen = chosenStopTrip();
+        if (chosen.empty()) {
+            return;
+        }
+        auto& form = forms::FormRegistry::instance().make<stops::frmStopTripType>(this);
+        form.edit(numberIn(chosen));
+        form.whenSaved([this] { refresh(); });
+        form.showForm();
+    });
+}
+
+void Run::Remove_Click() {
+    trapped("Remove_Click", Module, [this] {
+        const auto rows = ui_->StopList->selectedRows();
+        if (rows.empty() || !confirmRemoval(*ui_->StopList, rows)) {
+            return;
+        }
+        std::vector<std::int64_t> stopTripIds;
+        for (const int row : rows) {
+            stopTripIds.push_back(numberIn(ui_->StopList->cellText(row, StopTripIdColumn)));
+        }
+        const auto removed = stops::removeStops(*gcnRouting, runOfStops(), stopTripIds);
+        stops::tellOfSkipped(removed);
+        afterStopsChanged();
+    });
+}
+
+}  // namespace runedit
