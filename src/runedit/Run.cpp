@@ -23,8 +23,8 @@ using startup::gcnRouting;
 using startup::trapped;
 
 /// Actions whose forms do not exist yet.
-constexpr std::array NotBuiltYet{"AddStops", "GetStops", "Merge",      "Log",
-                                 "PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
+constexpr std::array NotBuiltYet{"AddStops", "GetStops",   "Merge",    "PrintDir",
+                                 "PrintOrg", "PrintStops", "PrintWarn"};
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
@@ -95,6 +95,7 @@ void Run::wireButtons() {
     on(ui_->MapIt, &QPushButton::clicked, [this] { MapIt_Click(); });
     on(ui_->StopEdit, &QPushButton::clicked, [this] { StopEdit_Click(); });
     on(ui_->Remove, &QPushButton::clicked, [this] { Remove_Click(); });
+    on(ui_->Log, &QPushButton::clicked, [this] { Log_Click(); });
     on(ui_->Exit_Run, &QPushButton::clicked, [this] { Exit_Run_Click(); });
     on(new QShortcut(QKeySequence::Save, this), &QShortcut::activated,
        [this] { ui_->OK->click(); });

@@ -43,6 +43,7 @@ public:
     void MapIt_Click();
     void StopEdit_Click();
     void Remove_Click();
+    void Log_Click();
     void Closed_Browse_Click();
     void Clear_Closed_Click();
     void Exit_Run_Click();

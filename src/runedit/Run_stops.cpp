@@ -4,6 +4,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
 #include "runedit/Run.h"
+#include "runsearch/log/RunLogInquiry.h"
 #include "startup/session.h"
 #include "startup/trap.h"
 #include "stops/runstops.h"
@@ -76,6 +77,14 @@ void Run::Remove_Click() {
         const auto removed = stops::removeStops(*gcnRouting, runOfStops(), stopTripIds);
         stops::tellOfSkipped(removed);
         afterStopsChanged();
+    });
+}
+
+void Run::Log_Click() {
+    trapped("Log_Click", Module, [this] {
+        auto& form = forms::FormRegistry::instance().make<runsearch::RunLogInquiry>(this);
+        form.ask(run());
+        form.showForm();
     });
 }
 

@@ -50,4 +50,12 @@ TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
     EXPECT_FALSE(isEnabled("Remove"));
 }
 
+TEST_F(RunStopsTest, OpensTheLogOfTheRun) {
+    open();
+    click("Log");
+    auto* log = forms::FormRegistry::instance().find("RunLogInquiry");
+    ASSERT_NE(log, nullptr);
+    EXPECT_EQ(log->findChild<QLineEdit*>("RunID")->text(), "101-AM");
+}
+
 }  // namespace
