@@ -35,8 +35,8 @@ const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
 /// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
-constexpr std::array NotBuiltYet{"cmdNew",     "Edit",       "PrintIt",  "TimeLine",
-                                 "ChangeBell", "GroupSolve", "MergeRuns"};
+constexpr std::array NotBuiltYet{"cmdNew",   "Edit",       "PrintIt",
+                                 "TimeLine", "GroupSolve", "MergeRuns"};
 
 bool isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
@@ -81,6 +81,7 @@ void frmTarn::wireButtons() {
     on(ui_->cmdSearch, &QPushButton::clicked, [this] { cmdSearch_Click(); });
     on(ui_->cmdReset, &QPushButton::clicked, [this] { cmdReset_Click(); });
     on(ui_->Delete, &QPushButton::clicked, [this] { Delete_Click(); });
+    on(ui_->ChangeBell, &QPushButton::clicked, [this] { ChangeBell_Click(); });
     on(ui_->GroupChange, &QPushButton::clicked, [this] { GroupChange_Click(); });
     on(ui_->DeadHead, &QPushButton::clicked, [this] { DeadHead_Click(); });
     on(ui_->SelectAll, &QPushButton::clicked, [this] { SelectAll_Click(); });

@@ -34,6 +34,7 @@ public:
     void cmdSearch_Click();
     void cmdReset_Click();
     void Delete_Click();
+    void ChangeBell_Click();
     void GroupChange_Click();
     void DeadHead_Click();
     void SelectAll_Click();

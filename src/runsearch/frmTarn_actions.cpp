@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "groupops/belltime/BellTimeChange.h"
 #include "groupops/deadhead/frmCalcDeadHead.h"
 #include "groupops/groupchange/frmGroupRunChange.h"
 #include "platform/base/ports.h"
@@ -96,6 +97,11 @@ void frmTarn::refreshRunList() {
     cmdSearch_Click();
     place.restore(*ui_->RunList);
     RunList_ClickItem();
+}
+
+void frmTarn::ChangeBell_Click() {
+    trapped("ChangeBell_Click", ActionsModule,
+            [this] { openForm<groupops::BellTimeChange>(*this, this); });
 }
 
 void frmTarn::GroupChange_Click() {
