@@ -1,13 +1,17 @@
 #include "groupops/belltime/BellTimeChange.h"
 
+#include <QCheckBox>
+
 #include <fmt/format.h>
 
+#include "groupops/deadhead/frmCalcDeadHead.h"
 #include "platform/base/text.h"
 #include "platform/controls/grid.h"
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/timebox.h"
 #include "platform/controls/timetext.h"
+#include "platform/forms/formregistry.h"
 #include "platform/forms/operation.h"
 #include "startup/mdlFileUtilities.h"
 #include "startup/session.h"
@@ -314,7 +318,14 @@ GroupOutcome BellTimeChange::change(const BellChange& change) {
     return outcome;
 }
 
-void BellTimeChange::calculateDeadHead() {}
+/// Its form stays open with what it has found; the planner may go on here meanwhile.
+void BellTimeChange::calculateDeadHead() {
+    auto& form = forms::FormRegistry::instance().load<frmCalcDeadHead>(this);
+    form.ResetDeadHead().setChecked(false);
+    form.setWindowModality(Qt::NonModal);
+    form.showForm();
+    form.Calculate_Click();
+}
 
 void BellTimeChange::tellWhatWasLeft(const GroupOutcome& outcome) {
     auto left = whatWasLeft(outcome);

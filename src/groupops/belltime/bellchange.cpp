@@ -108,11 +108,8 @@ void Changing::write(ado::Recordset& row, const std::string& run, base::Date bel
 
 GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
                              const BellReport& report) {
-    routing.setDurability(store::Durability::Crash);
-    GroupOutcome outcome = Changing(routing, change, report).all();
-    routing.setDurability(store::Durability::PowerCut);
-    routing.checkpoint();
-    return outcome;
+    const ado::GroupWork work(routing);
+    return Changing(routing, change, report).all();
 }
 
 }  // namespace groupops

@@ -33,7 +33,7 @@ GroupOutcome changeRuns(ado::Connection& routing, std::span<const std::string> r
                         std::span<const RunChange> changes, base::ProgressPort& progress) {
     GroupOutcome outcome;
     outcome.asked = static_cast<int>(runs.size());
-    routing.setDurability(store::Durability::Crash);
+    const ado::GroupWork work(routing);
     for (const std::string& run : runs) {
         if (progress.yield()) {
             outcome.stopped = true;
@@ -47,8 +47,6 @@ GroupOutcome changeRuns(ado::Connection& routing, std::span<const std::string> r
         progress.status(fmt::format("Changed information for run: {}.", run));
         progress.progress(100.0 * outcome.changed / outcome.asked);
     }
-    routing.setDurability(store::Durability::PowerCut);
-    routing.checkpoint();
     return outcome;
 }
 

@@ -143,12 +143,25 @@ TEST_F(BellTimeForm, ChangesTellsTheCountRebuildsAndSearchesAgain) {
     EXPECT_THAT(
         support::rowsOf("SELECT ENDTIME FROM RUN WHERE RUN = '101-AM'", *startup::gcnRouting),
         ElementsAre("8:00:00 AM"));
+    const auto* deadHead = forms::FormRegistry::instance().find("frmCalcDeadHead");
+    ASSERT_NE(deadHead, nullptr);
+    EXPECT_FALSE(deadHead->findChild<QAbstractButton*>("ResetDeadHead")->isChecked());
+    EXPECT_THAT(support::rowsOf("SELECT NEEDDEADHEADBUILD FROM SYSTEM", *startup::gcnRouting),
+                ElementsAre("False"));
     EXPECT_FALSE(control<QWidget>("ProgressBar2").isHidden());
     form().Timer1_Timer();
     EXPECT_EQ(status(), "*** Changing Bell Times ***");
     for (const auto* name : {"StatMsg", "ProgressBar1", "ProgressBar2", "StopChange"}) {
         EXPECT_TRUE(control<QWidget>(name).isHidden()) << name;
     }
+}
+
+TEST_F(BellTimeForm, LeavesTheDeadHeadAloneWhereRunTimesNeedNotHonorTheBell) {
+    check("Change_Run_Time", false);
+    typeCell(1, "8:15");
+    click("ChangeBell");
+    EXPECT_EQ(status(), "Bell Times Changed. 1 Runs changed.");
+    EXPECT_EQ(forms::FormRegistry::instance().find("frmCalcDeadHead"), nullptr);
 }
 
 TEST_F(BellTimeForm, RefusesBadEntriesBeforeAnythingIsWritten) {
