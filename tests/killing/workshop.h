@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "operations.h"
+#include "snapshots.h"
+
+namespace killing {
+
+/// A folder with a district "before", and the districts that are made from it.
+class Workshop {
+public:
+    explicit Workshop(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+    [[nodiscard]] std::string path(const std::string& district) const;
+    /// A district as it is before any operation, in the place of what stood there.
+    void renew(const std::string& district) const;
+    /// What `vireo-district check` finds; empty where there is nothing to find.
+    [[nodiscard]] std::string faultsOf(const std::string& district) const;
+    /// Puts a copy aside for whoever looks for the fault; returns its path.
+    [[nodiscard]] std::string keep(const std::string& district) const;
+
+private:
+    std::filesystem::path folder_;
+};
+
+enum class Ending { Finished, Killed, Failed };
+
+/// A program of its own that performs an operation on a district. Nothing of the district may be
+/// open here when it is started.
+class Performer {
+public:
+    /// Returns when the program has opened the district's databases.
+    Performer(const Operation& operation, const std::string& folder);
+    void killAfter(std::chrono::microseconds time) const;
+    /// Waits; a program that needs more than a minute is ended and has failed.
+    [[nodiscard]] Ending wait() const;
+
+private:
+    int process_ = -1;
+};
+
+}  // namespace killing
