@@ -91,7 +91,8 @@ Reached compare(const Snapshot& cutOff, const std::vector<Snapshot>& states) {
     Reached reached;
     std::vector<std::string> notBegun;
     bool anyBegun = false;
-    for (const auto& [unit, unused] : all) {
+    for (const auto& entry : all) {
+        const std::string& unit = entry.first;
         const std::string& content = contentOf(cutOff, unit);
         const std::string& first = contentOf(states.front(), unit);
         const std::string& last = contentOf(states.back(), unit);
