@@ -51,8 +51,9 @@ std::map<std::int64_t, std::string> needsByStudent(ado::Connection& routing,
 
 std::string nameOf(ado::Recordset& student) {
     const auto last = runedit::textOf(student["LASTNAME"]);
-    const auto first = base::trim(runedit::textOf(student["FIRSTNAME"]));
-    return first.empty() ? last : fmt::format("{}, {}", base::trim(last), first);
+    const auto first = runedit::textOf(student["FIRSTNAME"]);
+    return base::trim(first).empty() ? last
+                                     : fmt::format("{}, {}", base::trim(last), base::trim(first));
 }
 
 }  // namespace
