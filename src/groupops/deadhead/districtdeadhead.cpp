@@ -34,17 +34,14 @@ std::vector<RouteKey> readRoutes(ado::Connection& routing) {
 /// Marked by a statement of its own: another program's calculation may have marked the route since
 /// the routes were read.
 std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& route) {
-    ado::UnitOfWork unit(data.routing);
     auto open = calculateRoute(data, route.route, route.garage);
     if (open.empty()) {
         data.routing.Execute(fmt::format(RouteCalculated, route.route));
     }
-    unit.commit();
     return open;
 }
 
 void markCalculated(ado::Connection& routing) {
-    ado::UnitOfWork unit(routing);
     ado::Recordset system;
     system.Open("Select SYSTEM.* FROM SYSTEM", routing, ado::CursorType::Dynamic);
     if (!system.Eof()) {
@@ -52,7 +49,6 @@ void markCalculated(ado::Connection& routing) {
         system["NEEDDEADHEADBUILD"].Value(false);
         system.Update();
     }
-    unit.commit();
 }
 
 void add(DeadHeadOutcome& outcome, const RouteKey& route, std::vector<OpenLeg> open) {
@@ -96,25 +92,24 @@ void resetDeadHead(ado::Connection& routing) {
 
 DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
                                    base::ProgressPort& progress) {
-    const ado::GroupWork work(data.routing);
-    if (reset) {
-        resetDeadHead(data.routing);
-    }
-    const auto routes = readRoutes(data.routing);
+    ado::GroupWork work(data.routing);
     DeadHeadOutcome outcome;
+    outcome.wasReset = reset && work.unit(progress, [&] { resetDeadHead(data.routing); });
+    const auto routes = readRoutes(data.routing);
     outcome.routes = static_cast<int>(routes.size());
-    outcome.wasReset = reset;
+    std::vector<OpenLeg> open;
     for (const RouteKey& route : routes) {
         progress.status(
             fmt::format("Calculating Dead Head Time for all runs in Route: {}.", route.routeId));
         progress.progress(100.0 * (outcome.calculated + 1) / outcome.routes);
-        if (progress.yield()) {
-            outcome.stopped = true;
+        outcome.stopped =
+            progress.yield() || !work.unit(progress, [&] { open = calculateAndMark(data, route); });
+        if (outcome.stopped) {
             return outcome;
         }
-        add(outcome, route, calculateAndMark(data, route));
+        add(outcome, route, std::move(open));
     }
-    markCalculated(data.routing);
+    outcome.stopped = !work.unit(progress, [&] { markCalculated(data.routing); });
     return outcome;
 }
 

@@ -76,7 +76,6 @@ bool isStillOn(ado::Recordset& row, const std::string& run) {
 
 bool moveStop(ado::Connection& routing, ado::Recordset& row, const RunMerge& merge,
               stops::StopLog& log) {
-    ado::UnitOfWork unit(routing);
     if (!isStillOn(row, merge.source)) {
         return false;
     }
@@ -86,7 +85,6 @@ bool moveStop(ado::Connection& routing, ado::Recordset& row, const RunMerge& mer
     row["RUNSEQ"].Value(sequence);
     row.Update();
     log.merged(stop, merge.source, sequence);
-    unit.commit();
     return true;
 }
 
@@ -141,7 +139,7 @@ MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& asked,
                        base::ProgressPort& progress) {
     const RunMerge merge{std::string(base::trim(asked.receiving)),
                          std::string(base::trim(asked.source)), asked.user};
-    const ado::GroupWork work(routing);
+    ado::GroupWork work(routing);
     const stops::EditedRun logged{merge.receiving, {}, merge.user};
     stops::StopLog log(routing, logged);
     ado::Recordset rows;
@@ -149,11 +147,14 @@ MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& asked,
     MergeOutcome outcome;
     outcome.stops = static_cast<int>(rows.RecordCount());
     for (int i = 1; !rows.Eof(); rows.MoveNext(), ++i) {
-        if (progress.yield()) {
-            outcome.stopped = true;
+        bool moved = false;
+        outcome.stopped = progress.yield() || !work.unit(progress, [&] {
+            moved = moveStop(routing, rows, merge, log);
+        });
+        if (outcome.stopped) {
             break;
         }
-        ++(moveStop(routing, rows, merge, log) ? outcome.moved : outcome.left);
+        ++(moved ? outcome.moved : outcome.left);
         progress.status(fmt::format("Merged stop: {} of {} total stops.", i, outcome.stops));
         progress.progress(100.0 * i / outcome.stops);
     }

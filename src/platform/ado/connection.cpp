@@ -1,5 +1,7 @@
 #include "platform/ado/connection.h"
 
+#include <chrono>
+
 #include "platform/ado/command.h"
 #include "platform/ado/session.h"
 #include "platform/base/error.h"
@@ -13,6 +15,45 @@ Session& openSession(const std::shared_ptr<Session>& session) {
         throw base::RunTimeError(errors::ObjectClosed, "The connection is closed.");
     }
     return *session;
+}
+
+/// Another time-out for locks while it lives.
+class LockTimeout {
+public:
+    LockTimeout(Connection& connection, int milliseconds) : connection_(connection) {
+        openSession(connection_.session()).database().setLockTimeout(milliseconds);
+    }
+    ~LockTimeout() {
+        if (connection_.State() == ObjectState::Open) {
+            connection_.session()->database().setLockTimeout(store::LockTimeoutMs);
+        }
+    }
+    LockTimeout(const LockTimeout&) = delete;
+    LockTimeout& operator=(const LockTimeout&) = delete;
+
+private:
+    Connection& connection_;
+};
+
+void doUnit(Connection& connection, const std::function<void()>& work) {
+    UnitOfWork unit(connection);
+    work();
+    unit.commit();
+}
+
+/// False where another program holds the file.
+bool tryUnit(Connection& connection, const std::function<void()>& work) {
+    constexpr int TurnMs = 30;
+    const LockTimeout shortTurn(connection, TurnMs);
+    try {
+        doUnit(connection, work);
+    } catch (const store::StoreError& error) {
+        if (error.fault() != store::Fault::Locked) {
+            throw;
+        }
+        return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -103,6 +144,21 @@ GroupWork::~GroupWork() {
         connection_.checkpoint();
     } catch (const base::RunTimeError&) {  // closed meanwhile, or ended by a fault told already
     }
+}
+
+bool GroupWork::unit(base::ProgressPort& progress, const std::function<void()>& work) {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto Patience = std::chrono::minutes(1);
+    for (const auto start = Clock::now(); Clock::now() - start < Patience;) {
+        if (tryUnit(connection_, work)) {
+            return true;
+        }
+        if (progress.yield()) {
+            return false;
+        }
+    }
+    doUnit(connection_, work);
+    return true;
 }
 
 std::int64_t Command::Execute() {

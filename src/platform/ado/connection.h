@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/ado/enums.h"
+#include "platform/base/ports.h"
 #include "platform/store/database.h"
 
 namespace ado {
@@ -83,6 +84,12 @@ public:
     ~GroupWork();
     GroupWork(const GroupWork&) = delete;
     GroupWork& operator=(const GroupWork&) = delete;
+
+    /// Does one unit of work. Another program's group operation leaves the file free for moments
+    /// only: where it is locked the work is tried again, for a minute at most, and the progress
+    /// gets its turns. False when the user asked to stop while it waited; nothing is done then.
+    /// Raises what the work raises, store::StoreError (Locked) after the minute.
+    [[nodiscard]] bool unit(base::ProgressPort& progress, const std::function<void()>& work);
 
 private:
     Connection& connection_;

@@ -142,6 +142,8 @@ public:
 
     /// Raises StoreError inside a transaction.
     virtual void setDurability(Durability durability) = 0;
+    /// How long a statement waits for another program that holds the file.
+    virtual void setLockTimeout(int milliseconds) = 0;
     /// Brings everything into the file itself, as far as other programs that read it allow.
     virtual void checkpoint() = 0;
 

@@ -186,6 +186,11 @@ void SqliteDatabase::setDurability(Durability durability) {
     }
 }
 
+void SqliteDatabase::setLockTimeout(int milliseconds) {
+    source_.lockTimeoutMs = milliseconds;
+    sqlite3_busy_timeout(source_.handle, milliseconds);
+}
+
 void SqliteDatabase::checkpoint() {
     constexpr int PatienceMs = 500;
     sqlite3_busy_timeout(source_.handle, std::min(PatienceMs, source_.lockTimeoutMs));

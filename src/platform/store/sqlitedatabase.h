@@ -40,6 +40,7 @@ public:
     void rollback() override;
 
     void setDurability(Durability durability) override;
+    void setLockTimeout(int milliseconds) override;
     void checkpoint() override;
     void registerFunction(const Function& function) override;
     void create(const Table& table) override;
