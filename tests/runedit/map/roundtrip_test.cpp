@@ -32,11 +32,15 @@ protected:
         forms::Timer::setSpeed(1);
     }
 
-    std::unique_ptr<support::ChildProgram> map(std::vector<std::string> arguments) {
-        auto program = std::make_unique<support::ChildProgram>(
-            support::programOfBuild("vireo-map"), arguments,
+    std::unique_ptr<support::ChildProgram> start(const char* name,
+                                                 const std::vector<std::string>& arguments = {}) {
+        return std::make_unique<support::ChildProgram>(
+            support::programOfBuild(name), arguments,
             support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
                                              {"XDG_CONFIG_HOME", district.folder()}});
+    }
+    std::unique_ptr<support::ChildProgram> map(const std::vector<std::string>& arguments) {
+        auto program = start("vireo-map", arguments);
         EXPECT_TRUE(program->waitForLine("Ready"));
         return program;
     }
@@ -49,15 +53,16 @@ protected:
     }
 
     support::PrivateBus bus;
-    dde::DBusTransport transport{bus.address(), 400ms};
+    dde::DBusTransport transport{bus.address(), 10s};
+    dde::DBusTransport impatient{bus.address(), 400ms};
     MapAnswer answer{nullptr};
     std::string status;
     bool finished = false;
     bool reloaded = false;
 };
 
-TEST_F(RoundTrip, ARunComesBackSolvedAndIsFreeAfterAWhile) {
-    const auto program = map({"--work", "0.05", "--hold", "0.6"});
+TEST_F(RoundTrip, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
+    const auto program = map({"--work", "0.05", "--hold", "60"});
     ASSERT_TRUE(mapIt());
     waitForAnswer();
     EXPECT_TRUE(reloaded);
@@ -76,15 +81,32 @@ TEST_F(RoundTrip, ARunComesBackSolvedAndIsFreeAfterAWhile) {
     ASSERT_THAT(session.boxes.shown, testing::SizeIs(1));
     EXPECT_EQ(session.boxes.shown[0].title, MapStillProcessingTitle);
     EXPECT_FALSE(deleteMapFiles("101-AM"));
-    EXPECT_TRUE(QTest::qWaitFor([] { return !mapFilesLeft("101-AM"); }));
-    EXPECT_TRUE(mapIt());
 }
 
-TEST_F(RoundTrip, ALateAnswerIsWaitedFor) {
+TEST_F(RoundTrip, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
+    const auto program = map({"--work", "0", "--hold", "60"});
+    ASSERT_TRUE(mapIt());
+    write("101-AMtime.txt", "");
+    const auto cleanUp = start("DelWrkFiles.exe");
+    const auto logged = [this](const char* text) {
+        return file("log.txt").find(text) != std::string::npos;
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return logged("able to delete file: 101-AMtime.txt."); }));
+    EXPECT_TRUE(logged("unable to delete file: 101-AM.dbf."));
+    EXPECT_TRUE(mapFilesLeft("101-AM"));
+    program->kill();
+    EXPECT_EQ(cleanUp->readLine(), "");  // it has ended
+    EXPECT_FALSE(mapFilesLeft("101-AM"));
+    EXPECT_THAT(workFiles(), testing::Not(testing::Contains(testing::Key("Runs.txt"))));
+}
+
+TEST_F(RoundTrip, ALateAnswerIsWaitedForAndThenTheRunIsFree) {
     const auto program = map({"--work", "1.2", "--hold", "0"});
     ASSERT_TRUE(mapIt());
     waitForAnswer();
     EXPECT_TRUE(reloaded);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !mapFilesLeft("101-AM"); }));
+    EXPECT_TRUE(mapIt());
 }
 
 TEST_F(RoundTrip, AnAnswerFileThatNobodyCanReadIsAnAnswer) {
@@ -103,6 +125,7 @@ TEST_F(RoundTrip, AMapThatCannotOrDoesNotAnswerLeavesNothingBehind) {
          {Case{"refuse", "Error (285) ArcView refused the request: The street network is not"},
           Case{"silence", "Error (286) ArcView did not answer within 0.4 seconds."}}) {
         const auto program = map({"--play", fault});
+        dde::setTransport(&impatient);
         EXPECT_FALSE(mapIt());
         EXPECT_THAT(session.boxes.shown.back().text, HasSubstr(told));
         EXPECT_THAT(workFiles(), IsEmpty());
