@@ -17,6 +17,7 @@ namespace {
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
@@ -27,7 +28,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 std::vector<std::string> environmentWith(const ChildProgram::Variables& variables) {
     std::vector<std::string> all;
     for (const auto& [name, value] : variables) {
-        all.push_back(name + "=" + value);
+        all.emplace_back(name).append("=").append(value);
     }
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string text = *entry;

@@ -58,9 +58,11 @@ SAOffset MemoryFile::read(void* to, SAOffset size, SAOffset count, SAFile file) 
 
 SAOffset MemoryFile::write(void* from, SAOffset size, SAOffset count, SAFile file) {
     MemoryFile& self = of(file);
-    self.contents_.resize(std::max(self.contents_.size(), self.position_ + size * count));
-    std::memcpy(self.contents_.data() + self.position_, from, size * count);
-    self.position_ += size * count;
+    if (const SAOffset bytes = size * count; bytes > 0) {
+        self.contents_.resize(std::max(self.contents_.size(), self.position_ + bytes));
+        std::memcpy(self.contents_.data() + self.position_, from, bytes);
+        self.position_ += bytes;
+    }
     return count;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/dbf/tablefile.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -134,13 +135,13 @@ void checkHeader(std::string_view bytes) {
 std::vector<Column> columnsOf(DBFInfo& file) {
     std::vector<Column> columns;
     for (int i = 0; i < DBFGetFieldCount(&file); ++i) {
-        std::string name(XBASE_FLDNAME_LEN_READ + 1, '\0');
+        std::array<char, XBASE_FLDNAME_LEN_READ + 1> name{};
         int decimals = 0;
         DBFGetFieldInfo(&file, i, name.data(), nullptr, &decimals);
         const char type = DBFGetNativeFieldType(&file, i);
         const bool isNumber = type == 'N' || type == 'F';
         columns.push_back(
-            {name.c_str(), isNumber ? Kind::Number : Kind::Text, isNumber ? decimals : 0});
+            {name.data(), isNumber ? Kind::Number : Kind::Text, isNumber ? decimals : 0});
     }
     return columns;
 }
