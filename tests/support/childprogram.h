@@ -1,14 +1,15 @@
 #pragma once
 
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <sys/types.h>
-
 namespace support {
 
-/// A program that runs beside a test, ended with it. Its standard output can be waited for.
+/// A program that runs beside a test, ended with it. Its standard output can be waited for. Needs
+/// the toolkit's application object.
 class ChildProgram {
 public:
     using Variables = std::vector<std::pair<std::string, std::string>>;
@@ -16,23 +17,36 @@ public:
     /// Starts a program, found as a shell finds it, with variables added to the environment.
     explicit ChildProgram(const std::string& program,
                           const std::vector<std::string>& arguments = {},
-                          const Variables& variables = {});
-    ~ChildProgram();
+                          const Variables& variables = {}) {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const auto& [name, value] : variables) {
+            environment.insert(QString::fromStdString(name), QString::fromStdString(value));
+        }
+        QStringList words;
+        for (const std::string& argument : arguments) {
+            words << QString::fromStdString(argument);
+        }
+        process_.setProcessEnvironment(environment);
+        process_.setStandardErrorFile(QProcess::nullDevice());
+        process_.start(QString::fromStdString(program), words);
+    }
+    ~ChildProgram() { kill(); }
     ChildProgram(const ChildProgram&) = delete;
     ChildProgram& operator=(const ChildProgram&) = delete;
 
     /// The next line of its output; empty where it has ended.
-    std::string readLine();
-    /// Reads lines until one begins with that text; false where the program ended before.
-    bool waitForLine(const std::string& beginning);
-    void kill();
+    std::string readLine() {
+        while (!process_.canReadLine() && process_.waitForReadyRead()) {
+        }
+        return process_.readLine().trimmed().toStdString();
+    }
+    void kill() {
+        process_.kill();
+        process_.waitForFinished();
+    }
 
 private:
-    pid_t child_ = 0;
-    int output_ = -1;
+    QProcess process_;
 };
-
-/// The full path of a program of the build.
-[[nodiscard]] std::string programOfBuild(const std::string& name);
 
 }  // namespace support

@@ -52,7 +52,8 @@ public:
             QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
             QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
         question << name;
-        return call(question, timeOut).arguments().value(0).toBool();
+        const QDBusMessage reply = call(question, timeOut);
+        return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
     }
 
 private:

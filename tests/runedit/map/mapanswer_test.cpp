@@ -99,19 +99,6 @@ TEST_F(MapAnswerTest, TheGroupSolveIsNamedInOneLineOnly) {
     EXPECT_THAT(log()[2], testing::StartsWith("In Tarn, "));
 }
 
-TEST_F(MapAnswerTest, AMapProgramThatEndsWithoutAnAnswerIsTold) {
-    map.there = false;
-    const auto answer = waiting(MapScreen::Run);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return finished(); }));
-    EXPECT_THAT(events,
-                ElementsAre("Waiting for updated information from mapping software.",
-                            "The mapping software has ended without an answer. Go to the map "
-                            "again.",
-                            "<finished>"));
-    EXPECT_FALSE(answer->isWaiting());
-    EXPECT_THAT(log(), IsEmpty());
-}
-
 TEST_F(MapAnswerTest, StoppedInTheCountdownNothingFollows) {
     const auto answer = waiting(MapScreen::Run);
     write("RunDone.txt", "");
