@@ -1,7 +1,6 @@
 #include "stops/stopsearch.h"
 
 #include <string_view>
-#include <vector>
 
 #include <fmt/format.h>
 
@@ -46,10 +45,11 @@ constexpr std::string_view TripInactive = "(STOP.ACTIVE = False OR STOP_TRIPTYPE
 
 bool filledIn(std::string_view text) { return !base::trim(text).empty(); }
 
+/// Conditions joined by AND.
 class Conditions {
 public:
     void add(std::string_view condition) {
-        text_ += text_.empty() ? " Where " : " AND ";
+        text_ += text_.empty() ? "" : " AND ";
         text_ += condition;
     }
     void prefix(std::string_view column, std::string_view value) {
@@ -74,38 +74,68 @@ private:
     std::string text_;
 };
 
-std::string conditionsOf(const StopSearchCriteria& criteria) {
-    const bool trips = criteria.tripTypes;
+/// What no index helps with and few stops meet.
+Conditions rareConditions(const StopSearchCriteria& criteria) {
     Conditions where;
-    where.prefix("STOP.STOPID", criteria.stopId);
     where.prefix("STOP.DESCRIPTION", criteria.description);
     where.prefix("STOP.ADDR1", criteria.address);
+    if (criteria.geocoded == Either::No) {
+        where.add(NotPlaced);
+    }
+    return where;
+}
+
+Conditions stopConditions(const StopSearchCriteria& criteria) {
+    Conditions where;
+    where.prefix("STOP.STOPID", criteria.stopId);
     where.equal("STOP.ZIP", criteria.zip);
     where.equal("STOP.LOCCODE", criteria.location);
     where.equal("STOP.SCHOOL", criteria.school);
     where.equal("STOP.STOPTYPE", criteria.stopType);
-    where.either(criteria.geocoded, Placed, NotPlaced);
-    where.either(criteria.active, trips ? TripActive : StopActive,
-                 trips ? TripInactive : StopInactive);
-    if (trips) {
-        where.equal("STOP_TRIPTYPE.TRIPTYPE", criteria.tripType);
-        where.equal("STOP_TRIPTYPE.RUN", criteria.run);
-        if (criteria.unassigned) {
-            where.add("(STOP_TRIPTYPE.RUN = ' ' OR STOP_TRIPTYPE.RUN Is Null)");
-        }
+    if (criteria.geocoded == Either::Yes) {
+        where.add(Placed);
+    }
+    return where;
+}
+
+void addForStops(Conditions& where, const StopSearchCriteria& criteria) {
+    if (const auto rare = rareConditions(criteria).text(); !rare.empty()) {
+        where.add(rare);
+    }
+    where.either(criteria.active, StopActive, StopInactive);
+    if (criteria.withoutStudents) {
+        where.add(NoStudentOfStop);
+        where.add(NoPassengerOfStop);
+    }
+}
+
+void addForTrips(Conditions& where, const StopSearchCriteria& criteria) {
+    // Looked up among the stops first: the database would go through every trip-type record.
+    if (const auto rare = rareConditions(criteria).text(); !rare.empty()) {
+        where.add(fmt::format(
+            "STOP_TRIPTYPE.INT_STOPID IN (SELECT STOP.INT_STOPID FROM STOP WHERE {})", rare));
+    }
+    where.either(criteria.active, TripActive, TripInactive);
+    where.equal("STOP_TRIPTYPE.TRIPTYPE", criteria.tripType);
+    where.equal("STOP_TRIPTYPE.RUN", criteria.run);
+    if (criteria.unassigned) {
+        where.add("(STOP_TRIPTYPE.RUN = ' ' OR STOP_TRIPTYPE.RUN Is Null)");
     }
     if (criteria.withoutStudents) {
-        where.add(trips ? fmt::format("{} AND {}", NoPassengerOfTrip, NoStudentOfTrip)
-                        : fmt::format("{} AND {}", NoStudentOfStop, NoPassengerOfStop));
+        where.add(NoPassengerOfTrip);
+        where.add(NoStudentOfTrip);
     }
-    return where.text();
 }
 
 }  // namespace
 
 std::string stopSearchQuery(const StopSearchCriteria& criteria) {
-    return fmt::format("{}{}{}{}", StopColumns, criteria.tripTypes ? TripColumns : "",
-                       criteria.tripTypes ? TripsFrom : StopsFrom, conditionsOf(criteria));
+    const bool trips = criteria.tripTypes;
+    auto where = stopConditions(criteria);
+    (trips ? addForTrips : addForStops)(where, criteria);
+    return fmt::format("{}{}{}{}{}", StopColumns, trips ? TripColumns : "",
+                       trips ? TripsFrom : StopsFrom, where.text().empty() ? "" : " Where ",
+                       where.text());
 }
 
 }  // namespace stops

@@ -28,9 +28,12 @@ using startup::trapped;
 
 /// How long a slice of reading may hold up the form: most searches are done in the first, and the
 /// others leave the form free to answer between two.
-constexpr int FirstSliceMs = 60;
-constexpr int SliceMs = 25;
+constexpr int FirstSliceMs = 50;
+constexpr int SliceMs = 20;
 constexpr std::size_t RowsAtOnce = 250;
+/// A list that is longer than a slice gets room for so many: moving tens of megabytes to make room
+/// would hold up the form. Room that is not used takes no memory.
+constexpr std::size_t RowsToExpect = 450'000;
 /// Sorting longer lists would hold up the form; they stay as the database gives them until the
 /// planner sorts them.
 constexpr int MostSorted = 200'000;
@@ -211,7 +214,11 @@ void StopSearchPanel::fill(MultiColumnList& list) {
     if (list.sortColumn() >= 0) {
         sorts_[&list] = {list.sortColumn(), list.sortOrder()};
     }
-    list.setTable(readSlice(FirstSliceMs, found_->emptyTable()));
+    auto table = readSlice(FirstSliceMs, found_->emptyTable());
+    if (!found_->atEnd()) {
+        table.reserve(RowsToExpect);
+    }
+    list.setTable(std::move(table));
     filled();
 }
 
