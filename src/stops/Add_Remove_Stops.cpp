@@ -315,8 +315,9 @@ void Add_Remove_Stops::handToMap() {
     }
 }
 
-/// The criteria get the width they need, the run's list the rest.
+/// Both sides share what width there is, until the planner arranges it anew.
 void Add_Remove_Stops::restoreSplitter() {
+    ui_->Splitter->setStretchFactor(0, 1);
     ui_->Splitter->setStretchFactor(1, 1);
     const auto arranged = controls::LayoutMemory::instance().recall(SplitterKey).toByteArray();
     if (!ui_->Splitter->restoreState(arranged)) {

@@ -20,10 +20,10 @@ struct FoundColumn {
 };
 
 const std::array<FoundColumn, 9> StopFields{{
-    {{"Stop ID", 1500}, "STOPID"},
-    {{"Address", 3000}, "ADDR1"},
+    {{"Stop ID", 1200}, "STOPID"},
+    {{"Address", 2200}, "ADDR1"},
     {{"School"}, "SCHOOL"},
-    {{"Description", 2440}, "DESCRIPTION"},
+    {{"Description", 2000}, "DESCRIPTION"},
     {{"Stop Type"}, "STOPTYPE"},
     {{"Location"}, "LOCCODE"},
     {{"Active"}, "ACTIVE"},
@@ -37,11 +37,11 @@ constexpr std::size_t TripType = 3, Run = 5, TripStopType = 11, TripActive = 13,
 }  // namespace at
 
 const std::array<FoundColumn, 18> TripFields{{
-    {{"Stop ID", 1500}, "STOPID"},
-    {{"Address", 3000}, "ADDR1"},
+    {{"Stop ID", 1200}, "STOPID"},
+    {{"Address", 2200}, "ADDR1"},
     {{"School"}, "SCHOOL"},
     {{"Trip Type"}, "TRIPTYPE"},
-    {{"Description", 2440}, "DESCRIPTION"},
+    {{"Description", 2000}, "DESCRIPTION"},
     {{"Run"}, "RUN"},
     {{"Students", 0, CellKind::Number}, "NUM_STUDENTS"},
     {{"Stop Time", 1000, CellKind::Time}, "TIME_AT_STOP"},

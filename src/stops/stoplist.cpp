@@ -10,8 +10,8 @@ controls::TextTable readStopsInSequence(ado::Connection& connection, std::string
     using controls::CellKind;
     controls::TextTable table;
     // In the order of the question's fields.
-    table.columns = {{"Stop ID", 1500},
-                     {"Location", 3000},
+    table.columns = {{"Stop ID", 1200},
+                     {"Location", 2200},
                      {"Time At Stop", 1000, CellKind::Time},
                      {"Passengers", 0, CellKind::Number},
                      {"Trip Type"},

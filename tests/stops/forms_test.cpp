@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <numeric>
 
 #include "../runedit/map/fakemap.h"
 #include "platform/controls/layoutmemory.h"
@@ -199,13 +200,17 @@ TEST_F(StopForms, LongListsFillWhileThePlannerWorksOn) {
     EXPECT_GT(first, 0);
     EXPECT_LT(first, 60009);
     EXPECT_EQ(text("TotSel"), fmt::format("{} so far", first));
-    list("lstStop").choose(20);
-    list("lstStop").selectRows(std::vector{20});
+    std::vector<int> many(150);
+    std::iota(many.begin(), many.end(), 20);
+    select("lstStop", many);
     EXPECT_TRUE(QTest::qWaitFor([&] { return list("lstStop").rows() > first; }));
-    EXPECT_THAT(list("lstStop").selectedRows(), ElementsAre(20));
+    EXPECT_EQ(list("lstStop").selectedRows(), many);
 
     click("AddStop");  // while the list is filling
-    EXPECT_EQ(text("StopsInRun"), "1");
+    ASSERT_THAT(session.boxes.shown, SizeIs(1));
+    EXPECT_EQ(session.boxes.shown[0].text, "Do you wish to add all 150 stops to the run?");
+    EXPECT_EQ(text("StopsInRun"), "150");
+    EXPECT_FALSE(form().isBusy());
     EXPECT_TRUE(QTest::qWaitFor([&] { return text("TotSel") == "60009"; }, 20'000));
     EXPECT_EQ(list("lstStop").cellText(60008, 0), "X9999") << "sorted by stop id at the end";
 }

@@ -120,7 +120,7 @@ protected:
 };
 
 TEST_F(RandomActions, LeaveTheOrderShownTheRecordsAndTheLogAsTheyWereMade) {
-    for (int step = 0; step < 1500 && !HasFailure(); ++step) {
+    for (int step = 0; step < 600 && !HasFailure(); ++step) {
         SCOPED_TRACE(step);
         if (model_.order.empty() || below(4) == 0) {
             addSome();
