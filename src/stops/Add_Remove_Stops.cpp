@@ -103,19 +103,19 @@ void Add_Remove_Stops::wireButtons() {
         Arrow arrow;
         void (Add_Remove_Stops::*click)();
     } buttons[] = {
-        {ui_->AddStop, Arrow::Right, &Add_Remove_Stops::AddStop_Click},
-        {ui_->DelStop, Arrow::Left, &Add_Remove_Stops::DelStop_Click},
-        {ui_->Move_To_Top, Arrow::ToTop, &Add_Remove_Stops::Move_To_Top_Click},
-        {ui_->MoveUp, Arrow::Up, &Add_Remove_Stops::MoveUp_Click},
-        {ui_->MoveDown, Arrow::Down, &Add_Remove_Stops::MoveDown_Click},
-        {ui_->Move_to_Bottom, Arrow::ToBottom, &Add_Remove_Stops::Move_to_Bottom_Click},
+        {ui_->AddStop, Arrow::Right, &Add_Remove_Stops::AddStop},
+        {ui_->DelStop, Arrow::Left, &Add_Remove_Stops::DelStop},
+        {ui_->Move_To_Top, Arrow::ToTop, &Add_Remove_Stops::Move_To_Top},
+        {ui_->MoveUp, Arrow::Up, &Add_Remove_Stops::MoveUp},
+        {ui_->MoveDown, Arrow::Down, &Add_Remove_Stops::MoveDown},
+        {ui_->Move_to_Bottom, Arrow::ToBottom, &Add_Remove_Stops::Move_to_Bottom},
     };
     for (const auto& [button, arrow, click] : buttons) {
         button->setIcon(arrowIcon(arrow, palette()));
         on(button, &QPushButton::clicked, [this, click = click] { (this->*click)(); });
     }
     on(ui_->ExitAddRun, &QPushButton::clicked, [this] { closeForm(); });
-    on(ui_->StopSearch, &StopSearchPanel::rowActivated, [this] { AddStop_Click(); });
+    on(ui_->StopSearch, &StopSearchPanel::rowActivated, [this] { AddStop(); });
     on(ui_->StopSearch, &StopSearchPanel::selectionCountChanged, [this] { enableButtons(); });
     on(ui_->StopList, &MultiColumnList::selectionCountChanged, [this] { enableButtons(); });
     on(ui_->Splitter, &QSplitter::splitterMoved, [this] {
@@ -123,19 +123,19 @@ void Add_Remove_Stops::wireButtons() {
     });
 }
 
-/// The keys press the buttons, so that they do nothing where a button is disabled.
+/// The keys press the buttons, so that they do nothing where a button is disabled. Those with Alt
+/// work on the run's side only: Alt+Down drops a combo's list.
 void Add_Remove_Stops::wireKeys() {
-    const auto key = [this](const QKeySequence& keys, QWidget* where, Qt::ShortcutContext context,
-                            QPushButton* button) {
-        on(new QShortcut(keys, where, nullptr, nullptr, context), &QShortcut::activated,
-           [button] { button->click(); });
+    const auto key = [this](const QKeySequence& keys, QWidget* where, QPushButton* button) {
+        on(new QShortcut(keys, where, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
+           &QShortcut::activated, [button] { button->click(); });
     };
-    key(Qt::Key_Insert, this, Qt::WindowShortcut, ui_->AddStop);
-    key(Qt::Key_Delete, ui_->StopList, Qt::WidgetShortcut, ui_->DelStop);
-    key(Qt::ALT | Qt::Key_Home, this, Qt::WindowShortcut, ui_->Move_To_Top);
-    key(Qt::ALT | Qt::Key_Up, this, Qt::WindowShortcut, ui_->MoveUp);
-    key(Qt::ALT | Qt::Key_Down, this, Qt::WindowShortcut, ui_->MoveDown);
-    key(Qt::ALT | Qt::Key_End, this, Qt::WindowShortcut, ui_->Move_to_Bottom);
+    key(Qt::Key_Insert, this, ui_->AddStop);
+    key(Qt::Key_Delete, ui_->RunSide, ui_->DelStop);
+    key(Qt::ALT | Qt::Key_Home, ui_->RunSide, ui_->Move_To_Top);
+    key(Qt::ALT | Qt::Key_Up, ui_->RunSide, ui_->MoveUp);
+    key(Qt::ALT | Qt::Key_Down, ui_->RunSide, ui_->MoveDown);
+    key(Qt::ALT | Qt::Key_End, ui_->RunSide, ui_->Move_to_Bottom);
 }
 
 void Add_Remove_Stops::Form_Load() {
@@ -167,8 +167,8 @@ void Add_Remove_Stops::enableButtons() {
     ui_->RunSelected->setText(onRun == 0 ? QString() : tr("%n selected", nullptr, onRun));
 }
 
-std::vector<std::int64_t> Add_Remove_Stops::selectedStops() const {
-    std::vector<std::int64_t> ids;
+Add_Remove_Stops::StopTripIds Add_Remove_Stops::selectedStops() const {
+    StopTripIds ids;
     for (const int row : ui_->StopList->selectedRows()) {
         ids.push_back(ui_->StopList->table()
                           .value(static_cast<std::size_t>(row), StopTripIdColumn)
@@ -178,7 +178,7 @@ std::vector<std::int64_t> Add_Remove_Stops::selectedStops() const {
 }
 
 /// Selects and shows the stops, which the list may have moved.
-void Add_Remove_Stops::selectStops(const std::vector<std::int64_t>& stopTripIds) {
+void Add_Remove_Stops::selectStops(const StopTripIds& stopTripIds) {
     const auto& table = ui_->StopList->table();
     std::vector<int> rows;
     for (std::size_t row = 0; row < table.rowCount(); ++row) {
@@ -207,8 +207,8 @@ auto Add_Remove_Stops::carryOut(std::size_t rows, Action action) {
     return action(&progress);
 }
 
-void Add_Remove_Stops::AddStop_Click() {
-    trapped("AddStop_Click", Module, [this] {
+void Add_Remove_Stops::AddStop() {
+    trapped("AddStop", Module, [this] {
         const auto chosen = ui_->StopSearch->selected();
         const auto question = questionBeforeAdding(run_, chosen);
         if (chosen.empty() ||
@@ -219,20 +219,20 @@ void Add_Remove_Stops::AddStop_Click() {
         const auto added = carryOut(chosen.size(), [&](base::ProgressPort* progress) {
             return addStops(*startup::gcnRouting, run_, chosen, progress);
         });
-        showResult(added.stopTripIds, saidOf(added));
+        showResult(added.stopTripIds, added.stopTripIds, saidOf(added));
         tellOfSkipped(added);
     });
 }
 
-void Add_Remove_Stops::DelStop_Click() {
-    trapped("DelStop_Click", Module, [this] {
+void Add_Remove_Stops::DelStop() {
+    trapped("DelStop", Module, [this] {
         const auto chosen = selectedStops();
         const int place = chosen.empty() ? 0 : ui_->StopList->selectedRows().front();
         const auto rows = static_cast<std::size_t>(ui_->StopList->rows());
         const auto removed = carryOut(rows, [&](base::ProgressPort* progress) {
             return removeStops(*startup::gcnRouting, run_, chosen, progress);
         });
-        showResult({}, said("removed", removed.stopTripIds.size()));
+        showResult(removed.stopTripIds, {}, said("removed", removed.stopTripIds.size()));
         ui_->StopList->choose(place);
         tellOfSkipped(removed);
     });
@@ -243,49 +243,49 @@ void Add_Remove_Stops::move(Move direction) {
     const auto moved = carryOut(0, [&](base::ProgressPort*) {
         return moveStops(*startup::gcnRouting, run_, chosen, direction);
     });
-    showResult(chosen, said("moved", moved.stopTripIds.size()));
+    showResult(moved.stopTripIds, chosen, said("moved", moved.stopTripIds.size()));
     tellOfSkipped(moved);
 }
 
-void Add_Remove_Stops::Move_To_Top_Click() {
+void Add_Remove_Stops::Move_To_Top() {
     trapped("Move_To_Top", Module, [this] { move(Move::ToTop); });
 }
 
-void Add_Remove_Stops::MoveUp_Click() {
+void Add_Remove_Stops::MoveUp() {
     trapped("MoveUp", Module, [this] { move(Move::Up); });
 }
 
-void Add_Remove_Stops::MoveDown_Click() {
+void Add_Remove_Stops::MoveDown() {
     trapped("MoveDown", Module, [this] { move(Move::Down); });
 }
 
-void Add_Remove_Stops::Move_to_Bottom_Click() {
+void Add_Remove_Stops::Move_to_Bottom() {
     trapped("Move_to_Bottom", Module, [this] { move(Move::ToBottom); });
 }
 
-/// Shows what an action has made of both lists.
-void Add_Remove_Stops::showResult(const std::vector<std::int64_t>& stopTripIds,
+/// Shows what an action has made of both lists, with these stops of the run selected.
+void Add_Remove_Stops::showResult(const StopTripIds& changed, const StopTripIds& selected,
                                   const std::string& told) {
-    startup::RefreshRunList = true;
+    startup::RefreshRunList = startup::RefreshRunList || !changed.empty();
     ui_->StopSearch->searchAgain();
     const int place = ui_->StopList->verticalScrollBar()->value();
     Build_StopList();
     ui_->StopList->doItemsLayout();
     ui_->StopList->verticalScrollBar()->setValue(place);
-    selectStops(stopTripIds);
+    selectStops(selected);
     ui_->Status->setText(toQt(told));
 }
 
 /// Closing the window is Exit.
 bool Add_Remove_Stops::formQueryUnload() {
-    ExitAddRun_Click();
+    ExitAddRun();
     return true;
 }
 
 void Add_Remove_Stops::formUnload() { ui_->StopSearch->stopFilling(); }
 
-void Add_Remove_Stops::ExitAddRun_Click() {
-    trapped("ExitAddRun_Click", Module, [this] {
+void Add_Remove_Stops::ExitAddRun() {
+    trapped("ExitAddRun", Module, [this] {
         ui_->StopSearch->stopFilling();
         needDeadHeadBuild();
         handToMap();

@@ -28,13 +28,13 @@ public:
     /// The run to work on; before the form is loaded or shown.
     void edit(const std::string& run);
 
-    void AddStop_Click();
-    void DelStop_Click();
-    void Move_To_Top_Click();
-    void MoveUp_Click();
-    void MoveDown_Click();
-    void Move_to_Bottom_Click();
-    void ExitAddRun_Click();
+    void AddStop();
+    void DelStop();
+    void Move_To_Top();
+    void MoveUp();
+    void MoveDown();
+    void Move_to_Bottom();
+    void ExitAddRun();
 
 protected:
     void formLoad() override { Form_Load(); }
@@ -42,6 +42,8 @@ protected:
     void formUnload() override;
 
 private:
+    using StopTripIds = std::vector<std::int64_t>;
+
     void Form_Load();
     void Build_StopList();
 
@@ -50,13 +52,14 @@ private:
     void restoreSplitter();
     void enableButtons();
 
-    [[nodiscard]] std::vector<std::int64_t> selectedStops() const;
-    void selectStops(const std::vector<std::int64_t>& stopTripIds);
+    [[nodiscard]] StopTripIds selectedStops() const;
+    void selectStops(const StopTripIds& stopTripIds);
     template <class Action>
     [[nodiscard]] auto carryOut(std::size_t rows, Action action);
     void move(Move direction);
     void handToMap();
-    void showResult(const std::vector<std::int64_t>& stopTripIds, const std::string& told);
+    void showResult(const StopTripIds& changed, const StopTripIds& selected,
+                    const std::string& told);
 
     std::unique_ptr<Ui::Add_Remove_Stops> ui_;
     EditedRun run_;

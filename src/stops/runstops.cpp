@@ -34,13 +34,17 @@ void setSequence(ado::Connection& connection, std::int64_t stopTripId, std::int6
     setSequence(connection, stopTripId, std::to_string(sequence));
 }
 
-/// Whether the record is still on the run that the list showed.
-bool isWhereShown(ado::Connection& connection, const ChosenStop& stop) {
-    ado::Recordset record;
-    record.Open(fmt::format("SELECT STOP_TRIPTYPE.RUN FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.ID={}",
-                            stop.stopTripId),
+/// Whether the stop is still where the list showed it: a shared place in the district, any other
+/// stop's record on the same run.
+bool isWhereShown(ado::Connection& connection, const ChosenStop& stop, bool shared) {
+    ado::Recordset stored;
+    stored.Open(shared ? fmt::format("SELECT STOP.INT_STOPID FROM STOP WHERE STOP.INT_STOPID={}",
+                                     stop.intStopId)
+                       : fmt::format("SELECT STOP_TRIPTYPE.RUN FROM STOP_TRIPTYPE WHERE "
+                                     "STOP_TRIPTYPE.ID={}",
+                                     stop.stopTripId),
                 connection);
-    return !record.Eof() && sameCode(record["RUN"].textView(), stop.run);
+    return !stored.Eof() && (shared || sameCode(stored["RUN"].textView(), stop.run));
 }
 
 /// Gives one stop after the other its place behind the run's last one.
@@ -59,7 +63,7 @@ public:
         const bool shared = isSharedPlace(stop.stopType);
         if (!shared && stop.stopTripId == 0) {
             added.withoutTripType.push_back(stop);
-        } else if (!shared && !isWhereShown(connection_, stop)) {
+        } else if (!isWhereShown(connection_, stop, shared)) {
             added.changedByAnother.push_back(stop);
         } else {
             stopsInRun_ = std::max(stopsInRun_, highest_) + 1;

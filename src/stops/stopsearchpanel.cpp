@@ -189,6 +189,7 @@ void StopSearchPanel::Search() {
         try {
             ask(asked);
         } catch (const jet::SqlError&) {
+            showCount();
             startup::reportTyped("Search", form());
         }
     });

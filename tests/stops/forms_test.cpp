@@ -5,12 +5,11 @@
 #include <QTest>
 #include <numeric>
 
-#include "../runedit/map/fakemap.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/forms/formregistry.h"
-#include "runedit/map/maphandoff.h"
+#include "runedit/map/fakemap.h"
 #include "startup/mdlGetMapSoftware.h"
 #include "startup/session.h"
 #include "stops/Add_Remove_Stops.h"
@@ -105,6 +104,7 @@ TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
     press(list("lstSTOP_TRIPTYPE"), Qt::Key_Insert);
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2 S4*");
 
+    list("StopList").setFocus();
     press(list("StopList"), Qt::Key_Home, Qt::AltModifier);
     EXPECT_EQ(stopIds("StopList"), "S4* S1 S3 S2");
     press(list("StopList"), Qt::Key_Down, Qt::AltModifier);
@@ -112,7 +112,6 @@ TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
     click("Move_to_Bottom");
     click("MoveUp");
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S4* S2");
-    list("StopList").setFocus();
     press(list("StopList"), Qt::Key_Delete);
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2*");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S4 S5");

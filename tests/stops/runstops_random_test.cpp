@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <map>
 #include <random>
+#include <thread>
 
 #include "stopsdistrict.h"
 
@@ -130,6 +132,60 @@ TEST_F(RandomActions, LeaveTheOrderShownTheRecordsAndTheLogAsTheyWereMade) {
             moveOne();
         }
         compare();
+    }
+}
+
+/// A planner's program that puts free stops on its run and takes them off, by lists that the other
+/// one makes stale.
+void workOn(const std::string& path, const EditedRun& run, unsigned seed, std::size_t& changed) {
+    ado::Connection connection;
+    connection.Open(path);
+    std::mt19937 random(seed);
+    for (int step = 0; step < 80; ++step) {
+        std::vector<ChosenStop> listed;
+        ado::Recordset free;
+        free.Open("SELECT ID, INT_STOPID FROM STOP_TRIPTYPE WHERE RUN=' ' OR RUN Is Null",
+                  connection);
+        for (; !free.Eof(); free.MoveNext()) {
+            listed.push_back({.intStopId = free["INT_STOPID"].asInteger(),
+                              .stopId = "S" + free["INT_STOPID"].asText(),
+                              .stopType = "REGULAR",
+                              .stopTripId = free["ID"].asInteger(),
+                              .tripType = "AM",
+                              .run = " "});
+        }
+        free.Close();
+        const auto onRun = readRunStops(connection, run.run);
+        std::this_thread::yield();
+        if (random() % 2 == 0 && !listed.empty()) {
+            changed += addStops(connection, run, listed).stopTripIds.size();
+        } else if (!onRun.empty()) {
+            const Ids one{onRun[random() % onRun.size()].stopTripId};
+            changed += removeStops(connection, run, one).stopTripIds.size();
+        }
+    }
+}
+
+TEST_F(StopsDistrict, TwoProgramsNeverTakeAStopFromEachOther) {
+    const auto path = district.path(data::DatabaseFile::Routing);
+    std::array<std::size_t, 2> changed{};
+    std::thread other([&] { workOn(path, {"R2", "AM", "SAM"}, 1, changed[1]); });
+    workOn(path, run, 2, changed[0]);
+    other.join();
+
+    std::map<std::string, std::string> runOf{{"S9", "R2"}};
+    const auto log = rows("SELECT StopID, RUNID, ACTIVITYCODE FROM RUNLOG ORDER BY ID");
+    EXPECT_EQ(log.size(), changed[0] + changed[1]);
+    for (const auto& entry : log) {
+        const auto stop = entry.substr(0, 2);
+        const auto onRun = entry.substr(3, 2);
+        const bool added = entry.back() == '1';
+        ASSERT_EQ(runOf[stop], added ? "" : onRun) << entry;
+        runOf[stop] = added ? onRun : "";
+    }
+    for (const auto& [stop, onRun] : runOf) {
+        EXPECT_THAT(rows("SELECT RUN FROM STOP_TRIPTYPE WHERE INT_STOPID=" + stop.substr(1)),
+                    testing::ElementsAre(onRun.empty() ? " " : onRun));
     }
 }
 

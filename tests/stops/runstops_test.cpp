@@ -21,38 +21,44 @@ TEST_F(StopsDistrict, EveryActionIsWrittenAndLoggedToTheLetter) {
     moveStops(connection, run, Ids{2}, Move::Down);
     removeStops(connection, run, Ids{at(0)});
 
-    const std::string when = "1/31/2026 8:05:09 AM";
+    const auto logged = [](const char* stop, int code, const char* description) {
+        return fmt::format("R1|{}|AM|1/31/2026 8:05:09 AM|PAT|{}|{}", stop, code, description);
+    };
     EXPECT_THAT(
         rows("SELECT RUNID, Int_STOPID, StopID, TripType, LOGDATE, User, ACTIVITYCODE, Description "
              "FROM RUNLOG ORDER BY ID"),
         ElementsAre(
-            "R1|1|S1|AM|" + when +
-                "|PAT|1|Stop added to run: S1 with the sequence of: 1.  Stop Added in Add/Remove "
-                "Stops Screen.",
-            "R1|Null|S6|AM|" + when +
-                "|PAT|1|Stop added to run: S6 with the sequence of: 2.  Stop Added in Add/Remove "
-                "Stops Screen.",
-            "R1|2|S2|AM|" + when +
-                "|PAT|1|Stop added to run: S2 with the sequence of: 3.  Stop Added in Add/Remove "
-                "Stops Screen.",
-            "R1|1|S1|AM|" + when +
-                "|PAT|2|Stop removed from run: S1 the sequence was: 1.  Stop removed in Stop "
-                "Add/Remove Screen.",
-            "R1|2|S2|AM|" + when +
-                "|PAT|3|Stop's sequence in the run: S2 was changed - moved up to top.  The old "
-                "sequence was: 1.  The new sequence is: 1.",
-            "R1|2|S2|AM|" + when +
-                "|PAT|3|Stop's sequence in the run: S2 was changed - moved up to top.  The old "
-                "sequence was: 1.  The new sequence is: 1.",
-            "R1|2|S2|AM|" + when +
-                "|PAT|3|Stop's sequence in the run: S2 was changed - moved up one.  The old "
-                "sequence was: 2.  The new sequence is: 1.",
-            "R1|2|S2|AM|" + when +
-                "|PAT|3|Stop's sequence in the run: S2 was changed - moved down one.  The old "
-                "sequence was: 1.  The new sequence is: 2.",
-            "R1|Null|S6|AM|" + when +
-                "|PAT|2|Stop removed from run: S6 the sequence was: 1.  Stop removed in Stop "
-                "Add/Remove Screen."));
+            logged("1|S1", 1,
+                   "Stop added to run: S1 with the sequence of: 1.  Stop Added in Add/Remove Stops "
+                   "Screen."),
+            logged("Null|S6", 1,
+                   "Stop added to run: S6 with the sequence of: 2.  Stop Added in Add/Remove Stops "
+                   "Screen."),
+            logged("2|S2", 1,
+                   "Stop added to run: S2 with the sequence of: 3.  Stop Added in Add/Remove Stops "
+                   "Screen."),
+            logged(
+                "1|S1", 2,
+                "Stop removed from run: S1 the sequence was: 1.  Stop removed in Stop Add/Remove "
+                "Screen."),
+            logged(
+                "2|S2", 3,
+                "Stop's sequence in the run: S2 was changed - moved up to top.  The old sequence "
+                "was: 1.  The new sequence is: 1."),
+            logged(
+                "2|S2", 3,
+                "Stop's sequence in the run: S2 was changed - moved up to top.  The old sequence "
+                "was: 1.  The new sequence is: 1."),
+            logged("2|S2", 3,
+                   "Stop's sequence in the run: S2 was changed - moved up one.  The old sequence "
+                   "was: 2.  The new sequence is: 1."),
+            logged("2|S2", 3,
+                   "Stop's sequence in the run: S2 was changed - moved down one.  The old sequence "
+                   "was: 1.  The new sequence is: 2."),
+            logged(
+                "Null|S6", 2,
+                "Stop removed from run: S6 the sequence was: 1.  Stop removed in Stop Add/Remove "
+                "Screen.")));
     EXPECT_EQ(shown(), "S2:0");
     EXPECT_THAT(rows("SELECT RUN, RUNSEQ FROM STOP_TRIPTYPE WHERE ID=1"), ElementsAre(" |0"));
 }
