@@ -35,8 +35,7 @@ const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
 /// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
-constexpr std::array NotBuiltYet{"cmdNew",   "Edit",       "PrintIt",
-                                 "TimeLine", "GroupSolve", "MergeRuns"};
+constexpr std::array NotBuiltYet{"PrintIt", "TimeLine", "GroupSolve"};
 
 bool isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
@@ -70,6 +69,7 @@ void frmTarn::wireRunList() {
        [this](int column) { RunList_ClickColumn(column); });
     on(ui_->RunList, &MultiColumnList::rowClicked, [this] { RunList_ClickItem(); });
     on(ui_->RunList, &MultiColumnList::selectionCountChanged, [this] { showSelectedCount(); });
+    on(ui_->RunList, &MultiColumnList::rowActivated, [this] { RunList_DblClick(); });
     on(new QShortcut(QKeySequence::Delete, ui_->RunList, nullptr, nullptr, Qt::WidgetShortcut),
        &QShortcut::activated, [this] { ui_->Delete->click(); });
     on(ui_->Splitter, &QSplitter::splitterMoved, [this] {
@@ -80,9 +80,12 @@ void frmTarn::wireRunList() {
 void frmTarn::wireButtons() {
     on(ui_->cmdSearch, &QPushButton::clicked, [this] { cmdSearch_Click(); });
     on(ui_->cmdReset, &QPushButton::clicked, [this] { cmdReset_Click(); });
+    on(ui_->cmdNew, &QPushButton::clicked, [this] { cmdNew_Click(); });
+    on(ui_->Edit, &QPushButton::clicked, [this] { Edit_Click(); });
     on(ui_->Delete, &QPushButton::clicked, [this] { Delete_Click(); });
     on(ui_->ChangeBell, &QPushButton::clicked, [this] { ChangeBell_Click(); });
     on(ui_->GroupChange, &QPushButton::clicked, [this] { GroupChange_Click(); });
+    on(ui_->MergeRuns, &QPushButton::clicked, [this] { MergeRuns_Click(); });
     on(ui_->DeadHead, &QPushButton::clicked, [this] { DeadHead_Click(); });
     on(ui_->SelectAll, &QPushButton::clicked, [this] { SelectAll_Click(); });
     on(ui_->Exit, &QPushButton::clicked, [this] { Exit_Click(); });
@@ -216,6 +219,10 @@ void frmTarn::RunList_ClickItem() {
             ui_->Tarn->setText(toQt(ui_->RunList->chosenKey()));
         }
     });
+}
+
+void frmTarn::RunList_DblClick() {
+    trapped("RunList_DblClick", Module, [this] { Edit_Click(); });
 }
 
 void frmTarn::showButtons() {

@@ -33,9 +33,12 @@ public:
 
     void cmdSearch_Click();
     void cmdReset_Click();
+    void cmdNew_Click();
+    void Edit_Click();
     void Delete_Click();
     void ChangeBell_Click();
     void GroupChange_Click();
+    void MergeRuns_Click();
     void DeadHead_Click();
     void SelectAll_Click();
     void Exit_Click();
@@ -53,6 +56,7 @@ public:
 
     void RunList_ClickColumn(int column);
     void RunList_ClickItem();
+    void RunList_DblClick();
 
     [[nodiscard]] std::vector<std::string> selectedRuns() const override;
     void searchAgain() override;

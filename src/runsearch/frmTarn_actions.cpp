@@ -1,16 +1,21 @@
+#include <QScopeGuard>
+
 #include <fmt/format.h>
 
 #include "groupops/belltime/BellTimeChange.h"
 #include "groupops/deadhead/frmCalcDeadHead.h"
 #include "groupops/groupchange/frmGroupRunChange.h"
+#include "groupops/merge/MergeRun.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
+#include "runedit/Run.h"
 #include "runsearch/frmTarn.h"
 #include "runsearch/listplace.h"
 #include "runsearch/rundeletion.h"
 #include "startup/mdlDBConnection.h"
+#include "startup/mdlNONULL.h"
 #include "startup/mdlSecurity_Routines.h"
 #include "startup/trap.h"
 
@@ -21,13 +26,18 @@ namespace runsearch {
 namespace {
 
 using controls::fromQt;
+using controls::toQt;
 using startup::trapped;
 
 constexpr auto ActionsModule = "frmTarn";
 
 constexpr auto NoRunSelectedTitle = "No Run Selected";
+constexpr auto NoRunToEdit =
+    "Oops, you did not select run to edit.  Please click on the desired run and try again.";
 constexpr auto NoRunToDelete =
     "Oops, you did not select run to delete.  Please click on the desired run and try again.";
+constexpr auto NoRunToMerge =
+    "Oops, you did not select run to merge.  Please click on the desired run and try again.";
 constexpr auto ConfirmDeletionTitle = "Please Confirm Removal of this Run";
 constexpr auto ConfirmDeletion = "Are you sure you want to remove this run?";
 constexpr auto HasStopsTitle = "Cannot Delete - Run Has Stops Assigned to it";
@@ -61,6 +71,39 @@ std::string frmTarn::chosenRun() const {
 void frmTarn::tellRunIsGone(const std::string& run) {
     inform(fmt::format(RunGone, run), RunGoneTitle);
     refreshRunList();
+}
+
+/// chkNew is set only while the editor loads.
+void frmTarn::cmdNew_Click() {
+    trapped("cmdNew_Click", ActionsModule, [this] {
+        if (!startup::HasAuthority("RTG210", true)) {
+            return;
+        }
+        auto& editor = forms::FormRegistry::instance().make<runedit::Run>(this);
+        editor.editNew();
+        ui_->chkNew->setChecked(true);
+        {
+            const auto cleared = qScopeGuard([this] { ui_->chkNew->setChecked(false); });
+            editor.load();
+        }
+        editor.showForm();
+    });
+}
+
+void frmTarn::Edit_Click() {
+    trapped("Edit_Click", ActionsModule, [this] {
+        ui_->Tarn->setText(toQt(startup::NoNullString(ui_->RunList->chosenKey()).asText()));
+        const std::string run = chosenRun();
+        if (run.empty()) {
+            return inform(NoRunToEdit, NoRunSelectedTitle);
+        }
+        if (!runExists(*startup::gcnRouting, run)) {
+            return tellRunIsGone(run);
+        }
+        auto& editor = forms::FormRegistry::instance().make<runedit::Run>(this);
+        editor.edit(run);
+        editor.showForm();
+    });
 }
 
 void frmTarn::Delete_Click() {
@@ -107,6 +150,21 @@ void frmTarn::ChangeBell_Click() {
 void frmTarn::GroupChange_Click() {
     trapped("GroupChange_Click", ActionsModule,
             [this] { openForm<groupops::frmGroupRunChange>(*this, this); });
+}
+
+void frmTarn::MergeRuns_Click() {
+    trapped("MergeRuns_Click", ActionsModule, [this] {
+        const std::string run = chosenRun();
+        if (run.empty()) {
+            return inform(NoRunToMerge, NoRunSelectedTitle);
+        }
+        if (!runExists(*startup::gcnRouting, run)) {
+            return tellRunIsGone(run);
+        }
+        auto& merge = forms::FormRegistry::instance().make<groupops::MergeRun>(this);
+        merge.receive(run);
+        merge.showForm();
+    });
 }
 
 void frmTarn::DeadHead_Click() {

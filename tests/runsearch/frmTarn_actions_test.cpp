@@ -36,6 +36,42 @@ protected:
     std::string runsLeft() { return std::to_string(list("RunList").rows()); }
 };
 
+TEST_F(ActionsTest, OpensTheFormOfEachAction) {
+    const std::vector<std::pair<const char*, const char*>> launchers{
+        {"cmdNew", "Run"},
+        {"Edit", "Run"},
+        {"MergeRuns", "MergeRun"},
+        {"ChangeBell", "BellTimeChange"},
+        {"GroupChange", "frmGroupRunChange"},
+        {"DeadHead", "frmCalcDeadHead"}};
+    form().showForm();
+    for (const auto& [button, name] : launchers) {
+        choose("102-AM");
+        click(button);
+        auto* opened = forms::FormRegistry::instance().find(name);
+        ASSERT_NE(opened, nullptr) << name;
+        EXPECT_EQ(opened->parentWidget(), &form()) << name;
+        EXPECT_FALSE(control<QAbstractButton>("chkNew").isChecked()) << name;
+        opened->unload();
+    }
+    EXPECT_THAT(titles(), ElementsAre());
+}
+
+TEST_F(ActionsTest, EditsTheRunOfTheRowThatIsActivated) {
+    form().showForm();
+    choose("201-PM");
+    QTest::keyClick(&list("RunList"), Qt::Key_Return);
+    auto* editor = forms::FormRegistry::instance().find("Run");
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->findChild<QLineEdit*>("RunID")->text(), "201-PM");
+    editor->unload();
+
+    list("RunList").choose(-1);
+    form().Edit_Click();
+    click("MergeRuns");
+    EXPECT_THAT(titles(), ElementsAre("No Run Selected", "No Run Selected"));
+}
+
 TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
     click("Delete");
     ASSERT_EQ(session.boxes.shown.size(), 1U);
@@ -80,6 +116,16 @@ TEST_F(ActionsTest, TellsWhenAnotherUserWasFaster) {
     EXPECT_THAT(session.boxes.shown.back().text, HasSubstr("103-PM"));
     EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run", "Run Not Found"));
     EXPECT_EQ(label("TotSel"), "3");
+
+    for (const char* button : {"Edit", "MergeRuns"}) {
+        choose("102-AM");
+        district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '102-AM'");
+        click(button);
+        EXPECT_THAT(titles(), ElementsAre("Run Not Found")) << button;
+        EXPECT_EQ(label("TotSel"), "2");
+        district.sql(DatabaseFile::Routing, "INSERT INTO RUN(RUN) VALUES ('102-AM')");
+        found();
+    }
 }
 
 TEST_F(ActionsTest, AsksForTheAuthorityBeforeItDeletes) {
