@@ -34,6 +34,15 @@ using controls::toQt;
 
 namespace {
 
+/// Whether a form is that one or was opened from it, directly or through others.
+bool isOrBelongsTo(const QWidget& form, const QWidget& other) {
+    const QWidget* one = &form;
+    while (one != nullptr && one != &other) {
+        one = one->parentWidget();
+    }
+    return one != nullptr;
+}
+
 QString withoutAccessKey(QString caption) { return caption.remove('&'); }
 
 /// Replaces all of a text control's content by keyboard.
@@ -347,7 +356,7 @@ void bringWithinReach(QWidget& control) {
         }
     }
     const QWidget* modal = QApplication::activeModalWidget();
-    if (modal != nullptr && modal != control.window()) {
+    if (modal != nullptr && !isOrBelongsTo(*control.window(), *modal)) {
         throw ControlError(fmt::format("is out of reach behind {}", fromQt(modal->objectName())));
     }
     if (!control.isVisible()) {

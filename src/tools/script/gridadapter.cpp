@@ -51,8 +51,11 @@ void GridAdapter::setCell(int row, int column, const std::string& text) {
     }
     QTableView& view = grid_.view();
     focus(view);
-    clickAt(*view.viewport(), place(index));
-    pressKey(view, Qt::Key_F2);
+    // A single click on a selected row waits for a second one and lets no key begin meanwhile.
+    doubleClickAt(*view.viewport(), place(index));
+    if (view.indexWidget(index) == nullptr) {
+        cannot(fmt::format("takes a text in row {}, column {} now", row, column));
+    }
     QWidget& editor = *view.indexWidget(index);
     pressKey(editor, Qt::Key_A, Qt::ControlModifier);
     pressKey(editor, Qt::Key_Delete);
