@@ -8,7 +8,7 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
-#include "platform/forms/operation.h"
+#include "platform/store/database.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/mdlFileUtilities.h"
 #include "startup/session.h"
@@ -28,19 +28,30 @@ using startup::trapped;
 constexpr auto Module = "frmStopTripType";
 /// Early bell, late bell and conflicting times: what a stop's own record can break.
 constexpr auto Switches = "NNNYYNNY";
-constexpr int StatusMilliseconds = 5000;
+constexpr int StatusMilliseconds = 8000;
 
 constexpr auto GoneText =
     "Oops, this stop's trip record does not exist any more: somebody else has deleted it.  Nothing "
     "can be saved.  What you entered stays on this form until you leave it.";
 constexpr auto GoneTitle = "Trip Record Deleted";
+constexpr auto ChangedTitle = "Stop Changed Meanwhile";
 constexpr auto ChangedText =
-    "Oops, {} changed this stop's trip record while you were working on it:\n\n{}\n\n"
-    "Nothing has been saved.  The form now shows the record as it is stored, with what you entered "
-    "on top of it.  Press OK to save your entries, or Exit to leave the record as it is.";
-constexpr auto ChangedTitle = "Trip Record Changed by Somebody Else";
-constexpr auto LeaveText = "You have changed stop {}.  Do you want to save the changes?";
-constexpr auto LeaveTitle = "Changes Not Saved";
+    "Oops, {} has changed this stop's trip record since you opened it.  Nothing was saved yet.\n\n"
+    "{}\n\n"
+    "Yes - show the new values and keep what you have entered.  Look at them, then press OK again "
+    "to save.\n"
+    "No - throw away what you have entered and show the record as it is now.\n"
+    "Cancel - go back without changing anything.";
+constexpr auto LeaveTitle = "Stop Not Saved";
+constexpr auto LeaveText =
+    "You have changed stop {} and not saved it.\n\n"
+    "Yes - save it and go on.\n"
+    "No - go on without saving.\n"
+    "Cancel - go on editing.";
+constexpr auto LockedTitle = "Stop Not Saved";
+constexpr auto LockedText =
+    "Oops, another program is writing to the routing database just now, and nothing more was "
+    "saved.  What you have entered is not lost.  Please wait a moment and try again.";
 constexpr auto NoTimeText =
     "Oops, this stop has no time yet.  Please enter the time at stop around which the run is to be "
     "timed.";
@@ -208,7 +219,7 @@ bool frmStopTripType::save() {
             tellGone();
             return false;
         case SaveResult::Changed:
-            takeOver(*outcome.stored, fields);
+            askAboutChanges(*outcome.stored, fields);
             return false;
         case SaveResult::Saved:
             break;
@@ -217,20 +228,21 @@ bool frmStopTripType::save() {
     return true;
 }
 
-/// Somebody else's changes and the planner's own are both kept in sight; the next OK decides.
-void frmStopTripType::takeOver(const TripRecord& stored, const TripFields& fields) {
-    const bool isTheirs = stored.changed != held_.changed && !stored.changedBy.empty();
-    std::string changes = changesByOthers(held_.fields, stored.fields, fields);
-    if (stored.run != held_.run || stored.sequence != held_.sequence) {
-        changes +=
-            fmt::format("{}It is now {}, at place {}", changes.empty() ? "" : "\n",
-                        stored.isOnRun() ? "on run " + stored.run : "on no run", stored.sequence);
+/// Tells of somebody else's changes; the planner decides what the form shows now.
+void frmStopTripType::askAboutChanges(const TripRecord& stored, const TripFields& fields) {
+    const bool isKnown = stored.changed != held_.changed && !stored.changedBy.empty();
+    const auto answer =
+        base::MsgBox(fmt::format(ChangedText, isKnown ? stored.changedBy : "another program",
+                                 changesByOthers(held_, stored, fields)),
+                     ChangedTitle, base::MsgIcon::Exclamation, base::MsgButtons::YesNoCancel);
+    if (answer == base::MsgAnswer::Cancel) {
+        return;
     }
     const TripFields both = merged(held_.fields, stored.fields, fields);
     hold(stored);
-    boxes_.showTyped(both);
-    base::MsgBox(fmt::format(ChangedText, isTheirs ? stored.changedBy : "somebody else", changes),
-                 ChangedTitle, base::MsgIcon::Exclamation);
+    if (answer == base::MsgAnswer::Yes) {
+        boxes_.showTyped(both);
+    }
 }
 
 void frmStopTripType::tellGone() {
@@ -251,21 +263,37 @@ void frmStopTripType::finish(const std::string& status) {
     }
 }
 
+/// What another program keeps from being written can be tried again.
+void frmStopTripType::unlessLocked(const std::function<void()>& write) {
+    try {
+        write();
+    } catch (const store::StoreError& error) {
+        if (error.fault() != store::Fault::Locked) {
+            throw;
+        }
+        base::MsgBox(LockedText, LockedTitle, base::MsgIcon::Exclamation);
+    }
+}
+
 void frmStopTripType::OK_Click() {
     trapped("OK_Click", Module, [this] {
-        if (save()) {
-            finish(fmt::format("Stop {} saved.", held_.stopId));
-        }
+        unlessLocked([this] {
+            if (save()) {
+                finish(fmt::format("Stop {} saved.", held_.stopId));
+            }
+        });
     });
 }
 
 void frmStopTripType::CalcTimes_Click() {
     trapped("CalcTimes_Click", Module, [this] {
-        if (save()) {
-            const bool timed = timeRun();
-            finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
-                         : fmt::format("Stop {} saved.", held_.stopId));
-        }
+        unlessLocked([this] {
+            if (save()) {
+                const bool timed = timeRun();
+                finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
+                             : fmt::format("Stop {} saved.", held_.stopId));
+            }
+        });
     });
 }
 

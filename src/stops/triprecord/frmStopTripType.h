@@ -59,7 +59,8 @@ private:
     bool refuseFaults(const TripFields& fields);
     bool save();
     bool timeRun();
-    void takeOver(const TripRecord& stored, const TripFields& fields);
+    void askAboutChanges(const TripRecord& stored, const TripFields& fields);
+    void unlessLocked(const std::function<void()>& write);
     void tellGone();
     void finish(const std::string& status);
     bool mayLeave();

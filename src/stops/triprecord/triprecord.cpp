@@ -109,6 +109,17 @@ std::vector<std::int64_t> tripRecordsOf(ado::Connection& routing, std::string_vi
     return ids;
 }
 
+std::string changesByOthers(const TripRecord& held, const TripRecord& stored,
+                            const TripFields& entered) {
+    std::string changes = changesByOthers(held.fields, stored.fields, entered);
+    if (stored.run != held.run || stored.sequence != held.sequence) {
+        changes +=
+            fmt::format("{}It is now {}, at place {}", changes.empty() ? "" : "\n",
+                        stored.isOnRun() ? "on run " + stored.run : "on no run", stored.sequence);
+    }
+    return changes;
+}
+
 SaveOutcome saveTripRecord(ado::Connection& routing, const TripRecord& held,
                            const TripFields& entered, const Stamp& stamp) {
     ado::UnitOfWork unit(routing);

@@ -40,6 +40,11 @@ struct TripRecord {
 [[nodiscard]] std::vector<std::int64_t> tripRecordsOf(ado::Connection& routing,
                                                       std::string_view run);
 
+/// What a planner reads about what somebody else has changed from `held` to `stored` while
+/// `entered` was being typed, one line a change.
+[[nodiscard]] std::string changesByOthers(const TripRecord& held, const TripRecord& stored,
+                                          const TripFields& entered);
+
 /// Who saves, and when.
 struct Stamp {
     std::string user;

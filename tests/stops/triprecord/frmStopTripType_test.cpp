@@ -104,12 +104,16 @@ TEST_F(StopTripForm, ShowsBothSidesOfAConflictAndSavesOnTheNextOk) {
     type("NUM_STUDENTS", "9");
     sql("UPDATE STOP_TRIPTYPE SET NUM_STUDENTS = 7, LOAD_TIME = 3, ChangedBy = 'CLERK', "
         "changeddt = '2026-01-31 08:05:00' WHERE ID = 43");
-    click("OK");
-    ASSERT_EQ(session.boxes.shown.size(), 1U);
-    EXPECT_THAT(session.boxes.shown[0].text,
-                HasSubstr("CLERK changed this stop's trip record while you were working on it:\n\n"
-                          "Passengers: now 7, it was 5; you entered 9\nLoad time: now 3,"));
-    EXPECT_EQ(shown("NUM_STUDENTS") + " " + shown("LOAD_TIME"), "9 3");
+    for (const auto& [answer, boxes] :
+         {std::pair(MsgAnswer::Cancel, "9 2.35"), std::pair(MsgAnswer::Yes, "9 3")}) {
+        session.boxes.answers.push_back(answer);
+        click("OK");
+        EXPECT_THAT(session.boxes.shown.back().text,
+                    HasSubstr("Oops, CLERK has changed this stop's trip record since you opened it."
+                              "  Nothing was saved yet.\n\n"
+                              "Passengers: now 7, it was 5; you entered 9\nLoad time: now 3,"));
+        EXPECT_EQ(shown("NUM_STUDENTS") + " " + shown("LOAD_TIME"), boxes);
+    }
     EXPECT_EQ(saved, 0);
     click("OK");
     EXPECT_EQ(record(43), "9|3|9|0|7:10:00 AM|left|True|Gate code 7|PLANNER");
@@ -147,7 +151,7 @@ TEST_F(StopTripForm, WalksAlongTheRunAndAsksBeforeTypedTextIsLost) {
     for (const auto answer : {MsgAnswer::Cancel, MsgAnswer::Yes}) {
         session.boxes.answers.push_back(answer);
         click("NextStop");
-        EXPECT_EQ(lastTitle(), "Changes Not Saved");
+        EXPECT_EQ(lastTitle(), "Stop Not Saved");
         EXPECT_EQ(label("Heading"), answer == MsgAnswer::Cancel ? "Stop B" : "Stop SCH");
     }
     EXPECT_EQ(record(43), "5|2.3533332|9|0|7:10:00 AM|left|True||PLANNER");

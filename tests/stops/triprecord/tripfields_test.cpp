@@ -9,7 +9,6 @@ namespace {
 
 using base::Date;
 using base::Value;
-using testing::HasSubstr;
 
 TripFields goodFields() {
     return {{5, 0.5, 9, 1.25, Date::timeOfDay(7, 10), "left", true, "Gate code 7"}};
