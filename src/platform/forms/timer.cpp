@@ -1,8 +1,11 @@
 #include "platform/forms/timer.h"
 
+#include <QEventLoop>
 #include <QSet>
 #include <algorithm>
 #include <cmath>
+
+#include "platform/forms/application.h"
 
 namespace forms {
 
@@ -64,6 +67,13 @@ void Timer::setSpeed(double factor) {
 
 int Timer::wallMilliseconds(int milliseconds) {
     return std::max(1, static_cast<int>(std::lround(milliseconds / speed)));
+}
+
+void pause(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(Timer::wallMilliseconds(milliseconds), &loop, &QEventLoop::quit);
+    loop.exec();
+    Application::instance().throwIfEnding();
 }
 
 }  // namespace forms

@@ -39,4 +39,8 @@ private:
     bool once_ = false;
 };
 
+/// Lets the event loop run for that long on the timers' clock; for a procedure that waits for
+/// another program. Throws base::EndProgram if the program ended meanwhile.
+void pause(int milliseconds);
+
 }  // namespace forms

@@ -14,9 +14,6 @@ namespace runedit {
 
 namespace {
 
-constexpr auto Service = "ArcView";
-constexpr auto Topic = "System";
-
 /// The request lists as they were; put back unless the hand-over is kept.
 class RequestListsBefore {
 public:
@@ -111,7 +108,7 @@ void handOver(const HandOver& of) {
     if (of.files.isRunAtWork(of.run.run)) {
         throw StillProcessing();
     }
-    const auto map = of.transport.open(Service, Topic);
+    const auto map = of.transport.open(MapService, MapTopic);
     StopExportFile stops(of.files.stopExport(of.run.run),
                          dbf::bytesOf(readStopExport(of.routing, of.run.run)));
     RequestListsBefore lists(of.files);

@@ -11,6 +11,10 @@
 
 namespace runedit {
 
+/// The conversation with the map program.
+inline constexpr auto MapService = "ArcView";
+inline constexpr auto MapTopic = "System";
+
 /// Raised where the map program has not finished with the run.
 class StillProcessing : public base::RunTimeError {
 public:

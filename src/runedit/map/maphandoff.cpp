@@ -67,16 +67,26 @@ bool handRunToMap(const std::string& run, MapScreen screen, const std::string& p
     return false;
 }
 
-void listRunsForMap(const std::vector<std::string>& runs, MapScreen screen) {
+void requireMapProgram() { (void)dde::transport().open(MapService, MapTopic); }
+
+std::vector<UnlistedRun> listRunsForMap(const std::vector<std::string>& runs, MapScreen screen) {
     if (!mapExchangeOn()) {
-        return;
+        return {};
     }
+    const WorkFiles files = sessionFiles();
     std::vector<std::string> lines;
+    std::vector<UnlistedRun> unlisted;
     for (const std::string& run : runs) {
-        const MapRun told = readMapRun(*startup::gcnRouting, run);
-        lines.push_back(lineText(requestFor(told, screenWord(screen), seatsOf(told))));
+        try {
+            const MapRun told = readMapRun(*startup::gcnRouting, run);
+            (void)files.stopExport(told.run);
+            lines.push_back(lineText(requestFor(told, screenWord(screen), seatsOf(told))));
+        } catch (const base::RunTimeError& fault) {
+            unlisted.push_back({run, fault});
+        }
     }
-    writeRequestList(sessionFiles(), lines);
+    writeRequestList(files, lines);
+    return unlisted;
 }
 
 }  // namespace runedit

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/error.h"
+
 /// Handing runs to the map program and what is left of it in the program folder. These are for
 /// forms: they use the session's folders, connections and map setting.
 namespace runedit {
@@ -57,8 +59,18 @@ void sendRunToMap(const std::string& run, MapScreen screen);
 [[nodiscard]] bool handRunToMap(const std::string& run, MapScreen screen,
                                 const std::string& procedure, const std::string& module);
 
-/// Makes the request list of several runs, which the clean-up program reads. Does nothing without
-/// an exchange. Raises as sendRunToMap does, for a run that is not there, too.
-void listRunsForMap(const std::vector<std::string>& runs, MapScreen screen);
+/// Raises one of dde::errors where no map program can be reached now.
+void requireMapProgram();
+
+/// A run that could not be put into the request list.
+struct UnlistedRun {
+    std::string run;
+    base::RunTimeError fault;
+};
+
+/// Makes the request list of several runs, which the clean-up program reads, and answers with the
+/// runs that had to be left out: no longer there, or with an id that cannot name a file. Does
+/// nothing without an exchange. Raises "Path/File access error" (75).
+std::vector<UnlistedRun> listRunsForMap(const std::vector<std::string>& runs, MapScreen screen);
 
 }  // namespace runedit

@@ -27,6 +27,7 @@ public:
     bool there = true;
     /// Fails at the opening (0) or at that command, counted from 1; -1 never.
     int failsAt = -1;
+    int failure = dde::errors::NobodyThere;
     std::vector<std::string> taken;
     std::function<void()> whenTaken = [] {};
 
@@ -55,7 +56,7 @@ private:
 
     void failIf(int step) const {
         if (step == failsAt) {
-            throw base::RunTimeError(dde::errors::NobodyThere, "ArcView is not running.");
+            throw base::RunTimeError(failure, "ArcView is not running.");
         }
     }
 };

@@ -53,6 +53,7 @@ TEST_F(HandOverTest, WritesFilesAndRecordAndThenAsksTheMap) {
 }
 
 TEST_F(HandOverTest, TheOtherScreensHaveTheRunSolvedWithClosedStreets) {
+    sql("INSERT INTO RUN(RUN) VALUES ('A/B')");
     sql("UPDATE District SET GIS_CLOSEDSTREETFILENAME = 'works.avl'");
     sql("UPDATE RUN SET Capacity = ' ', OverFill = NULL, BELLTIME = NULL WHERE RUN = '101-AM'");
     sendRunToMap("101-AM", MapScreen::AddRun);
@@ -64,7 +65,11 @@ TEST_F(HandOverTest, TheOtherScreensHaveTheRunSolvedWithClosedStreets) {
               "103-PM|Group_Run_Solve|End|12:00:00 AM|12:00:00 AM|12:00:00 AM||0\n");
     EXPECT_THAT(dbf::tableIn(file("103-PM.dbf")).rows, IsEmpty());
 
-    listRunsForMap({"101-AM", "201-PM"}, MapScreen::GroupRunSolve);
+    const auto unlisted =
+        listRunsForMap({"101-AM", "A/B", "gone", "201-PM"}, MapScreen::GroupRunSolve);
+    ASSERT_THAT(unlisted, testing::SizeIs(2));
+    EXPECT_EQ(unlisted[0].run + "," + unlisted[1].run, "A/B,gone");
+    EXPECT_EQ(unlisted[0].fault.number(), base::errors::PathFileAccess);
     EXPECT_THAT(linesOf(file("Runs.txt")),
                 ElementsAre(StartsWith("101-AM|"), StartsWith("201-PM|")));
     EXPECT_THAT(file("RunsOld.txt"), StartsWith("103-PM|"));
