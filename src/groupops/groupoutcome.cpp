@@ -7,13 +7,10 @@
 
 namespace groupops {
 
-namespace {
-
-std::string runs(std::size_t count) {
+std::string runCount(std::size_t count) {
     return count == 1 ? std::string("1 run") : fmt::format("{} runs", count);
 }
 
-/// "A, B, C and 5 more".
 std::string someOf(const std::vector<std::string>& ids) {
     constexpr std::ptrdiff_t Shown = 10;
     const auto shown = std::min(Shown, std::ssize(ids));
@@ -22,14 +19,12 @@ std::string someOf(const std::vector<std::string>& ids) {
                                     : fmt::format("{} and {} more", text, ids.size() - shown);
 }
 
-}  // namespace
-
 std::string whatWasLeft(const GroupOutcome& outcome) {
     if (outcome.changed == outcome.asked) {
         return {};
     }
     std::string text = fmt::format("{} changed and saved, {} of {} not changed.",
-                                   runs(static_cast<std::size_t>(outcome.changed)),
+                                   runCount(static_cast<std::size_t>(outcome.changed)),
                                    outcome.asked - outcome.changed, outcome.asked);
     if (outcome.stopped) {
         text += "\n\nYou stopped the change.  The runs not yet reached are as they were before.";

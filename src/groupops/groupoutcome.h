@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,11 @@ struct GroupOutcome {
     std::vector<std::string> withoutEnd;  ///< runs left alone: they have no end time to keep
     bool stopped = false;                 ///< the planner stopped before the last run
 };
+
+/// "1 run", "2 runs".
+[[nodiscard]] std::string runCount(std::size_t count);
+/// "A, B, C and 5 more".
+[[nodiscard]] std::string someOf(const std::vector<std::string>& ids);
 
 /// What a planner has to know where not every run was changed: how many were, how many were not and
 /// why, and the ids of those that could not be. Empty when all went well.

@@ -1,0 +1,135 @@
+#include "groupops/groupsolve/groupsolve.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "platform/dde/transport.h"
+#include "runedit/map/handover.h"
+
+namespace groupops {
+
+namespace {
+
+constexpr auto Preparing = "Preparing for Group Run Solve...";
+constexpr auto AtWork = "Changed information for run: {}.";
+constexpr auto MapHasEnded = "The mapping software has ended without an answer.";
+
+/// Whether the next run would meet the same fault.
+bool stopsTheGroup(const base::RunTimeError& fault) {
+    switch (fault.number()) {
+        case dde::errors::NoBus:
+        case dde::errors::NobodyThere:
+        case dde::errors::ProgramEnded:
+        case dde::errors::NoAnswerInTime:
+        case base::errors::PathFileAccess:
+        case base::errors::FileNotFound:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void leaveOut(SolveRun& run, const base::RunTimeError& fault) {
+    const bool gone = fault.number() == base::errors::InvalidProcedureCall;
+    run.state = gone ? SolveState::Gone : SolveState::Failed;
+    run.why = fault.what();
+}
+
+class GroupSolve {
+public:
+    GroupSolve(const std::vector<std::string>& runs, MapSide& map, base::ProgressPort& progress)
+        : outcome_(runs), map_(map), progress_(progress) {}
+
+    SolveOutcome solve() {
+        try {
+            prepare();
+            for (std::size_t i = 0; i < outcome_.runs.size() && outcome_.reachedEnd(); ++i) {
+                turn(i);
+            }
+        } catch (const base::RunTimeError& fault) {
+            if (!stopsTheGroup(fault)) {
+                throw;
+            }
+            outcome_.fault = fault.what();
+        }
+        return std::move(outcome_);
+    }
+
+private:
+    void prepare() {
+        progress_.status(Preparing);
+        map_.showState(outcome_, 0);
+        map_.require();
+        for (const auto& unlisted : map_.listRuns(outcome_.runsIn(SolveState::NotSent))) {
+            leaveOut(*std::ranges::find(outcome_.runs, unlisted.run, &SolveRun::run),
+                     unlisted.fault);
+        }
+        if (outcome_.count(SolveState::NotSent) > 0) {
+            outcome_.stopped = !map_.cleanUp();
+        }
+    }
+
+    void turn(std::size_t at) {
+        if (progress_.yield()) {
+            outcome_.stopped = true;
+            return;
+        }
+        SolveRun& run = outcome_.runs[at];
+        if (run.state == SolveState::NotSent) {
+            progress_.status(fmt::format(AtWork, run.run));
+            map_.showState(outcome_, at);
+            if (send(run)) {
+                run.state = SolveState::Sent;
+                map_.showState(outcome_, at);
+                takeReply(run, map_.awaitReply(run.run));
+            }
+        }
+        map_.showState(outcome_, at);
+        progress_.progress(100.0 * static_cast<double>(at + 1) /
+                           static_cast<double>(outcome_.runs.size()));
+    }
+
+    bool send(SolveRun& run) {
+        try {
+            map_.send(run.run);
+            return true;
+        } catch (const runedit::StillProcessing& busy) {
+            run.state = SolveState::StillProcessing;
+            base::MsgBox(busy.what(), runedit::MapStillProcessingTitle, base::MsgIcon::Information);
+        } catch (const base::RunTimeError& fault) {
+            if (stopsTheGroup(fault)) {
+                throw;
+            }
+            leaveOut(run, fault);
+        }
+        return false;
+    }
+
+    void takeReply(SolveRun& run, MapReply reply) {
+        switch (reply) {
+            case MapReply::Received:
+                run.state = SolveState::Solved;
+                break;
+            case MapReply::MapEnded:
+                outcome_.fault = MapHasEnded;
+                break;
+            case MapReply::NotAwaited:
+                outcome_.stopped = true;
+                break;
+        }
+    }
+
+    SolveOutcome outcome_;
+    MapSide& map_;
+    base::ProgressPort& progress_;
+};
+
+}  // namespace
+
+SolveOutcome solveRuns(const std::vector<std::string>& runs, MapSide& map,
+                       base::ProgressPort& progress) {
+    return GroupSolve(runs, map, progress).solve();
+}
+
+}  // namespace groupops

@@ -1,0 +1,276 @@
+#include "groupops/groupsolve/Group_Run_Solve.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QProgressBar>
+#include <QTimer>
+
+#include "../../runedit/map/fakemap.h"
+#include "../../runedit/map/mapsession.h"
+#include "../groupsupport.h"
+#include "platform/controls/layoutmemory.h"
+#include "platform/controls/multicolumnlist.h"
+#include "platform/dde/dbustransport.h"
+#include "platform/forms/formregistry.h"
+#include "platform/forms/timer.h"
+#include "runedit/map/requestline.h"
+#include "support/privatebus.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using groupops::Group_Run_Solve;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+class GroupSolveForm : public MapSession {
+protected:
+    GroupSolveForm() {
+        forms::Application::instance().startAfresh();
+        forms::Timer::setSpeed(200);
+        selection.selected = {"101-AM", "102-AM", "201-PM"};
+        map.whenTaken = [this] { answerSoon(); };
+    }
+    ~GroupSolveForm() override {
+        forms::Timer::setSpeed(1);
+        forms::FormRegistry::instance().destroyAll();
+        controls::LayoutMemory::instance().forget();
+    }
+
+    Group_Run_Solve& form() {
+        return forms::FormRegistry::instance().load<Group_Run_Solve>(selection);
+    }
+    void solve() { form().ChangeIt_Click(); }
+    template <class Control>
+    Control& control(const char* name) {
+        return *form().findChild<Control*>(name);
+    }
+    std::string label(const char* name) { return control<QLabel>(name).text().toStdString(); }
+    static void later(std::function<void()> task) { QTimer::singleShot(20, std::move(task)); }
+    /// The map's side: the answer, and the end of the run's file.
+    void answerSoon() {
+        later([this] {
+            write("RunDone.txt", "");
+            runedit::deleteMapFiles(sentRun());
+        });
+    }
+    /// The run of the request list, which must be about one.
+    std::string sentRun() {
+        const std::string list = file("Runs.txt");
+        EXPECT_THAT(runedit::linesOf(list), SizeIs(1));
+        return std::string(runedit::runOfLine(list));
+    }
+    std::vector<std::string> states() {
+        auto& list = control<controls::MultiColumnList>("RunStates");
+        std::vector<std::string> rows;
+        for (int row = 0; row < list.rows(); ++row) {
+            rows.push_back(list.cellText(row, 0) + ": " + list.cellText(row, 1));
+        }
+        return rows;
+    }
+    std::string onlyBox() {
+        EXPECT_THAT(session.boxes.shown, SizeIs(1));
+        auto shown = std::exchange(session.boxes.shown, {});
+        return shown.empty() ? "" : shown.back().text;
+    }
+    std::string program(const char* name) { return district.progPath() + name; }
+
+    FakeMap map;
+    support::FakeSelection selection;
+};
+
+TEST_F(GroupSolveForm, SendsEachRunWhenTheAnswerToTheOneBeforeIsThere) {
+    write("runs.txt", "before\n");
+    write("RunDone.txt", "of another run");
+    session.processes.running = {"DelWrkFiles.exe"};
+    later([this] {
+        EXPECT_THAT(runedit::linesOf(file("Runs.txt")),
+                    ElementsAre(StartsWith("101-AM|Group_Run_Solve|Start|7:05:00 AM|"),
+                                StartsWith("102-AM|"), StartsWith("201-PM|")));
+        EXPECT_EQ(file("RunsOld.txt"), "before\n");
+        EXPECT_EQ(label("StatMsg"), "Preparing for Group Run Solve...");
+        EXPECT_THAT(map.taken, IsEmpty());
+        session.processes.running.clear();
+    });
+    std::vector<int> percents;
+    map.whenTaken = [&] {
+        EXPECT_FALSE(files::exists(program("RunDone.txt")));
+        EXPECT_EQ(file("RunsOrg.txt"), file("Runs.txt"));
+        EXPECT_EQ(label("StatMsg"), "Changed information for run: " + sentRun() + ".");
+        EXPECT_THAT(row("SELECT Run, UpdateMap FROM StartEnd"), sentRun() + "|True");
+        percents.push_back(control<QProgressBar>("ProgressBar1").value());
+        answerSoon();
+    };
+    solve();
+
+    EXPECT_THAT(map.taken, ElementsAre(HasSubstr("runstop.avl\", \"101-AM\""),
+                                       HasSubstr("runstop.avl\", \"102-AM\""),
+                                       HasSubstr("runstop.avl\", \"201-PM\"")));
+    EXPECT_THAT(percents, ElementsAre(0, 33, 67));
+    EXPECT_THAT(states(), ElementsAre("101-AM: Solved", "102-AM: Solved", "201-PM: Solved"));
+    EXPECT_EQ(label("StatMsg"), "3 of 3 runs solved.");
+    EXPECT_THAT(session.processes.started,
+                ElementsAre(program("DelWrkFiles.exe"), program("Process_RunWork.exe")));
+    EXPECT_THAT(session.boxes.shown, IsEmpty());
+    EXPECT_EQ(selection.searches, 1);
+    EXPECT_THAT(file("log.txt"),
+                HasSubstr("In Group_Run_Solve, in Timer2 performed Command1_Click and about to"));
+}
+
+TEST_F(GroupSolveForm, ARunWithAFaultOfItsOwnIsLeftOut) {
+    sql("INSERT INTO RUN(RUN) VALUES ('A/B'), ('O''Hara')");
+    selection.selected = {"101-AM", "gone", "A/B", "O'Hara", "102-AM", "201-PM"};
+    write("101-AM.dbf", "");
+    map.failsAt = 1;
+    map.failure = dde::errors::Refused;
+    map.whenTaken = [this] { answerSoon(); };
+    solve();
+
+    ASSERT_THAT(session.boxes.shown, SizeIs(2));
+    EXPECT_EQ(session.boxes.shown[0].title, runedit::MapStillProcessingTitle);
+    EXPECT_EQ(session.boxes.shown[0].text, runedit::MapStillProcessingText);
+    EXPECT_THAT(
+        session.boxes.shown[1].text,
+        AllOf(StartsWith("0 of 6 runs solved."), HasSubstr("not finished with them: 101-AM."),
+              HasSubstr("meanwhile: gone."), HasSubstr("files cannot be named after it"),
+              HasSubstr("O'Hara could not"), HasSubstr("201-PM could not be sent: ArcView")));
+    EXPECT_EQ(session.processes.started.back(), program("Process_RunWork.exe"));
+    EXPECT_TRUE(control<QWidget>("LeaveOutSolved").isHidden());
+
+    map.failsAt = -1;
+    solve();
+    EXPECT_THAT(states(), testing::Contains("102-AM: Solved"));
+}
+
+TEST_F(GroupSolveForm, WithoutTheMapNothingIsWrittenAndTheRestCanGoLater) {
+    map.failsAt = 0;
+    solve();
+    EXPECT_THAT(onlyBox(), AllOf(StartsWith("0 of 3 runs solved.\n\nArcView is not running."),
+                                 HasSubstr("Not sent: 101-AM, 102-AM, 201-PM.")));
+    EXPECT_THAT(workFiles(), IsEmpty());
+    EXPECT_THAT(session.processes.started, IsEmpty());
+    EXPECT_EQ(selection.searches, 0);
+
+    map.failsAt = 2;
+    solve();
+    EXPECT_THAT(onlyBox(), AllOf(StartsWith("1 of 3 runs solved.\n\nArcView is not running."),
+                                 HasSubstr("Not sent: 102-AM, 201-PM.")));
+    EXPECT_EQ(session.processes.started.back(), program("Process_RunWork.exe"));
+    EXPECT_FALSE(control<QWidget>("LeaveOutSolved").isHidden());
+
+    map.failsAt = -1;
+    map.taken.clear();
+    solve();
+    EXPECT_EQ(label("StatMsg"), "2 of 2 runs solved.");
+    EXPECT_THAT(map.taken, SizeIs(2));
+    EXPECT_TRUE(control<QWidget>("LeaveOutSolved").isHidden());
+    EXPECT_TRUE(control<QWidget>("ChangeIt").isEnabled());
+}
+
+TEST_F(GroupSolveForm, AMapThatEndsOrStaysSilentDoesNotHoldTheForm) {
+    map.whenTaken = [this] { map.there = false; };
+    solve();
+    EXPECT_THAT(onlyBox(), AllOf(HasSubstr("has ended without an answer."),
+                                 HasSubstr("the answer has not come: 101-AM."),
+                                 HasSubstr("Not sent: 102-AM, 201-PM.")));
+    EXPECT_TRUE(startup::RefreshRunList);
+
+    map.there = true;
+    map.whenTaken = [] {};
+    session.boxes.answers = {base::MsgAnswer::Yes, base::MsgAnswer::No};
+    runedit::deleteMapFiles("101-AM");
+    forms::Timer::setSpeed(5000);
+    solve();
+    ASSERT_THAT(session.boxes.shown, SizeIs(3));
+    EXPECT_THAT(session.boxes.shown[1].text, HasSubstr("answer to run 101-AM for 5 minutes"));
+    EXPECT_THAT(session.boxes.shown[2].text, HasSubstr("You stopped the group run solve."));
+    EXPECT_THAT(map.taken, SizeIs(2));
+}
+
+TEST_F(GroupSolveForm, StopEndsTheCleanUpAtOnceAndARunWhenItIsDone) {
+    const auto stop = [this] { control<QAbstractButton>("StopIt").click(); };
+    session.processes.running = {"DelWrkFiles.exe"};
+    later(stop);
+    solve();
+    EXPECT_THAT(onlyBox(), HasSubstr("Not sent: 101-AM, 102-AM, 201-PM."));
+    EXPECT_THAT(session.processes.started, SizeIs(1));
+
+    session.processes.running.clear();
+    map.whenTaken = [&] {
+        answerSoon();
+        later(stop);
+    };
+    solve();
+    EXPECT_THAT(onlyBox(),
+                AllOf(StartsWith("1 of 3 runs solved.\n\nYou stopped"), Not(HasSubstr("Sent,"))));
+
+    map.whenTaken = [&] {
+        later(stop);
+        later(stop);
+    };
+    solve();
+    EXPECT_THAT(onlyBox(), AllOf(StartsWith("0 of 2 runs solved.\n\nYou stopped"),
+                                 HasSubstr("the answer has not come: 102-AM."),
+                                 HasSubstr("Not sent: 201-PM.")));
+    EXPECT_EQ(control<QAbstractButton>("StopIt").text(), "&Stop");
+    EXPECT_FALSE(form().isBusy());
+}
+
+TEST_F(GroupSolveForm, CompanionsThatAreMissingAreNamed) {
+    session.processes.failure = base::errors::FileNotFound;
+    session.boxes.answers = {base::MsgAnswer::No};
+    solve();
+    ASSERT_THAT(session.boxes.shown, SizeIs(2));
+    EXPECT_THAT(session.boxes.shown[0].text, HasSubstr("because DelWrkFiles.exe could not"));
+    EXPECT_THAT(map.taken, IsEmpty());
+
+    session.boxes.answers = {base::MsgAnswer::Yes};
+    solve();
+    ASSERT_THAT(session.boxes.shown, SizeIs(4));
+    EXPECT_THAT(session.boxes.shown[3].text,
+                AllOf(StartsWith("3 of 3 runs solved.\n\n"), HasSubstr("Process_RunWork.exe")));
+    EXPECT_EQ(session.forms.unloads, 0);
+}
+
+TEST_F(GroupSolveForm, WithoutRunsExchangeOrFolderNothingIsSent) {
+    startup::gProgPath = "/proc/";
+    solve();
+    EXPECT_THAT(onlyBox(), HasSubstr("Path/File access error"));
+    startup::gProgPath = district.progPath();
+
+    selection.selected.clear();
+    solve();
+    EXPECT_THAT(onlyBox(), HasSubstr("no run is selected in the run list."));
+
+    selection.selected = {"101-AM"};
+    startup::gMapSoftware = "other";
+    solve();
+    EXPECT_EQ(label("StatMsg"), runedit::MapExchangeOffText);
+    EXPECT_THAT(workFiles(), IsEmpty());
+    EXPECT_THAT(session.processes.started, IsEmpty());
+    EXPECT_THAT(map.taken, IsEmpty());
+}
+
+TEST_F(GroupSolveForm, RealMapSolvesTheRunsOneByOne) {
+    const support::PrivateBus bus;
+    dde::DBusTransport transport(bus.address(), 2s);
+    dde::setTransport(&transport);
+    support::ChildProgram program(
+        support::programOfBuild("vireo-map"), {"--work", "0.1", "--hold", "0"},
+        support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                         {"XDG_CONFIG_HOME", district.folder()}});
+    ASSERT_TRUE(program.waitForLine("Ready"));
+    sql("UPDATE STOP SET XPOS = 1000 * INT_STOPID, YPOS = 5280");
+    sql("UPDATE RUN SET REGENERATE = 1, STARTTIME = '1899-12-30 07:00:00'");
+    solve();
+    EXPECT_THAT(session.boxes.shown, IsEmpty());
+    EXPECT_EQ(row("SELECT COUNT(*) FROM RUN WHERE REGENERATE = FALSE"), "3");
+    EXPECT_EQ(row("SELECT Run FROM StartEnd"), "201-PM");
+}
+
+}  // namespace
