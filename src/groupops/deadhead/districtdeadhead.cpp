@@ -131,7 +131,7 @@ std::string stoppedMessage(const DeadHeadOutcome& outcome) {
 controls::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {
     controls::TextTable table;
     table.columns = {
-        {"Route", 1200}, {"Run", 1600}, {"Dead Head", 1300}, {"What Is Missing", 4800}};
+        {"Route", 1200}, {"Run", 1600}, {"Dead Head", 1300}, {"What Is Missing", 4500}};
     for (const OpenRouteLeg& open : outcome.openLegs) {
         const auto row = table.addRow();
         table.setText(row, 0, open.routeId);
