@@ -97,8 +97,8 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
     outcome.wasReset = reset && work.unit(progress, [&] { resetDeadHead(data.routing); });
     const auto routes = readRoutes(data.routing);
     outcome.routes = static_cast<int>(routes.size());
-    std::vector<OpenLeg> open;
     for (const RouteKey& route : routes) {
+        std::vector<OpenLeg> open;
         progress.status(
             fmt::format("Calculating Dead Head Time for all runs in Route: {}.", route.routeId));
         progress.progress(100.0 * (outcome.calculated + 1) / outcome.routes);
