@@ -25,11 +25,7 @@ constexpr auto ClearSql =
     " RUN.SHOW_BOTH_END = False WHERE RUN.INT_ROUTEID={}";
 /// Only what is read and written: a row is compared in every column before it is written.
 constexpr auto RunsSql =
-    "SELECT RUN.RUN, RUN.FirstStop, RUN.LastStop, RUN.STARTTIME, RUN.ENDTIME,"
-    " RUN.DEADHEAD_BEFORE_TIME, RUN.DEADHEAD_AFTER_TIME, RUN.DEADHEAD_MILES_BEFORE,"
-    " RUN.DEADHEAD_MILES_AFTER, RUN.DEADHEAD_BEFORE_STARTTIME, RUN.DEADHEAD_AFTER_STARTTIME,"
-    " RUN.SHOW_BOTH_BEG, RUN.SHOW_BOTH_END FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY"
-    " RUN.STARTTIME, RUN.ENDTIME";
+    "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
 
 float figure(const ado::Field& field) {
     if (field.isNull()) {
