@@ -36,6 +36,7 @@ QPalette paletteOf(const Colours& colours) {
     palette.setColor(QPalette::Disabled, QPalette::Base, colours.window);
     palette.setColor(QPalette::Disabled, QPalette::Button, colours.window);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colours.line);
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, colours.text);
     return palette;
 }
 
