@@ -101,8 +101,9 @@ Grid::Grid(QWidget* parent)
     view_->setItemDelegate(new GridDelegate(view_));
     view_->setSelectionBehavior(QAbstractItemView::SelectRows);
     view_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    view_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
-                           QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
+    // Not by a click on a selected row: the delay of that swallows what is typed meanwhile.
+    view_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                           QAbstractItemView::AnyKeyPressed);
     view_->setTabKeyNavigation(false);
     view_->setCornerButtonEnabled(false);
     view_->verticalHeader()->hide();

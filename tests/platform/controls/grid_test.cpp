@@ -76,6 +76,7 @@ TEST_F(GridTest, LeavingOrFinishingTakesOverWhatIsBeingTyped) {
     after.setFocus();
     EXPECT_THAT(newBells(), ElementsAre("8:15", " ", " "));
     click(2, 0);
+    click(2, 1);  // a click on a row already selected must not swallow what follows
     keys("8:45");
     grid.finishTyping();
     EXPECT_THAT(newBells(), ElementsAre("8:15", " ", "8:45"));
