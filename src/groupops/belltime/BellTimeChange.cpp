@@ -49,6 +49,11 @@ constexpr auto NoNewBellText =
     "Oops, no row has a new bell time yet.  Please enter one in the column New Bell Time, or "
     "select rows and set it for all of them, and try again.  No run was changed.";
 
+constexpr auto CrowdText =
+    "School {} will have {} runs at {} then, and this screen holds no more than {}.  The runs can "
+    "be changed, but the program will end afterwards and has to be started again.  Do you want to "
+    "change them?";
+
 std::optional<Date> timeOf(std::string_view text) {
     const auto date = Date::parse(controls::tidyTime(text));
     return date && *date == date->timeValue() ? date : std::nullopt;
@@ -68,6 +73,16 @@ std::optional<std::int32_t> minutesIn(controls::NumberBox& box) {
     box.setFocus();
     box.selectAll();
     return std::nullopt;
+}
+
+/// Whether the planner wants the change even where its groups cannot be shown any more.
+bool wanted(const BellChange& change) {
+    const auto crowd = crowdAfter(change);
+    return !crowd ||
+           base::MsgBox(fmt::format(CrowdText, named(crowd->school), crowd->runs,
+                                    named(controls::tidyTime(crowd->bellTime)), BellGroup::MaxRuns),
+                        "Many Runs at One Bell Time", MsgIcon::Question,
+                        base::MsgButtons::YesNo) == base::MsgAnswer::Yes;
 }
 
 std::vector<std::string> gridRow(const BellGroup& group) {
@@ -123,6 +138,7 @@ void BellTimeChange::Form_Load() {
         Build_Time_List();
         Change_Run_Time_Click();
         Timer1_Timer();
+        ui_->BellTimeGrid->setFocus();
     });
 }
 
@@ -287,8 +303,10 @@ void BellTimeChange::ChangeBell_Click() {
         if (!how) {
             return;
         }
-        const auto outcome = change({*groups_, std::move(*bells), *how});
-        tellWhatWasLeft(outcome);
+        const BellChange asked{*groups_, std::move(*bells), *how};
+        if (wanted(asked)) {
+            tellWhatWasLeft(change(asked));
+        }
     });
 }
 

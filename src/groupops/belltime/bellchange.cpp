@@ -1,5 +1,8 @@
 #include "groupops/belltime/bellchange.h"
 
+#include <map>
+#include <utility>
+
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
@@ -14,6 +17,11 @@ std::optional<base::Date> dateOf(const ado::Field& field) {
     return field.isNull() ? std::nullopt : std::optional(field.Value().asDate());
 }
 
+std::optional<base::Date> newBell(const BellChange& change, int group) {
+    const auto place = static_cast<std::size_t>(group - 1);
+    return place < change.newBells.size() ? change.newBells[place] : std::nullopt;
+}
+
 /// One bell change under way.
 class Changing {
 public:
@@ -23,7 +31,6 @@ public:
     GroupOutcome all();
 
 private:
-    [[nodiscard]] const std::optional<base::Date>& newBell(int group) const;
     bool changeGroup(const BellGroup& group, base::Date bell);
     void changeRun(const std::string& run, base::Date bell);
     void write(ado::Recordset& row, const std::string& run, base::Date bell, base::Date anchor);
@@ -35,20 +42,14 @@ private:
     std::int32_t gap_ = 0;  ///< goes over from run to run
 };
 
-const std::optional<base::Date>& Changing::newBell(int group) const {
-    static const std::optional<base::Date> none;
-    const auto place = static_cast<std::size_t>(group - 1);
-    return place < change_.newBells.size() ? change_.newBells[place] : none;
-}
-
 GroupOutcome Changing::all() {
     const int count = change_.groups.count();
     for (int group = 1; group <= count; ++group) {
-        outcome_.asked += newBell(group) ? change_.groups[group].runCount : 0;
+        outcome_.asked += newBell(change_, group) ? change_.groups[group].runCount : 0;
     }
     for (int group = 1; group <= count && !outcome_.stopped; ++group) {
         report_.groups.progress(100.0 * group / count);
-        if (const auto& bell = newBell(group)) {
+        if (const auto bell = newBell(change_, group)) {
             outcome_.stopped = !changeGroup(change_.groups[group], *bell);
         }
     }
@@ -105,6 +106,21 @@ void Changing::write(ado::Recordset& row, const std::string& run, base::Date bel
 }
 
 }  // namespace
+
+std::optional<BellCrowd> crowdAfter(const BellChange& change) {
+    std::map<std::pair<std::string, std::string>, int> runs;
+    for (int group = 1; group <= change.groups.count(); ++group) {
+        const BellGroup& before = change.groups[group];
+        const auto bell = newBell(change, group);
+        runs[{before.school, bell ? bell->timeValue().text() : before.bellTime}] += before.runCount;
+    }
+    for (const auto& [place, count] : runs) {
+        if (count > BellGroup::MaxRuns) {
+            return BellCrowd{place.first, place.second, count};
+        }
+    }
+    return std::nullopt;
+}
 
 GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
                              const BellReport& report) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "groupops/belltime/bellanchor.h"
@@ -19,6 +20,17 @@ struct BellChange {
     std::vector<std::optional<base::Date>> newBells;
     BellMethod method;
 };
+
+/// The runs that a school would have at one bell time.
+struct BellCrowd {
+    std::string school;
+    std::string bellTime;  ///< "9:30:00 AM"
+    int runs = 0;
+};
+
+/// The first school that would have more runs at one bell time after the change than a group holds:
+/// its groups could not be built again.
+[[nodiscard]] std::optional<BellCrowd> crowdAfter(const BellChange& change);
 
 /// Where a bell change reports to.
 struct BellReport {

@@ -195,6 +195,22 @@ TEST_F(BellTimeForm, ThirtyOneRunsOfAGroupAreASubscriptError) {
                 HasSubstr("Build_Time_List of Module: BellTimeChange."));
 }
 
+TEST_F(BellTimeForm, AsksBeforeItMakesAGroupThatItCannotHold) {
+    sql("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30) INSERT INTO "
+        "RUN(RUN, SCHOOL, BELLTIME) SELECT 'X' || i, 'OAK', '1899-12-30 09:00:00' FROM n");
+    typeCell(1, "9:00");
+    const auto before = wholeRuns();
+    session.boxes.answers = {base::MsgAnswer::No};
+    click("ChangeBell");
+    EXPECT_EQ(lastBox(), "Many Runs at One Bell Time");
+    EXPECT_THAT(session.boxes.shown.back().text,
+                HasSubstr("School OAK will have 31 runs at 09:00 AM"));
+    EXPECT_EQ(wholeRuns(), before);
+    typeCell(1, "9:01");
+    click("ChangeBell");
+    EXPECT_EQ(status(), "Bell Times Changed. 1 Runs changed.");
+}
+
 TEST_F(BellTimeForm, WhileItRunsItStaysOpenTakesNoSecondStartAndStops) {
     sql("DELETE FROM RUN");
     sql("WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 5999) INSERT "
