@@ -193,7 +193,13 @@ void Add_Remove_Stops::selectStops(const StopTripIds& stopTripIds) {
     }
 }
 
-/// Runs an action, with a progress bar where it is a long one.
+/// A procedure that changes the run's stops.
+template <class Body>
+void Add_Remove_Stops::act(const char* procedure, Body body) {
+    trapped(procedure, Module, [&] { unlessLocked(body); });
+}
+
+/// Carries an action out, with a progress bar where it is a long one.
 template <class Action>
 auto Add_Remove_Stops::carryOut(std::size_t rows, Action action) {
     ui_->StopSearch->stopFilling();
@@ -208,7 +214,7 @@ auto Add_Remove_Stops::carryOut(std::size_t rows, Action action) {
 }
 
 void Add_Remove_Stops::AddStop() {
-    trapped("AddStop", Module, [this] {
+    act("AddStop", [this] {
         const auto chosen = ui_->StopSearch->selected();
         const auto question = questionBeforeAdding(run_, chosen);
         if (chosen.empty() ||
@@ -225,7 +231,7 @@ void Add_Remove_Stops::AddStop() {
 }
 
 void Add_Remove_Stops::DelStop() {
-    trapped("DelStop", Module, [this] {
+    act("DelStop", [this] {
         const auto chosen = selectedStops();
         const int place = chosen.empty() ? 0 : ui_->StopList->selectedRows().front();
         const auto rows = static_cast<std::size_t>(ui_->StopList->rows());
@@ -248,19 +254,19 @@ void Add_Remove_Stops::move(Move direction) {
 }
 
 void Add_Remove_Stops::Move_To_Top() {
-    trapped("Move_To_Top", Module, [this] { move(Move::ToTop); });
+    act("Move_To_Top", [this] { move(Move::ToTop); });
 }
 
 void Add_Remove_Stops::MoveUp() {
-    trapped("MoveUp", Module, [this] { move(Move::Up); });
+    act("MoveUp", [this] { move(Move::Up); });
 }
 
 void Add_Remove_Stops::MoveDown() {
-    trapped("MoveDown", Module, [this] { move(Move::Down); });
+    act("MoveDown", [this] { move(Move::Down); });
 }
 
 void Add_Remove_Stops::Move_to_Bottom() {
-    trapped("Move_to_Bottom", Module, [this] { move(Move::ToBottom); });
+    act("Move_to_Bottom", [this] { move(Move::ToBottom); });
 }
 
 /// Shows what an action has made of both lists, with these stops of the run selected.
@@ -277,18 +283,18 @@ void Add_Remove_Stops::showResult(const StopTripIds& changed, const StopTripIds&
 }
 
 /// Closing the window is Exit.
-bool Add_Remove_Stops::formQueryUnload() {
-    ExitAddRun();
-    return true;
-}
+bool Add_Remove_Stops::formQueryUnload() { return ExitAddRun(); }
 
 void Add_Remove_Stops::formUnload() { ui_->StopSearch->stopFilling(); }
 
-void Add_Remove_Stops::ExitAddRun() {
-    trapped("ExitAddRun", Module, [this] {
+bool Add_Remove_Stops::ExitAddRun() {
+    return trapped("ExitAddRun", Module, [this] {
         ui_->StopSearch->stopFilling();
-        needDeadHeadBuild();
+        if (!unlessLocked(needDeadHeadBuild)) {
+            return false;
+        }
         handToMap();
+        return true;
     });
 }
 

@@ -34,7 +34,8 @@ public:
     void MoveUp();
     void MoveDown();
     void Move_to_Bottom();
-    void ExitAddRun();
+    /// False where the form has to stay: another program holds the database.
+    bool ExitAddRun();
 
 protected:
     void formLoad() override { Form_Load(); }
@@ -54,6 +55,8 @@ private:
 
     [[nodiscard]] StopTripIds selectedStops() const;
     void selectStops(const StopTripIds& stopTripIds);
+    template <class Body>
+    void act(const char* procedure, Body body);
     template <class Action>
     [[nodiscard]] auto carryOut(std::size_t rows, Action action);
     void move(Move direction);

@@ -4,6 +4,7 @@
 
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
+#include "platform/store/database.h"
 
 namespace stops {
 
@@ -87,6 +88,19 @@ void tellOfSkipped(const ChangedStops& changed) {
                          "since they were listed.  The list now shows the run as it is.",
                          changed.changedByAnother.size()),
              ChangedTitle);
+    }
+}
+
+bool unlessLocked(const std::function<void()>& action) {
+    try {
+        action();
+        return true;
+    } catch (const store::StoreError& error) {
+        if (error.fault() != store::Fault::Locked) {
+            throw;
+        }
+        base::MsgBox(LockedText, LockedTitle, base::MsgIcon::Exclamation);
+        return false;
     }
 }
 

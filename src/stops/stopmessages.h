@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,5 +29,14 @@ inline constexpr std::string_view ChangedTitle = "Stop Changed by Another User";
 /// many stops there are; none where nothing was skipped.
 void tellOfSkipped(const AddedStops& added);
 void tellOfSkipped(const ChangedStops& changed);
+
+inline constexpr auto LockedTitle = "Stops Not Changed";
+inline constexpr auto LockedText =
+    "Oops, another program is writing to the routing database just now, and nothing was changed.  "
+    "Please wait a moment and try again.";
+
+/// Runs an action. Where another program keeps it from being written, tells the planner so and
+/// returns false; actions take the database before they write anything.
+bool unlessLocked(const std::function<void()>& action);
 
 }  // namespace stops

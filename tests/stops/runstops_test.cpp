@@ -116,6 +116,17 @@ TEST_F(StopsDistrict, WhatCannotBeAddedIsSkippedAndTold) {
     EXPECT_EQ(shown(), "S2:1 S9:2") << "no renumbering where nothing was removed";
 }
 
+TEST_F(StopsDistrict, ALockedDatabaseIsToldAndOtherFaultsAreNot) {
+    support::FakeBoxes boxes;
+    const auto failing = [](store::Fault fault) {
+        return [fault] { throw store::StoreError(fault, "held"); };
+    };
+    EXPECT_TRUE(unlessLocked([] {}));
+    EXPECT_FALSE(unlessLocked(failing(store::Fault::Locked)));
+    EXPECT_EQ(boxes.shown.size(), 1U);
+    EXPECT_THROW(unlessLocked(failing(store::Fault::Full)), store::StoreError);
+}
+
 TEST_F(StopsDistrict, MovesNumberFromOneAndSeveralKeepTheirOrder) {
     add({1, 2, 3, 4, 5});
     const struct {
