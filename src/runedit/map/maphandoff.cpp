@@ -24,9 +24,30 @@ std::string districtClosedStreets() {
     return file == "NOT FOUND" ? "" : std::string(base::trim(file));
 }
 
-void reportFault(const std::string& procedure, const std::string& module) {
-    startup::gErrHandler->CurrentOperation(procedure + " of Module: " + module + ".");
-    startup::gErrHandler->HandleError();
+/// The procedure that hands over, as the error log names it.
+const char* handOverProcedure(MapScreen screen) {
+    switch (screen) {
+        case MapScreen::AddRun:
+            return "ExitAddRun of Module: Add_Remove_Stops.";
+        case MapScreen::GroupRunSolve:
+            return "ChangeIt_Click of Module: Group_Run_Solve.";
+        case MapScreen::Run:
+            break;
+    }
+    return "MapIt_Click of Module: Run.";
+}
+
+/// Writes the error that is being handled into the error log; telling the user is the form's.
+void recordFault(MapScreen screen) {
+    if (!startup::gErrorHandling || !startup::gErrHandler) {
+        return;
+    }
+    auto& handler = *startup::gErrHandler;
+    const bool shows = handler.DisplayMsgOnError();
+    handler.DisplayMsgOnError(false);
+    handler.CurrentOperation(handOverProcedure(screen));
+    handler.HandleError();
+    handler.DisplayMsgOnError(shows);
 }
 
 }  // namespace
@@ -41,30 +62,21 @@ void sendRunToMap(const std::string& run, MapScreen screen) {
     if (!mapExchangeOn()) {
         return;
     }
-    const MapRun told = readMapRun(*startup::gcnRouting, run);
-    handOver({.routing = *startup::gcnRouting,
-              .files = sessionFiles(),
-              .transport = dde::transport(),
-              .screen = screen,
-              .run = told,
-              .seats = seatsOf(told),
-              .closedStreets = districtClosedStreets()});
-}
-
-bool handRunToMap(const std::string& run, MapScreen screen, const std::string& procedure,
-                  const std::string& module) {
     try {
-        sendRunToMap(run, screen);
-        return mapExchangeOn();
-    } catch (const StillProcessing& busy) {
-        base::MsgBox(busy.what(), MapStillProcessingTitle, base::MsgIcon::Information);
+        const MapRun told = readMapRun(*startup::gcnRouting, run);
+        handOver({.routing = *startup::gcnRouting,
+                  .files = sessionFiles(),
+                  .transport = dde::transport(),
+                  .screen = screen,
+                  .run = told,
+                  .seats = seatsOf(told),
+                  .closedStreets = districtClosedStreets()});
+    } catch (const StillProcessing&) {
+        throw;
     } catch (const std::exception&) {
-        if (!startup::gErrorHandling || !startup::gErrHandler) {
-            throw;
-        }
-        reportFault(procedure, module);
+        recordFault(screen);
+        throw;
     }
-    return false;
 }
 
 void requireMapProgram() { (void)dde::transport().open(MapService, MapTopic); }

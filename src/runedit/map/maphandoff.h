@@ -49,15 +49,10 @@ bool deleteMapFiles(const std::string& run);
 
 /// Hands a saved run to the map program, waiting until it took the request; forms repaint
 /// meanwhile. Does nothing without an exchange. Where anything fails its work files are removed
-/// again. Raises StillProcessing (handover.h), dde::errors (nobody there, no answer in time, ...),
-/// "Path/File access error" (75), store::StoreError; under the trap they end the program.
+/// again, and the error handler logs it without a message: the form tells the user and goes on.
+/// Raises StillProcessing (handover.h; not logged), dde::errors (nobody there, no answer in time,
+/// ...), "Path/File access error" (75), store::StoreError.
 void sendRunToMap(const std::string& run, MapScreen screen);
-
-/// The same for a form that goes on whatever happens: tells the user of a run still at work and
-/// reports any other fault through the error handler as that of "Procedure of Module: Module.".
-/// True when the map program has the run.
-[[nodiscard]] bool handRunToMap(const std::string& run, MapScreen screen,
-                                const std::string& procedure, const std::string& module);
 
 /// Raises one of dde::errors where no map program can be reached now.
 void requireMapProgram();

@@ -80,7 +80,6 @@ TEST_F(HandOverTest, WithoutAnExchangeNothingIsDone) {
     EXPECT_FALSE(mapExchangeOn());
     sendRunToMap("101-AM", MapScreen::Run);
     listRunsForMap({"101-AM"}, MapScreen::Run);
-    EXPECT_FALSE(handRunToMap("101-AM", MapScreen::Run, "MapIt_Click", "Run"));
     EXPECT_THAT(workFiles(), IsEmpty());
     EXPECT_THAT(map.taken, IsEmpty());
 }
@@ -104,30 +103,31 @@ TEST_F(HandOverTest, AFailureAtAnyStepLeavesTheFilesAsTheyWere) {
 TEST_F(HandOverTest, ARunAtWorkIsLeftAloneUntilItsFilesAreGone) {
     write("101-am.DBF", "");
     write("101-AMstops.txt", "");
-    EXPECT_FALSE(handRunToMap("101-AM", MapScreen::AddRun, "ExitAddRun", "Add_Remove_Stops"));
-    ASSERT_THAT(session.boxes.shown, testing::SizeIs(1));
-    EXPECT_EQ(session.boxes.shown[0].title, MapStillProcessingTitle);
-    EXPECT_EQ(session.boxes.shown[0].text, MapStillProcessingText);
+    EXPECT_THROW(sendRunToMap("101-AM", MapScreen::AddRun), StillProcessing);
     EXPECT_THAT(map.taken, IsEmpty());
+    EXPECT_EQ(file("Error.txt"), "");
     {
         const files::Hold held(district.progPath() + "101-AM.dbf");
         EXPECT_FALSE(deleteMapFiles("101-AM"));
         EXPECT_THAT(workFiles(), UnorderedElementsAre(Key("101-am.DBF")));
     }
     EXPECT_TRUE(deleteMapFiles("101-AM"));
-    EXPECT_TRUE(handRunToMap("101-AM", MapScreen::AddRun, "ExitAddRun", "Add_Remove_Stops"));
+    EXPECT_NO_THROW(sendRunToMap("101-AM", MapScreen::AddRun));
 }
 
-TEST_F(HandOverTest, ThePlannerIsToldOfAFaultAndGoesOn) {
+TEST_F(HandOverTest, AFaultIsLoggedAndRaisedForTheFormToTell) {
     map.failsAt = 0;
-    EXPECT_FALSE(handRunToMap("101-AM", MapScreen::Run, "MapIt_Click", "Run"));
-    EXPECT_FALSE(handRunToMap("no such run", MapScreen::Run, "MapIt_Click", "Run"));
-    ASSERT_THAT(session.boxes.shown, testing::SizeIs(2));
-    EXPECT_THAT(session.boxes.shown[0].text,
-                testing::AllOf(testing::HasSubstr("MapIt_Click of Module: Run."),
-                               testing::HasSubstr("Error (282) ArcView is not running.")));
-    EXPECT_THAT(session.boxes.shown[1].text, testing::HasSubstr("\"no such run\" is not in the"));
-    EXPECT_EQ(session.forms.unloads, 0);
+    EXPECT_THROW(sendRunToMap("101-AM", MapScreen::AddRun), base::RunTimeError);
+    EXPECT_THAT(
+        file("Error.txt"),
+        testing::AllOf(testing::HasSubstr("Error Number   : 282\n"),
+                       testing::HasSubstr("ExitAddRun of Module: Add_Remove_Stops.")));
+    EXPECT_THROW(sendRunToMap("no such run", MapScreen::Run), base::RunTimeError);
+    EXPECT_THAT(file("Error.txt"),
+                testing::AllOf(testing::HasSubstr("The run \"no such run\" is not in the database"),
+                               testing::HasSubstr("MapIt_Click of Module: Run.")));
+    EXPECT_THAT(session.boxes.shown, IsEmpty());
+    EXPECT_TRUE(startup::gErrHandler->DisplayMsgOnError());
     EXPECT_THAT(workFiles(), IsEmpty());
 }
 
