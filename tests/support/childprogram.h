@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <string>
@@ -40,6 +41,15 @@ public:
         }
         return process_.readLine().trimmed().toStdString();
     }
+    /// Reads lines until one begins with that text; false where the program ended before.
+    bool waitForLine(const std::string& beginning) {
+        for (std::string line = readLine(); !line.empty(); line = readLine()) {
+            if (line.starts_with(beginning)) {
+                return true;
+            }
+        }
+        return false;
+    }
     void kill() {
         process_.kill();
         process_.waitForFinished();
@@ -48,5 +58,10 @@ public:
 private:
     QProcess process_;
 };
+
+/// The full path of a program of the build.
+[[nodiscard]] inline std::string programOfBuild(const std::string& name) {
+    return QCoreApplication::applicationDirPath().toStdString() + "/" + name;
+}
 
 }  // namespace support

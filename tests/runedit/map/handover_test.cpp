@@ -118,10 +118,9 @@ TEST_F(HandOverTest, ARunAtWorkIsLeftAloneUntilItsFilesAreGone) {
 TEST_F(HandOverTest, AFaultIsLoggedAndRaisedForTheFormToTell) {
     map.failsAt = 0;
     EXPECT_THROW(sendRunToMap("101-AM", MapScreen::AddRun), base::RunTimeError);
-    EXPECT_THAT(
-        file("Error.txt"),
-        testing::AllOf(testing::HasSubstr("Error Number   : 282\n"),
-                       testing::HasSubstr("ExitAddRun of Module: Add_Remove_Stops.")));
+    EXPECT_THAT(file("Error.txt"),
+                testing::AllOf(testing::HasSubstr("Error Number   : 282\n"),
+                               testing::HasSubstr("ExitAddRun of Module: Add_Remove_Stops.")));
     EXPECT_THROW(sendRunToMap("no such run", MapScreen::Run), base::RunTimeError);
     EXPECT_THAT(file("Error.txt"),
                 testing::AllOf(testing::HasSubstr("The run \"no such run\" is not in the database"),

@@ -35,13 +35,13 @@ protected:
     std::unique_ptr<support::ChildProgram> start(const char* name,
                                                  const std::vector<std::string>& arguments = {}) {
         return std::make_unique<support::ChildProgram>(
-            files::programFolder() + "/" + name, arguments,
+            support::programOfBuild(name), arguments,
             support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
                                              {"XDG_CONFIG_HOME", district.folder()}});
     }
     std::unique_ptr<support::ChildProgram> map(const std::vector<std::string>& arguments) {
         auto program = start("vireo-map", arguments);
-        EXPECT_EQ(program->readLine(), "Ready");
+        EXPECT_TRUE(program->waitForLine("Ready"));
         return program;
     }
     /// What a form tells the planner; blank where the map has the run.
