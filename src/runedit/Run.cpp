@@ -79,6 +79,8 @@ void Run::wireFields() {
 
 void Run::wireLists() {
     on(ui_->cmbDirType, &QComboBox::currentIndexChanged, [this] { Build_DirList(); });
+    on(new QShortcut(Qt::Key_Delete, ui_->StopList, nullptr, nullptr, Qt::WidgetShortcut),
+       &QShortcut::activated, [this] { Remove_Click(); });
     on(ui_->StopList, &controls::MultiColumnList::rowActivated, [this] { StopEdit_Click(); });
     on(ui_->StopList, &controls::MultiColumnList::selectionCountChanged, [this] { showButtons(); });
     for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
