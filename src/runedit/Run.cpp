@@ -23,8 +23,7 @@ using startup::gcnRouting;
 using startup::trapped;
 
 /// Actions whose forms do not exist yet.
-constexpr std::array NotBuiltYet{"AddStops", "GetStops",   "Merge",    "PrintDir",
-                                 "PrintOrg", "PrintStops", "PrintWarn"};
+constexpr std::array NotBuiltYet{"Merge", "PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
@@ -80,7 +79,7 @@ void Run::wireFields() {
 void Run::wireLists() {
     on(ui_->cmbDirType, &QComboBox::currentIndexChanged, [this] { Build_DirList(); });
     on(new QShortcut(Qt::Key_Delete, ui_->StopList, nullptr, nullptr, Qt::WidgetShortcut),
-       &QShortcut::activated, [this] { Remove_Click(); });
+       &QShortcut::activated, [this] { ui_->Remove->click(); });
     on(ui_->StopList, &controls::MultiColumnList::rowActivated, [this] { StopEdit_Click(); });
     on(ui_->StopList, &controls::MultiColumnList::selectionCountChanged, [this] { showButtons(); });
     for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
@@ -95,6 +94,8 @@ void Run::wireButtons() {
     on(ui_->CalcTimes, &QPushButton::clicked, [this] { CalcTimes_Click(); });
     on(ui_->Command1, &QPushButton::clicked, [this] { Command1_Click(); });
     on(ui_->MapIt, &QPushButton::clicked, [this] { MapIt_Click(); });
+    on(ui_->AddStops, &QPushButton::clicked, [this] { AddStops_Click(); });
+    on(ui_->GetStops, &QPushButton::clicked, [this] { GetStops_Click(); });
     on(ui_->StopEdit, &QPushButton::clicked, [this] { StopEdit_Click(); });
     on(ui_->Remove, &QPushButton::clicked, [this] { Remove_Click(); });
     on(ui_->Log, &QPushButton::clicked, [this] { Log_Click(); });
@@ -118,7 +119,7 @@ void Run::edit(const std::string& run) {
     toEdit_ = std::string(base::trim(run));
     ui_->chkNew->setChecked(false);
     if (isLoaded()) {
-        open();
+        startEditing();
     }
 }
 
@@ -129,7 +130,7 @@ void Run::editNew() {
     toEdit_.clear();
     ui_->chkNew->setChecked(true);
     if (isLoaded()) {
-        open();
+        startEditing();
     }
 }
 
@@ -140,11 +141,11 @@ void Run::Form_Load() {
         data::Load_cmbRunFamily(*this);
         data::Load_cmbLOCCODE(*this);
         data::Load_cmbVehType(*this);
-        open();
+        startEditing();
     });
 }
 
-void Run::open() {
+void Run::startEditing() {
     answer_.stop();
     Timer3_Timer();
     ui_->RunTab->setCurrentIndex(0);

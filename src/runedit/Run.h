@@ -41,6 +41,8 @@ public:
     void CalcTimes_Click();
     void Command1_Click();
     void MapIt_Click();
+    void AddStops_Click();
+    void GetStops_Click();
     void StopEdit_Click();
     void Remove_Click();
     void Log_Click();
@@ -74,7 +76,7 @@ private:
     void wireButtons();
     void wireMap();
 
-    void open();
+    void startEditing();
     void openStored();
     void openNew();
     void fill(const StoredRun& run);
@@ -105,6 +107,7 @@ private:
     void sendToMap();
 
     [[nodiscard]] stops::EditedRun runOfStops() const;
+    void addToRun(const std::vector<stops::ChosenStop>& chosen);
     void afterStopsChanged();
 
     std::unique_ptr<Ui::Run> ui_;

@@ -7,6 +7,8 @@
 #include "runsearch/log/RunLogInquiry.h"
 #include "startup/session.h"
 #include "startup/trap.h"
+#include "stops/Add_Remove_Stops.h"
+#include "stops/frmSelStops.h"
 #include "stops/runstops.h"
 #include "stops/stopmessages.h"
 #include "stops/triprecord/frmStopTripType.h"
@@ -46,7 +48,36 @@ stops::EditedRun Run::runOfStops() const {
             startup::gCommandLine};
 }
 
+void Run::AddStops_Click() {
+    trapped("AddStops_Click", Module, [this] {
+        auto& form = forms::FormRegistry::instance().make<stops::Add_Remove_Stops>(this);
+        form.edit(run());
+        form.showForm();
+    });
+}
+
+void Run::GetStops_Click() {
+    trapped("GetStops_Click", Module, [this] {
+        auto& form = forms::FormRegistry::instance().make<stops::frmSelStops>(this);
+        form.startFrom(runOfStops().tripType);
+        form.whenChosen([this](const auto& chosen) { addToRun(chosen); });
+        form.showForm();
+    });
+}
+
+void Run::addToRun(const std::vector<stops::ChosenStop>& chosen) {
+    const auto target = runOfStops();
+    const auto question = stops::questionBeforeAdding(target, chosen);
+    if (!question.empty() && base::MsgBox(question, stops::AddTitle, MsgIcon::Question,
+                                          MsgButtons::YesNo) != MsgAnswer::Yes) {
+        return;
+    }
+    stops::tellOfSkipped(stops::addStops(*gcnRouting, target, chosen));
+    afterStopsChanged();
+}
+
 void Run::afterStopsChanged() {
+    stops::needDeadHeadBuild(*gcnRouting);
     startup::RefreshRunList = true;
     refresh();
 }
@@ -71,6 +102,7 @@ void Run::Remove_Click() {
             return;
         }
         std::vector<std::int64_t> stopTripIds;
+        stopTripIds.reserve(rows.size());
         for (const int row : rows) {
             stopTripIds.push_back(numberIn(ui_->StopList->cellText(row, StopTripIdColumn)));
         }

@@ -45,15 +45,6 @@ std::string tripTypeOf(const std::string& run) {
     return row.Eof() ? std::string() : std::string(base::trim(row["TRIPTYPE"].textView()));
 }
 
-void needDeadHeadBuild() {
-    ado::Recordset system;
-    system.Open("Select SYSTEM.* FROM SYSTEM", *startup::gcnRouting, ado::CursorType::Dynamic);
-    if (!system.Eof()) {
-        system["NEEDDEADHEADBUILD"].Value(true);
-        system.Update();
-    }
-}
-
 std::string said(std::string_view done, std::size_t count) {
     return fmt::format("{} {} {}.", count, count == 1 ? "stop" : "stops", done);
 }
@@ -290,7 +281,7 @@ void Add_Remove_Stops::formUnload() { ui_->StopSearch->stopFilling(); }
 bool Add_Remove_Stops::ExitAddRun() {
     return trapped("ExitAddRun", Module, [this] {
         ui_->StopSearch->stopFilling();
-        if (!unlessLocked(needDeadHeadBuild)) {
+        if (!unlessLocked([] { needDeadHeadBuild(*startup::gcnRouting); })) {
             return false;
         }
         handToMap();

@@ -301,4 +301,13 @@ ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
     return moved;
 }
 
+void needDeadHeadBuild(ado::Connection& connection) {
+    ado::Recordset system;
+    system.Open("Select SYSTEM.* FROM SYSTEM", connection, ado::CursorType::Dynamic);
+    if (!system.Eof()) {
+        system["NEEDDEADHEADBUILD"].Value(true);
+        system.Update();
+    }
+}
+
 }  // namespace stops

@@ -85,4 +85,7 @@ enum class Move { ToTop, ToBottom, Up, Down };
 ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
                        std::span<const std::int64_t> stopTripIds, Move move);
 
+/// Notes that runs were changed and the dead-head must be calculated again.
+void needDeadHeadBuild(ado::Connection& connection);
+
 }  // namespace stops

@@ -1,4 +1,5 @@
 #include "runfixture.h"
+#include "stops/frmSelStops.h"
 
 namespace {
 
@@ -48,6 +49,35 @@ TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_EQ(text("RunDesc"), "not saved");
     EXPECT_FALSE(isEnabled("Remove"));
+}
+
+TEST_F(RunStopsTest, OpensTheStopFormsForTheRun) {
+    open();
+    click("AddStops");
+    auto* adding = forms::FormRegistry::instance().find("Add_Remove_Stops");
+    ASSERT_NE(adding, nullptr);
+    EXPECT_EQ(adding->findChild<QLabel*>("RunID")->text(), "101-AM");
+    adding->closeForm();
+    EXPECT_TRUE(form().isLoaded());
+}
+
+TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
+    byOthers(
+        "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, ACTIVE) VALUES "
+        "(2, 'AM', ' ', 0, 1)");
+    byOthers("UPDATE SYSTEM SET NEEDDEADHEADBUILD=0");
+    open();
+    type("RunDesc", "not saved");
+    click("GetStops");
+    auto* search =
+        dynamic_cast<stops::frmSelStops*>(forms::FormRegistry::instance().find("frmSelStops"));
+    ASSERT_NE(search, nullptr);
+    search->findChild<QAbstractButton*>("cmdSearch")->click();
+    search->SelectAll_Click();
+    search->cmdChoose_Click();
+    EXPECT_THAT(stops(), ElementsAre("S3", "S1", "S2"));
+    EXPECT_EQ(text("RunDesc"), "not saved");
+    EXPECT_EQ(stored("Select NEEDDEADHEADBUILD From SYSTEM"), "True");
 }
 
 TEST_F(RunStopsTest, OpensTheLogOfTheRun) {

@@ -20,7 +20,7 @@ QString chooseFile(QWidget& over, const FileQuestion& question) {
     if (chooserInForce()) {
         return chooserInForce()(question);
     }
-    const auto file =
+    auto file =
         QFileDialog::getOpenFileName(&over, question.title, question.startAt, question.filter);
     Application::instance().throwIfEnding();
     return file;
