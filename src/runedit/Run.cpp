@@ -23,7 +23,8 @@ using startup::gcnRouting;
 using startup::trapped;
 
 /// Actions whose forms do not exist yet.
-constexpr std::array NotBuiltYet{"Merge", "PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
+constexpr std::array NotBuiltYet{"PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
+
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
@@ -98,6 +99,7 @@ void Run::wireButtons() {
     on(ui_->GetStops, &QPushButton::clicked, [this] { GetStops_Click(); });
     on(ui_->StopEdit, &QPushButton::clicked, [this] { StopEdit_Click(); });
     on(ui_->Remove, &QPushButton::clicked, [this] { Remove_Click(); });
+    on(ui_->Merge, &QPushButton::clicked, [this] { Merge_Click(); });
     on(ui_->Log, &QPushButton::clicked, [this] { Log_Click(); });
     on(ui_->Exit_Run, &QPushButton::clicked, [this] { Exit_Run_Click(); });
     on(new QShortcut(QKeySequence::Save, this), &QShortcut::activated,

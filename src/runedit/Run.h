@@ -45,6 +45,7 @@ public:
     void GetStops_Click();
     void StopEdit_Click();
     void Remove_Click();
+    void Merge_Click();
     void Log_Click();
     void Closed_Browse_Click();
     void Clear_Closed_Click();

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "groupops/merge/MergeRun.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
@@ -109,6 +110,14 @@ void Run::Remove_Click() {
         const auto removed = stops::removeStops(*gcnRouting, runOfStops(), stopTripIds);
         stops::tellOfSkipped(removed);
         afterStopsChanged();
+    });
+}
+
+void Run::Merge_Click() {
+    trapped("Merge_Click", Module, [this] {
+        auto& form = forms::FormRegistry::instance().make<groupops::MergeRun>(this);
+        form.receive(run());
+        form.showForm();
     });
 }
 

@@ -80,8 +80,12 @@ TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
     EXPECT_EQ(stored("Select NEEDDEADHEADBUILD From SYSTEM"), "True");
 }
 
-TEST_F(RunStopsTest, OpensTheLogOfTheRun) {
+TEST_F(RunStopsTest, OpensTheLogAndTheMergeOfTheRun) {
     open();
+    click("Merge");
+    auto* merge = forms::FormRegistry::instance().find("MergeRun");
+    ASSERT_NE(merge, nullptr);
+    merge->closeForm();
     click("Log");
     auto* log = forms::FormRegistry::instance().find("RunLogInquiry");
     ASSERT_NE(log, nullptr);
