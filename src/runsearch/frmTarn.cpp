@@ -35,7 +35,7 @@ const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
 /// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
-constexpr std::array NotBuiltYet{"PrintIt", "TimeLine", "GroupSolve"};
+constexpr std::array NotBuiltYet{"PrintIt", "TimeLine"};
 
 bool isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
@@ -85,6 +85,7 @@ void frmTarn::wireButtons() {
     on(ui_->Delete, &QPushButton::clicked, [this] { Delete_Click(); });
     on(ui_->ChangeBell, &QPushButton::clicked, [this] { ChangeBell_Click(); });
     on(ui_->GroupChange, &QPushButton::clicked, [this] { GroupChange_Click(); });
+    on(ui_->GroupSolve, &QPushButton::clicked, [this] { GroupSolve_Click(); });
     on(ui_->MergeRuns, &QPushButton::clicked, [this] { MergeRuns_Click(); });
     on(ui_->DeadHead, &QPushButton::clicked, [this] { DeadHead_Click(); });
     on(ui_->SelectAll, &QPushButton::clicked, [this] { SelectAll_Click(); });

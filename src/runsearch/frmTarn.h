@@ -38,6 +38,7 @@ public:
     void Delete_Click();
     void ChangeBell_Click();
     void GroupChange_Click();
+    void GroupSolve_Click();
     void MergeRuns_Click();
     void DeadHead_Click();
     void SelectAll_Click();

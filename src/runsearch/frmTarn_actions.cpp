@@ -5,6 +5,7 @@
 #include "groupops/belltime/BellTimeChange.h"
 #include "groupops/deadhead/frmCalcDeadHead.h"
 #include "groupops/groupchange/frmGroupRunChange.h"
+#include "groupops/groupsolve/Group_Run_Solve.h"
 #include "groupops/merge/MergeRun.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
@@ -150,6 +151,11 @@ void frmTarn::ChangeBell_Click() {
 void frmTarn::GroupChange_Click() {
     trapped("GroupChange_Click", ActionsModule,
             [this] { openForm<groupops::frmGroupRunChange>(*this, this); });
+}
+
+void frmTarn::GroupSolve_Click() {
+    trapped("GroupSolve_Click", ActionsModule,
+            [this] { openForm<groupops::Group_Run_Solve>(*this, this); });
 }
 
 void frmTarn::MergeRuns_Click() {

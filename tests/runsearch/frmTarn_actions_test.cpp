@@ -43,6 +43,7 @@ TEST_F(ActionsTest, OpensTheFormOfEachAction) {
         {"MergeRuns", "MergeRun"},
         {"ChangeBell", "BellTimeChange"},
         {"GroupChange", "frmGroupRunChange"},
+        {"GroupSolve", "Group_Run_Solve"},
         {"DeadHead", "frmCalcDeadHead"}};
     form().showForm();
     for (const auto& [button, name] : launchers) {

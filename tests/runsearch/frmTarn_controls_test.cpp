@@ -165,7 +165,7 @@ TEST_F(FormTest, RepeatsTheSearchWhenAnotherFormChangedRuns) {
 
 TEST_F(FormTest, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
     found();
-    for (const auto* name : {"PrintIt", "TimeLine", "GroupSolve"}) {
+    for (const auto* name : {"PrintIt", "TimeLine"}) {
         EXPECT_FALSE(isEnabled(name)) << name;
         EXPECT_THAT(control<QWidget>(name).toolTip().toStdString(), HasSubstr("Not available yet"));
     }
