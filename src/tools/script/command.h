@@ -25,6 +25,7 @@ enum class Verb {
     Close,
     Wait,
     Until,
+    UntilSql,
     Clock,
     Speed,
     Sql,

@@ -145,6 +145,8 @@ void Player::act(const Command& command) {
             return;
         case Verb::Until:
             return until(command);
+        case Verb::UntilSql:
+            return untilRows(command);
         case Verb::Clock:
             return setClock(command);
         case Verb::Speed:
@@ -288,25 +290,48 @@ void Player::expectBox(const Command& command) {
     print(described(*box));
 }
 
-void Player::runStatement(const Command& command) {
+std::vector<std::string> Player::ask(const Command& command) const {
     try {
-        answer_ = program_.statement(command.words[0], command.text);
+        return program_.statement(command.words[0], command.text);
     } catch (const std::exception& error) {
         throw ScriptError(command.line, error.what());
     }
+}
+
+void Player::runStatement(const Command& command) {
+    statement_ = command;
+    answer_ = ask(command);
     for (const std::string& line : answer_) {
         print(line);
     }
 }
 
-void Player::expectRows(const Command& command) const {
+/// Those below the captions.
+std::string Player::rowsFound() const {
     std::string rows;
     for (std::size_t i = 1; i < answer_.size(); ++i) {
         rows += (i == 1 ? "" : "\n") + answer_[i];
     }
-    if (rows != command.text) {
+    return rows;
+}
+
+void Player::expectRows(const Command& command) const {
+    if (rowsFound() != command.text) {
         throw ScriptError(command.line, fmt::format("the statement found \"{}\", expected \"{}\"",
-                                                    rows, command.text));
+                                                    rowsFound(), command.text));
+    }
+}
+
+void Player::untilRows(const Command& command) {
+    if (statement_.verb != Verb::Sql) {
+        throw ScriptError(command.line, "there is no statement to repeat");
+    }
+    const auto found = [&] {
+        answer_ = ask(statement_);
+        return rowsFound() == command.text;
+    };
+    if (!live(command.numbers[0], found)) {
+        expectRows(command);
     }
 }
 

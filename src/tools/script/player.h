@@ -69,6 +69,9 @@ private:
     void expectRow(const Command& command);
     void expectBox(const Command& command);
     void expectRows(const Command& command) const;
+    void untilRows(const Command& command);
+    [[nodiscard]] std::vector<std::string> ask(const Command& command) const;
+    [[nodiscard]] std::string rowsFound() const;
     void until(const Command& command);
     /// Lets the program live for so long, or until `done`; whether it was.
     bool live(int milliseconds, const std::function<bool()>& done);
@@ -79,7 +82,8 @@ private:
 
     std::ostream& transcript_;
     Program program_;
-    std::vector<std::string> answer_;  ///< of the last statement
+    Command statement_;                ///< the last one
+    std::vector<std::string> answer_;  ///< to it
     ScriptedBoxes boxes_;
     ScriptedClock clock_;
     base::Ports formerPorts_;

@@ -57,6 +57,8 @@ TEST_F(PlayerTest, AsksTheDatabases) {
                 HasSubstr("    RUN\tMILES\n    SELECT 1\n    R2\t7\n"));
     EXPECT_EQ(fault("sql routing X\nexpect-sql X"),
               "line 3: the statement found \"X\nR2\t7\", expected \"X\"");
+    EXPECT_EQ(fault("sql routing X\nuntil-sql \"X\\nR2\\t7\" 1\nuntil-sql Y 1\n"),
+              "line 4: the statement found \"X\nR2\t7\", expected \"Y\"");
     EXPECT_EQ(fault("sql fleet SELECT 1"), "line 2: there is no database \"fleet\"");
     EXPECT_EQ(fault("sql routing"), "line 2: usage: sql DATABASE STATEMENT");
 }
