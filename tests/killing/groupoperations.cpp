@@ -54,15 +54,24 @@ private:
 using Step = void (*)(District&);
 using Steps = std::vector<Step>;
 
-/// The district after some operations were performed undisturbed.
-Snapshot after(const Workshop& workshop, const Steps& steps, Operation::Unit unit,
-               const Places& places) {
+/// Makes the district "state" anew and performs steps on it.
+void prepare(const Workshop& workshop, const Steps& steps) {
     workshop.renew("state");
     District district(workshop.path("state"));
     for (const Step step : steps) {
         step(district);
     }
+}
+
+Snapshot snapshotIn(const Workshop& workshop, const std::string& name, Operation::Unit unit,
+                    const Places& places) {
+    District district(workshop.path(name));
     return snapshotOf(district, unit, places);
+}
+
+Places placesIn(const Workshop& workshop, const std::string& name) {
+    District district(workshop.path(name));
+    return killing::placesIn(district);
 }
 
 /// An operation as it goes undisturbed.
@@ -73,37 +82,29 @@ struct Undisturbed {
     std::chrono::microseconds firstStepTook{};
 };
 
-/// Performs a step on a district made anew.
-std::chrono::microseconds timeOf(const Workshop& workshop, Step step, Places* places = nullptr) {
+std::chrono::microseconds timeOf(const Workshop& workshop, Step step) {
     workshop.renew("state");
     District district(workshop.path("state"));
     const auto begin = std::chrono::steady_clock::now();
     step(district);
     const auto end = std::chrono::steady_clock::now();
-    if (places != nullptr) {
-        *places = placesIn(district);
-    }
     return std::chrono::duration_cast<std::chrono::microseconds>(end - begin);
 }
 
 Undisturbed watch(const Workshop& workshop, const Operation& operation) {
     Undisturbed watched;
-    watched.took = timeOf(workshop, operation.perform, &watched.places);
+    watched.took = timeOf(workshop, operation.perform);
+    watched.places = placesIn(workshop, "state");
     std::vector<Steps> statesBySteps{{}, {operation.perform}};
     if (operation.firstStep != nullptr) {
         watched.firstStepTook = timeOf(workshop, operation.firstStep);
         statesBySteps.insert(statesBySteps.begin() + 1, {operation.firstStep});
     }
     for (const Steps& steps : statesBySteps) {
-        watched.states.push_back(after(workshop, steps, operation.unit, watched.places));
+        prepare(workshop, steps);
+        watched.states.push_back(snapshotIn(workshop, "state", operation.unit, watched.places));
     }
     return watched;
-}
-
-Reached reachedIn(const Workshop& workshop, const std::string& name, const Operation& operation,
-                  const Undisturbed& watched) {
-    District district(workshop.path(name));
-    return compare(snapshotOf(district, operation.unit, watched.places), watched.states);
 }
 
 /// Any moment of the operation is as likely as any other. Every second time it is one of its first
@@ -132,7 +133,8 @@ void killEach(const Workshop& workshop, const Operation& operation, int count, F
             continue;
         }
         ++killed;
-        const Reached reached = reachedIn(workshop, "killed", operation, watched);
+        const Reached reached =
+            compare(snapshotIn(workshop, "killed", operation.unit, watched.places), watched.states);
         underWay += reached.changed > 0 && reached.changed < reached.units ? 1 : 0;
         faults.examine("killed", operation.name, reached);
     }
@@ -155,6 +157,8 @@ const std::vector<Pair> Pairs{
     {"bell-change", "dead-head", {"dead-head"}, {"bell-change", "dead-head"}},
     {"group-change", "group-change", {}, {"group-change"}},
     {"dead-head", "dead-head", {}, {"dead-head"}},
+    {"merge", "merge", {}, {"merge"}},
+    {"merge", "dead-head", {}, {"merge", "dead-head"}},
 };
 
 Steps stepsOf(const std::vector<std::string_view>& names) {
@@ -168,7 +172,9 @@ Steps stepsOf(const std::vector<std::string_view>& names) {
 void performBoth(const Workshop& workshop, const Pair& pair, int count, Faults& faults) {
     const auto title = fmt::format("{} beside {}", pair.first, pair.second);
     const Operation& second = operationOf(pair.second);
-    const Snapshot expected = after(workshop, stepsOf(pair.expected), second.unit, {});
+    prepare(workshop, stepsOf(pair.expected));
+    const Places places = placesIn(workshop, "state");
+    const Snapshot expected = snapshotIn(workshop, "state", second.unit, places);
     for (int i = 0; i < count; ++i) {
         workshop.renew("both");
         const Performer one(operationOf(pair.first), workshop.path("both"));
@@ -177,27 +183,33 @@ void performBoth(const Workshop& workshop, const Pair& pair, int count, Faults& 
         if (other.wait() != Ending::Finished || !ended) {
             faults.add("both", title, "one of them did not come to its end");
         }
-        Reached reached;
         {
             District district(workshop.path("both"));
             for (const Step step : stepsOf(pair.finish)) {
                 step(district);
             }
-            reached = compare(snapshotOf(district, second.unit, {}), {expected, expected});
         }
+        const Reached reached =
+            compare(snapshotIn(workshop, "both", second.unit, places), {expected, expected});
         faults.examine("both", title, reached);
     }
     std::cout << fmt::format("{}: {} times\n", title, count);
 }
 
-int run(int count, const std::string& folder) {
+/// Without names: all operations, and the pairs.
+int run(int count, const std::string& folder, const std::vector<std::string>& names) {
     const Workshop workshop(folder);
     Faults faults(workshop);
-    for (const Operation& operation : operations()) {
-        killEach(workshop, operation, count, faults);
+    for (const std::string& name : names) {
+        killEach(workshop, operationOf(name), count, faults);
     }
-    for (const Pair& pair : Pairs) {
-        performBoth(workshop, pair, (count + 9) / 10, faults);
+    if (names.empty()) {
+        for (const Operation& operation : operations()) {
+            killEach(workshop, operation, count, faults);
+        }
+        for (const Pair& pair : Pairs) {
+            performBoth(workshop, pair, (count + 9) / 10, faults);
+        }
     }
     std::cout << (faults.count() == 0 ? "No fault.\n"
                                       : fmt::format("{} faults.\n", faults.count()));
@@ -211,10 +223,10 @@ int main(int count, char** words) {
     base::ports().clock = &clock;
     std::cout << std::unitbuf;
     try {
-        if (count == 3) {
-            return run(std::stoi(words[1]), words[2]);
+        if (count > 2) {
+            return run(std::stoi(words[1]), words[2], {words + 3, words + count});
         }
-        std::cerr << "Usage: group-operations COUNT FOLDER\n";
+        std::cerr << "Usage: group-operations COUNT FOLDER [OPERATION...]\n";
         return 2;
     } catch (const std::exception& error) {
         std::cerr << error.what() << "\n";

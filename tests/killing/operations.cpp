@@ -9,6 +9,7 @@
 #include "groupops/belltime/bellchange.h"
 #include "groupops/deadhead/districtdeadhead.h"
 #include "groupops/groupchange/runchange.h"
+#include "groupops/merge/runmerge.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/ports.h"
 
@@ -24,13 +25,18 @@ public:
     bool yield() override { return false; }
 };
 
-void changeGroup(District& district) {
+std::vector<std::string> allRuns(District& district) {
     ado::Recordset rows;
     rows.Open("SELECT RUN.RUN FROM RUN ORDER BY RUN.RUN", district.routing);
     std::vector<std::string> runs;
     for (; !rows.Eof(); rows.MoveNext()) {
         runs.push_back(rows["RUN"].asText());
     }
+    return runs;
+}
+
+void changeGroup(District& district) {
+    const auto runs = allRuns(district);
     const std::vector<groupops::RunChange> changes{{"Capacity", "Low"}, {"OverFill", 7}};
     Unwatched progress;
     groupops::changeRuns(district.routing, runs, changes, progress);
@@ -57,6 +63,15 @@ void calculateDeadHead(District& district, bool reset) {
     groupops::calculateAllRoutes({district.routing, district.cross}, reset, progress);
 }
 
+/// Every second run onto the end of the one before it.
+void mergeNeighbours(District& district) {
+    const auto runs = allRuns(district);
+    Unwatched progress;
+    for (std::size_t i = 1; i < runs.size(); i += 2) {
+        groupops::mergeRuns(district.routing, {runs[i - 1], runs[i], "PLANNER"}, progress);
+    }
+}
+
 using enum Operation::Unit;
 
 constexpr Operation All[] = {
@@ -65,6 +80,7 @@ constexpr Operation All[] = {
     {"dead-head", [](District& district) { calculateDeadHead(district, false); }, Route},
     {"dead-head-anew", [](District& district) { calculateDeadHead(district, true); }, Route,
      [](District& district) { groupops::resetDeadHead(district.routing); }},
+    {"merge", mergeNeighbours, MovedStop},
 };
 
 }  // namespace
