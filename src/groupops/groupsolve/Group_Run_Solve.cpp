@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
 #include "platform/process/process.h"
@@ -15,7 +14,6 @@ namespace groupops {
 
 namespace {
 
-using controls::toQt;
 using runedit::MapScreen;
 using startup::trapped;
 
@@ -67,7 +65,7 @@ Group_Run_Solve::Group_Run_Solve(RunSelection& selection, forms::Form* owner)
     ui_->DDEBox->hide();
     ui_->StopIt->setEnabled(false);
     forms::hideInPlace(*ui_->ProgressBar1);
-    forms::hideInPlace(*ui_->LeaveOutSolved);
+    ui_->LeaveOutSolved->hide();
     on(ui_->ChangeIt, &QPushButton::clicked, [this] { ChangeIt_Click(); });
     on(ui_->StopIt, &QPushButton::clicked, [this] { StopIt_Click(); });
     on(ui_->CloseIt, &QPushButton::clicked, [this] { CloseIt_Click(); });
@@ -81,6 +79,7 @@ Group_Run_Solve::~Group_Run_Solve() = default;
 void Group_Run_Solve::Form_Load() {
     trapped("Form_Load", SolveForm, [this] {
         ui_->StatMsg->setText(runedit::mapExchangeOn() ? "" : runedit::MapExchangeOffText);
+        ui_->RunStates->setTable(tableOf(SolveOutcome(selection_.selectedRuns())));
         showSelected();
     });
 }
@@ -140,7 +139,7 @@ SolveOutcome Group_Run_Solve::operate(const std::vector<std::string>& runs) {
     const Operation operation(*this, ui_->StopIt);
     ui_->RunStates->setEnabled(true);
     forms::Progress progress(ui_->ProgressBar1, ui_->StatMsg, ui_->StopIt);
-    const auto outcome = solveRuns(runs, *this, progress);
+    auto outcome = solveRuns(runs, *this, progress);
     hint({});
     progress.status(closingMessage(outcome));
     if (outcome.anySent()) {
@@ -179,18 +178,13 @@ void Group_Run_Solve::tell(const SolveOutcome& outcome) {
 void Group_Run_Solve::hint(const QString& text) { ui_->HintMsg->setText(text); }
 
 std::vector<runedit::UnlistedRun> Group_Run_Solve::listRuns(const std::vector<std::string>& runs) {
-    if (runs.size() > CleanUpLimit) {
-        hint(tr("The clean-up takes %1 runs at most. With more it reports a subscript error and "
-                "removes nothing; close its message to go on.")
-                 .arg(CleanUpLimit));
-    }
     return runedit::listRunsForMap(runs, MapScreen::GroupRunSolve);
 }
 
-bool Group_Run_Solve::cleanUp() {
+bool Group_Run_Solve::cleanUp(std::size_t runs) {
     const auto fault = faultOfStart(CleanUpProgram);
     if (fault.empty()) {
-        return waitForCleanUp();
+        return waitForCleanUp(runs);
     }
     return base::MsgBox(fmt::format(NoCleanUp, CleanUpProgram, fault), Title,
                         base::MsgIcon::Question, base::MsgButtons::YesNo) == base::MsgAnswer::Yes;
@@ -198,7 +192,12 @@ bool Group_Run_Solve::cleanUp() {
 
 /// There is no limit to the wait: the clean-up may not come upon files of runs that were sent
 /// since.
-bool Group_Run_Solve::waitForCleanUp() {
+bool Group_Run_Solve::waitForCleanUp(std::size_t runs) {
+    if (runs > CleanUpLimit) {
+        hint(tr("The clean-up takes %1 runs at most. With more it reports a subscript error and "
+                "removes nothing; close its message to go on.")
+                 .arg(CleanUpLimit));
+    }
     for (int waited = 0; process::host().isRunning(CleanUpProgram); waited += LookMs) {
         if (stops_ > 0) {
             return false;

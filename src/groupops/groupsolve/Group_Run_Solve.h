@@ -45,12 +45,12 @@ private:
 
     void require() override { runedit::requireMapProgram(); }
     std::vector<runedit::UnlistedRun> listRuns(const std::vector<std::string>& runs) override;
-    bool cleanUp() override;
+    bool cleanUp(std::size_t runs) override;
     void send(const std::string& run) override;
     MapReply awaitReply(const std::string& run) override;
     void showState(const SolveOutcome& outcome, std::size_t at) override;
 
-    bool waitForCleanUp();
+    bool waitForCleanUp(std::size_t runs);
     [[nodiscard]] bool goOnWaiting(const std::string& run) const;
 
     RunSelection& selection_;

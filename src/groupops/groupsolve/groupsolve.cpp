@@ -65,9 +65,8 @@ private:
             leaveOut(*std::ranges::find(outcome_.runs, unlisted.run, &SolveRun::run),
                      unlisted.fault);
         }
-        if (outcome_.count(SolveState::NotSent) > 0) {
-            outcome_.stopped = !map_.cleanUp();
-        }
+        const auto listed = outcome_.count(SolveState::NotSent);
+        outcome_.stopped = listed > 0 && !map_.cleanUp(listed);
     }
 
     void turn(std::size_t at) {

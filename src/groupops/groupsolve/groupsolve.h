@@ -25,8 +25,9 @@ public:
     /// Makes the request list that the clean-up reads; answers with the runs that it has to leave
     /// out. Raises "Path/File access error" (75).
     virtual std::vector<runedit::UnlistedRun> listRuns(const std::vector<std::string>& runs) = 0;
-    /// Removes what earlier hand-overs of the runs have left; false where the planner stopped.
-    virtual bool cleanUp() = 0;
+    /// Removes what earlier hand-overs of the listed runs have left; false where the planner
+    /// stopped.
+    virtual bool cleanUp(std::size_t runs) = 0;
     /// Hands one run over; raises as runedit::sendRunToMap does.
     virtual void send(const std::string& run) = 0;
     virtual MapReply awaitReply(const std::string& run) = 0;
