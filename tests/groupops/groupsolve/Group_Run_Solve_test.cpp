@@ -261,10 +261,10 @@ TEST_F(GroupSolveForm, RealMapSolvesTheRunsOneByOne) {
     dde::DBusTransport transport(bus.address(), 2s);
     dde::setTransport(&transport);
     support::ChildProgram program(
-        support::programOfBuild("vireo-map"), {"--work", "0.1", "--hold", "0"},
+        files::programFolder() + "/vireo-map", {"--work", "0.1", "--hold", "0"},
         support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
                                          {"XDG_CONFIG_HOME", district.folder()}});
-    ASSERT_TRUE(program.waitForLine("Ready"));
+    ASSERT_EQ(program.readLine(), "Ready");
     sql("UPDATE STOP SET XPOS = 1000 * INT_STOPID, YPOS = 5280");
     sql("UPDATE RUN SET REGENERATE = 1, STARTTIME = '1899-12-30 07:00:00'");
     solve();
