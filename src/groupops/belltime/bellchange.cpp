@@ -26,7 +26,7 @@ std::optional<base::Date> newBell(const BellChange& change, int group) {
 class Changing {
 public:
     Changing(ado::Connection& routing, const BellChange& change, const BellReport& report)
-        : routing_(routing), change_(change), report_(report) {}
+        : routing_(routing), work_(routing), change_(change), report_(report) {}
 
     GroupOutcome all();
 
@@ -36,6 +36,7 @@ private:
     void write(ado::Recordset& row, const std::string& run, base::Date bell, base::Date anchor);
 
     ado::Connection& routing_;
+    ado::GroupWork work_;
     const BellChange& change_;
     const BellReport& report_;
     GroupOutcome outcome_;
@@ -59,17 +60,17 @@ GroupOutcome Changing::all() {
 /// False where the planner stopped it.
 bool Changing::changeGroup(const BellGroup& group, base::Date bell) {
     for (int slot = 1; slot <= group.runCount; ++slot) {
-        if (report_.runs.yield()) {
+        const bool stopped = report_.runs.yield() ||
+                             !work_.unit(report_.runs, [&] { changeRun(group.runs[slot], bell); });
+        if (stopped) {
             return false;
         }
-        changeRun(group.runs[slot], bell);
         report_.runs.progress(100.0 * slot / group.runCount);
     }
     return true;
 }
 
 void Changing::changeRun(const std::string& run, base::Date bell) {
-    ado::UnitOfWork unit(routing_);
     ado::Recordset row;
     row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), routing_,
              ado::CursorType::Dynamic);
@@ -86,7 +87,6 @@ void Changing::changeRun(const std::string& run, base::Date bell) {
     }
     gap_ = anchor->gapMinutes;
     write(row, run, bell, anchor->time);
-    unit.commit();
     ++outcome_.changed;
 }
 
@@ -124,7 +124,6 @@ std::optional<BellCrowd> crowdAfter(const BellChange& change) {
 
 GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
                              const BellReport& report) {
-    const ado::GroupWork work(routing);
     return Changing(routing, change, report).all();
 }
 

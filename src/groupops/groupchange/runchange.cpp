@@ -11,7 +11,6 @@ namespace {
 /// False where there is no such run.
 bool changeRow(ado::Connection& routing, const std::string& run,
                std::span<const RunChange> changes) {
-    ado::UnitOfWork unit(routing);
     ado::Recordset row;
     row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), routing,
              ado::CursorType::Dynamic);
@@ -23,7 +22,6 @@ bool changeRow(ado::Connection& routing, const std::string& run,
     }
     row.Update();
     row.Close();
-    unit.commit();
     return true;
 }
 
@@ -33,13 +31,15 @@ GroupOutcome changeRuns(ado::Connection& routing, std::span<const std::string> r
                         std::span<const RunChange> changes, base::ProgressPort& progress) {
     GroupOutcome outcome;
     outcome.asked = static_cast<int>(runs.size());
-    const ado::GroupWork work(routing);
+    ado::GroupWork work(routing);
     for (const std::string& run : runs) {
-        if (progress.yield()) {
-            outcome.stopped = true;
+        bool changed = false;
+        outcome.stopped = progress.yield() ||
+                          !work.unit(progress, [&] { changed = changeRow(routing, run, changes); });
+        if (outcome.stopped) {
             break;
         }
-        if (!changeRow(routing, run, changes)) {
+        if (!changed) {
             outcome.gone.push_back(run);
             continue;
         }
