@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
@@ -48,11 +50,9 @@ protected:
     }
 
     AddedStops add(const std::vector<int>& stops) {
-        std::vector<ChosenStop> rows;
-        for (const int stop : stops) {
-            rows.push_back(chosen(stop));
-        }
-        return addStops(connection, run, rows);
+        std::vector<ChosenStop> selected(stops.size());
+        std::transform(stops.begin(), stops.end(), selected.begin(), chosen);
+        return addStops(connection, run, selected);
     }
 
     /// The run as "S1:1 S6:2": stop id and sequence in the order of the list.

@@ -8,8 +8,6 @@ namespace stops {
 
 namespace {
 
-using testing::ElementsAre;
-
 /// The stops of StopsDistrict made different: their ids say what tells them from the others.
 class StopSearch : public StopsDistrict {
 protected:
