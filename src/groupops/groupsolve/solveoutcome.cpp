@@ -98,7 +98,7 @@ std::string whatWasNotSolved(const SolveOutcome& outcome) {
 
 controls::TextTable tableOf(const SolveOutcome& outcome) {
     controls::TextTable table;
-    table.columns = {{"Run", 1950}, {"State", 5600}};
+    table.columns = {{"Run", 1950}, {"State", 5950}};
     for (const SolveRun& run : outcome.runs) {
         const auto row = table.addRow();
         table.setText(row, 0, run.run);
