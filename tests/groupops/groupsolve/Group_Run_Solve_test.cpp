@@ -69,6 +69,7 @@ protected:
     std::vector<std::string> states() {
         auto& list = control<controls::MultiColumnList>("RunStates");
         std::vector<std::string> rows;
+        rows.reserve(static_cast<std::size_t>(list.rows()));
         for (int row = 0; row < list.rows(); ++row) {
             rows.push_back(list.cellText(row, 0) + ": " + list.cellText(row, 1));
         }
