@@ -11,6 +11,12 @@ std::string runCount(std::size_t count) {
     return count == 1 ? std::string("1 run") : fmt::format("{} runs", count);
 }
 
+std::string selectedText(std::size_t count) {
+    return count == 0 ? std::string("No run is selected in the run list.")
+                      : fmt::format("{} {} selected in the run list.", runCount(count),
+                                    count == 1 ? "is" : "are");
+}
+
 std::string someOf(const std::vector<std::string>& ids) {
     constexpr std::ptrdiff_t Shown = 10;
     const auto shown = std::min(Shown, std::ssize(ids));

@@ -17,6 +17,8 @@ struct GroupOutcome {
 
 /// "1 run", "2 runs".
 [[nodiscard]] std::string runCount(std::size_t count);
+/// "3 runs are selected in the run list."
+[[nodiscard]] std::string selectedText(std::size_t count);
 /// "A, B, C and 5 more".
 [[nodiscard]] std::string someOf(const std::vector<std::string>& ids);
 

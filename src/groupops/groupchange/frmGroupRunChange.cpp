@@ -19,6 +19,7 @@ namespace {
 
 using controls::MultiColumnCombo;
 using controls::NumberBox;
+using controls::toQt;
 using startup::trapped;
 
 constexpr auto Form_ = "frmGroupRunChange";
@@ -97,10 +98,7 @@ void frmGroupRunChange::formActivate() {
 void frmGroupRunChange::showSelected() {
     const auto count = selection_.selectedRuns().size();
     ui_->ChangeIt->setEnabled(count > 0);
-    ui_->SelectedRuns->setText(count == 0 ? tr("No run is selected in the run list.")
-                               : count == 1
-                                   ? tr("1 run is selected in the run list.")
-                                   : tr("%1 runs are selected in the run list.").arg(count));
+    ui_->SelectedRuns->setText(toQt(selectedText(count)));
 }
 
 void frmGroupRunChange::ChangeRunFamily_Click() {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "groupops/groupoutcome.h"
+#include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
 #include "platform/process/process.h"
@@ -14,6 +16,7 @@ namespace groupops {
 
 namespace {
 
+using controls::toQt;
 using runedit::MapScreen;
 using startup::trapped;
 
@@ -90,10 +93,7 @@ void Group_Run_Solve::formActivate() {
 
 void Group_Run_Solve::showSelected() {
     const auto count = selection_.selectedRuns().size();
-    ui_->SelectedRuns->setText(count == 0 ? tr("No run is selected in the run list.")
-                               : count == 1
-                                   ? tr("1 run is selected in the run list.")
-                                   : tr("%1 runs are selected in the run list.").arg(count));
+    ui_->SelectedRuns->setText(toQt(selectedText(count)));
 }
 
 std::vector<std::string> Group_Run_Solve::runsToSend() const {
