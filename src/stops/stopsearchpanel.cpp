@@ -220,7 +220,11 @@ void StopSearchPanel::fill(MultiColumnList& list) {
         table.reserve(RowsToExpect);
     }
     list.setTable(std::move(table));
-    filled();
+    if (found_->atEnd()) {
+        finish();
+    } else {
+        goOnFilling();
+    }
 }
 
 controls::TextTable StopSearchPanel::readSlice(int milliseconds, controls::TextTable table) {
@@ -232,24 +236,29 @@ controls::TextTable StopSearchPanel::readSlice(int milliseconds, controls::TextT
     return table;
 }
 
+void StopSearchPanel::goOnFilling() {
+    list().setHeaderSorts(false);
+    turn_.start();
+    showCount();
+}
+
+/// The last slice and the sorting each get a turn of their own.
 void StopSearchPanel::fillOn() {
     trapped("Search", form(), [this] {
-        list().appendRows(readSlice(SliceMs, found_->emptyTable()));
-        filled();
+        if (found_->atEnd()) {
+            finish();
+        } else {
+            list().appendRows(readSlice(SliceMs, found_->emptyTable()));
+            goOnFilling();
+        }
     });
 }
 
-/// Goes on with the next slice, or shows that the list is complete.
-void StopSearchPanel::filled() {
-    const bool complete = found_->atEnd();
-    list().setHeaderSorts(complete);
+void StopSearchPanel::finish() {
+    found_->close();
+    list().setHeaderSorts(true);
+    sortAsBefore();
     showCount();
-    if (complete) {
-        found_->close();
-        sortAsBefore();
-    } else {
-        turn_.start();
-    }
 }
 
 /// By stop id until the planner sorts by something else.
@@ -282,7 +291,7 @@ void StopSearchPanel::searchAgain() {
     ask(*asked_);
     list().doItemsLayout();
     list().verticalScrollBar()->setValue(place);
-    if (former && found_->atEnd()) {
+    if (former && !turn_.isActive()) {
         goOnAt(rows.front(), *former);
     }
 }
@@ -314,9 +323,9 @@ void StopSearchPanel::selectAll() { list().selectAllRows(); }
 
 void StopSearchPanel::showCount() {
     const int rows = list().rows();
-    ui_->TotSel->setText(!found_           ? QString()
-                         : found_->atEnd() ? QString::number(rows)
-                                           : tr("%1 so far").arg(rows));
+    ui_->TotSel->setText(!found_            ? QString()
+                         : turn_.isActive() ? tr("%1 so far").arg(rows)
+                                            : QString::number(rows));
     const int count = list().selectedCount();
     ui_->SelectedCount->setText(count == 0 ? QString() : tr("%n selected", nullptr, count));
 }

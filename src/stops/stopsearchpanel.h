@@ -74,7 +74,8 @@ private:
     void fill(controls::MultiColumnList& list);
     [[nodiscard]] controls::TextTable readSlice(int milliseconds, controls::TextTable table);
     void fillOn();
-    void filled();
+    void goOnFilling();
+    void finish();
     void sortAsBefore();
     [[nodiscard]] ChosenStop stopAt(int row) const;
     void goOnAt(int row, const ChosenStop& former);
