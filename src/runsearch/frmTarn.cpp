@@ -22,11 +22,9 @@ namespace runsearch {
 
 namespace {
 
-using controls::fromQt;
 using controls::toQt;
 using startup::trapped;
 
-constexpr auto Module = "frmTarn";
 constexpr auto SplitterKey = "frmTarn/Splitter";
 
 const auto BeforeSearch = QStringLiteral(
@@ -41,8 +39,6 @@ bool isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
                         [&](const char* name) { return button.objectName() == name; });
 }
-
-std::string text(const QLineEdit* box) { return fromQt(box->text()); }
 
 }  // namespace
 
@@ -114,8 +110,7 @@ void frmTarn::Form_Load() {
         data::Load_cmbVehicle(*this);
         data::Load_cmbAid(*this);
         data::Load_cmbRoute(*this);
-        ui_->Start_BegTime->clear();
-        EmptyTimeText = text(ui_->Start_BegTime);
+        emptyTimes();
         ui_->RunTab->setCurrentIndex(0);
         ui_->RunId->setFocus();
         showFilledCriteria();

@@ -68,6 +68,8 @@ protected:
     bool formQueryUnload() override;
 
 private:
+    static constexpr auto Module = "frmTarn";  ///< what the error trap calls it
+
     void Form_Load();
     void Form_Activate();
 

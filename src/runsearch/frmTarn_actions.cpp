@@ -30,8 +30,6 @@ using controls::fromQt;
 using controls::toQt;
 using startup::trapped;
 
-constexpr auto ActionsModule = "frmTarn";
-
 constexpr auto NoRunSelectedTitle = "No Run Selected";
 constexpr auto NoRunToEdit =
     "Oops, you did not select run to edit.  Please click on the desired run and try again.";
@@ -76,7 +74,7 @@ void frmTarn::tellRunIsGone(const std::string& run) {
 
 /// chkNew is set only while the editor loads.
 void frmTarn::cmdNew_Click() {
-    trapped("cmdNew_Click", ActionsModule, [this] {
+    trapped("cmdNew_Click", Module, [this] {
         if (!startup::HasAuthority("RTG210", true)) {
             return;
         }
@@ -92,7 +90,7 @@ void frmTarn::cmdNew_Click() {
 }
 
 void frmTarn::Edit_Click() {
-    trapped("Edit_Click", ActionsModule, [this] {
+    trapped("Edit_Click", Module, [this] {
         ui_->Tarn->setText(toQt(startup::NoNullString(ui_->RunList->chosenKey()).asText()));
         const std::string run = chosenRun();
         if (run.empty()) {
@@ -108,7 +106,7 @@ void frmTarn::Edit_Click() {
 }
 
 void frmTarn::Delete_Click() {
-    trapped("Delete_Click", ActionsModule, [this] {
+    trapped("Delete_Click", Module, [this] {
         const std::string run = chosenRun();
         if (!startup::HasAuthority("RTG230", true)) {
             return;
@@ -144,22 +142,22 @@ void frmTarn::refreshRunList() {
 }
 
 void frmTarn::ChangeBell_Click() {
-    trapped("ChangeBell_Click", ActionsModule,
+    trapped("ChangeBell_Click", Module,
             [this] { openForm<groupops::BellTimeChange>(*this, this); });
 }
 
 void frmTarn::GroupChange_Click() {
-    trapped("GroupChange_Click", ActionsModule,
+    trapped("GroupChange_Click", Module,
             [this] { openForm<groupops::frmGroupRunChange>(*this, this); });
 }
 
 void frmTarn::GroupSolve_Click() {
-    trapped("GroupSolve_Click", ActionsModule,
+    trapped("GroupSolve_Click", Module,
             [this] { openForm<groupops::Group_Run_Solve>(*this, this); });
 }
 
 void frmTarn::MergeRuns_Click() {
-    trapped("MergeRuns_Click", ActionsModule, [this] {
+    trapped("MergeRuns_Click", Module, [this] {
         const std::string run = chosenRun();
         if (run.empty()) {
             return inform(NoRunToMerge, NoRunSelectedTitle);
@@ -174,15 +172,15 @@ void frmTarn::MergeRuns_Click() {
 }
 
 void frmTarn::DeadHead_Click() {
-    trapped("DeadHead_Click", ActionsModule, [this] { openForm<groupops::frmCalcDeadHead>(this); });
+    trapped("DeadHead_Click", Module, [this] { openForm<groupops::frmCalcDeadHead>(this); });
 }
 
 void frmTarn::SelectAll_Click() {
-    trapped("SelectAll_Click", ActionsModule, [this] { ui_->RunList->selectAllRows(); });
+    trapped("SelectAll_Click", Module, [this] { ui_->RunList->selectAllRows(); });
 }
 
 void frmTarn::Exit_Click() {
-    trapped("Exit_Click", ActionsModule, [] { startup::ShutDown(); });
+    trapped("Exit_Click", Module, [] { startup::ShutDown(); });
 }
 
 }  // namespace runsearch

@@ -19,8 +19,6 @@ using controls::fromQt;
 using controls::toQt;
 using startup::trapped;
 
-constexpr auto CriteriaModule = "frmTarn";
-
 std::string typed(const QLineEdit* box) { return fromQt(box->text()); }
 
 void showSecondColumn(const controls::MultiColumnCombo& combo, QLabel& label) {
@@ -134,7 +132,7 @@ void frmTarn::emptyTimes() {
 }
 
 void frmTarn::UseRoute_Click() {
-    trapped("UseRoute_Click", CriteriaModule, [this] {
+    trapped("UseRoute_Click", Module, [this] {
         const bool checked = ui_->UseRoute->isChecked();
         for (auto* combo : {ui_->cmbEmployee, ui_->cmbVehicle, ui_->cmbAid, ui_->cmbRoute}) {
             combo->setEnabled(checked);
@@ -151,7 +149,7 @@ void frmTarn::UseRoute_Click() {
 }
 
 void frmTarn::SearchStops_Click() {
-    trapped("SearchStops_Click", CriteriaModule, [this] {
+    trapped("SearchStops_Click", Module, [this] {
         if (ui_->SearchStops->isChecked()) {
             ui_->Search_Stops_TripType->setChecked(false);
         }
@@ -159,7 +157,7 @@ void frmTarn::SearchStops_Click() {
 }
 
 void frmTarn::Search_Stops_TripType_Click() {
-    trapped("Search_Stops_TripType_Click", CriteriaModule, [this] {
+    trapped("Search_Stops_TripType_Click", Module, [this] {
         if (ui_->Search_Stops_TripType->isChecked()) {
             ui_->SearchStops->setChecked(false);
         }
@@ -167,33 +165,31 @@ void frmTarn::Search_Stops_TripType_Click() {
 }
 
 void frmTarn::cmbEmployee_Click() {
-    trapped("cmbEmployee_Click", CriteriaModule,
+    trapped("cmbEmployee_Click", Module,
             [this] { showSecondColumn(*ui_->cmbEmployee, *ui_->EmpName); });
 }
 
 void frmTarn::cmbEmployee_LostFocus() {
-    trapped("cmbEmployee_LostFocus", CriteriaModule,
+    trapped("cmbEmployee_LostFocus", Module,
             [this] { leaveCombo(*ui_->cmbEmployee, *ui_->EmpName); });
 }
 
 void frmTarn::cmbVehicle_Click() {
-    trapped("cmbVehicle_Click", CriteriaModule,
+    trapped("cmbVehicle_Click", Module,
             [this] { showSecondColumn(*ui_->cmbVehicle, *ui_->VehDescription); });
 }
 
 void frmTarn::cmbVehicle_LostFocus() {
-    trapped("cmbVehicle_LostFocus", CriteriaModule,
+    trapped("cmbVehicle_LostFocus", Module,
             [this] { leaveCombo(*ui_->cmbVehicle, *ui_->VehDescription); });
 }
 
 void frmTarn::cmbAid_Click() {
-    trapped("cmbAid_Click", CriteriaModule,
-            [this] { showSecondColumn(*ui_->cmbAid, *ui_->AidName); });
+    trapped("cmbAid_Click", Module, [this] { showSecondColumn(*ui_->cmbAid, *ui_->AidName); });
 }
 
 void frmTarn::cmbAid_LostFocus() {
-    trapped("cmbAid_LostFocus", CriteriaModule,
-            [this] { leaveCombo(*ui_->cmbAid, *ui_->AidName); });
+    trapped("cmbAid_LostFocus", Module, [this] { leaveCombo(*ui_->cmbAid, *ui_->AidName); });
 }
 
 /// Each tab tells how many criteria it holds, so that none is forgotten on a tab out of sight.
