@@ -1,6 +1,5 @@
 #include "stops/stopsearchpanel.h"
 
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QScrollBar>
 #include <QShortcut>
@@ -228,11 +227,10 @@ void StopSearchPanel::fill(MultiColumnList& list) {
 }
 
 controls::TextTable StopSearchPanel::readSlice(int milliseconds, controls::TextTable table) {
-    QElapsedTimer clock;
-    clock.start();
+    const forms::WorkSlice slice(milliseconds);
     do {
         found_->read(table, RowsAtOnce);
-    } while (!found_->atEnd() && clock.elapsed() < milliseconds);
+    } while (!found_->atEnd() && !slice.isOver());
     return table;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/operation.h"
 #include "runedit/map/fakemap.h"
 #include "startup/mdlGetMapSoftware.h"
 #include "startup/session.h"
@@ -194,6 +195,7 @@ TEST_F(StopForms, LongListsFillWhileThePlannerWorksOn) {
                  "60099) INSERT INTO STOP (INT_STOPID, STOPID, STOPTYPE) SELECT i, 'X' || i, "
                  "'SCHOOL' FROM n");
     check("chkTRIPTYPES", false);
+    forms::WorkSlice::endAllAtOnce(true);
     click("cmdSearch");
     const int first = list("lstStop").rows();
     EXPECT_GT(first, 0);
@@ -204,6 +206,7 @@ TEST_F(StopForms, LongListsFillWhileThePlannerWorksOn) {
     select("lstStop", many);
     EXPECT_TRUE(QTest::qWaitFor([&] { return list("lstStop").rows() > first; }));
     EXPECT_EQ(list("lstStop").selectedRows(), many);
+    forms::WorkSlice::endAllAtOnce(false);
 
     click("AddStop");  // while the list is filling
     ASSERT_THAT(session.boxes.shown, SizeIs(1));

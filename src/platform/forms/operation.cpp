@@ -11,6 +11,17 @@
 
 namespace forms {
 
+namespace {
+
+constexpr int TurnMs = 33;
+bool slicesEndAtOnce = false;
+
+}  // namespace
+
+bool WorkSlice::isOver() const { return slicesEndAtOnce || clock_.elapsed() >= milliseconds_; }
+
+void WorkSlice::endAllAtOnce(bool atOnce) { slicesEndAtOnce = atOnce; }
+
 BusyCursor::BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
 
 BusyCursor::~BusyCursor() { QApplication::restoreOverrideCursor(); }
@@ -68,8 +79,7 @@ void hideInPlace(QWidget& control) {
 }
 
 Progress::Progress(QProgressBar* bar, QLabel* status, QAbstractButton* stop)
-    : bar_(bar), status_(status) {
-    sinceYield_.start();
+    : bar_(bar), status_(status), untilYield_(TurnMs) {
     if (bar_ != nullptr) {
         bar_->setRange(0, 100);
         bar_->setValue(0);
@@ -92,10 +102,9 @@ void Progress::status(const std::string& text) {
 }
 
 bool Progress::yield() {
-    constexpr qint64 TurnMs = 33;
-    if (sinceYield_.elapsed() >= TurnMs) {
+    if (untilYield_.isOver()) {
         Application::instance().yield();
-        sinceYield_.restart();
+        untilYield_.restart();
     }
     return stopped_;
 }

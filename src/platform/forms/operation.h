@@ -13,6 +13,21 @@ class QProgressBar;
 
 namespace forms {
 
+/// How long a piece of work goes on before the event loop gets its turn. It starts with its making.
+class WorkSlice {
+public:
+    explicit WorkSlice(int milliseconds) : milliseconds_(milliseconds) { clock_.start(); }
+    [[nodiscard]] bool isOver() const;
+    void restart() { clock_.start(); }
+
+    /// Every slice is over at once, so that a test meets each turn however fast the machine is.
+    static void endAllAtOnce(bool atOnce);
+
+private:
+    int milliseconds_;
+    QElapsedTimer clock_;
+};
+
 /// Shows the busy cursor while it lives.
 class BusyCursor {
 public:
@@ -55,7 +70,7 @@ public:
 private:
     QProgressBar* bar_;
     QLabel* status_;
-    QElapsedTimer sinceYield_;
+    WorkSlice untilYield_;
     bool stopped_ = false;
     QObject context_;
 };

@@ -1,6 +1,5 @@
 #include "runsearch/log/RunLogInquiry.h"
 
-#include <QElapsedTimer>
 #include <QLocale>
 #include <QShortcut>
 
@@ -227,11 +226,10 @@ bool RunLogInquiry::wantsMore() const {
 // The list looks at all its rows whenever some are added, so on the way to the end they are added
 // seldom: a share of those that are there at a time.
 void RunLogInquiry::readSlice() {
-    QElapsedTimer slice;
-    slice.start();
+    const forms::WorkSlice slice(SliceMs);
     do {
         reader_->read(BlockEntries, read_);
-    } while (readsToEnd() && !reader_->atEnd() && slice.elapsed() < SliceMs);
+    } while (readsToEnd() && !reader_->atEnd() && !slice.isOver());
     const auto listed = static_cast<std::size_t>(ui_->LogList->rows());
     if (!readsToEnd() || reader_->atEnd() || read_.rowCount() > listed / 4) {
         ui_->LogList->appendRows(read_);

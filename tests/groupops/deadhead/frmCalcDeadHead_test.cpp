@@ -11,6 +11,7 @@
 
 #include "platform/controls/multicolumnlist.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
 #include "startup/session.h"
 #include "support/testsession.h"
@@ -26,9 +27,11 @@ class CalcDeadHeadForm : public testing::Test {
 protected:
     CalcDeadHeadForm() {
         forms::Application::instance().startAfresh();
+        forms::WorkSlice::endAllAtOnce(true);
         session_.start(district_.folder() + "/vireo");
     }
     ~CalcDeadHeadForm() override {
+        forms::WorkSlice::endAllAtOnce(false);
         forms::FormRegistry::instance().destroyAll();
         forms::Application::instance().startAfresh();
     }
