@@ -53,6 +53,7 @@ void Run::AddStops_Click() {
     trapped("AddStops_Click", Module, [this] {
         auto& form = forms::FormRegistry::instance().make<stops::Add_Remove_Stops>(this);
         form.edit(run());
+        form.whenSent([this] { answer_.start(); });
         form.showForm();
     });
 }

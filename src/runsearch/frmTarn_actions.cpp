@@ -108,14 +108,12 @@ void frmTarn::Edit_Click() {
 void frmTarn::Delete_Click() {
     trapped("Delete_Click", Module, [this] {
         const std::string run = chosenRun();
-        if (!startup::HasAuthority("RTG230", true)) {
-            return;
-        }
         if (run.empty()) {
             inform(NoRunToDelete, NoRunSelectedTitle);
             return;
         }
-        if (!confirmed(ConfirmDeletion, ConfirmDeletionTitle)) {
+        if (!startup::HasAuthority("RTG230", true) ||
+            !confirmed(ConfirmDeletion, ConfirmDeletionTitle)) {
             return;
         }
         switch (deleteRun(*startup::gcnRouting, run)) {

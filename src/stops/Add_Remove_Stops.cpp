@@ -309,6 +309,10 @@ void Add_Remove_Stops::handToMap() {
                                  "Stops for it and leave it when the mapping software is running.",
                                  fault.what()),
                      NotHandedTitle, base::MsgIcon::Exclamation);
+        return;
+    }
+    if (sent_) {
+        sent_();
     }
 }
 

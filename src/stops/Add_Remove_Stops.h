@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/forms/form.h"
@@ -27,6 +29,8 @@ public:
 
     /// The run to work on; before the form is loaded or shown.
     void edit(const std::string& run);
+    /// Called when the form is left and the map program has taken the run: its answer will come.
+    void whenSent(std::function<void()> sent) { sent_ = std::move(sent); }
 
     void AddStop();
     void DelStop();
@@ -66,6 +70,7 @@ private:
 
     std::unique_ptr<Ui::Add_Remove_Stops> ui_;
     EditedRun run_;
+    std::function<void()> sent_;
 };
 
 }  // namespace stops
