@@ -8,6 +8,7 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
 #include "startup/session.h"
 #include "startup/trap.h"
 
@@ -40,6 +41,7 @@ Run::Run(forms::Form* owner)
     setWindowModality(Qt::WindowModal);
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
+    forms::hideInPlace(*ui_->Status);
     boxes_ = std::make_unique<RunFieldBoxes>(
         RunFieldBoxes::Controls{ui_->RunID,         ui_->RunDesc,
                                 ui_->cmbSchool,     ui_->cmbTripType,

@@ -1,9 +1,9 @@
 #include <fmt/format.h>
 
 #include "data/mdlGetItems.h"
+#include "platform/ado/locked.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
-#include "platform/store/database.h"
 #include "runedit/Run.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/session.h"
@@ -78,16 +78,14 @@ void Run::OK_Click() {
 bool Run::save() {
     const auto texts = boxes_->texts();
     const Author author{startup::gCommandLine, base::Now()};
-    try {
-        return finish(isNew() ? createRun(*gcnRouting, texts, author)
-                              : changeRun(*gcnRouting, entries_, texts, author));
-    } catch (const store::StoreError& error) {
-        if (error.fault() != store::Fault::Locked) {
-            throw;
-        }
-        base::MsgBox(LockedText, LockedTitle, MsgIcon::Exclamation);
-        return false;
-    }
+    bool saved = false;
+    ado::unlessLocked(
+        [&] {
+            saved = finish(isNew() ? createRun(*gcnRouting, texts, author)
+                                   : changeRun(*gcnRouting, entries_, texts, author));
+        },
+        LockedText, LockedTitle);
+    return saved;
 }
 
 bool Run::finish(const SaveResult& result) {

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/locked.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
-#include "platform/store/database.h"
 
 namespace stops {
 
@@ -92,16 +92,7 @@ void tellOfSkipped(const ChangedStops& changed) {
 }
 
 bool unlessLocked(const std::function<void()>& action) {
-    try {
-        action();
-        return true;
-    } catch (const store::StoreError& error) {
-        if (error.fault() != store::Fault::Locked) {
-            throw;
-        }
-        base::MsgBox(LockedText, LockedTitle, base::MsgIcon::Exclamation);
-        return false;
-    }
+    return ado::unlessLocked(action, LockedText, LockedTitle);
 }
 
 }  // namespace stops

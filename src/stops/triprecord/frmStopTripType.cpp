@@ -5,10 +5,10 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/locked.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
-#include "platform/store/database.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/mdlFileUtilities.h"
 #include "startup/session.h"
@@ -263,37 +263,27 @@ void frmStopTripType::finish(const std::string& status) {
     }
 }
 
-/// What another program keeps from being written can be tried again.
-void frmStopTripType::unlessLocked(const std::function<void()>& write) {
-    try {
-        write();
-    } catch (const store::StoreError& error) {
-        if (error.fault() != store::Fault::Locked) {
-            throw;
-        }
-        base::MsgBox(LockedText, LockedTitle, base::MsgIcon::Exclamation);
-    }
-}
-
 void frmStopTripType::OK_Click() {
     trapped("OK_Click", Module, [this] {
-        unlessLocked([this] {
+        const auto work = [this] {
             if (save()) {
                 finish(fmt::format("Stop {} saved.", held_.stopId));
             }
-        });
+        };
+        ado::unlessLocked(work, LockedText, LockedTitle);
     });
 }
 
 void frmStopTripType::CalcTimes_Click() {
     trapped("CalcTimes_Click", Module, [this] {
-        unlessLocked([this] {
+        const auto work = [this] {
             if (save()) {
                 const bool timed = timeRun();
                 finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
                              : fmt::format("Stop {} saved.", held_.stopId));
             }
-        });
+        };
+        ado::unlessLocked(work, LockedText, LockedTitle);
     });
 }
 

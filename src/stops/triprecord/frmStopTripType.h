@@ -60,7 +60,6 @@ private:
     bool save();
     bool timeRun();
     void askAboutChanges(const TripRecord& stored, const TripFields& fields);
-    void unlessLocked(const std::function<void()>& write);
     void tellGone();
     void finish(const std::string& status);
     bool mayLeave();
