@@ -27,8 +27,8 @@ void readList(std::string_view list) {
         require(std::ranges::count(written, '|') == 7);
         require(runedit::requestIn(written) == request);
         if (runedit::canNameFiles(run)) {
-            const std::string file = runedit::WorkFiles("/work/").ofRun(run, ".dbf");
-            require(file.starts_with("/work/") && file.rfind('/') == 5);
+            const std::string file = runedit::WorkFiles("/prog/").ofRun(run, ".dbf");
+            require(file.starts_with("/prog/") && file.rfind('/') == 5);
         }
     }
 }
