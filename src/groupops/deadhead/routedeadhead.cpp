@@ -24,6 +24,11 @@ constexpr auto ClearSql =
     " RUN.DEADHEAD_MILES_BEFORE=Null, RUN.DEADHEAD_MILES_AFTER=Null, RUN.SHOW_BOTH_BEG = False,"
     " RUN.SHOW_BOTH_END = False WHERE RUN.INT_ROUTEID={}";
 /// Only what is read and written: a row is compared in every column before it is written.
+constexpr auto WriteSql =
+    "UPDATE RUN SET RUN.DEADHEAD_BEFORE_TIME = {}, RUN.DEADHEAD_AFTER_TIME = {},"
+    " RUN.DEADHEAD_MILES_BEFORE = {}, RUN.DEADHEAD_MILES_AFTER = {},"
+    " RUN.DEADHEAD_BEFORE_STARTTIME = {}, RUN.DEADHEAD_AFTER_STARTTIME = {},"
+    " RUN.SHOW_BOTH_BEG = {}, RUN.SHOW_BOTH_END = {} WHERE RUN.RUN={}";
 constexpr auto RunsSql =
     "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
 
@@ -93,36 +98,27 @@ PerRun<RunDeadHead> deadHeadOfRuns(ado::Connection& cross, const PerRun<RouteRun
     return result;
 }
 
-base::Value orNull(std::optional<base::Date> time) {
-    return time ? base::Value(*time) : base::Value();
+std::string literal(float figure) { return base::numberText(base::singleOf(figure)); }
+
+std::string literal(std::optional<base::Date> time) {
+    return time ? fmt::format("#{}#", time->text()) : "Null";
 }
 
-void writeRuns(ado::Recordset& rows, const PerRun<RunDeadHead>& results, int count) {
-    if (count == 0) {
-        return;
+std::string literal(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text) {
+        quoted += c == '\'' ? std::string("''") : std::string(1, c);
     }
-    rows.MoveFirst();
-    ado::Field& beforeTime = rows["DeadHead_Before_Time"];
-    ado::Field& afterTime = rows["DeadHead_After_Time"];
-    ado::Field& milesBefore = rows["DEADHEAD_MILES_BEFORE"];
-    ado::Field& milesAfter = rows["DEADHEAD_MILES_AFTER"];
-    ado::Field& beforeStart = rows["DeadHead_Before_StartTime"];
-    ado::Field& afterStart = rows["DeadHead_After_StartTime"];
-    ado::Field& showBothBeg = rows["Show_Both_Beg"];
-    ado::Field& showBothEnd = rows["Show_Both_End"];
-    for (int i = 1; i <= count; ++i) {
-        const RunDeadHead& run = results[i];
-        beforeTime.Value(run.before.minutes);
-        afterTime.Value(run.after.minutes);
-        milesBefore.Value(base::singleOf(run.before.miles));
-        milesAfter.Value(base::singleOf(run.after.miles));
-        beforeStart.Value(orNull(run.beforeStart));
-        afterStart.Value(orNull(run.afterStart));
-        showBothBeg.Value(run.showBothBeg);
-        showBothEnd.Value(run.showBothEnd);
-        rows.Update();
-        rows.MoveNext();
-    }
+    return quoted + "'";
+}
+
+// A statement, not the recordset: that would compare all columns of RUN at each row.
+void writeRun(ado::Connection& routing, const std::string& run, const RunDeadHead& deadHead) {
+    routing.Execute(fmt::format(WriteSql, literal(deadHead.before.minutes),
+                                literal(deadHead.after.minutes), literal(deadHead.before.miles),
+                                literal(deadHead.after.miles), literal(deadHead.beforeStart),
+                                literal(deadHead.afterStart), deadHead.showBothBeg,
+                                deadHead.showBothEnd, literal(run)));
 }
 
 OpenLeg::Lack lackOf(Travel travel) {
@@ -168,12 +164,14 @@ std::vector<OpenLeg> calculateRoute(const DeadHeadData& data, std::int32_t route
     const double gap = backToGarageGap(data.routing);
     data.routing.Execute(fmt::format(ClearSql, route));
     ado::Recordset rows;
-    rows.Open(fmt::format(RunsSql, route), data.routing, ado::CursorType::Dynamic);
+    rows.Open(fmt::format(RunsSql, route), data.routing);
     PerRun<RouteRun> runs;
     const int count = readRuns(rows, runs);
     const auto legs = legsOfRoute(runs, count, garage, gap);
     const auto results = deadHeadOfRuns(data.cross, runs, legs, count);
-    writeRuns(rows, results, count);
+    for (int i = 1; i <= count; ++i) {
+        writeRun(data.routing, runs[i].run, results[i]);
+    }
     unit.commit();
     return openLegs(runs, legs, results, count);
 }
