@@ -9,6 +9,7 @@
 #include "platform/base/text.h"
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/refused.h"
 #include "platform/controls/timebox.h"
 
 namespace runedit {
@@ -39,17 +40,6 @@ void reveal(QWidget& control) {
             tabs->setCurrentWidget(page);
         }
     }
-}
-
-void paintBackground(QWidget& control, bool red) {
-    QPalette palette;
-    if (red) {
-        palette.setColor(QPalette::Base, QColor(255, 0, 0));
-        palette.setColor(QPalette::Button, QColor(255, 0, 0));
-        palette.setColor(QPalette::Text, Qt::white);
-        palette.setColor(QPalette::PlaceholderText, Qt::white);
-    }
-    control.setPalette(palette);
 }
 
 }  // namespace
@@ -113,7 +103,7 @@ void RunFieldBoxes::show(const RunTexts& texts) {
 
 void RunFieldBoxes::refuse(RunField field) {
     QWidget* box = control(field);
-    paintBackground(*box, true);
+    controls::showRefused(*box, true);
     reveal(*box);
     box->setFocus();
     if (auto* line = qobject_cast<QLineEdit*>(box)) {
@@ -123,7 +113,7 @@ void RunFieldBoxes::refuse(RunField field) {
 
 void RunFieldBoxes::clearRefusals() {
     for (QWidget* box : controls_) {
-        paintBackground(*box, false);
+        controls::showRefused(*box, false);
     }
 }
 

@@ -8,6 +8,7 @@
 #include "platform/base/text.h"
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/refused.h"
 #include "platform/controls/timebox.h"
 
 namespace stops {
@@ -81,14 +82,6 @@ base::Value typedTime(const TimeBox& box, const base::Value& before) {
     return before.isDate() ? before.asDate().dateValue().plusSeconds(time->seconds) : *time;
 }
 
-void paint(QWidget& control, bool red) {
-    QPalette palette;
-    if (red) {
-        palette.setColor(QPalette::Base, QColor(255, 0, 0));
-    }
-    control.setPalette(palette);
-}
-
 }  // namespace
 
 void TripFieldBoxes::show(const TripFields& stored) {
@@ -124,7 +117,7 @@ TripFields TripFieldBoxes::entered() const {
 
 void TripFieldBoxes::paintRed(std::optional<TripField> field) {
     for (const TripField each : AllTripFields) {
-        paint(*control(each), each == field);
+        controls::showRefused(*control(each), each == field);
     }
 }
 
