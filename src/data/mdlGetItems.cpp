@@ -8,7 +8,7 @@
 #include "data/lookups.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
-#include "startup/mdlNONULL.h"
+#include "startup/fieldvalues.h"
 #include "startup/session.h"
 #include "startup/trap.h"
 
@@ -19,11 +19,9 @@ namespace {
 constexpr auto Module = "mdlGetItems";
 constexpr auto NotFound = "NOT FOUND";
 
-using Answer = std::optional<std::vector<std::string>>;
+using startup::textOf;
 
-std::string textOf(const ado::Field& field) {
-    return startup::NoNullString(field.Value()).asText();
-}
+using Answer = std::optional<std::vector<std::string>>;
 
 /// The look-up's fields of the first row; nothing where there is no row.
 Answer ask(const KeyLookup& lookup, std::string sql) {

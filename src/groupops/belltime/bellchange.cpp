@@ -6,16 +6,13 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
+#include "startup/fieldvalues.h"
 
 namespace groupops {
 
 namespace {
 
 constexpr auto ChangedBy = "BELL TIME CHANGE";
-
-std::optional<base::Date> dateOf(const ado::Field& field) {
-    return field.isNull() ? std::nullopt : std::optional(field.Value().asDate());
-}
 
 std::optional<base::Date> newBell(const BellChange& change, int group) {
     const auto place = static_cast<std::size_t>(group - 1);
@@ -78,8 +75,8 @@ void Changing::changeRun(const std::string& run, base::Date bell) {
         outcome_.gone.push_back(run);
         return;
     }
-    const BellRun before{row["Pickup"].asBoolean(), dateOf(row["BellTime"]),
-                         dateOf(row["EndTime"])};
+    const BellRun before{row["Pickup"].asBoolean(), startup::timeOf(row["BellTime"]),
+                         startup::timeOf(row["EndTime"])};
     const auto anchor = bellAnchor(change_.method, before, bell, gap_);
     if (!anchor) {
         outcome_.withoutEnd.push_back(run);

@@ -6,11 +6,13 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
-#include "startup/mdlNONULL.h"
+#include "startup/fieldvalues.h"
 
 namespace groupops {
 
 namespace {
+
+using startup::timeOf;
 
 constexpr auto TravelSql =
     "SELECT DEADHEAD_CROSS.* FROM DEADHEAD_CROSS WHERE (DEADHEAD_CROSS.DEST_INT_STOPID={0} AND"
@@ -55,13 +57,7 @@ Travel firstTravel(ado::Connection& cross, const std::string& sql) {
 double backToGarageGap(ado::Connection& routing) {
     ado::Recordset district;
     district.Open("SELECT DISTRICT.* FROM DISTRICT", routing);
-    return district.Eof()
-               ? 0
-               : startup::NoNullNumber(district["Back_To_Garage_Gap"].Value()).asNumber();
-}
-
-std::optional<base::Date> timeOf(const ado::Field& field) {
-    return field.isNull() ? std::nullopt : std::optional(field.Value().asDate());
+    return district.Eof() ? 0 : startup::numberOf(district["Back_To_Garage_Gap"]);
 }
 
 int readRuns(ado::Recordset& rows, PerRun<RouteRun>& runs) {
@@ -146,7 +142,7 @@ std::vector<OpenLeg> openLegs(const PerRun<RouteRun>& runs, const PerRun<RunLegs
 }  // namespace
 
 std::int32_t internalId(const ado::Field& field) {
-    const auto id = startup::NoNullNumber(field.Value()).asInteger();
+    const auto id = startup::wholeOf(field);
     if (id != static_cast<std::int32_t>(id)) {
         base::raise(base::errors::Overflow);
     }

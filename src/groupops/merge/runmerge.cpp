@@ -7,12 +7,15 @@
 #include "data/readlist.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
-#include "startup/mdlNONULL.h"
+#include "startup/fieldvalues.h"
 #include "stops/stoplog.h"
 
 namespace groupops {
 
 namespace {
+
+using startup::textOf;
+using startup::wholeOf;
 
 constexpr auto StopsOfRun =
     "SELECT STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.INT_STOPID,"
@@ -21,14 +24,6 @@ constexpr auto StopsOfRun =
 
 bool isSameRun(std::string_view a, std::string_view b) {
     return base::equalsNoCase(base::trim(a), base::trim(b));
-}
-
-std::int64_t wholeOf(const ado::Field& field) {
-    return startup::NoNullNumber(field.Value()).asInteger();
-}
-
-std::string blankIfNull(const ado::Field& field) {
-    return startup::NoNullString(field.Value()).asText();
 }
 
 /// No run id holds an apostrophe, which would break the statement.
@@ -50,14 +45,14 @@ std::int64_t lastSequence(ado::Connection& routing, const std::string& run) {
 stops::RunStop stopOf(ado::Connection& routing, ado::Recordset& row) {
     stops::RunStop stop;
     stop.intStopId = wholeOf(row["INT_STOPID"]);
-    stop.tripType = blankIfNull(row["TRIPTYPE"]);
+    stop.tripType = textOf(row["TRIPTYPE"]);
     stop.sequence = wholeOf(row["RUNSEQ"]);
     ado::Recordset place;
     place.Open(fmt::format("Select STOP.STOPID, STOP.STOPTYPE FROM STOP WHERE STOP.INT_STOPID = {}",
                            stop.intStopId),
                routing);
-    stop.stopId = place.Eof() ? "NOT FOUND" : blankIfNull(place["STOPID"]);
-    stop.stopType = place.Eof() ? "" : blankIfNull(place["STOPTYPE"]);
+    stop.stopId = place.Eof() ? "NOT FOUND" : textOf(place["STOPID"]);
+    stop.stopType = place.Eof() ? "" : textOf(place["STOPTYPE"]);
     return stop;
 }
 
@@ -71,7 +66,7 @@ bool isStillOn(ado::Recordset& row, const std::string& run) {
         }
         return false;
     }
-    return isSameRun(blankIfNull(row["RUN"]), run);
+    return isSameRun(textOf(row["RUN"]), run);
 }
 
 bool moveStop(ado::Connection& routing, ado::Recordset& row, const RunMerge& merge,
@@ -202,7 +197,7 @@ std::string runSummary(ado::Connection& routing, const std::string& run) {
     stops.Open(fmt::format(StopsOfRun, base::trim(run), ""), routing, ado::CursorType::Static);
     std::string text;
     for (const auto* column : {"DESCRIPTION", "SCHOOL", "TRIPTYPE"}) {
-        const std::string part = blankIfNull(row[column]);
+        const std::string part = textOf(row[column]);
         text += part == " " ? "" : part + ", ";
     }
     const auto count = stops.RecordCount();

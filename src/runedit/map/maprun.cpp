@@ -5,18 +5,16 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "startup/mdlNONULL.h"
+#include "startup/fieldvalues.h"
 
 namespace runedit {
 
 namespace {
 
-std::optional<base::Date> timeOf(const ado::Field& field) {
-    return field.isNull() ? std::nullopt : std::optional(field.Value().asDate());
-}
+using startup::timeOf;
 
 std::string trimmedText(const ado::Field& field) {
-    return std::string(base::trim(startup::NoNullString(field.Value()).asText()));
+    return std::string(base::trim(startup::textOf(field)));
 }
 
 }  // namespace
@@ -35,7 +33,7 @@ MapRun readMapRun(ado::Connection& connection, const std::string& run) {
     }
     MapRun result{.run = trimmedText(row["Run"]),
                   .capacity = trimmedText(row["Capacity"]),
-                  .overfill = startup::NoNullNumber(row["OverFill"].Value()).asNumber(),
+                  .overfill = startup::numberOf(row["OverFill"]),
                   .timeToUse = trimmedText(row["TimeToUse"]),
                   .vehType = trimmedText(row["VehType"]),
                   .startTime = timeOf(row["STARTTIME"]),

@@ -6,7 +6,6 @@
 
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "startup/mdlNONULL.h"
 
 namespace runedit {
 
@@ -70,24 +69,6 @@ CheckedRun readCheckedRun(const std::string& run, std::int64_t intRouteId,
 std::string runSql(std::string_view run) {
     return fmt::format("Select RUN.* FROM RUN Where RUN.RUN='{}'", run);
 }
-
-std::string textOf(const ado::Field& field) {
-    return startup::NoNullString(field.Value()).asText();
-}
-
-double numberOf(const ado::Field& field) { return startup::NoNullNumber(field.Value()).asNumber(); }
-
-std::int64_t wholeOf(const ado::Field& field) {
-    return startup::NoNullNumber(field.Value()).asInteger();
-}
-
-std::optional<base::Date> timeOf(const ado::Field& field) {
-    const auto value = field.Value();
-    const bool blank = value.isNull() || (value.isText() && isBlank(value.heldText()));
-    return blank ? std::nullopt : std::optional(value.asDate());
-}
-
-bool yesNoOf(const ado::Field& field) { return !field.isNull() && field.asBoolean(); }
 
 std::int16_t integer16(std::int64_t number) {
     using Limits = std::numeric_limits<std::int16_t>;

@@ -8,6 +8,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/date.h"
+#include "startup/fieldvalues.h"
 
 namespace runedit {
 
@@ -42,12 +43,11 @@ struct CheckedRun {
 /// The statement that reads a run's row.
 [[nodiscard]] std::string runSql(std::string_view run);
 
-// A field with Null as a blank, as 0, as no time, as No.
-[[nodiscard]] std::string textOf(const ado::Field& field);
-[[nodiscard]] double numberOf(const ado::Field& field);
-[[nodiscard]] std::int64_t wholeOf(const ado::Field& field);
-[[nodiscard]] std::optional<base::Date> timeOf(const ado::Field& field);
-[[nodiscard]] bool yesNoOf(const ado::Field& field);
+using startup::numberOf;
+using startup::textOf;
+using startup::timeOf;
+using startup::wholeOf;
+using startup::yesNoOf;
 
 /// A whole number of 16 bits; raises "Overflow" (6) beyond.
 [[nodiscard]] std::int16_t integer16(std::int64_t number);

@@ -9,6 +9,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
+#include "startup/fieldvalues.h"
 
 namespace stops {
 
@@ -44,14 +45,14 @@ std::map<std::int64_t, std::string> needsByStudent(ado::Connection& routing,
     std::map<std::int64_t, std::string> needs;
     for (; !rows.Eof(); rows.MoveNext()) {
         std::string& codes = needs[rows["INT_STUID"].asInteger()];
-        codes += (codes.empty() ? "" : ", ") + runedit::textOf(rows["SPECIALNEEDS_CODE"]);
+        codes += (codes.empty() ? "" : ", ") + startup::textOf(rows["SPECIALNEEDS_CODE"]);
     }
     return needs;
 }
 
 std::string nameOf(ado::Recordset& student) {
-    const auto last = runedit::textOf(student["LASTNAME"]);
-    const auto first = runedit::textOf(student["FIRSTNAME"]);
+    const auto last = startup::textOf(student["LASTNAME"]);
+    const auto first = startup::textOf(student["FIRSTNAME"]);
     return base::trim(first).empty() ? last
                                      : fmt::format("{}, {}", base::trim(last), base::trim(first));
 }
@@ -67,7 +68,7 @@ TextTable readStopNeeds(ado::Connection& routing, const TripRecord& record) {
     std::int64_t count = 0;
     std::string code;
     for (; !rows.Eof(); rows.MoveNext()) {
-        const auto next = runedit::textOf(rows["SPECIALNEEDS_CODE"]);
+        const auto next = startup::textOf(rows["SPECIALNEEDS_CODE"]);
         if (table.rowCount() == 0 || !base::equalsNoCase(next, code)) {
             const auto row = table.addRow();
             data::setCell(table, row, 0, rows["SPECIALNEEDS_CODE"]);

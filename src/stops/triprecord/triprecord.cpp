@@ -6,6 +6,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
+#include "startup/fieldvalues.h"
 
 namespace stops {
 
@@ -17,7 +18,7 @@ constexpr auto RecordSql =
     " ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.ID={}";
 
 std::string trimmedText(const ado::Field& field) {
-    return std::string(base::trim(runedit::textOf(field)));
+    return std::string(base::trim(startup::textOf(field)));
 }
 
 bool isText(TripField field) {
@@ -41,9 +42,9 @@ TripRecord recordOf(ado::Recordset& row) {
     record.rightSideOnly = runedit::yesNoOf(row["RIGHTSIDE"]);
     record.tripType = trimmedText(row["TRIPTYPE"]);
     record.run = trimmedText(row["RUN"]);
-    record.sequence = runedit::wholeOf(row["RUNSEQ"]);
+    record.sequence = startup::wholeOf(row["RUNSEQ"]);
     record.changedBy = trimmedText(row["ChangedBy"]);
-    record.changed = runedit::timeOf(row["changeddt"]);
+    record.changed = startup::timeOf(row["changeddt"]);
     for (const TripField field : AllTripFields) {
         record.fields[field] = fieldValue(row, field);
     }

@@ -7,6 +7,7 @@
 #include "platform/base/text.h"
 #include "runedit/stoptimes.h"
 #include "runedit/validation/checkedrun.h"
+#include "startup/fieldvalues.h"
 
 namespace stops {
 
@@ -90,9 +91,9 @@ std::optional<TripRun> readTripRun(ado::Connection& routing, std::string_view ru
         return std::nullopt;
     }
     return TripRun{std::string(base::trim(run)),
-                   std::string(base::trim(runedit::textOf(row["DESCRIPTION"]))),
-                   runedit::timeOf(row["STARTTIME"]), runedit::timeOf(row["ENDTIME"]),
-                   runedit::timeOf(row["BELLTIME"])};
+                   std::string(base::trim(startup::textOf(row["DESCRIPTION"]))),
+                   startup::timeOf(row["STARTTIME"]), startup::timeOf(row["ENDTIME"]),
+                   startup::timeOf(row["BELLTIME"])};
 }
 
 std::string stopWithoutMinutes(ado::Connection& routing, std::string_view run) {
