@@ -1,4 +1,4 @@
-# The house rules of a build target: one core and one forms library for each folder, warnings as
+# The house rules of a build target: one core and one forms library for each room, warnings as
 # errors, include paths relative to src/, and the floors checked by the build.
 
 set(CMAKE_CXX_STANDARD 20)
@@ -38,42 +38,35 @@ if(VIREO_FUZZ)
   target_compile_options(vireo_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-define_property(GLOBAL PROPERTY VIREO_ROOMS)
+define_property(GLOBAL PROPERTY VIREO_TARGETS)
 
-# vireo_core(NAME FOLDER folder SOURCES ... LINK ...): a library without a widget.
-function(vireo_core name)
-  _vireo_room(${name} ${ARGN})
+# A folder is a room. Its targets are named after its path below src/: `runedit_map` is the core of
+# src/runedit/map, `runedit_map_forms` holds its forms. A header belongs to the target that compiles
+# the source of the same name; HEADERS names those that have none.
+
+# vireo_core(SOURCES ... HEADERS ... LINK ...): the room's library without a widget.
+function(vireo_core)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK" ${ARGN})
+  _vireo_room_path(name)
+  _vireo_library(${name} SOURCES ${ARG_SOURCES} HEADERS ${ARG_HEADERS} LINK ${ARG_LINK})
 endfunction()
 
-# vireo_forms(NAME FOLDER folder SOURCES ... UI ... LINK ...): a library of forms or controls.
-function(vireo_forms name)
-  cmake_parse_arguments(ARG "" "FOLDER" "SOURCES;UI;LINK" ${ARGN})
-  set(ui)
-  if(ARG_UI)
-    qt_wrap_ui(ui ${ARG_UI})
+# vireo_forms(SOURCES ... HEADERS ... UI ... LINK ...): the room's library of forms or controls.
+function(vireo_forms)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;UI;LINK" ${ARGN})
+  _vireo_room_path(name)
+  if(NOT name MATCHES "_forms$")
+    string(APPEND name _forms)
   endif()
-  _vireo_room(${name} FOLDER ${ARG_FOLDER} SOURCES ${ARG_SOURCES} ${ui} LINK ${ARG_LINK} Qt6::Widgets)
+  set(wrapped)
+  if(ARG_UI)
+    qt_wrap_ui(wrapped ${ARG_UI})
+  endif()
+  _vireo_library(${name} SOURCES ${ARG_SOURCES} HEADERS ${ARG_HEADERS} UI ${ARG_UI}
+    LINK ${ARG_LINK} Qt6::Widgets)
+  target_sources(${name} PRIVATE ${wrapped})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
-endfunction()
-
-function(_vireo_room name)
-  cmake_parse_arguments(ARG "" "FOLDER" "SOURCES;LINK" ${ARGN})
-  add_library(${name} STATIC ${ARG_SOURCES})
-  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE vireo_flags)
-  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
-  set_target_properties(${name} PROPERTIES VIREO_FOLDER "${ARG_FOLDER}" VIREO_LINK "${ARG_LINK}")
-  set_property(GLOBAL APPEND PROPERTY VIREO_ROOMS ${name})
-endfunction()
-
-# vireo_headers(NAME FOLDER folder LINK ...): a room of headers alone.
-function(vireo_headers name)
-  cmake_parse_arguments(ARG "" "FOLDER" "LINK" ${ARGN})
-  add_library(${name} INTERFACE)
-  target_link_libraries(${name} INTERFACE ${ARG_LINK})
-  target_include_directories(${name} INTERFACE ${CMAKE_SOURCE_DIR}/src)
-  set_target_properties(${name} PROPERTIES VIREO_FOLDER "${ARG_FOLDER}" VIREO_LINK "${ARG_LINK}")
-  set_property(GLOBAL APPEND PROPERTY VIREO_ROOMS ${name})
 endfunction()
 
 # vireo_program(NAME SOURCES ... LINK ...)
@@ -81,6 +74,41 @@ function(vireo_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINK} vireo_flags)
+  _vireo_register(${name} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK})
+endfunction()
+
+function(_vireo_room_path result)
+  file(RELATIVE_PATH path ${CMAKE_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
+  string(REPLACE "/" "_" name ${path})
+  set(${result} ${name} PARENT_SCOPE)
+endfunction()
+
+function(_vireo_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;UI;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE vireo_flags)
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+  _vireo_register(${name} SOURCES ${ARG_SOURCES} ${ARG_HEADERS} ${ARG_UI} LINK ${ARG_LINK})
+endfunction()
+
+# Notes for the floors check which files a target holds.
+function(_vireo_register name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  if(NOT CMAKE_CURRENT_SOURCE_DIR MATCHES "^${CMAKE_SOURCE_DIR}/src/")
+    return()
+  endif()
+  set(files)
+  foreach(source IN LISTS ARG_SOURCES)
+    if(NOT IS_ABSOLUTE ${source})
+      list(APPEND files ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+      string(REGEX REPLACE "\\.cpp$" ".h" header ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+      if(source MATCHES "\\.cpp$" AND EXISTS ${header})
+        list(APPEND files ${header})
+      endif()
+    endif()
+  endforeach()
+  set_target_properties(${name} PROPERTIES VIREO_FILES "${files}" VIREO_LINK "${ARG_LINK}")
+  set_property(GLOBAL APPEND PROPERTY VIREO_TARGETS ${name})
 endfunction()
 
 # vireo_test(NAME SOURCES ... LINK ...): one test program, each of its cases known to ctest.
@@ -93,42 +121,33 @@ function(vireo_test name)
     PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
 endfunction()
 
-# Compares every include of a room with what the room links; an include upwards fails the build.
+# vireo_form_test(NAME SOURCES ... LINK ...): the same for tests that need the desktop's toolkit.
+function(vireo_form_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  vireo_test(${name} SOURCES ${CMAKE_SOURCE_DIR}/tests/support/qtmain.cpp ${ARG_SOURCES}
+    LINK ${ARG_LINK} platform_forms Qt6::Test)
+endfunction()
+
+# Looks at every file of src/ with cmake/CheckFloors.cmake; what it finds fails the build.
 function(vireo_check_floors)
-  get_property(rooms GLOBAL PROPERTY VIREO_ROOMS)
+  get_property(targets GLOBAL PROPERTY VIREO_TARGETS)
   set(table "")
-  set(inputs "")
-  foreach(room IN LISTS rooms)
-    get_target_property(folder ${room} VIREO_FOLDER)
-    get_target_property(link ${room} VIREO_LINK)
-    get_target_property(sources ${room} SOURCES)
-    if(NOT sources)
-      set(sources)
-    endif()
-    get_target_property(dir ${room} SOURCE_DIR)
-    list(TRANSFORM link REPLACE ";" ",")
-    string(REPLACE ";" "," link "${link}")
-    set(files)
-    foreach(source IN LISTS sources)
-      if(NOT IS_ABSOLUTE ${source})
-        list(APPEND files ${dir}/${source})
-        list(APPEND inputs ${dir}/${source})
-        string(REGEX REPLACE "\\.cpp$" ".h" header ${dir}/${source})
-        if(NOT header STREQUAL "${dir}/${source}" AND EXISTS ${header})
-          list(APPEND files ${header})
-          list(APPEND inputs ${header})
-        endif()
-      endif()
-    endforeach()
+  foreach(target IN LISTS targets)
+    get_target_property(files ${target} VIREO_FILES)
+    get_target_property(link ${target} VIREO_LINK)
     string(REPLACE ";" "," files "${files}")
-    string(APPEND table "${room}|${folder}|${link}|${files}\n")
+    string(REPLACE ";" "," link "${link}")
+    string(APPEND table "${target}|${link}|${files}\n")
   endforeach()
-  file(WRITE ${CMAKE_BINARY_DIR}/floors.txt "${table}")
+  file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/floors.txt CONTENT "${table}")
+  file(GLOB_RECURSE inputs CONFIGURE_DEPENDS
+    ${CMAKE_SOURCE_DIR}/src/*.h ${CMAKE_SOURCE_DIR}/src/*.cpp ${CMAKE_SOURCE_DIR}/src/*.ui)
+  set(check ${CMAKE_SOURCE_DIR}/cmake/CheckFloors.cmake)
   add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/floors.stamp
     COMMAND ${CMAKE_COMMAND} -DTABLE=${CMAKE_BINARY_DIR}/floors.txt -DROOT=${CMAKE_SOURCE_DIR}/src
-            -P ${CMAKE_SOURCE_DIR}/cmake/CheckFloors.cmake
+            -P ${check}
     COMMAND ${CMAKE_COMMAND} -E touch ${CMAKE_BINARY_DIR}/floors.stamp
-    DEPENDS ${inputs} ${CMAKE_SOURCE_DIR}/cmake/CheckFloors.cmake ${CMAKE_BINARY_DIR}/floors.txt
+    DEPENDS ${inputs} ${check} ${CMAKE_BINARY_DIR}/floors.txt
     COMMENT "Checking that every include goes downwards" VERBATIM)
   add_custom_target(floors ALL DEPENDS ${CMAKE_BINARY_DIR}/floors.stamp)
 endfunction()

@@ -9,9 +9,9 @@
 
 namespace {
 
-using controls::CellKind;
 using controls::MultiColumnList;
-using controls::TextTable;
+using table::CellKind;
+using table::TextTable;
 
 constexpr int Rows = 20000;
 constexpr std::size_t Columns = 19;

@@ -9,7 +9,7 @@
 #include <fmt/format.h>
 #include <stdlib.h>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/store/database.h"
 #include "support/insertmany.h"
 

@@ -12,7 +12,7 @@
 #include "measureddistrict.h"
 #include "platform/ado/recordset.h"
 #include "platform/store/database.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/insertmany.h"
 
 namespace {

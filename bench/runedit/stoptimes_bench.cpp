@@ -12,9 +12,9 @@
 
 #include "district.h"
 #include "platform/store/database.h"
-#include "runedit/mdl_Time_Calc_Routines.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
+#include "runedit/times/mdl_Time_Calc_Routines.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "platform/ado/recordset.h"
 #include "rawvalidation.h"
 #include "runedit/validation/mdlValidate_Runs.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <stdlib.h>
 
 #include "platform/store/database.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
 #include "support/insertmany.h"
-#include "tools/district/create.h"
-#include "tools/district/progress.h"
+#include "tools/district/base/progress.h"
+#include "tools/district/make/create.h"
 
 namespace bench {
 

@@ -14,9 +14,9 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "runsearch/log/RunLogInquiry.h"
-#include "startup/RunStartup.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
+#include "startup/main/RunStartup.h"
 #include "support/formprogram.h"
 
 namespace {

@@ -10,8 +10,8 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "rawsearch.h"
-#include "runsearch/frmTarn.h"
-#include "startup/RunStartup.h"
+#include "runsearch/search/frmTarn.h"
+#include "startup/main/RunStartup.h"
 #include "support/formprogram.h"
 
 namespace {

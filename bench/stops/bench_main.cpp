@@ -11,10 +11,10 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include "startup/RunStartup.h"
-#include "startup/session.h"
-#include "stops/foundstops.h"
-#include "stops/frmSelStops.h"
+#include "startup/base/session.h"
+#include "startup/main/RunStartup.h"
+#include "stops/search/foundstops.h"
+#include "stops/search/frmSelStops.h"
 #include "support/formprogram.h"
 
 namespace {

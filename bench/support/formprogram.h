@@ -13,7 +13,7 @@
 #include "platform/forms/application.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/look.h"
-#include "startup/COSInfo.h"
+#include "startup/base/COSInfo.h"
 
 /// What benchmark programs share that measure the real forms on a district.
 namespace bench {

@@ -4,8 +4,8 @@
 
 #include <stdlib.h>
 
-#include "tools/district/create.h"
-#include "tools/district/folders.h"
+#include "tools/district/base/folders.h"
+#include "tools/district/make/create.h"
 
 namespace bench {
 

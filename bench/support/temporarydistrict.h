@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 
 namespace bench {
 

@@ -1,18 +1,15 @@
 #include "workfiles/DelWrkFiles.h"
 
 #include "platform/base/ports.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/mdlFileUtilities.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlFileUtilities.h"
+#include "startup/base/session.h"
 
 #include "ui_DelWrkFiles.h"
 
 namespace workfiles {
 
 namespace {
-
-using startup::trapped;
 
 constexpr auto Module = "DelWrkFiles";
 constexpr int TickMilliseconds = 1000;
@@ -21,59 +18,51 @@ constexpr int TicksAtMost = 60;
 }  // namespace
 
 DelWrkFiles::DelWrkFiles()
-    : forms::Form(Module),
+    : TrappedForm(Module),
       ui_(std::make_unique<Ui::DelWrkFiles>()),
       cleanUp_(runedit::WorkFiles(startup::gProgPath), startup::logLine) {
     ui_->setupUi(this);
     ui_->Attempts->setRange(0, TicksAtMost);
     Timer1.setInterval(TickMilliseconds);
     setCancelButton(ui_->Exit);
-    on(ui_->DelFile, &QPushButton::clicked, [this] { DelFile_Click(); });
-    on(ui_->SetFile, &QPushButton::clicked, [this] { SetFile_Click(); });
-    on(ui_->Exit, &QPushButton::clicked, [this] { closeForm(); });
-    on(&Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+    on(ui_->DelFile, &QPushButton::clicked, "DelFile_Click", &DelWrkFiles::DelFile_Click);
+    on(ui_->SetFile, &QPushButton::clicked, "SetFile_Click", &DelWrkFiles::SetFile_Click);
+    on(ui_->Exit, &QPushButton::clicked, "closeForm", &DelWrkFiles::closeForm);
+    on(&Timer1, &forms::Timer::tick, "Timer1_Timer", &DelWrkFiles::Timer1_Timer);
 }
 
 DelWrkFiles::~DelWrkFiles() = default;
 
-void DelWrkFiles::Form_Load() {
-    trapped("Form_Load", Module, [this] { DelFile_Click(); });
-}
+void DelWrkFiles::Form_Load() { trap("DelFile_Click", &DelWrkFiles::DelFile_Click); }
 
 void DelWrkFiles::DelFile_Click() {
-    trapped("DelFile_Click", Module, [this] {
-        ticks_ = 0;
-        cleanUp_.deleteFiles();
-        showFiles(tr("Removing the work files..."));
-        Timer1.setEnabled(true);
-    });
+    ticks_ = 0;
+    cleanUp_.deleteFiles();
+    showFiles(tr("Removing the work files..."));
+    Timer1.setEnabled(true);
 }
 
 /// Shows what stands in the request list, and which files are there, without deleting any.
 void DelWrkFiles::SetFile_Click() {
-    trapped("SetFile_Click", Module, [this] {
-        Timer1.setEnabled(false);
-        cleanUp_.look();
-        showFiles(tr("Stopped. Nothing is deleted until you press Delete Files."));
-    });
+    Timer1.setEnabled(false);
+    cleanUp_.look();
+    showFiles(tr("Stopped. Nothing is deleted until you press Delete Files."));
 }
 
 void DelWrkFiles::Timer1_Timer() {
-    trapped("Timer1_Timer", Module, [this] {
-        if (cleanUp_.retry()) {
-            startup::ShutDown();
-        }
-        if (++ticks_ >= TicksAtMost) {
-            startup::logLine("In DelWrkFiles - giving up, files are still in use.  The time is: " +
-                             base::Now().text());
-            startup::ShutDown(1);
-        }
-        const int held = cleanUp_.heldFiles();
-        showFiles(held == 1
-                      ? tr("1 file is still in use by the mapping software. Trying again...")
-                      : tr("%1 files are still in use by the mapping software. Trying again...")
-                            .arg(held));
-    });
+    if (cleanUp_.retry()) {
+        startup::ShutDown();
+    }
+    if (++ticks_ >= TicksAtMost) {
+        startup::logLine("In DelWrkFiles - giving up, files are still in use.  The time is: " +
+                         base::Now().text());
+        startup::ShutDown(1);
+    }
+    const int held = cleanUp_.heldFiles();
+    showFiles(
+        held == 1
+            ? tr("1 file is still in use by the mapping software. Trying again...")
+            : tr("%1 files are still in use by the mapping software. Trying again...").arg(held));
 }
 
 void DelWrkFiles::showFiles(const QString& status) {
@@ -86,8 +75,8 @@ void DelWrkFiles::showFiles(const QString& status) {
 }
 
 /// Closing the window ends the program; what is still held stays.
-bool DelWrkFiles::formQueryUnload() {
-    trapped("Form_Unload", Module, [] { startup::ShutDown(); });
+bool DelWrkFiles::Form_QueryUnload() {
+    trap("Form_Unload", [] { startup::ShutDown(); });
     return true;
 }
 

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "platform/forms/form.h"
 #include "platform/forms/timer.h"
+#include "startup/forms/trappedform.h"
 #include "workfiles/cleanup.h"
 
 namespace Ui {
@@ -15,7 +15,7 @@ namespace workfiles {
 /// Deletes the work files of the runs that were handed to the map program, and keeps trying while
 /// the map program holds them. Ends the program when all are gone, or when it has tried long
 /// enough.
-class DelWrkFiles : public forms::Form {
+class DelWrkFiles : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -26,11 +26,10 @@ public:
     void SetFile_Click();
 
 protected:
-    void formLoad() override { Form_Load(); }
-    bool formQueryUnload() override;
+    void Form_Load() override;
+    bool Form_QueryUnload() override;
 
 private:
-    void Form_Load();
     void Timer1_Timer();
     void showFiles(const QString& status);
 

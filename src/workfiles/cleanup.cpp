@@ -102,8 +102,8 @@ void CleanUp::forEachFile(const std::function<void(RunFile&, const std::string& 
     }
 }
 
-controls::TextTable tableOf(const std::vector<RunFile>& files) {
-    controls::TextTable table;
+table::TextTable tableOf(const std::vector<RunFile>& files) {
+    table::TextTable table;
     table.columns = {{"Run", 1950}, {"Work File", 3300}, {"State", 1350}};
     for (const RunFile& file : files) {
         const auto row = table.addRow();

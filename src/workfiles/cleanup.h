@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/base/boundedarray.h"
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 #include "runedit/map/workfiles.h"
 
 /// Removing what a hand-over to the map program leaves in the program folder.
@@ -62,6 +62,6 @@ private:
 };
 
 /// The files as a list with the columns run, file and state.
-[[nodiscard]] controls::TextTable tableOf(const std::vector<RunFile>& files);
+[[nodiscard]] table::TextTable tableOf(const std::vector<RunFile>& files);
 
 }  // namespace workfiles

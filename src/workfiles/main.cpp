@@ -1,9 +1,9 @@
 #include "platform/forms/formregistry.h"
-#include "startup/applicationinfo.h"
-#include "startup/desktopprogram.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/mdlErrorHandler.h"
-#include "startup/trap.h"
+#include "startup/base/applicationinfo.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlErrorHandler.h"
+#include "startup/base/trap.h"
+#include "startup/desktop/desktopprogram.h"
 #include "workfiles/DelWrkFiles.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/jet/functions.h"
 #include "platform/jet/translate.h"
 #include "platform/store/database.h"

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "groupops/runselection.h"
+#include "groupops/base/runselection.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/ports.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 
 /// What the tests of group operations share.
 namespace support {

@@ -9,8 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tools/district/checks.h"
-#include "tools/district/folders.h"
+#include "tools/district/base/folders.h"
+#include "tools/district/check/checks.h"
 
 namespace killing {
 

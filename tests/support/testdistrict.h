@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/base/value.h"
 #include "support/temporaryfolder.h"
 

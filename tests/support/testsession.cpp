@@ -1,10 +1,10 @@
 #include "support/testsession.h"
 
-#include "startup/COSInfo.h"
-#include "startup/applicationinfo.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/mdlErrorHandler.h"
-#include "startup/session.h"
+#include "startup/base/COSInfo.h"
+#include "startup/base/applicationinfo.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlErrorHandler.h"
+#include "startup/base/session.h"
 
 namespace support {
 

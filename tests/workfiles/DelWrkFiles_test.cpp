@@ -8,7 +8,7 @@
 #include "platform/controls/multicolumnlist.h"
 #include "platform/files/files.h"
 #include "platform/forms/formregistry.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
 

@@ -6,16 +6,15 @@
 
 #include "groupops/deadhead/frmCalcDeadHead.h"
 #include "platform/base/text.h"
+#include "platform/base/timetext.h"
 #include "platform/controls/grid.h"
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/timebox.h"
-#include "platform/controls/timetext.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/operation.h"
-#include "startup/mdlFileUtilities.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/mdlFileUtilities.h"
+#include "startup/base/session.h"
 
 #include "ui_BellTimeChange.h"
 
@@ -25,7 +24,6 @@ namespace {
 
 using base::Date;
 using base::MsgIcon;
-using startup::trapped;
 
 constexpr auto BellForm = "BellTimeChange";
 constexpr auto ChangingStatus = "*** Changing Bell Times ***";
@@ -55,7 +53,7 @@ constexpr auto CrowdText =
     "change them?";
 
 std::optional<Date> timeOf(std::string_view text) {
-    const auto date = Date::parse(controls::tidyTime(text));
+    const auto date = Date::parse(base::tidyTime(text));
     return date && *date == date->timeValue() ? date : std::nullopt;
 }
 
@@ -80,19 +78,19 @@ bool wanted(const BellChange& change) {
     const auto crowd = crowdAfter(change);
     return !crowd ||
            base::MsgBox(fmt::format(CrowdText, named(crowd->school), crowd->runs,
-                                    named(controls::tidyTime(crowd->bellTime)), BellGroup::MaxRuns),
+                                    named(base::tidyTime(crowd->bellTime)), BellGroup::MaxRuns),
                         "Many Runs at One Bell Time", MsgIcon::Question,
                         base::MsgButtons::YesNo) == base::MsgAnswer::Yes;
 }
 
 std::vector<std::string> gridRow(const BellGroup& group) {
-    return {group.school, controls::tidyTime(group.bellTime), std::to_string(group.runCount)};
+    return {group.school, base::tidyTime(group.bellTime), std::to_string(group.runCount)};
 }
 
 }  // namespace
 
 BellTimeChange::BellTimeChange(RunSelection& selection, forms::Form* owner)
-    : forms::Form(BellForm, owner),
+    : TrappedForm(BellForm, owner),
       selection_(selection),
       ui_(std::make_unique<Ui::BellTimeChange>()),
       Timer1(new forms::Timer(this)),
@@ -112,52 +110,55 @@ BellTimeChange::BellTimeChange(RunSelection& selection, forms::Form* owner)
 BellTimeChange::~BellTimeChange() = default;
 
 void BellTimeChange::wire() {
-    on(ui_->SetTimes, &QPushButton::clicked, [this] { SetTimes_Click(); });
-    on(ui_->SetTime, &QLineEdit::returnPressed, [this] { SetTimes_Click(); });
-    on(ui_->AddMin, &QPushButton::clicked, [this] { AddMin_Click(); });
-    on(ui_->MinChanged, &QLineEdit::returnPressed, [this] { AddMin_Click(); });
-    on(ui_->cmdSelectAll, &QPushButton::clicked, [this] { ui_->BellTimeGrid->selectAllRows(); });
-    on(ui_->cmdSelectNone, &QPushButton::clicked, [this] { ui_->BellTimeGrid->selectNone(); });
-    on(ui_->BellTimeGrid, &controls::Grid::cellEdited,
+    on(ui_->SetTimes, &QPushButton::clicked, "SetTimes_Click", &BellTimeChange::SetTimes_Click);
+    on(ui_->SetTime, &QLineEdit::returnPressed, "SetTimes_Click", &BellTimeChange::SetTimes_Click);
+    on(ui_->AddMin, &QPushButton::clicked, "AddMin_Click", &BellTimeChange::AddMin_Click);
+    on(ui_->MinChanged, &QLineEdit::returnPressed, "AddMin_Click", &BellTimeChange::AddMin_Click);
+    on(ui_->cmdSelectAll, &QPushButton::clicked, "cmdSelectAll_Click",
+       [this] { ui_->BellTimeGrid->selectAllRows(); });
+    on(ui_->cmdSelectNone, &QPushButton::clicked, "cmdSelectNone_Click",
+       [this] { ui_->BellTimeGrid->selectNone(); });
+    on(ui_->BellTimeGrid, &controls::Grid::cellEdited, "BellTimeGrid_AfterEdit",
        [this](int row, int) { BellTimeGrid_AfterEdit(row); });
-    on(ui_->BellTimeGrid, &controls::Grid::selectionCountChanged, [this] { showSelected(); });
-    on(ui_->Change_Run_Time, &QCheckBox::toggled, [this] { Change_Run_Time_Click(); });
-    on(ui_->FixedMinutes, &QRadioButton::clicked, [this] { FixedMinutes_Click(); });
-    on(ui_->SameGap, &QRadioButton::clicked, [this] { SameGap_Click(); });
-    on(ui_->ChangeBell, &QPushButton::clicked, [this] { ChangeBell_Click(); });
-    on(ui_->Exit_Change, &QPushButton::clicked, [this] { Exit_Change_Click(); });
-    on(Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+    on(ui_->BellTimeGrid, &controls::Grid::selectionCountChanged, "showSelected",
+       &BellTimeChange::showSelected);
+    on(ui_->Change_Run_Time, &QCheckBox::toggled, "Change_Run_Time_Click",
+       &BellTimeChange::Change_Run_Time_Click);
+    on(ui_->FixedMinutes, &QRadioButton::clicked, "FixedMinutes_Click",
+       &BellTimeChange::FixedMinutes_Click);
+    on(ui_->SameGap, &QRadioButton::clicked, "SameGap_Click", &BellTimeChange::SameGap_Click);
+    on(ui_->ChangeBell, &QPushButton::clicked, "ChangeBell_Click",
+       &BellTimeChange::ChangeBell_Click);
+    on(ui_->Exit_Change, &QPushButton::clicked, "Exit_Change_Click",
+       &BellTimeChange::Exit_Change_Click);
+    on(Timer1, &forms::Timer::tick, "Timer1_Timer", &BellTimeChange::Timer1_Timer);
     setCancelButton(ui_->Exit_Change);
 }
 
 void BellTimeChange::Form_Load() {
-    trapped("Form_Load", BellForm, [this] {
-        ui_->TimeToUse->addItems({QStringLiteral("Start Time"), QStringLiteral("End Time")});
-        // From the end every stop moves by what the bell moves by, whatever the run.
-        ui_->TimeToUse->setCurrentIndex(1);
-        Build_Time_List();
-        Change_Run_Time_Click();
-        Timer1_Timer();
-        ui_->BellTimeGrid->setFocus();
-    });
+    ui_->TimeToUse->addItems({QStringLiteral("Start Time"), QStringLiteral("End Time")});
+    // From the end every stop moves by what the bell moves by, whatever the run.
+    ui_->TimeToUse->setCurrentIndex(1);
+    trap("Build_Time_List", &BellTimeChange::Build_Time_List);
+    Change_Run_Time_Click();
+    Timer1_Timer();
+    ui_->BellTimeGrid->setFocus();
 }
 
 void BellTimeChange::Build_Time_List() {
-    trapped("Build_Time_List", BellForm, [this] {
-        groups_ = std::make_unique<BellGroups>();
-        ui_->BellTimeGrid->setRows({});
-        if (!startup::RunSearchSchoolSQL.empty()) {
-            readBellGroups(*startup::gcnRouting, startup::RunSearchSchoolSQL, *groups_);
-        }
-        std::vector<std::vector<std::string>> rows;
-        for (int group = 1; group <= groups_->count(); ++group) {
-            rows.push_back(gridRow((*groups_)[group]));
-        }
-        ui_->BellTimeGrid->setRows(std::move(rows));
-        if (groups_->count() == 1) {
-            ui_->BellTimeGrid->selectAllRows();
-        }
-    });
+    groups_ = std::make_unique<BellGroups>();
+    ui_->BellTimeGrid->setRows({});
+    if (!startup::RunSearchSchoolSQL.empty()) {
+        readBellGroups(*startup::gcnRouting, startup::RunSearchSchoolSQL, *groups_);
+    }
+    std::vector<std::vector<std::string>> rows;
+    for (int group = 1; group <= groups_->count(); ++group) {
+        rows.push_back(gridRow((*groups_)[group]));
+    }
+    ui_->BellTimeGrid->setRows(std::move(rows));
+    if (groups_->count() == 1) {
+        ui_->BellTimeGrid->selectAllRows();
+    }
 }
 
 void BellTimeChange::showSelected() {
@@ -167,16 +168,14 @@ void BellTimeChange::showSelected() {
 }
 
 void BellTimeChange::BellTimeGrid_AfterEdit(int row) {
-    trapped("BellTimeGrid_AfterEdit", BellForm, [this, row] {
-        auto& grid = *ui_->BellTimeGrid;
-        const std::string typed = grid.cellText(row, NewBell);
-        grid.setCellText(row, NewBell, controls::tidyTime(typed));
-        grid.setRed(row, NewBell, !isBlank(typed) && !timeOf(typed));
-    });
+    auto& grid = *ui_->BellTimeGrid;
+    const std::string typed = grid.cellText(row, NewBell);
+    grid.setCellText(row, NewBell, base::tidyTime(typed));
+    grid.setRed(row, NewBell, !isBlank(typed) && !timeOf(typed));
 }
 
 void BellTimeChange::setNewBell(int row, Date time) {
-    ui_->BellTimeGrid->setCellText(row, NewBell, controls::tidyTime(time.timeValue().text()));
+    ui_->BellTimeGrid->setCellText(row, NewBell, base::tidyTime(time.timeValue().text()));
     ui_->BellTimeGrid->setRed(row, NewBell, false);
 }
 
@@ -191,62 +190,52 @@ std::vector<int> BellTimeChange::rowsToSet() {
 }
 
 void BellTimeChange::SetTimes_Click() {
-    trapped("SetTimes_Click", BellForm, [this] {
-        const auto time = timeOf(controls::fromQt(ui_->SetTime->text()));
-        if (!time) {
-            base::MsgBox(fmt::format(NoTimeText, controls::fromQt(ui_->SetTime->text())),
-                         "Invalid Time", MsgIcon::Information);
-            ui_->SetTime->setFocus();
-            ui_->SetTime->selectAll();
-            return;
-        }
-        for (const int row : rowsToSet()) {
-            setNewBell(row, *time);
-        }
-    });
+    const auto time = timeOf(controls::fromQt(ui_->SetTime->text()));
+    if (!time) {
+        base::MsgBox(fmt::format(NoTimeText, controls::fromQt(ui_->SetTime->text())),
+                     "Invalid Time", MsgIcon::Information);
+        ui_->SetTime->setFocus();
+        ui_->SetTime->selectAll();
+        return;
+    }
+    for (const int row : rowsToSet()) {
+        setNewBell(row, *time);
+    }
 }
 
 /// Counts from the current bell time, not from a new one entered before: pressed twice it does not
 /// add twice, as is meant. A row without a current bell time stays.
 void BellTimeChange::AddMin_Click() {
-    trapped("AddMin_Click", BellForm, [this] {
-        const auto minutes = minutesIn(*ui_->MinChanged);
-        if (!minutes) {
-            return;
+    const auto minutes = minutesIn(*ui_->MinChanged);
+    if (!minutes) {
+        return;
+    }
+    for (const int row : rowsToSet()) {
+        if (const auto bell = Date::parse((*groups_)[row + 1].bellTime)) {
+            setNewBell(row, bell->plusSeconds(std::int64_t{*minutes} * 60));
         }
-        for (const int row : rowsToSet()) {
-            if (const auto bell = Date::parse((*groups_)[row + 1].bellTime)) {
-                setNewBell(row, bell->plusSeconds(std::int64_t{*minutes} * 60));
-            }
-        }
-    });
+    }
 }
 
 void BellTimeChange::Change_Run_Time_Click() {
-    trapped("Change_Run_Time_Click", BellForm, [this] {
-        const bool on = ui_->Change_Run_Time->isChecked();
-        for (QWidget* control : std::initializer_list<QWidget*>{
-                 ui_->CalcMethod, ui_->SetTimes, ui_->SetTime, ui_->AddMin, ui_->MinChanged}) {
-            control->setEnabled(on);
-        }
-        const bool minutes = on && ui_->FixedMinutes->isChecked();
-        ui_->NumOfMinutes->setEnabled(minutes);
-        ui_->NumOfMinutes_Caption->setEnabled(minutes);
-    });
+    const bool on = ui_->Change_Run_Time->isChecked();
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             ui_->CalcMethod, ui_->SetTimes, ui_->SetTime, ui_->AddMin, ui_->MinChanged}) {
+        control->setEnabled(on);
+    }
+    const bool minutes = on && ui_->FixedMinutes->isChecked();
+    ui_->NumOfMinutes->setEnabled(minutes);
+    ui_->NumOfMinutes_Caption->setEnabled(minutes);
 }
 
 void BellTimeChange::FixedMinutes_Click() {
-    trapped("FixedMinutes_Click", BellForm, [this] {
-        ui_->NumOfMinutes->setEnabled(true);
-        ui_->NumOfMinutes_Caption->setEnabled(true);
-    });
+    ui_->NumOfMinutes->setEnabled(true);
+    ui_->NumOfMinutes_Caption->setEnabled(true);
 }
 
 void BellTimeChange::SameGap_Click() {
-    trapped("SameGap_Click", BellForm, [this] {
-        ui_->NumOfMinutes->setEnabled(false);
-        ui_->NumOfMinutes_Caption->setEnabled(false);
-    });
+    ui_->NumOfMinutes->setEnabled(false);
+    ui_->NumOfMinutes_Caption->setEnabled(false);
 }
 
 void BellTimeChange::refuseNewBell(int row) {
@@ -297,17 +286,15 @@ std::optional<BellMethod> BellTimeChange::method() {
 }
 
 void BellTimeChange::ChangeBell_Click() {
-    trapped("ChangeBell_Click", BellForm, [this] {
-        auto bells = newBells();
-        const auto how = bells ? method() : std::nullopt;
-        if (!how) {
-            return;
-        }
-        const BellChange asked{*groups_, std::move(*bells), *how};
-        if (wanted(asked)) {
-            tellWhatWasLeft(change(asked));
-        }
-    });
+    auto bells = newBells();
+    const auto how = bells ? method() : std::nullopt;
+    if (!how) {
+        return;
+    }
+    const BellChange asked{*groups_, std::move(*bells), *how};
+    if (wanted(asked)) {
+        tellWhatWasLeft(change(asked));
+    }
 }
 
 GroupOutcome BellTimeChange::change(const BellChange& change) {
@@ -329,7 +316,7 @@ GroupOutcome BellTimeChange::change(const BellChange& change) {
         if (ui_->Change_Run_Time->isChecked() && outcome.changed > 0 && !outcome.stopped) {
             calculateDeadHead();
         }
-        Build_Time_List();
+        trap("Build_Time_List", &BellTimeChange::Build_Time_List);
         selection_.searchAgain();
     }
     setCancelButton(ui_->Exit_Change);
@@ -356,19 +343,15 @@ void BellTimeChange::tellWhatWasLeft(const GroupOutcome& outcome) {
     base::MsgBox(left, "Bell Time Change", MsgIcon::Information);
 }
 
-void BellTimeChange::Exit_Change_Click() {
-    trapped("Exit_Change_Click", BellForm, [this] { closeForm(); });
-}
+void BellTimeChange::Exit_Change_Click() { closeForm(); }
 
 void BellTimeChange::Timer1_Timer() {
-    trapped("Timer1_Timer", BellForm, [this] {
-        Timer1->setEnabled(false);
-        for (QWidget* control : std::initializer_list<QWidget*>{
-                 ui_->ProgressBar1, ui_->ProgressBar2, ui_->StatMsg, ui_->StopChange}) {
-            control->hide();
-        }
-        ui_->StatMsg->setText(ChangingStatus);
-    });
+    Timer1->setEnabled(false);
+    for (QWidget* control : std::initializer_list<QWidget*>{ui_->ProgressBar1, ui_->ProgressBar2,
+                                                            ui_->StatMsg, ui_->StopChange}) {
+        control->hide();
+    }
+    ui_->StatMsg->setText(ChangingStatus);
 }
 
 }  // namespace groupops

@@ -4,10 +4,10 @@
 #include <optional>
 #include <vector>
 
+#include "groupops/base/runselection.h"
 #include "groupops/belltime/bellchange.h"
-#include "groupops/runselection.h"
-#include "platform/forms/form.h"
 #include "platform/forms/timer.h"
+#include "startup/forms/trappedform.h"
 
 namespace Ui {
 class BellTimeChange;
@@ -17,7 +17,7 @@ namespace groupops {
 
 /// Changes the bell times of the runs that the last search found, by school and bell time, and with
 /// them the times of the runs. The run list must outlive the form.
-class BellTimeChange : public forms::Form {
+class BellTimeChange : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -36,12 +36,11 @@ public:
     void Timer1_Timer();
 
 protected:
-    void formLoad() override { Form_Load(); }
+    void Form_Load() override;
 
 private:
     using NewBells = std::vector<std::optional<base::Date>>;
 
-    void Form_Load();
     void wire();
 
     void BellTimeGrid_AfterEdit(int row);

@@ -1,6 +1,6 @@
 #include "groupops/belltime/bellanchor.h"
 
-#include "runedit/mdl_Time_Calc_Routines.h"
+#include "runedit/times/mdl_Time_Calc_Routines.h"
 
 namespace groupops {
 

@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace groupops {
 

@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "groupops/base/groupoutcome.h"
 #include "groupops/belltime/bellanchor.h"
 #include "groupops/belltime/bellgroups.h"
-#include "groupops/groupoutcome.h"
 #include "platform/ado/connection.h"
 #include "platform/base/ports.h"
-#include "runedit/storedstoptimes.h"
+#include "runedit/times/storedstoptimes.h"
 
 namespace groupops {
 

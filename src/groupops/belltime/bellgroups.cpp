@@ -1,7 +1,7 @@
 #include "groupops/belltime/bellgroups.h"
 
 #include "platform/ado/recordset.h"
-#include "startup/mdlNONULL.h"
+#include "startup/base/mdlNONULL.h"
 
 namespace groupops {
 

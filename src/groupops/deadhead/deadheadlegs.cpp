@@ -1,7 +1,7 @@
 #include "groupops/deadhead/deadheadlegs.h"
 
-#include "runedit/mdl_Time_Calc_Routines.h"
-#include "runedit/stoptimes.h"
+#include "runedit/times/mdl_Time_Calc_Routines.h"
+#include "runedit/times/stoptimes.h"
 
 namespace groupops {
 

@@ -128,8 +128,8 @@ std::string stoppedMessage(const DeadHeadOutcome& outcome) {
         outcome.wasReset ? "are marked as not calculated." : "are as they were before.");
 }
 
-controls::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {
-    controls::TextTable table;
+table::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {
+    table::TextTable table;
     table.columns = {
         {"Route", 1200}, {"Run", 1600}, {"Dead Head", 1300}, {"What Is Missing", 4500}};
     for (const OpenRouteLeg& open : outcome.openLegs) {

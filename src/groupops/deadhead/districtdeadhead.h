@@ -5,7 +5,7 @@
 
 #include "groupops/deadhead/routedeadhead.h"
 #include "platform/base/ports.h"
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 
 namespace groupops {
 
@@ -45,8 +45,8 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
 [[nodiscard]] std::string stoppedMessage(const DeadHeadOutcome& outcome);
 
 /// The open legs as a list: route, run, leg, what is missing.
-[[nodiscard]] controls::TextTable openLegsTable(const DeadHeadOutcome& outcome,
-                                                ado::Connection& routing);
+[[nodiscard]] table::TextTable openLegsTable(const DeadHeadOutcome& outcome,
+                                             ado::Connection& routing);
 
 /// When all routes were last calculated, and whether runs have changed since.
 [[nodiscard]] std::string lastCalculation(ado::Connection& routing);

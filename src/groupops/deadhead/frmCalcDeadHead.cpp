@@ -4,8 +4,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/session.h"
 
 #include "ui_frmCalcDeadHead.h"
 
@@ -14,7 +13,6 @@ namespace groupops {
 namespace {
 
 using controls::toQt;
-using startup::trapped;
 
 constexpr auto DeadHeadForm = "frmCalcDeadHead";
 constexpr int ClosingMessageMs = 30'000;
@@ -24,7 +22,7 @@ constexpr auto StoppedTitle = "Calculation Stopped";
 }  // namespace
 
 frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
-    : forms::Form(DeadHeadForm, owner),
+    : TrappedForm(DeadHeadForm, owner),
       ui_(std::make_unique<Ui::frmCalcDeadHead>()),
       Timer1(new forms::Timer(this)) {
     ui_->setupUi(this);
@@ -33,9 +31,9 @@ frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
     forms::hideInPlace(*ui_->StatusMsg);
     forms::hideInPlace(*ui_->ProgressBar1);
     ui_->Stop->setEnabled(false);
-    on(ui_->Calculate, &QPushButton::clicked, [this] { Calculate_Click(); });
-    on(ui_->CloseIt, &QPushButton::clicked, [this] { CloseIt_Click(); });
-    on(Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+    on(ui_->Calculate, &QPushButton::clicked, "Calculate_Click", &frmCalcDeadHead::Calculate_Click);
+    on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &frmCalcDeadHead::CloseIt_Click);
+    on(Timer1, &forms::Timer::tick, "Timer1_Timer", &frmCalcDeadHead::Timer1_Timer);
 }
 
 frmCalcDeadHead::~frmCalcDeadHead() = default;
@@ -43,19 +41,16 @@ frmCalcDeadHead::~frmCalcDeadHead() = default;
 QCheckBox& frmCalcDeadHead::ResetDeadHead() const { return *ui_->ResetDeadHead; }
 
 void frmCalcDeadHead::Form_Load() {
-    trapped("Form_Load", DeadHeadForm,
-            [this] { ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting))); });
+    ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting)));
 }
 
 void frmCalcDeadHead::Calculate_Click() {
-    trapped("Calculate_Click", DeadHeadForm, [this] {
-        Timer1->setEnabled(false);
-        ui_->OpenLegs->clearAll();
-        ui_->StatusMsg->show();
-        ui_->ProgressBar1->show();
-        calculate();
-        Timer1->startOnce(ClosingMessageMs);
-    });
+    Timer1->setEnabled(false);
+    ui_->OpenLegs->clearAll();
+    ui_->StatusMsg->show();
+    ui_->ProgressBar1->show();
+    calculate();
+    Timer1->startOnce(ClosingMessageMs);
 }
 
 void frmCalcDeadHead::calculate() {
@@ -79,16 +74,12 @@ void frmCalcDeadHead::calculate() {
     }
 }
 
-void frmCalcDeadHead::CloseIt_Click() {
-    trapped("CloseIt_Click", DeadHeadForm, [this] { closeForm(); });
-}
+void frmCalcDeadHead::CloseIt_Click() { closeForm(); }
 
 void frmCalcDeadHead::Timer1_Timer() {
-    trapped("Timer1_Timer", DeadHeadForm, [this] {
-        ui_->StatusMsg->clear();
-        ui_->StatusMsg->hide();
-        ui_->ProgressBar1->hide();
-    });
+    ui_->StatusMsg->clear();
+    ui_->StatusMsg->hide();
+    ui_->ProgressBar1->hide();
 }
 
 }  // namespace groupops

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/forms/form.h"
+#include "startup/forms/trappedform.h"
 
 class QCheckBox;
 
@@ -17,7 +17,7 @@ class frmCalcDeadHead;
 namespace groupops {
 
 /// Calculates the dead-head of all routes and lists what could not be calculated.
-class frmCalcDeadHead : public forms::Form {
+class frmCalcDeadHead : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -31,10 +31,9 @@ public:
     [[nodiscard]] QCheckBox& ResetDeadHead() const;
 
 protected:
-    void formLoad() override { Form_Load(); }
+    void Form_Load() override;
 
 private:
-    void Form_Load();
     void Timer1_Timer();
 
     void calculate();

@@ -1,8 +1,8 @@
 #include "groupops/deadhead/mdlDeadHead_Process.h"
 
 #include "groupops/deadhead/routedeadhead.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/session.h"
+#include "startup/base/trap.h"
 
 namespace groupops {
 

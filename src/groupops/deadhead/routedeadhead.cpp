@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace groupops {
 

@@ -2,14 +2,13 @@
 
 #include <fmt/format.h>
 
-#include "data/mdlLOAD_lstcmb.h"
+#include "data/lookups/mdlLOAD_lstcmb.h"
 #include "platform/base/text.h"
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/session.h"
 
 #include "ui_frmGroupRunChange.h"
 
@@ -20,7 +19,6 @@ namespace {
 using controls::MultiColumnCombo;
 using controls::NumberBox;
 using controls::toQt;
-using startup::trapped;
 
 constexpr auto Form_ = "frmGroupRunChange";
 constexpr auto InitialStatus = "Changing Run Information";
@@ -33,8 +31,8 @@ constexpr auto NoNumber =
     "Oops, the overfill must be a whole number from 0 to 999.  Please enter one and try again.  "
     "No run was changed.";
 
-controls::TextTable capacities() {
-    controls::TextTable table;
+table::TextTable capacities() {
+    table::TextTable table;
     table.columns = {{"Vehicle Capacity", 2000}};
     for (const auto* capacity : {"High", "Medium", "Low"}) {
         table.setText(table.addRow(), 0, capacity);
@@ -45,20 +43,19 @@ controls::TextTable capacities() {
 }  // namespace
 
 frmGroupRunChange::frmGroupRunChange(RunSelection& selection, forms::Form* owner)
-    : forms::Form(Form_, owner),
+    : TrappedForm(Form_, owner),
       selection_(selection),
       ui_(std::make_unique<Ui::frmGroupRunChange>()),
       Timer1(new forms::Timer(this)) {
     ui_->setupUi(this);
     setWindowModality(Qt::WindowModal);
     for (const Attribute& attribute : attributes()) {
-        on(attribute.box, &QCheckBox::toggled,
-           [this, click = attribute.click] { (this->*click)(); });
+        on(attribute.box, &QCheckBox::toggled, attribute.procedure, attribute.click);
         attribute.value->setEnabled(false);
     }
-    on(ui_->ChangeIt, &QPushButton::clicked, [this] { ChangeIt_Click(); });
-    on(ui_->CloseIt, &QPushButton::clicked, [this] { CloseIt_Click(); });
-    on(Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+    on(ui_->ChangeIt, &QPushButton::clicked, "ChangeIt_Click", &frmGroupRunChange::ChangeIt_Click);
+    on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &frmGroupRunChange::CloseIt_Click);
+    on(Timer1, &forms::Timer::tick, "Timer1_Timer", &frmGroupRunChange::Timer1_Timer);
     setCancelButton(ui_->CloseIt);
 }
 
@@ -68,32 +65,34 @@ std::vector<frmGroupRunChange::Attribute> frmGroupRunChange::attributes() const 
     using F = frmGroupRunChange;
     return {
         {ui_->ChangeRunFamily, ui_->cmbRunFamily, "RunFamily", "Run Family",
-         &F::ChangeRunFamily_Click},
-        {ui_->ChangeLocation, ui_->cmbLOCCODE, "LocCode", "Location", &F::ChangeLocation_Click},
-        {ui_->ChangeSchool, ui_->cmbSchool, "School", "School", &F::ChangeSchool_Click},
-        {ui_->ChangeTripType, ui_->cmbTripType, "TripType", "Trip Type", &F::ChangeTripType_Click},
-        {ui_->ChangeVehType, ui_->cmbVEHTYPE, "VehType", "Vehicle Type", &F::ChangeVehType_Click},
-        {ui_->ChangeCapacity, ui_->cmbCapacity, "Capacity", "Capacity", &F::ChangeCapacity_Click},
-        {ui_->ChangeOverfill, ui_->OverFill, "OverFill", "Overfill", &F::ChangeOverfill_Click},
+         "ChangeRunFamily_Click", &F::ChangeRunFamily_Click},
+        {ui_->ChangeLocation, ui_->cmbLOCCODE, "LocCode", "Location", "ChangeLocation_Click",
+         &F::ChangeLocation_Click},
+        {ui_->ChangeSchool, ui_->cmbSchool, "School", "School", "ChangeSchool_Click",
+         &F::ChangeSchool_Click},
+        {ui_->ChangeTripType, ui_->cmbTripType, "TripType", "Trip Type", "ChangeTripType_Click",
+         &F::ChangeTripType_Click},
+        {ui_->ChangeVehType, ui_->cmbVEHTYPE, "VehType", "Vehicle Type", "ChangeVehType_Click",
+         &F::ChangeVehType_Click},
+        {ui_->ChangeCapacity, ui_->cmbCapacity, "Capacity", "Capacity", "ChangeCapacity_Click",
+         &F::ChangeCapacity_Click},
+        {ui_->ChangeOverfill, ui_->OverFill, "OverFill", "Overfill", "ChangeOverfill_Click",
+         &F::ChangeOverfill_Click},
     };
 }
 
 void frmGroupRunChange::Form_Load() {
-    trapped("Form_Load", Form_, [this] {
-        data::Load_cmbRunFamily(*this);
-        data::Load_cmbLOCCODE(*this);
-        data::Load_cmbSchool(*this);
-        data::Load_cmbTRIPTYPE(*this);
-        data::Load_cmbVehType(*this);
-        ui_->cmbCapacity->setTable(capacities());
-        Timer1_Timer();
-        showSelected();
-    });
+    data::Load_cmbRunFamily(*this);
+    data::Load_cmbLOCCODE(*this);
+    data::Load_cmbSchool(*this);
+    data::Load_cmbTRIPTYPE(*this);
+    data::Load_cmbVehType(*this);
+    ui_->cmbCapacity->setTable(capacities());
+    Timer1_Timer();
+    showSelected();
 }
 
-void frmGroupRunChange::formActivate() {
-    trapped("Form_Activate", Form_, [this] { showSelected(); });
-}
+void frmGroupRunChange::Form_Activate() { showSelected(); }
 
 void frmGroupRunChange::showSelected() {
     const auto count = selection_.selectedRuns().size();
@@ -102,38 +101,31 @@ void frmGroupRunChange::showSelected() {
 }
 
 void frmGroupRunChange::ChangeRunFamily_Click() {
-    trapped("ChangeRunFamily_Click", Form_,
-            [this] { ui_->cmbRunFamily->setEnabled(ui_->ChangeRunFamily->isChecked()); });
+    ui_->cmbRunFamily->setEnabled(ui_->ChangeRunFamily->isChecked());
 }
 
 void frmGroupRunChange::ChangeLocation_Click() {
-    trapped("ChangeLocation_Click", Form_,
-            [this] { ui_->cmbLOCCODE->setEnabled(ui_->ChangeLocation->isChecked()); });
+    ui_->cmbLOCCODE->setEnabled(ui_->ChangeLocation->isChecked());
 }
 
 void frmGroupRunChange::ChangeSchool_Click() {
-    trapped("ChangeSchool_Click", Form_,
-            [this] { ui_->cmbSchool->setEnabled(ui_->ChangeSchool->isChecked()); });
+    ui_->cmbSchool->setEnabled(ui_->ChangeSchool->isChecked());
 }
 
 void frmGroupRunChange::ChangeTripType_Click() {
-    trapped("ChangeTripType_Click", Form_,
-            [this] { ui_->cmbTripType->setEnabled(ui_->ChangeTripType->isChecked()); });
+    ui_->cmbTripType->setEnabled(ui_->ChangeTripType->isChecked());
 }
 
 void frmGroupRunChange::ChangeVehType_Click() {
-    trapped("ChangeVehType_Click", Form_,
-            [this] { ui_->cmbVEHTYPE->setEnabled(ui_->ChangeVehType->isChecked()); });
+    ui_->cmbVEHTYPE->setEnabled(ui_->ChangeVehType->isChecked());
 }
 
 void frmGroupRunChange::ChangeCapacity_Click() {
-    trapped("ChangeCapacity_Click", Form_,
-            [this] { ui_->cmbCapacity->setEnabled(ui_->ChangeCapacity->isChecked()); });
+    ui_->cmbCapacity->setEnabled(ui_->ChangeCapacity->isChecked());
 }
 
 void frmGroupRunChange::ChangeOverfill_Click() {
-    trapped("ChangeOverfill_Click", Form_,
-            [this] { ui_->OverFill->setEnabled(ui_->ChangeOverfill->isChecked()); });
+    ui_->OverFill->setEnabled(ui_->ChangeOverfill->isChecked());
 }
 
 /// Nothing where the planner has to choose anew. An empty list field is a value: it empties the
@@ -176,14 +168,12 @@ std::optional<std::vector<RunChange>> frmGroupRunChange::changes() {
 }
 
 void frmGroupRunChange::ChangeIt_Click() {
-    trapped("ChangeIt_Click", Form_, [this] {
-        const auto runs = selection_.selectedRuns();
-        showSelected();
-        const auto wanted = changes();
-        if (wanted && !runs.empty()) {
-            change(runs, *wanted);
-        }
-    });
+    const auto runs = selection_.selectedRuns();
+    showSelected();
+    const auto wanted = changes();
+    if (wanted && !runs.empty()) {
+        change(runs, *wanted);
+    }
 }
 
 void frmGroupRunChange::change(const std::vector<std::string>& runs,
@@ -210,18 +200,14 @@ void frmGroupRunChange::change(const std::vector<std::string>& runs,
     }
 }
 
-void frmGroupRunChange::CloseIt_Click() {
-    trapped("CloseIt_Click", Form_, [this] { closeForm(); });
-}
+void frmGroupRunChange::CloseIt_Click() { closeForm(); }
 
 void frmGroupRunChange::Timer1_Timer() {
-    trapped("Timer1_Timer", Form_, [this] {
-        Timer1->setEnabled(false);
-        ui_->ProgressBar1->hide();
-        ui_->StopIt->hide();
-        ui_->StatMsg->setText(InitialStatus);
-        ui_->StatMsg->hide();
-    });
+    Timer1->setEnabled(false);
+    ui_->ProgressBar1->hide();
+    ui_->StopIt->hide();
+    ui_->StatMsg->setText(InitialStatus);
+    ui_->StatMsg->hide();
 }
 
 }  // namespace groupops

@@ -4,10 +4,10 @@
 #include <optional>
 #include <vector>
 
+#include "groupops/base/runselection.h"
 #include "groupops/groupchange/runchange.h"
-#include "groupops/runselection.h"
-#include "platform/forms/form.h"
 #include "platform/forms/timer.h"
+#include "startup/forms/trappedform.h"
 
 class QCheckBox;
 class QWidget;
@@ -20,7 +20,7 @@ namespace groupops {
 
 /// Sets one or more attributes to the same value on every run that is selected in the run list. The
 /// list must outlive the form.
-class frmGroupRunChange : public forms::Form {
+class frmGroupRunChange : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -39,8 +39,8 @@ public:
     void Timer1_Timer();
 
 protected:
-    void formLoad() override { Form_Load(); }
-    void formActivate() override;
+    void Form_Load() override;
+    void Form_Activate() override;
 
 private:
     /// One line of the form: may the column be changed, and to what.
@@ -49,10 +49,10 @@ private:
         QWidget* value;
         const char* column;
         const char* name;  ///< for messages
+        const char* procedure;
         void (frmGroupRunChange::*click)();
     };
 
-    void Form_Load();
     [[nodiscard]] std::vector<Attribute> attributes() const;
     [[nodiscard]] std::optional<base::Value> valueOf(const Attribute& attribute);
     [[nodiscard]] std::optional<std::vector<RunChange>> changes();

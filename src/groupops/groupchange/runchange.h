@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "groupops/groupoutcome.h"
+#include "groupops/base/groupoutcome.h"
 #include "platform/ado/connection.h"
 #include "platform/base/ports.h"
 #include "platform/base/value.h"

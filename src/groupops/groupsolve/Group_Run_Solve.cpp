@@ -2,13 +2,12 @@
 
 #include <fmt/format.h>
 
-#include "groupops/groupoutcome.h"
+#include "groupops/base/groupoutcome.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
 #include "platform/process/process.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/session.h"
 
 #include "ui_Group_Run_Solve.h"
 
@@ -18,7 +17,6 @@ namespace {
 
 using controls::toQt;
 using runedit::MapScreen;
-using startup::trapped;
 
 constexpr auto SolveForm = "Group_Run_Solve";
 constexpr auto Title = "Group Run Solve";
@@ -58,7 +56,7 @@ std::string faultOfStart(const char* program) {
 }  // namespace
 
 Group_Run_Solve::Group_Run_Solve(RunSelection& selection, forms::Form* owner)
-    : forms::Form(SolveForm, owner),
+    : TrappedForm(SolveForm, owner),
       selection_(selection),
       ui_(std::make_unique<Ui::Group_Run_Solve>()),
       answer_(MapScreen::GroupRunSolve, this) {
@@ -69,27 +67,23 @@ Group_Run_Solve::Group_Run_Solve(RunSelection& selection, forms::Form* owner)
     ui_->StopIt->setEnabled(false);
     forms::hideInPlace(*ui_->ProgressBar1);
     ui_->LeaveOutSolved->hide();
-    on(ui_->ChangeIt, &QPushButton::clicked, [this] { ChangeIt_Click(); });
-    on(ui_->StopIt, &QPushButton::clicked, [this] { StopIt_Click(); });
-    on(ui_->CloseIt, &QPushButton::clicked, [this] { CloseIt_Click(); });
-    on(&answer_, &runedit::MapAnswer::status,
+    on(ui_->ChangeIt, &QPushButton::clicked, "ChangeIt_Click", &Group_Run_Solve::ChangeIt_Click);
+    on(ui_->StopIt, &QPushButton::clicked, "StopIt_Click", &Group_Run_Solve::StopIt_Click);
+    on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &Group_Run_Solve::CloseIt_Click);
+    on(&answer_, &runedit::MapAnswer::status, "MapAnswer_Status",
        [this](const QString& text) { ui_->StatMsg->setText(text); });
-    on(&answer_, &runedit::MapAnswer::reload, [this] { received_ = true; });
+    on(&answer_, &runedit::MapAnswer::reload, "MapAnswer_Reload", [this] { received_ = true; });
 }
 
 Group_Run_Solve::~Group_Run_Solve() = default;
 
 void Group_Run_Solve::Form_Load() {
-    trapped("Form_Load", SolveForm, [this] {
-        ui_->StatMsg->setText(runedit::mapExchangeOn() ? "" : runedit::MapExchangeOffText);
-        ui_->RunStates->setTable(tableOf(SolveOutcome(selection_.selectedRuns())));
-        showSelected();
-    });
+    ui_->StatMsg->setText(runedit::mapExchangeOn() ? "" : runedit::MapExchangeOffText);
+    ui_->RunStates->setTable(tableOf(SolveOutcome(selection_.selectedRuns())));
+    showSelected();
 }
 
-void Group_Run_Solve::formActivate() {
-    trapped("Form_Activate", SolveForm, [this] { showSelected(); });
-}
+void Group_Run_Solve::Form_Activate() { showSelected(); }
 
 void Group_Run_Solve::showSelected() {
     const auto count = selection_.selectedRuns().size();
@@ -105,17 +99,15 @@ std::vector<std::string> Group_Run_Solve::runsToSend() const {
 }
 
 void Group_Run_Solve::ChangeIt_Click() {
-    trapped("ChangeIt_Click", SolveForm, [this] {
-        showSelected();
-        const auto runs = runsToSend();
-        if (!runedit::mapExchangeOn()) {
-            ui_->StatMsg->setText(runedit::MapExchangeOffText);
-        } else if (runs.empty()) {
-            refuseNothing();
-        } else {
-            solve(runs);
-        }
-    });
+    showSelected();
+    const auto runs = runsToSend();
+    if (!runedit::mapExchangeOn()) {
+        ui_->StatMsg->setText(runedit::MapExchangeOffText);
+    } else if (runs.empty()) {
+        refuseNothing();
+    } else {
+        solve(runs);
+    }
 }
 
 void Group_Run_Solve::refuseNothing() {
@@ -240,17 +232,13 @@ void Group_Run_Solve::showState(const SolveOutcome& outcome, std::size_t at) {
 }
 
 void Group_Run_Solve::StopIt_Click() {
-    trapped("StopIt_Click", SolveForm, [this] {
-        ++stops_;
-        if (answer_.isWaiting() && stops_ == 1) {
-            ui_->StopIt->setText(tr("&Stop Now"));
-            hint(tr("Stopping when the answer to this run is there. Stop Now does not wait."));
-        }
-    });
+    ++stops_;
+    if (answer_.isWaiting() && stops_ == 1) {
+        ui_->StopIt->setText(tr("&Stop Now"));
+        hint(tr("Stopping when the answer to this run is there. Stop Now does not wait."));
+    }
 }
 
-void Group_Run_Solve::CloseIt_Click() {
-    trapped("CloseIt_Click", SolveForm, [this] { closeForm(); });
-}
+void Group_Run_Solve::CloseIt_Click() { closeForm(); }
 
 }  // namespace groupops

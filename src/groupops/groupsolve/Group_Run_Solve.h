@@ -3,10 +3,10 @@
 #include <memory>
 #include <set>
 
+#include "groupops/base/runselection.h"
 #include "groupops/groupsolve/groupsolve.h"
-#include "groupops/runselection.h"
-#include "platform/forms/form.h"
 #include "runedit/map/mapanswer.h"
+#include "startup/forms/trappedform.h"
 
 namespace Ui {
 class Group_Run_Solve;
@@ -16,7 +16,7 @@ namespace groupops {
 
 /// Sends the runs that are selected in the run list to the map program, one after another, to be
 /// solved again, and shows how far each has come. The list must outlive the form.
-class Group_Run_Solve : public forms::Form, private MapSide {
+class Group_Run_Solve : public startup::TrappedForm, private MapSide {
     Q_OBJECT
 
 public:
@@ -29,11 +29,10 @@ public:
     void CloseIt_Click();
 
 protected:
-    void formLoad() override { Form_Load(); }
-    void formActivate() override;
+    void Form_Load() override;
+    void Form_Activate() override;
 
 private:
-    void Form_Load();
     [[nodiscard]] std::vector<std::string> runsToSend() const;
     void showSelected();
     void refuseNothing();

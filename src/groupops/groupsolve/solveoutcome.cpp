@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "groupops/groupoutcome.h"
+#include "groupops/base/groupoutcome.h"
 
 namespace groupops {
 
@@ -96,8 +96,8 @@ std::string whatWasNotSolved(const SolveOutcome& outcome) {
     return text + failures(outcome);
 }
 
-controls::TextTable tableOf(const SolveOutcome& outcome) {
-    controls::TextTable table;
+table::TextTable tableOf(const SolveOutcome& outcome) {
+    table::TextTable table;
     table.columns = {{"Run", 1950}, {"State", 5950}};
     for (const SolveRun& run : outcome.runs) {
         const auto row = table.addRow();

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 
 namespace groupops {
 
@@ -50,6 +50,6 @@ struct SolveOutcome {
 [[nodiscard]] std::string whatWasNotSolved(const SolveOutcome& outcome);
 
 /// The runs as a list with the columns run and state; red where a run could not be solved.
-[[nodiscard]] controls::TextTable tableOf(const SolveOutcome& outcome);
+[[nodiscard]] table::TextTable tableOf(const SolveOutcome& outcome);
 
 }  // namespace groupops

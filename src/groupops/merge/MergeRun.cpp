@@ -6,8 +6,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/session.h"
 
 #include "ui_MergeRun.h"
 
@@ -17,7 +16,6 @@ namespace {
 
 using controls::fromQt;
 using controls::toQt;
-using startup::trapped;
 
 constexpr auto MergeForm = "MergeRun";
 constexpr int MergedMessageMs = 15'000;
@@ -25,7 +23,7 @@ constexpr int MergedMessageMs = 15'000;
 }  // namespace
 
 MergeRun::MergeRun(forms::Form* owner)
-    : forms::Form(MergeForm, owner),
+    : TrappedForm(MergeForm, owner),
       ui_(std::make_unique<Ui::MergeRun>()),
       Timer1(new forms::Timer(this)) {
     ui_->setupUi(this);
@@ -34,10 +32,10 @@ MergeRun::MergeRun(forms::Form* owner)
     forms::hideInPlace(*ui_->StatusMsg);
     forms::hideInPlace(*ui_->ProgressBar1);
     ui_->Stop->setEnabled(false);
-    on(ui_->cmbRUN, &QComboBox::currentTextChanged, [this] { showSource(); });
-    on(ui_->Merge, &QPushButton::clicked, [this] { Merge_Click(); });
-    on(ui_->Exit, &QPushButton::clicked, [this] { Exit_Click(); });
-    on(Timer1, &forms::Timer::tick, [this] { Timer1_Timer(); });
+    on(ui_->cmbRUN, &QComboBox::currentTextChanged, "cmbRUN_Change", &MergeRun::showSource);
+    on(ui_->Merge, &QPushButton::clicked, "Merge_Click", &MergeRun::Merge_Click);
+    on(ui_->Exit, &QPushButton::clicked, "Exit_Click", &MergeRun::Exit_Click);
+    on(Timer1, &forms::Timer::tick, "Timer1_Timer", &MergeRun::Timer1_Timer);
 }
 
 MergeRun::~MergeRun() = default;
@@ -49,9 +47,7 @@ void MergeRun::receive(const std::string& run) {
     }
 }
 
-void MergeRun::Form_Load() {
-    trapped("Form_Load", MergeForm, [this] { showRuns(); });
-}
+void MergeRun::Form_Load() { showRuns(); }
 
 void MergeRun::showRuns() {
     const std::string receiving = asked().receiving;
@@ -61,9 +57,7 @@ void MergeRun::showRuns() {
 }
 
 void MergeRun::showSource() {
-    trapped("cmbRUN_Change", MergeForm, [this] {
-        ui_->SourceInfo->setText(toQt(runSummary(*startup::gcnRouting, asked().source)));
-    });
+    ui_->SourceInfo->setText(toQt(runSummary(*startup::gcnRouting, asked().source)));
 }
 
 RunMerge MergeRun::asked() const {
@@ -72,17 +66,15 @@ RunMerge MergeRun::asked() const {
 }
 
 void MergeRun::Merge_Click() {
-    trapped("Merge_Click", MergeForm, [this] {
-        const RunMerge wanted = asked();
-        if (refuse(wanted)) {
-            return;
-        }
-        Timer1->setEnabled(false);
-        ui_->StatusMsg->show();
-        ui_->ProgressBar1->show();
-        merge(wanted);
-        Timer1->startOnce(MergedMessageMs);
-    });
+    const RunMerge wanted = asked();
+    if (refuse(wanted)) {
+        return;
+    }
+    Timer1->setEnabled(false);
+    ui_->StatusMsg->show();
+    ui_->ProgressBar1->show();
+    merge(wanted);
+    Timer1->startOnce(MergedMessageMs);
 }
 
 /// Tells the planner why two runs cannot be merged; two equal texts do nothing.
@@ -105,7 +97,7 @@ void MergeRun::merge(const RunMerge& merge) {
     }
     startup::RefreshRunList = true;
     ui_->OrigRunInfo->setText(toQt(runSummary(*startup::gcnRouting, merge.receiving)));
-    showSource();
+    trap("cmbRUN_Change", &MergeRun::showSource);
     const std::string stayed = whatStayed(merge, outcome);
     if (stayed.empty()) {
         ui_->StatusMsg->setText(toQt(
@@ -115,16 +107,12 @@ void MergeRun::merge(const RunMerge& merge) {
     }
 }
 
-void MergeRun::Exit_Click() {
-    trapped("Exit_Click", MergeForm, [this] { closeForm(); });
-}
+void MergeRun::Exit_Click() { closeForm(); }
 
 void MergeRun::Timer1_Timer() {
-    trapped("Timer1_Timer", MergeForm, [this] {
-        ui_->StatusMsg->clear();
-        ui_->StatusMsg->hide();
-        ui_->ProgressBar1->hide();
-    });
+    ui_->StatusMsg->clear();
+    ui_->StatusMsg->hide();
+    ui_->ProgressBar1->hide();
 }
 
 }  // namespace groupops

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "groupops/merge/runmerge.h"
-#include "platform/forms/form.h"
+#include "startup/forms/trappedform.h"
 
 namespace forms {
 class Timer;
@@ -17,7 +17,7 @@ class MergeRun;
 namespace groupops {
 
 /// Moves all stops of a run that the planner chooses onto the end of the run it was opened for.
-class MergeRun : public forms::Form {
+class MergeRun : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -31,10 +31,9 @@ public:
     void Exit_Click();
 
 protected:
-    void formLoad() override { Form_Load(); }
+    void Form_Load() override;
 
 private:
-    void Form_Load();
     void Timer1_Timer();
 
     void showRuns();

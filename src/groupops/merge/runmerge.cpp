@@ -4,11 +4,11 @@
 
 #include <fmt/format.h>
 
-#include "data/readlist.h"
+#include "data/lookups/readlist.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
-#include "startup/fieldvalues.h"
-#include "stops/stoplog.h"
+#include "startup/base/fieldvalues.h"
+#include "stops/sequence/stoplog.h"
 
 namespace groupops {
 
@@ -174,7 +174,7 @@ std::string whatStayed(const RunMerge& merge, const MergeOutcome& outcome) {
     return text;
 }
 
-controls::TextTable readOtherRuns(ado::Connection& routing, const std::string& run) {
+table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run) {
     const std::string sql = fmt::format(
         "SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN Where (RUN.ACTIVE = True) AND (RUN.RUN <> '{}')"
         " ORDER BY RUN.RUN",

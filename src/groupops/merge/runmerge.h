@@ -6,7 +6,7 @@
 
 #include "platform/ado/connection.h"
 #include "platform/base/ports.h"
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 
 /// Moving all stops of one run onto the end of another.
 namespace groupops {
@@ -47,7 +47,7 @@ MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& merge,
 [[nodiscard]] std::string whatStayed(const RunMerge& merge, const MergeOutcome& outcome);
 
 /// The active runs that a run can be merged with: all but itself.
-[[nodiscard]] controls::TextTable readOtherRuns(ado::Connection& routing, const std::string& run);
+[[nodiscard]] table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run);
 
 /// "Oak morning, AM, 12 stops"; "" for a run that does not exist.
 [[nodiscard]] std::string runSummary(ado::Connection& routing, const std::string& run);

@@ -34,7 +34,7 @@ ComboPopup::ComboPopup(const TableModel& rows, QWidget* parent) : QTreeView(pare
 }
 
 int ComboPopup::fitColumns() {
-    const std::vector<TableColumn>& columns = rows_.table().columns;
+    const std::vector<table::TableColumn>& columns = rows_.table().columns;
     int sum = 0;
     for (int column = 0; column < rows_.columnCount(); ++column) {
         const int wanted = pixelsOf(columns[static_cast<std::size_t>(column)].widthTwips, *this);

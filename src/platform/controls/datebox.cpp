@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/base/datetext.h"
 #include "platform/base/ports.h"
-#include "platform/controls/datetext.h"
 #include "platform/controls/qtext.h"
 
 namespace controls {
@@ -80,7 +80,7 @@ DateBox::DateBox(QWidget* parent) : QLineEdit(parent) {
 }
 
 void DateBox::tidy() {
-    if (const auto day = typedDay(fromQt(text()))) {
+    if (const auto day = base::typedDay(fromQt(text()))) {
         setText(toQt(day->text()));
     } else if (text().trimmed().isEmpty()) {
         clear();
@@ -95,7 +95,7 @@ void DateBox::openCalendar() {
         connect(calendar_, &QCalendarWidget::clicked, this, [this](QDate day) { take(day); });
         connect(calendar_, &QCalendarWidget::activated, this, [this](QDate day) { take(day); });
     }
-    const auto typed = typedDay(fromQt(text()));
+    const auto typed = base::typedDay(fromQt(text()));
     calendar_->setSelectedDate(qtDay(typed.value_or(base::ports().clock->now())));
     calendar_->adjustSize();
     const QRect room = screen()->availableGeometry();

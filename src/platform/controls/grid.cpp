@@ -13,7 +13,7 @@
 
 #include "platform/controls/celldelegate.h"
 #include "platform/controls/qtext.h"
-#include "platform/controls/tablecopy.h"
+#include "platform/table/tablecopy.h"
 
 namespace controls {
 
@@ -205,7 +205,7 @@ void Grid::typeInto(int row, int column) {
 }
 
 void Grid::copyRows() const {
-    TextTable table;
+    table::TextTable table;
     for (const GridColumn& column : columns()) {
         table.columns.push_back({column.caption});
     }
@@ -217,7 +217,7 @@ void Grid::copyRows() const {
         }
     }
     if (!copied.empty()) {
-        QApplication::clipboard()->setText(toQt(tabSeparated(table, copied)));
+        QApplication::clipboard()->setText(toQt(table::tabSeparated(table, copied)));
     }
 }
 

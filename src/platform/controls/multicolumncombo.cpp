@@ -63,15 +63,16 @@ void MultiColumnCombo::offerRowsWhileTyping() {
             &MultiColumnCombo::matchTyped);
 }
 
-void MultiColumnCombo::setTable(TextTable table) {
-    const bool captions = std::any_of(table.columns.begin(), table.columns.end(),
-                                      [](const TableColumn& one) { return !one.caption.empty(); });
+void MultiColumnCombo::setTable(table::TextTable table) {
+    const bool captions =
+        std::any_of(table.columns.begin(), table.columns.end(),
+                    [](const table::TableColumn& one) { return !one.caption.empty(); });
     static_cast<ComboPopup*>(view())->setHeaderHidden(!captions);
     model_->setTable(std::move(table));
     clearChoice();
 }
 
-const TextTable& MultiColumnCombo::table() const { return model_->table(); }
+const table::TextTable& MultiColumnCombo::table() const { return model_->table(); }
 
 std::string MultiColumnCombo::text() const { return fromQt(currentText()); }
 

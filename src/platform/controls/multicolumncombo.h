@@ -3,7 +3,7 @@
 #include <QComboBox>
 #include <string>
 
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 
 namespace controls {
 
@@ -20,8 +20,8 @@ public:
     explicit MultiColumnCombo(QWidget* parent = nullptr);
 
     /// Replaces the rows; no row is chosen and the text is empty afterwards.
-    void setTable(TextTable table);
-    [[nodiscard]] const TextTable& table() const;
+    void setTable(table::TextTable table);
+    [[nodiscard]] const table::TextTable& table() const;
 
     [[nodiscard]] std::string text() const;
     /// Shows a text as if it had been typed, without the signal.

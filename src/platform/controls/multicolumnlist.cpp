@@ -17,9 +17,9 @@
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
-#include "platform/controls/tablecopy.h"
 #include "platform/controls/tablemodel.h"
 #include "platform/controls/twips.h"
+#include "platform/table/tablecopy.h"
 
 namespace controls {
 
@@ -61,7 +61,7 @@ MultiColumnList::MultiColumnList(QWidget* parent)
             [this](const QModelIndex& index) { emit rowActivated(index.row()); });
 }
 
-void MultiColumnList::setTable(TextTable table) {
+void MultiColumnList::setTable(table::TextTable table) {
     sortingOff();
     const bool fits = widthsFitRows_ && table.columns == model_->table().columns;
     model_->setTable(std::move(table));
@@ -71,7 +71,7 @@ void MultiColumnList::setTable(TextTable table) {
     scrollToTop();
 }
 
-void MultiColumnList::appendRows(const TextTable& more) {
+void MultiColumnList::appendRows(const table::TextTable& more) {
     const QScrollBar& bar = *verticalScrollBar();
     const bool heldAtEnd = bar.isSliderDown() && bar.value() == bar.maximum();
     sortingOff();
@@ -88,7 +88,7 @@ bool MultiColumnList::showsEnd() const {
     return isVisible() && bar.maximum() - bar.value() <= bar.pageStep();
 }
 
-const TextTable& MultiColumnList::table() const { return model_->table(); }
+const table::TextTable& MultiColumnList::table() const { return model_->table(); }
 
 void MultiColumnList::clearRows() { model_->clearRows(); }
 
@@ -226,8 +226,8 @@ void MultiColumnList::copyRows() const {
         return;
     }
     auto* copied = new QMimeData;
-    copied->setText(toQt(tabSeparated(table(), rows)));
-    copied->setHtml(toQt(htmlTable(table(), rows)));
+    copied->setText(toQt(table::tabSeparated(table(), rows)));
+    copied->setHtml(toQt(table::htmlTable(table(), rows)));
     QApplication::clipboard()->setMimeData(copied);
 }
 
@@ -350,7 +350,7 @@ void MultiColumnList::rememberWidths() {
 
 QString MultiColumnList::layoutKey() const {
     QByteArray captions;
-    for (const TableColumn& column : table().columns) {
+    for (const table::TableColumn& column : table().columns) {
         captions += QByteArray::fromStdString(column.caption) + '\n';
     }
     return QStringLiteral("columns/%1.%2.%3")

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 
 namespace controls {
 
@@ -27,16 +27,16 @@ public:
     explicit MultiColumnList(QWidget* parent = nullptr);
 
     /// Fills the list in one reset: own order, nothing sorted, selected or chosen.
-    void setTable(TextTable table);
+    void setTable(table::TextTable table);
     /// Adds rows of the same columns at the end, for a list that is read as it is needed. What is
     /// chosen, selected and in view stays; a sort ends. A scroll bar that the user holds at its end
     /// follows.
-    void appendRows(const TextTable& more);
+    void appendRows(const table::TextTable& more);
     /// Room for so many rows in all, when they are known to be many: saves moving them about.
     void reserveRows(std::size_t rows);
     /// Whether the list is seen, and the rows in view are the last ones or at most a page above.
     [[nodiscard]] bool showsEnd() const;
-    [[nodiscard]] const TextTable& table() const;
+    [[nodiscard]] const table::TextTable& table() const;
     /// Removes the rows and keeps the columns.
     void clearRows();
     /// Removes rows and columns.

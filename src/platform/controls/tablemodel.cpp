@@ -8,7 +8,7 @@
 
 namespace controls {
 
-void TableModel::setTable(TextTable table) {
+void TableModel::setTable(table::TextTable table) {
     beginResetModel();
     table_ = std::move(table);
     order_.clear();
@@ -22,7 +22,7 @@ void TableModel::clearRows() {
     endResetModel();
 }
 
-void TableModel::append(const TextTable& more) {
+void TableModel::append(const table::TextTable& more) {
     if (more.rowCount() == 0) {
         return;
     }
@@ -107,7 +107,7 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 bool TableModel::alignedRight(int column) const {
-    return table_.columns[static_cast<std::size_t>(column)].kind == CellKind::Number;
+    return table_.columns[static_cast<std::size_t>(column)].kind == table::CellKind::Number;
 }
 
 QString TableModel::rowText(std::size_t row) const {

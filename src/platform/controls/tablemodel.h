@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/controls/celldelegate.h"
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 
 namespace controls {
 
@@ -22,12 +22,12 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     /// Shows another table in one reset, in its own order.
-    void setTable(TextTable table);
+    void setTable(table::TextTable table);
     void clearRows();
     /// Shows more rows, of the same columns, below the others.
-    void append(const TextTable& more);
+    void append(const table::TextTable& more);
     void reserve(std::size_t rows) { table_.reserve(rows); }
-    [[nodiscard]] const TextTable& table() const { return table_; }
+    [[nodiscard]] const table::TextTable& table() const { return table_; }
 
     [[nodiscard]] std::size_t tableRow(int row) const;
     /// Where a row of the table is shown.
@@ -48,7 +48,7 @@ private:
     [[nodiscard]] QString rowText(std::size_t row) const;
     void moveCurrentIndexes(const std::vector<std::size_t>& formerOrder);
 
-    TextTable table_;
+    table::TextTable table_;
     std::vector<std::size_t> order_;  ///< empty while rows are in the table's own order
 };
 

@@ -2,8 +2,8 @@
 
 #include <QKeyEvent>
 
+#include "platform/base/timetext.h"
 #include "platform/controls/qtext.h"
-#include "platform/controls/timetext.h"
 
 namespace controls {
 
@@ -12,7 +12,7 @@ TimeBox::TimeBox(QWidget* parent) : QLineEdit(parent) {
     setMaxLength(40);
 }
 
-std::string TimeBox::tidied() const { return tidyTime(fromQt(text())); }
+std::string TimeBox::tidied() const { return base::tidyTime(fromQt(text())); }
 
 void TimeBox::tidy() {
     const QString tidy = toQt(tidied());

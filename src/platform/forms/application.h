@@ -95,11 +95,11 @@ private:
 
 /// Calls a procedure with a signal's arguments, or without any where it takes none.
 template <class Procedure, class... Arguments>
-void callWith(Procedure& procedure, Arguments&&... arguments) {
+auto callWith(Procedure& procedure, Arguments&&... arguments) {
     if constexpr (std::is_invocable_v<Procedure&, Arguments...>) {
-        procedure(std::forward<Arguments>(arguments)...);
+        return procedure(std::forward<Arguments>(arguments)...);
     } else {
-        procedure();
+        return procedure();
     }
 }
 

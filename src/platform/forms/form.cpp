@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QShortcut>
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/forms/formregistry.h"
@@ -103,6 +104,15 @@ void Form::reject() {
     if (cancel_ != nullptr && cancel_->isEnabled()) {
         cancel_->click();
     }
+}
+
+void Form::key(const QKeySequence& keys, QAbstractButton* button) {
+    on(new QShortcut(keys, this), &QShortcut::activated, [button] { button->click(); });
+}
+
+void Form::key(const QKeySequence& keys, QAbstractButton* button, QWidget* part) {
+    on(new QShortcut(keys, part, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
+       &QShortcut::activated, [button] { button->click(); });
 }
 
 void Form::restorePlace() {

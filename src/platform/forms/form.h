@@ -6,6 +6,7 @@
 #include "platform/forms/application.h"
 
 class QAbstractButton;
+class QKeySequence;
 
 namespace forms {
 
@@ -62,6 +63,11 @@ protected:
             Application::instance().guarded([&] { callWith(procedure, arguments...); });
         });
     }
+
+    /// Keys that press a button: they do nothing where it is disabled. They work in the whole form,
+    /// or while the focus is in a part of it.
+    void key(const QKeySequence& keys, QAbstractButton* button);
+    void key(const QKeySequence& keys, QAbstractButton* button, QWidget* part);
 
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

@@ -97,9 +97,7 @@ std::string yesNoText(const Value& value) { return Value(value.asNumber() != 0).
 double valOf(const Value& value) { return base::leadingNumber(value.asText()); }
 double numberOf(const Value& value) { return value.asNumber(); }
 std::int64_t wholeOf(const Value& value) { return value.asInteger(); }
-double singleOf(const Value& value) {
-    return base::singleOf(value.asNumber());
-}
+double singleOf(const Value& value) { return base::singleOf(value.asNumber()); }
 std::string isoOf(const Value& value) { return isoText(dateOf(value)); }
 double daysOf(const Value& value) { return Value(dateOf(value)).asNumber(); }
 double floorOf(const Value& value) { return std::floor(value.asNumber()); }

@@ -4,9 +4,9 @@
 #include "platform/files/files.h"
 #include "platform/forms/application.h"
 #include "runedit/map/workfiles.h"
-#include "startup/mdlFileUtilities.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/mdlFileUtilities.h"
+#include "startup/base/session.h"
+#include "startup/base/trap.h"
 
 namespace runedit {
 

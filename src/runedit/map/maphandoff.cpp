@@ -1,12 +1,12 @@
 #include "runedit/map/maphandoff.h"
 
-#include "data/mdlGetItems.h"
+#include "data/lookups/mdlGetItems.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "runedit/map/handover.h"
 #include "runedit/map/requestline.h"
-#include "startup/mdlGetMapSoftware.h"
-#include "startup/session.h"
+#include "startup/base/mdlGetMapSoftware.h"
+#include "startup/base/session.h"
 
 namespace runedit {
 

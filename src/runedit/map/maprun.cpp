@@ -5,7 +5,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace runedit {
 

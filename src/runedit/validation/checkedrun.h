@@ -8,7 +8,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/date.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace runedit {
 

@@ -16,8 +16,8 @@
 #include "runedit/validation/Check_Run_RideTime.h"
 #include "runedit/validation/Check_SpecialNeeds.h"
 #include "runedit/validation/Check_StopTimeConflict.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/session.h"
+#include "startup/base/trap.h"
 
 namespace runedit {
 

@@ -3,15 +3,14 @@
 #include <QLocale>
 #include <QShortcut>
 
-#include "data/cells.h"
+#include "data/lists/cells.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/jet/error.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
 
 #include "ui_RunLogInquiry.h"
 
@@ -21,7 +20,6 @@ namespace {
 
 using controls::fromQt;
 using controls::toQt;
-using startup::trapped;
 
 constexpr auto Module = "RunLogInquiry";
 
@@ -38,9 +36,9 @@ constexpr std::size_t BlockEntries = 500;
 /// How long is read on before the form gets its turn.
 constexpr int SliceMs = 30;
 
-controls::TextTable activityCodes() {
-    controls::TextTable table;
-    table.columns = {{"Activity Code", 1300, controls::CellKind::Number}, {"Description", 4000}};
+table::TextTable activityCodes() {
+    table::TextTable table;
+    table.columns = {{"Activity Code", 1300, table::CellKind::Number}, {"Description", 4000}};
     ado::Recordset codes;
     codes.Open(ActivityCodesSql, *startup::gcnRouteWrk);
     for (; !codes.Eof(); codes.MoveNext()) {
@@ -59,13 +57,14 @@ QString grouped(std::int64_t number) {
 }  // namespace
 
 RunLogInquiry::RunLogInquiry(forms::Form* owner)
-    : forms::Form(Module, owner), ui_(std::make_unique<Ui::RunLogInquiry>()) {
+    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::RunLogInquiry>()) {
     ui_->setupUi(this);
     readTimer_.setInterval(1);
-    on(&readTimer_, &forms::Timer::tick, [this] { readOn(); });
-    on(ui_->Search, &QPushButton::clicked, [this] { Search_Click(); });
-    on(ui_->Exit, &QPushButton::clicked, [this] { Exit_Click(); });
-    on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, [this] { Search_Click(); });
+    on(&readTimer_, &forms::Timer::tick, "readOn", &RunLogInquiry::readOn);
+    on(ui_->Search, &QPushButton::clicked, "Search_Click", &RunLogInquiry::Search_Click);
+    on(ui_->Exit, &QPushButton::clicked, "Exit_Click", &RunLogInquiry::Exit_Click);
+    on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "Search_Click",
+       &RunLogInquiry::Search_Click);
     setCancelButton(ui_->Exit);
     wireFilters();
     wireList();
@@ -77,43 +76,40 @@ void RunLogInquiry::wireFilters() {
     const auto describe = [this] {
         ui_->ActivityDescription->setText(toQt(ui_->cmbActivityCode->columnText(1)));
     };
-    on(ui_->cmbActivityCode, &controls::MultiColumnCombo::chosen, describe);
-    on(ui_->cmbActivityCode, &controls::MultiColumnCombo::left, describe);
+    on(ui_->cmbActivityCode, &controls::MultiColumnCombo::chosen, "cmbActivityCode_Click",
+       describe);
+    on(ui_->cmbActivityCode, &controls::MultiColumnCombo::left, "cmbActivityCode_LostFocus",
+       describe);
 }
 
 void RunLogInquiry::wireList() {
     using controls::MultiColumnList;
     const auto readIfWanted = [this] { readTimer_.setEnabled(wantsMore()); };
-    on(ui_->LogList, &MultiColumnList::endShown, readIfWanted);
-    on(ui_->LogList, &MultiColumnList::endAsked, [this] {
+    on(ui_->LogList, &MultiColumnList::endShown, "LogList_EndShown", readIfWanted);
+    on(ui_->LogList, &MultiColumnList::endAsked, "LogList_EndAsked", [this] {
         toLastEntry_ = true;
         readToEnd();
     });
-    on(ui_->LogList, &MultiColumnList::rowClicked, [this] { toLastEntry_ = false; });
-    on(ui_->LogList, &MultiColumnList::columnClicked,
-       [this](int column) { LogList_ClickColumn(column); });
+    on(ui_->LogList, &MultiColumnList::rowClicked, "LogList_ClickItem",
+       [this] { toLastEntry_ = false; });
+    on(ui_->LogList, &MultiColumnList::columnClicked, "LogList_ClickColumn",
+       &RunLogInquiry::LogList_ClickColumn);
 }
 
 void RunLogInquiry::Form_Load() {
-    trapped("Form_Load", Module, [this] {
-        Bld_DropDown();
-        ui_->LogList->setTable(RunLogReader::emptyTable());
-        forgetSearch();
-        connection_ = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
-        ui_->RunID->setFocus();
-    });
+    trap("Bld_DropDown", &RunLogInquiry::Bld_DropDown);
+    ui_->LogList->setTable(RunLogReader::emptyTable());
+    forgetSearch();
+    connection_ = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
+    ui_->RunID->setFocus();
 }
 
 void RunLogInquiry::Form_Unload() {
-    trapped("Form_Unload", Module, [this] {
-        forgetSearch();
-        connection_.reset();
-    });
+    forgetSearch();
+    connection_.reset();
 }
 
-void RunLogInquiry::Bld_DropDown() {
-    trapped("Bld_DropDown", Module, [this] { ui_->cmbActivityCode->setTable(activityCodes()); });
-}
+void RunLogInquiry::Bld_DropDown() { ui_->cmbActivityCode->setTable(activityCodes()); }
 
 void RunLogInquiry::ask(const std::string& run) {
     load();
@@ -122,22 +118,20 @@ void RunLogInquiry::ask(const std::string& run) {
     ui_->BegDate->clear();
     ui_->EndDate->clear();
     ui_->RunID->setText(toQt(base::trim(run)));
-    Search_Click();
+    trap("Search_Click", &RunLogInquiry::Search_Click);
 }
 
 void RunLogInquiry::Search_Click() {
-    trapped("Search_Click", Module, [this] {
-        const auto asked = filters();
-        if (refuse(asked)) {
-            return;
-        }
-        const forms::BusyCursor hourglass;
-        try {
-            search(asked);
-        } catch (const jet::SqlError&) {
-            startup::reportTyped("Search_Click", Module);
-        }
-    });
+    const auto asked = filters();
+    if (refuse(asked)) {
+        return;
+    }
+    const forms::BusyCursor hourglass;
+    try {
+        search(asked);
+    } catch (const jet::SqlError&) {
+        startup::report("Search_Click", Module);
+    }
 }
 
 RunLogFilters RunLogInquiry::filters() const {
@@ -184,29 +178,23 @@ void RunLogInquiry::forgetSearch() {
     ui_->LogList->setEmptyText(BeforeSearch);
 }
 
-void RunLogInquiry::Exit_Click() {
-    trapped("Exit_Click", Module, [this] { closeForm(); });
-}
+void RunLogInquiry::Exit_Click() { closeForm(); }
 
 void RunLogInquiry::LogList_ClickColumn(int column) {
-    trapped("LogList_ClickColumn", Module, [this, column] {
-        toSortBy_ = column;
-        readToEnd();
-    });
+    toSortBy_ = column;
+    readToEnd();
 }
 
 /// A slice of what is to be done between two turns of the planner: the entries in all are counted
 /// once the first ones are seen, then entries are read as far as they are wanted.
 void RunLogInquiry::readOn() {
-    trapped("readOn", Module, [this] {
-        if (!reader_->total()) {
-            reader_->countOn();
-        } else {
-            readSlice();
-        }
-        showCount();
-        readTimer_.setEnabled(!reader_->total() || wantsMore());
-    });
+    if (!reader_->total()) {
+        reader_->countOn();
+    } else {
+        readSlice();
+    }
+    showCount();
+    readTimer_.setEnabled(!reader_->total() || wantsMore());
 }
 
 /// Lists what is still to be read, then does what that was for.

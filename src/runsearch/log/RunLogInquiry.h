@@ -5,9 +5,9 @@
 #include <string>
 
 #include "platform/ado/connection.h"
-#include "platform/forms/form.h"
 #include "platform/forms/timer.h"
 #include "runsearch/log/runlogreader.h"
+#include "startup/forms/trappedform.h"
 
 namespace Ui {
 class RunLogInquiry;
@@ -18,7 +18,7 @@ namespace runsearch {
 /// The history of changes to runs. A log of a million entries is read as the planner scrolls: the
 /// first ones at once, the rest in slices between which the form stays at hand. Sorting and the End
 /// key read on to the last entry.
-class RunLogInquiry : public forms::Form {
+class RunLogInquiry : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -33,12 +33,10 @@ public:
     void LogList_ClickColumn(int column);
 
 protected:
-    void formLoad() override { Form_Load(); }
-    void formUnload() override { Form_Unload(); }
+    void Form_Load() override;
+    void Form_Unload() override;
 
 private:
-    void Form_Load();
-    void Form_Unload();
     void Bld_DropDown();
 
     void wireFilters();
@@ -61,7 +59,7 @@ private:
     /// Its own: what is left to read there bothers no one who writes.
     std::unique_ptr<ado::Connection> connection_;
     std::unique_ptr<RunLogReader> reader_;  ///< null while nothing has been searched for
-    controls::TextTable read_;              ///< entries that are not listed yet
+    table::TextTable read_;                 ///< entries that are not listed yet
     forms::Timer readTimer_;
     bool toLastEntry_ = false;
     std::optional<int> toSortBy_;

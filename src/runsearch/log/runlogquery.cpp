@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/datetext.h"
 #include "platform/base/text.h"
-#include "platform/controls/datetext.h"
 
 namespace runsearch {
 
@@ -60,7 +60,7 @@ std::optional<RunLogFault> firstFault(const RunLogFilters& filters) {
     }
     for (const auto filter : {Filter::BegDate, Filter::EndDate}) {
         const auto day = base::trim(filter == Filter::BegDate ? filters.begDate : filters.endDate);
-        if (!day.empty() && !controls::typedDay(day)) {
+        if (!day.empty() && !base::typedDay(day)) {
             return RunLogFault{filter, "Invalid Date",
                                fmt::format("Oops, \"{}\" is not a date.  Please enter a date such "
                                            "as 1/31/2026 and try again.",

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "data/cells.h"
+#include "data/lists/cells.h"
 #include "platform/base/text.h"
 
 namespace runsearch {
 
 namespace {
 
-using controls::CellKind;
+using table::CellKind;
 
 /// How many keys are looked at in one part of a count.
 constexpr std::int64_t CountedAtOnce = 100'000;
@@ -29,8 +29,8 @@ RunLogReader::RunLogReader(ado::Connection& routing, RunLogFilters filters)
     }
 }
 
-controls::TextTable RunLogReader::emptyTable() {
-    controls::TextTable table;
+table::TextTable RunLogReader::emptyTable() {
+    table::TextTable table;
     table.columns = {{"Run ID", 1100},
                      {"Stop ID", 1100},
                      {"Log Date", 2300, CellKind::DateTime},
@@ -39,7 +39,7 @@ controls::TextTable RunLogReader::emptyTable() {
     return table;
 }
 
-void RunLogReader::read(std::size_t entries, controls::TextTable& into) {
+void RunLogReader::read(std::size_t entries, table::TextTable& into) {
     for (; entries > 0 && !atEnd(); --entries) {
         const auto row = into.addRow();
         for (std::size_t i = 0; i < fields_.size(); ++i) {

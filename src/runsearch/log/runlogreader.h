@@ -7,7 +7,7 @@
 
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
-#include "platform/controls/texttable.h"
+#include "platform/table/texttable.h"
 #include "runsearch/log/runlogquery.h"
 
 namespace runsearch {
@@ -22,9 +22,9 @@ public:
     RunLogReader(ado::Connection& routing, RunLogFilters filters);
 
     /// A table with the list's columns and no rows.
-    [[nodiscard]] static controls::TextTable emptyTable();
+    [[nodiscard]] static table::TextTable emptyTable();
     /// Adds the next entries to a table made by emptyTable(), at most so many.
-    void read(std::size_t entries, controls::TextTable& into);
+    void read(std::size_t entries, table::TextTable& into);
     [[nodiscard]] bool atEnd() const { return rows_.State() == ado::ObjectState::Closed; }
 
     /// The key of each entry that was read, in order.

@@ -10,9 +10,8 @@
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/validation/mdlValidate_Runs.h"
-#include "startup/mdlFileUtilities.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/mdlFileUtilities.h"
+#include "startup/base/session.h"
 #include "stops/triprecord/stopstudents.h"
 #include "stops/triprecord/triptimes.h"
 
@@ -23,7 +22,6 @@ namespace stops {
 namespace {
 
 using controls::toQt;
-using startup::trapped;
 
 constexpr auto Module = "frmStopTripType";
 /// Early bell, late bell and conflicting times: what a stop's own record can break.
@@ -86,7 +84,7 @@ TripFieldBoxes::Controls boxesOf(const Ui::frmStopTripType& ui) {
 }  // namespace
 
 frmStopTripType::frmStopTripType(forms::Form* owner)
-    : forms::Form(Module, owner), ui_(made(*this)), boxes_(boxesOf(*ui_)) {
+    : TrappedForm(Module, owner), ui_(made(*this)), boxes_(boxesOf(*ui_)) {
     if (owner != nullptr) {
         setWindowModality(Qt::WindowModal);
     }
@@ -101,15 +99,14 @@ frmStopTripType::frmStopTripType(forms::Form* owner)
 frmStopTripType::~frmStopTripType() = default;
 
 void frmStopTripType::wire() {
-    on(ui_->OK, &QPushButton::clicked, [this] { OK_Click(); });
-    on(ui_->CalcTimes, &QPushButton::clicked, [this] { CalcTimes_Click(); });
-    on(ui_->PreviousStop, &QPushButton::clicked, [this] { PreviousStop_Click(); });
-    on(ui_->NextStop, &QPushButton::clicked, [this] { NextStop_Click(); });
-    on(ui_->Exit_StopTrip, &QPushButton::clicked, [this] { Exit_StopTrip_Click(); });
-    on(&Timer3, &forms::Timer::tick, [this] { Timer3_Timer(); });
-    const auto key = [this](const QKeySequence& keys, QPushButton* button) {
-        on(new QShortcut(keys, this), &QShortcut::activated, [button] { button->click(); });
-    };
+    on(ui_->OK, &QPushButton::clicked, "OK_Click", &frmStopTripType::OK_Click);
+    on(ui_->CalcTimes, &QPushButton::clicked, "CalcTimes_Click", &frmStopTripType::CalcTimes_Click);
+    on(ui_->PreviousStop, &QPushButton::clicked, "PreviousStop_Click",
+       &frmStopTripType::PreviousStop_Click);
+    on(ui_->NextStop, &QPushButton::clicked, "NextStop_Click", &frmStopTripType::NextStop_Click);
+    on(ui_->Exit_StopTrip, &QPushButton::clicked, "Exit_StopTrip_Click",
+       &frmStopTripType::Exit_StopTrip_Click);
+    on(&Timer3, &forms::Timer::tick, "Timer3_Timer", &frmStopTripType::Timer3_Timer);
     key(Qt::CTRL | Qt::Key_PageUp, ui_->PreviousStop);
     key(Qt::CTRL | Qt::Key_PageDown, ui_->NextStop);
     key(Qt::CTRL | Qt::Key_Return, ui_->OK);
@@ -123,10 +120,8 @@ void frmStopTripType::edit(std::int64_t stopTripId) {
 }
 
 void frmStopTripType::Form_Load() {
-    trapped("Form_Load", Module, [this] {
-        ui_->NUM_STUDENTS->setFocus();
-        open(id_);
-    });
+    ui_->NUM_STUDENTS->setFocus();
+    open(id_);
 }
 
 void frmStopTripType::open(std::int64_t id) {
@@ -264,27 +259,23 @@ void frmStopTripType::finish(const std::string& status) {
 }
 
 void frmStopTripType::OK_Click() {
-    trapped("OK_Click", Module, [this] {
-        const auto work = [this] {
-            if (save()) {
-                finish(fmt::format("Stop {} saved.", held_.stopId));
-            }
-        };
-        ado::unlessLocked(work, LockedText, LockedTitle);
-    });
+    const auto work = [this] {
+        if (save()) {
+            finish(fmt::format("Stop {} saved.", held_.stopId));
+        }
+    };
+    ado::unlessLocked(work, LockedText, LockedTitle);
 }
 
 void frmStopTripType::CalcTimes_Click() {
-    trapped("CalcTimes_Click", Module, [this] {
-        const auto work = [this] {
-            if (save()) {
-                const bool timed = timeRun();
-                finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
-                             : fmt::format("Stop {} saved.", held_.stopId));
-            }
-        };
-        ado::unlessLocked(work, LockedText, LockedTitle);
-    });
+    const auto work = [this] {
+        if (save()) {
+            const bool timed = timeRun();
+            finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
+                         : fmt::format("Stop {} saved.", held_.stopId));
+        }
+    };
+    ado::unlessLocked(work, LockedText, LockedTitle);
 }
 
 /// Computes the run's times around the stored time; tells why where that cannot be done.
@@ -308,25 +299,15 @@ bool frmStopTripType::timeRun() {
     return timed;
 }
 
-void frmStopTripType::PreviousStop_Click() {
-    trapped("PreviousStop_Click", Module, [this] { step(-1); });
-}
+void frmStopTripType::PreviousStop_Click() { step(-1); }
 
-void frmStopTripType::NextStop_Click() {
-    trapped("NextStop_Click", Module, [this] { step(1); });
-}
+void frmStopTripType::NextStop_Click() { step(1); }
 
-void frmStopTripType::Exit_StopTrip_Click() {
-    trapped("Exit_StopTrip_Click", Module, [this] { closeForm(); });
-}
+void frmStopTripType::Exit_StopTrip_Click() { closeForm(); }
 
-void frmStopTripType::Timer3_Timer() {
-    trapped("Timer3_Timer", Module, [this] { ui_->Status->hide(); });
-}
+void frmStopTripType::Timer3_Timer() { ui_->Status->hide(); }
 
-bool frmStopTripType::formQueryUnload() {
-    return trapped("Form_QueryUnload", Module, [this] { return mayLeave(); });
-}
+bool frmStopTripType::Form_QueryUnload() { return mayLeave(); }
 
 bool frmStopTripType::isTouched() const { return !gone_ && boxes_.areTouched(); }
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/forms/form.h"
 #include "platform/forms/timer.h"
+#include "startup/forms/trappedform.h"
 #include "stops/triprecord/tripfieldboxes.h"
 #include "stops/triprecord/triprecord.h"
 
@@ -20,7 +20,7 @@ namespace stops {
 /// Edits one stop's trip record: passengers, minutes and miles, the time at the stop, the pick-up
 /// side, whether it is in use, and the stop's comment; shows the students who use it and their
 /// special needs. OK saves and stays.
-class frmStopTripType : public forms::Form {
+class frmStopTripType : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -41,11 +41,10 @@ public:
     void Timer3_Timer();
 
 protected:
-    void formLoad() override { Form_Load(); }
-    bool formQueryUnload() override;
+    void Form_Load() override;
+    bool Form_QueryUnload() override;
 
 private:
-    void Form_Load();
     void wire();
 
     void open(std::int64_t id);

@@ -5,18 +5,18 @@
 
 #include <fmt/format.h>
 
-#include "data/cells.h"
+#include "data/lists/cells.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace stops {
 
 namespace {
 
-using controls::CellKind;
-using controls::TextTable;
+using table::CellKind;
+using table::TextTable;
 
 std::string conditionOf(const TripRecord& record) {
     return fmt::format(" WHERE STU_ADDR_TRIPTYPE.INT_STOPID={} AND STU_ADDR_TRIPTYPE.TRIPTYPE='{}'",

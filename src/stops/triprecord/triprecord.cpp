@@ -2,11 +2,11 @@
 
 #include <fmt/format.h>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace stops {
 

@@ -5,9 +5,9 @@
 
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
-#include "runedit/stoptimes.h"
+#include "runedit/times/stoptimes.h"
 #include "runedit/validation/checkedrun.h"
-#include "startup/fieldvalues.h"
+#include "startup/base/fieldvalues.h"
 
 namespace stops {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "platform/ado/connection.h"
-#include "runedit/storedstoptimes.h"
+#include "runedit/times/storedstoptimes.h"
 #include "stops/triprecord/triprecord.h"
 
 namespace stops {

@@ -7,9 +7,8 @@
 #include "platform/files/files.h"
 #include "platform/password/password.h"
 #include "platform/process/process.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
 #include "tools/logon/programs.h"
 
 #include "ui_logonform.h"
@@ -20,7 +19,6 @@ namespace {
 
 using controls::fromQt;
 using controls::toQt;
-using startup::trapped;
 
 constexpr auto Module = "LogonForm";
 constexpr auto LastUserKey = "logon/User";
@@ -40,43 +38,40 @@ bool isLetter(const QKeyEvent& key) { return key.text().size() == 1 && key.text(
 }  // namespace
 
 LogonForm::LogonForm(std::string program)
-    : forms::Form("Logon"), ui_(std::make_unique<Ui::Logon>()), program_(std::move(program)) {
+    : TrappedForm("Logon"), ui_(std::make_unique<Ui::Logon>()), program_(std::move(program)) {
     ui_->setupUi(this);
     setCancelButton(ui_->Cancel);
     ui_->Password->installEventFilter(this);
     ui_->Password->setMaxLength(static_cast<int>(password::Longest));
     waiting_.setInterval(OneSecond);
-    on(&waiting_, &forms::Timer::tick, [this] { waitOneSecond(); });
-    on(ui_->UserId, &QComboBox::editTextChanged, [this] { showUser(); });
-    on(ui_->ShowPassword, &QCheckBox::toggled, [this](bool shown) {
+    on(&waiting_, &forms::Timer::tick, "waitOneSecond", &LogonForm::waitOneSecond);
+    on(ui_->UserId, &QComboBox::editTextChanged, "showUser", &LogonForm::showUser);
+    on(ui_->ShowPassword, &QCheckBox::toggled, "ShowPassword_Click", [this](bool shown) {
         ui_->Password->setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password);
     });
-    on(ui_->LogOn, &QPushButton::clicked, [this] { logOn(); });
-    on(ui_->Cancel, &QPushButton::clicked, [this] { closeForm(); });
+    on(ui_->LogOn, &QPushButton::clicked, "logOn", &LogonForm::logOn);
+    on(ui_->Cancel, &QPushButton::clicked, "closeForm", &LogonForm::closeForm);
 }
 
 LogonForm::~LogonForm() = default;
 
-void LogonForm::formLoad() {
-    trapped("formLoad", Module, [this] {
-        fillUsers();
-        const auto last = fromQt(controls::LayoutMemory::instance().recall(LastUserKey).toString());
-        ui_->UserId->setText(findUser(users_, last) != nullptr || users_.empty() ? last
-                                                                                 : users_[0].id);
-        showUser();
-        if (users_.empty()) {
-            showMessage(
-                tr("There is no user yet in %1.").arg(toQt(startup::gVIREOPath + "ZBQDSC1.mdb")));
-        }
-        (ui_->Password->isEnabled() && !last.empty() ? static_cast<QWidget*>(ui_->Password)
-                                                     : ui_->UserId)
-            ->setFocus();
-    });
+void LogonForm::Form_Load() {
+    fillUsers();
+    const auto last = fromQt(controls::LayoutMemory::instance().recall(LastUserKey).toString());
+    ui_->UserId->setText(findUser(users_, last) != nullptr || users_.empty() ? last : users_[0].id);
+    showUser();
+    if (users_.empty()) {
+        showMessage(
+            tr("There is no user yet in %1.").arg(toQt(startup::gVIREOPath + "ZBQDSC1.mdb")));
+    }
+    (ui_->Password->isEnabled() && !last.empty() ? static_cast<QWidget*>(ui_->Password)
+                                                 : ui_->UserId)
+        ->setFocus();
 }
 
 void LogonForm::fillUsers() {
     users_ = readUsers(*startup::gcnQDSC);
-    controls::TextTable table;
+    table::TextTable table;
     table.columns = {{.caption = "User"}};
     for (const User& user : users_) {
         table.setText(table.addRow(), 0, user.id);
@@ -101,16 +96,14 @@ void LogonForm::showUser() {
 }
 
 void LogonForm::logOn() {
-    trapped("logOn", Module, [this] {
-        users_ = readUsers(*startup::gcnQDSC);
-        const User* user = findUser(users_, ui_->UserId->text());
-        const Verdict verdict = admit(user, fromQt(ui_->Password->text()));
-        if (verdict == Verdict::Admitted) {
-            startProgram(user->id);
-        } else {
-            refuse(verdict);
-        }
-    });
+    users_ = readUsers(*startup::gcnQDSC);
+    const User* user = findUser(users_, ui_->UserId->text());
+    const Verdict verdict = admit(user, fromQt(ui_->Password->text()));
+    if (verdict == Verdict::Admitted) {
+        startProgram(user->id);
+    } else {
+        refuse(verdict);
+    }
 }
 
 void LogonForm::refuse(Verdict verdict) {

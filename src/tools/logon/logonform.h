@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/forms/form.h"
 #include "platform/forms/timer.h"
+#include "startup/forms/trappedform.h"
 #include "tools/logon/users.h"
 
 namespace Ui {
@@ -16,7 +16,7 @@ namespace tools::logon {
 
 /// Asks for a user and the user's password and starts a program with the user's identifier as its
 /// command line. After a wrong password it waits, longer each time.
-class LogonForm : public forms::Form {
+class LogonForm : public startup::TrappedForm {
     Q_OBJECT
 
 public:
@@ -29,7 +29,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
-    void formLoad() override;
+    void Form_Load() override;
 
 private:
     void fillUsers();

@@ -1,10 +1,10 @@
 #include "platform/forms/formregistry.h"
-#include "startup/applicationinfo.h"
-#include "startup/desktopprogram.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/mdlErrorHandler.h"
-#include "startup/session.h"
-#include "startup/trap.h"
+#include "startup/base/applicationinfo.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlErrorHandler.h"
+#include "startup/base/session.h"
+#include "startup/base/trap.h"
+#include "startup/desktop/desktopprogram.h"
 #include "tools/logon/logonform.h"
 
 namespace {

@@ -15,7 +15,7 @@ std::string findProgram(std::string_view name, const std::vector<std::string>& f
     for (const char* suffix : {"", ".exe"}) {
         for (const std::string& folder : folders) {
             std::string path = files::find(folder + (folder.ends_with('/') ? "" : "/") +
-                                                 std::string(name) + suffix);
+                                           std::string(name) + suffix);
             if (files::exists(path) && ::access(path.c_str(), X_OK) == 0) {
                 return path;
             }

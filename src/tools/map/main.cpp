@@ -9,8 +9,8 @@
 #include <fmt/format.h>
 
 #include "platform/dde/dbustransport.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
 #include "tools/map/mapservice.h"
 
 namespace {

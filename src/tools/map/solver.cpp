@@ -7,7 +7,7 @@
 
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "tools/district/timetable.h"
+#include "tools/district/travel/timetable.h"
 
 namespace tools::map {
 

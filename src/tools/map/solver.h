@@ -8,7 +8,7 @@
 
 #include "platform/dbf/tablefile.h"
 #include "runedit/map/requestline.h"
-#include "tools/district/directions.h"
+#include "tools/district/travel/directions.h"
 
 namespace tools::map {
 

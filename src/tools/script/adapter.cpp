@@ -238,7 +238,7 @@ public:
 
     [[nodiscard]] std::vector<std::string> lines() const override {
         std::vector<std::string> lines(1);
-        for (const controls::TableColumn& column : list_.table().columns) {
+        for (const table::TableColumn& column : list_.table().columns) {
             lines[0] += (lines[0].empty() ? "" : "\t") + column.caption;
         }
         for (int row = 1; row <= list_.rows(); ++row) {

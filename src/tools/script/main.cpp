@@ -2,14 +2,14 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "platform/forms/application.h"
 #include "platform/forms/look.h"
-#include "startup/RunStartup.h"
-#include "startup/session.h"
-#include "tools/district/sqlcommand.h"
+#include "startup/base/session.h"
+#include "startup/main/RunStartup.h"
+#include "tools/district/command/sqlcommand.h"
 #include "tools/script/player.h"
 
 namespace {

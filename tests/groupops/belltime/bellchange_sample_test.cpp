@@ -7,7 +7,7 @@
 
 #include "../groupsupport.h"
 #include "groupops/belltime/bellchange.h"
-#include "tools/district/madedistrict.h"
+#include "tools/district/make/madedistrict.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "groupops/deadhead/districtdeadhead.h"
 #include "groupops/deadhead/mdlDeadHead_Process.h"
 #include "groupops/fakeprogress.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
 

@@ -13,9 +13,9 @@
 #include "platform/forms/formregistry.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testsession.h"
-#include "tools/district/madedistrict.h"
+#include "tools/district/make/madedistrict.h"
 
 namespace groupops {
 namespace {

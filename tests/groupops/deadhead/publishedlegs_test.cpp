@@ -4,12 +4,12 @@
 #include "groupops/deadhead/districtdeadhead.h"
 #include "groupops/fakeprogress.h"
 #include "platform/base/value.h"
-#include "startup/mdlDBConnection.h"
-#include "startup/session.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
 #include "support/testsession.h"
-#include "tools/district/checks.h"
-#include "tools/district/madedistrict.h"
-#include "tools/district/plan.h"
+#include "tools/district/check/checks.h"
+#include "tools/district/make/madedistrict.h"
+#include "tools/district/make/plan.h"
 
 namespace groupops {
 namespace {

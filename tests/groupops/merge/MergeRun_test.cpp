@@ -10,7 +10,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/timer.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testsession.h"
 
 namespace groupops {

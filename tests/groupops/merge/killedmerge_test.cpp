@@ -7,8 +7,8 @@
 
 #include "groupops/fakeprogress.h"
 #include "groupops/merge/runmerge.h"
-#include "tools/district/checks.h"
-#include "tools/district/madedistrict.h"
+#include "tools/district/check/checks.h"
+#include "tools/district/make/madedistrict.h"
 
 namespace groupops {
 namespace {

@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "plainfile.h"
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/error.h"
 #include "platform/store/database.h"
+#include "platform/store/plainfile.h"
 #include "support/temporaryfolder.h"
 
 /// A district of two runs and four stops, one of them on two runs, with an open connection.

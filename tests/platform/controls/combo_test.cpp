@@ -15,7 +15,7 @@
 namespace {
 
 using controls::MultiColumnCombo;
-using controls::TextTable;
+using table::TextTable;
 
 class ComboTest : public testing::Test {
 protected:

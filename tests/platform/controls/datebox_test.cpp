@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/controls/datetext.h"
+#include "platform/base/datetext.h"
 
 namespace {
 

@@ -15,9 +15,9 @@
 
 namespace {
 
-using controls::CellKind;
 using controls::MultiColumnList;
-using controls::TextTable;
+using table::CellKind;
+using table::TextTable;
 
 TextTable runs(int count) {
     TextTable table;

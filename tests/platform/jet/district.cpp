@@ -5,7 +5,7 @@
 
 #include <stdlib.h>
 
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
 

@@ -10,7 +10,7 @@
 #include "mapsession.h"
 #include "platform/dbf/tablefile.h"
 #include "runedit/map/requestline.h"
-#include "startup/mdlDBConnection.h"
+#include "startup/base/mdlDBConnection.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 #include "platform/ado/recordset.h"
 #include "platform/files/files.h"
-#include "startup/mdlGetMapSoftware.h"
-#include "startup/session.h"
+#include "startup/base/mdlGetMapSoftware.h"
+#include "startup/base/session.h"
 #include "support/smalldistrict.h"
 #include "support/testsession.h"
 

@@ -8,7 +8,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/ports.h"
 #include "runedit/validation/mdlValidate_Runs.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/smalldistrict.h"
 #include "support/testsession.h"
 

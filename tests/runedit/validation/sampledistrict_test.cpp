@@ -6,9 +6,9 @@
 
 #include "platform/ado/recordset.h"
 #include "runedit/validation/mdlValidate_Runs.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testsession.h"
-#include "tools/district/madedistrict.h"
+#include "tools/district/make/madedistrict.h"
 
 namespace runedit {
 namespace {

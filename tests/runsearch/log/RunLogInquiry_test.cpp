@@ -13,7 +13,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/forms/formregistry.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
 

@@ -2,7 +2,7 @@
 
 #include "platform/jet/error.h"
 #include "runsearch/log/runlogreader.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
 

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/ado/recordset.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "stops/triprecord/triprecord.h"
 #include "support/smalldistrict.h"
 #include "support/testsession.h"

@@ -87,7 +87,7 @@ TEST_F(StoredTripRecord, FixesNothingWhereItTakesNoPartInTheTimes) {
 }
 
 TEST_F(StoredTripRecord, ListsEachStudentOnce) {
-    const auto lines = [](const controls::TextTable& table) {
+    const auto lines = [](const table::TextTable& table) {
         std::string text;
         for (std::size_t row = 0; row < table.rowCount(); ++row) {
             for (std::size_t column = 0; column < table.columns.size(); ++column) {

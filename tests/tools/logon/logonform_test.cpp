@@ -13,7 +13,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/forms/formregistry.h"
 #include "platform/password/password.h"
-#include "startup/session.h"
+#include "startup/base/session.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
 #include "tools/logon/programs.h"

@@ -86,8 +86,8 @@ private:
     }
 
     void fill() {
-        controls::TextTable table;
-        table.columns = {{"Run", 1500}, {"Miles", 1500, controls::CellKind::Number}};
+        table::TextTable table;
+        table.columns = {{"Run", 1500}, {"Miles", 1500, table::CellKind::Number}};
         for (const int miles : {10, 9, 100}) {
             const std::size_t row = table.addRow();
             table.setText(row, 0, "R" + std::to_string(row + 1));

@@ -1,0 +1,223 @@
+#include "platform/table/texttable.h"
+
+#include <algorithm>
+#include <bit>
+#include <numeric>
+
+#include "platform/base/error.h"
+
+namespace table {
+
+using base::Date;
+using base::Value;
+
+namespace {
+
+constexpr std::uint64_t LengthBits = 32;
+
+std::uint64_t bitsOf(std::int64_t number) { return std::bit_cast<std::uint64_t>(number); }
+std::int64_t integerOf(std::uint64_t bits) { return std::bit_cast<std::int64_t>(bits); }
+
+char foldedCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+int compareNoCase(std::string_view a, std::string_view b) {
+    const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
+                                   [](char x, char y) { return foldedCase(x) == foldedCase(y); });
+    if (end.first == a.end() || end.second == b.end()) {
+        return static_cast<int>(end.first != a.end()) - static_cast<int>(end.second != b.end());
+    }
+    return static_cast<unsigned char>(foldedCase(*end.first)) <
+                   static_cast<unsigned char>(foldedCase(*end.second))
+               ? -1
+               : 1;
+}
+
+}  // namespace
+
+/// A text's first characters stand in the key itself: they decide most comparisons without a look
+/// at the texts, which lie far apart.
+struct TextTable::SortKey {
+    enum Rank : std::uint8_t { Nothing, Number, Words } rank = Nothing;
+    double number = 0;
+    std::uint64_t start = 0;
+    std::string_view words;
+
+    static SortKey of(std::string_view text) {
+        SortKey key{Words, 0, 0, text};
+        for (std::size_t i = 0; i < sizeof key.start; ++i) {
+            const char c = i < text.size() ? foldedCase(text[i]) : '\0';
+            key.start = (key.start << 8U) | static_cast<unsigned char>(c);
+        }
+        return key;
+    }
+
+    bool operator<(const SortKey& other) const {
+        if (rank != other.rank) {
+            return rank < other.rank;
+        }
+        if (rank != Words) {
+            return number < other.number;
+        }
+        return start != other.start ? start < other.start : compareNoCase(words, other.words) < 0;
+    }
+};
+
+void TextTable::clearRows() {
+    held_.clear();
+    bits_.clear();
+    pool_.clear();
+    red_.clear();
+}
+
+std::size_t TextTable::addRow() {
+    held_.resize(held_.size() + columns.size(), Held::Null);
+    bits_.resize(bits_.size() + columns.size(), 0);
+    red_.emplace_back();
+    return red_.size() - 1;
+}
+
+void TextTable::set(std::size_t row, std::size_t column, const Value& value) {
+    if (value.isText()) {
+        setText(row, column, value.heldText());
+        return;
+    }
+    const std::size_t at = cell(row, column);
+    if (value.isNull()) {
+        held_.at(at) = Held::Null;
+    } else if (value.isDate()) {
+        held_.at(at) = Held::Date;
+        bits_[at] = bitsOf(value.asDate().seconds);
+    } else if (value.isDouble()) {
+        held_.at(at) = Held::Number;
+        bits_[at] = std::bit_cast<std::uint64_t>(value.asNumber());
+    } else if (value.isYesNo()) {
+        held_.at(at) = Held::YesNo;
+        bits_[at] = value.asBoolean() ? 1 : 0;
+    } else {
+        held_.at(at) = Held::Integer;
+        bits_[at] = bitsOf(value.asInteger());
+    }
+}
+
+void TextTable::setText(std::size_t row, std::size_t column, std::string_view text) {
+    const std::size_t at = cell(row, column);
+    held_.at(at) = Held::Text;
+    bits_[at] = (static_cast<std::uint64_t>(pool_.size()) << LengthBits) | text.size();
+    pool_.insert(pool_.end(), text.begin(), text.end());
+}
+
+void TextTable::append(const TextTable& more) {
+    const std::size_t first = held_.size();
+    const std::uint64_t places = static_cast<std::uint64_t>(pool_.size()) << LengthBits;
+    held_.insert(held_.end(), more.held_.begin(), more.held_.end());
+    bits_.insert(bits_.end(), more.bits_.begin(), more.bits_.end());
+    pool_.insert(pool_.end(), more.pool_.begin(), more.pool_.end());
+    red_.insert(red_.end(), more.red_.begin(), more.red_.end());
+    for (std::size_t at = first; at < held_.size(); ++at) {
+        if (held_[at] == Held::Text) {
+            bits_[at] += places;
+        }
+    }
+}
+
+void TextTable::colourRed(std::size_t row, std::size_t from, std::size_t to) {
+    red_.at(row) = {static_cast<std::uint16_t>(from), static_cast<std::uint16_t>(to)};
+}
+
+std::string_view TextTable::pooled(std::size_t cell) const {
+    const std::uint64_t bits = bits_[cell];
+    return {pool_.data() + (bits >> LengthBits), bits & 0xFFFFFFFFU};
+}
+
+Value TextTable::value(std::size_t row, std::size_t column) const {
+    const std::size_t at = cell(row, column);
+    switch (held_.at(at)) {
+        case Held::YesNo:
+            return bits_[at] != 0;
+        case Held::Integer:
+            return integerOf(bits_[at]);
+        case Held::Number:
+            return std::bit_cast<double>(bits_[at]);
+        case Held::Date:
+            return Date{integerOf(bits_[at])};
+        case Held::Text:
+            return pooled(at);
+        case Held::Null:
+            break;
+    }
+    return {};
+}
+
+std::string TextTable::text(std::size_t row, std::size_t column) const {
+    const std::size_t at = cell(row, column);
+    const CellKind kind = columns.at(column).kind;
+    switch (held_.at(at)) {
+        case Held::Null:
+            return kind == CellKind::Text ? " " : kind == CellKind::Number ? "0" : "";
+        case Held::Text:
+            return std::string(pooled(at));
+        case Held::Date:
+            return kind == CellKind::Time ? Date{integerOf(bits_[at])}.hhmm()
+                                          : Date{integerOf(bits_[at])}.text();
+        default:
+            return value(row, column).asText();
+    }
+}
+
+bool TextTable::isRed(std::size_t row, std::size_t column) const {
+    const Red& red = red_.at(row);
+    return column >= red.from && column <= red.to;
+}
+
+TextTable::SortKey TextTable::sortKey(std::size_t row, std::size_t column) const {
+    const std::size_t at = cell(row, column);
+    const CellKind kind = columns[column].kind;
+    switch (held_[at]) {
+        case Held::Null:
+            return {kind == CellKind::Number ? SortKey::Number : SortKey::Nothing, 0, 0, {}};
+        case Held::Text:
+            return SortKey::of(pooled(at));
+        case Held::Number:
+            return {SortKey::Number, std::bit_cast<double>(bits_[at]), 0, {}};
+        case Held::Date: {
+            const Date date{integerOf(bits_[at])};
+            const Date counted = kind == CellKind::Time ? date.timeValue() : date;
+            return {SortKey::Number, static_cast<double>(counted.seconds), 0, {}};
+        }
+        case Held::YesNo:
+        case Held::Integer:
+            break;
+    }
+    return {SortKey::Number, static_cast<double>(integerOf(bits_[at])), 0, {}};
+}
+
+std::vector<std::size_t> TextTable::sortedBy(std::size_t column, bool descending) const {
+    std::vector<SortKey> keys;
+    keys.reserve(rowCount());
+    for (std::size_t row = 0; row < rowCount(); ++row) {
+        keys.push_back(sortKey(row, column));
+    }
+    std::vector<std::size_t> order(rowCount());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        return descending ? keys[b] < keys[a] : keys[a] < keys[b];
+    });
+    return order;
+}
+
+void TextTable::reserve(std::size_t rows) {
+    held_.reserve(rows * columns.size());
+    bits_.reserve(rows * columns.size());
+    red_.reserve(rows);
+    if (rowCount() > 0) {
+        const std::size_t textOfRow = pool_.size() / rowCount() + 1;
+        pool_.reserve((textOfRow + textOfRow / 8) * rows);
+    }
+}
+
+std::size_t TextTable::bytes() const {
+    return held_.capacity() * sizeof(Held) + bits_.capacity() * sizeof(std::uint64_t) +
+           pool_.capacity() + red_.capacity() * sizeof(Red);
+}
+
+}  // namespace table

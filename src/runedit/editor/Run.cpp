@@ -1,0 +1,237 @@
+#include "runedit/editor/Run.h"
+
+#include <QShortcut>
+
+#include <fmt/format.h>
+
+#include "data/lookups/mdlLOAD_lstcmb.h"
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "startup/base/session.h"
+
+#include "ui_Run.h"
+
+namespace runedit {
+
+namespace {
+
+using base::MsgIcon;
+using controls::fromQt;
+using startup::gcnRouting;
+
+/// Actions whose forms do not exist yet.
+constexpr std::array NotBuiltYet{"PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
+
+constexpr auto NotFoundTitle = "Run Not Found";
+constexpr auto NotFoundText =
+    "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
+    "id.";
+constexpr auto ApostropheText =
+    "Oops, the run {} has an apostrophe in its id, so none of its rows can be looked up.  It "
+    "cannot be edited.";
+
+}  // namespace
+
+Run::Run(forms::Form* owner)
+    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::Run>()), answer_(this), Timer3(this) {
+    setWindowModality(Qt::WindowModal);
+    ui_->setupUi(this);
+    setCancelButton(ui_->Exit_Run);
+    forms::hideInPlace(*ui_->Status);
+    boxes_ = std::make_unique<RunFieldBoxes>(
+        RunFieldBoxes::Controls{ui_->RunID,         ui_->RunDesc,
+                                ui_->cmbSchool,     ui_->cmbTripType,
+                                ui_->cmbRunFamily,  ui_->cmbLOCCODE,
+                                ui_->cmbVEHTYPE,    ui_->cmbCapacity,
+                                ui_->BellTime,      ui_->OverFill,
+                                ui_->Pickup,        ui_->TimeToUse,
+                                ui_->StartTime,     ui_->EndTime,
+                                ui_->Comment,       ui_->TotalPass,
+                                ui_->TotalDistance, ui_->TotalRideTime,
+                                ui_->TotalStops,    ui_->GIS_CLOSEDSTREETFILENAME,
+                                ui_->chkMonday,     ui_->chkTuesday,
+                                ui_->chkWednesday,  ui_->chkThursday,
+                                ui_->chkFriday,     ui_->Regenerate,
+                                ui_->Active},
+        *ui_->DropOff);
+    for (const auto* name : NotBuiltYet) {
+        auto* button = findChild<QPushButton*>(name);
+        button->setEnabled(false);
+        button->setToolTip(button->toolTip() + "\n" + tr("Not available yet."));
+    }
+    wireFields();
+    wireLists();
+    wireButtons();
+    wireMap();
+}
+
+Run::~Run() = default;
+
+void Run::wireFields() {
+    for (auto* combo : {ui_->cmbSchool, ui_->cmbTripType, ui_->cmbRunFamily, ui_->cmbLOCCODE}) {
+        on(combo, &controls::MultiColumnCombo::editTextChanged, "showNames", &Run::showNames);
+    }
+    on(ui_->Closed_Browse, &QPushButton::clicked, "Closed_Browse_Click", &Run::Closed_Browse_Click);
+    on(ui_->Clear_Closed, &QPushButton::clicked, "Clear_Closed_Click", &Run::Clear_Closed_Click);
+}
+
+void Run::wireLists() {
+    on(ui_->cmbDirType, &QComboBox::currentIndexChanged, "Build_DirList", &Run::Build_DirList);
+    key(Qt::Key_Delete, ui_->Remove, ui_->StopList);
+    on(ui_->StopList, &controls::MultiColumnList::rowActivated, "StopEdit_Click",
+       &Run::StopEdit_Click);
+    on(ui_->StopList, &controls::MultiColumnList::selectionCountChanged, "showButtons",
+       &Run::showButtons);
+    for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
+        ui_->RunTab->setTabToolTip(tab, tr("Alt+%1").arg(tab + 1));
+        on(new QShortcut(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab), this),
+           &QShortcut::activated, "RunTab_Click",
+           [this, tab] { ui_->RunTab->setCurrentIndex(tab); });
+    }
+}
+
+void Run::wireButtons() {
+    on(ui_->OK, &QPushButton::clicked, "OK_Click", &Run::OK_Click);
+    on(ui_->CalcTimes, &QPushButton::clicked, "CalcTimes_Click", &Run::CalcTimes_Click);
+    on(ui_->Command1, &QPushButton::clicked, "Command1_Click", &Run::Command1_Click);
+    on(ui_->MapIt, &QPushButton::clicked, "MapIt_Click", &Run::MapIt_Click);
+    on(ui_->AddStops, &QPushButton::clicked, "AddStops_Click", &Run::AddStops_Click);
+    on(ui_->GetStops, &QPushButton::clicked, "GetStops_Click", &Run::GetStops_Click);
+    on(ui_->StopEdit, &QPushButton::clicked, "StopEdit_Click", &Run::StopEdit_Click);
+    on(ui_->Remove, &QPushButton::clicked, "Remove_Click", &Run::Remove_Click);
+    on(ui_->Merge, &QPushButton::clicked, "Merge_Click", &Run::Merge_Click);
+    on(ui_->Log, &QPushButton::clicked, "Log_Click", &Run::Log_Click);
+    on(ui_->Exit_Run, &QPushButton::clicked, "Exit_Run_Click", &Run::Exit_Run_Click);
+    key(QKeySequence::Save, ui_->OK);
+    key(Qt::Key_F5, ui_->CalcTimes);
+    on(&Timer3, &forms::Timer::tick, "Timer3_Timer", &Run::Timer3_Timer);
+}
+
+void Run::wireMap() {
+    on(&answer_, &MapAnswer::status, "MapAnswer_Status",
+       [this](const QString& text) { showStatus(text); });
+    on(&answer_, &MapAnswer::reload, "Command1_Click", &Run::Command1_Click);
+    on(&answer_, &MapAnswer::lists, "buildLists", &Run::buildLists);
+}
+
+void Run::edit(const std::string& run) {
+    if (isLoaded() && !mayLeave()) {
+        return;
+    }
+    toEdit_ = std::string(base::trim(run));
+    ui_->chkNew->setChecked(false);
+    if (isLoaded()) {
+        startEditing();
+    }
+}
+
+void Run::editNew() {
+    if (isLoaded() && !mayLeave()) {
+        return;
+    }
+    toEdit_.clear();
+    ui_->chkNew->setChecked(true);
+    if (isLoaded()) {
+        startEditing();
+    }
+}
+
+void Run::Form_Load() {
+    data::Load_cmbSchool(*this);
+    data::Load_cmbTRIPTYPE(*this);
+    data::Load_cmbRunFamily(*this);
+    data::Load_cmbLOCCODE(*this);
+    data::Load_cmbVehType(*this);
+    startEditing();
+}
+
+void Run::startEditing() {
+    answer_.stop();
+    Timer3_Timer();
+    ui_->RunTab->setCurrentIndex(0);
+    isNew() ? openNew() : openStored();
+}
+
+void Run::openNew() {
+    fill({textsOfNewRun(), {}});
+    buildLists();
+    ui_->RunID->setFocus();
+}
+
+void Run::openStored() {
+    const auto refuseToOpen = [this](const char* text) {
+        base::MsgBox(fmt::format(fmt::runtime(text), toEdit_), NotFoundTitle, MsgIcon::Information);
+        startup::RefreshRunList = true;
+        unload();
+    };
+    if (toEdit_.find('\'') != std::string::npos) {
+        refuseToOpen(ApostropheText);
+    } else if (const auto stored = readStoredRun(*gcnRouting, toEdit_)) {
+        fill(*stored);
+        buildLists();
+        ui_->RunDesc->setFocus();
+    } else {
+        refuseToOpen(NotFoundText);
+    }
+}
+
+void Run::fill(const StoredRun& run) {
+    boxes_->clearRefusals();
+    boxes_->show(run.texts);
+    entries_.filled(run.texts, boxes_->texts());
+    ui_->RunID->setReadOnly(!isNew());
+    showAudit(run.audit);
+    showNames();
+    showHead();
+    showButtons();
+}
+
+/// Shows what is stored now, but in fields that the planner has touched.
+void Run::takeOver(const StoredRun& run) {
+    const auto entered = boxes_->texts();
+    for (const auto& info : runFields()) {
+        const auto& stored = run.texts[info.field];
+        if (!entries_.isTouched(info.field, entered[info.field])) {
+            boxes_->show(info.field, stored);
+            entries_.filled(info.field, stored, boxes_->text(info.field));
+        }
+    }
+    showAudit(run.audit);
+    showHead();
+}
+
+void Run::refresh() {
+    if (isNew()) {
+        return;
+    }
+    // A run that is gone is told when it is to be saved.
+    if (const auto stored = readStoredRun(*gcnRouting, run())) {
+        takeOver(*stored);
+    }
+    buildLists();
+}
+
+/// Another form may have changed the run.
+void Run::Form_Activate() {
+    if (activatedBefore_) {
+        refresh();
+    }
+    activatedBefore_ = true;
+}
+
+void Run::Command1_Click() { refresh(); }
+
+bool Run::isBuilt(const QWidget& button) {
+    return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
+                        [&](const char* name) { return button.objectName() == name; });
+}
+
+bool Run::isNew() const { return ui_->chkNew->isChecked(); }
+
+std::string Run::run() const { return std::string(base::trim(fromQt(ui_->RunID->text()))); }
+
+bool Run::isTouched() const { return entries_.anyTouched(boxes_->texts()); }
+
+}  // namespace runedit

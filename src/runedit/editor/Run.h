@@ -1,0 +1,122 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/base/date.h"
+#include "platform/forms/timer.h"
+#include "runedit/editor/fieldcheck.h"
+#include "runedit/editor/runfieldboxes.h"
+#include "runedit/editor/runrecord.h"
+#include "runedit/map/mapanswer.h"
+#include "startup/forms/trappedform.h"
+#include "stops/sequence/runstops.h"
+
+namespace Ui {
+class Run;
+}
+
+namespace runedit {
+
+/// The run editor: one run's fields, its stops, directions, warnings and special needs. OK checks
+/// the fields, saves, validates and stays. What another program changes meanwhile is told before
+/// anything is overwritten.
+class Run : public startup::TrappedForm {
+    Q_OBJECT
+
+public:
+    explicit Run(forms::Form* owner = nullptr);
+    ~Run() override;
+
+    /// Which run to show, or a new one; before the form is loaded, or later on. A run that is not
+    /// there is told, and the form is not shown.
+    void edit(const std::string& run);
+    void editNew();
+
+    void OK_Click();
+    /// 0 where all fields can be saved, otherwise the code of the first that cannot.
+    int Check_For_Error();
+    void CalcTimes_Click();
+    void Command1_Click();
+    void MapIt_Click();
+    void AddStops_Click();
+    void GetStops_Click();
+    void StopEdit_Click();
+    void Remove_Click();
+    void Merge_Click();
+    void Log_Click();
+    void Closed_Browse_Click();
+    void Clear_Closed_Click();
+    void Exit_Run_Click();
+    void Timer3_Timer();
+
+    void Build_StopList();
+    void Build_DirList();
+    void Build_WarnList();
+    void Build_SpecialNeedsList();
+
+protected:
+    void Form_Load() override;
+    void Form_Activate() override;
+    bool Form_QueryUnload() override;
+    void Form_Unload() override { answer_.stop(); }
+
+private:
+    static constexpr auto Module = "Run";        ///< what the error trap calls it
+    static constexpr int StopTripIdColumn = 16;  ///< of the stop list
+
+    bool Check_Run_EarlyBellTime(base::Date bell);
+    bool Check_Run_LateBellTime(base::Date bell);
+
+    void wireFields();
+    void wireLists();
+    void wireButtons();
+    void wireMap();
+
+    void startEditing();
+    void openStored();
+    void openNew();
+    void fill(const StoredRun& run);
+    void takeOver(const StoredRun& run);
+    void refresh();
+    void showHead();
+    void showNames();
+    void showAudit(const RunAudit& audit);
+    void showButtons();
+    void showStatus(const QString& text, bool green = false);
+    void buildLists();
+    [[nodiscard]] std::string chosenStopTrip() const;
+    void chooseStopTrip(const std::string& id);
+
+    [[nodiscard]] static bool isBuilt(const QWidget& button);
+    [[nodiscard]] bool isNew() const;
+    [[nodiscard]] std::string run() const;
+    [[nodiscard]] bool isTouched() const;
+    bool mayLeave();
+    void refuse(const FieldFault& fault);
+
+    bool save();
+    bool finish(const SaveResult& result);
+    void afterSaving(const StoredRun& stored);
+    void askAboutChanges(const SaveResult& result);
+    bool askAboutDeletion();
+    void checkBell(const RunTexts& texts);
+    void sendToMap();
+
+    [[nodiscard]] stops::EditedRun runOfStops() const;
+    void addToRun(const std::vector<stops::ChosenStop>& chosen);
+    void afterStopsChanged();
+
+    std::unique_ptr<Ui::Run> ui_;
+    std::unique_ptr<RunFieldBoxes> boxes_;
+    MapAnswer answer_;
+    forms::Timer Timer3;  ///< hides the status
+    std::string toEdit_;  ///< the run asked for; blank for a new one
+    RunEntries entries_;
+    bool allPlaced_ = true;
+    bool activatedBefore_ = false;
+};
+
+}  // namespace runedit

@@ -1,0 +1,123 @@
+#include "platform/base/ports.h"
+#include "platform/base/timetext.h"
+#include "platform/forms/filedialog.h"
+#include "platform/forms/operation.h"
+#include "runedit/editor/Run.h"
+#include "runedit/editor/bellcheck.h"
+#include "runedit/map/maphandoff.h"
+#include "runedit/times/mdl_Time_Calc_Routines.h"
+#include "startup/base/session.h"
+
+#include "ui_Run.h"
+
+namespace runedit {
+
+namespace {
+
+using base::MsgAnswer;
+using base::MsgButtons;
+using base::MsgIcon;
+using startup::gcnRouting;
+
+constexpr auto UnsavedForMapTitle = "Run Not Saved";
+constexpr auto UnsavedForMapText =
+    "You have changed this run and not saved it.  The map gets the run as it is saved.\n\n"
+    "Yes - save it and go to the map.\n"
+    "No - go to the map without what you have changed.\n"
+    "Cancel - go on editing.";
+constexpr auto MapFailedTitle = "Can't Go to Map";
+
+}  // namespace
+
+void Run::CalcTimes_Click() {
+    boxes_->clearRefusals();
+    const auto texts = boxes_->texts();
+    if (const auto fault = findTimeFault(texts)) {
+        refuse(*fault);
+        return;
+    }
+    const bool fromStart = timesFromStart(texts);
+    std::string mode = fromStart ? "Start" : "End";
+    auto anchor = *timeIn(texts, fromStart ? RunField::StartTime : RunField::EndTime);
+    const auto last = Calc_Times(mode, anchor, false, run());
+    boxes_->show(fromStart ? RunField::EndTime : RunField::StartTime,
+                 base::tidyTime(last.timeValue().text()));
+    trap("Build_StopList", &Run::Build_StopList);
+    checkBell(texts);
+    trap("Build_WarnList", &Run::Build_WarnList);
+}
+
+void Run::checkBell(const RunTexts& texts) {
+    const auto bell = timeIn(texts, RunField::BellTime);
+    if (!bell) {
+        return;
+    }
+    const bool pickup = texts.isYes(RunField::Pickup);
+    const bool kept = pickup
+                          ? trap("Check_Run_LateBellTime", &Run::Check_Run_LateBellTime, *bell)
+                          : trap("Check_Run_EarlyBellTime", &Run::Check_Run_EarlyBellTime, *bell);
+    if (!kept) {
+        const auto [title, text] = bellMessage(pickup ? BellRule::NotLater : BellRule::NotEarlier);
+        base::MsgBox(text, title, MsgIcon::Information);
+    }
+}
+
+bool Run::Check_Run_EarlyBellTime(base::Date bell) {
+    return recordBellCheck(*gcnRouting, run(), BellRule::NotEarlier, bell);
+}
+
+bool Run::Check_Run_LateBellTime(base::Date bell) {
+    return recordBellCheck(*gcnRouting, run(), BellRule::NotLater, bell);
+}
+
+void Run::MapIt_Click() {
+    if (mapFilesLeft(run())) {
+        if (base::MsgBox(MapBusyQuestion, MapBusyTitle, MsgIcon::Question, MsgButtons::YesNo) ==
+            MsgAnswer::Yes) {
+            showStatus(deleteMapFiles(run()) ? MapFilesDeletedText : MapFilesHeldText);
+        }
+        return;
+    }
+    if (!mapExchangeOn()) {
+        showStatus(MapExchangeOffText);
+        return;
+    }
+    sendToMap();
+}
+
+void Run::sendToMap() {
+    if (isTouched()) {
+        const auto answer = base::MsgBox(UnsavedForMapText, UnsavedForMapTitle, MsgIcon::Question,
+                                         MsgButtons::YesNoCancel);
+        const bool ready = answer == MsgAnswer::No ||
+                           (answer == MsgAnswer::Yes && Check_For_Error() == 0 && save());
+        if (!ready) {
+            return;
+        }
+    }
+    std::string failure;
+    try {
+        const Operation operation(*this);
+        sendRunToMap(run(), MapScreen::Run);
+    } catch (const std::exception& error) {
+        failure = error.what();
+    }
+    if (failure.empty()) {
+        answer_.start();
+    } else {
+        base::MsgBox(failure, MapFailedTitle, MsgIcon::Exclamation);
+    }
+}
+
+void Run::Closed_Browse_Click() {
+    const auto file =
+        forms::chooseFile(*this, {tr("Closed Streets File"), ui_->GIS_CLOSEDSTREETFILENAME->text(),
+                                  tr("Map layers (*.avl *.shp);;All files (*)")});
+    if (!file.isEmpty()) {
+        ui_->GIS_CLOSEDSTREETFILENAME->setText(file);
+    }
+}
+
+void Run::Clear_Closed_Click() { ui_->GIS_CLOSEDSTREETFILENAME->clear(); }
+
+}  // namespace runedit

@@ -1,0 +1,119 @@
+#include <fmt/format.h>
+
+#include "groupops/merge/MergeRun.h"
+#include "platform/base/ports.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/formregistry.h"
+#include "runedit/editor/Run.h"
+#include "runsearch/log/RunLogInquiry.h"
+#include "startup/base/session.h"
+#include "stops/search/frmSelStops.h"
+#include "stops/sequence/Add_Remove_Stops.h"
+#include "stops/sequence/runstops.h"
+#include "stops/sequence/stopmessages.h"
+#include "stops/triprecord/frmStopTripType.h"
+
+#include "ui_Run.h"
+
+namespace runedit {
+
+namespace {
+
+using base::MsgAnswer;
+using base::MsgButtons;
+using base::MsgIcon;
+using startup::gcnRouting;
+
+constexpr auto ConfirmRemovalTitle = "Please Confirm Removal of Stops";
+constexpr auto ConfirmRemovalOfOne = "Are you sure you want to take the stop {} off this run?";
+constexpr auto ConfirmRemovalOfSome = "Are you sure you want to take {} stops off this run?";
+
+std::int64_t numberIn(const std::string& text) { return base::Value(text).asInteger(); }
+
+bool confirmRemoval(const controls::MultiColumnList& list, const std::vector<int>& rows) {
+    const auto question = rows.size() == 1
+                              ? fmt::format(ConfirmRemovalOfOne, list.cellText(rows[0], 0))
+                              : fmt::format(ConfirmRemovalOfSome, rows.size());
+    return base::MsgBox(question, ConfirmRemovalTitle, MsgIcon::Question, MsgButtons::YesNo) ==
+           MsgAnswer::Yes;
+}
+
+}  // namespace
+
+/// The run as the actions on its stops want it: with the trip type that is stored.
+stops::EditedRun Run::runOfStops() const {
+    const auto stored = readStoredRun(*gcnRouting, run());
+    return {run(), stored ? stored->texts[RunField::TripType] : std::string(),
+            startup::gCommandLine};
+}
+
+void Run::AddStops_Click() {
+    auto& form = forms::FormRegistry::instance().make<stops::Add_Remove_Stops>(this);
+    form.edit(run());
+    form.whenSent([this] { answer_.start(); });
+    form.showForm();
+}
+
+void Run::GetStops_Click() {
+    auto& form = forms::FormRegistry::instance().make<stops::frmSelStops>(this);
+    form.startFrom(runOfStops().tripType);
+    form.whenChosen([this](const auto& chosen) { addToRun(chosen); });
+    form.showForm();
+}
+
+void Run::addToRun(const std::vector<stops::ChosenStop>& chosen) {
+    const auto target = runOfStops();
+    const auto question = stops::questionBeforeAdding(target, chosen);
+    if (!question.empty() && base::MsgBox(question, stops::AddTitle, MsgIcon::Question,
+                                          MsgButtons::YesNo) != MsgAnswer::Yes) {
+        return;
+    }
+    stops::tellOfSkipped(stops::addStops(*gcnRouting, target, chosen));
+    afterStopsChanged();
+}
+
+void Run::afterStopsChanged() {
+    stops::needDeadHeadBuild(*gcnRouting);
+    startup::RefreshRunList = true;
+    refresh();
+}
+
+void Run::StopEdit_Click() {
+    const auto chosen = chosenStopTrip();
+    if (chosen.empty()) {
+        return;
+    }
+    auto& form = forms::FormRegistry::instance().make<stops::frmStopTripType>(this);
+    form.edit(numberIn(chosen));
+    form.whenSaved([this] { refresh(); });
+    form.showForm();
+}
+
+void Run::Remove_Click() {
+    const auto rows = ui_->StopList->selectedRows();
+    if (rows.empty() || !confirmRemoval(*ui_->StopList, rows)) {
+        return;
+    }
+    std::vector<std::int64_t> stopTripIds;
+    stopTripIds.reserve(rows.size());
+    for (const int row : rows) {
+        stopTripIds.push_back(numberIn(ui_->StopList->cellText(row, StopTripIdColumn)));
+    }
+    const auto removed = stops::removeStops(*gcnRouting, runOfStops(), stopTripIds);
+    stops::tellOfSkipped(removed);
+    afterStopsChanged();
+}
+
+void Run::Merge_Click() {
+    auto& form = forms::FormRegistry::instance().make<groupops::MergeRun>(this);
+    form.receive(run());
+    form.showForm();
+}
+
+void Run::Log_Click() {
+    auto& form = forms::FormRegistry::instance().make<runsearch::RunLogInquiry>(this);
+    form.ask(run());
+    form.showForm();
+}
+
+}  // namespace runedit

@@ -1,0 +1,83 @@
+#include "runedit/editor/bellcheck.h"
+
+#include <fmt/format.h>
+
+#include "platform/ado/recordset.h"
+#include "platform/base/ports.h"
+#include "runedit/validation/Check_Run_EarlyBellTime.h"
+#include "runedit/validation/Check_Run_LateBellTime.h"
+
+namespace runedit {
+
+namespace {
+
+void deleteBellWarnings(ado::Connection& routing, std::string_view run) {
+    routing.Execute(
+        fmt::format("DELETE RUNWARNING.* From RUNWARNING WHERE (RUNWARNING.WarningType='LATE BELL' "
+                    "OR RUNWARNING.WarningType='EARLY BELL') AND RUNWARNING.Run='{}'",
+                    run));
+}
+
+StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
+    ado::Recordset rows;
+    rows.Open(fmt::format("SELECT STOP_TRIPTYPE.*, STOP.* FROM STOP_TRIPTYPE INNER JOIN STOP ON "
+                          "STOP_TRIPTYPE.INT_STOPID = STOP.INT_STOPID where "
+                          "STOP.STOPTYPE<>'DIRECTIONAL' and STOP_TRIPTYPE.RUN='{}'",
+                          run),
+              routing);
+    StopRows stops;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        StopRow stop;
+        stop.stopId = textOf(rows["StopID"]);
+        stop.run = textOf(rows["Run"]);
+        stop.time = timeOf(rows["Time_At_Stop"]);
+        stops.push_back(std::move(stop));
+    }
+    return stops;
+}
+
+void addBellWarnings(ado::Connection& routing, std::string_view run, std::string_view type,
+                     const Findings& findings) {
+    ado::Recordset rows;
+    rows.Open(fmt::format("Select RunWarning.* from RunWarning Where RunWarning.Run='{}' AND "
+                          "RunWarning.WarningType='{}'",
+                          run, type),
+              routing, ado::CursorType::Dynamic);
+    for (const Finding& finding : findings) {
+        rows.AddNew();
+        rows["Run"].Value(finding.run);
+        rows["WarningType"].Value(type);
+        rows["WarningDateTime"].Value(base::Now());
+        rows["WarningText"].Value(finding.message);
+        rows.Update();
+    }
+}
+
+}  // namespace
+
+bool recordBellCheck(ado::Connection& routing, std::string_view run, BellRule rule,
+                     base::Date bell) {
+    const bool early = rule == BellRule::NotEarlier;
+    ado::UnitOfWork unit(routing);
+    deleteBellWarnings(routing, run);
+    const auto stops = stopsAgainstBell(routing, run);
+    const auto findings = early ? earlierThanBell(stops, bell) : laterThanBell(stops, bell);
+    addBellWarnings(routing, run, early ? "EARLY BELL" : "LATE BELL", findings);
+    unit.commit();
+    return findings.empty();
+}
+
+BellMessage bellMessage(BellRule rule) {
+    const bool early = rule == BellRule::NotEarlier;
+    return {early ? "Stop Times Earlier than Bell Time." : "Stop Times Later than Bell Time.",
+            fmt::format(
+                "Oops, one or more stops have times that are{} you indicated that this run is to "
+                "honor.{}{} For more information look at the Warnings sections of this screen.",
+                early ? " earlier than the bell time" : " later than the bell time",
+                early ? "  This run is marked as a drop off run."
+                      : "  This run is marked as a pickup run.",
+                early ? " So in effect you have this run leaving before the bell time."
+                      : " So in effect you have this run arriving after the bell time.")};
+}
+
+}  // namespace runedit

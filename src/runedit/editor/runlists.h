@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/ado/connection.h"
+#include "platform/table/texttable.h"
+
+/// The four lists that the run editor shows of a run: its stops, its driving directions, its
+/// warnings and its passengers' special needs. A run's id is trimmed and otherwise put into the
+/// question as it is. The readers raise jet::SqlError and store::StoreError.
+namespace runedit {
+
+/// How much of the driving directions is shown.
+enum class DirectionStyle {
+    Detailed,   ///< every line
+    Brief,      ///< start, turn back, direction, stop and total lines
+    VeryBrief,  ///< start, direction, stop and total lines, in their short texts
+};
+
+/// The style of a choice as the editor offers it: "Very Brief", "Brief", anything else is Detailed.
+[[nodiscard]] DirectionStyle directionStyle(std::string_view choice);
+
+struct StopList {
+    /// In the order of the run, without turn points. The last column, number 16, is the stop's trip
+    /// ID. A stop without a place on the map (both co-ordinates 0 or missing) is all red.
+    table::TextTable table;
+    /// False where a stop is red: the run cannot go to the map.
+    bool allPlaced = true;
+};
+[[nodiscard]] StopList readStopList(ado::Connection& routing, std::string_view run);
+
+/// Line by line; the second text "SKIP" of a line that has neither distance nor time shows blank.
+[[nodiscard]] table::TextTable readDirections(ado::Connection& routing, std::string_view run,
+                                              DirectionStyle style);
+
+/// Newest first.
+[[nodiscard]] table::TextTable readWarnings(ado::Connection& routing, std::string_view run);
+
+/// The caption of the tab that holds the warnings.
+[[nodiscard]] std::string warningsCaption(bool any);
+
+/// One row a special need, with the number of the run's passengers who have it.
+[[nodiscard]] table::TextTable readSpecialNeeds(ado::Connection& routing, std::string_view run);
+
+// The questions the lists are read with.
+[[nodiscard]] std::string stopListSql(std::string_view run);
+[[nodiscard]] std::string directionsSql(std::string_view run, DirectionStyle style);
+[[nodiscard]] std::string warningsSql(std::string_view run);
+[[nodiscard]] std::string specialNeedsSql(std::string_view run);
+
+}  // namespace runedit

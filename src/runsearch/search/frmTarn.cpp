@@ -1,0 +1,240 @@
+#include "runsearch/search/frmTarn.h"
+
+#include <QShortcut>
+#include <array>
+
+#include "data/lookups/mdlLOAD_lstcmb.h"
+#include "platform/ado/recordset.h"
+#include "platform/base/text.h"
+#include "platform/controls/layoutmemory.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "runsearch/search/runlist.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlNONULL.h"
+#include "startup/base/mdlSecurity_Routines.h"
+#include "startup/base/session.h"
+
+#include "ui_frmTarn.h"
+
+namespace runsearch {
+
+namespace {
+
+using controls::toQt;
+
+constexpr auto SplitterKey = "frmTarn/Splitter";
+
+const auto BeforeSearch = QStringLiteral(
+    "Enter what you look for and press Find Now.\nWithout any criterion every run is listed.");
+const auto NothingFound = QStringLiteral(
+    "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
+
+/// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
+constexpr std::array NotBuiltYet{"PrintIt", "TimeLine"};
+
+bool isBuilt(const QWidget& button) {
+    return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
+                        [&](const char* name) { return button.objectName() == name; });
+}
+
+}  // namespace
+
+frmTarn::frmTarn()
+    : TrappedForm(Module, nullptr, startup::AfterError::FormStays),
+      ui_(std::make_unique<Ui::frmTarn>()) {
+    ui_->setupUi(this);
+    ui_->RunList->setEmptyText(BeforeSearch);
+    for (const auto* name : NotBuiltYet) {
+        auto* button = findChild<QPushButton*>(name);
+        button->setEnabled(false);
+        button->setToolTip(button->toolTip() + "\n" + tr("Not available yet."));
+    }
+    wireCriteria();
+    wireRoute();
+    wireRunList();
+    wireButtons();
+    restoreSplitter();
+}
+
+frmTarn::~frmTarn() = default;
+
+void frmTarn::wireRunList() {
+    using controls::MultiColumnList;
+    on(ui_->RunList, &MultiColumnList::columnClicked, "RunList_ClickColumn",
+       &frmTarn::RunList_ClickColumn);
+    on(ui_->RunList, &MultiColumnList::rowClicked, "RunList_ClickItem",
+       &frmTarn::RunList_ClickItem);
+    on(ui_->RunList, &MultiColumnList::selectionCountChanged, "showSelectedCount",
+       &frmTarn::showSelectedCount);
+    on(ui_->RunList, &MultiColumnList::rowActivated, "RunList_DblClick",
+       &frmTarn::RunList_DblClick);
+    key(QKeySequence::Delete, ui_->Delete, ui_->RunList);
+    on(ui_->Splitter, &QSplitter::splitterMoved, "Splitter_Moved", [this] {
+        controls::LayoutMemory::instance().remember(SplitterKey, ui_->Splitter->saveState());
+    });
+}
+
+void frmTarn::wireButtons() {
+    on(ui_->cmdSearch, &QPushButton::clicked, "cmdSearch_Click", &frmTarn::cmdSearch_Click);
+    on(ui_->cmdReset, &QPushButton::clicked, "cmdReset_Click", &frmTarn::cmdReset_Click);
+    on(ui_->cmdNew, &QPushButton::clicked, "cmdNew_Click", &frmTarn::cmdNew_Click);
+    on(ui_->Edit, &QPushButton::clicked, "Edit_Click", &frmTarn::Edit_Click);
+    on(ui_->Delete, &QPushButton::clicked, "Delete_Click", &frmTarn::Delete_Click);
+    on(ui_->ChangeBell, &QPushButton::clicked, "ChangeBell_Click", &frmTarn::ChangeBell_Click);
+    on(ui_->GroupChange, &QPushButton::clicked, "GroupChange_Click", &frmTarn::GroupChange_Click);
+    on(ui_->GroupSolve, &QPushButton::clicked, "GroupSolve_Click", &frmTarn::GroupSolve_Click);
+    on(ui_->MergeRuns, &QPushButton::clicked, "MergeRuns_Click", &frmTarn::MergeRuns_Click);
+    on(ui_->DeadHead, &QPushButton::clicked, "DeadHead_Click", &frmTarn::DeadHead_Click);
+    on(ui_->SelectAll, &QPushButton::clicked, "SelectAll_Click", &frmTarn::SelectAll_Click);
+    on(ui_->Exit, &QPushButton::clicked, "Exit_Click", &frmTarn::Exit_Click);
+    on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "cmdSearch_Click",
+       &frmTarn::cmdSearch_Click);
+}
+
+void frmTarn::Form_Load() {
+    ui_->Tarn->clear();
+    startup::SelectedRun.clear();
+    ado::Recordset district;
+    district.Open("Select * From District", *startup::gcnRouting);
+    startup::RunRefreshTime =
+        static_cast<int>(startup::NoNullNumber(district["RUNREFRESHTIME"].Value()).asInteger());
+    ui_->DistrictName->setText(toQt(startup::NoNullString(district["DistName"].Value()).asText()));
+    district.Close();
+
+    data::Load_lstSchool_With_SchoolType(*this);
+    data::Load_cmbSCHOOLTYPE(*this);
+    data::Load_lstTripType(*this);
+    data::Load_cmbRunFamily(*this);
+    data::Load_cmbLOCCODE(*this);
+    data::Load_cmbEmployee(*this);
+    data::Load_cmbVehicle(*this);
+    data::Load_cmbAid(*this);
+    data::Load_cmbRoute(*this);
+    emptyTimes();
+    ui_->RunTab->setCurrentIndex(0);
+    ui_->RunId->setFocus();
+    showFilledCriteria();
+}
+
+void frmTarn::Form_Activate() {
+    if (startup::RefreshRunList) {
+        startup::RefreshRunList = false;
+        refreshRunList();
+    }
+}
+
+/// Closing the window is Exit.
+bool frmTarn::Form_QueryUnload() {
+    Exit_Click();
+    return true;
+}
+
+void frmTarn::cmdSearch_Click() {
+    if (refuseBrokenTimes()) {
+        return;
+    }
+    const forms::BusyCursor hourglass;
+    const auto asked = criteria();
+    if (const auto query = runSearchQuery(asked)) {
+        search(*query, asked.useRoute);
+    } else {
+        trap("cmdReset_Click", &frmTarn::cmdReset_Click);
+        ui_->TotSel->setText("0");
+        ui_->RunList->setEmptyText(tr("No school is of the type %1.\nThe criteria were reset.")
+                                       .arg(toQt(base::trim(asked.schoolType))));
+    }
+}
+
+void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
+    ado::Recordset runs;
+    runs.Open(query.runs, *startup::gcnRouting);
+    ui_->RunList->sortingOff();
+    // No row of the new list is chosen yet: an action must not go to a run of the former one.
+    ui_->Tarn->clear();
+    if (runs.Eof() && runs.Bof()) {
+        ui_->RunList->clearAll();
+        ui_->TotSel->setText("0");
+        ui_->RunList->setEmptyText(NothingFound);
+        return;
+    }
+    // The columns stay for now: a search with the same ones keeps their widths.
+    ui_->RunList->clearRows();
+    ui_->RunList->setTable(readRuns(RunListLayout(withRouting), runs));
+    ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
+    startup::RunSearchSQL = query.runs;
+    startup::RunSearchSchoolSQL = query.runsSchool;
+    runs.Close();
+    buttons_.afterRunsFound(
+        [](std::string_view task) { return startup::HasAuthority(std::string(task), false); });
+    showButtons();
+}
+
+void frmTarn::cmdReset_Click() {
+    for (auto* box : {ui_->Tarn, ui_->RunId, ui_->RunDesc}) {
+        box->clear();
+    }
+    ui_->cmbRunFamily->clearChoice();
+    data::Load_lstSchool_With_SchoolType(*this);
+    ui_->cmbSchoolType->clearChoice();
+    data::Load_lstTripType(*this);
+    ui_->cmbLOCCODE->clearChoice();
+    ui_->NeedResolve->setChecked(false);
+    for (auto* combo : {ui_->cmbEmployee, ui_->cmbVehicle, ui_->cmbAid, ui_->cmbRoute}) {
+        combo->clearChoice();
+    }
+    for (auto* label : {ui_->EmpName, ui_->VehDescription, ui_->AidName}) {
+        label->clear();
+    }
+    ui_->UseRoute->setChecked(false);
+    ui_->NotOnRoute->setChecked(false);
+    emptyTimes();
+    ui_->TotSel->clear();
+    ui_->RunTab->setCurrentIndex(0);
+    ui_->RunList->clearAll();
+    ui_->RunList->setEmptyText(BeforeSearch);
+    buttons_.afterReset();
+    showButtons();
+    showFilledCriteria();
+    ui_->RunId->setFocus();
+}
+
+void frmTarn::RunList_ClickColumn(int column) { ui_->RunList->toggleSort(column); }
+
+void frmTarn::RunList_ClickItem() {
+    if (ui_->RunList->chosenRow() >= 0) {
+        ui_->Tarn->setText(toQt(ui_->RunList->chosenKey()));
+    }
+}
+
+void frmTarn::RunList_DblClick() { trap("Edit_Click", &frmTarn::Edit_Click); }
+
+void frmTarn::showButtons() {
+    const auto show = [](QPushButton& button, bool enabled) {
+        button.setEnabled(enabled && isBuilt(button));
+    };
+    show(*ui_->cmdNew, buttons_.cmdNew);
+    show(*ui_->Edit, buttons_.Edit);
+    show(*ui_->Delete, buttons_.Delete);
+    show(*ui_->PrintIt, buttons_.PrintIt);
+    show(*ui_->TimeLine, buttons_.TimeLine);
+    show(*ui_->ChangeBell, buttons_.ChangeBell);
+    show(*ui_->GroupChange, buttons_.GroupChange);
+    show(*ui_->GroupSolve, buttons_.GroupSolve);
+}
+
+void frmTarn::showSelectedCount() {
+    const int count = ui_->RunList->selectedCount();
+    ui_->SelectedCount->setText(count == 0 ? QString() : tr("%n selected", nullptr, count));
+}
+
+/// The criteria get the height they need, the list the rest, until the planner arranges it anew.
+void frmTarn::restoreSplitter() {
+    ui_->Splitter->setStretchFactor(1, 1);
+    const auto arranged = controls::LayoutMemory::instance().recall(SplitterKey).toByteArray();
+    if (!ui_->Splitter->restoreState(arranged)) {
+        ui_->Splitter->setSizes({1, maximumHeight()});
+    }
+}
+
+}  // namespace runsearch

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "groupops/base/runselection.h"
+#include "runsearch/search/runbuttons.h"
+#include "runsearch/search/runsearchquery.h"
+#include "startup/forms/trappedform.h"
+
+namespace controls {
+class MultiColumnCombo;
+class TimeBox;
+}  // namespace controls
+
+class QLabel;
+
+namespace Ui {
+class frmTarn;
+}
+
+namespace runsearch {
+
+/// The main form: finds runs by the criteria on its tabs and starts every action on the runs found.
+/// The run clicked last is in `Tarn`.
+class frmTarn : public startup::TrappedForm, public groupops::RunSelection {
+    Q_OBJECT
+
+public:
+    frmTarn();
+    ~frmTarn() override;
+
+    void cmdSearch_Click();
+    void cmdReset_Click();
+    void cmdNew_Click();
+    void Edit_Click();
+    void Delete_Click();
+    void ChangeBell_Click();
+    void GroupChange_Click();
+    void GroupSolve_Click();
+    void MergeRuns_Click();
+    void DeadHead_Click();
+    void SelectAll_Click();
+    void Exit_Click();
+
+    void UseRoute_Click();
+    void SearchStops_Click();
+    void Search_Stops_TripType_Click();
+
+    void cmbEmployee_Click();
+    void cmbEmployee_LostFocus();
+    void cmbVehicle_Click();
+    void cmbVehicle_LostFocus();
+    void cmbAid_Click();
+    void cmbAid_LostFocus();
+
+    void RunList_ClickColumn(int column);
+    void RunList_ClickItem();
+    void RunList_DblClick();
+
+    [[nodiscard]] std::vector<std::string> selectedRuns() const override;
+    void searchAgain() override;
+
+protected:
+    void Form_Load() override;
+    void Form_Activate() override;
+    bool Form_QueryUnload() override;
+
+private:
+    static constexpr auto Module = "frmTarn";  ///< what the error trap calls it
+
+    void wireCriteria();
+    void wireRoute();
+    void wireButtons();
+    void wireRunList();
+
+    [[nodiscard]] RunSearchCriteria criteria() const;
+    [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;
+    [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
+    bool refuseBrokenTimes();
+    void search(const RunSearchQuery& query, bool withRouting);
+    void refreshRunList();
+    [[nodiscard]] std::string chosenRun() const;
+    void tellRunIsGone(const std::string& run);
+
+    void emptyTimes();
+    void showButtons();
+    void showFilledCriteria();
+    void showSelectedCount();
+    void restoreSplitter();
+
+    std::unique_ptr<Ui::frmTarn> ui_;
+    RunButtons buttons_;
+    /// What an empty time box shows; a box with any other text is a criterion.
+    std::string EmptyTimeText;
+};
+
+}  // namespace runsearch

@@ -1,0 +1,159 @@
+#include <QScopeGuard>
+
+#include <fmt/format.h>
+
+#include "groupops/belltime/BellTimeChange.h"
+#include "groupops/deadhead/frmCalcDeadHead.h"
+#include "groupops/groupchange/frmGroupRunChange.h"
+#include "groupops/groupsolve/Group_Run_Solve.h"
+#include "groupops/merge/MergeRun.h"
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/formregistry.h"
+#include "runedit/editor/Run.h"
+#include "runsearch/search/frmTarn.h"
+#include "runsearch/search/listplace.h"
+#include "runsearch/search/rundeletion.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlNONULL.h"
+#include "startup/base/mdlSecurity_Routines.h"
+
+#include "ui_frmTarn.h"
+
+namespace runsearch {
+
+namespace {
+
+using controls::fromQt;
+using controls::toQt;
+
+constexpr auto NoRunSelectedTitle = "No Run Selected";
+constexpr auto NoRunToEdit =
+    "Oops, you did not select run to edit.  Please click on the desired run and try again.";
+constexpr auto NoRunToDelete =
+    "Oops, you did not select run to delete.  Please click on the desired run and try again.";
+constexpr auto NoRunToMerge =
+    "Oops, you did not select run to merge.  Please click on the desired run and try again.";
+constexpr auto ConfirmDeletionTitle = "Please Confirm Removal of this Run";
+constexpr auto ConfirmDeletion = "Are you sure you want to remove this run?";
+constexpr auto HasStopsTitle = "Cannot Delete - Run Has Stops Assigned to it";
+constexpr auto HasStops =
+    "Oops, this run has stops assigned to it.  Sorry but you cannot delete a run with stops "
+    "assigned to it.";
+constexpr auto RunGoneTitle = "Run Not Found";
+constexpr auto RunGone =
+    "Oops, the run {} is not there any more.  It was probably removed by another user.";
+
+template <class T, class... Arguments>
+void openForm(Arguments&&... arguments) {
+    forms::FormRegistry::instance().make<T>(std::forward<Arguments>(arguments)...).showForm();
+}
+
+void inform(const std::string& text, const char* title) {
+    base::MsgBox(text, title, base::MsgIcon::Information);
+}
+
+bool confirmed(const char* question, const char* title) {
+    return base::MsgBox(question, title, base::MsgIcon::Question, base::MsgButtons::YesNo) ==
+           base::MsgAnswer::Yes;
+}
+
+}  // namespace
+
+std::string frmTarn::chosenRun() const {
+    return std::string(base::trim(fromQt(ui_->Tarn->text())));
+}
+
+void frmTarn::tellRunIsGone(const std::string& run) {
+    inform(fmt::format(RunGone, run), RunGoneTitle);
+    refreshRunList();
+}
+
+/// chkNew is set only while the editor loads.
+void frmTarn::cmdNew_Click() {
+    if (!startup::HasAuthority("RTG210", true)) {
+        return;
+    }
+    auto& editor = forms::FormRegistry::instance().make<runedit::Run>(this);
+    editor.editNew();
+    ui_->chkNew->setChecked(true);
+    {
+        const auto cleared = qScopeGuard([this] { ui_->chkNew->setChecked(false); });
+        editor.load();
+    }
+    editor.showForm();
+}
+
+void frmTarn::Edit_Click() {
+    ui_->Tarn->setText(toQt(startup::NoNullString(ui_->RunList->chosenKey()).asText()));
+    const std::string run = chosenRun();
+    if (run.empty()) {
+        return inform(NoRunToEdit, NoRunSelectedTitle);
+    }
+    if (!runExists(*startup::gcnRouting, run)) {
+        return tellRunIsGone(run);
+    }
+    auto& editor = forms::FormRegistry::instance().make<runedit::Run>(this);
+    editor.edit(run);
+    editor.showForm();
+}
+
+void frmTarn::Delete_Click() {
+    const std::string run = chosenRun();
+    if (run.empty()) {
+        inform(NoRunToDelete, NoRunSelectedTitle);
+        return;
+    }
+    if (!startup::HasAuthority("RTG230", true) ||
+        !confirmed(ConfirmDeletion, ConfirmDeletionTitle)) {
+        return;
+    }
+    switch (deleteRun(*startup::gcnRouting, run)) {
+        case Deletion::HasStops:
+            return inform(HasStops, HasStopsTitle);
+        case Deletion::NoSuchRun:
+            return tellRunIsGone(run);
+        case Deletion::Done:
+            return trap("cmdSearch_Click", &frmTarn::cmdSearch_Click);
+    }
+}
+
+std::vector<std::string> frmTarn::selectedRuns() const { return selectedKeys(*ui_->RunList); }
+
+void frmTarn::searchAgain() { refreshRunList(); }
+
+/// Nothing that the planner has arranged in the list is lost when another form changed runs.
+void frmTarn::refreshRunList() {
+    const ListPlace place(*ui_->RunList);
+    trap("cmdSearch_Click", &frmTarn::cmdSearch_Click);
+    place.restore(*ui_->RunList);
+    RunList_ClickItem();
+}
+
+void frmTarn::ChangeBell_Click() { openForm<groupops::BellTimeChange>(*this, this); }
+
+void frmTarn::GroupChange_Click() { openForm<groupops::frmGroupRunChange>(*this, this); }
+
+void frmTarn::GroupSolve_Click() { openForm<groupops::Group_Run_Solve>(*this, this); }
+
+void frmTarn::MergeRuns_Click() {
+    const std::string run = chosenRun();
+    if (run.empty()) {
+        return inform(NoRunToMerge, NoRunSelectedTitle);
+    }
+    if (!runExists(*startup::gcnRouting, run)) {
+        return tellRunIsGone(run);
+    }
+    auto& merge = forms::FormRegistry::instance().make<groupops::MergeRun>(this);
+    merge.receive(run);
+    merge.showForm();
+}
+
+void frmTarn::DeadHead_Click() { openForm<groupops::frmCalcDeadHead>(this); }
+
+void frmTarn::SelectAll_Click() { ui_->RunList->selectAllRows(); }
+
+void frmTarn::Exit_Click() { startup::ShutDown(); }
+
+}  // namespace runsearch

@@ -1,0 +1,100 @@
+#include "startup/base/mdlDBConnection.h"
+
+#include <array>
+#include <exception>
+
+#include "platform/base/error.h"
+#include "platform/base/ports.h"
+#include "platform/files/files.h"
+#include "startup/base/COSInfo.h"
+#include "startup/base/mdlIniRoutines.h"
+#include "startup/base/trap.h"
+
+namespace startup {
+
+namespace {
+
+constexpr const char* TripFile = "trip.mdb";
+
+bool toSwitch(const std::string& text) { return !text.empty() && base::Value(text).asBoolean(); }
+
+std::array<ConnectionGlobal*, 6> connections() {
+    return {&gcnRouting, &gcnRouteWrk, &gcnTrip, &gcnVIREORpt, &gcnDeadCross, &gcnQDSC};
+}
+
+void close(ConnectionGlobal& connection) {
+    if (!connection) {
+        return;
+    }
+    ado::Connection& released = *connection;
+    connection.release();
+    if (released.State() == ado::ObjectState::Open) {
+        released.Close();
+    }
+}
+
+}  // namespace
+
+void SetPaths() {
+    trapped("SetPaths", "mdlDBConnection", [] {
+        gIniFile = COSInfo().windowsDirectory() + files::Separator + "route.ini";
+        gDataPath = INIGetSettingString("AppPaths", "datapath", "", gIniFile);
+        gProgPath = INIGetSettingString("AppPaths", "progpath", "", gIniFile);
+        gVIREOPath = INIGetSettingString("AppPaths", "VIREOpath", "", gIniFile);
+        gReportPath = gDataPath + "RouteRpts";
+        gErrorHandling =
+            toSwitch(INIGetSettingString("AppSettings", "ERRORHANDLING", "", gIniFile));
+    });
+}
+
+std::unique_ptr<ado::Connection> GetJetConnection(const std::string& path, const std::string&,
+                                                  const std::string&, const std::string&) {
+    return trapped("GetJetConnection", "mdlDBConnection", [&] {
+        auto connection = std::make_unique<ado::Connection>();
+        connection->Provider("Microsoft.Jet.OLEDB.4.0");
+        connection->Open(files::find(path), "", "", -1);
+        return connection;
+    });
+}
+
+void OpenRoutingDatabase() {
+    trapped("OpenRoutingDatabase", "mdlDBConnection", [] {
+        gcnRouting = GetJetConnection(gDataPath + "routing.mdb");
+        gcnRouteWrk = GetJetConnection(gProgPath + "RouteWrk.mdb");
+        gcnTrip = GetJetConnection(gVIREOPath + TripFile);
+        gcnRouting->link(files::find(gVIREOPath + TripFile));
+        gcnVIREORpt = GetJetConnection(gDataPath + "VIREORpt.mdb");
+        gcnDeadCross = GetJetConnection(gDataPath + "DEADCROSS.mdb");
+        gcnQDSC = GetJetConnection(gVIREOPath + "ZBQDSC1.mdb");
+    });
+}
+
+void closeConnections() {
+    std::exception_ptr failure;
+    for (ConnectionGlobal* connection : connections()) {
+        try {
+            close(*connection);
+        } catch (const std::exception&) {
+            failure = failure ? failure : std::current_exception();
+        }
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void ShutDown(int exitCode) {
+    try {
+        closeConnections();
+        base::ports().forms->unloadAll();
+    } catch (const std::exception&) {
+        if (!gErrorHandling || !gErrHandler) {
+            throw;
+        }
+        gErrHandler->CurrentOperation("ShutDown of Module: mdlDBConnection.");
+        gErrHandler->HandleError();
+    }
+    throw base::EndProgram{exitCode};
+}
+
+}  // namespace startup

@@ -1,0 +1,49 @@
+#include "startup/forms/trappedform.h"
+
+#include "platform/base/ports.h"
+#include "startup/base/mdlDBConnection.h"
+
+namespace startup {
+
+TrappedForm::TrappedForm(const char* name, forms::Form* owner, AfterError afterError)
+    : forms::Form(name, owner), afterError_(afterError) {}
+
+TrappedForm::Message TrappedForm::lockedMessage() const {
+    return {"Database in Use",
+            "Oops, another program is writing to the database just now.  Nothing you typed is "
+            "lost.  Please wait a moment and try again."};
+}
+
+/// A form that could not be filled because of a lock has nothing to show.
+void TrappedForm::formLoad() {
+    loadFailed_ = true;
+    trap("Form_Load", [this] {
+        Form_Load();
+        loadFailed_ = false;
+    });
+    if (loadFailed_ && afterError_ == AfterError::ProgramEnds) {
+        unload();
+    }
+}
+
+void TrappedForm::formActivate() { trap("Form_Activate", &TrappedForm::Form_Activate); }
+
+bool TrappedForm::formQueryUnload() {
+    return trap("Form_QueryUnload", &TrappedForm::Form_QueryUnload);
+}
+
+void TrappedForm::formUnload() { trap("Form_Unload", &TrappedForm::Form_Unload); }
+
+void TrappedForm::failed(const char* procedure) {
+    if (lockedElsewhere()) {
+        const auto message = lockedMessage();
+        base::MsgBox(message.text, message.title, base::MsgIcon::Exclamation);
+        return;
+    }
+    report(procedure, name());
+    if (afterError_ == AfterError::ProgramEnds) {
+        ShutDown(1);
+    }
+}
+
+}  // namespace startup

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "platform/forms/form.h"
+#include "startup/base/trap.h"
+
+namespace startup {
+
+/// What an error in one of a form's procedures leads to, once it is reported.
+enum class AfterError { ProgramEnds, FormStays };
+
+/// A form whose procedures run under the error trap, each under its name, in the form's module,
+/// which is called like the form:
+///
+///     on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &MergeRun::CloseIt_Click);
+///
+/// With gErrorHandling on, an error is reported by gErrHandler as "CloseIt_Click of Module:
+/// MergeRun." and the program shut down, unless the form stays. With gErrorHandling off, errors
+/// pass to the caller. A database that another program keeps locked is no error, whatever the
+/// switch says: the planner is told, nothing typed is lost, and the same button works again.
+class TrappedForm : public forms::Form {
+    Q_OBJECT
+
+protected:
+    explicit TrappedForm(const char* name, forms::Form* owner = nullptr,
+                         AfterError afterError = AfterError::ProgramEnds);
+
+    virtual void Form_Load() {}
+    virtual void Form_Activate() {}
+    virtual bool Form_QueryUnload() { return true; }
+    virtual void Form_Unload() {}
+
+    /// What the planner reads where another program holds the database.
+    struct Message {
+        std::string title;
+        std::string text;
+    };
+    [[nodiscard]] virtual Message lockedMessage() const;
+
+    /// Connects a control's signal with a procedure of this form: a member function or a callable,
+    /// which takes the signal's arguments or none.
+    template <class Sender, class Signal, class Handler>
+    void on(Sender* sender, Signal signal, const char* procedure, Handler handler) {
+        Form::on(sender, signal, [this, procedure, handler](auto&&... arguments) mutable {
+            trap(procedure, handler, arguments...);
+        });
+    }
+
+    /// Runs a procedure of this form that another one calls, under its own name. Where it fails and
+    /// the program goes on, it answers with its type's default.
+    template <class Handler, class... Arguments>
+    auto trap(const char* procedure, Handler&& handler, Arguments&&... arguments) {
+        auto bound = bind(std::forward<Handler>(handler));
+        using Result = decltype(forms::callWith(bound, arguments...));
+        const DoorOfForm door;
+        try {
+            return forms::callWith(bound, arguments...);
+        } catch (const std::exception&) {
+            failed(procedure);
+        }
+        if constexpr (!std::is_void_v<Result>) {
+            return Result{};
+        }
+    }
+
+private:
+    void formLoad() final;
+    void formActivate() final;
+    bool formQueryUnload() final;
+    void formUnload() final;
+
+    /// Deals with the error that is being handled.
+    void failed(const char* procedure);
+
+    template <class Handler>
+    auto bind(Handler handler) {
+        return handler;
+    }
+    template <class Owner, class Result, class... Parameters>
+    auto bind(Result (Owner::*handler)(Parameters...)) {
+        return [form = static_cast<Owner*>(this), handler](Parameters... parameters) {
+            return (form->*handler)(std::forward<Parameters>(parameters)...);
+        };
+    }
+
+    AfterError afterError_;
+    bool loadFailed_ = false;
+};
+
+}  // namespace startup

@@ -1,7 +1,0 @@
-#include "startup/RunStartup.h"
-#include "startup/desktopprogram.h"
-
-int main(int argc, char** argv) {
-    const std::string commandLine = startup::commandLineOf(argc, argv);
-    return startup::runOnDesktop(argc, argv, "tarn", [&] { startup::Main(commandLine); });
-}

@@ -1,0 +1,54 @@
+#include "startup/main/RunStartup.h"
+
+#include "platform/base/error.h"
+#include "platform/forms/formregistry.h"
+#include "platform/process/process.h"
+#include "runsearch/search/frmTarn.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlErrorHandler.h"
+#include "startup/base/mdlGetMapSoftware.h"
+#include "startup/base/mdlNONULL.h"
+#include "startup/base/mdlSecurity_Routines.h"
+#include "startup/base/trap.h"
+
+namespace startup {
+
+namespace {
+
+[[noreturn]] void handOverToLogon() {
+    process::host().start(gProgPath + "Logon.Exe", {"TARN"});
+    throw base::EndProgram{};
+}
+
+bool isRefused(const std::string& user) {
+    return NoNullString(user) == base::Value(" ") || LoadUserPermissions(gCommandLine);
+}
+
+}  // namespace
+
+void Main(const std::string& commandLine) {
+    // The error switch is not read yet: start-up itself runs without a trap, on purpose.
+    trapped("Main", "RunStartup", [&] {
+        SetPaths();
+        SetErrorHandling();
+        OpenRoutingDatabase();
+        GetMapSoftware();
+        TotSavedRuns = 0;
+        auto& mainForm = forms::FormRegistry::instance().make<runsearch::frmTarn>();
+        gCommandLine = commandLine;
+        if (isRefused(gCommandLine)) {
+            handOverToLogon();
+        }
+        mainForm.showForm();
+    });
+}
+
+std::string commandLineOf(int argc, const char* const* argv) {
+    std::string line;
+    for (int i = 1; i < argc; ++i) {
+        line += (i == 1 ? "" : " ") + std::string(argv[i]);
+    }
+    return line;
+}
+
+}  // namespace startup

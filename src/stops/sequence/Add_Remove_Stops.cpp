@@ -1,0 +1,308 @@
+#include "stops/sequence/Add_Remove_Stops.h"
+
+#include <QProgressBar>
+#include <QScrollBar>
+#include <QShortcut>
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "platform/ado/recordset.h"
+#include "platform/base/ports.h"
+#include "platform/base/text.h"
+#include "platform/controls/layoutmemory.h"
+#include "platform/controls/qtext.h"
+#include "platform/forms/operation.h"
+#include "runedit/map/maphandoff.h"
+#include "startup/base/session.h"
+#include "stops/sequence/arrowicon.h"
+#include "stops/sequence/stoplist.h"
+#include "stops/sequence/stopmessages.h"
+
+#include "ui_Add_Remove_Stops.h"
+
+namespace stops {
+
+namespace {
+
+using controls::MultiColumnList;
+using controls::toQt;
+
+constexpr auto Module = "Add_Remove_Stops";
+constexpr auto NotHandedTitle = "Can't Work with MAP";
+constexpr auto SplitterKey = "Add_Remove_Stops/Splitter";
+/// From here on an action shows its progress.
+constexpr std::size_t ManyRows = 100;
+
+const auto NoStops =
+    QStringLiteral("No stop is on this run.\nFind stops on the left and add them.");
+
+std::string tripTypeOf(const std::string& run) {
+    ado::Recordset row;
+    row.Open("SELECT RUN.TRIPTYPE FROM RUN WHERE RUN.RUN='" + run + "'", *startup::gcnRouting);
+    return row.Eof() ? std::string() : std::string(base::trim(row["TRIPTYPE"].textView()));
+}
+
+std::string said(std::string_view done, std::size_t count) {
+    return fmt::format("{} {} {}.", count, count == 1 ? "stop" : "stops", done);
+}
+
+std::string saidOf(const AddedStops& added) {
+    const auto skipped = added.withoutTripType.size() + added.changedByAnother.size();
+    return said("added", added.stopTripIds.size()) +
+           (skipped == 0 ? "" : fmt::format("  {} not added.", skipped));
+}
+
+class ShownWhileAlive {
+public:
+    explicit ShownWhileAlive(QWidget& widget) : widget_(widget) { widget_.show(); }
+    ~ShownWhileAlive() { widget_.hide(); }
+    ShownWhileAlive(const ShownWhileAlive&) = delete;
+    ShownWhileAlive& operator=(const ShownWhileAlive&) = delete;
+
+private:
+    QWidget& widget_;
+};
+
+}  // namespace
+
+Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
+    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::Add_Remove_Stops>()) {
+    ui_->setupUi(this);
+    setWindowModality(Qt::WindowModal);
+    setCancelButton(ui_->ExitAddRun);
+    ui_->StopList->setEmptyText(NoStops);
+    wireButtons();
+    wireKeys();
+    restoreSplitter();
+}
+
+Add_Remove_Stops::~Add_Remove_Stops() = default;
+
+void Add_Remove_Stops::edit(const std::string& run) {
+    run_.run = base::trim(run);
+    if (isLoaded()) {
+        trap("Form_Load", &Add_Remove_Stops::Form_Load);
+    }
+}
+
+void Add_Remove_Stops::wireButtons() {
+    const struct {
+        QPushButton* button;
+        Arrow arrow;
+        const char* procedure;
+        void (Add_Remove_Stops::*click)();
+    } buttons[] = {
+        {ui_->AddStop, Arrow::Right, "AddStop", &Add_Remove_Stops::AddStop},
+        {ui_->DelStop, Arrow::Left, "DelStop", &Add_Remove_Stops::DelStop},
+        {ui_->Move_To_Top, Arrow::ToTop, "Move_To_Top", &Add_Remove_Stops::Move_To_Top},
+        {ui_->MoveUp, Arrow::Up, "MoveUp", &Add_Remove_Stops::MoveUp},
+        {ui_->MoveDown, Arrow::Down, "MoveDown", &Add_Remove_Stops::MoveDown},
+        {ui_->Move_to_Bottom, Arrow::ToBottom, "Move_to_Bottom", &Add_Remove_Stops::Move_to_Bottom},
+    };
+    for (const auto& [button, arrow, procedure, click] : buttons) {
+        button->setIcon(arrowIcon(arrow, palette()));
+        on(button, &QPushButton::clicked, procedure, click);
+    }
+    on(ui_->ExitAddRun, &QPushButton::clicked, "ExitAddRun", &Add_Remove_Stops::closeForm);
+    on(ui_->StopSearch, &StopSearchPanel::rowActivated, "AddStop", &Add_Remove_Stops::AddStop);
+    on(ui_->StopSearch, &StopSearchPanel::selectionCountChanged, "enableButtons",
+       &Add_Remove_Stops::enableButtons);
+    on(ui_->StopList, &MultiColumnList::selectionCountChanged, "enableButtons",
+       &Add_Remove_Stops::enableButtons);
+    on(ui_->Splitter, &QSplitter::splitterMoved, "Splitter_Moved", [this] {
+        controls::LayoutMemory::instance().remember(SplitterKey, ui_->Splitter->saveState());
+    });
+}
+
+/// The keys press the buttons, so that they do nothing where a button is disabled. Those with Alt
+/// work on the run's side only: Alt+Down drops a combo's list.
+void Add_Remove_Stops::wireKeys() {
+    key(Qt::Key_Insert, ui_->AddStop);
+    key(Qt::Key_Delete, ui_->DelStop, ui_->RunSide);
+    key(Qt::ALT | Qt::Key_Home, ui_->Move_To_Top, ui_->RunSide);
+    key(Qt::ALT | Qt::Key_Up, ui_->MoveUp, ui_->RunSide);
+    key(Qt::ALT | Qt::Key_Down, ui_->MoveDown, ui_->RunSide);
+    key(Qt::ALT | Qt::Key_End, ui_->Move_to_Bottom, ui_->RunSide);
+}
+
+void Add_Remove_Stops::Form_Load() {
+    run_.tripType = tripTypeOf(run_.run);
+    run_.user = startup::gCommandLine;
+    ui_->RunID->setText(toQt(run_.run));
+    ui_->RunTripType->setText(toQt(run_.tripType));
+    ui_->StopSearch->loadCodes();
+    ui_->StopSearch->startFrom(run_.tripType);
+    Build_StopList();
+}
+
+void Add_Remove_Stops::Build_StopList() {
+    ui_->StopList->setTable(readStopsInSequence(*startup::gcnRouting, run_.run));
+    ui_->StopsInRun->setText(QString::number(ui_->StopList->rows()));
+    enableButtons();
+}
+
+void Add_Remove_Stops::enableButtons() {
+    const int found = ui_->StopSearch->selectedCount();
+    const int onRun = ui_->StopList->selectedCount();
+    ui_->AddStop->setEnabled(found > 0);
+    for (auto* button :
+         {ui_->DelStop, ui_->Move_To_Top, ui_->MoveUp, ui_->MoveDown, ui_->Move_to_Bottom}) {
+        button->setEnabled(onRun > 0);
+    }
+    ui_->RunSelected->setText(onRun == 0 ? QString() : tr("%n selected", nullptr, onRun));
+}
+
+Add_Remove_Stops::StopTripIds Add_Remove_Stops::selectedStops() const {
+    StopTripIds ids;
+    for (const int row : ui_->StopList->selectedRows()) {
+        ids.push_back(ui_->StopList->table()
+                          .value(static_cast<std::size_t>(row), StopTripIdColumn)
+                          .asInteger());
+    }
+    return ids;
+}
+
+/// Selects and shows the stops, which the list may have moved.
+void Add_Remove_Stops::selectStops(const StopTripIds& stopTripIds) {
+    const auto& table = ui_->StopList->table();
+    std::vector<int> rows;
+    for (std::size_t row = 0; row < table.rowCount(); ++row) {
+        const auto id = table.value(row, StopTripIdColumn).asInteger();
+        if (std::find(stopTripIds.begin(), stopTripIds.end(), id) != stopTripIds.end()) {
+            rows.push_back(static_cast<int>(row));
+        }
+    }
+    if (!rows.empty()) {
+        ui_->StopList->choose(rows.front());
+        ui_->StopList->selectRows(rows);
+    }
+}
+
+/// Carries an action out, with a progress bar where it is a long one.
+template <class Action>
+auto Add_Remove_Stops::carryOut(std::size_t rows, Action action) {
+    ui_->StopSearch->stopFilling();
+    if (rows < ManyRows) {
+        const forms::BusyCursor hourglass;
+        return action(nullptr);
+    }
+    const Operation busy(*this);
+    const ShownWhileAlive bar(*ui_->Progress);
+    forms::Progress progress(ui_->Progress, ui_->Status);
+    return action(&progress);
+}
+
+void Add_Remove_Stops::AddStop() {
+    const auto chosen = ui_->StopSearch->selected();
+    const auto question = questionBeforeAdding(run_, chosen);
+    if (chosen.empty() ||
+        (!question.empty() && base::MsgBox(question, AddTitle, base::MsgIcon::Question,
+                                           base::MsgButtons::YesNo) != base::MsgAnswer::Yes)) {
+        return;
+    }
+    const auto added = carryOut(chosen.size(), [&](base::ProgressPort* progress) {
+        return addStops(*startup::gcnRouting, run_, chosen, progress);
+    });
+    showResult(added.stopTripIds, added.stopTripIds, saidOf(added));
+    tellOfSkipped(added);
+}
+
+void Add_Remove_Stops::DelStop() {
+    const auto chosen = selectedStops();
+    const int place = chosen.empty() ? 0 : ui_->StopList->selectedRows().front();
+    const auto rows = static_cast<std::size_t>(ui_->StopList->rows());
+    const auto removed = carryOut(rows, [&](base::ProgressPort* progress) {
+        return removeStops(*startup::gcnRouting, run_, chosen, progress);
+    });
+    showResult(removed.stopTripIds, {}, said("removed", removed.stopTripIds.size()));
+    ui_->StopList->choose(place);
+    tellOfSkipped(removed);
+}
+
+void Add_Remove_Stops::move(Move direction) {
+    const auto chosen = selectedStops();
+    const auto moved = carryOut(0, [&](base::ProgressPort*) {
+        return moveStops(*startup::gcnRouting, run_, chosen, direction);
+    });
+    showResult(moved.stopTripIds, chosen, said("moved", moved.stopTripIds.size()));
+    tellOfSkipped(moved);
+}
+
+void Add_Remove_Stops::Move_To_Top() { move(Move::ToTop); }
+
+void Add_Remove_Stops::MoveUp() { move(Move::Up); }
+
+void Add_Remove_Stops::MoveDown() { move(Move::Down); }
+
+void Add_Remove_Stops::Move_to_Bottom() { move(Move::ToBottom); }
+
+Add_Remove_Stops::Message Add_Remove_Stops::lockedMessage() const {
+    return {LockedTitle, LockedText};
+}
+
+/// Shows what an action has made of both lists, with these stops of the run selected.
+void Add_Remove_Stops::showResult(const StopTripIds& changed, const StopTripIds& selected,
+                                  const std::string& told) {
+    startup::RefreshRunList = startup::RefreshRunList || !changed.empty();
+    ui_->StopSearch->searchAgain();
+    const int place = ui_->StopList->verticalScrollBar()->value();
+    Build_StopList();
+    ui_->StopList->doItemsLayout();
+    ui_->StopList->verticalScrollBar()->setValue(place);
+    selectStops(selected);
+    ui_->Status->setText(toQt(told));
+}
+
+/// Closing the window is Exit.
+bool Add_Remove_Stops::Form_QueryUnload() {
+    return trap("ExitAddRun", &Add_Remove_Stops::ExitAddRun);
+}
+
+void Add_Remove_Stops::Form_Unload() { ui_->StopSearch->stopFilling(); }
+
+bool Add_Remove_Stops::ExitAddRun() {
+    ui_->StopSearch->stopFilling();
+    needDeadHeadBuild(*startup::gcnRouting);
+    handToMap();
+    return true;
+}
+
+/// A map program that cannot take the run is told in a box: the form is left all the same.
+void Add_Remove_Stops::handToMap() {
+    if (!runedit::mapExchangeOn()) {
+        return;
+    }
+    if (runedit::mapFilesLeft(run_.run)) {
+        base::MsgBox(runedit::MapStillProcessingText, runedit::MapStillProcessingTitle,
+                     base::MsgIcon::Information);
+        return;
+    }
+    const Operation waiting(*this);
+    ui_->Status->setText(tr("Handing the run to the mapping software..."));
+    try {
+        runedit::sendRunToMap(run_.run, runedit::MapScreen::AddRun);
+    } catch (const std::exception& fault) {
+        base::MsgBox(fmt::format("The run could not be handed to the mapping software: {}\n\nIts "
+                                 "stops are saved.  To have it solved again, open Add / Remove "
+                                 "Stops for it and leave it when the mapping software is running.",
+                                 fault.what()),
+                     NotHandedTitle, base::MsgIcon::Exclamation);
+        return;
+    }
+    if (sent_) {
+        sent_();
+    }
+}
+
+/// Both sides share what width there is, until the planner arranges it anew.
+void Add_Remove_Stops::restoreSplitter() {
+    ui_->Splitter->setStretchFactor(0, 1);
+    ui_->Splitter->setStretchFactor(1, 1);
+    const auto arranged = controls::LayoutMemory::instance().recall(SplitterKey).toByteArray();
+    if (!ui_->Splitter->restoreState(arranged)) {
+        ui_->Splitter->setSizes({560, 680});
+    }
+}
+
+}  // namespace stops

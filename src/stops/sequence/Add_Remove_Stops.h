@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "startup/forms/trappedform.h"
+#include "stops/sequence/runstops.h"
+
+namespace Ui {
+class Add_Remove_Stops;
+}
+
+namespace stops {
+
+/// Puts stops on a run, takes them off and orders them: found stops on the left, the run's on the
+/// right. Each action is written and logged at once; there is no undo. Leaving the form hands the
+/// run to the map software, where there is one, to be solved again.
+class Add_Remove_Stops : public startup::TrappedForm {
+    Q_OBJECT
+
+public:
+    explicit Add_Remove_Stops(forms::Form* owner = nullptr);
+    ~Add_Remove_Stops() override;
+
+    /// The run to work on; before the form is loaded or shown.
+    void edit(const std::string& run);
+    /// Called when the form is left and the map program has taken the run: its answer will come.
+    void whenSent(std::function<void()> sent) { sent_ = std::move(sent); }
+
+    void AddStop();
+    void DelStop();
+    void Move_To_Top();
+    void MoveUp();
+    void MoveDown();
+    void Move_to_Bottom();
+    bool ExitAddRun();
+
+protected:
+    void Form_Load() override;
+    bool Form_QueryUnload() override;
+    void Form_Unload() override;
+    [[nodiscard]] Message lockedMessage() const override;
+
+private:
+    using StopTripIds = std::vector<std::int64_t>;
+
+    void Build_StopList();
+
+    void wireButtons();
+    void wireKeys();
+    void restoreSplitter();
+    void enableButtons();
+
+    [[nodiscard]] StopTripIds selectedStops() const;
+    void selectStops(const StopTripIds& stopTripIds);
+    template <class Action>
+    [[nodiscard]] auto carryOut(std::size_t rows, Action action);
+    void move(Move direction);
+    void handToMap();
+    void showResult(const StopTripIds& changed, const StopTripIds& selected,
+                    const std::string& told);
+
+    std::unique_ptr<Ui::Add_Remove_Stops> ui_;
+    EditedRun run_;
+    std::function<void()> sent_;
+};
+
+}  // namespace stops

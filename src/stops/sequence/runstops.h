@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ado/connection.h"
+#include "platform/base/ports.h"
+#include "stops/search/chosenstop.h"
+
+/// Putting stops on a run, taking them off and ordering them.
+///
+/// Each function is one action: its changes, renumbering and log rows are one unit of work, based
+/// on the run as it is stored at that moment, not as a list showed it. Nothing is asked or shown
+/// here; what could not be done is in the answer. Raises what the connection raises.
+namespace stops {
+
+/// The run being edited and who edits it.
+struct EditedRun {
+    std::string run;
+    std::string tripType;  ///< the run's; garages and schools are put on it with this one
+    std::string user;      ///< whom the log names
+};
+
+/// One stop of a run, in the order of the run.
+struct RunStop {
+    std::int64_t stopTripId = 0;
+    std::int64_t intStopId = 0;
+    std::string stopId;
+    std::string stopType;
+    std::string tripType;
+    std::int64_t sequence = 0;
+};
+
+/// Garages and schools are shared: each time one is put on a run it gets a trip-type record of its
+/// own, which goes when it is taken off.
+[[nodiscard]] bool isSharedPlace(std::string_view stopType);
+
+/// Every stop of the run, turn points included, ascending by sequence.
+[[nodiscard]] std::string runStopsQuery(std::string_view run);
+[[nodiscard]] std::vector<RunStop> readRunStops(ado::Connection& connection, std::string_view run);
+
+struct AddedStops {
+    std::vector<std::int64_t> stopTripIds;     ///< now on the run, in the order given
+    std::vector<ChosenStop> withoutTripType;   ///< skipped: no trip-type record to put on a run
+    std::vector<ChosenStop> changedByAnother;  ///< skipped: no longer where the list showed them
+};
+
+/// Puts the stops behind the run's last one, in the order given. A record goes from the run that it
+/// was shown on to this one; where another program has moved or deleted it meanwhile it is left
+/// alone.
+AddedStops addStops(ado::Connection& connection, const EditedRun& run,
+                    std::span<const ChosenStop> chosen, base::ProgressPort* progress = nullptr);
+
+struct ChangedStops {
+    std::vector<std::int64_t> stopTripIds;       ///< removed or moved, in the order of the run
+    std::vector<std::int64_t> changedByAnother;  ///< skipped: no longer on the run
+};
+
+/// Takes the stops off the run. The remaining ones are numbered 0, 1, 2, … in their old order:
+/// from 0, although adding and moving count from 1. Meant as it is.
+ChangedStops removeStops(ado::Connection& connection, const EditedRun& run,
+                         std::span<const std::int64_t> stopTripIds,
+                         base::ProgressPort* progress = nullptr);
+
+enum class Move { ToTop, ToBottom, Up, Down };
+
+/// Moves the stops; several keep their order among themselves and are each logged as one move. To
+/// the top or bottom numbers the whole run from 1; up or down exchanges the numbers of two
+/// neighbours as they are, and does nothing where there is no neighbour (then the stop is not among
+/// the answer's).
+ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
+                       std::span<const std::int64_t> stopTripIds, Move move);
+
+/// Notes that runs were changed and the dead-head must be calculated again.
+void needDeadHeadBuild(ado::Connection& connection);
+
+}  // namespace stops

@@ -1,0 +1,59 @@
+#include "tools/district/base/terminal.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+
+#include <fmt/format.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "tools/district/base/progress.h"
+
+namespace tools::district {
+
+namespace {
+
+/// What is typed stays hidden, and Ctrl+C ends the reading instead of the program.
+class HiddenTyping {
+public:
+    HiddenTyping() {
+        struct sigaction ignore {};
+        ignore.sa_handler = [](int) {};  // no restart: the read returns
+        sigaction(SIGINT, &ignore, &formerInterrupt_);
+        tcgetattr(STDIN_FILENO, &former_);
+        termios hidden = former_;
+        hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
+    }
+    ~HiddenTyping() {
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_);
+        sigaction(SIGINT, &formerInterrupt_, nullptr);
+        std::fputs("\n", stderr);
+    }
+    HiddenTyping(const HiddenTyping&) = delete;
+    HiddenTyping& operator=(const HiddenTyping&) = delete;
+
+private:
+    termios former_{};
+    struct sigaction formerInterrupt_ {};
+};
+
+}  // namespace
+
+bool isTyped() { return ::isatty(STDIN_FILENO) == 1; }
+
+std::string askHidden(const std::string& question) {
+    fmt::print(stderr, "{}", question);
+    const HiddenTyping hidden;
+    std::string line;
+    for (char c = 0; c != '\n'; line += c) {
+        if (::read(STDIN_FILENO, &c, 1) != 1) {
+            throw Interrupted{};
+        }
+    }
+    line.pop_back();
+    return line;
+}
+
+}  // namespace tools::district

@@ -1,0 +1,83 @@
+#include "tools/district/command/passwordcommand.h"
+
+#include <istream>
+#include <optional>
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "platform/ado/connection.h"
+#include "platform/password/password.h"
+#include "tools/district/base/folders.h"
+#include "tools/district/base/terminal.h"
+#include "tools/logon/users.h"
+
+namespace tools::district {
+
+namespace {
+
+std::string listed(const std::vector<logon::User>& users) {
+    std::string names;
+    for (const logon::User& user : users) {
+        names += (names.empty() ? "" : ", ") + user.id;
+    }
+    return names.empty() ? "none" : names;
+}
+
+std::optional<std::string> askTwice(const std::string& user, std::ostream& complaints) {
+    std::string password =
+        askHidden(fmt::format("New password of {} (nothing for none; it is not shown): ", user));
+    if (askHidden("The same again: ") != password) {
+        complaints << "These are two different passwords; nothing was changed.\n";
+        return std::nullopt;
+    }
+    return password;
+}
+
+std::optional<std::string> readLine(std::istream& in, std::ostream& complaints) {
+    std::string line;
+    if (!std::getline(in, line)) {
+        complaints << "Standard input holds no password. An empty line takes it away.\n";
+        return std::nullopt;
+    }
+    if (line.ends_with('\r')) {
+        line.pop_back();
+    }
+    return line;
+}
+
+bool canBeStored(const std::string& password, std::ostream& complaints) {
+    if (password.size() > password::Longest || password.find('\0') != std::string::npos) {
+        complaints << fmt::format(
+            "A password has at most {} bytes and no zero byte; nothing was changed.\n",
+            password::Longest);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool runPassword(const PasswordOptions& options, std::istream& in, std::ostream& out,
+                 std::ostream& complaints) {
+    const Folders folders{options.folder};
+    ado::Connection connection;
+    connection.Open(folders.database(data::DatabaseFile::QDSC).string());
+    const std::vector<logon::User> users = logon::readUsers(connection);
+    const logon::User* user = logon::findUser(users, options.user);
+    if (user == nullptr) {
+        complaints << fmt::format("There is no user {}; the users are {}\n", options.user,
+                                  listed(users));
+        return false;
+    }
+    const auto password = options.ask ? askTwice(user->id, complaints) : readLine(in, complaints);
+    if (!password || !canBeStored(*password, complaints)) {
+        return false;
+    }
+    logon::setPassword(connection, user->id, *password);
+    out << fmt::format("The password of {} was {}.\n", user->id,
+                       password->empty() ? "taken away" : "set");
+    return true;
+}
+
+}  // namespace tools::district

@@ -1,0 +1,150 @@
+#include "tools/district/command/sqlcommand.h"
+
+#include <filesystem>
+#include <istream>
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "data/schema/schema.h"
+#include "platform/ado/connection.h"
+#include "platform/ado/recordset.h"
+#include "platform/base/text.h"
+#include "platform/jet/translate.h"
+#include "tools/district/base/folders.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string escaped(std::string_view text) {
+    std::string cell;
+    for (const char c : text) {
+        switch (c) {
+            case '\t':
+                cell += "\\t";
+                break;
+            case '\n':
+                cell += "\\n";
+                break;
+            case '\r':
+                cell += "\\r";
+                break;
+            case '\\':
+                cell += "\\\\";
+                break;
+            default:
+                cell += c;
+        }
+    }
+    return cell;
+}
+
+void open(ado::Connection& connection, const std::string& file) {
+    connection.Open(file);
+    const fs::path path = fs::absolute(file);
+    if (path.filename() == data::fileName(data::DatabaseFile::Routing)) {
+        const Folders folders{path.parent_path().parent_path()};
+        const fs::path trip = folders.database(data::DatabaseFile::Trip);
+        if (fs::exists(trip)) {
+            connection.link(trip.string());
+        }
+    }
+}
+
+void printRows(ado::Connection& connection, const std::string& statement, std::ostream& out) {
+    ado::Recordset rows;
+    rows.Open(statement, connection, ado::CursorType::ForwardOnly, ado::LockType::ReadOnly);
+    for (int i = 0; i < rows.fieldCount(); ++i) {
+        out << (i == 0 ? "" : "\t") << escaped(rows.Fields(i).Name());
+    }
+    out << '\n';
+    for (; !rows.Eof(); rows.MoveNext()) {
+        for (int i = 0; i < rows.fieldCount(); ++i) {
+            const base::Value value = rows.Fields(i).Value();
+            out << (i == 0 ? "" : "\t") << (value.isNull() ? "" : escaped(value.asText()));
+        }
+        out << '\n';
+    }
+}
+
+/// Runs or checks one statement after the other, whatever they come from.
+class StatementRunner {
+public:
+    StatementRunner(const SqlOptions& options, std::ostream& out, std::ostream& complaints)
+        : onlyCheck_(options.onlyCheck), out_(out), complaints_(complaints) {
+        open(connection_, options.file);
+    }
+
+    /// `where` names the line in front of messages. Returns whether the statement was understood
+    /// and went well.
+    bool take(const std::string& statement, const std::string& where) {
+        return onlyCheck_ ? check(statement, where) : run(statement, where);
+    }
+
+private:
+    bool check(const std::string& statement, const std::string& where) {
+        try {
+            static_cast<void>(jet::translate(statement, connection_.catalog()));
+        } catch (const jet::SqlError& error) {
+            out_ << where << "not understood"
+                 << (error.position() > 0 ? fmt::format(" at position {}", error.position()) : "")
+                 << ": " << error.what() << '\n';
+            return false;
+        }
+        out_ << where << "understood\n";
+        return true;
+    }
+
+    bool run(const std::string& statement, const std::string& where) {
+        try {
+            const auto kind = jet::translate(statement, connection_.catalog()).kind;
+            out_ << (first_ ? "" : "\n");
+            first_ = false;
+            if (kind == jet::StatementKind::Select) {
+                printRows(connection_, statement, out_);
+            } else {
+                const auto changed = connection_.Execute(statement);
+                out_ << fmt::format("{} {} changed\n", changed, changed == 1 ? "row" : "rows");
+            }
+        } catch (const base::RunTimeError& error) {
+            out_.flush();
+            complaints_ << where << error.what() << '\n';
+            return false;
+        }
+        return true;
+    }
+
+    ado::Connection connection_;
+    bool onlyCheck_;
+    std::ostream& out_;
+    std::ostream& complaints_;
+    bool first_ = true;
+};
+
+}  // namespace
+
+bool runSql(const SqlOptions& options, std::istream& in, std::ostream& out,
+            std::ostream& complaints) {
+    StatementRunner runner(options, out, complaints);
+    if (options.statement) {
+        return runner.take(*options.statement, "");
+    }
+    bool well = true;
+    std::string line;
+    for (int number = 1; std::getline(in, line); ++number) {
+        const std::string_view text = base::trim(line);
+        if (text.empty() || text.starts_with("--")) {
+            continue;
+        }
+        well = runner.take(line, fmt::format("line {}: ", number)) && well;
+        if (!well && !options.onlyCheck) {
+            return false;
+        }
+    }
+    return well;
+}
+
+}  // namespace tools::district

@@ -1,0 +1,95 @@
+#include "runfixture.h"
+#include "stops/search/frmSelStops.h"
+
+namespace {
+
+using base::MsgAnswer;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class RunStopsTest : public RunTest {
+protected:
+    /// The stops in the list, in order.
+    std::vector<std::string> stops() {
+        std::vector<std::string> ids;
+        for (int row = 0; row < list("StopList").rows(); ++row) {
+            ids.push_back(list("StopList").cellText(row, 0));
+        }
+        return ids;
+    }
+};
+
+TEST_F(RunStopsTest, OpensTheTripRecordOfTheChosenStop) {
+    open();
+    EXPECT_FALSE(isEnabled("StopEdit"));
+    list("StopList").choose(1);
+    EXPECT_TRUE(isEnabled("StopEdit"));
+    emit list("StopList").rowActivated(1);
+    EXPECT_NE(forms::FormRegistry::instance().find("frmStopTripType"), nullptr);
+    byOthers("UPDATE STOP_TRIPTYPE SET TIME_AT_STOP='1899-12-30 09:09:00' WHERE RUN='101-AM'");
+    form().Form_Activate();
+    form().Form_Activate();
+    EXPECT_EQ(list("StopList").cellText(1, 2), "09:09 AM");
+    EXPECT_EQ(list("StopList").chosenRow(), 1);
+}
+
+TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
+    open();
+    EXPECT_FALSE(isEnabled("Remove"));
+    type("RunDesc", "not saved");
+    list("StopList").choose(0);
+    session.boxes.answers = {MsgAnswer::No, MsgAnswer::Yes};
+    click("Remove");
+    EXPECT_THAT(stops(), ElementsAre("S3", "S1"));
+    click("Remove");
+    EXPECT_THAT(stops(), ElementsAre("S1"));
+    EXPECT_EQ(session.boxes.shown.back().text,
+              "Are you sure you want to take the stop S3 off this run?");
+    EXPECT_EQ(stored("Select Count(*) From RUNLOG Where RUNID='101-AM' And ACTIVITYCODE=2"), "1");
+    EXPECT_TRUE(startup::RefreshRunList);
+    EXPECT_EQ(text("RunDesc"), "not saved");
+    EXPECT_FALSE(isEnabled("Remove"));
+}
+
+TEST_F(RunStopsTest, OpensTheStopFormsForTheRun) {
+    open();
+    click("AddStops");
+    auto* adding = forms::FormRegistry::instance().find("Add_Remove_Stops");
+    ASSERT_NE(adding, nullptr);
+    EXPECT_EQ(adding->findChild<QLabel*>("RunID")->text(), "101-AM");
+    adding->closeForm();
+    EXPECT_TRUE(form().isLoaded());
+}
+
+TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
+    byOthers(
+        "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, ACTIVE) VALUES "
+        "(2, 'AM', ' ', 0, 1)");
+    byOthers("UPDATE SYSTEM SET NEEDDEADHEADBUILD=0");
+    open();
+    type("RunDesc", "not saved");
+    click("GetStops");
+    auto* search =
+        dynamic_cast<stops::frmSelStops*>(forms::FormRegistry::instance().find("frmSelStops"));
+    ASSERT_NE(search, nullptr);
+    search->findChild<QAbstractButton*>("cmdSearch")->click();
+    search->SelectAll_Click();
+    search->cmdChoose_Click();
+    EXPECT_THAT(stops(), ElementsAre("S3", "S1", "S2"));
+    EXPECT_EQ(text("RunDesc"), "not saved");
+    EXPECT_EQ(stored("Select NEEDDEADHEADBUILD From SYSTEM"), "True");
+}
+
+TEST_F(RunStopsTest, OpensTheLogAndTheMergeOfTheRun) {
+    open();
+    click("Merge");
+    auto* merge = forms::FormRegistry::instance().find("MergeRun");
+    ASSERT_NE(merge, nullptr);
+    merge->closeForm();
+    click("Log");
+    auto* log = forms::FormRegistry::instance().find("RunLogInquiry");
+    ASSERT_NE(log, nullptr);
+    EXPECT_EQ(log->findChild<QLineEdit*>("RunID")->text(), "101-AM");
+}
+
+}  // namespace

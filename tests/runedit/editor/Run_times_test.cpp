@@ -1,0 +1,181 @@
+#include <filesystem>
+#include <fstream>
+
+#include "platform/dde/transport.h"
+#include "platform/forms/filedialog.h"
+#include "runfixture.h"
+#include "startup/base/mdlGetMapSoftware.h"
+
+namespace {
+
+using base::MsgAnswer;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class RunTimesTest : public RunTest {
+protected:
+    /// The stop times in the list, in order.
+    std::vector<std::string> stopTimes() {
+        std::vector<std::string> times;
+        for (int row = 0; row < list("StopList").rows(); ++row) {
+            times.push_back(list("StopList").cellText(row, 2));
+        }
+        return times;
+    }
+    static std::string warningTypes() {
+        return stored(
+                   "Select Count(*) From RUNWARNING Where RUN='101-AM' And WARNINGTYPE='LATE "
+                   "BELL'") +
+               " late, " +
+               stored(
+                   "Select Count(*) From RUNWARNING Where RUN='101-AM' And "
+                   "WARNINGTYPE='EARLY BELL'") +
+               " early";
+    }
+};
+
+TEST_F(RunTimesTest, ComputesFromTheStartAndFromTheEnd) {
+    open();
+    type("StartTime", "7:10");
+    click("CalcTimes");
+    EXPECT_THAT(stopTimes(), ElementsAre("07:10 AM", "07:22 AM"));
+    EXPECT_EQ(text("EndTime"), "07:22 AM");
+    type("TimeToUse", "End Time");
+    type("EndTime", "12:05 AM");
+    click("CalcTimes");
+    EXPECT_THAT(stopTimes(), ElementsAre("11:53 PM", "12:05 AM"));
+    EXPECT_EQ(text("StartTime"), "11:53 PM");
+    EXPECT_THAT(titles(), IsEmpty());
+    // The row itself is saved by OK alone.
+    EXPECT_EQ(storedRun("ENDTIME"), "7:45:00 AM");
+}
+
+TEST_F(RunTimesTest, TellsOfStopsOnTheWrongSideOfTheBell) {
+    open();
+    type("BellTime", "7:20");
+    click("CalcTimes");
+    EXPECT_THAT(titles(), IsEmpty());
+    type("StartTime", "7:10");
+    click("CalcTimes");
+    ASSERT_EQ(session.boxes.shown.size(), 1U);
+    EXPECT_EQ(session.boxes.shown[0].title, "Stop Times Later than Bell Time.");
+    EXPECT_EQ(session.boxes.shown[0].text,
+              "Oops, one or more stops have times that are later than the bell time you indicated "
+              "that this run is to honor.  This run is marked as a pickup run. So in effect you "
+              "have this run arriving after the bell time. For more information look at the "
+              "Warnings sections of this screen.");
+    EXPECT_EQ(warningTypes(), "1 late, 0 early");
+    EXPECT_EQ(list("WarningList").cellText(0, 2),
+              "StopID: S1 has an arrival time that is later than the bell time you have told the "
+              "run to honor.  The stop's arrival time is: 7:22:00 AM.  The bell time is: 7:20:00 "
+              "AM.");
+
+    check("DropOff");
+    titles();
+    click("CalcTimes");
+    ASSERT_EQ(session.boxes.shown.size(), 1U);
+    EXPECT_EQ(session.boxes.shown[0].title, "Stop Times Earlier than Bell Time.");
+    EXPECT_EQ(session.boxes.shown[0].text,
+              "Oops, one or more stops have times that are earlier than the bell time you "
+              "indicated that this run is to honor.  This run is marked as a drop off run. So in "
+              "effect you have this run leaving before the bell time. For more information look at "
+              "the Warnings sections of this screen.");
+    EXPECT_EQ(warningTypes(), "0 late, 1 early");
+
+    // Without a bell nothing is checked; with one that all stops honor the warnings go.
+    titles();
+    type("BellTime", "");
+    click("CalcTimes");
+    EXPECT_EQ(warningTypes(), "0 late, 1 early");
+    type("BellTime", "7:10");
+    click("CalcTimes");
+    EXPECT_EQ(warningTypes(), "0 late, 0 early");
+    EXPECT_THAT(titles(), IsEmpty());
+}
+
+TEST_F(RunTimesTest, ComputesNothingFromWhatIsNoTime) {
+    open();
+    type("EndTime", "");
+    click("CalcTimes");
+    EXPECT_EQ(text("EndTime"), "07:17 AM");
+    for (const auto& [name, entered, title] :
+         {std::tuple{"StartTime", "", "Invalid Start Time"},
+          std::tuple{"StartTime", "soon", "Invalid Start Time"},
+          std::tuple{"BellTime", "noon", "Invalid Bell Time"}}) {
+        const auto before = text(name);
+        type(name, entered);
+        click("CalcTimes");
+        EXPECT_THAT(titles(), ElementsAre(title));
+        EXPECT_TRUE(isRed(name)) << name;
+        type(name, before);
+    }
+    EXPECT_THAT(stopTimes(), ElementsAre("07:05 AM", "07:17 AM"));
+}
+
+TEST_F(RunTimesTest, SendsOnlyPlacedRunsToTheMap) {
+    byOthers("UPDATE STOP SET XPOS=0, YPOS=0 WHERE STOPID='S3'");
+    open();
+    EXPECT_FALSE(isEnabled("MapIt"));
+    EXPECT_TRUE(list("StopList").isRed(0, 0));
+    click("OK");
+    EXPECT_FALSE(isEnabled("MapIt"));
+    byOthers("UPDATE STOP SET XPOS=3 WHERE STOPID='S3'");
+    click("Command1");
+    EXPECT_TRUE(isEnabled("MapIt"));
+}
+
+TEST_F(RunTimesTest, SaysWhyARunDoesNotGoToTheMap) {
+    open();
+    click("MapIt");
+    EXPECT_EQ(text("Status"),
+              "The exchange with the mapping software is turned off (MAPSoftware in route.ini).");
+    EXPECT_FALSE(std::filesystem::exists(district.progPath() + "Runs.txt"));
+
+    // Nobody is at the other end: told, and the form goes on.
+    startup::gMapSoftware = startup::ArcView;
+    type("RunDesc", "not saved");
+    session.boxes.answers = {MsgAnswer::Cancel};
+    click("MapIt");
+    EXPECT_THAT(titles(), ElementsAre("Run Not Saved"));
+    session.boxes.answers = {MsgAnswer::No};
+    click("MapIt");
+    EXPECT_THAT(titles(), ElementsAre("Run Not Saved", "Can't Go to Map"));
+    EXPECT_TRUE(form().isLoaded());
+    EXPECT_TRUE(isEnabled("OK"));
+
+    std::ofstream(district.progPath() + "101-AM.dbf") << "left";
+    session.boxes.answers = {MsgAnswer::No, MsgAnswer::Yes};
+    click("MapIt");
+    EXPECT_TRUE(std::filesystem::exists(district.progPath() + "101-AM.dbf"));
+    click("MapIt");
+    EXPECT_FALSE(std::filesystem::exists(district.progPath() + "101-AM.dbf"));
+    EXPECT_THAT(titles(), ElementsAre("Can't Go to Map - Still Processing Last Map Session",
+                                      "Can't Go to Map - Still Processing Last Map Session"));
+}
+
+TEST_F(RunTimesTest, ShowsDirectionsInTheChosenStyle) {
+    byOthers(
+        "INSERT INTO RUNDIR(RUN, LINETYPE, LINETEXT1, SHORTTEXT) VALUES "
+        "('101-AM', 'Start', 'Start at the yard', 'Yard'), "
+        "('101-AM', 'Note', 'Mind the ice', 'Ice')");
+    open();
+    EXPECT_EQ(list("DirList").rows(), 2);
+    type("cmbDirType", "Very Brief");
+    EXPECT_EQ(list("DirList").rows(), 1);
+    EXPECT_EQ(list("DirList").cellText(0, 0), "Yard");
+}
+
+TEST_F(RunTimesTest, PicksAndClearsTheClosedStreetsFile) {
+    open();
+    forms::setFileChooser([](const forms::FileQuestion&) { return "/maps/ice.avl"; });
+    click("Closed_Browse");
+    EXPECT_EQ(text("GIS_CLOSEDSTREETFILENAME"), "/maps/ice.avl");
+    forms::setFileChooser([](const forms::FileQuestion&) { return QString(); });
+    click("Closed_Browse");
+    EXPECT_EQ(text("GIS_CLOSEDSTREETFILENAME"), "/maps/ice.avl");
+    click("Clear_Closed");
+    EXPECT_EQ(text("GIS_CLOSEDSTREETFILENAME"), "");
+    forms::setFileChooser({});
+}
+
+}  // namespace

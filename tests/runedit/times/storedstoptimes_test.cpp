@@ -1,0 +1,296 @@
+#include "runedit/times/storedstoptimes.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "generatedrun.h"
+#include "platform/base/error.h"
+#include "runedit/times/mdl_Time_Calc_Routines.h"
+#include "startup/base/session.h"
+#include "support/testdistrict.h"
+#include "support/testsession.h"
+
+namespace runedit {
+
+namespace {
+
+using base::Date;
+using base::Value;
+using data::DatabaseFile;
+using Times = std::vector<Date>;
+
+/// Runs on stored rows and on the work table of an empty district.
+class StoredTimes : public testing::Test {
+protected:
+    StoredTimes() {
+        session_.start(district_.configFolder());
+        startup::gErrorHandling = false;
+    }
+
+    /// Puts the stops on run "R1", or into the work table, a turn point before each and at the end.
+    void put(const std::vector<TimedStop>& stops, bool inWorkTable = false) {
+        inWorkTable_ = inWorkTable;
+        connection().Execute(inWorkTable ? "DELETE FROM Temp_Stop_TripType"
+                                         : "DELETE FROM STOP_TRIPTYPE");
+        for (std::size_t i = 0; i < stops.size(); ++i) {
+            add(turnPoint_, "DIRECTIONAL");
+            add(stops[i], i + 1 == stops.size() ? "SCHOOL" : "REGULAR");
+        }
+        add(turnPoint_, "DIRECTIONAL");
+    }
+
+    Date calculate(std::string& mode, Date& anchor, const std::string& run = " R1 ") {
+        return Calc_Times(mode, anchor, inWorkTable_, run);
+    }
+    Date calculate(const char* mode, Date anchor) {
+        std::string given = mode;
+        return calculate(given, anchor);
+    }
+
+    /// What stands in the rows that are timed.
+    std::vector<TimedStop> stored() {
+        ado::Recordset rows;
+        rows.Open(stopRowsSql(rows_(), TimeOrder::Forwards, "R1"), connection());
+        return readStops(rows);
+    }
+    Times times() {
+        Times result;
+        for (const TimedStop& stop : stored()) {
+            result.push_back(stop.time);
+        }
+        return result;
+    }
+
+    ado::Connection& connection() const {
+        return inWorkTable_ ? *startup::gcnRouteWrk : *startup::gcnRouting;
+    }
+    std::string log() const { return support::contentsOf(district_.progPath() + "log.txt"); }
+
+    support::TestDistrict district_;
+    support::TestSession session_;
+
+private:
+    [[nodiscard]] StopRows rows_() const {
+        return inWorkTable_ ? StopRows::Working : StopRows::Routing;
+    }
+
+    void add(const TimedStop& stop, const std::string& type) {
+        ++sequence_;
+        ado::Recordset row;
+        const auto set = [&](std::string_view name, const Value& value) { row[name].Value(value); };
+        const auto minutes = [](std::optional<float> given) {
+            return given ? Value(base::singleOf(static_cast<double>(*given))) : Value();
+        };
+        if (inWorkTable_) {
+            row.Open("SELECT * FROM Temp_Stop_TripType", connection());
+            row.AddNew();
+            set("ID", sequence_);
+            set("StopType", type);
+            set("StopID", *stop.stopId);
+        } else {
+            connection().Execute(
+                fmt::format("INSERT INTO STOP (INT_STOPID, STOPID, STOPTYPE) VALUES ({}, '{}', "
+                            "'{}')",
+                            sequence_, *stop.stopId, type));
+            row.Open("SELECT * FROM STOP_TRIPTYPE", connection());
+            row.AddNew();
+            set("INT_STOPID", sequence_);
+            set("RUN", "R1");
+        }
+        set("RUNSEQ", sequence_);
+        set("Load_Time", minutes(stop.loadMinutes));
+        set("time_tostop", minutes(stop.driveMinutes));
+        set("UPDATE_TIME", stop.updatesTime);
+        row.Update();
+    }
+
+    TimedStop turnPoint_{.stopId = "T", .loadMinutes = 50.0F, .driveMinutes = 60.0F};
+    bool inWorkTable_ = false;
+    int sequence_ = 0;
+};
+
+const std::vector<TimedStop> ThreeStops = {stop("A", 0.5F, 9), stop("B", 1, 10), stop("C", 2, 20)};
+std::string deletedLines() {
+    std::string lines;
+    for (const char* attempt : {"1", "2", "3"}) {
+        lines +=
+            "In Tarn, in Calc_Times received the 'Record Already Deleted Error' trying again "
+            "to update record this is the " +
+            std::string(attempt) + " attempt.\n";
+    }
+    return lines;
+}
+
+}  // namespace
+
+TEST_F(StoredTimes, AreReadByTheseStatements) {
+    const std::string working =
+        "Select * from Temp_Stop_TripType where Temp_Stop_TripType.StopType<>'DIRECTIONAL' ORDER "
+        "By Temp_Stop_TripType.RUNSEQ";
+    EXPECT_EQ(stopRowsSql(StopRows::Working, TimeOrder::Forwards, "R1"), working);
+    EXPECT_EQ(stopRowsSql(StopRows::Working, TimeOrder::Backwards, "R1"), working + " DESC");
+    const std::string routing =
+        "SELECT STOP.*, STOP_TRIPTYPE.* FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
+        "STOP_TRIPTYPE.INT_STOPID WHERE STOP.STOPTYPE<>'DIRECTIONAL' AND STOP_TRIPTYPE.RUN='R 1' "
+        "ORDER BY STOP_TRIPTYPE.RUNSEQ";
+    EXPECT_EQ(stopRowsSql(StopRows::Routing, TimeOrder::Forwards, " R 1 "), routing);
+    EXPECT_EQ(stopRowsSql(StopRows::Routing, TimeOrder::Backwards, " R 1 "), routing + " DESC");
+}
+
+TEST_F(StoredTimes, AreTheComputedOnesOnBothTables) {
+    RunGenerator generator(4);
+    for (const bool inWorkTable : {false, true}) {
+        for (int run = 0; run < 15; ++run) {
+            put(generator.stops(), inWorkTable);
+            const Date first = generator.time();
+            const Date last = calculate("START", first);
+            const Times expected = times();
+            EXPECT_EQ(expected.front(), first);
+            EXPECT_EQ(expected.back(), last);
+            connection().Execute(inWorkTable ? "UPDATE Temp_Stop_TripType SET TIME_AT_STOP = Null"
+                                             : "UPDATE STOP_TRIPTYPE SET TIME_AT_STOP = Null");
+            EXPECT_EQ(calculate("END", last), first);
+            EXPECT_EQ(times(), expected);
+            std::string mode = "Mid";
+            Date anchor = expected[expected.size() / 2];
+            EXPECT_EQ(calculate(mode, anchor), first);
+            EXPECT_EQ(mode, "End");
+            EXPECT_EQ(anchor, last);
+            EXPECT_EQ(times(), expected);
+        }
+    }
+}
+
+TEST_F(StoredTimes, TheMiddleMovesBothSidesAndNullIsMidnight) {
+    put(ThreeStops);
+    connection().Execute("UPDATE STOP_TRIPTYPE SET UPDATE_TIME = False WHERE RUNSEQ = 4");
+    connection().Execute("UPDATE STOP_TRIPTYPE SET TIME_AT_STOP = #1:00:00 AM# WHERE RUNSEQ <> 4");
+    std::string mode = "MID";
+    Date anchor;
+    EXPECT_EQ(calculate(mode, anchor), Date{-630}) << "the evening before";
+    EXPECT_EQ(times(), (Times{Date{-630}, Date{}, Date{1260}}));
+    ado::Recordset null;
+    null.Open("SELECT * FROM STOP_TRIPTYPE WHERE RUNSEQ = 4 AND TIME_AT_STOP Is Null",
+              connection());
+    EXPECT_TRUE(null.Eof()) << "the stop in the middle is written in any case";
+}
+
+TEST_F(StoredTimes, NothingToStartFromLeavesEverything) {
+    put({});
+    Date anchor = at(8, 0);
+    for (std::string mode : {"Start", "End", "MID"}) {
+        const std::string before = mode;
+        EXPECT_EQ(calculate(mode, anchor), at(8, 0)) << "a run of turn points only";
+        EXPECT_EQ(mode, before);
+    }
+    put(ThreeStops);
+    std::string mode = "MID";
+    EXPECT_EQ(calculate(mode, anchor), at(8, 0));
+    EXPECT_EQ(mode, "MID");
+    EXPECT_EQ(anchor, at(8, 0));
+    EXPECT_EQ(times(), Times(3));
+    mode = "MIDDLE";
+    EXPECT_THROW(calculate(mode, anchor), base::RunTimeError);
+    put({ThreeStops[0]});
+    EXPECT_EQ(calculate("End", at(8, 0)), at(8, 0));
+    EXPECT_EQ(times(), Times{at(8, 0)});
+}
+
+TEST_F(StoredTimes, ARepeatedStopLosesItsMinutesInTheTable) {
+    put({stop("A", 1, 0), stop("B", 2, 3), stop("B", 4, 5), stop("C", 6, 7)});
+    connection().Execute(
+        "UPDATE STOP_TRIPTYPE SET UPDATE_TIME = False, LOAD_TIME = Null WHERE RUNSEQ = 6");
+    EXPECT_EQ(calculate("Start", at(8, 0)), at(8, 11));
+    EXPECT_EQ(times(), (Times{at(8, 0), at(8, 4), Date{}, at(8, 11)}));
+    EXPECT_EQ(stored()[2].loadMinutes, 0);
+    EXPECT_EQ(stored()[2].driveMinutes, 0);
+    EXPECT_EQ(calculate("End", at(8, 11)), at(8, 3));
+}
+
+TEST_F(StoredTimes, EveryRowIsWrittenWhereTheColumnIsMissing) {
+    put(ThreeStops);
+    startup::gcnRouting->Close();
+    district_.sql(DatabaseFile::Routing, "UPDATE STOP_TRIPTYPE SET UPDATE_TIME = 0");
+    district_.sql(DatabaseFile::Routing, "ALTER TABLE STOP_TRIPTYPE DROP COLUMN UPDATE_TIME");
+    startup::gcnRouting->Open(district_.path(DatabaseFile::Routing));
+    calculate("Start", at(8, 0));
+    EXPECT_EQ(times(), (Times{at(8, 0), at(8, 10, 30), at(8, 31, 30)}));
+}
+
+TEST_F(StoredTimes, NullMinutesAreReportedAndNothingIsWritten) {
+    put(ThreeStops);
+    connection().Execute("UPDATE STOP_TRIPTYPE SET LOAD_TIME = Null WHERE RUNSEQ = 6");
+    startup::gErrorHandling = true;
+    EXPECT_THROW(calculate("Start", at(8, 0)), base::EndProgram);
+    ASSERT_EQ(session_.boxes.shown.size(), 1U);
+    EXPECT_EQ(session_.boxes.shown[0].text,
+              "The following error has occurred in procedure: \nCalc_Times of Module: "
+              "mdl_Time_Calc_Routines.\n\nError (94) Invalid use of Null");
+    session_.start(district_.configFolder());
+    EXPECT_EQ(times(), Times(3));
+    EXPECT_EQ(log(), "");
+}
+
+TEST_F(StoredTimes, ARowThatAnotherProgramDeletedIsTriedThreeTimesMore) {
+    put(ThreeStops);
+    ado::Recordset rows;
+    rows.Open(stopRowsSql(StopRows::Routing, TimeOrder::Forwards, "R1"), connection(),
+              ado::CursorType::Dynamic);
+    const auto computed = timesFrom(readStops(rows), TimeOrder::Forwards, at(8, 0));
+    district_.sql(DatabaseFile::Routing, "DELETE FROM STOP_TRIPTYPE WHERE RUNSEQ = 4");
+    std::string lines;
+    try {
+        writeStops(rows, computed.writes, [&](const std::string& line) { lines += line + '\n'; });
+        FAIL() << "the row is gone";
+    } catch (const base::RunTimeError& error) {
+        EXPECT_EQ(error.number(), ado::errors::RecordDeleted);
+    }
+    rows.Close();
+    EXPECT_EQ(lines, deletedLines());
+    EXPECT_EQ(times(), (Times{at(8, 0), Date{}})) << "what was written before stays";
+}
+
+/// Every written time takes the run's next row away.
+class VanishingRows : public StoredTimes {
+protected:
+    VanishingRows() {
+        put(ThreeStops);
+        startup::gcnRouting->Close();
+        district_.sql(DatabaseFile::Routing,
+                      "CREATE TRIGGER t AFTER UPDATE OF TIME_AT_STOP ON STOP_TRIPTYPE BEGIN DELETE"
+                      " FROM STOP_TRIPTYPE WHERE RUNSEQ = NEW.RUNSEQ + 2; END");
+        startup::gcnRouting->Open(district_.path(DatabaseFile::Routing));
+    }
+};
+
+TEST_F(VanishingRows, AreLoggedAndReported) {
+    startup::gErrorHandling = true;
+    EXPECT_THROW(calculate("Start", at(8, 0)), base::EndProgram);
+    EXPECT_EQ(log(), deletedLines());
+    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+}
+
+TEST_F(VanishingRows, LeaveTheOthersWrittenAsOneUnit) {
+    ado::Connection other;
+    other.Open(district_.path(DatabaseFile::Routing));
+    const auto timed = [&] {
+        ado::Recordset rows;
+        rows.Open("SELECT * FROM STOP_TRIPTYPE WHERE RUN='R1' AND TIME_AT_STOP Is Not Null", other,
+                  ado::CursorType::Static);
+        return rows.RecordCount();
+    };
+    std::string mode = "Start";
+    Date anchor = at(8, 0);
+    int retries = 0;
+    const auto whileWriting = [&](const std::string&) {
+        ++retries;
+        EXPECT_EQ(timed(), 0);
+    };
+    EXPECT_THROW(
+        timeStoredStops({connection(), StopRows::Routing, "R1"}, mode, anchor, whileWriting),
+        base::RunTimeError);
+    EXPECT_EQ(retries, 3);
+    EXPECT_EQ(timed(), 1);
+}
+
+}  // namespace runedit

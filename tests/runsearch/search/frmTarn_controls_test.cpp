@@ -1,0 +1,206 @@
+#include <QHeaderView>
+#include <QTest>
+#include <set>
+
+#include "formfixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+int columnOf(const controls::MultiColumnList& list, const QString& caption) {
+    for (int column = 0; column < list.model()->columnCount(); ++column) {
+        if (list.model()->headerData(column, Qt::Horizontal).toString() == caption) {
+            return column;
+        }
+    }
+    return -1;
+}
+
+TEST_F(FormTest, EnablesTheRouteCombosOnlyWithRouting) {
+    const auto combos = {"cmbRoute", "cmbEmployee", "cmbVehicle", "cmbAid"};
+    for (const auto* name : combos) {
+        EXPECT_FALSE(isEnabled(name)) << name;
+    }
+    check("UseRoute");
+    for (const auto* name : combos) {
+        EXPECT_TRUE(isEnabled(name)) << name;
+    }
+    type("cmbEmployee", "12");
+    form().cmbEmployee_LostFocus();
+    type("cmbRoute", "R1");
+    EXPECT_EQ(label("EmpName"), "Smith, Ann");
+    check("UseRoute", false);
+    EXPECT_EQ(label("EmpName"), "");
+    for (const auto* name : combos) {
+        EXPECT_FALSE(isEnabled(name)) << name;
+        EXPECT_EQ(combo(name).text(), "") << name;
+        EXPECT_GT(combo(name).count(), 0) << name;
+    }
+}
+
+TEST_F(FormTest, NamesDriverVehicleAndAidBesideTheirCombos) {
+    check("UseRoute");
+    combo("cmbVehicle").setCurrentIndex(0);
+    form().cmbVehicle_Click();
+    EXPECT_EQ(label("VehDescription"), "Bus 7");
+    type("cmbAid", "7");
+    form().cmbAid_LostFocus();
+    EXPECT_EQ(label("AidName"), "Adams, Bo");
+    type("cmbAid", " ");
+    form().cmbAid_LostFocus();
+    EXPECT_EQ(label("AidName"), "");
+}
+
+TEST_F(FormTest, LetsOneKindOfStopSearchExcludeTheOther) {
+    check("SearchStops");
+    check("Search_Stops_TripType");
+    EXPECT_FALSE(control<QAbstractButton>("SearchStops").isChecked());
+    check("SearchStops");
+    EXPECT_FALSE(control<QAbstractButton>("Search_Stops_TripType").isChecked());
+    click("cmdReset");
+    EXPECT_TRUE(control<QAbstractButton>("SearchStops").isChecked());
+}
+
+TEST_F(FormTest, TakesTheClickedRunAsTheChosenOne) {
+    found();
+    form().show();
+    auto& runs = list("RunList");
+    QTest::mouseClick(runs.viewport(), Qt::LeftButton, {},
+                      runs.visualRect(runs.model()->index(2, 0)).center());
+    EXPECT_EQ(control<QLineEdit>("Tarn").text().toStdString(), runs.cellText(2, 0));
+    click("SelectAll");
+    EXPECT_EQ(runs.selectedCount(), 4);
+    EXPECT_EQ(label("SelectedCount"), "4 selected");
+}
+
+TEST_F(FormTest, SortsTimesAndNumbersByWhatTheyAre) {
+    found();
+    auto& runs = list("RunList");
+    form().show();
+    const auto clickHeader = [&](const char* caption) {
+        auto& header = *runs.header();
+        const int column = columnOf(runs, caption);
+        runs.scrollTo(runs.model()->index(0, column));
+        const QPoint middle(header.sectionViewportPosition(column) + header.sectionSize(column) / 2,
+                            header.height() / 2);
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, middle);
+    };
+    clickHeader("Bell Time");
+    EXPECT_EQ(runs.cellText(0, 0), "103-PM");
+    EXPECT_EQ(runs.cellText(1, 4), "12:15 AM");
+    EXPECT_EQ(runs.cellText(3, 4), "03:00 PM");
+    EXPECT_EQ(runs.sortOrder(), Qt::AscendingOrder);
+    clickHeader("Total Miles");
+    clickHeader("Total Miles");
+    EXPECT_EQ(runs.cellText(0, 10), "12.5");
+    EXPECT_EQ(runs.cellText(1, 10), "9");
+    found();
+    EXPECT_EQ(runs.sortColumn(), -1);
+}
+
+TEST_F(FormTest, ResetsEverythingToTheStart) {
+    type("RunId", "1");
+    type("Start_BegTime", "07:00 AM");
+    type("cmbLOCCODE", "NORTH");
+    select("lstSchool", {0});
+    check("UseRoute");
+    check("NeedResolve");
+    found();
+    control<QTabWidget>("RunTab").setCurrentIndex(1);
+    click("cmdReset");
+    EXPECT_EQ(control<QTabWidget>("RunTab").currentIndex(), 0);
+    EXPECT_EQ(label("TotSel"), "");
+    EXPECT_EQ(list("RunList").model()->columnCount(), 0);
+    EXPECT_EQ(list("lstSchool").selectedCount(), 0);
+    EXPECT_EQ(control<QTabWidget>("RunTab").tabText(0), "Run and Times");
+    EXPECT_EQ(found().size(), 4U);
+    EXPECT_EQ(list("RunList").model()->columnCount(), 15);
+}
+
+TEST_F(FormTest, CountsCriteriaOnTheTabsThatHoldThem) {
+    auto& tabs = control<QTabWidget>("RunTab");
+    type("RunId", "1");
+    type("Bell_BegTime", "7:00 am");
+    select("lstTripType", {0, 1});
+    EXPECT_EQ(tabs.tabText(0), "Run and Times (2)");
+    EXPECT_EQ(tabs.tabText(1), "Schools and Trip Types (1)");
+    EXPECT_EQ(tabs.tabText(2), "Route");
+    EXPECT_EQ(label("TripTypeCount"), "2 of 2");
+}
+
+TEST_F(FormTest, SearchesOnEnterAndF5) {
+    form().showForm();
+    auto& box = control<QLineEdit>("RunId");
+    QTest::keyClicks(&box, "101");
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(label("TotSel"), "1");
+    auto& time = control<controls::TimeBox>("Start_BegTime");
+    QTest::keyClicks(&time, "8:00");
+    QTest::keyClick(&time, Qt::Key_Enter);
+    EXPECT_EQ(label("TotSel"), "0");
+    time.clear();
+    auto& family = combo("cmbRunFamily");
+    QTest::keyClicks(&family, "REG");
+    QTest::keyClick(&family, Qt::Key_Return);
+    EXPECT_EQ(label("TotSel"), "1");
+    auto& schools = list("lstSchool");
+    QTest::keyClick(&schools, Qt::Key_Return);
+    EXPECT_EQ(label("TotSel"), "1");
+}
+
+TEST_F(FormTest, RepeatsTheSearchWhenAnotherFormChangedRuns) {
+    found();
+    list("RunList").choose(3);
+    district.sql(data::DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '103-PM'");
+    form().Form_Activate();
+    EXPECT_EQ(label("TotSel"), "4");
+    startup::RefreshRunList = true;
+    form().Form_Activate();
+    EXPECT_EQ(label("TotSel"), "3");
+    EXPECT_EQ(list("RunList").chosenRow(), 2);
+    EXPECT_FALSE(startup::RefreshRunList);
+}
+
+TEST_F(FormTest, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
+    found();
+    for (const auto* name : {"PrintIt", "TimeLine"}) {
+        EXPECT_FALSE(isEnabled(name)) << name;
+        EXPECT_THAT(control<QWidget>(name).toolTip().toStdString(), HasSubstr("Not available yet"));
+    }
+    EXPECT_TRUE(isEnabled("SelectAll"));
+    EXPECT_FALSE(control<QWidget>("Tarn").isVisibleTo(&form()));
+    EXPECT_FALSE(control<QWidget>("chkNew").isVisibleTo(&form()));
+}
+
+TEST_F(FormTest, HasNoAccessKeyTwiceOnATab) {
+    auto& tabs = control<QTabWidget>("RunTab");
+    for (int tab = 0; tab < tabs.count(); ++tab) {
+        tabs.setCurrentIndex(tab);
+        std::multiset<QString> keys;
+        for (auto* label : form().findChildren<QLabel*>()) {
+            if (label->buddy() && label->isVisibleTo(&form())) {
+                keys.insert(QKeySequence::mnemonic(label->text()).toString());
+            }
+        }
+        for (auto* button : form().findChildren<QAbstractButton*>()) {
+            if (button->isVisibleTo(&form())) {
+                keys.insert(QKeySequence::mnemonic(button->text()).toString());
+            }
+        }
+        keys.erase(QString());
+        EXPECT_EQ(std::set(keys.begin(), keys.end()).size(), keys.size()) << "tab " << tab;
+        EXPECT_GT(keys.size(), 17U);
+    }
+}
+
+TEST_F(FormTest, EndsTheProgramOnExitAndWhenClosed) {
+    click("Exit");
+    EXPECT_TRUE(forms::Application::instance().ending());
+    EXPECT_FALSE(startup::gcnRouting);
+    forms::Application::instance().startAfresh();
+    EXPECT_THROW((void)form().Form_QueryUnload(), base::EndProgram);
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "platform/ado/recordset.h"
+#include "platform/base/error.h"
+#include "startup/base/mdlDBConnection.h"
+#include "startup/base/session.h"
+#include "support/testdistrict.h"
+#include "support/testsession.h"
+
+namespace {
+
+using data::DatabaseFile;
+using support::contentsOf;
+
+class Databases : public testing::Test {
+protected:
+    [[nodiscard]] std::string startError() const {
+        EXPECT_THROW(session_.start(district_.configFolder()), base::EndProgram);
+        EXPECT_EQ(session_.boxes.shown.size(), 1U);
+        return session_.boxes.shown.empty() ? "" : session_.boxes.shown[0].text;
+    }
+    [[nodiscard]] static std::string firstText(const std::string& sql,
+                                               startup::ConnectionGlobal& connection) {
+        ado::Recordset rows;
+        rows.Open(sql, *connection);
+        return rows.Eof() ? "" : rows.Fields(0).asText();
+    }
+
+    support::TestDistrict district_;
+    support::TestSession session_;
+};
+
+TEST_F(Databases, OpenWhateverTheCaseOfTheirNamesAndSeeEachOthersTables) {
+    std::filesystem::rename(district_.path(DatabaseFile::Routing),
+                            district_.dataPath() + "ROUTING.MDB");
+    district_.insert(DatabaseFile::Trip, "EMPLOYEE",
+                     {{"EMPNUM", 12}, {"LASTNAME", "Smith"}, {"FIRSTNAME", "Ann"}});
+    session_.start(district_.configFolder());
+    const std::string sql = "SELECT EMPLOYEE.LASTNAME FROM EMPLOYEE";
+    EXPECT_EQ(firstText(sql, startup::gcnTrip), "Smith");
+    EXPECT_EQ(firstText(sql, startup::gcnRouting), "Smith");
+    EXPECT_EQ(startup::gcnQDSC->Provider(), "Microsoft.Jet.OLEDB.4.0");
+}
+
+TEST_F(Databases, AMissingFileIsReportedLoggedAndEndsTheProgram) {
+    std::filesystem::remove(district_.path(DatabaseFile::DeadCross));
+    const std::string text = startError();
+    EXPECT_NE(text.find("\nGetJetConnection of Module: mdlDBConnection.\n"), std::string::npos);
+    EXPECT_NE(text.find("DEADCROSS.mdb"), std::string::npos) << text;
+    EXPECT_NE(contentsOf(district_.progPath() + "Error.txt")
+                  .find("Current Operation: GetJetConnection of Module: mdlDBConnection."),
+              std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(district_.path(DatabaseFile::DeadCross)));
+    EXPECT_FALSE(startup::gcnRouting);
+    EXPECT_EQ(session_.forms.unloads, 1);
+}
+
+TEST_F(Databases, ADamagedFileAndOneOfAnotherKindAreReported) {
+    support::TemporaryFolder folder;
+    const std::string access("\0\1\0\0Standard Jet DB\0", 20);
+    for (const std::string& bytes : {std::string("no database at all"), access}) {
+        session_.boxes.shown.clear();
+        std::filesystem::remove(district_.path(DatabaseFile::QDSC));
+        folder.write("file", bytes);
+        std::filesystem::copy(folder.path() + "file", district_.path(DatabaseFile::QDSC));
+        EXPECT_NE(startError().find("ZBQDSC1.mdb"), std::string::npos);
+        EXPECT_EQ(contentsOf(district_.path(DatabaseFile::QDSC)), bytes);
+    }
+}
+
+TEST_F(Databases, WithErrorHandlingOffAMissingFileIsAPlainError) {
+    district_.writeIniWithErrorHandling("False");
+    std::filesystem::remove(district_.path(DatabaseFile::Trip));
+    EXPECT_THROW(session_.start(district_.configFolder()), base::RunTimeError);
+    EXPECT_TRUE(session_.boxes.shown.empty());
+}
+
+TEST_F(Databases, ShutDownKeepsWhatAnOpenUnitOfWorkHadWritten) {
+    session_.start(district_.configFolder());
+    const auto faultInsideAUnit = [] {
+        const ado::UnitOfWork unit(*startup::gcnRouting);
+        startup::gcnRouting->Execute("INSERT INTO LOCCODE (LOCCODE) VALUES ('N')");
+        startup::ShutDown();
+    };
+    EXPECT_THROW(faultInsideAUnit(), base::EndProgram);
+    EXPECT_FALSE(startup::gcnRouting);
+    session_.start(district_.configFolder());
+    EXPECT_EQ(firstText("SELECT LOCCODE.LOCCODE FROM LOCCODE", startup::gcnRouting), "N");
+}
+
+TEST_F(Databases, ShutDownSkipsWhatIsNotOpenAndUsingAReleasedConnectionIsARunTimeError) {
+    EXPECT_THROW(startup::ShutDown(), base::EndProgram);
+    session_.start(district_.configFolder());
+    startup::gcnTrip->Close();
+    EXPECT_THROW(startup::ShutDown(), base::EndProgram);
+    EXPECT_EQ(session_.forms.unloads, 2);
+    EXPECT_TRUE(session_.boxes.shown.empty());
+    try {
+        startup::gcnTrip->Execute("DELETE FROM EMPLOYEE");
+        FAIL() << "no error";
+    } catch (const base::RunTimeError& error) {
+        EXPECT_EQ(error.number(), base::errors::ObjectNotSet);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,262 @@
+#include <filesystem>
+#include <string>
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "platform/ado/connection.h"
+#include "platform/base/error.h"
+#include "platform/store/database.h"
+#include "startup/base/applicationinfo.h"
+#include "startup/base/cErrorHandler.h"
+#include "support/testsession.h"
+
+namespace {
+
+using startup::cErrorHandler;
+using support::contentsOf;
+
+int numberOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const base::RunTimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+class ErrorHandler : public testing::Test {
+protected:
+    void SetUp() override { handler_.Destination(log_); }
+
+    void handle(int number, const std::string& text) {
+        try {
+            throw base::RunTimeError(number, text);
+        } catch (const base::RunTimeError&) {
+            handler_.HandleError();
+        }
+    }
+    [[nodiscard]] std::string trace() const {
+        return contentsOf(session_.programFolder.path() + "/trace.log");
+    }
+
+    support::TestSession session_;
+    support::TemporaryFolder folder_;
+    const std::string log_ = folder_.path() + "/Error.txt";
+    cErrorHandler handler_;
+};
+
+TEST_F(ErrorHandler, WritesTheLogToTheLetter) {
+    handler_.CurrentOperation("cmdSearch_Click of Module: frmTarn.");
+    handle(-2147217900, "Syntax error");
+    const startup::ApplicationInfo& app = startup::applicationInfo();
+    EXPECT_EQ(contentsOf(log_),
+              fmt::format("Vireo Routing - Tarn Application Error Information\n"
+                          "====================================\n"
+                          "Current Time   : 1/31/2026 8:05:09 AM\n"
+                          "Error String   : Syntax error\n"
+                          "Error Number   : -2147217900\n"
+                          "Error Line     : 0\n"
+                          "Error Procedure: \n"
+                          "\n"
+                          "Procedure Stack\n"
+                          "---------------\n"
+                          "\n"
+                          "Current Operation: cmdSearch_Click of Module: frmTarn.\n"
+                          "\n"
+                          "Additional Information\n"
+                          "----------------------\n"
+                          "Current Directory: {}\n"
+                          "App Title: Tarn\n"
+                          "App CompanyName: Vireo\n"
+                          "App Major: {}\n"
+                          "App Minor: {}\n"
+                          "App Revision: {}\n"
+                          "App Path: {}\n"
+                          "App ProductName: Vireo Routing\n",
+                          std::filesystem::current_path().string(), app.major, app.minor,
+                          app.revision, app.path));
+}
+
+TEST_F(ErrorHandler, KeepsOnlyTheLatestErrorAndEndsAfterTheStackWithoutExpandedInfo) {
+    folder_.write("error.TXT", "an older one");
+    handler_.IncludeExpandedInfo(false);
+    handle(9, std::string(300, 'x'));
+    handle(13, std::string(300, 'y'));
+    const std::string text = contentsOf(log_);
+    EXPECT_TRUE(text.ends_with("---------------\n\n"));
+    EXPECT_NE(text.find("Error String   : " + std::string(255, 'y') + "\n"), std::string::npos);
+    EXPECT_EQ(text.find('x'), std::string::npos);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
+}
+
+TEST_F(ErrorHandler, ShowsTheMessageUnlessToldNotTo) {
+    handler_.CurrentOperation("Main of Module: RunStartup.");
+    handle(53, "File not found");
+    handler_.DisplayMsgOnError(false);
+    handle(53, "File not found");
+    ASSERT_EQ(session_.boxes.shown.size(), 1U);
+    const base::MsgRequest& box = session_.boxes.shown[0];
+    EXPECT_EQ(box.text,
+              "The following error has occurred in procedure: \nMain of Module: RunStartup.\n\n"
+              "Error (53) File not found");
+    EXPECT_EQ(box.title, "Vireo Routing - Tarn");
+    EXPECT_EQ(box.icon, base::MsgIcon::Critical);
+    EXPECT_EQ(box.buttons, base::MsgButtons::Ok);
+}
+
+TEST_F(ErrorHandler, AListenerCanCancelTheReport) {
+    std::string order;
+    handler_.beforeReport = [&](bool& cancel) {
+        order += "before ";
+        cancel = true;
+    };
+    handler_.afterReport = [&] { order += "after"; };
+    handle(53, "File not found");
+    EXPECT_EQ(order, "before after");
+    EXPECT_TRUE(session_.boxes.shown.empty());
+    EXPECT_FALSE(std::filesystem::exists(log_));
+}
+
+TEST_F(ErrorHandler, ALogThatCannotBeWrittenStillShowsTheError) {
+    handler_.Destination(folder_.path() + "missing/Error.txt");
+    handle(53, "File not found");
+    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+}
+
+TEST_F(ErrorHandler, ShowsTheStackWithItsDepthAndNamesItsTop) {
+    handler_.IncludeExpandedInfo(false);
+    handler_.Push("Outer");
+    handler_.Push("Gone");
+    handler_.Pop();
+    handler_.Push("Inner");
+    handle(6, "Overflow");
+    const std::string text = contentsOf(log_);
+    EXPECT_NE(text.find("Error Procedure: Inner\n"), std::string::npos);
+    EXPECT_NE(text.find("---------------\n01  Outer\n02    Inner\n\n"), std::string::npos);
+    EXPECT_EQ(trace(), "Outer\nGone\nInner\n");
+}
+
+TEST_F(ErrorHandler, ThePushPastTheCapacityFails) {
+    for (int depth = 1; depth <= 100; ++depth) {
+        handler_.Push("P");
+    }
+    EXPECT_EQ(numberOf([&] { handler_.Push("P"); }), base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(numberOf([&] { handler_.Push("P"); }), base::errors::SubscriptOutOfRange);
+    handle(6, "Overflow");
+    for (int depth = 0; depth < 110; ++depth) {
+        handler_.Pop();
+    }
+    handler_.Push("Again");
+    handle(6, "Overflow");
+    EXPECT_NE(contentsOf(log_).find("01  Again\n"), std::string::npos);
+}
+
+TEST_F(ErrorHandler, ChangingTheCapacityEmptiesTheStack) {
+    handler_.Push("Lost");
+    handler_.MaxProcStackItems(1);
+    handler_.Push("First");
+    EXPECT_EQ(numberOf([&] { handler_.Push("Second"); }), base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(numberOf([&] { handler_.MaxProcStackItems(-3); }), base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(numberOf([&] { handler_.MaxProcStackItems(32766); }), base::errors::Overflow);
+    handle(6, "Overflow");
+    EXPECT_EQ(contentsOf(log_).find("Lost"), std::string::npos);
+}
+
+TEST_F(ErrorHandler, TracingStartsANewFileAndCanBeSwitchedOff) {
+    handler_.Push("Before");
+    handler_.TraceExecution(false);
+    handler_.Push("Untraced");
+    EXPECT_EQ(trace(), "Before\n");
+    handler_.TraceExecution(true);
+    handler_.Push("After");
+    EXPECT_EQ(trace(), "After\n");
+}
+
+TEST_F(ErrorHandler, RefusesAnyOtherDestination) {
+    const auto textOf = [&](const base::Value& value) {
+        try {
+            handler_.Destination(value);
+        } catch (const base::RunTimeError& error) {
+            EXPECT_EQ(error.number(), static_cast<int>(0x800403E8U));
+            return error.description();
+        }
+        return std::string();
+    };
+    EXPECT_EQ(textOf(12), "Invalid object type: 3");
+    EXPECT_EQ(textOf({}), "Invalid object type: 1");
+    EXPECT_EQ(textOf(true), "Invalid object type: 11");
+    EXPECT_EQ(textOf(base::Date{}), "Invalid object type: 7");
+    EXPECT_EQ(std::get<std::string>(handler_.Destination()), log_);
+}
+
+TEST_F(ErrorHandler, ClearLogDeletesTheFile) {
+    handle(6, "Overflow");
+    handler_.ClearLog();
+    EXPECT_FALSE(std::filesystem::exists(log_));
+    handler_.ClearLog();
+}
+
+TEST_F(ErrorHandler, AnErrorsTableThatIsNotSetIsNamedByClearLogOnly) {
+    handler_.Destination(static_cast<ado::Recordset*>(nullptr));
+    handle(6, "Overflow");
+    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+    try {
+        handler_.ClearLog();
+        FAIL() << "no error";
+    } catch (const base::RunTimeError& error) {
+        EXPECT_EQ(error.description(),
+                  "Error handler cannot write to the [Errors] errors table because the Destination "
+                  "recordset \nvariable has not been initialized.");
+    }
+}
+
+class ErrorsTable : public ErrorHandler {
+protected:
+    void SetUp() override {
+        using enum store::ColumnKind;
+        const std::string file = folder_.path() + "errors.mdb";
+        store::createFile(file)->create({.name = "Errors",
+                                         .columns = {{"ID", Counter, false},
+                                                     {"ErrorDate", Date},
+                                                     {"ErrorString", Text},
+                                                     {"ErrorNumber", Integer},
+                                                     {"ErrorLine", Integer},
+                                                     {"ErrorProc", Text},
+                                                     {"CallStack", Text},
+                                                     {"AdditionalInfo", Text}},
+                                         .key = {"ID"}});
+        connection_.Open(file);
+        table_.Open("SELECT * FROM Errors", connection_, ado::CursorType::Dynamic);
+        handler_.Destination(&table_);
+    }
+
+    ado::Connection connection_;
+    ado::Recordset table_;
+};
+
+TEST_F(ErrorsTable, GetsARowForEachErrorAndIsCleared) {
+    handler_.CurrentOperation("A of Module: B.");
+    handler_.Push("Outer");
+    handle(6, "Overflow");
+    handle(13, "Type mismatch");
+    ado::Recordset rows;
+    rows.Open("SELECT * FROM Errors ORDER BY ID", connection_, ado::CursorType::Static);
+    ASSERT_EQ(rows.RecordCount(), 2);
+    EXPECT_EQ(rows["ErrorDate"].Value(), base::Value(session_.clock.time));
+    EXPECT_EQ(rows["ErrorString"].asText(), "Overflow");
+    EXPECT_EQ(rows["ErrorNumber"].asInteger(), 6);
+    EXPECT_EQ(rows["ErrorLine"].asInteger(), 0);
+    EXPECT_EQ(rows["ErrorProc"].asText(), "Outer");
+    EXPECT_EQ(rows["CallStack"].asText(), "01  Outer\nCurrent Operation: A of Module: B.\n");
+    EXPECT_TRUE(rows["AdditionalInfo"].asText().starts_with("\nAdditional Information\n"));
+    rows.Close();
+
+    table_.Close();
+    table_.Open("SELECT * FROM Errors", connection_, ado::CursorType::Dynamic);
+    handler_.ClearLog();
+    rows.Open("SELECT * FROM Errors", connection_, ado::CursorType::Static);
+    EXPECT_EQ(rows.RecordCount(), 0);
+}
+
+}  // namespace

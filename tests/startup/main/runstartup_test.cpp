@@ -1,0 +1,166 @@
+#include "startup/main/RunStartup.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "platform/base/error.h"
+#include "platform/forms/application.h"
+#include "platform/forms/form.h"
+#include "platform/forms/formregistry.h"
+#include "startup/base/COSInfo.h"
+#include "startup/base/session.h"
+#include "support/smalldistrict.h"
+#include "support/testdistrict.h"
+#include "support/testsession.h"
+
+namespace {
+
+using data::DatabaseFile;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// Main as the program runs it: from the edge of the event loop.
+class RunStartup : public testing::Test {
+protected:
+    void SetUp() override {
+        application().startAfresh();
+        district_.addUser("ANN", "secret", {"RTG210"});
+        startup::COSInfo::useFolder(district_.configFolder());
+    }
+    void TearDown() override { application().startAfresh(); }
+
+    static forms::Application& application() { return forms::Application::instance(); }
+    static forms::Form* mainForm() { return forms::FormRegistry::instance().find("frmTarn"); }
+    static void run(const std::string& commandLine) {
+        application().guarded([&] { startup::Main(commandLine); });
+    }
+    [[nodiscard]] std::string box(std::size_t index) const {
+        return index < session_.boxes.shown.size() ? session_.boxes.shown[index].text : "(no box)";
+    }
+
+    support::TestDistrict district_;
+    support::TestSession session_;
+};
+
+TEST_F(RunStartup, AKnownUserGetsTheMainForm) {
+    support::fillSmall(district_);
+    run("ANN");
+    ASSERT_NE(mainForm(), nullptr) << box(0);
+    EXPECT_TRUE(mainForm()->isVisible());
+    EXPECT_FALSE(application().ending());
+    EXPECT_EQ(startup::gCommandLine, "ANN");
+    EXPECT_THAT(session_.processes.started, IsEmpty());
+    EXPECT_THAT(session_.boxes.shown, IsEmpty());
+}
+
+TEST_F(RunStartup, NobodyAndAnUnknownUserAreSentToTheLogonProgram) {
+    for (const char* user : {"", "   ", "NOBODY", "ANN -x"}) {
+        session_.processes.started.clear();
+        application().startAfresh();
+        startup::resetSession();
+        run(user);
+        EXPECT_THAT(session_.processes.started,
+                    ElementsAre(district_.progPath() + "Logon.Exe TARN"))
+            << user;
+        EXPECT_EQ(mainForm(), nullptr) << user;
+        EXPECT_TRUE(application().ending());
+        EXPECT_EQ(application().run(), 0);
+        EXPECT_EQ(startup::gCommandLine, user);
+    }
+    EXPECT_THAT(session_.boxes.shown, IsEmpty());
+}
+
+TEST_F(RunStartup, AFailedHandOverIsToldAndEndsTheProgram) {
+    session_.processes.failure = base::errors::FileNotFound;
+    run("");
+    EXPECT_THAT(box(0), HasSubstr("File not found"));
+    EXPECT_EQ(application().run(), 1);
+}
+
+TEST_F(RunStartup, WithoutAConfigurationFourKeysAreToldAndTheFirstDatabaseEndsTheProgram) {
+    std::filesystem::remove(district_.configFolder() + "/route.ini");
+    run("ANN");
+    ASSERT_EQ(session_.boxes.shown.size(), 5U);
+    EXPECT_THAT(box(3), HasSubstr("Error reading "));
+    EXPECT_THAT(box(4), HasSubstr("routing.mdb"));
+    EXPECT_EQ(application().run(), 1);
+}
+
+TEST_F(RunStartup, AnErrorSwitchThatIsNoBooleanEndsTheProgram) {
+    district_.writeIniWithErrorHandling("maybe");
+    run("ANN");
+    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+    EXPECT_THAT(box(0), HasSubstr("Type mismatch"));
+    EXPECT_EQ(application().run(), 1);
+}
+
+TEST_F(RunStartup, AMissingDatabaseIsReportedOnceAndEndsTheProgram) {
+    std::filesystem::remove(district_.path(DatabaseFile::RouteWrk));
+    run("ANN");
+    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+    EXPECT_THAT(box(0), HasSubstr("GetJetConnection of Module: mdlDBConnection."));
+    EXPECT_THAT(support::contentsOf(district_.progPath() + "Error.txt"), HasSubstr("RouteWrk.mdb"));
+    EXPECT_EQ(application().run(), 1);
+    EXPECT_EQ(mainForm(), nullptr);
+}
+
+TEST(CommandLine, IsTheArgumentsJoinedWithSingleBlanks) {
+    const std::array words = {"tarn", "ANN", "two  words", "-style", "x"};
+    EXPECT_EQ(startup::commandLineOf(static_cast<int>(words.size()), words.data()),
+              "ANN two  words -style x");
+    EXPECT_EQ(startup::commandLineOf(1, words.data()), "");
+}
+
+// Runs the program itself; its output ends in its exit status.
+std::string outputOf(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(
+        popen((command + " 2>&1; echo \"status $?\"").c_str(), "r"), pclose);
+    std::string output;
+    std::array<char, 4096> buffer{};
+    while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe.get()) != nullptr) {
+        output += buffer.data();
+    }
+    return output;
+}
+
+TEST(Program, WithoutADisplayItSaysSoAndEnds) {
+    const std::string output = outputOf(
+        "env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb "
+        "'" TARN_PROGRAM "' ANN");
+    EXPECT_THAT(output, HasSubstr("tarn: No window can be opened."));
+    EXPECT_THAT(output, testing::EndsWith("status 1\n"));
+}
+
+TEST(Program, HandsOverToTheLogonProgramWithExactlyOneArgument) {
+    const support::TestDistrict district;
+    const support::TemporaryFolder programs;
+    const std::string out = programs.path() + "out";
+    const std::string logon =
+        programs.write("Logon.Exe", "#!/bin/sh\n(printf '%s:' \"$#\" \"$@\") > '" + out + "'\n");
+    std::filesystem::permissions(logon, std::filesystem::perms::owner_all);
+    std::filesystem::copy(district.path(DatabaseFile::RouteWrk), programs.path());
+    district.writeIniWithProgPath(programs.path());
+    const std::string output = outputOf("XDG_CONFIG_HOME='" + district.folder() +
+                                        "' QT_QPA_PLATFORM=offscreen '" TARN_PROGRAM "' NOBODY");
+    EXPECT_THAT(output, testing::EndsWith("status 0\n"));
+    for (int tries = 0; tries < 500 && support::contentsOf(out).empty(); ++tries) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(support::contentsOf(out), "1:TARN:");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleMock(&argc, argv);
+    forms::Application application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,152 @@
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tools/district/check/checks.h"
+#include "tools/district/make/madedistrict.h"
+
+namespace tools::district {
+
+namespace {
+
+using data::DatabaseFile;
+using testing::HasSubstr;
+
+std::string reportOf(const Folders& folders) {
+    Progress progress;
+    return checkDistrict(folders, progress).text();
+}
+
+/// A statement that does damage, and what the check says about it.
+struct Damage {
+    DatabaseFile file;
+    const char* sql;
+    const char* said;
+};
+
+const std::vector<Damage>& damages() {
+    constexpr auto Routing = DatabaseFile::Routing;
+    constexpr auto Trip = DatabaseFile::Trip;
+    constexpr auto Cross = DatabaseFile::DeadCross;
+    constexpr auto Users = DatabaseFile::QDSC;
+    static const std::vector<Damage> all = {
+        {Routing, "UPDATE RUN SET SCHOOL = 'X' WHERE RUN = 'A000001'",
+         "Runs of an unknown school (RUN.SCHOOL): 1, such as X."},
+        {Routing, "UPDATE RUN SET INT_ROUTEID = 99 WHERE RUN IN ('A000001', 'A000002')",
+         "Runs on a route that does not exist (RUN.INT_ROUTEID): 2, such as 99."},
+        {Routing, "UPDATE RUN SET VEHTYPE = 'TANK' WHERE RUN = 'A000001'",
+         "Runs of an unknown vehicle type (RUN.VEHTYPE): 1"},
+        {Routing, "UPDATE RUN SET RUN = 'A#1' WHERE RUN = 'A000001'",
+         "Run ids that are blank or hold one of # % * ' / \\ \": 1, such as A#1."},
+        {Routing, "UPDATE RUN SET RUN = 'A\\1' WHERE RUN = 'A000001'",
+         "Run ids that are blank or hold one of # % * ' / \\ \": 1"},
+        {Routing, "UPDATE RUN SET BELLTIME = '08:00' WHERE RUN = 'A000001'",
+         "Date-times that are none, or not at whole seconds (RUN.BELLTIME): 1, such as \"08:00\" "
+         "in the row of \"A000001\"."},
+        {Routing, "UPDATE RUN SET STARTTIME = '1899-12-30 08:00:00.5' WHERE RUN = 'A000001'",
+         "Date-times that are none, or not at whole seconds (RUN.STARTTIME): 1"},
+        {Routing, "UPDATE RUN SET Capacity = 'Huge' WHERE RUN = 'A000001'",
+         "Runs whose capacity is none of High, Medium, Low: 1"},
+        {Routing, "UPDATE RUN SET TOTAL_MILES = -3 WHERE RUN = 'A000001'",
+         "Runs with a total that cannot be: 1"},
+        {Routing, "UPDATE RUN SET DEADHEAD_AFTER_TIME = -7 WHERE RUN = 'A000001'",
+         "Runs with a dead-head figure that cannot be: 1"},
+        {Routing, "UPDATE STOP_TRIPTYPE SET RUN = 'GONE' WHERE ID = 1",
+         "Stop trips on a run that does not exist (STOP_TRIPTYPE.RUN): 1, such as GONE."},
+        {Routing, "UPDATE STOP_TRIPTYPE SET INT_STOPID = 999999 WHERE ID = 1",
+         "Stop trips of a stop that does not exist (STOP_TRIPTYPE.INT_STOPID): 1"},
+        {Routing, "UPDATE STOP_TRIPTYPE SET RUNSEQ = 2 WHERE ID = 1",
+         "Runs with two stops at the same place of the sequence: 1, such as A000001."},
+        {Routing, "UPDATE STOP_TRIPTYPE SET RUN = ' ' WHERE ID = 1",
+         "Stop trips on no run that still have a sequence: 1, such as 1."},
+        {Routing, "UPDATE STOP_TRIPTYPE SET LOAD_TIME = NULL WHERE ID = 1",
+         "Stop trips without load or driving time: 1"},
+        {Routing, "UPDATE STOP_TRIPTYPE SET TIME_TOSTOP = 'far' WHERE ID = 1",
+         "Numbers that are none (STOP_TRIPTYPE.TIME_TOSTOP): 1, such as \"far\""},
+        {Routing,
+         "INSERT INTO STOP_TRIPTYPE (INT_STOPID, TRIPTYPE) SELECT INT_STOPID, TRIPTYPE"
+         " FROM STOP_TRIPTYPE WHERE ID = 1",
+         "Stops that have two records of one trip type: 1"},
+        {Routing, "UPDATE STOP SET STOPID = '000004' WHERE INT_STOPID = 5",
+         "Stop ids that more than one stop has: 1, such as 000004."},
+        {Routing, "DELETE FROM STUDENT WHERE INT_STUID = 1",
+         "Rides of a student who does not exist (STU_ADDR_TRIPTYPE.INT_STUID): 2, such as 1."},
+        {Routing, "UPDATE RUNLOG SET ACTIVITYCODE = 4 WHERE ID = 1",
+         "Log entries of an unknown activity (RUNLOG.ACTIVITYCODE): 1, such as 4."},
+        {Routing, "INSERT INTO SYSTEM DEFAULT VALUES",
+         "Tables that must hold exactly one row: 1, such as SYSTEM with 2."},
+        {Routing, "DROP TABLE RUNDIR", "Missing tables: 1, such as RUNDIR (routing.mdb)."},
+        {Routing, "ALTER TABLE RUN DROP COLUMN monday", "Missing columns: 1, such as RUN.monday."},
+        {Trip, "DELETE FROM EMPLOYEE", "Routes with an unknown driver (ROUTE.EMPNUM): "},
+        {Trip, "UPDATE VEHTYPE SET LOW = 99 WHERE VEHTYPE = 'BUS66'",
+         "Vehicle types with seats that cannot be: 1, such as BUS66."},
+        {Cross,
+         "INSERT INTO DEADHEAD_CROSS SELECT DEST_INT_STOPID, ENDPOINT_INT_STOPID, 1, 1"
+         " FROM DEADHEAD_CROSS LIMIT 1",
+         "Dead-head ways that stand more than once: 1"},
+        {Cross, "UPDATE DEADHEAD_CROSS SET TRAVEL_MINUTES = -1 WHERE rowid = 1",
+         "Dead-head ways that cannot be: 1"},
+        {Users, "DELETE FROM QDSCPP WHERE PERM = 'RTG210'",
+         "Users with more rights than there are permission points: 2, such as CLERK; PLANNER."},
+        {Users, "DELETE FROM QDSCU WHERE QDSC1 = 'CLERK'",
+         "Rights of an unknown user (QDSCU_PP.QDSC1): 6, such as CLERK."}};
+    return all;
+}
+
+}  // namespace
+
+TEST(Check, FindsEveryKindOfDamage) {
+    const MadeDistrict made(10);
+    const support::TemporaryFolder copies;
+    int number = 0;
+    for (const Damage& damage : damages()) {
+        const Folders folders{copies.path() + std::to_string(++number)};
+        std::filesystem::copy(made.folder(), folders.root,
+                              std::filesystem::copy_options::recursive);
+        store::open(folders.database(damage.file).string())->execute(damage.sql);
+        EXPECT_THAT(reportOf(folders), HasSubstr(damage.said)) << damage.sql;
+    }
+}
+
+TEST(Check, FindsWhatFilesOfOtherToolsDoNotGuard) {
+    const MadeDistrict made(4);
+    const auto trip = made.open(DatabaseFile::Trip);
+    for (const char* sql :
+         {"DROP TABLE VEHICLE", "CREATE TABLE VEHICLE (VEHICLE TEXT, VEHDESC TEXT, VEHTYPE TEXT)",
+          "INSERT INTO VEHICLE VALUES ('1001', 'Bus', 'BUS54 ')",
+          "INSERT INTO VEHICLE VALUES ('1001', 'Bus', 'BUS54')"}) {
+        trip->execute(sql);
+    }
+    const std::string report = reportOf(made.folders());
+    EXPECT_THAT(report, HasSubstr("Keys that stand more than once in VEHICLE: 1, such as 1001."));
+    EXPECT_THAT(report, HasSubstr("Codes that are no text or end in blanks (VEHICLE.VEHTYPE): 1, "
+                                  "such as \"BUS54 \" in the row of \"1001\"."));
+}
+
+TEST(Check, SaysWhichFileCannotBeOpenedAndGoesOn) {
+    const MadeDistrict made(4);
+    std::filesystem::remove(made.folders().database(DatabaseFile::DeadCross));
+    std::ofstream(made.folders().database(DatabaseFile::QDSC)) << "no database at all";
+    made.execute(DatabaseFile::Routing, "DELETE FROM District");
+    const std::string report = reportOf(made.folders());
+    EXPECT_THAT(report, HasSubstr("Database files that cannot be opened: 2, such as "));
+    EXPECT_THAT(report, HasSubstr("District with 0"));
+    std::filesystem::remove(made.folders().database(DatabaseFile::Routing));
+    EXPECT_THAT(reportOf(made.folders()), HasSubstr("Looked at 0 rows in 0 tables: "));
+}
+
+TEST(Check, FindsSettingsAstrayAndOpenFiles) {
+    const MadeDistrict made(4);
+    const Folders moved{made.folder() + "-moved"};
+    std::filesystem::rename(made.folder(), moved.root);
+    std::filesystem::permissions(moved.database(DatabaseFile::Routing),
+                                 std::filesystem::perms::others_read,
+                                 std::filesystem::perm_options::add);
+    const std::string report = reportOf(moved);
+    EXPECT_THAT(report, HasSubstr("Folders that the settings do not name: 3, such as "));
+    EXPECT_THAT(report, HasSubstr("Files and folders that others than their owner can read: 1"));
+}
+
+}  // namespace tools::district

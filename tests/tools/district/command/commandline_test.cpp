@@ -1,0 +1,173 @@
+#include "tools/district/command/commandline.h"
+
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/password/password.h"
+#include "tools/district/make/companions.h"
+#include "tools/district/make/madedistrict.h"
+
+namespace tools::district {
+
+namespace {
+
+using testing::HasSubstr;
+
+struct Outcome {
+    ExitStatus status;
+    std::string out;
+    std::string complaints;
+};
+
+Outcome run(const std::vector<std::string>& words, const std::string& input = {}) {
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream complaints;
+    const ExitStatus status = runCommand(words, in, out, complaints);
+    return {status, out.str(), complaints.str()};
+}
+
+class Sql : public testing::Test {
+protected:
+    [[nodiscard]] Outcome sql(const std::string& statement) const {
+        return run({"sql", routing_, statement});
+    }
+
+    MadeDistrict made_{4};
+    std::string routing_ = made_.folders().database(data::DatabaseFile::Routing).string();
+};
+
+}  // namespace
+
+TEST_F(Sql, PrintsRowsAsATable) {
+    made_.execute(
+        data::DatabaseFile::Routing,
+        "UPDATE RUN SET INT_ROUTEID = NULL, COMMENT = 'a' || char(9) || 'b\\c' || char(10)"
+        " WHERE RUN = 'A000001'");
+    const Outcome rows =
+        sql("SELECT RUN.RUN, RUN.PICKUP, RUN.INT_ROUTEID, RUN.COMMENT FROM RUN"
+            " WHERE RUN.RUN = 'a000001 ';");
+    EXPECT_EQ(rows.out, "RUN\tPICKUP\tINT_ROUTEID\tCOMMENT\nA000001\tTrue\t\ta\\tb\\\\c\\n\n");
+    EXPECT_EQ(rows.status, ExitStatus::Done);
+}
+
+TEST_F(Sql, SeesTheVehicleTypesOfItsDistrict) {
+    EXPECT_EQ(sql("SELECT VehType.VTypDesc FROM VehType WHERE VehType.VEHTYPE='VAN8'").out,
+              "VTYPDESC\nVan, 8 seats\n");
+}
+
+TEST_F(Sql, RunsLinesUntilOneFails) {
+    const Outcome outcome = run({"sql", routing_},
+                                "-- two changes\n"
+                                "\n"
+                                "UPDATE RUN SET RUN.COMMENT='seen' WHERE RUN.RUN='A000001'\n"
+                                "UPDATE RUN SET RUN.COMENT='seen'\n"
+                                "DELETE FROM RUNLOG\n");
+    EXPECT_EQ(outcome.out, "1 row changed\n");
+    EXPECT_THAT(outcome.complaints, testing::StartsWith("line 4: "));
+    EXPECT_THAT(outcome.complaints, HasSubstr("COMENT"));
+    EXPECT_EQ(outcome.status, ExitStatus::Failed);
+    EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUN WHERE COMMENT = 'seen'"), 1);
+    EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUNLOG"), 200);
+}
+
+TEST_F(Sql, ChecksEveryLineWithoutRunningAny) {
+    const Outcome outcome = run({"sql", "--check", routing_},
+                                "DELETE FROM RUNLOG\n"
+                                "SELECT * FROM RUN; DELETE FROM RUN\n"
+                                "SELECT RUN.RUN FROM RUN\n");
+    EXPECT_THAT(outcome.out, testing::StartsWith("line 1: understood\n"
+                                                 "line 2: not understood at position 20: "));
+    EXPECT_THAT(outcome.out, testing::EndsWith("line 3: understood\n"));
+    EXPECT_EQ(outcome.status, ExitStatus::Failed);
+    EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUNLOG"), 200);
+    EXPECT_EQ(run({"sql", "--check", routing_}, "SELECT RUN.RUN FROM RUN\n").status,
+              ExitStatus::Done);
+}
+
+TEST_F(Sql, SaysWhyAFileCannotBeOpened) {
+    const Outcome missing = run({"sql", made_.folder() + "/data/none.mdb", "SELECT 1"});
+    EXPECT_EQ(missing.status, ExitStatus::Failed);
+    EXPECT_THAT(missing.complaints, HasSubstr("none.mdb"));
+    const Outcome settings = run({"sql", made_.folders().settings().string(), "SELECT 1"});
+    EXPECT_EQ(settings.status, ExitStatus::Failed);
+    EXPECT_THAT(settings.complaints, HasSubstr("route.ini"));
+}
+
+TEST(CommandLine, MakesAndChecks) {
+    const support::TemporaryFolder folder;
+    const std::string district = folder.path() + "d";
+    EXPECT_EQ(run({"create", "--runs", "3", district, "--seed", "9"}).status, ExitStatus::Done);
+    const Outcome again = run({"create", district});
+    EXPECT_EQ(again.status, ExitStatus::Failed);
+    EXPECT_THAT(again.complaints, HasSubstr("There is a district in"));
+    EXPECT_EQ(run({"check", district}).status, ExitStatus::Done);
+    store::open(district + "/data/routing.mdb")->execute("DELETE FROM SYSTEM");
+    EXPECT_EQ(run({"check", district}).status, ExitStatus::Failed);
+    EXPECT_EQ(run({"check", folder.path() + "none"}).complaints,
+              "There is no folder " + folder.path() + "none.\n");
+}
+
+TEST(CommandLine, SetsAndTakesAwayAPassword) {
+    const MadeDistrict made(1);
+    const auto stored = [&] {
+        const auto database = made.open(data::DatabaseFile::QDSC);
+        const auto row = database->prepare("SELECT QDSC2 FROM QDSCU WHERE QDSC1 = 'PLANNER'");
+        row->step();
+        return std::string(row->text(0));
+    };
+    const auto password = [&](const std::string& user, const std::string& input) {
+        return run({"password", made.folder(), user}, input);
+    };
+    EXPECT_EQ(password("planner", "first one\r\nmore").out, "The password of PLANNER was set.\n");
+    EXPECT_TRUE(password::matches("first one", stored()));
+    EXPECT_EQ(password("NOBODY", "x\n").status, ExitStatus::Failed);
+    EXPECT_EQ(password("PLANNER", "").status, ExitStatus::Failed);
+    EXPECT_EQ(password("PLANNER", std::string(password::Longest + 1, 'x')).status,
+              ExitStatus::Failed);
+    EXPECT_TRUE(password::matches("first one", stored()));
+    EXPECT_EQ(password("PLANNER", "\n").status, ExitStatus::Done);
+    EXPECT_EQ(password::kindOf(stored()), password::Stored::None);
+}
+
+TEST(Companions, AreLinkedButNeverReplaceAFile) {
+    const support::TemporaryFolder from;
+    const support::TemporaryFolder to;
+    from.write("Logon.Exe", "ours");
+    EXPECT_THAT(linkCompanions(from.path(), to.path()), testing::ElementsAre("Logon.Exe"));
+    EXPECT_THAT(linkCompanions(from.path(), to.path()), testing::ElementsAre("Logon.Exe"));
+    EXPECT_EQ(support::contentsOf(to.path() + "Logon.Exe"), "ours");
+    std::filesystem::remove(to.path() + "Logon.Exe");
+    to.write("Logon.Exe", "the suite's own");
+    EXPECT_THAT(linkCompanions(from.path(), to.path()), testing::IsEmpty());
+    EXPECT_EQ(support::contentsOf(to.path() + "Logon.Exe"), "the suite's own");
+}
+
+TEST(CommandLine, TellsWhatItDoesNotUnderstand) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> misuses = {
+        {{}, "A command is missing."},
+        {{"make", "x"}, "Unknown command \"make\"."},
+        {{"create"}, "The folder is missing."},
+        {{"create", ""}, "The folder is empty."},
+        {{"create", "a", "b"}, "\"b\" is one word too many."},
+        {{"create", "a", "--fast"}, "Unknown option --fast."},
+        {{"create", "a", "--runs"}, "A value must follow --runs."},
+        {{"create", "a", "--runs", "0"},
+         "--runs takes a whole number from 1 to 200000, not \"0\"."},
+        {{"create", "a", "--runs", "12x"},
+         "--runs takes a whole number from 1 to 200000, not \"12x\"."},
+        {{"create", "a", "--seed", "1"}, "--seed says how to invent a district; it needs --runs."},
+        {{"check"}, "The folder is missing."},
+        {{"sql"}, "The database file is missing."}};
+    for (const auto& [words, complaint] : misuses) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.status, ExitStatus::Misused) << complaint;
+        EXPECT_THAT(outcome.complaints, testing::StartsWith(complaint));
+    }
+    EXPECT_EQ(run({"sql", "--help"}).status, ExitStatus::Done);
+    EXPECT_THAT(run({"--help"}).out, HasSubstr("vireo-district check FOLDER"));
+}
+
+}  // namespace tools::district

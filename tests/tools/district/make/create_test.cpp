@@ -1,0 +1,106 @@
+#include "tools/district/make/create.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "platform/base/error.h"
+#include "tools/district/make/madedistrict.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string refusalOf(const fs::path& folder) {
+    try {
+        Progress progress;
+        createDistrict({.folder = folder, .runs = 1}, progress);
+    } catch (const base::RunTimeError& error) {
+        return error.what();
+    }
+    return "";
+}
+
+std::size_t entriesOf(const fs::path& folder) {
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+}  // namespace
+
+TEST(Create, OnlyTheOwnerReadsADistrict) {
+    const auto before = ::umask(0);
+    const MadeDistrict made(2);
+    ::umask(before);
+    for (const auto& entry : fs::recursive_directory_iterator(made.folder())) {
+        if (entry.is_symlink()) {  // a companion program, open to all
+            continue;
+        }
+        const auto mode = entry.status().permissions();
+        EXPECT_EQ(mode, entry.is_directory() ? fs::perms::owner_all
+                                             : fs::perms::owner_read | fs::perms::owner_write)
+            << entry.path();
+    }
+    EXPECT_EQ(fs::status(made.folder()).permissions(), fs::perms::owner_all);
+}
+
+TEST(Create, TheSettingsNameTheFolderWhereItEndsUp) {
+    const MadeDistrict made(2);
+    const std::string root = made.folder();
+    EXPECT_EQ(support::contentsOf(root + "/vireo/route.ini"),
+              "[AppPaths]\ndatapath=" + root + "/data/\nprogpath=" + root + "/prog/\nVIREOpath=" +
+                  root + "/common/\n\n[AppSettings]\nERRORHANDLING=True\nMAPSoftware=ArcView3.2\n");
+    EXPECT_TRUE(fs::is_directory(root + "/data/RouteRpts"));
+}
+
+TEST(Create, RefusesAFolderThatHoldsSomething) {
+    const MadeDistrict made(2);
+    EXPECT_THAT(refusalOf(made.folder()), testing::HasSubstr("There is a district in "));
+    EXPECT_THAT(refusalOf(made.folder() + "/"), testing::HasSubstr("There is a district in "));
+    const support::TemporaryFolder other;
+    const std::string file = other.write("notes.txt", "mine");
+    EXPECT_THAT(refusalOf(other.path()), testing::HasSubstr("is not empty"));
+    EXPECT_THAT(refusalOf(file), testing::HasSubstr("is a file, not a folder"));
+    EXPECT_THAT(refusalOf(file + "/below"), testing::HasSubstr("cannot be made"));
+    EXPECT_THAT(refusalOf(other.path() + std::string(240, 'x')), testing::HasSubstr("too long"));
+    EXPECT_EQ(entriesOf(other.path()), 1U);
+}
+
+TEST(Create, AnEmptyFolderBecomesTheDistrict) {
+    const support::TemporaryFolder folder;
+    EXPECT_EQ(refusalOf(folder.path()), "");
+    EXPECT_TRUE(fs::exists(folder.path() + "data/routing.mdb"));
+}
+
+TEST(Create, AFailureLeavesNothingBehind) {
+    const support::TemporaryFolder folder;
+    try {
+        const FolderInTheMaking making(folder.path() + "district");
+        EXPECT_EQ(entriesOf(folder.path()), 1U);
+        throw Interrupted{};
+    } catch (const Interrupted&) {
+        EXPECT_EQ(entriesOf(folder.path()), 0U);
+    }
+}
+
+// Other programs must find ordinary files, without leftovers of the journal.
+TEST(Create, TheOrdinaryShellOpensTheFiles) {
+    if (std::system("command -v sqlite3 > /dev/null") != 0) {
+        GTEST_SKIP() << "sqlite3 is not installed";
+    }
+    const MadeDistrict made(2);
+    for (const data::DatabaseFile file : data::AllDatabaseFiles) {
+        const std::string path = made.folders().database(file).string();
+        EXPECT_FALSE(fs::exists(path + "-wal")) << path;
+        const std::string command =
+            "test \"$(sqlite3 '" + path + "' 'PRAGMA integrity_check')\" = ok";
+        EXPECT_EQ(std::system(command.c_str()), 0) << path;
+    }
+}
+
+}  // namespace tools::district
