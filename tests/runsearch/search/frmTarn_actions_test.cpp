@@ -1,39 +1,22 @@
 #include <QHeaderView>
 #include <QTest>
 
-#include "formfixture.h"
+#include "support/runbuilder.h"
+#include "tarnform.h"
 
+namespace runsearch {
 namespace {
 
-using data::DatabaseFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 /// The main form with every run listed and the boxes' answers prepared.
-class ActionsTest : public FormTest {
+class ActionsTest : public TarnForm {
 protected:
     ActionsTest() { found(); }
 
-    void choose(const std::string& run) {
-        auto& runs = list("RunList");
-        for (int row = 0; row < runs.rows(); ++row) {
-            if (runs.cellText(row, 0) == run) {
-                runs.choose(row);
-                form().RunList_ClickItem();
-            }
-        }
-    }
-    std::string chosen() { return control<QLineEdit>("Tarn").text().toStdString(); }
-    void answer(base::MsgAnswer given) { session.boxes.answers.push_back(given); }
-    std::vector<std::string> titles() {
-        std::vector<std::string> all;
-        for (const auto& box : session.boxes.shown) {
-            all.push_back(box.title);
-        }
-        session.boxes.shown.clear();
-        return all;
-    }
-    std::string runsLeft() { return std::to_string(list("RunList").rows()); }
+    void choose(const std::string& run) { Controls::choose("RunList", run); }
+    std::string chosen() { return text("Tarn"); }
 };
 
 TEST_F(ActionsTest, OpensTheFormOfEachAction) {
@@ -49,11 +32,11 @@ TEST_F(ActionsTest, OpensTheFormOfEachAction) {
     for (const auto& [button, name] : launchers) {
         choose("102-AM");
         click(button);
-        auto* opened = forms::FormRegistry::instance().find(name);
-        ASSERT_NE(opened, nullptr) << name;
-        EXPECT_EQ(opened->parentWidget(), &form()) << name;
-        EXPECT_FALSE(control<QAbstractButton>("chkNew").isChecked()) << name;
-        opened->unload();
+        auto* made = opened(name);
+        ASSERT_NE(made, nullptr) << name;
+        EXPECT_EQ(made->parentWidget(), &form()) << name;
+        EXPECT_FALSE(isChecked("chkNew")) << name;
+        made->unload();
     }
     EXPECT_THAT(titles(), ElementsAre());
 }
@@ -62,7 +45,7 @@ TEST_F(ActionsTest, EditsTheRunOfTheRowThatIsActivated) {
     form().showForm();
     choose("201-PM");
     QTest::keyClick(&list("RunList"), Qt::Key_Return);
-    auto* editor = forms::FormRegistry::instance().find("Run");
+    auto* editor = opened("Run");
     ASSERT_NE(editor, nullptr);
     EXPECT_EQ(editor->findChild<QLineEdit*>("RunID")->text(), "201-PM");
     editor->unload();
@@ -89,13 +72,19 @@ TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
     click("Delete");
     EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run",
                                       "Please Confirm Removal of this Run"));
-    EXPECT_EQ(label("TotSel"), "3");
+    EXPECT_EQ(text("TotSel"), "3");
     EXPECT_EQ(chosen(), "");
     EXPECT_EQ(row("103-PM"), "");
 }
 
 TEST_F(ActionsTest, RefusesToDeleteARunWithStops) {
-    choose("201-PM");
+    support::RunBuilder("NEW").bell("8:00").stop("S3", {.load = 2, .at = "7:10"}).into(district);
+    found();
+    EXPECT_THAT(row("NEW"), testing::StartsWith("NEW| |||08:00 AM|"));
+    EXPECT_EQ(stored("SELECT INT_STOPID, LOAD_TIME, TIME_TOSTOP, TIME_AT_STOP, ACTIVE, RUNSEQ FROM "
+                     "STOP_TRIPTYPE WHERE RUN='NEW'"),
+              "3|2|0|7:10:00 AM|True|1");
+    choose("NEW");
     answer(base::MsgAnswer::Yes);
     form().showForm();
     QCoreApplication::processEvents();
@@ -106,25 +95,25 @@ TEST_F(ActionsTest, RefusesToDeleteARunWithStops) {
     EXPECT_EQ(session.boxes.shown[1].text,
               "Oops, this run has stops assigned to it.  Sorry but you cannot delete a run with "
               "stops assigned to it.");
-    EXPECT_EQ(found().size(), 4U);
+    EXPECT_EQ(found().size(), 5U);
 }
 
 TEST_F(ActionsTest, TellsWhenAnotherUserWasFaster) {
     choose("103-PM");
-    district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '103-PM'");
+    byOthers("DELETE FROM RUN WHERE RUN = '103-PM'");
     answer(base::MsgAnswer::Yes);
     click("Delete");
     EXPECT_THAT(session.boxes.shown.back().text, HasSubstr("103-PM"));
     EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run", "Run Not Found"));
-    EXPECT_EQ(label("TotSel"), "3");
+    EXPECT_EQ(text("TotSel"), "3");
 
     for (const char* button : {"Edit", "MergeRuns"}) {
         choose("102-AM");
-        district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '102-AM'");
+        byOthers("DELETE FROM RUN WHERE RUN = '102-AM'");
         click(button);
         EXPECT_THAT(titles(), ElementsAre("Run Not Found")) << button;
-        EXPECT_EQ(label("TotSel"), "2");
-        district.sql(DatabaseFile::Routing, "INSERT INTO RUN(RUN) VALUES ('102-AM')");
+        EXPECT_EQ(text("TotSel"), "2");
+        support::RunBuilder("102-AM").into(district);
         found();
     }
 }
@@ -143,14 +132,14 @@ TEST_F(ActionsTest, KeepsOrderSelectionAndChoiceWhenItSearchesAgain) {
     choose("102-AM");
     select("RunList", {0, 2});
     EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM", "102-AM"));
-    district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '103-PM'");
+    byOthers("DELETE FROM RUN WHERE RUN = '103-PM'");
     form().searchAgain();
     EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM", "102-AM"));
     EXPECT_EQ(runs.sortOrder(), Qt::DescendingOrder);
     EXPECT_EQ(chosen(), "102-AM");
     EXPECT_EQ(runs.chosenRow(), 1);
 
-    district.sql(DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '102-AM'");
+    byOthers("DELETE FROM RUN WHERE RUN = '102-AM'");
     form().searchAgain();
     EXPECT_EQ(chosen(), "101-AM");
     found();
@@ -159,3 +148,4 @@ TEST_F(ActionsTest, KeepsOrderSelectionAndChoiceWhenItSearchesAgain) {
 }
 
 }  // namespace
+}  // namespace runsearch

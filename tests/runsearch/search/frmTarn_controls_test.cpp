@@ -1,9 +1,11 @@
 #include <QHeaderView>
+#include <QLabel>
 #include <QTest>
 #include <set>
 
-#include "formfixture.h"
+#include "tarnform.h"
 
+namespace runsearch {
 namespace {
 
 using testing::ElementsAre;
@@ -18,7 +20,7 @@ int columnOf(const controls::MultiColumnList& list, const QString& caption) {
     return -1;
 }
 
-TEST_F(FormTest, EnablesTheRouteCombosOnlyWithRouting) {
+TEST_F(TarnForm, EnablesTheRouteCombosOnlyWithRouting) {
     const auto combos = {"cmbRoute", "cmbEmployee", "cmbVehicle", "cmbAid"};
     for (const auto* name : combos) {
         EXPECT_FALSE(isEnabled(name)) << name;
@@ -28,11 +30,11 @@ TEST_F(FormTest, EnablesTheRouteCombosOnlyWithRouting) {
         EXPECT_TRUE(isEnabled(name)) << name;
     }
     type("cmbEmployee", "12");
-    form().cmbEmployee_LostFocus();
+    leave("cmbEmployee");
     type("cmbRoute", "R1");
-    EXPECT_EQ(label("EmpName"), "Smith, Ann");
+    EXPECT_EQ(text("EmpName"), "Smith, Ann");
     check("UseRoute", false);
-    EXPECT_EQ(label("EmpName"), "");
+    EXPECT_EQ(text("EmpName"), "");
     for (const auto* name : combos) {
         EXPECT_FALSE(isEnabled(name)) << name;
         EXPECT_EQ(combo(name).text(), "") << name;
@@ -40,42 +42,42 @@ TEST_F(FormTest, EnablesTheRouteCombosOnlyWithRouting) {
     }
 }
 
-TEST_F(FormTest, NamesDriverVehicleAndAidBesideTheirCombos) {
+TEST_F(TarnForm, NamesDriverVehicleAndAidBesideTheirCombos) {
     check("UseRoute");
     combo("cmbVehicle").setCurrentIndex(0);
     form().cmbVehicle_Click();
-    EXPECT_EQ(label("VehDescription"), "Bus 7");
+    EXPECT_EQ(text("VehDescription"), "Bus 7");
     type("cmbAid", "7");
-    form().cmbAid_LostFocus();
-    EXPECT_EQ(label("AidName"), "Adams, Bo");
+    leave("cmbAid");
+    EXPECT_EQ(text("AidName"), "Adams, Bo");
     type("cmbAid", " ");
-    form().cmbAid_LostFocus();
-    EXPECT_EQ(label("AidName"), "");
+    leave("cmbAid");
+    EXPECT_EQ(text("AidName"), "");
 }
 
-TEST_F(FormTest, LetsOneKindOfStopSearchExcludeTheOther) {
+TEST_F(TarnForm, LetsOneKindOfStopSearchExcludeTheOther) {
     check("SearchStops");
     check("Search_Stops_TripType");
-    EXPECT_FALSE(control<QAbstractButton>("SearchStops").isChecked());
+    EXPECT_FALSE(isChecked("SearchStops"));
     check("SearchStops");
-    EXPECT_FALSE(control<QAbstractButton>("Search_Stops_TripType").isChecked());
+    EXPECT_FALSE(isChecked("Search_Stops_TripType"));
     click("cmdReset");
-    EXPECT_TRUE(control<QAbstractButton>("SearchStops").isChecked());
+    EXPECT_TRUE(isChecked("SearchStops"));
 }
 
-TEST_F(FormTest, TakesTheClickedRunAsTheChosenOne) {
+TEST_F(TarnForm, TakesTheClickedRunAsTheChosenOne) {
     found();
     form().show();
     auto& runs = list("RunList");
     QTest::mouseClick(runs.viewport(), Qt::LeftButton, {},
                       runs.visualRect(runs.model()->index(2, 0)).center());
-    EXPECT_EQ(control<QLineEdit>("Tarn").text().toStdString(), runs.cellText(2, 0));
+    EXPECT_EQ(text("Tarn"), runs.cellText(2, 0));
     click("SelectAll");
     EXPECT_EQ(runs.selectedCount(), 4);
-    EXPECT_EQ(label("SelectedCount"), "4 selected");
+    EXPECT_EQ(text("SelectedCount"), "4 selected");
 }
 
-TEST_F(FormTest, SortsTimesAndNumbersByWhatTheyAre) {
+TEST_F(TarnForm, SortsTimesAndNumbersByWhatTheyAre) {
     found();
     auto& runs = list("RunList");
     form().show();
@@ -100,7 +102,7 @@ TEST_F(FormTest, SortsTimesAndNumbersByWhatTheyAre) {
     EXPECT_EQ(runs.sortColumn(), -1);
 }
 
-TEST_F(FormTest, ResetsEverythingToTheStart) {
+TEST_F(TarnForm, ResetsEverythingToTheStart) {
     type("RunId", "1");
     type("Start_BegTime", "07:00 AM");
     type("cmbLOCCODE", "NORTH");
@@ -111,7 +113,7 @@ TEST_F(FormTest, ResetsEverythingToTheStart) {
     control<QTabWidget>("RunTab").setCurrentIndex(1);
     click("cmdReset");
     EXPECT_EQ(control<QTabWidget>("RunTab").currentIndex(), 0);
-    EXPECT_EQ(label("TotSel"), "");
+    EXPECT_EQ(text("TotSel"), "");
     EXPECT_EQ(list("RunList").model()->columnCount(), 0);
     EXPECT_EQ(list("lstSchool").selectedCount(), 0);
     EXPECT_EQ(control<QTabWidget>("RunTab").tabText(0), "Run and Times");
@@ -119,7 +121,7 @@ TEST_F(FormTest, ResetsEverythingToTheStart) {
     EXPECT_EQ(list("RunList").model()->columnCount(), 15);
 }
 
-TEST_F(FormTest, CountsCriteriaOnTheTabsThatHoldThem) {
+TEST_F(TarnForm, CountsCriteriaOnTheTabsThatHoldThem) {
     auto& tabs = control<QTabWidget>("RunTab");
     type("RunId", "1");
     type("Bell_BegTime", "7:00 am");
@@ -127,54 +129,54 @@ TEST_F(FormTest, CountsCriteriaOnTheTabsThatHoldThem) {
     EXPECT_EQ(tabs.tabText(0), "Run and Times (2)");
     EXPECT_EQ(tabs.tabText(1), "Schools and Trip Types (1)");
     EXPECT_EQ(tabs.tabText(2), "Route");
-    EXPECT_EQ(label("TripTypeCount"), "2 of 2");
+    EXPECT_EQ(text("TripTypeCount"), "2 of 2");
 }
 
-TEST_F(FormTest, SearchesOnEnterAndF5) {
+TEST_F(TarnForm, SearchesOnEnterAndF5) {
     form().showForm();
     auto& box = control<QLineEdit>("RunId");
     QTest::keyClicks(&box, "101");
     QTest::keyClick(&box, Qt::Key_Return);
-    EXPECT_EQ(label("TotSel"), "1");
+    EXPECT_EQ(text("TotSel"), "1");
     auto& time = control<controls::TimeBox>("Start_BegTime");
     QTest::keyClicks(&time, "8:00");
     QTest::keyClick(&time, Qt::Key_Enter);
-    EXPECT_EQ(label("TotSel"), "0");
+    EXPECT_EQ(text("TotSel"), "0");
     time.clear();
     auto& family = combo("cmbRunFamily");
     QTest::keyClicks(&family, "REG");
     QTest::keyClick(&family, Qt::Key_Return);
-    EXPECT_EQ(label("TotSel"), "1");
+    EXPECT_EQ(text("TotSel"), "1");
     auto& schools = list("lstSchool");
     QTest::keyClick(&schools, Qt::Key_Return);
-    EXPECT_EQ(label("TotSel"), "1");
+    EXPECT_EQ(text("TotSel"), "1");
 }
 
-TEST_F(FormTest, RepeatsTheSearchWhenAnotherFormChangedRuns) {
+TEST_F(TarnForm, RepeatsTheSearchWhenAnotherFormChangedRuns) {
     found();
     list("RunList").choose(3);
-    district.sql(data::DatabaseFile::Routing, "DELETE FROM RUN WHERE RUN = '103-PM'");
+    byOthers("DELETE FROM RUN WHERE RUN = '103-PM'");
     form().Form_Activate();
-    EXPECT_EQ(label("TotSel"), "4");
+    EXPECT_EQ(text("TotSel"), "4");
     startup::RefreshRunList = true;
     form().Form_Activate();
-    EXPECT_EQ(label("TotSel"), "3");
+    EXPECT_EQ(text("TotSel"), "3");
     EXPECT_EQ(list("RunList").chosenRow(), 2);
     EXPECT_FALSE(startup::RefreshRunList);
 }
 
-TEST_F(FormTest, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
+TEST_F(TarnForm, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
     found();
     for (const auto* name : {"PrintIt", "TimeLine"}) {
         EXPECT_FALSE(isEnabled(name)) << name;
         EXPECT_THAT(control<QWidget>(name).toolTip().toStdString(), HasSubstr("Not available yet"));
     }
     EXPECT_TRUE(isEnabled("SelectAll"));
-    EXPECT_FALSE(control<QWidget>("Tarn").isVisibleTo(&form()));
-    EXPECT_FALSE(control<QWidget>("chkNew").isVisibleTo(&form()));
+    EXPECT_FALSE(isShown("Tarn"));
+    EXPECT_FALSE(isShown("chkNew"));
 }
 
-TEST_F(FormTest, HasNoAccessKeyTwiceOnATab) {
+TEST_F(TarnForm, HasNoAccessKeyTwiceOnATab) {
     auto& tabs = control<QTabWidget>("RunTab");
     for (int tab = 0; tab < tabs.count(); ++tab) {
         tabs.setCurrentIndex(tab);
@@ -195,12 +197,13 @@ TEST_F(FormTest, HasNoAccessKeyTwiceOnATab) {
     }
 }
 
-TEST_F(FormTest, EndsTheProgramOnExitAndWhenClosed) {
+TEST_F(TarnForm, EndsTheProgramOnExitAndWhenClosed) {
     click("Exit");
-    EXPECT_TRUE(forms::Application::instance().ending());
+    EXPECT_TRUE(ending());
     EXPECT_FALSE(startup::gcnRouting);
     forms::Application::instance().startAfresh();
     EXPECT_THROW((void)form().Form_QueryUnload(), base::EndProgram);
 }
 
 }  // namespace
+}  // namespace runsearch

@@ -4,8 +4,9 @@
 
 #include <fmt/format.h>
 
-#include "formfixture.h"
+#include "tarnform.h"
 
+namespace runsearch {
 namespace {
 
 using testing::ElementsAre;
@@ -14,7 +15,7 @@ using testing::IsEmpty;
 
 const std::vector<std::string> AllRuns{"101-AM", "102-AM", "103-PM", "201-PM"};
 
-TEST_F(FormTest, FillsTheCriteriaListsWhenLoaded) {
+TEST_F(TarnForm, FillsTheCriteriaListsWhenLoaded) {
     EXPECT_EQ(list("lstSchool").rows(), 3);
     EXPECT_EQ(list("lstSchool").cellText(1, 2), "ELEM");
     EXPECT_EQ(list("lstTripType").rows(), 2);
@@ -23,13 +24,13 @@ TEST_F(FormTest, FillsTheCriteriaListsWhenLoaded) {
     EXPECT_EQ(combo("cmbVehicle").table().text(0, 1), "Bus 7");
     EXPECT_EQ(combo("cmbRoute").text(), "");
     EXPECT_EQ(startup::RunRefreshTime, 5);
-    EXPECT_EQ(label("DistrictName"), "Small District");
+    EXPECT_EQ(text("DistrictName"), "Small District");
     EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("Find Now"));
 }
 
-TEST_F(FormTest, ShowsRunsWithoutRouting) {
+TEST_F(TarnForm, ShowsRunsWithoutRouting) {
     EXPECT_EQ(found(), AllRuns);
-    EXPECT_EQ(label("TotSel"), "4");
+    EXPECT_EQ(text("TotSel"), "4");
     EXPECT_EQ(row("101-AM"),
               "101-AM|Oak morning|07:05 AM|07:45 AM|08:00 AM|OAK|AM|NORTH|REG|40|12.5|6|31|High|"
               "Start Time");
@@ -39,7 +40,7 @@ TEST_F(FormTest, ShowsRunsWithoutRouting) {
     EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | |0|0|0|0| | ");
 }
 
-TEST_F(FormTest, ShowsRunsWithRoutingOneColumnShifted) {
+TEST_F(TarnForm, ShowsRunsWithRoutingOneColumnShifted) {
     check("UseRoute");
     EXPECT_EQ(found(), AllRuns);
     EXPECT_EQ(row("101-AM"),
@@ -51,7 +52,7 @@ TEST_F(FormTest, ShowsRunsWithRoutingOneColumnShifted) {
     EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | | | | | |0|0|0| | |");
 }
 
-TEST_F(FormTest, PaintsRunsToRegenerateRedButForTheLastColumns) {
+TEST_F(TarnForm, PaintsRunsToRegenerateRedButForTheLastColumns) {
     check("NeedResolve");
     for (const auto& [withRouting, lastRed] : {std::pair{false, 12}, std::pair{true, 16}}) {
         check("UseRoute", withRouting);
@@ -67,7 +68,7 @@ TEST_F(FormTest, PaintsRunsToRegenerateRedButForTheLastColumns) {
     EXPECT_FALSE(list("RunList").table().isRed(0, 0));
 }
 
-TEST_F(FormTest, FindsRunsByEachCriterion) {
+TEST_F(TarnForm, FindsRunsByEachCriterion) {
     struct Case {
         std::function<void()> fill;
         std::vector<std::string> runs;
@@ -99,7 +100,7 @@ TEST_F(FormTest, FindsRunsByEachCriterion) {
     for (std::size_t i = 0; i < cases.size(); ++i) {
         cases[i].fill();
         EXPECT_EQ(found(), cases[i].runs) << "case " << i << ": " << startup::RunSearchSQL;
-        EXPECT_EQ(label("TotSel"), std::to_string(cases[i].runs.size()));
+        EXPECT_EQ(text("TotSel"), std::to_string(cases[i].runs.size()));
         check("SearchStops", false);
         check("Search_Stops_TripType", false);
         click("cmdReset");
@@ -107,7 +108,7 @@ TEST_F(FormTest, FindsRunsByEachCriterion) {
     EXPECT_THAT(session.boxes.shown, IsEmpty());
 }
 
-TEST_F(FormTest, TakesTypedWildcards) {
+TEST_F(TarnForm, TakesTypedWildcards) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
         {"%PM", {"103-PM", "201-PM"}}, {"1_2", {"102-AM"}}, {"[12]01", {"101-AM", "201-PM"}},
         {"[!1]", {"201-PM"}},          {"%", AllRuns},      {"nothing", {}},
@@ -116,13 +117,13 @@ TEST_F(FormTest, TakesTypedWildcards) {
         type("RunId", typed);
         EXPECT_EQ(found(), runs) << typed;
     }
-    EXPECT_EQ(label("TotSel"), "0");
+    EXPECT_EQ(text("TotSel"), "0");
     type("RunId", "");
     type("RunDesc", "Pine 100[%]");
     EXPECT_THAT(found(), ElementsAre("102-AM"));
 }
 
-TEST_F(FormTest, SurvivesWhatIsTypedAndChangesNothing) {
+TEST_F(TarnForm, SurvivesWhatIsTypedAndChangesNothing) {
     struct Case {
         const char* control;
         std::string typed;
@@ -155,7 +156,7 @@ TEST_F(FormTest, SurvivesWhatIsTypedAndChangesNothing) {
         type(bad.control, bad.typed);
         found();
         const bool told = session.boxes.shown.size() > boxesBefore;
-        EXPECT_TRUE(told || label("TotSel") != "") << bad.control << ": " << bad.typed;
+        EXPECT_TRUE(told || text("TotSel") != "") << bad.control << ": " << bad.typed;
         if (told) {
             EXPECT_THAT(session.boxes.shown.back().text,
                         HasSubstr("cmdSearch_Click of Module: frmTarn."));
@@ -168,10 +169,10 @@ TEST_F(FormTest, SurvivesWhatIsTypedAndChangesNothing) {
         noCase(bad);
     }
     EXPECT_GE(session.boxes.shown.size(), 6U);
-    EXPECT_FALSE(forms::Application::instance().ending());
+    EXPECT_FALSE(ending());
 }
 
-TEST_F(FormTest, RefusesATextThatIsNoTime) {
+TEST_F(TarnForm, RefusesATextThatIsNoTime) {
     found();
     const auto before = startup::RunSearchSQL;
     control<QTabWidget>("RunTab").setCurrentIndex(2);
@@ -182,14 +183,14 @@ TEST_F(FormTest, RefusesATextThatIsNoTime) {
     EXPECT_THAT(session.boxes.shown[0].text, HasSubstr("\"25:99\""));
     EXPECT_EQ(control<QTabWidget>("RunTab").currentIndex(), 0);
     EXPECT_EQ(startup::RunSearchSQL, before);
-    EXPECT_EQ(label("TotSel"), "4");
+    EXPECT_EQ(text("TotSel"), "4");
 }
 
-TEST_F(FormTest, SearchesTwoThousandSchoolsAtOnce) {
-    district.sql(data::DatabaseFile::Routing,
-                 "INSERT INTO SCHOOL(SCHOOL, SCHOOLNAME, SCHOOLTYPE, ACTIVE) WITH RECURSIVE n(i) "
-                 "AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000) SELECT 'N' || i, "
-                 "'New ' || i, 'NEW', 1 FROM n");
+TEST_F(TarnForm, SearchesTwoThousandSchoolsAtOnce) {
+    byOthers(
+        "INSERT INTO SCHOOL(SCHOOL, SCHOOLNAME, SCHOOLTYPE, ACTIVE) WITH RECURSIVE n(i) "
+        "AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000) SELECT 'N' || i, "
+        "'New ' || i, 'NEW', 1 FROM n");
     list("lstSchool").selectAllRows();
     EXPECT_EQ(list("lstSchool").selectedCount(), 2003);
     EXPECT_EQ(found(), AllRuns);
@@ -198,19 +199,19 @@ TEST_F(FormTest, SearchesTwoThousandSchoolsAtOnce) {
     EXPECT_THAT(session.boxes.shown, IsEmpty());
 }
 
-TEST_F(FormTest, ResetsTheFormForASchoolTypeWithoutSchools) {
+TEST_F(TarnForm, ResetsTheFormForASchoolTypeWithoutSchools) {
     found();
     const auto before = startup::RunSearchSQL;
     type("RunId", "1");
     type("cmbSchoolType", "ADULT");
     EXPECT_THAT(found(), IsEmpty());
-    EXPECT_EQ(label("TotSel"), "0");
-    EXPECT_EQ(control<QLineEdit>("RunId").text(), "");
+    EXPECT_EQ(text("TotSel"), "0");
+    EXPECT_EQ(text("RunId"), "");
     EXPECT_EQ(combo("cmbSchoolType").text(), "");
     EXPECT_EQ(startup::RunSearchSQL, before);
 }
 
-TEST_F(FormTest, KeepsTheQueriesOfTheLastSearchThatFoundRuns) {
+TEST_F(TarnForm, KeepsTheQueriesOfTheLastSearchThatFoundRuns) {
     found();
     EXPECT_THAT(startup::RunSearchSQL, testing::EndsWith(" FROM RUN"));
     EXPECT_THAT(startup::RunSearchSchoolSQL, testing::EndsWith(" ON SCHOOL.SCHOOL = RUN.SCHOOL"));
@@ -222,3 +223,4 @@ TEST_F(FormTest, KeepsTheQueriesOfTheLastSearchThatFoundRuns) {
 }
 
 }  // namespace
+}  // namespace runsearch
