@@ -84,7 +84,7 @@ std::string missing(const OpenLeg& open, ado::Connection& routing) {
 }  // namespace
 
 void resetDeadHead(ado::Connection& routing) {
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     routing.Execute(ResetRuns);
     routing.Execute(ResetRoutes);
     unit.commit();

@@ -156,7 +156,7 @@ Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
 
 std::vector<OpenLeg> calculateRoute(const DeadHeadData& data, std::int32_t route,
                                     std::int32_t garage) {
-    ado::UnitOfWork unit(data.routing);
+    ado::CommitOnExit unit(data.routing);
     const double gap = backToGarageGap(data.routing);
     data.routing.Execute(fmt::format(ClearSql, route));
     ado::Recordset rows;

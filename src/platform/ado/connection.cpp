@@ -36,7 +36,7 @@ private:
 };
 
 void doUnit(Connection& connection, const std::function<void()>& work) {
-    UnitOfWork unit(connection);
+    CommitOnExit unit(connection);
     work();
     unit.commit();
 }
@@ -106,7 +106,7 @@ const store::Catalog& Connection::catalog() const {
     return openSession(session_).database().catalog();
 }
 
-UnitOfWork::UnitOfWork(Connection& connection) {
+CommitOnExit::CommitOnExit(Connection& connection) {
     Session& session = openSession(connection.session());
     if (!session.inTransaction()) {
         session.begin();
@@ -114,14 +114,14 @@ UnitOfWork::UnitOfWork(Connection& connection) {
     }
 }
 
-UnitOfWork::~UnitOfWork() {
+CommitOnExit::~CommitOnExit() {
     try {
         commit();
     } catch (const base::RunTimeError&) {  // the fault that led here has been told already
     }
 }
 
-void UnitOfWork::commit() {
+void CommitOnExit::commit() {
     const auto session = std::exchange(session_, {}).lock();
     if (session == nullptr || !session->inTransaction()) {
         return;

@@ -62,12 +62,12 @@ private:
 /// Brackets one unit of work: begins in its constructor, commits in its destructor whatever
 /// happened inside (a fault keeps what the unit had written; only a killed program rolls it back).
 /// Inside another transaction it is part of that one. Closing the connection commits it, too.
-class UnitOfWork {
+class CommitOnExit {
 public:
-    explicit UnitOfWork(Connection& connection);
-    ~UnitOfWork();
-    UnitOfWork(const UnitOfWork&) = delete;
-    UnitOfWork& operator=(const UnitOfWork&) = delete;
+    explicit CommitOnExit(Connection& connection);
+    ~CommitOnExit();
+    CommitOnExit(const CommitOnExit&) = delete;
+    CommitOnExit& operator=(const CommitOnExit&) = delete;
     /// Commits now and raises what the commit raises.
     void commit();
 

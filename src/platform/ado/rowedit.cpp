@@ -166,7 +166,7 @@ void RowEdit::write() {
     session_.beforeWrite();
     const auto changes = changesByTable();
     if (changes.size() > 1) {
-        Together together(session_);
+        RollbackUnlessKept together(session_);
         writeChanges(changes);
         together.keep();
     } else {

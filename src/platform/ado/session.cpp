@@ -149,7 +149,7 @@ void Session::close() {
     database_.reset();
 }
 
-Together::~Together() {
+RollbackUnlessKept::~RollbackUnlessKept() {
     if (!kept_) {
         try {
             session_.rollback();
@@ -158,7 +158,7 @@ Together::~Together() {
     }
 }
 
-void Together::keep() {
+void RollbackUnlessKept::keep() {
     session_.commit();
     kept_ = true;
 }

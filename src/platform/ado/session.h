@@ -70,12 +70,12 @@ private:
 };
 
 /// Several writes that are made together or not at all.
-class Together {
+class RollbackUnlessKept {
 public:
-    explicit Together(Session& session) : session_(session) { session_.begin(); }
-    ~Together();
-    Together(const Together&) = delete;
-    Together& operator=(const Together&) = delete;
+    explicit RollbackUnlessKept(Session& session) : session_(session) { session_.begin(); }
+    ~RollbackUnlessKept();
+    RollbackUnlessKept(const RollbackUnlessKept&) = delete;
+    RollbackUnlessKept& operator=(const RollbackUnlessKept&) = delete;
     void keep();
 
 private:

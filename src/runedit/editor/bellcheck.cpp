@@ -58,7 +58,7 @@ void addBellWarnings(ado::Connection& routing, std::string_view run, std::string
 bool recordBellCheck(ado::Connection& routing, std::string_view run, BellRule rule,
                      base::Date bell) {
     const bool early = rule == BellRule::NotEarlier;
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     deleteBellWarnings(routing, run);
     const auto stops = stopsAgainstBell(routing, run);
     const auto findings = early ? earlierThanBell(stops, bell) : laterThanBell(stops, bell);

@@ -146,7 +146,7 @@ bool isTotal(RunField field) {
 }
 
 SaveResult createRun(ado::Connection& routing, const RunTexts& texts, const Author& author) {
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     ado::Recordset row;
     row.Open(runRowSql(texts[RunField::RunId]), routing, ado::CursorType::Dynamic);
     if (!row.Eof()) {
@@ -163,7 +163,7 @@ SaveResult createRun(ado::Connection& routing, const RunTexts& texts, const Auth
 SaveResult changeRun(ado::Connection& routing, const RunEntries& entries, const RunTexts& texts,
                      const Author& author) {
     // From here to the commit no other program can write, so what is compared is what is changed.
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     ado::Recordset row;
     row.Open(runRowSql(texts[RunField::RunId]), routing, ado::CursorType::Dynamic);
     if (row.Eof()) {

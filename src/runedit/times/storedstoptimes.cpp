@@ -160,7 +160,7 @@ void writeStops(ado::Recordset& rows, const std::vector<StopWrite>& writes, cons
 
 base::Date timeStoredStops(const StoredStops& stops, std::string& mode, base::Date& anchor,
                            const LogLine& log) {
-    ado::UnitOfWork unit(stops.connection);
+    ado::CommitOnExit unit(stops.connection);
     const base::Date last = passes(stops, mode, anchor, log);
     unit.commit();
     return last;

@@ -178,7 +178,7 @@ Findings replaceWarnings(const Check& check, const CheckedRun& run,
 /// Makes one check and returns its accumulated text. One that fails ends the unit of work, which
 /// keeps what was written: no error is told while the file is locked.
 std::string perform(const Check& check, const CheckedRun& run, const ValidationDatabases& databases,
-                    ado::UnitOfWork& unit) {
+                    ado::CommitOnExit& unit) {
     return startup::trapped(check.procedure, Module, [&] {
         try {
             return accumulated(replaceWarnings(check, run, databases), check.separator);
@@ -194,7 +194,7 @@ using Texts = std::array<std::string, Checks.size()>;
 Texts performAll(const Wanted& wanted, const CheckedRun& run,
                  const ValidationDatabases& databases) {
     Texts texts;
-    ado::UnitOfWork unit(databases.routing);
+    ado::CommitOnExit unit(databases.routing);
     for (std::size_t i = 0; i < Checks.size(); ++i) {
         if (wanted[i]) {
             texts[i] = perform(Checks[i], run, databases, unit);

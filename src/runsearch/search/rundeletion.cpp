@@ -25,7 +25,7 @@ bool runExists(ado::Connection& routing, std::string_view run) {
 
 Deletion deleteRun(ado::Connection& routing, std::string_view run) {
     const std::string_view id = base::trim(run);
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     // The blank before the closing quote belongs to the text; comparisons ignore it.
     if (hasRow(routing, fmt::format("Select Stop_TripType.* From Stop_TripType "
                                     "Where Stop_TripType.Run='{} '",

@@ -241,7 +241,7 @@ Stops readRunStops(ado::Connection& connection, std::string_view run) {
 
 AddedStops addStops(ado::Connection& connection, const EditedRun& run,
                     std::span<const ChosenStop> chosen, base::ProgressPort* progress) {
-    ado::UnitOfWork unit(connection);
+    ado::CommitOnExit unit(connection);
     StopAdder adder(connection, run);
     Steps steps(progress, chosen.size());
     for (const auto& stop : chosen) {
@@ -254,7 +254,7 @@ AddedStops addStops(ado::Connection& connection, const EditedRun& run,
 
 ChangedStops removeStops(ado::Connection& connection, const EditedRun& run,
                          std::span<const std::int64_t> stopTripIds, base::ProgressPort* progress) {
-    ado::UnitOfWork unit(connection);
+    ado::CommitOnExit unit(connection);
     const Stops stops = readRunStops(connection, run.run);
     ChangedStops removed = sorted(stops, stopTripIds);
     if (removed.stopTripIds.empty()) {
@@ -279,7 +279,7 @@ ChangedStops removeStops(ado::Connection& connection, const EditedRun& run,
 
 ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
                        std::span<const std::int64_t> stopTripIds, Move move) {
-    ado::UnitOfWork unit(connection);
+    ado::CommitOnExit unit(connection);
     ChangedStops moved = sorted(readRunStops(connection, run.run), stopTripIds);
     StopLog log(connection, run);
     // In an order that leaves several stops in their order among themselves.

@@ -123,7 +123,7 @@ std::string changesByOthers(const TripRecord& held, const TripRecord& stored,
 
 SaveOutcome saveTripRecord(ado::Connection& routing, const TripRecord& held,
                            const TripFields& entered, const Stamp& stamp) {
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     auto stored = readTripRecord(routing, held.id);
     if (!stored) {
         return {SaveResult::Deleted, std::nullopt};

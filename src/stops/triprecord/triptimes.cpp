@@ -108,7 +108,7 @@ bool timeRunAround(ado::Connection& routing, const TripRecord& record, const Sta
     if (!record.isOnRun() || !record.fields[TripField::TimeAtStop].isDate()) {
         return false;
     }
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     const TimedRun run = readTimedRun(routing, record.run);
     const std::size_t place = run.placeOf(record.id);
     if (place == run.stops.size()) {

@@ -92,7 +92,7 @@ void writeTotals(ado::Connection& routing, const SolvedRun& solved) {
 }  // namespace
 
 void writeResults(ado::Connection& routing, const SolvedRun& solved) {
-    ado::UnitOfWork unit(routing);
+    ado::CommitOnExit unit(routing);
     writeStops(routing, solved);
     writeDirections(routing, solved);
     writeTotals(routing, solved);

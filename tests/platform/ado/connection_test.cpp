@@ -83,9 +83,9 @@ TEST_F(Connections, ARecordsetReadInATransactionOutlivesItsRollback) {
 
 TEST_F(Connections, AUnitOfWorkKeepsWhatAFaultLeft) {
     try {
-        const ado::UnitOfWork unit(connection);
+        const ado::CommitOnExit unit(connection);
         setMiles(7);
-        const ado::UnitOfWork inner(connection);
+        const ado::CommitOnExit inner(connection);
         connection.Execute("INSERT INTO RUN (RUN) VALUES ('R1')");
         FAIL() << "took a duplicate key";
     } catch (const store::StoreError& error) {
@@ -94,7 +94,7 @@ TEST_F(Connections, AUnitOfWorkKeepsWhatAFaultLeft) {
     EXPECT_EQ(miles(), "7.0,7.0");
     EXPECT_EQ(errorOf([&] { connection.CommitTrans(); }), ado::errors::NoTransaction);
 
-    std::optional<ado::UnitOfWork> unit(connection);
+    std::optional<ado::CommitOnExit> unit(connection);
     setMiles(8);
     unit->commit();
     EXPECT_EQ(miles(), "8.0,8.0");
@@ -137,7 +137,7 @@ TEST_F(Connections, AKilledProgramLeavesNoHalfUnit) {
     const pid_t child = fork();
     if (child == 0) {
         connection.Open(path);
-        const ado::UnitOfWork unit(connection);
+        const ado::CommitOnExit unit(connection);
         setMiles(99);
         ado::Recordset runs;
         runs.Open("SELECT * FROM RUN", connection);

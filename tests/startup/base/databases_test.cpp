@@ -80,7 +80,7 @@ TEST_F(Databases, WithErrorHandlingOffAMissingFileIsAPlainError) {
 TEST_F(Databases, ShutDownKeepsWhatAnOpenUnitOfWorkHadWritten) {
     session_.start(district_.configFolder());
     const auto faultInsideAUnit = [] {
-        const ado::UnitOfWork unit(*startup::gcnRouting);
+        const ado::CommitOnExit unit(*startup::gcnRouting);
         startup::gcnRouting->Execute("INSERT INTO LOCCODE (LOCCODE) VALUES ('N')");
         startup::ShutDown();
     };
