@@ -283,6 +283,9 @@ void Add_Remove_Stops::handToMap() {
     try {
         runedit::sendRunToMap(run_.run, runedit::MapScreen::AddRun);
     } catch (const std::exception& fault) {
+        if (startup::lockedElsewhere()) {
+            throw;
+        }
         base::MsgBox(fmt::format("The run could not be handed to the mapping software: {}\n\nIts "
                                  "stops are saved.  To have it solved again, open Add / Remove "
                                  "Stops for it and leave it when the mapping software is running.",
