@@ -110,7 +110,7 @@ TEST_F(TrappedFormTest, AFormThatCannotBeFilledIsNotThere) {
     struct MainForm : forms::Form {
         MainForm() : Form("MainForm") {}
     };
-    loaded<MainForm>();  // without any form the program is at its end
+    made<MainForm>().showForm();  // without any form the program is at its end
     load = writes;
     {
         const auto held = heldByOthers();
