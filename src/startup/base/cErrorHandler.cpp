@@ -1,6 +1,7 @@
 #include "startup/base/cErrorHandler.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <limits>
@@ -208,7 +209,8 @@ void cErrorHandler::writeDestination() {
             writeTable(std::get<ado::Recordset*>(destination_));
         }
     } catch (const std::exception& error) {
-        fmt::print(stderr, "{}: {}\n", title_, error.what());
+        // No error of its own where standard error is a file on the same full disk.
+        std::fputs(fmt::format("{}: {}\n", title_, error.what()).c_str(), stderr);
     }
 }
 

@@ -4,7 +4,9 @@
 #include <csignal>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include "fakemap.h"
 #include "mapsession.h"
@@ -22,6 +24,34 @@ using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 constexpr auto Line = "101-AM|Run|Start|7:05:00 AM|7:45:00 AM|8:00:00 AM|LARGE|74\n";
+
+/// No file of this process may grow beyond 100 bytes, and standard error is one that holds as many.
+class FullDisk {
+public:
+    explicit FullDisk(const std::string& errors) {
+        const int file = open(errors.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+        lseek(file, static_cast<off_t>(Limit), SEEK_SET);
+        dup2(file, STDERR_FILENO);
+        close(file);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit tight{Limit, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+        dup2(errors_, STDERR_FILENO);
+        close(errors_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    static constexpr rlim_t Limit = 100;
+    int errors_ = dup(STDERR_FILENO);
+    rlimit before_{};
+    void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
 
 class HandOverTest : public MapSession {
 protected:
@@ -135,15 +165,10 @@ TEST_F(HandOverTest, AProgramFolderThatTakesNoFilesIsTold) {
     EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError);
     startup::gProgPath = folder;
 
-    // A full disk: the stop export needs more than the files of this process may have.
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit tight{100, limit.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &tight);
-    EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, handler);
+    {
+        const FullDisk full(district.folder() + "stderr");
+        EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError);
+    }
     EXPECT_THAT(workFiles(), IsEmpty());
     EXPECT_THAT(map.taken, IsEmpty());
 }
