@@ -1,32 +1,22 @@
 #include "workfiles/DelWrkFiles.h"
 
-#include <QAbstractButton>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
-#include "platform/controls/multicolumnlist.h"
 #include "platform/files/files.h"
-#include "platform/forms/formregistry.h"
+#include "platform/forms/timer.h"
 #include "startup/base/session.h"
-#include "support/testdistrict.h"
-#include "support/testsession.h"
+#include "support/formtest.h"
 
 namespace {
 
-class DelWrkFilesTest : public testing::Test {
+class DelWrkFilesTest : public support::FormTest<> {
 protected:
-    DelWrkFilesTest() {
-        forms::Application::instance().startAfresh();
-        session.start(district.configFolder());
-        startup::gProgPath = district.progPath();
-        forms::Timer::setSpeed(500);
-    }
-    ~DelWrkFilesTest() override {
+    DelWrkFilesTest() { forms::Timer::setSpeed(500); }
+    void TearDown() override {
         forms::Timer::setSpeed(1);
-        forms::FormRegistry::instance().destroyAll();
-        forms::Application::instance().startAfresh();
+        FormTest::TearDown();
     }
+    workfiles::DelWrkFiles& form() override { return loaded<workfiles::DelWrkFiles>(); }
 
     void write(const std::string& name, std::string_view text = "") const {
         files::write(district.progPath() + name, text);
@@ -34,14 +24,6 @@ protected:
     [[nodiscard]] bool exists(const std::string& name) const {
         return files::exists(district.progPath() + name);
     }
-    workfiles::DelWrkFiles& form() {
-        return forms::FormRegistry::instance().load<workfiles::DelWrkFiles>();
-    }
-    void click(const char* button) { form().findChild<QAbstractButton*>(button)->click(); }
-    static bool ended() { return forms::Application::instance().ending(); }
-
-    support::TestDistrict district;
-    support::TestSession session;
 };
 
 TEST_F(DelWrkFilesTest, DeletesAtOnceAndEndsWhenTheListIsGone) {
@@ -50,7 +32,7 @@ TEST_F(DelWrkFilesTest, DeletesAtOnceAndEndsWhenTheListIsGone) {
     form();
     EXPECT_FALSE(exists("R1.dbf"));
     EXPECT_TRUE(exists("Runs.txt"));
-    ASSERT_TRUE(QTest::qWaitFor(ended));
+    ASSERT_TRUE(QTest::qWaitFor(ending));
     EXPECT_FALSE(exists("Runs.txt"));
     EXPECT_EQ(forms::Application::instance().exitCode(), 0);
 }
@@ -60,7 +42,7 @@ TEST_F(DelWrkFilesTest, GivesUpOnAFileThatStaysInUse) {
     write("R1.dbf");
     const files::Hold held(district.progPath() + "R1.dbf");
     form();
-    ASSERT_TRUE(QTest::qWaitFor(ended));
+    ASSERT_TRUE(QTest::qWaitFor(ending));
     EXPECT_TRUE(exists("Runs.txt") && exists("R1.dbf"));
     EXPECT_THAT(support::contentsOf(district.progPath() + "log.txt"),
                 testing::HasSubstr("In DelWrkFiles - giving up, files are still in use."));
@@ -75,13 +57,12 @@ TEST_F(DelWrkFilesTest, ShowingStopsTheDeletingUntilItIsAskedFor) {
     click("SetFile");
     held.reset();
     QTest::qWait(50);
-    const auto& list = *form().findChild<controls::MultiColumnList*>("FileList");
-    ASSERT_EQ(list.rows(), 4);
-    EXPECT_EQ(list.cellText(0, 2), "there");
-    EXPECT_TRUE(exists("R1.dbf") && !ended());
+    const auto states = [this] { return support::joined(column("FileList", 2)); };
+    EXPECT_EQ(states(), "there missing missing missing");
+    EXPECT_TRUE(exists("R1.dbf") && !ending());
     click("DelFile");
-    EXPECT_EQ(list.cellText(0, 2), "deleted");
-    ASSERT_TRUE(QTest::qWaitFor(ended));
+    EXPECT_EQ(states(), "deleted missing missing missing");
+    ASSERT_TRUE(QTest::qWaitFor(ending));
 }
 
 TEST_F(DelWrkFilesTest, TooManyRunsAreReportedAndEndIt) {
@@ -91,11 +72,10 @@ TEST_F(DelWrkFilesTest, TooManyRunsAreReportedAndEndIt) {
     }
     write("Runs.txt", list);
     forms::Application::instance().guarded([&] { form(); });
-    ASSERT_THAT(session.boxes.shown, testing::SizeIs(1));
-    EXPECT_THAT(session.boxes.shown[0].text,
-                testing::AllOf(testing::HasSubstr("DelFile_Click of Module: DelWrkFiles."),
-                               testing::HasSubstr("Error (9)")));
-    EXPECT_TRUE(ended());
+    EXPECT_THAT(texts(), testing::ElementsAre(testing::AllOf(
+                             testing::HasSubstr("DelFile_Click of Module: DelWrkFiles."),
+                             testing::HasSubstr("Error (9)"))));
+    EXPECT_TRUE(ending());
     EXPECT_TRUE(exists("Runs.txt"));
 }
 

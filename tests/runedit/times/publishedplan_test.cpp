@@ -1,9 +1,9 @@
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "platform/base/value.h"
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/session.h"
+#include "support/rows.h"
 #include "support/testsession.h"
 #include "tools/district/make/madedistrict.h"
 #include "tools/district/make/plan.h"
@@ -33,17 +33,12 @@ Times plannedTimes(const tools::district::PlanRun& run) {
     return times;
 }
 
-Times storedTimes(const std::string& run) {
-    ado::Recordset rows;
-    rows.Open(fmt::format("SELECT STOP_TRIPTYPE.TIME_AT_STOP FROM STOP_TRIPTYPE WHERE"
-                          " STOP_TRIPTYPE.RUN='{}' ORDER BY STOP_TRIPTYPE.RUNSEQ",
-                          run),
-              *startup::gcnRouting);
-    Times times;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        times.push_back(rows.Fields(0).isNull() ? Date{} : rows.Fields(0).Value().asDate());
+std::vector<std::string> textsOf(const Times& times) {
+    std::vector<std::string> texts;
+    for (const auto time : times) {
+        texts.push_back(time.text());
     }
-    return times;
+    return texts;
 }
 
 }  // namespace
@@ -64,7 +59,11 @@ TEST(PublishedPlan, ComesOutOfTheStoredMinutesOfAllRuns) {
             startup::gcnRouting->Execute(
                 "UPDATE STOP_TRIPTYPE SET TIME_AT_STOP = Null WHERE RUN = '" + run + "'");
             EXPECT_EQ(Calc_Times(mode, anchor, false, run), last) << run << mode;
-            EXPECT_EQ(storedTimes(run), expected) << run << mode;
+            EXPECT_EQ(support::rowsOf("SELECT TIME_AT_STOP FROM STOP_TRIPTYPE WHERE RUN='" + run +
+                                          "' ORDER BY RUNSEQ",
+                                      *startup::gcnRouting),
+                      textsOf(expected))
+                << run << mode;
         };
         expectTimes("End", expected.back(), expected.front());
         expectTimes("Start", expected.front(), expected.back());

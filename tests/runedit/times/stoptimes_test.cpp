@@ -5,15 +5,16 @@
 #include <gtest/gtest.h>
 
 #include "generatedrun.h"
-#include "platform/base/error.h"
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/session.h"
+#include "support/errors.h"
 
 namespace runedit {
 
 namespace {
 
 using base::Date;
+using support::errorOf;
 using Times = std::vector<Date>;
 
 constexpr int GeneratedRuns = 2000;
@@ -54,16 +55,6 @@ void spoilTimes(std::vector<TimedStop>& stops) {
     for (TimedStop& stop : stops) {
         stop.time = Stale;
     }
-}
-
-template <class Action>
-int errorOf(Action action) {
-    try {
-        action();
-    } catch (const base::RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
 }
 
 }  // namespace
@@ -204,7 +195,7 @@ TEST(StopTimes, RaiseWhatCannotBeComputed) {
     using base::errors::InvalidUseOfNull;
     using base::errors::Overflow;
     const auto errorFrom = [](const std::vector<TimedStop>& stops) {
-        return errorOf([&] { (void)timesFrom(stops, TimeOrder::Forwards, at(8, 0)); });
+        return errorOf([&] { return timesFrom(stops, TimeOrder::Forwards, at(8, 0)); });
     };
     const std::vector<TimedStop> given = {stop("A", 1, 0), stop("B", 1, 1), stop("B", 1, 1)};
     for (std::size_t i = 0; i < given.size(); ++i) {
@@ -229,7 +220,7 @@ TEST(TimeArithmetic, DiffMinutesRoundsHalvesToEven) {
     EXPECT_EQ(DiffMinutes(at(8, 2, 30), at(8, 0)), -2);
     EXPECT_EQ(DiffMinutes(at(8, 0, 31), at(8, 0)), -1);
     EXPECT_EQ(DiffMinutes(at(23, 0), Date{86400}), 60);
-    EXPECT_EQ(errorOf([] { DiffMinutes(Date::of(100, 1, 1), Date::of(9999, 1, 1)); }),
+    EXPECT_EQ(errorOf([] { return DiffMinutes(Date::of(100, 1, 1), Date::of(9999, 1, 1)); }),
               base::errors::Overflow);
 }
 

@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "generatedrun.h"
-#include "platform/base/error.h"
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/session.h"
-#include "support/testdistrict.h"
-#include "support/testsession.h"
+#include "support/districtsession.h"
+#include "support/errors.h"
 
 namespace runedit {
 
@@ -16,16 +15,14 @@ namespace {
 
 using base::Date;
 using base::Value;
-using data::DatabaseFile;
 using Times = std::vector<Date>;
 
+void fillNothing(const support::TestDistrict&) {}
+
 /// Runs on stored rows and on the work table of an empty district.
-class StoredTimes : public testing::Test {
+class StoredTimes : public support::DistrictSession {
 protected:
-    StoredTimes() {
-        session_.start(district_.configFolder());
-        startup::gErrorHandling = false;
-    }
+    StoredTimes() : DistrictSession(fillNothing) { startup::gErrorHandling = false; }
 
     /// Puts the stops on run "R1", or into the work table, a turn point before each and at the end.
     void put(const std::vector<TimedStop>& stops, bool inWorkTable = false) {
@@ -48,14 +45,14 @@ protected:
     }
 
     /// What stands in the rows that are timed.
-    std::vector<TimedStop> stored() {
+    std::vector<TimedStop> storedStops() {
         ado::Recordset rows;
         rows.Open(stopRowsSql(rows_(), TimeOrder::Forwards, "R1"), connection());
         return readStops(rows);
     }
     Times times() {
         Times result;
-        for (const TimedStop& stop : stored()) {
+        for (const TimedStop& stop : storedStops()) {
             result.push_back(stop.time);
         }
         return result;
@@ -64,10 +61,7 @@ protected:
     ado::Connection& connection() const {
         return inWorkTable_ ? *startup::gcnRouteWrk : *startup::gcnRouting;
     }
-    std::string log() const { return support::contentsOf(district_.progPath() + "log.txt"); }
-
-    support::TestDistrict district_;
-    support::TestSession session_;
+    std::string log() const { return support::contentsOf(district.progPath() + "log.txt"); }
 
 private:
     [[nodiscard]] StopRows rows_() const {
@@ -169,10 +163,8 @@ TEST_F(StoredTimes, TheMiddleMovesBothSidesAndNullIsMidnight) {
     Date anchor;
     EXPECT_EQ(calculate(mode, anchor), Date{-630}) << "the evening before";
     EXPECT_EQ(times(), (Times{Date{-630}, Date{}, Date{1260}}));
-    ado::Recordset null;
-    null.Open("SELECT * FROM STOP_TRIPTYPE WHERE RUNSEQ = 4 AND TIME_AT_STOP Is Null",
-              connection());
-    EXPECT_TRUE(null.Eof()) << "the stop in the middle is written in any case";
+    EXPECT_EQ(stored("SELECT TIME_AT_STOP FROM STOP_TRIPTYPE WHERE RUNSEQ = 4"), "12:00:00 AM")
+        << "the stop in the middle is written in any case";
 }
 
 TEST_F(StoredTimes, NothingToStartFromLeavesEverything) {
@@ -202,17 +194,17 @@ TEST_F(StoredTimes, ARepeatedStopLosesItsMinutesInTheTable) {
         "UPDATE STOP_TRIPTYPE SET UPDATE_TIME = False, LOAD_TIME = Null WHERE RUNSEQ = 6");
     EXPECT_EQ(calculate("Start", at(8, 0)), at(8, 11));
     EXPECT_EQ(times(), (Times{at(8, 0), at(8, 4), Date{}, at(8, 11)}));
-    EXPECT_EQ(stored()[2].loadMinutes, 0);
-    EXPECT_EQ(stored()[2].driveMinutes, 0);
+    EXPECT_EQ(storedStops()[2].loadMinutes, 0);
+    EXPECT_EQ(storedStops()[2].driveMinutes, 0);
     EXPECT_EQ(calculate("End", at(8, 11)), at(8, 3));
 }
 
 TEST_F(StoredTimes, EveryRowIsWrittenWhereTheColumnIsMissing) {
     put(ThreeStops);
     startup::gcnRouting->Close();
-    district_.sql(DatabaseFile::Routing, "UPDATE STOP_TRIPTYPE SET UPDATE_TIME = 0");
-    district_.sql(DatabaseFile::Routing, "ALTER TABLE STOP_TRIPTYPE DROP COLUMN UPDATE_TIME");
-    startup::gcnRouting->Open(district_.path(DatabaseFile::Routing));
+    byOthers("UPDATE STOP_TRIPTYPE SET UPDATE_TIME = 0");
+    byOthers("ALTER TABLE STOP_TRIPTYPE DROP COLUMN UPDATE_TIME");
+    startup::gcnRouting->Open(district.path(data::DatabaseFile::Routing));
     calculate("Start", at(8, 0));
     EXPECT_EQ(times(), (Times{at(8, 0), at(8, 10, 30), at(8, 31, 30)}));
 }
@@ -222,11 +214,11 @@ TEST_F(StoredTimes, NullMinutesAreReportedAndNothingIsWritten) {
     connection().Execute("UPDATE STOP_TRIPTYPE SET LOAD_TIME = Null WHERE RUNSEQ = 6");
     startup::gErrorHandling = true;
     EXPECT_THROW(calculate("Start", at(8, 0)), base::EndProgram);
-    ASSERT_EQ(session_.boxes.shown.size(), 1U);
-    EXPECT_EQ(session_.boxes.shown[0].text,
-              "The following error has occurred in procedure: \nCalc_Times of Module: "
-              "mdl_Time_Calc_Routines.\n\nError (94) Invalid use of Null");
-    session_.start(district_.configFolder());
+    EXPECT_THAT(texts(),
+                testing::ElementsAre(
+                    "The following error has occurred in procedure: \nCalc_Times of Module: "
+                    "mdl_Time_Calc_Routines.\n\nError (94) Invalid use of Null"));
+    session.start(district.configFolder());
     EXPECT_EQ(times(), Times(3));
     EXPECT_EQ(log(), "");
 }
@@ -237,14 +229,11 @@ TEST_F(StoredTimes, ARowThatAnotherProgramDeletedIsTriedThreeTimesMore) {
     rows.Open(stopRowsSql(StopRows::Routing, TimeOrder::Forwards, "R1"), connection(),
               ado::CursorType::Dynamic);
     const auto computed = timesFrom(readStops(rows), TimeOrder::Forwards, at(8, 0));
-    district_.sql(DatabaseFile::Routing, "DELETE FROM STOP_TRIPTYPE WHERE RUNSEQ = 4");
+    byOthers("DELETE FROM STOP_TRIPTYPE WHERE RUNSEQ = 4");
     std::string lines;
-    try {
-        writeStops(rows, computed.writes, [&](const std::string& line) { lines += line + '\n'; });
-        FAIL() << "the row is gone";
-    } catch (const base::RunTimeError& error) {
-        EXPECT_EQ(error.number(), ado::errors::RecordDeleted);
-    }
+    const auto note = [&](const std::string& line) { lines += line + '\n'; };
+    EXPECT_EQ(support::errorOf([&] { return writeStops(rows, computed.writes, note), 0; }),
+              ado::errors::RecordDeleted);
     rows.Close();
     EXPECT_EQ(lines, deletedLines());
     EXPECT_EQ(times(), (Times{at(8, 0), Date{}})) << "what was written before stays";
@@ -256,10 +245,10 @@ protected:
     VanishingRows() {
         put(ThreeStops);
         startup::gcnRouting->Close();
-        district_.sql(DatabaseFile::Routing,
-                      "CREATE TRIGGER t AFTER UPDATE OF TIME_AT_STOP ON STOP_TRIPTYPE BEGIN DELETE"
-                      " FROM STOP_TRIPTYPE WHERE RUNSEQ = NEW.RUNSEQ + 2; END");
-        startup::gcnRouting->Open(district_.path(DatabaseFile::Routing));
+        byOthers(
+            "CREATE TRIGGER t AFTER UPDATE OF TIME_AT_STOP ON STOP_TRIPTYPE BEGIN DELETE"
+            " FROM STOP_TRIPTYPE WHERE RUNSEQ = NEW.RUNSEQ + 2; END");
+        startup::gcnRouting->Open(district.path(data::DatabaseFile::Routing));
     }
 };
 
@@ -267,30 +256,28 @@ TEST_F(VanishingRows, AreLoggedAndReported) {
     startup::gErrorHandling = true;
     EXPECT_THROW(calculate("Start", at(8, 0)), base::EndProgram);
     EXPECT_EQ(log(), deletedLines());
-    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+    EXPECT_EQ(session.boxes.shown.size(), 1U);
 }
 
 TEST_F(VanishingRows, LeaveTheOthersWrittenAsOneUnit) {
     ado::Connection other;
-    other.Open(district_.path(DatabaseFile::Routing));
+    other.Open(district.path(data::DatabaseFile::Routing));
     const auto timed = [&] {
-        ado::Recordset rows;
-        rows.Open("SELECT * FROM STOP_TRIPTYPE WHERE RUN='R1' AND TIME_AT_STOP Is Not Null", other,
-                  ado::CursorType::Static);
-        return rows.RecordCount();
+        return support::rowsOf("SELECT ID FROM STOP_TRIPTYPE WHERE TIME_AT_STOP Is Not Null", other)
+            .size();
     };
     std::string mode = "Start";
     Date anchor = at(8, 0);
     int retries = 0;
     const auto whileWriting = [&](const std::string&) {
         ++retries;
-        EXPECT_EQ(timed(), 0);
+        EXPECT_EQ(timed(), 0U);
     };
     EXPECT_THROW(
         timeStoredStops({connection(), StopRows::Routing, "R1"}, mode, anchor, whileWriting),
         base::RunTimeError);
     EXPECT_EQ(retries, 3);
-    EXPECT_EQ(timed(), 1);
+    EXPECT_EQ(timed(), 1U);
 }
 
 }  // namespace runedit

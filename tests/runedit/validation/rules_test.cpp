@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "platform/base/error.h"
 #include "runedit/validation/Check_NumPassengers.h"
 #include "runedit/validation/Check_RightSide.h"
 #include "runedit/validation/Check_Run_EarlyBellTime.h"
@@ -8,11 +7,13 @@
 #include "runedit/validation/Check_Run_RideTime.h"
 #include "runedit/validation/Check_StopTimeConflict.h"
 #include "runedit/validation/rulesupport.h"
+#include "support/errors.h"
 
 namespace runedit {
 namespace {
 
 using base::Date;
+using support::errorOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -33,15 +34,6 @@ StopRow ridden(const std::string& stopId, double minutes) {
     StopRow stop = stopOf(stopId);
     stop.rideMinutes = minutes;
     return stop;
-}
-
-int errorOf(const auto& body) {
-    try {
-        body();
-    } catch (const base::RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
 }
 
 TEST(Passengers, AsManyAsSeatsAreAcceptedAndTheTotalGoesOn) {
@@ -78,7 +70,7 @@ TEST(Passengers, TheCountHasSixteenBits) {
     const auto run = runOf("LARGE", "");
     EXPECT_EQ(countPassengers(run, {withStudents("A", 32767)}).total, 32767);
     EXPECT_EQ(errorOf([&] {
-                  (void)countPassengers(run, {withStudents("A", 32767), withStudents("B", 1)});
+                  return countPassengers(run, {withStudents("A", 32767), withStudents("B", 1)});
               }),
               base::errors::Overflow);
 }
@@ -149,7 +141,7 @@ TEST(TimeConflict, HoldsAHundredStops) {
     }
     EXPECT_THAT(conflictingTimes(stops), SizeIs(100 * 99 / 2));
     stops.push_back(stopOf("B"));
-    EXPECT_EQ(errorOf([&] { (void)conflictingTimes(stops); }), base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { return conflictingTimes(stops); }), base::errors::SubscriptOutOfRange);
 }
 
 }  // namespace

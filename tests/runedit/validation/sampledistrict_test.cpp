@@ -1,12 +1,10 @@
 #include <map>
-#include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 
-#include "platform/ado/recordset.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/base/session.h"
+#include "support/rows.h"
 #include "support/testsession.h"
 #include "tools/district/make/madedistrict.h"
 
@@ -16,18 +14,12 @@ namespace {
 using Counts = std::map<std::string, int>;
 
 std::vector<std::string> columnOf(const std::string& sql) {
-    ado::Recordset rows;
-    rows.Open(sql, *startup::gcnRouting);
-    std::vector<std::string> texts;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        texts.push_back(rows.Fields(0).asText());
-    }
-    return texts;
+    return support::rowsOf(sql, *startup::gcnRouting);
 }
 
 std::vector<std::string> warnings() {
     return columnOf(
-        "SELECT RUN & '|' & WARNINGTYPE & '|' & WARNINGTEXT AS W FROM RUNWARNING ORDER BY RUN, "
+        "SELECT RUN, WARNINGTYPE, WARNINGTEXT FROM RUNWARNING ORDER BY RUN, "
         "WARNINGTYPE, WARNINGTEXT");
 }
 

@@ -3,12 +3,12 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/base/error.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlGetMapSoftware.h"
 #include "startup/base/mdlIniRoutines.h"
 #include "startup/base/session.h"
+#include "support/errors.h"
 #include "support/testsession.h"
 
 namespace {
@@ -43,11 +43,8 @@ protected:
     Environment machine_{"XDG_CONFIG_DIRS", in("first") + "::relative:" + in("second/")};
 };
 
-TEST_F(ConfigurationFolder, IsTheUsersWhereNoneHoldsTheFile) {
+TEST_F(ConfigurationFolder, IsTheFirstThatHoldsTheFileAndElseTheUsers) {
     EXPECT_EQ(COSInfo().windowsDirectory(), in("user/vireo"));
-}
-
-TEST_F(ConfigurationFolder, IsTheFirstThatHoldsTheFile) {
     folder_.write("relative/vireo/route.ini", "");
     folder_.write("second/vireo/ROUTE.INI", "");
     EXPECT_EQ(COSInfo().windowsDirectory(), in("second/vireo"));
@@ -98,11 +95,10 @@ TEST_F(Configuration, AMissingFileIsToldOnceForEachKey) {
                              "vireo/route.ini.  Please make sure you have the lastest version of "
                              "the ini file in the correct path.";
     ASSERT_EQ(session_.boxes.shown.size(), 4U);
-    EXPECT_THAT(session_.boxes.shown, Each(Field(&base::MsgRequest::text, text)));
     EXPECT_THAT(session_.boxes.shown,
-                Each(Field(&base::MsgRequest::title, std::string("INIGetSettingString"))));
-    EXPECT_THAT(session_.boxes.shown,
-                Each(Field(&base::MsgRequest::buttons, base::MsgButtons::Ok)));
+                Each(testing::AllOf(Field(&base::MsgRequest::text, text),
+                                    Field(&base::MsgRequest::title, "INIGetSettingString"),
+                                    Field(&base::MsgRequest::buttons, base::MsgButtons::Ok))));
     EXPECT_EQ(startup::gDataPath, "");
     EXPECT_EQ(startup::gReportPath, "RouteRpts");
     EXPECT_FALSE(startup::gErrorHandling);
@@ -128,16 +124,8 @@ TEST_F(Configuration, UnderstandsTheWordsOfTheErrorSwitch) {
         startup::SetPaths();
         EXPECT_EQ(startup::gErrorHandling, expected) << word;
     }
-}
-
-TEST_F(Configuration, AnErrorSwitchThatIsNoBooleanIsATypeMismatch) {
     writeErrorHandling("maybe");
-    try {
-        startup::SetPaths();
-        FAIL() << "no error";
-    } catch (const base::RunTimeError& error) {
-        EXPECT_EQ(error.number(), base::errors::TypeMismatch);
-    }
+    EXPECT_EQ(support::errorOf([] { return startup::SetPaths(), 0; }), base::errors::TypeMismatch);
 }
 
 }  // namespace

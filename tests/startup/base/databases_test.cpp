@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ado/recordset.h"
-#include "platform/base/error.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
+#include "support/errors.h"
+#include "support/rows.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
 
@@ -21,12 +21,6 @@ protected:
         EXPECT_EQ(session_.boxes.shown.size(), 1U);
         return session_.boxes.shown.empty() ? "" : session_.boxes.shown[0].text;
     }
-    [[nodiscard]] static std::string firstText(const std::string& sql,
-                                               startup::ConnectionGlobal& connection) {
-        ado::Recordset rows;
-        rows.Open(sql, *connection);
-        return rows.Eof() ? "" : rows.Fields(0).asText();
-    }
 
     support::TestDistrict district_;
     support::TestSession session_;
@@ -39,8 +33,8 @@ TEST_F(Databases, OpenWhateverTheCaseOfTheirNamesAndSeeEachOthersTables) {
                      {{"EMPNUM", 12}, {"LASTNAME", "Smith"}, {"FIRSTNAME", "Ann"}});
     session_.start(district_.configFolder());
     const std::string sql = "SELECT EMPLOYEE.LASTNAME FROM EMPLOYEE";
-    EXPECT_EQ(firstText(sql, startup::gcnTrip), "Smith");
-    EXPECT_EQ(firstText(sql, startup::gcnRouting), "Smith");
+    EXPECT_EQ(support::rowsOf(sql, *startup::gcnTrip).at(0), "Smith");
+    EXPECT_EQ(support::rowsOf(sql, *startup::gcnRouting).at(0), "Smith");
     EXPECT_EQ(startup::gcnQDSC->Provider(), "Microsoft.Jet.OLEDB.4.0");
 }
 
@@ -87,7 +81,7 @@ TEST_F(Databases, ShutDownKeepsWhatAnOpenUnitOfWorkHadWritten) {
     EXPECT_THROW(faultInsideAUnit(), base::EndProgram);
     EXPECT_FALSE(startup::gcnRouting);
     session_.start(district_.configFolder());
-    EXPECT_EQ(firstText("SELECT LOCCODE.LOCCODE FROM LOCCODE", startup::gcnRouting), "N");
+    EXPECT_EQ(support::rowsOf("SELECT LOCCODE FROM LOCCODE", *startup::gcnRouting).at(0), "N");
 }
 
 TEST_F(Databases, ShutDownSkipsWhatIsNotOpenAndUsingAReleasedConnectionIsARunTimeError) {
@@ -97,12 +91,8 @@ TEST_F(Databases, ShutDownSkipsWhatIsNotOpenAndUsingAReleasedConnectionIsARunTim
     EXPECT_THROW(startup::ShutDown(), base::EndProgram);
     EXPECT_EQ(session_.forms.unloads, 2);
     EXPECT_TRUE(session_.boxes.shown.empty());
-    try {
-        startup::gcnTrip->Execute("DELETE FROM EMPLOYEE");
-        FAIL() << "no error";
-    } catch (const base::RunTimeError& error) {
-        EXPECT_EQ(error.number(), base::errors::ObjectNotSet);
-    }
+    EXPECT_EQ(support::errorOf([] { return startup::gcnTrip->Execute("DELETE FROM EMPLOYEE"); }),
+              base::errors::ObjectNotSet);
 }
 
 }  // namespace

@@ -2,28 +2,21 @@
 #include <string>
 
 #include <fmt/format.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "platform/ado/connection.h"
-#include "platform/base/error.h"
 #include "platform/store/database.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/cErrorHandler.h"
+#include "support/errors.h"
+#include "support/rows.h"
 #include "support/testsession.h"
 
 namespace {
 
 using startup::cErrorHandler;
 using support::contentsOf;
-
-int numberOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const base::RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
+using support::errorOf;
 
 class ErrorHandler : public testing::Test {
 protected:
@@ -96,13 +89,17 @@ TEST_F(ErrorHandler, ShowsTheMessageUnlessToldNotTo) {
     handler_.DisplayMsgOnError(false);
     handle(53, "File not found");
     ASSERT_EQ(session_.boxes.shown.size(), 1U);
-    const base::MsgRequest& box = session_.boxes.shown[0];
+    const base::MsgRequest box = session_.boxes.shown[0];
     EXPECT_EQ(box.text,
               "The following error has occurred in procedure: \nMain of Module: RunStartup.\n\n"
               "Error (53) File not found");
     EXPECT_EQ(box.title, "Vireo Routing - Tarn");
     EXPECT_EQ(box.icon, base::MsgIcon::Critical);
     EXPECT_EQ(box.buttons, base::MsgButtons::Ok);
+    handler_.DisplayMsgOnError(true);
+    handler_.Destination(folder_.path() + "missing/Error.txt");
+    handle(53, "File not found");
+    EXPECT_EQ(session_.boxes.shown.size(), 2U) << "a log that cannot be written";
 }
 
 TEST_F(ErrorHandler, AListenerCanCancelTheReport) {
@@ -116,12 +113,6 @@ TEST_F(ErrorHandler, AListenerCanCancelTheReport) {
     EXPECT_EQ(order, "before after");
     EXPECT_TRUE(session_.boxes.shown.empty());
     EXPECT_FALSE(std::filesystem::exists(log_));
-}
-
-TEST_F(ErrorHandler, ALogThatCannotBeWrittenStillShowsTheError) {
-    handler_.Destination(folder_.path() + "missing/Error.txt");
-    handle(53, "File not found");
-    EXPECT_EQ(session_.boxes.shown.size(), 1U);
 }
 
 TEST_F(ErrorHandler, ShowsTheStackWithItsDepthAndNamesItsTop) {
@@ -141,8 +132,8 @@ TEST_F(ErrorHandler, ThePushPastTheCapacityFails) {
     for (int depth = 1; depth <= 100; ++depth) {
         handler_.Push("P");
     }
-    EXPECT_EQ(numberOf([&] { handler_.Push("P"); }), base::errors::SubscriptOutOfRange);
-    EXPECT_EQ(numberOf([&] { handler_.Push("P"); }), base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { return handler_.Push("P"), 0; }), base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { return handler_.Push("P"), 0; }), base::errors::SubscriptOutOfRange);
     handle(6, "Overflow");
     for (int depth = 0; depth < 110; ++depth) {
         handler_.Pop();
@@ -156,9 +147,12 @@ TEST_F(ErrorHandler, ChangingTheCapacityEmptiesTheStack) {
     handler_.Push("Lost");
     handler_.MaxProcStackItems(1);
     handler_.Push("First");
-    EXPECT_EQ(numberOf([&] { handler_.Push("Second"); }), base::errors::SubscriptOutOfRange);
-    EXPECT_EQ(numberOf([&] { handler_.MaxProcStackItems(-3); }), base::errors::SubscriptOutOfRange);
-    EXPECT_EQ(numberOf([&] { handler_.MaxProcStackItems(32766); }), base::errors::Overflow);
+    EXPECT_EQ(errorOf([&] { return handler_.Push("Second"), 0; }),
+              base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { return handler_.MaxProcStackItems(-3), 0; }),
+              base::errors::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { return handler_.MaxProcStackItems(32766), 0; }),
+              base::errors::Overflow);
     handle(6, "Overflow");
     EXPECT_EQ(contentsOf(log_).find("Lost"), std::string::npos);
 }
@@ -174,41 +168,30 @@ TEST_F(ErrorHandler, TracingStartsANewFileAndCanBeSwitchedOff) {
 }
 
 TEST_F(ErrorHandler, RefusesAnyOtherDestination) {
-    const auto textOf = [&](const base::Value& value) {
-        try {
-            handler_.Destination(value);
-        } catch (const base::RunTimeError& error) {
-            EXPECT_EQ(error.number(), static_cast<int>(0x800403E8U));
-            return error.description();
-        }
-        return std::string();
-    };
-    EXPECT_EQ(textOf(12), "Invalid object type: 3");
-    EXPECT_EQ(textOf({}), "Invalid object type: 1");
-    EXPECT_EQ(textOf(true), "Invalid object type: 11");
-    EXPECT_EQ(textOf(base::Date{}), "Invalid object type: 7");
+    const std::pair<base::Value, const char*> others[] = {
+        {12, "3"}, {{}, "1"}, {true, "11"}, {base::Date{}, "7"}};
+    for (const auto& [value, type] : others) {
+        EXPECT_THAT([&] { handler_.Destination(value); },
+                    testing::ThrowsMessage<base::RunTimeError>(
+                        std::string("Invalid object type: ") + type));
+        EXPECT_EQ(errorOf([&] { return handler_.Destination(value), 0; }),
+                  static_cast<int>(0x800403E8U));
+    }
     EXPECT_EQ(std::get<std::string>(handler_.Destination()), log_);
 }
 
-TEST_F(ErrorHandler, ClearLogDeletesTheFile) {
+TEST_F(ErrorHandler, ClearLogDeletesTheFileAndNamesATableThatIsNotSet) {
     handle(6, "Overflow");
     handler_.ClearLog();
     EXPECT_FALSE(std::filesystem::exists(log_));
     handler_.ClearLog();
-}
-
-TEST_F(ErrorHandler, AnErrorsTableThatIsNotSetIsNamedByClearLogOnly) {
     handler_.Destination(static_cast<ado::Recordset*>(nullptr));
     handle(6, "Overflow");
-    EXPECT_EQ(session_.boxes.shown.size(), 1U);
-    try {
-        handler_.ClearLog();
-        FAIL() << "no error";
-    } catch (const base::RunTimeError& error) {
-        EXPECT_EQ(error.description(),
-                  "Error handler cannot write to the [Errors] errors table because the Destination "
-                  "recordset \nvariable has not been initialized.");
-    }
+    EXPECT_EQ(session_.boxes.shown.size(), 2U);
+    EXPECT_THAT([&] { handler_.ClearLog(); },
+                testing::ThrowsMessage<base::RunTimeError>(
+                    "Error handler cannot write to the [Errors] errors table because the "
+                    "Destination recordset \nvariable has not been initialized."));
 }
 
 class ErrorsTable : public ErrorHandler {
@@ -240,23 +223,17 @@ TEST_F(ErrorsTable, GetsARowForEachErrorAndIsCleared) {
     handler_.Push("Outer");
     handle(6, "Overflow");
     handle(13, "Type mismatch");
-    ado::Recordset rows;
-    rows.Open("SELECT * FROM Errors ORDER BY ID", connection_, ado::CursorType::Static);
-    ASSERT_EQ(rows.RecordCount(), 2);
-    EXPECT_EQ(rows["ErrorDate"].Value(), base::Value(session_.clock.time));
-    EXPECT_EQ(rows["ErrorString"].asText(), "Overflow");
-    EXPECT_EQ(rows["ErrorNumber"].asInteger(), 6);
-    EXPECT_EQ(rows["ErrorLine"].asInteger(), 0);
-    EXPECT_EQ(rows["ErrorProc"].asText(), "Outer");
-    EXPECT_EQ(rows["CallStack"].asText(), "01  Outer\nCurrent Operation: A of Module: B.\n");
-    EXPECT_TRUE(rows["AdditionalInfo"].asText().starts_with("\nAdditional Information\n"));
-    rows.Close();
-
+    EXPECT_THAT(
+        support::rowsOf("SELECT ErrorDate, ErrorString, ErrorNumber, ErrorLine, ErrorProc, "
+                        "CallStack, Left(AdditionalInfo, 24) AS More FROM Errors ORDER BY ID",
+                        connection_),
+        testing::ElementsAre("1/31/2026 8:05:09 AM|Overflow|6|0|Outer|01  Outer\nCurrent "
+                             "Operation: A of Module: B.\n|\nAdditional Information\n",
+                             testing::HasSubstr("|Type mismatch|13|")));
     table_.Close();
     table_.Open("SELECT * FROM Errors", connection_, ado::CursorType::Dynamic);
     handler_.ClearLog();
-    rows.Open("SELECT * FROM Errors", connection_, ado::CursorType::Static);
-    EXPECT_EQ(rows.RecordCount(), 0);
+    EXPECT_THAT(support::rowsOf("SELECT ID FROM Errors", connection_), testing::IsEmpty());
 }
 
 }  // namespace
