@@ -55,11 +55,15 @@ void retype(QWidget& control, const std::string& text) {
     }
 }
 
-class LineEditAdapter : public Adapter {
+QString contentOf(const QLineEdit& edit) { return edit.text(); }
+QString contentOf(const QPlainTextEdit& edit) { return edit.toPlainText(); }
+
+template <class Edit>
+class TextAdapter : public Adapter {
 public:
-    explicit LineEditAdapter(QLineEdit& edit) : edit_(edit) {}
+    explicit TextAdapter(Edit& edit) : edit_(edit) {}
     [[nodiscard]] std::string kind() const override { return "a text box"; }
-    [[nodiscard]] std::string text() const override { return fromQt(edit_.text()); }
+    [[nodiscard]] std::string text() const override { return fromQt(contentOf(edit_)); }
     void set(const std::string& text) override {
         if (edit_.isReadOnly()) {
             cannot("is typed into, for it is read-only");
@@ -70,22 +74,7 @@ public:
     }
 
 private:
-    QLineEdit& edit_;
-};
-
-class PlainTextAdapter : public Adapter {
-public:
-    explicit PlainTextAdapter(QPlainTextEdit& edit) : edit_(edit) {}
-    [[nodiscard]] std::string kind() const override { return "a text box"; }
-    [[nodiscard]] std::string text() const override { return fromQt(edit_.toPlainText()); }
-    void set(const std::string& text) override {
-        focus(edit_);
-        retype(edit_, text);
-        leave(edit_);
-    }
-
-private:
-    QPlainTextEdit& edit_;
+    Edit& edit_;
 };
 
 class ComboAdapter : public Adapter {
@@ -163,18 +152,6 @@ private:
     QAbstractButton& button_;
 };
 
-class LabelAdapter : public Adapter {
-public:
-    explicit LabelAdapter(QLabel& label) : label_(label) {}
-    [[nodiscard]] std::string kind() const override { return "a label"; }
-    [[nodiscard]] std::string text() const override {
-        return fromQt(label_.buddy() == nullptr ? label_.text() : withoutAccessKey(label_.text()));
-    }
-
-private:
-    QLabel& label_;
-};
-
 class TabAdapter : public Adapter {
 public:
     explicit TabAdapter(QTabWidget& tabs) : tabs_(tabs) {}
@@ -198,36 +175,32 @@ private:
     QTabWidget& tabs_;
 };
 
-class ProgressAdapter : public Adapter {
+// What controls show that cannot be changed.
+QString shownBy(const QLabel& label) {
+    return label.buddy() == nullptr ? label.text() : withoutAccessKey(label.text());
+}
+QString shownBy(const QProgressBar& bar) { return QString::number(bar.value()); }
+QString shownBy(const QStatusBar& status) { return status.currentMessage(); }
+QString shownBy(const QGroupBox& group) { return withoutAccessKey(group.title()); }
+
+template <class Control>
+constexpr const char* KindName = "a label";
+template <>
+constexpr const char* KindName<QProgressBar> = "a progress bar";
+template <>
+constexpr const char* KindName<QStatusBar> = "a status bar";
+template <>
+constexpr const char* KindName<QGroupBox> = "a frame";
+
+template <class Control>
+class ShownAdapter : public Adapter {
 public:
-    explicit ProgressAdapter(QProgressBar& bar) : bar_(bar) {}
-    [[nodiscard]] std::string kind() const override { return "a progress bar"; }
-    [[nodiscard]] std::string text() const override { return std::to_string(bar_.value()); }
+    explicit ShownAdapter(const Control& control) : control_(control) {}
+    [[nodiscard]] std::string kind() const override { return KindName<Control>; }
+    [[nodiscard]] std::string text() const override { return fromQt(shownBy(control_)); }
 
 private:
-    QProgressBar& bar_;
-};
-
-class StatusAdapter : public Adapter {
-public:
-    explicit StatusAdapter(QStatusBar& status) : status_(status) {}
-    [[nodiscard]] std::string kind() const override { return "a status bar"; }
-    [[nodiscard]] std::string text() const override { return fromQt(status_.currentMessage()); }
-
-private:
-    QStatusBar& status_;
-};
-
-class GroupAdapter : public Adapter {
-public:
-    explicit GroupAdapter(QGroupBox& group) : group_(group) {}
-    [[nodiscard]] std::string kind() const override { return "a frame"; }
-    [[nodiscard]] std::string text() const override {
-        return fromQt(withoutAccessKey(group_.title()));
-    }
-
-private:
-    QGroupBox& group_;
+    const Control& control_;
 };
 
 class ListAdapter : public Adapter {
@@ -299,10 +272,14 @@ private:
     MultiColumnList& list_;
 };
 
-template <class Control, class ItsAdapter>
+template <class ItsAdapter, class Control>
 std::unique_ptr<Adapter> tryKind(QWidget& control) {
     auto* typed = qobject_cast<Control*>(&control);
     return typed == nullptr ? nullptr : std::make_unique<ItsAdapter>(*typed);
+}
+template <template <class> class ItsAdapter, class Control>
+std::unique_ptr<Adapter> tryKind(QWidget& control) {
+    return tryKind<ItsAdapter<Control>, Control>(control);
 }
 
 }  // namespace
@@ -324,19 +301,13 @@ void Adapter::cannot(const std::string& what) const {
 std::unique_ptr<Adapter> adapterFor(QWidget& control) {
     using Maker = std::unique_ptr<Adapter> (*)(QWidget&);
     constexpr Maker Kinds[] = {
-        tryKind<MultiColumnList, ListAdapter>,
-        tryKind<controls::Grid, GridAdapter>,
-        tryKind<QComboBox, ComboAdapter>,
-        tryKind<QLineEdit, LineEditAdapter>,
-        tryKind<QPlainTextEdit, PlainTextAdapter>,
-        tryKind<QCheckBox, CheckAdapter>,
-        tryKind<QRadioButton, CheckAdapter>,
-        tryKind<QAbstractButton, ButtonAdapter>,
-        tryKind<QLabel, LabelAdapter>,
-        tryKind<QTabWidget, TabAdapter>,
-        tryKind<QProgressBar, ProgressAdapter>,
-        tryKind<QStatusBar, StatusAdapter>,
-        tryKind<QGroupBox, GroupAdapter>,
+        tryKind<ListAdapter, MultiColumnList>, tryKind<GridAdapter, controls::Grid>,
+        tryKind<ComboAdapter, QComboBox>,      tryKind<TextAdapter, QLineEdit>,
+        tryKind<TextAdapter, QPlainTextEdit>,  tryKind<CheckAdapter, QCheckBox>,
+        tryKind<CheckAdapter, QRadioButton>,   tryKind<ButtonAdapter, QAbstractButton>,
+        tryKind<ShownAdapter, QLabel>,         tryKind<TabAdapter, QTabWidget>,
+        tryKind<ShownAdapter, QProgressBar>,   tryKind<ShownAdapter, QStatusBar>,
+        tryKind<ShownAdapter, QGroupBox>,
     };
     for (const Maker make : Kinds) {
         if (auto adapter = make(control)) {

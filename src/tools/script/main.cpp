@@ -1,3 +1,6 @@
+#include <QCommandLineParser>
+#include <QFile>
+#include <cstdlib>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
@@ -60,6 +63,22 @@ std::vector<std::string> runStatement(const std::string& database, const std::st
     return lines;
 }
 
+/// The script that the command line names; helps and ends the program where it does not.
+QString fileIn(const QCoreApplication& application) {
+    QCommandLineParser words;
+    words.setApplicationDescription(
+        "Plays a script against the program's forms and writes what happened.\n\n"
+        "Example: tarn-script samples/typical-day.tarn");
+    words.addHelpOption();
+    words.addPositionalArgument("FILE", "The script: one command a line.");
+    words.process(application);
+    if (words.positionalArguments().size() != 1) {
+        std::cerr << words.helpText().toStdString();
+        std::exit(2);
+    }
+    return words.positionalArguments().front();
+}
+
 }  // namespace
 
 // Plays a script against the program's real forms: tarn-script FILE. The district is the one that
@@ -67,14 +86,11 @@ std::vector<std::string> runStatement(const std::string& database, const std::st
 int main(int argc, char** argv) {
     qInstallMessageHandler(warnUnlessScreenless);
     forms::Application application(argc, argv);
-    if (argc != 2) {
-        std::cerr << "Usage: tarn-script FILE\n";
-        return 2;
-    }
+    const QString file = fileIn(application);
     QApplication::setApplicationName(QStringLiteral("tarn-script"));
     forms::applyLook(application, forms::Scheme::Light);
-    const int status =
-        script::playFile(argv[1], std::cout, std::cerr, {startProgram, runStatement});
+    const int status = script::playFile(QFile::encodeName(file).toStdString(), std::cout, std::cerr,
+                                        {startProgram, runStatement});
     application.startAfresh();
     startup::resetSession();
     return status;

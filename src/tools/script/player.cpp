@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QThread>
 #include <fstream>
+#include <map>
 #include <ostream>
 #include <sstream>
 
@@ -27,22 +28,6 @@ using forms::Form;
 using forms::FormRegistry;
 
 namespace {
-
-bool actsOnProgram(Verb verb) {
-    switch (verb) {
-        case Verb::Start:
-        case Verb::Set:
-        case Verb::Click:
-        case Verb::DoubleClick:
-        case Verb::Column:
-        case Verb::Select:
-        case Verb::Cell:
-        case Verb::Close:
-            return true;
-        default:
-            return false;
-    }
-}
 
 std::string indented(const std::string& text) {
     std::string shown = "    ";
@@ -72,9 +57,6 @@ Player::~Player() {
 
 void Player::play(std::span<const Command> commands) {
     for (const Command& command : commands) {
-        if (actsOnProgram(command.verb)) {
-            failOnUnexpectedBox(command);
-        }
         perform(command);
     }
     if (commands.empty()) {
@@ -101,9 +83,13 @@ void Player::perform(const Command& command) {
         transcript_ << "\n# " << command.text << "\n";
         return;
     }
+    const Deed& deed = deedOf(command.verb);
+    if (deed.actsOnProgram) {
+        failOnUnexpectedBox(command);
+    }
     transcript_ << "> " << command.source << "\n";
     try {
-        act(command);
+        deed.perform(*this, command);
         settle();
     } catch (const ControlError& error) {
         throw ScriptError(command.line,
@@ -112,77 +98,43 @@ void Player::perform(const Command& command) {
     transcript_.flush();
 }
 
-void Player::act(const Command& command) {
-    const auto usable = [&] {
-        QWidget& widget = control(command);
-        bringWithinReach(widget);
-        return adapterFor(widget);
-    };
-    switch (command.verb) {
-        case Verb::Start:
-            return start(command);
-        case Verb::Set:
-            return usable()->set(command.text);
-        case Verb::Click:
-            return usable()->click();
-        case Verb::DoubleClick:
-            return usable()->doubleClick(command.numbers[0]);
-        case Verb::Column:
-            return usable()->clickColumn(command.numbers[0]);
-        case Verb::Select:
-            return select(*usable(), command);
-        case Verb::Cell:
-            return usable()->setCell(command.numbers[0], command.numbers[1], command.text);
-        case Verb::Answer:
-            return answer(command);
-        case Verb::Shot:
-            return takePicture(command);
-        case Verb::Close:
-            form(command).close();
-            return;
-        case Verb::Wait:
-            live(command.numbers[0], [] { return false; });
-            return;
-        case Verb::Until:
-            return until(command);
-        case Verb::UntilSql:
-            return untilRows(command);
-        case Verb::Clock:
-            return setClock(command);
-        case Verb::Speed:
-            forms::Timer::setSpeed(std::max(command.numbers[0], 1));
-            return;
-        case Verb::Sql:
-            return runStatement(command);
-        default:
-            check(command);
-    }
+/// Found and brought to where a user could use it.
+std::unique_ptr<Adapter> Player::usable(const Command& command) const {
+    QWidget& widget = control(command);
+    bringWithinReach(widget);
+    return adapterFor(widget);
 }
 
-void Player::check(const Command& command) {
-    switch (command.verb) {
-        case Verb::Print:
-            for (const std::string& line : adapterFor(control(command))->lines()) {
-                print(line);
-            }
-            return;
-        case Verb::State:
-            return printState(command);
-        case Verb::Forms:
-            return printForms();
-        case Verb::Boxes:
-            return printBoxes();
-        case Verb::Expect:
-            return expect(command);
-        case Verb::ExpectRow:
-            return expectRow(command);
-        case Verb::ExpectBox:
-            return expectBox(command);
-        case Verb::ExpectSql:
-            return expectRows(command);
-        default:
-            return;
-    }
+/// What a verb does; those that act on the program must not follow an unexpected box.
+const Player::Deed& Player::deedOf(Verb verb) {
+    using C = const Command&;
+    static const std::map<Verb, Deed> deeds = {
+        {Verb::Start, {[](Player& p, C c) { p.start(c); }, true}},
+        {Verb::Set, {[](Player& p, C c) { p.usable(c)->set(c.text); }, true}},
+        {Verb::Click, {[](Player& p, C c) { p.usable(c)->click(); }, true}},
+        {Verb::DoubleClick, {[](Player& p, C c) { p.usable(c)->doubleClick(c.numbers[0]); }, true}},
+        {Verb::Column, {[](Player& p, C c) { p.usable(c)->clickColumn(c.numbers[0]); }, true}},
+        {Verb::Select, {[](Player& p, C c) { p.select(*p.usable(c), c); }, true}},
+        {Verb::Cell,
+         {[](Player& p, C c) { p.usable(c)->setCell(c.numbers[0], c.numbers[1], c.text); }, true}},
+        {Verb::Close, {[](Player& p, C c) { p.form(c).close(); }, true}},
+        {Verb::Answer, {[](Player& p, C c) { p.answer(c); }}},
+        {Verb::Print, {[](Player& p, C c) { p.print(adapterFor(p.control(c))->lines()); }}},
+        {Verb::State, {[](Player& p, C c) { p.printState(c); }}},
+        {Verb::Forms, {[](Player& p, C) { p.printForms(); }}},
+        {Verb::Boxes, {[](Player& p, C) { p.printBoxes(); }}},
+        {Verb::Shot, {[](Player& p, C c) { p.takePicture(c); }}},
+        {Verb::Wait, {[](Player& p, C c) { p.live(c.numbers[0], [] { return false; }); }}},
+        {Verb::Until, {[](Player& p, C c) { p.until(c); }}},
+        {Verb::UntilSql, {[](Player& p, C c) { p.untilRows(c); }}},
+        {Verb::Clock, {[](Player& p, C c) { p.setClock(c); }}},
+        {Verb::Speed, {[](Player&, C c) { forms::Timer::setSpeed(std::max(c.numbers[0], 1)); }}},
+        {Verb::Sql, {[](Player& p, C c) { p.runStatement(c); }}},
+        {Verb::Expect, {[](Player& p, C c) { p.expect(c); }}},
+        {Verb::ExpectRow, {[](Player& p, C c) { p.expectRow(c); }}},
+        {Verb::ExpectBox, {[](Player& p, C c) { p.expectBox(c); }}},
+        {Verb::ExpectSql, {[](Player& p, C c) { p.expectRows(c); }}}};
+    return deeds.at(verb);
 }
 
 void Player::start(const Command& command) {
@@ -211,6 +163,12 @@ void Player::answer(const Command& command) {
 }
 
 void Player::print(const std::string& line) { transcript_ << indented(line) << "\n"; }
+
+void Player::print(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        print(line);
+    }
+}
 
 void Player::printState(const Command& command) {
     const QWidget& widget = control(command);
@@ -301,9 +259,7 @@ std::vector<std::string> Player::ask(const Command& command) const {
 void Player::runStatement(const Command& command) {
     statement_ = command;
     answer_ = ask(command);
-    for (const std::string& line : answer_) {
-        print(line);
-    }
+    print(answer_);
 }
 
 /// Those below the captions.

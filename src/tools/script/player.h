@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -50,15 +51,20 @@ public:
     void play(std::span<const Command> commands);
 
 private:
+    struct Deed {
+        void (*perform)(Player& player, const Command& command);
+        bool actsOnProgram = false;
+    };
+    static const Deed& deedOf(Verb verb);
+
     void perform(const Command& command);
-    void act(const Command& command);
-    void check(const Command& command);
     void failOnUnexpectedBox(const Command& command) const;
 
     void start(const Command& command);
     void select(Adapter& list, const Command& command);
     void answer(const Command& command);
     void print(const std::string& line);
+    void print(const std::vector<std::string>& lines);
     void printState(const Command& command);
     void printForms();
     void printBoxes();
@@ -78,6 +84,7 @@ private:
 
     [[nodiscard]] forms::Form& form(const Command& command) const;
     [[nodiscard]] QWidget& control(const Command& command) const;
+    [[nodiscard]] std::unique_ptr<Adapter> usable(const Command& command) const;
     [[nodiscard]] std::string controlText(const Command& command) const;
 
     std::ostream& transcript_;

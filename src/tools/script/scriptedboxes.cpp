@@ -79,15 +79,12 @@ const ShownBox* ScriptedBoxes::unexpected() const {
 }
 
 MsgAnswer answerNamed(const std::string& name) {
-    const auto* found = std::find_if(Names.begin(), Names.end(),
-                                     [&](const auto& one) { return one.second == name; });
+    const auto* found = std::ranges::find(Names, name, [](const auto& one) { return one.second; });
     return found == Names.end() ? MsgAnswer::Ok : found->first;
 }
 
 std::string nameOf(MsgAnswer answer) {
-    const auto* found = std::find_if(Names.begin(), Names.end(),
-                                     [&](const auto& one) { return one.first == answer; });
-    return found->second;
+    return std::ranges::find(Names, answer, [](const auto& one) { return one.first; })->second;
 }
 
 std::string described(const ShownBox& box) {
