@@ -141,8 +141,8 @@ void addVehicleTypes(std::vector<CodeRows>& all) {
     for (const VehicleType& type : vehicleTypes()) {
         types.rows.push_back({type.code, type.description, type.high, type.medium, type.low,
                               type.overfill, type.overfill / 2, 0, type.active});
-        for (const NeedCapacity& need : type.needs) {
-            needs.rows.push_back({type.code, need.need, need.passengers});
+        for (const runedit::NeedCount& need : type.needs) {
+            needs.rows.push_back({type.code, need.code, need.count});
         }
     }
     all.push_back(std::move(types));
@@ -155,13 +155,9 @@ int VehicleType::seats(std::string_view level) const {
     return level == "High" ? high : level == "Medium" ? medium : low;
 }
 
-bool VehicleType::carries(std::string_view need) const {
-    return std::ranges::find(needs, need, &NeedCapacity::need) != needs.end();
-}
-
 const std::vector<VehicleType>& vehicleTypes() {
     static const std::vector<VehicleType> types = {
-        {"BUS66", "Bus, 66 seats", 66, 55, 44, 6, true, {{"AIDE", 8}, {"SEAT", 6}, {"HARN", 6}}},
+        {"BUS66", "Bus, 66 seats", 66, 55, 44, 6, true, {{"AIDE", 8}, {"HARN", 6}, {"SEAT", 6}}},
         {"BUS66L",
          "Bus, 66 seats, wheelchair lift",
          66,
@@ -169,8 +165,8 @@ const std::vector<VehicleType>& vehicleTypes() {
          44,
          4,
          true,
-         {{"AIDE", 8}, {"SEAT", 6}, {"HARN", 6}, {"WC", 4}}},
-        {"BUS54", "Bus, 54 seats", 54, 45, 36, 4, true, {{"AIDE", 6}, {"SEAT", 4}, {"HARN", 4}}},
+         {{"AIDE", 8}, {"HARN", 6}, {"SEAT", 6}, {"WC", 4}}},
+        {"BUS54", "Bus, 54 seats", 54, 45, 36, 4, true, {{"AIDE", 6}, {"HARN", 4}, {"SEAT", 4}}},
         {"MINI20",
          "Short bus, 20 seats, wheelchair lift",
          20,
@@ -178,7 +174,7 @@ const std::vector<VehicleType>& vehicleTypes() {
          14,
          0,
          true,
-         {{"AIDE", 10}, {"SEAT", 10}, {"HARN", 10}, {"WC", 6}}},
+         {{"AIDE", 10}, {"HARN", 10}, {"SEAT", 10}, {"WC", 6}}},
         {"VAN8", "Van, 8 seats", 8, 8, 6, 0, true, {{"SEAT", 4}}},
         {"BUS35", "Bus, 35 seats, sold", 35, 30, 24, 2, false, {}}};
     return types;

@@ -7,13 +7,9 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
+#include "runedit/validation/Check_SpecialNeeds.h"
 
 namespace tools::district {
-
-struct NeedCapacity {
-    std::string_view need;
-    int passengers = 0;
-};
 
 /// A vehicle type with its seats at the three capacity levels.
 struct VehicleType {
@@ -24,10 +20,9 @@ struct VehicleType {
     int low = 0;
     int overfill = 0;
     bool active = true;
-    std::vector<NeedCapacity> needs = {};
+    std::vector<runedit::NeedCount> needs = {};  ///< that it can carry, by code
 
     [[nodiscard]] int seats(std::string_view level) const;
-    [[nodiscard]] bool carries(std::string_view need) const;
 };
 
 [[nodiscard]] const std::vector<VehicleType>& vehicleTypes();

@@ -8,6 +8,10 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
+#include "runedit/validation/Check_NumPassengers.h"
+#include "runedit/validation/Check_RightSide.h"
+#include "runedit/validation/Check_Run_RideTime.h"
+#include "runedit/validation/Check_SpecialNeeds.h"
 #include "tools/district/make/codes.h"
 #include "tools/district/make/names.h"
 
@@ -90,91 +94,70 @@ void addSpares(District& district, Random& random) {
     }
 }
 
-/// Writes a run's findings; each rule looks at the stops where students board or leave.
-class FindingWriter {
+/// A run as the rules of a validation see it.
+class ValidatedRun {
 public:
-    FindingWriter(Run& run, const Route* route, const NeedsByStop& needs, int maxRideMinutes)
-        : run_(run), route_(route), needs_(needs), maxRideMinutes_(maxRideMinutes) {}
-
-    void write() {
-        for (const Visit& visit : run_.visits) {
-            if (visit.stop->type == data::stoptype::Directional) {
-                continue;
+    ValidatedRun(Run& run, const Route* route) : run_(run), type_(vehicleType(run.vehicleType)) {
+        checked_.run = run.id;
+        checked_.vehicle = route == nullptr ? "" : route->vehicle;
+        checked_.vehType = run.vehicleType;
+        checked_.capacity = static_cast<std::int16_t>(type_.seats(run.capacity));
+        for (const Visit& visit : run.visits) {
+            const std::string_view type = visit.stop->type;
+            if (type != data::stoptype::Directional) {
+                timed_.push_back(rowOf(visit));
             }
-            rideTime(visit);
-            if (visit.stop->type == data::stoptype::Regular) {
-                passengers(visit);
-                rightSide(visit);
-                specialNeeds(visit);
+            if (type == data::stoptype::Regular) {
+                regular_.push_back(&visit);
             }
         }
+    }
+
+    void validate(const NeedsByStop& needs, int maxRideMinutes) {
+        runedit::StopRows stops;
+        std::vector<runedit::StopNeeds> needy;
+        runedit::Findings leftHand;
+        for (const Visit* visit : regular_) {
+            stops.push_back(rowOf(*visit));
+            needy.push_back({stops.back(), needsAt(*visit->stop, needs)});
+            if (visit->stop->rightSide && !visit->rightHand) {
+                leftHand.push_back(runedit::servedFromTheLeft(stops.back()));
+            }
+        }
+        record("PASSENGERS", runedit::countPassengers(checked_, stops).findings);
+        record("RIGHTSIDE", leftHand);
+        record("RIDETIME",
+               runedit::ridesTooLong(timed_, static_cast<std::int16_t>(maxRideMinutes)));
+        record("SPECIAL", runedit::needsNotMet(checked_, needy, type_.needs));
     }
 
 private:
-    void passengers(const Visit& visit) {
-        aboard_ += visit.students;
-        const int capacity = vehicleType(run_.vehicleType).seats(run_.capacity);
-        if (aboard_ <= capacity) {
-            return;
-        }
-        const bool known = route_ != nullptr;
-        run_.findings.push_back(
-            {"PASSENGERS",
-             fmt::format(
-                 "StopID: {} has added more passengers than the capacity (with the overfill added) "
-                 "of the{} assigned to the run. The stop's number of passengers is: {}.  The run's "
-                 "total passenger up to and including this stop is: {}.  The {}{} with a capacity "
-                 "of: {}.",
-                 visit.stop->stopId, known ? " vehicle" : " vehicle Type", visit.students, aboard_,
-                 known ? " vehicle assigned to this run is: "
-                       : " vehicle type assigned to this run is: ",
-                 known ? route_->vehicle : run_.vehicleType, capacity)});
+    static runedit::StopRow rowOf(const Visit& visit) {
+        return {visit.stop->stopId, {},         visit.stop->id,        {},
+                visit.students,     visit.time, visit.cumulatedMinutes};
     }
 
-    void rightSide(const Visit& visit) {
-        if (visit.stop->rightSide && !visit.rightHand) {
-            run_.findings.push_back(
-                {"RIGHTSIDE",
-                 fmt::format("StopID: {} was marked as Right Hand Side Pickup Only and the run "
-                             "currently picks up the stop on the left side.  *** ",
-                             visit.stop->stopId)});
-        }
-    }
-
-    void rideTime(const Visit& visit) {
-        if (visit.cumulatedMinutes > maxRideMinutes_) {
-            run_.findings.push_back(
-                {"RIDETIME",
-                 fmt::format("StopID: {} has a ride time greater than the max allowed.  Stop's "
-                             "total ride time: {} minutes max allowed: {} minutes.",
-                             visit.stop->stopId, base::numberText(visit.cumulatedMinutes),
-                             maxRideMinutes_)});
-        }
-    }
-
-    void specialNeeds(const Visit& visit) {
-        const auto found = needs_.find(visit.stop);
-        if (found == needs_.end()) {
-            return;
-        }
-        for (const auto& [need, count] : found->second) {
-            if (!vehicleType(run_.vehicleType).carries(need)) {
-                run_.findings.push_back(
-                    {"SPECIAL",
-                     fmt::format(
-                         "StopID: {} has {} passengers with the special need of: {} and the "
-                         "vehicle type of: {} was assigned to the run and does not handle "
-                         "this special need.",
-                         visit.stop->stopId, count, need, run_.vehicleType)});
+    static std::vector<runedit::NeedCount> needsAt(const Stop& stop, const NeedsByStop& needs) {
+        std::vector<runedit::NeedCount> counts;
+        if (const auto found = needs.find(&stop); found != needs.end()) {
+            for (const auto& [need, count] : found->second) {
+                counts.push_back({std::string(need), static_cast<double>(count)});
             }
+        }
+        return counts;
+    }
+
+    void record(std::string_view type, const runedit::Findings& findings) {
+        for (const runedit::Finding& finding : findings) {
+            run_.findings.push_back({type, finding.message});
         }
     }
 
     Run& run_;
-    const Route* route_;
-    const NeedsByStop& needs_;
-    int maxRideMinutes_;
-    int aboard_ = 0;
+    const VehicleType& type_;
+    runedit::CheckedRun checked_;
+    runedit::StopRows timed_;
+    std::vector<const Visit*> regular_;
 };
 
 }  // namespace
@@ -231,7 +214,7 @@ void recordFindings(District& district) {
     for (Run& run : district.runs) {
         const Route* route =
             run.route ? &district.routes[static_cast<std::size_t>(*run.route) - 1] : nullptr;
-        FindingWriter(run, route, needs, district.maxRideMinutes).write();
+        ValidatedRun(run, route).validate(needs, district.maxRideMinutes);
     }
 }
 

@@ -16,8 +16,8 @@ void addStudents(District& district, const School& school, const Stop& stop, int
 /// aide; its runs get the vehicle's type and a capacity level.
 void staffRoutes(District& district, Random& random);
 
-/// Records, run by run, what a validation would find: too many passengers, right-side stops served
-/// from the left, rides that are too long, needs that the vehicle cannot carry.
+/// Records, run by run, what the rules of a validation find: too many passengers, right-side stops
+/// served from the left, rides that are too long, needs that the vehicle cannot carry.
 void recordFindings(District& district);
 
 /// The way between two stops as the dead-head table holds it.

@@ -1,5 +1,7 @@
 #include "tools/district/make/history.h"
 
+#include <array>
+
 #include <fmt/format.h>
 
 #include "data/schema/schema.h"
@@ -41,23 +43,14 @@ int activityOf(std::size_t roll) {
 }
 
 std::string moved(const Visit& visit, Random& random) {
-    switch (random.below(visit.sequence > 1 ? 3 : 2)) {
-        case 0:
-            return fmt::format(
-                "Stop's sequence in the run: {} was changed - moved up to top.  The old sequence "
-                "was: {}.  The new sequence is: 1.",
-                visit.stop->stopId, visit.sequence + 1);
-        case 1:
-            return fmt::format(
-                "Stop's sequence in the run: {} was changed - moved up one.  The old sequence was: "
-                "{}.  The new sequence is: {}.",
-                visit.stop->stopId, visit.sequence + 1, visit.sequence);
-        default:
-            return fmt::format(
-                "Stop's sequence in the run: {} was changed - moved down one.  The old sequence "
-                "was: {}.  The new sequence is: {}.",
-                visit.stop->stopId, visit.sequence - 1, visit.sequence);
-    }
+    constexpr std::array Ways = {"up to top", "up one", "down one"};
+    const std::size_t way = random.below(visit.sequence > 1 ? 3 : 2);
+    return fmt::format(
+        "Stop's sequence in the run: {} was changed - moved {}.  The old sequence was: {}.  The "
+        "new "
+        "sequence is: {}.",
+        visit.stop->stopId, Ways[way], visit.sequence + (way == 2 ? -1 : 1),
+        way == 0 ? 1 : visit.sequence);
 }
 
 std::string describe(const LogEntry& entry, const Run& other, Random& random) {

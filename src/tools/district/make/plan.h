@@ -67,8 +67,7 @@ struct PlanFiles {
     std::string_view plan;
 };
 
-/// Reads the files. Raises base::RunTimeError that names the file and the line for a cell that
-/// cannot be read, an unknown stop or school, or legs that make no runs.
+/// Reads the files as they are published. Raises "Type mismatch" (13) for a cell that is no number.
 [[nodiscard]] Plan readPlan(const PlanFiles& files);
 
 /// The instance that this program carries with it, and its licence.

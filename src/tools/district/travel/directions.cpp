@@ -1,5 +1,6 @@
 #include "tools/district/travel/directions.h"
 
+#include <array>
 #include <cmath>
 
 #include <fmt/format.h>
@@ -18,19 +19,8 @@ const std::string Skip = "SKIP";
 enum class Heading { None, East, North, West, South };
 
 std::string_view nameOf(Heading heading) {
-    switch (heading) {
-        case Heading::East:
-            return "east";
-        case Heading::North:
-            return "north";
-        case Heading::West:
-            return "west";
-        case Heading::South:
-            return "south";
-        case Heading::None:
-            break;
-    }
-    return "";
+    constexpr std::array<std::string_view, 5> Names = {"", "east", "north", "west", "south"};
+    return Names[static_cast<std::size_t>(heading)];
 }
 
 int quarter(Heading heading) { return static_cast<int>(heading) - 1; }

@@ -30,29 +30,6 @@ struct ThreeStops {
 
 }  // namespace
 
-TEST(Timetable, BothAnchorsGiveTheSameTimes) {
-    ThreeStops given;
-    setTimes(given.run, Anchor::End, Date::timeOfDay(7, 0));
-    // A mile takes 180 s; boarding at B takes 60.6 s, and that gap rounds to 241 s.
-    EXPECT_EQ(given.run.visits[2].time, Date::timeOfDay(6, 55, 59));
-    EXPECT_EQ(given.run.visits[0].time, Date::timeOfDay(6, 52, 29));
-    EXPECT_FALSE(given.run.visits[1].time);
-    const Date start = given.run.start;
-    setTimes(given.run, Anchor::Start, start);
-    EXPECT_EQ(given.run.end, Date::timeOfDay(7, 0));
-    EXPECT_EQ(given.run.totalMiles, 2);
-    EXPECT_EQ(given.run.totalMinutes, 7.52);
-    EXPECT_EQ(given.run.visits[2].cumulatedMinutes, 3.5);
-}
-
-TEST(Timetable, HalfSecondsGoToEven) {
-    EXPECT_EQ(gapSeconds(0.5, 0.125), 38);
-    EXPECT_EQ(gapSeconds(0.5, 0.375), 52);
-    // 0.525 minutes are no binary number; as singles they make half a second all the same.
-    EXPECT_EQ(gapSeconds(0.5, 0.525), 62);
-    EXPECT_EQ(gapSeconds(0, 0), 0);
-}
-
 TEST(Timetable, NothingLeadsToAStopWithoutAPlace) {
     ThreeStops given;
     Stop lost{.id = 5, .stopId = "L", .type = data::stoptype::Regular, .placed = false};
