@@ -9,7 +9,7 @@
 #include <fmt/format.h>
 #include <stdlib.h>
 
-#include "data/schema/schema.h"
+#include "data/schema/version.h"
 #include "platform/store/database.h"
 #include "support/insertmany.h"
 
@@ -27,6 +27,7 @@ fs::path& madeFolder() {
 std::unique_ptr<store::Database> makeFile(const fs::path& path, data::DatabaseFile file) {
     auto database = store::createFile(path);
     database->setDurability(store::Durability::Crash);
+    database->setMark(data::markOf(file));
     for (const store::Table& table : data::tablesOf(file)) {
         database->create(table);
     }

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "data/schema/version.h"
 #include "platform/store/database.h"
 
 namespace support {
@@ -17,6 +18,7 @@ TestDistrict::TestDistrict() {
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         const auto database = store::createFile(path(file));
         database->setDurability(store::Durability::Crash);
+        database->setMark(data::markOf(file));
         for (const store::Table& table : data::tablesOf(file)) {
             database->create(table);
         }

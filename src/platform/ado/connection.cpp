@@ -102,6 +102,8 @@ void Connection::setDurability(store::Durability durability) {
 
 void Connection::checkpoint() { openSession(session_).checkpoint(); }
 
+store::FileMark Connection::mark() const { return openSession(session_).database().mark(); }
+
 const store::Catalog& Connection::catalog() const {
     return openSession(session_).database().catalog();
 }

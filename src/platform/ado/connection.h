@@ -52,6 +52,7 @@ public:
     void checkpoint();
 
     [[nodiscard]] const store::Catalog& catalog() const;
+    [[nodiscard]] store::FileMark mark() const;
     [[nodiscard]] const std::shared_ptr<Session>& session() const { return session_; }
 
 private:

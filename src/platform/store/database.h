@@ -105,12 +105,23 @@ struct Function {
     base::Value (*call)(std::span<const base::Value> arguments) = nullptr;
 };
 
+/// What a file says of itself: which of its owner's files it is, and the version of its tables.
+/// Both are 0 in a file that was never marked.
+struct FileMark {
+    std::int32_t kind = 0;
+    std::int32_t version = 0;
+    friend bool operator==(const FileMark&, const FileMark&) = default;
+};
+
 /// One open database file. SQL given here is the store's own dialect.
 class Database {
 public:
     virtual ~Database() = default;
 
     [[nodiscard]] virtual const Catalog& catalog() const = 0;
+    [[nodiscard]] virtual FileMark mark() const = 0;
+    /// Marks the file; part of the transaction that is open.
+    virtual void setMark(FileMark mark) = 0;
     /// Makes the tables of another file visible under their own names; a table of this file wins.
     virtual void link(const std::string& path) = 0;
 
@@ -155,6 +166,13 @@ public:
     /// Creates the indexes of a table that was created without any: filling it first and indexing
     /// it afterwards is several times faster.
     virtual void createIndexes(const Table& table) = 0;
+    /// Adds the table where it is missing, otherwise the columns and indexes that it lacks; returns
+    /// what was added ("RUN.COMMENT", "an index of RUN"). Raises StoreError for a column that has
+    /// to have a value and no default.
+    virtual std::vector<std::string> complete(const Table& table) = 0;
+
+    /// Writes the file as it is now, page by page, to a new one that only its owner reads.
+    virtual void copyTo(const std::string& path) = 0;
 };
 
 /// How long a locked file is waited for, in milliseconds, unless told otherwise.
@@ -163,6 +181,10 @@ inline constexpr int LockTimeoutMs = 5000;
 /// Opens an existing file and reads it once. Never creates one. Raises StoreError: Missing,
 /// NotADatabase, OtherKind, Damaged, Locked; ReadOnly where even reading needs to write beside it.
 std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs = LockTimeoutMs);
+
+/// The same for this program alone: nobody else opens the file until it is closed. Raises Locked at
+/// once where somebody has it open.
+std::unique_ptr<Database> openAlone(const std::string& path);
 
 /// Creates a new, empty file, readable by its owner only; raises StoreError where one is there.
 std::unique_ptr<Database> createFile(const std::string& path);

@@ -47,6 +47,10 @@ struct Table {
     [[nodiscard]] const Column* find(std::string_view columnName) const;
 };
 
+/// What a file's table lacks of a wanted one: the columns and indexes that are not there, the whole
+/// table where `found` is null. Kinds and keys are not compared.
+[[nodiscard]] Table lacking(const Table& wanted, const Table* found);
+
 /// The tables that a connection sees: the file's own first, then linked ones.
 class Catalog {
 public:

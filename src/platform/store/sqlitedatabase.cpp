@@ -81,11 +81,11 @@ private:
 
 }  // namespace
 
-SqliteDatabase::SqliteDatabase(const std::string& path, int lockTimeoutMs)
+SqliteDatabase::SqliteDatabase(const std::string& path, int lockTimeoutMs, Sharing sharing)
     : source_{nullptr, path, lockTimeoutMs, nullptr},
       handle_(nullptr, sqlite3_close_v2),
       rows_(source_) {
-    openFile(source_, handle_);
+    openFile(source_, handle_, sharing);
     addTables("main", path);
 }
 
@@ -121,6 +121,21 @@ void SqliteDatabase::link(const std::string& path) {
         throw;
     }
     linked_.emplace_back(name, path);
+}
+
+std::int32_t SqliteDatabase::headerNumber(std::string_view name) const {
+    PreparedStatement row(source_, fmt::format("PRAGMA main.{}", name));
+    row.step();
+    return static_cast<std::int32_t>(row.integer(0));
+}
+
+FileMark SqliteDatabase::mark() const {
+    return {headerNumber("application_id"), headerNumber("user_version")};
+}
+
+void SqliteDatabase::setMark(FileMark mark) {
+    execute(fmt::format("PRAGMA main.application_id = {}", mark.kind));
+    execute(fmt::format("PRAGMA main.user_version = {}", mark.version));
 }
 
 std::unique_ptr<Statement> SqliteDatabase::prepare(std::string_view sql) {
@@ -214,7 +229,7 @@ void SqliteDatabase::registerFunction(const Function& function) {
 void SqliteDatabase::create(const Table& table) {
     SavePoint savePoint(*this);
     execute(createTableStatement(table));
-    for (const std::string& statement : createIndexStatements(table)) {
+    for (const std::string& statement : createIndexStatements(table, table.indexes)) {
         execute(statement);
     }
     savePoint.keep();
@@ -223,11 +238,48 @@ void SqliteDatabase::create(const Table& table) {
 
 void SqliteDatabase::createIndexes(const Table& table) {
     SavePoint savePoint(*this);
-    for (const std::string& statement : createIndexStatements(table)) {
+    for (const std::string& statement : createIndexStatements(table, table.indexes)) {
         execute(statement);
     }
     savePoint.keep();
     readCatalog();
+}
+
+std::vector<std::string> SqliteDatabase::complete(const Table& table) {
+    const Table* found = catalog_.find(table.name);
+    if (found == nullptr) {
+        create(table);
+        return {table.name};
+    }
+    const Table missing = lacking(table, found);
+    std::vector<std::string> added;
+    SavePoint savePoint(*this);
+    for (const Column& column : missing.columns) {
+        execute(addColumnStatement(table, column));
+        added.push_back(table.name + "." + column.name);
+    }
+    for (const std::string& statement : createIndexStatements(table, missing.indexes)) {
+        execute(statement);
+        added.push_back("an index of " + table.name);
+    }
+    savePoint.keep();
+    if (!added.empty()) {
+        readCatalog();
+    }
+    return added;
+}
+
+void SqliteDatabase::copyTo(const std::string& path) {
+    createEmpty(path);
+    sqlite3* made = nullptr;
+    const int opened = sqlite3_open_v2(path.c_str(), &made, SQLITE_OPEN_READWRITE, nullptr);
+    const Source copy{made, path, source_.lockTimeoutMs, nullptr};
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle(made, sqlite3_close_v2);
+    check(copy, opened);
+    sqlite3_backup* backup = sqlite3_backup_init(made, "main", source_.handle, "main");
+    check(copy, backup == nullptr ? sqlite3_errcode(made) : SQLITE_OK);
+    sqlite3_backup_step(backup, -1);
+    check(copy, sqlite3_backup_finish(backup));
 }
 
 void SqliteDatabase::readCatalog() {

@@ -10,16 +10,21 @@
 
 namespace store::sqlite {
 
+/// Who else may open a file meanwhile.
+enum class Sharing { Shared, Alone };
+
 /// A database file opened by the engine.
 class SqliteDatabase final : public Database {
 public:
     /// Opens an existing file, see store::open.
-    SqliteDatabase(const std::string& path, int lockTimeoutMs);
+    SqliteDatabase(const std::string& path, int lockTimeoutMs, Sharing sharing = Sharing::Shared);
     ~SqliteDatabase() override;
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
     [[nodiscard]] const Catalog& catalog() const override { return catalog_; }
+    [[nodiscard]] FileMark mark() const override;
+    void setMark(FileMark mark) override;
     void link(const std::string& path) override;
 
     std::unique_ptr<Statement> prepare(std::string_view sql) override;
@@ -45,9 +50,12 @@ public:
     void registerFunction(const Function& function) override;
     void create(const Table& table) override;
     void createIndexes(const Table& table) override;
+    std::vector<std::string> complete(const Table& table) override;
+    void copyTo(const std::string& path) override;
 
 private:
     void readCatalog();
+    [[nodiscard]] std::int32_t headerNumber(std::string_view name) const;
     void addTables(const std::string& attachedAs, const std::string& path);
 
     Source source_;
@@ -60,7 +68,10 @@ private:
 
 /// Opens the file at `path` with the engine, with the settings that every connection has, after
 /// looking at its header. Raises StoreError.
-void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handle);
+void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handle, Sharing sharing);
+
+/// Creates an empty file that only its owner reads; raises StoreError where one is there.
+void createEmpty(const std::string& path);
 
 /// Looks at the header of an attached file; raises StoreError where it is no sound database.
 void checkHeader(const Source& source, const std::string& attachedAs, const std::string& path);

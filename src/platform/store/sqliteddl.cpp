@@ -142,9 +142,22 @@ std::string createTableStatement(const Table& table) {
     return createTable(table);
 }
 
-std::vector<std::string> createIndexStatements(const Table& table) {
+std::string addColumnStatement(const Table& table, const Column& column) {
+    const bool hasValue =
+        column.nullable || column.kind == ColumnKind::YesNo || !column.defaultSql.empty();
+    if (!hasValue || column.kind == ColumnKind::Counter) {
+        throw StoreError(Fault::Statement,
+                         fmt::format("Table {} lacks its column {}, which cannot be made up.",
+                                     table.name, column.name));
+    }
+    return fmt::format("ALTER TABLE main.{} ADD COLUMN{}", quoted(table.name),
+                       columnLine(column, false));
+}
+
+std::vector<std::string> createIndexStatements(const Table& table,
+                                               const std::vector<Index>& indexes) {
     std::vector<std::string> statements;
-    for (const Index& index : table.indexes) {
+    for (const Index& index : indexes) {
         requireColumns(table, index.columns);
         const bool isKey = std::equal(
             index.columns.begin(), index.columns.end(), table.key.begin(), table.key.end(),

@@ -132,7 +132,8 @@ void checkHeader(const Source& source, const std::string& attachedAs, const std:
     checkLength(header, size, path);
 }
 
-void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handle) {
+void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handle,
+              Sharing sharing) {
     stopCountingMemory();
     requireFile(source.path);
     const int code = sqlite3_open_v2(source.path.c_str(), &source.handle,
@@ -140,8 +141,21 @@ void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handl
     handle.reset(source.handle);
     check(source, code);
     checkHeader(source, "main", source.path);
+    if (sharing == Sharing::Alone) {  // before anything else reads the file
+        execute(source, "PRAGMA locking_mode = EXCLUSIVE");
+    }
     applySettings(source);
     keepLogBeside(source);
+}
+
+void createEmpty(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor < 0) {
+        throw StoreError(Fault::Other,
+                         fmt::format("The database file \"{}\" cannot be created: {}.", path,
+                                     std::generic_category().message(errno)));
+    }
+    close(descriptor);
 }
 
 }  // namespace sqlite
@@ -150,14 +164,13 @@ std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs) {
     return std::make_unique<sqlite::SqliteDatabase>(path, lockTimeoutMs);
 }
 
+std::unique_ptr<Database> openAlone(const std::string& path) {
+    constexpr int DoNotWait = 0;
+    return std::make_unique<sqlite::SqliteDatabase>(path, DoNotWait, sqlite::Sharing::Alone);
+}
+
 std::unique_ptr<Database> createFile(const std::string& path) {
-    const int descriptor = ::open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
-    if (descriptor < 0) {
-        throw StoreError(Fault::Other,
-                         fmt::format("The database file \"{}\" cannot be created: {}.", path,
-                                     std::generic_category().message(errno)));
-    }
-    close(descriptor);
+    sqlite::createEmpty(path);
     sqlite::stopCountingMemory();
     sqlite3* made = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &made, SQLITE_OPEN_READWRITE, nullptr);

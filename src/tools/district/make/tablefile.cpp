@@ -1,22 +1,32 @@
 #include "tools/district/make/tablefile.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "data/schema/version.h"
 
 namespace tools::district {
 
-RowInserter::RowInserter(store::Database& database, const store::Table& table,
-                         const std::vector<std::string>& columns) {
-    std::string names;
-    std::string places;
-    for (const std::string& column : columns) {
-        names += fmt::format("{}\"{}\"", names.empty() ? "" : ", ", column);
-        places += places.empty() ? "?" : ", ?";
+void RowInserter::addRow(std::initializer_list<Cell> cells) {
+    if (statement_ == nullptr) {
+        std::vector<std::string> columns;
+        for (const Cell& cell : cells) {
+            columns.emplace_back(cell.column);
+        }
+        prepare(columns);
     }
-    statement_ = database.prepare(
-        fmt::format("INSERT INTO \"{}\" ({}) VALUES ({})", table.name, names, places));
+    int place = 0;
+    for (const Cell& cell : cells) {
+        statement_->bind(place++, cell.value);
+    }
+    finish();
 }
 
-void RowInserter::add(const std::vector<base::Value>& values) {
+void RowInserter::addRow(const std::vector<std::string>& columns,
+                         const std::vector<base::Value>& values) {
+    if (statement_ == nullptr) {
+        prepare(columns);
+    }
     int place = 0;
     for (const base::Value& value : values) {
         statement_->bind(place++, value);
@@ -24,9 +34,11 @@ void RowInserter::add(const std::vector<base::Value>& values) {
     finish();
 }
 
-void RowInserter::bindText(int place, std::string_view text) { statement_->bind(place, text); }
-
-void RowInserter::bindValue(int place, const base::Value& value) { statement_->bind(place, value); }
+void RowInserter::prepare(const std::vector<std::string>& columns) {
+    statement_ = database_.prepare(
+        fmt::format("INSERT INTO \"{}\" (\"{}\") VALUES ({})", table_, fmt::join(columns, "\", \""),
+                    fmt::join(std::vector<std::string_view>(columns.size(), "?"), ", ")));
+}
 
 void RowInserter::finish() {
     statement_->step();
@@ -37,14 +49,11 @@ TableFile::TableFile(const Folders& folders, data::DatabaseFile file)
     : file_(file), database_(store::createFile(folders.database(file).string())) {
     database_->setDurability(store::Durability::Crash);
     database_->begin();
+    database_->setMark(data::markOf(file));
     for (store::Table table : data::tablesOf(file)) {
         table.indexes.clear();
         database_->create(table);
     }
-}
-
-RowInserter TableFile::into(const std::string& table, const std::vector<std::string>& columns) {
-    return {*database_, *database_->catalog().find(table), columns};
 }
 
 void TableFile::finish(Progress& progress) {

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "data/schema/schema.h"
@@ -14,34 +15,42 @@
 
 namespace tools::district {
 
-/// Adds rows to some columns of one table; the others get their defaults.
+/// What a row gets in one column: "RUN"_c = run.id
+struct Cell {
+    std::string_view column;
+    base::Value value;
+};
+
+struct ColumnName {
+    std::string_view name;
+    Cell operator=(base::Value value) const { return {name, std::move(value)}; }
+};
+
+inline namespace literals {
+constexpr ColumnName operator""_c(const char* name, std::size_t length) { return {{name, length}}; }
+}  // namespace literals
+
+/// Adds rows to one table. The first row says to which columns, the others get their defaults; the
+/// rows after it name the same columns in the same order.
 class RowInserter {
 public:
-    RowInserter(store::Database& database, const store::Table& table,
-                const std::vector<std::string>& columns);
+    RowInserter(store::Database& database, std::string table)
+        : database_(database), table_(std::move(table)) {}
 
-    /// One value for each column, in their order.
-    template <class... Values>
-    void add(const Values&... values) {
-        int place = 0;
-        (bind(place++, values), ...);
-        finish();
+    template <class... Cells>
+    void add(Cells&&... cells) {
+        addRow({std::forward<Cells>(cells)...});
     }
-    void add(const std::vector<base::Value>& values);
+    void addRow(std::initializer_list<Cell> cells);
+    /// One value for each column.
+    void addRow(const std::vector<std::string>& columns, const std::vector<base::Value>& values);
 
 private:
-    template <class Cell>
-    void bind(int place, const Cell& cell) {
-        if constexpr (std::is_convertible_v<Cell, std::string_view>) {
-            bindText(place, cell);
-        } else {
-            bindValue(place, cell);
-        }
-    }
-    void bindText(int place, std::string_view text);
-    void bindValue(int place, const base::Value& value);
+    void prepare(const std::vector<std::string>& columns);
     void finish();
 
+    store::Database& database_;
+    std::string table_;
     std::unique_ptr<store::Statement> statement_;
 };
 
@@ -50,8 +59,7 @@ class TableFile {
 public:
     TableFile(const Folders& folders, data::DatabaseFile file);
 
-    [[nodiscard]] RowInserter into(const std::string& table,
-                                   const std::vector<std::string>& columns);
+    [[nodiscard]] RowInserter into(const std::string& table) { return {*database_, table}; }
     /// Indexes and closes the file. Without it the file is not complete.
     void finish(Progress& progress);
 
