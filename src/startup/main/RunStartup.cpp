@@ -10,10 +10,21 @@
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/trap.h"
+#include "startup/version/districtversion.h"
 
 namespace startup {
 
 namespace {
+
+void requireFittingDistrict() {
+    using data::DatabaseFile;
+    requireVersion({{DatabaseFile::Routing, *gcnRouting},
+                    {DatabaseFile::RouteWrk, *gcnRouteWrk},
+                    {DatabaseFile::Trip, *gcnTrip},
+                    {DatabaseFile::VIREORpt, *gcnVIREORpt},
+                    {DatabaseFile::DeadCross, *gcnDeadCross},
+                    {DatabaseFile::QDSC, *gcnQDSC}});
+}
 
 [[noreturn]] void handOverToLogon() {
     process::host().start(gProgPath + "Logon.Exe", {"TARN"});
@@ -32,6 +43,7 @@ void Main(const std::string& commandLine) {
         SetPaths();
         SetErrorHandling();
         OpenRoutingDatabase();
+        requireFittingDistrict();
         GetMapSoftware();
         TotSavedRuns = 0;
         auto& mainForm = forms::FormRegistry::instance().make<runsearch::frmTarn>();

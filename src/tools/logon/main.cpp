@@ -5,6 +5,7 @@
 #include "startup/base/session.h"
 #include "startup/base/trap.h"
 #include "startup/desktop/desktopprogram.h"
+#include "startup/version/districtversion.h"
 #include "tools/logon/logonform.h"
 
 namespace {
@@ -15,6 +16,7 @@ void start(const std::string& program) {
     startup::SetErrorHandling();
     startup::trapped("start", "Logon", [&] {
         startup::gcnQDSC = startup::GetJetConnection(startup::gVIREOPath + "ZBQDSC1.mdb");
+        startup::requireVersion({{data::DatabaseFile::QDSC, *startup::gcnQDSC}});
         forms::FormRegistry::instance().make<tools::logon::LogonForm>(program).showForm();
     });
 }

@@ -11,6 +11,7 @@
 #include "platform/dde/dbustransport.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
+#include "startup/version/districtversion.h"
 #include "tools/map/mapservice.h"
 
 namespace {
@@ -27,6 +28,13 @@ constexpr std::pair<const char*, Fault> Faults[] = {{"refuse", Fault::Refuse},
 [[noreturn]] void complain(const std::string& text) {
     fmt::print(stderr, "vireo-map: {}\n", text);
     std::exit(EXIT_FAILURE);
+}
+
+void requireFittingDistrict(const ado::Connection& routing) {
+    const auto complaint = startup::versionComplaint({{data::DatabaseFile::Routing, routing}});
+    if (!complaint.empty()) {
+        complain(complaint);
+    }
 }
 
 MapService::Milliseconds secondsIn(const QCommandLineParser& words, const char* option) {
@@ -55,7 +63,8 @@ MapService::Manner mannerIn(QCoreApplication& application) {
     QCommandLineParser words;
     words.setApplicationDescription(QStringLiteral(
         "The map's side of the exchange, for tests and demonstration: takes requests on the "
-        "session's bus under the name local.dde.ArcView and solves runs along a street grid."));
+        "session's bus under the name local.dde.ArcView and solves runs along a street grid.\n\n"
+        "Example: vireo-map --work 0.5 --play silence"));
     words.addHelpOption();
     words.addOptions(
         {{QStringLiteral("work"), QStringLiteral("From a request to its answer (1.5)."),
@@ -92,6 +101,7 @@ int serve(QCoreApplication& application) {
     auto manner = mannerIn(application);
     startup::SetPaths();
     const auto routing = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
+    requireFittingDistrict(*routing);
     MapService service(*routing, runedit::WorkFiles(startup::gProgPath), manner);
     auto bus = sessionBus();
     bus.registerVirtualObject(QString::fromStdString(dde::objectPath("System")), &service);

@@ -9,10 +9,12 @@
 
 #include <gmock/gmock.h>
 
+#include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/forms/application.h"
 #include "platform/forms/form.h"
 #include "platform/forms/formregistry.h"
+#include "platform/store/database.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/session.h"
 #include "support/smalldistrict.h"
@@ -111,6 +113,30 @@ TEST_F(RunStartup, AMissingDatabaseIsReportedOnceAndEndsTheProgram) {
     EXPECT_EQ(mainForm(), nullptr);
 }
 
+// A rule of the validation is a column of District: a district without it must not meet its first
+// validation, nor any form.
+TEST_F(RunStartup, ADistrictOfAnotherVersionIsToldBeforeAnyForm) {
+    const auto current = data::markOf(DatabaseFile::Trip);
+    const auto told = [&] {
+        session_.boxes.shown.clear();
+        application().startAfresh();
+        run("ANN");
+        EXPECT_EQ(session_.boxes.shown.size(), 1U);
+        EXPECT_EQ(mainForm(), nullptr);
+        EXPECT_FALSE(startup::gcnRouting);
+        EXPECT_EQ(application().run(), 1);
+        return box(0);
+    };
+    district_.sql(DatabaseFile::Routing, "ALTER TABLE District DROP COLUMN CHECKRUNLATEBELL");
+    EXPECT_THAT(told(), HasSubstr("routing.mdb (lacks District.CHECKRUNLATEBELL)"));
+    const std::string folder = district_.folder().substr(0, district_.folder().size() - 1);
+    EXPECT_THAT(told(), HasSubstr("\n\nvireo-district upgrade \"" + folder + "\""));
+    store::open(district_.path(DatabaseFile::Trip))->setMark({current.kind, current.version + 1});
+    EXPECT_THAT(told(), HasSubstr("newer than the program"));
+    store::open(district_.path(DatabaseFile::Trip))->setMark(data::markOf(DatabaseFile::QDSC));
+    EXPECT_THAT(told(), HasSubstr("no files of a district under such a name: trip.mdb"));
+}
+
 TEST(CommandLine, IsTheArgumentsJoinedWithSingleBlanks) {
     const std::array words = {"tarn", "ANN", "two  words", "-style", "x"};
     EXPECT_EQ(startup::commandLineOf(static_cast<int>(words.size()), words.data()),
@@ -135,6 +161,15 @@ TEST(Program, WithoutADisplayItSaysSoAndEnds) {
         "env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb "
         "'" TARN_PROGRAM "' ANN");
     EXPECT_THAT(output, HasSubstr("tarn: No window can be opened."));
+    EXPECT_THAT(output, testing::EndsWith("status 1\n"));
+}
+
+TEST(Program, TheMapsSideTellsOfAnOlderDistrict) {
+    const support::TestDistrict district;
+    store::open(district.path(DatabaseFile::Routing))->setMark({});
+    const std::string output =
+        outputOf("XDG_CONFIG_HOME='" + district.folder() + "' '" MAP_PROGRAM "'");
+    EXPECT_THAT(output, HasSubstr("vireo-map: This district is older than the program"));
     EXPECT_THAT(output, testing::EndsWith("status 1\n"));
 }
 

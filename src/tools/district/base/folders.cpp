@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 
 #include "platform/base/error.h"
+#include "platform/files/files.h"
+#include "platform/ini/ini.h"
 
 namespace tools::district {
 
@@ -82,18 +84,31 @@ void makePrivate(const fs::path& folder) {
 }  // namespace
 
 fs::path Folders::database(data::DatabaseFile file) const {
-    switch (file) {
-        case data::DatabaseFile::RouteWrk:
-            return programs() / data::fileName(file);
-        case data::DatabaseFile::Trip:
-        case data::DatabaseFile::QDSC:
-            return common() / data::fileName(file);
-        case data::DatabaseFile::Routing:
-        case data::DatabaseFile::VIREORpt:
-        case data::DatabaseFile::DeadCross:
-            break;
+    const bool isCommon = file == data::DatabaseFile::Trip || file == data::DatabaseFile::QDSC;
+    const fs::path folder = isCommon                               ? common()
+                            : file == data::DatabaseFile::RouteWrk ? programs()
+                                                                   : data();
+    return files::find((folder / data::fileName(file)).string());
+}
+
+Folders foldersOf(const fs::path& root) {
+    if (!fs::is_directory(root)) {
+        throw base::RunTimeError(base::errors::FileNotFound,
+                                 fmt::format("There is no folder {}.", root.string()));
     }
-    return data() / data::fileName(file);
+    Folders folders{tidied(root)};
+    if (!fs::exists(folders.database(data::DatabaseFile::Routing)) &&
+        fs::exists(folders.settings())) {
+        const auto named = [settings = folders.settings().string()](const char* key) {
+            const std::string path = ini::readString("AppPaths", key, "", settings);
+            if (path.empty()) {
+                refuse(fmt::format("{} does not name {}.", settings, key));
+            }
+            return tidied(path);
+        };
+        folders.elsewhere = Folders::Places{named("datapath"), named("progpath"), named("VIREOpath")};
+    }
+    return folders;
 }
 
 FolderInTheMaking::FolderInTheMaking(const fs::path& wanted) : wanted_{tidied(wanted)} {

@@ -1,23 +1,42 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "data/schema/schema.h"
 
 namespace tools::district {
 
-/// Where a district's files stand below its folder.
+/// Where a district's files stand: below its folder, or where the folder's settings say.
 struct Folders {
+    struct Places {
+        std::filesystem::path data;
+        std::filesystem::path programs;
+        std::filesystem::path common;
+    };
     std::filesystem::path root;
+    std::optional<Places> elsewhere = {};
 
-    [[nodiscard]] std::filesystem::path data() const { return root / "data"; }
-    [[nodiscard]] std::filesystem::path programs() const { return root / "prog"; }
-    [[nodiscard]] std::filesystem::path common() const { return root / "common"; }
-    [[nodiscard]] std::filesystem::path reports() const { return root / "data" / "RouteRpts"; }
+    [[nodiscard]] std::filesystem::path data() const {
+        return elsewhere ? elsewhere->data : root / "data";
+    }
+    [[nodiscard]] std::filesystem::path programs() const {
+        return elsewhere ? elsewhere->programs : root / "prog";
+    }
+    [[nodiscard]] std::filesystem::path common() const {
+        return elsewhere ? elsewhere->common : root / "common";
+    }
+    [[nodiscard]] std::filesystem::path reports() const { return data() / "RouteRpts"; }
     [[nodiscard]] std::filesystem::path settings() const { return root / "vireo" / "route.ini"; }
+    /// Without regard to the case of a file that is there.
     [[nodiscard]] std::filesystem::path database(data::DatabaseFile file) const;
 };
+
+/// The places of the district in a folder: those below it where a routing database stands there,
+/// otherwise those that its settings name. Raises base::RunTimeError where there is no such folder.
+[[nodiscard]] Folders foldersOf(const std::filesystem::path& root);
 
 /// A new folder beside the one that is asked for, which takes that one's place when all is done.
 /// Until then it is removed again by the destructor, so that a failure leaves nothing behind.

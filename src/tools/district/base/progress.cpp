@@ -35,6 +35,10 @@ Progress::~Progress() {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         std::signal(signal, SIG_DFL);
     }
+    clear();
+}
+
+void Progress::clear() const {
     if (terminal_) {
         std::fputs("\r\x1b[K", stderr);
     }

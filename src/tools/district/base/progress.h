@@ -17,6 +17,8 @@ public:
     /// A new piece of work of so many steps.
     void begin(std::string what, std::int64_t steps);
     void step();
+    /// Takes the line away, for what is written on the terminal next.
+    void clear() const;
 
 private:
     void show();

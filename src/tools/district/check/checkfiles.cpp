@@ -68,10 +68,8 @@ void checkSchema(const store::Database& database, CheckReport& report) {
                 tables.add(fmt::format("{} ({})", wanted.name, data::fileName(file)));
                 continue;
             }
-            for (const store::Column& column : wanted.columns) {
-                if (found->find(column.name) == nullptr) {
-                    columns.add(fmt::format("{}.{}", wanted.name, column.name));
-                }
+            for (const store::Column& column : store::lacking(wanted, found).columns) {
+                columns.add(fmt::format("{}.{}", wanted.name, column.name));
             }
         }
     }

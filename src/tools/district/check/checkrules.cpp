@@ -17,6 +17,8 @@ struct Rule {
     std::string_view breaches;
 };
 
+constexpr std::string_view NotOneRow = "Tables that must hold exactly one row";
+
 constexpr std::array Rules = {
     Rule{"Run ids that are blank or hold one of # % * ' / \\ \"",
          {"RUN"},
@@ -98,24 +100,16 @@ constexpr std::array Rules = {
          {"QDSCPP", "QDSCU_PP"},
          R"(SELECT QDSC1 FROM QDSCU_PP WHERE PRODUCT = 'ROUTING' GROUP BY QDSC1
             HAVING COUNT(*) > (SELECT COUNT(*) FROM QDSCPP WHERE PRODUCT = 'ROUTING'))"},
+    Rule{NotOneRow,
+         {"District"},
+         "SELECT 'District with ' || n FROM (SELECT COUNT(*) AS n FROM District) WHERE n <> 1"},
+    Rule{NotOneRow,
+         {"SYSTEM"},
+         "SELECT 'SYSTEM with ' || n FROM (SELECT COUNT(*) AS n FROM SYSTEM) WHERE n <> 1"},
+    Rule{NotOneRow,
+         {"StartEnd"},
+         "SELECT 'StartEnd with ' || n FROM (SELECT COUNT(*) AS n FROM StartEnd) WHERE n <> 1"},
 };
-
-constexpr std::array<std::string_view, 3> SingleRows = {"District", "SYSTEM", "StartEnd"};
-
-void checkSingleRows(store::Database& database, CheckReport& report) {
-    CheckFinding wrong{.what = "Tables that must hold exactly one row"};
-    for (const std::string_view table : SingleRows) {
-        if (database.catalog().find(table) == nullptr) {
-            continue;
-        }
-        const auto rows = database.prepare(fmt::format("SELECT COUNT(*) FROM \"{}\"", table));
-        rows->step();
-        if (rows->integer(0) != 1) {
-            wrong.add(fmt::format("{} with {}", table, rows->integer(0)));
-        }
-    }
-    report.add(std::move(wrong));
-}
 
 }  // namespace
 
@@ -129,7 +123,6 @@ void checkRules(store::Database& database, CheckReport& report, Progress& progre
             report.add(findingOf(database, std::string(rule.what), std::string(rule.breaches)));
         }
     }
-    checkSingleRows(database, report);
 }
 
 }  // namespace tools::district

@@ -1,11 +1,11 @@
 #include "tools/district/check/checks.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <fmt/format.h>
 
-#include "data/schema/schema.h"
-#include "platform/base/error.h"
+#include "data/schema/version.h"
 #include "platform/store/database.h"
 #include "tools/district/check/checkparts.h"
 
@@ -15,27 +15,41 @@ namespace {
 
 using data::DatabaseFile;
 
+/// Whether the rest of the check can make sense of the files.
+bool checkVersions(const std::vector<data::FoundFile>& found, const Folders& folders,
+                   CheckReport& report) {
+    const auto version = [](const data::FoundFile& one) { return one.mark.version; };
+    if (!found.empty()) {
+        report.version = version(std::ranges::min(found, {}, version));
+    }
+    report.versionComplaint = data::versionComplaint(found, folders.root.string());
+    return std::ranges::all_of(found, [](const data::FoundFile& one) {
+        return one.age == data::Age::Current || one.age == data::Age::Older;
+    });
+}
+
 /// The routing file with the tables of all the others beside its own; null where it cannot be
-/// opened.
+/// opened, or the files are none that this program knows.
 std::unique_ptr<store::Database> openAll(const Folders& folders, CheckReport& report) {
     std::unique_ptr<store::Database> database;
     CheckFinding unopened{.what = "Database files that cannot be opened"};
+    std::vector<data::FoundFile> found;
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         const std::string path = folders.database(file).string();
         try {
+            auto opened = store::open(path);
+            found.push_back(data::lookAt(file, path, opened->mark(), opened->catalog()));
             if (file == DatabaseFile::Routing) {
-                database = store::open(path);
+                database = std::move(opened);
             } else if (database) {
                 database->link(path);
-            } else {
-                store::open(path);
             }
         } catch (const store::StoreError& error) {
             unopened.add(error.what());
         }
     }
     report.add(std::move(unopened));
-    return database;
+    return checkVersions(found, folders, report) ? std::move(database) : nullptr;
 }
 
 void checkTables(store::Database& database, CheckReport& report, Progress& progress) {
@@ -68,7 +82,7 @@ void CheckReport::add(CheckFinding finding) {
 }
 
 std::string CheckReport::text() const {
-    std::string lines;
+    std::string lines = versionComplaint.empty() ? "" : versionComplaint + "\n\n";
     for (const CheckFinding& finding : findings) {
         lines += finding.text() + '\n';
     }
@@ -76,14 +90,11 @@ std::string CheckReport::text() const {
                                   ? "no fault"
                                   : fmt::format("{} {} of fault", findings.size(),
                                                 findings.size() == 1 ? "kind" : "kinds");
-    return lines + fmt::format("Looked at {} rows in {} tables: {}.\n", rows, tables, found);
+    return lines + fmt::format("Version {}. Looked at {} rows in {} tables: {}.\n", version, rows,
+                               tables, found);
 }
 
 CheckReport checkDistrict(const Folders& folders, Progress& progress) {
-    if (!std::filesystem::is_directory(folders.root)) {
-        throw base::RunTimeError(base::errors::FileNotFound,
-                                 fmt::format("There is no folder {}.", folders.root.string()));
-    }
     CheckReport report;
     checkFiles(folders, report);
     const auto database = openAll(folders, report);

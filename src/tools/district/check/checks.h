@@ -26,7 +26,10 @@ struct CheckReport {
     std::vector<CheckFinding> findings;
     std::int64_t tables = 0;
     std::int64_t rows = 0;
+    std::int32_t version = 0;      ///< the lowest of the six files
+    std::string versionComplaint;  ///< empty where it is this program's
 
+    [[nodiscard]] bool isSound() const { return findings.empty() && versionComplaint.empty(); }
     /// Every finding on a line, and what was looked at.
     [[nodiscard]] std::string text() const;
     /// Keeps the finding if there is any case of it.
@@ -34,8 +37,8 @@ struct CheckReport {
 };
 
 /// Reads the whole of a district's files and says what breaks their keys, references and rules. A
-/// file that cannot be opened is a finding too; what depends on it is left out. Raises
-/// base::RunTimeError where there is no such folder, Interrupted.
+/// file that cannot be opened is a finding too; what depends on it is left out, and all tables of a
+/// district that is newer. Raises Interrupted.
 [[nodiscard]] CheckReport checkDistrict(const Folders& folders, Progress& progress);
 
 }  // namespace tools::district

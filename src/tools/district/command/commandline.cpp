@@ -1,12 +1,11 @@
 #include "tools/district/command/commandline.h"
 
-#include <charconv>
+#include <QCommandLineParser>
+#include <QStringList>
+#include <algorithm>
 #include <exception>
 #include <iostream>
-#include <istream>
-#include <map>
 #include <optional>
-#include <ostream>
 
 #include <fmt/format.h>
 
@@ -20,116 +19,52 @@
 #include "tools/district/make/companions.h"
 #include "tools/district/make/create.h"
 #include "tools/district/make/generator.h"
+#include "tools/district/upgrade/upgrade.h"
 
 namespace tools::district {
 
 namespace {
-
-constexpr std::string_view Usage = R"(Usage:
-  vireo-district create FOLDER                        a sample district from a published plan
-  vireo-district create FOLDER --runs N [--seed S]    an invented district of N runs
-  vireo-district check FOLDER                         look for faults in a district's files
-  vireo-district sql FILE [STATEMENT]                 run statements on one database file
-  vireo-district sql --check FILE [STATEMENT]         only say whether they are understood
-  vireo-district password FOLDER USER                 set or take away a user's password
-  vireo-district programs FOLDER                      link the companion programs again
-  vireo-district --help                               this text
-
-create  makes FOLDER with its six database files and settings; XDG_CONFIG_HOME=FOLDER tarn USER
-        works on it. Its users are PLANNER (may do everything), CLERK (may only print) and R.T.E.
-        The same N and S (default 1) give the same district.
-check   says what it found and ends with 1 where that is anything.
-sql     takes statements from standard input, one a line, where none is given; lines that are
-        empty or begin with -- are skipped. Rows come as a table with a header, cells parted by
-        tabs, Null as nothing; a change tells how many rows it changed. It stops at the first
-        statement that fails. routing.mdb also sees the tables of trip.mdb.
-
-password  asks on the terminal, twice and unseen; elsewhere it reads one line of standard input.
-        An empty password takes it away.
-programs  links Logon.Exe and the other programs that the suite starts from the program folder,
-        as create does; for a district that was made without them, or after they have moved.
-
-It ends with 0 when all went well, 1 for a failure or a finding, 2 for a wrong command line.
-)";
 
 /// Thrown for a command line that is not understood.
 struct Misuse {
     std::string what;
 };
 
-/// The words of a command: its options, then what is left.
-class Words {
-public:
-    /// `known` says for each option whether a value follows it.
-    Words(const std::vector<std::string>& words, const std::map<std::string, bool>& known) {
-        bool optionsEnded = false;
-        for (std::size_t i = 1; i < words.size(); ++i) {
-            const std::string& word = words[i];
-            if (optionsEnded || !word.starts_with("--")) {
-                plain_.push_back(word);
-            } else if (word == "--") {
-                optionsEnded = true;
-            } else if (const auto option = known.find(word); option == known.end()) {
-                throw Misuse{fmt::format("Unknown option {}.", word)};
-            } else if (!option->second) {
-                options_[word] = "";
-            } else if (++i < words.size()) {
-                options_[word] = words[i];
-            } else {
-                throw Misuse{fmt::format("A value must follow {}.", word)};
-            }
-        }
-    }
+// The toolkit's texts carry the bytes of the command line as they are: a folder's name may be in
+// any encoding.
+QString toParser(const std::string& bytes) { return QString::fromLatin1(bytes.c_str()); }
+std::string fromParser(const QString& text) { return text.toLatin1().toStdString(); }
 
-    [[nodiscard]] bool has(const std::string& option) const { return options_.contains(option); }
+/// What a command was called with.
+struct Call {
+    const QCommandLineParser& options;
+    std::vector<std::string> words;
+    std::istream& in;
+    std::ostream& out;
+    std::ostream& complaints;
 
-    [[nodiscard]] std::optional<std::uint64_t> number(const std::string& option,
-                                                      std::uint64_t least,
+    [[nodiscard]] std::optional<std::uint64_t> number(const char* option, std::uint64_t least,
                                                       std::uint64_t most) const {
-        const auto found = options_.find(option);
-        if (found == options_.end()) {
+        if (!options.isSet(option)) {
             return std::nullopt;
         }
-        const std::string& text = found->second;
-        std::uint64_t value = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (error != std::errc{} || end != text.data() + text.size() || value < least ||
-            value > most) {
-            throw Misuse{fmt::format("{} takes a whole number from {} to {}, not \"{}\".", option,
-                                     least, most, text)};
+        bool isNumber = false;
+        const QString text = options.value(option);
+        const std::uint64_t value = text.toULongLong(&isNumber);
+        if (!isNumber || value < least || value > most) {
+            throw Misuse{fmt::format("--{} takes a whole number from {} to {}, not \"{}\".", option,
+                                     least, most, fromParser(text))};
         }
         return value;
     }
-
-    [[nodiscard]] const std::vector<std::string>& plain(std::size_t least, std::size_t most,
-                                                        std::string_view what) const {
-        if (plain_.size() < least) {
-            throw Misuse{fmt::format("{} is missing.", what)};
-        }
-        if (plain_.size() > most) {
-            throw Misuse{fmt::format("\"{}\" is one word too many.", plain_[most])};
-        }
-        for (const std::string& word : plain_) {
-            if (word.empty()) {
-                throw Misuse{fmt::format("{} is empty.", what)};
-            }
-        }
-        return plain_;
-    }
-
-private:
-    std::map<std::string, std::string> options_;
-    std::vector<std::string> plain_;
 };
 
-ExitStatus create(const std::vector<std::string>& given, std::ostream& out) {
-    const Words words(given, {{"--runs", true}, {"--seed", true}});
-    CreateOptions options;
-    options.folder = words.plain(1, 1, "The folder").front();
-    if (const auto runs = words.number("--runs", 1, MostRuns)) {
+bool create(const Call& call) {
+    CreateOptions options{.folder = call.words[0]};
+    if (const auto runs = call.number("runs", 1, MostRuns)) {
         options.runs = static_cast<std::int64_t>(*runs);
     }
-    if (const auto seed = words.number("--seed", 0, UINT64_MAX)) {
+    if (const auto seed = call.number("seed", 0, UINT64_MAX)) {
         if (!options.runs) {
             throw Misuse{"--seed says how to invent a district; it needs --runs."};
         }
@@ -137,44 +72,172 @@ ExitStatus create(const std::vector<std::string>& given, std::ostream& out) {
     }
     Progress progress;
     createDistrict(options, progress);
-    out << fmt::format("Made a district in {}.\n", options.folder.string());
-    return ExitStatus::Done;
+    progress.clear();
+    call.out << fmt::format("Made a district in {}.\n", options.folder.string());
+    return true;
 }
 
-ExitStatus check(const std::vector<std::string>& given, std::ostream& out) {
-    const Words words(given, {});
+bool check(const Call& call) {
     Progress progress;
-    const CheckReport report = checkDistrict({words.plain(1, 1, "The folder").front()}, progress);
-    out << report.text();
-    return report.findings.empty() ? ExitStatus::Done : ExitStatus::Failed;
+    const CheckReport report = checkDistrict(foldersOf(call.words[0]), progress);
+    progress.clear();
+    call.out << report.text();
+    return report.isSound();
 }
 
-ExitStatus sql(const std::vector<std::string>& given, std::istream& in, std::ostream& out,
-               std::ostream& complaints) {
-    const Words words(given, {{"--check", false}});
-    const auto& plain = words.plain(1, 2, "The database file");
-    const SqlOptions options{.file = plain.front(),
-                             .statement = plain.size() > 1 ? std::optional(plain[1]) : std::nullopt,
-                             .onlyCheck = words.has("--check")};
-    return runSql(options, in, out, complaints) ? ExitStatus::Done : ExitStatus::Failed;
-}
-
-ExitStatus password(const std::vector<std::string>& given, std::istream& in, std::ostream& out,
-                    std::ostream& complaints) {
-    const Words words(given, {});
-    const auto& plain = words.plain(2, 2, "The folder or the user");
-    const PasswordOptions options{
-        .folder = plain[0], .user = plain[1], .ask = &in == &std::cin && isTyped()};
-    return runPassword(options, in, out, complaints) ? ExitStatus::Done : ExitStatus::Failed;
-}
-
-ExitStatus programs(const std::vector<std::string>& given, std::ostream& out) {
-    const Words words(given, {});
-    const Folders folders{words.plain(1, 1, "The folder").front()};
-    for (const std::string& name : linkCompanions(files::programFolder(), folders.programs())) {
-        out << fmt::format("Linked {}.\n", name);
+bool upgrade(const Call& call) {
+    Progress progress;
+    bool isDone = false;
+    upgradeDistrict(foldersOf(call.words[0]), progress, [&](const std::string& deed) {
+        progress.clear();
+        call.out << deed << std::endl;
+        isDone = true;
+    });
+    if (!isDone) {
+        call.out << "The district is of this program's version already; nothing was changed.\n";
     }
-    return ExitStatus::Done;
+    return true;
+}
+
+bool sql(const Call& call) {
+    return runSql({.file = call.words[0],
+                   .statement = call.words.size() > 1 ? std::optional(call.words[1]) : std::nullopt,
+                   .onlyCheck = call.options.isSet("check")},
+                  call.in, call.out, call.complaints);
+}
+
+bool password(const Call& call) {
+    return runPassword({.folders = foldersOf(call.words[0]),
+                        .user = call.words[1],
+                        .ask = &call.in == &std::cin && isTyped()},
+                       call.in, call.out, call.complaints);
+}
+
+bool programs(const Call& call) {
+    const Folders folders = foldersOf(call.words[0]);
+    for (const std::string& name : linkCompanions(files::programFolder(), folders.programs())) {
+        call.out << fmt::format("Linked {}.\n", name);
+    }
+    return true;
+}
+
+// What help says of each command: in a line, at length, and by an example.
+constexpr std::string_view CreateHelp = R"(make a district
+
+Makes FOLDER with its six database files and settings: the sample district from a published
+plan, or an invented one of N runs. The same N and S (default 1) give the same district. Its
+users are PLANNER (may do everything), CLERK (may only print) and R.T.E.
+
+Example: vireo-district create ~/sample && XDG_CONFIG_HOME=~/sample tarn PLANNER)";
+constexpr std::string_view CheckHelp = R"(look for faults in a district's files
+
+Says the district's version and what it found, and ends with 1 where that is anything.
+
+Example: vireo-district check ~/sample)";
+constexpr std::string_view UpgradeHelp = R"(bring an older district up to this program
+
+Copies the six files into a new folder of the district, "backup-" and the date, and gives them
+what they lack. Refuses while somebody works in the district, and a newer one. Broken off or
+killed, it leaves each file as before or as after: run it again.
+
+Example: vireo-district upgrade ~/sample)";
+constexpr std::string_view SqlHelp = R"(run statements on one database file
+
+Takes statements from standard input, one a line, where none is given; lines that are empty or
+begin with -- are skipped. Rows come as a table with a header, cells parted by tabs, Null as
+nothing; a change tells how many rows it changed. It stops at the first statement that fails.
+With --check it only says whether each statement is understood. routing.mdb also sees the tables
+of trip.mdb.
+
+Example: vireo-district sql ~/sample/data/routing.mdb "SELECT RUN.RUN FROM RUN")";
+constexpr std::string_view PasswordHelp = R"(set or take away a user's password
+
+Asks on the terminal, twice and unseen; elsewhere it reads one line of standard input. An empty
+password takes it away.
+
+Example: vireo-district password ~/sample PLANNER)";
+constexpr std::string_view ProgramsHelp = R"(link the companion programs again
+
+Links Logon.Exe and the other programs that the suite starts from the program folder, as create
+does; for a district that was made without them, or after they have moved.
+
+Example: vireo-district programs ~/sample)";
+
+struct Command {
+    std::string_view name;
+    std::string_view words;                     ///< what follows the name
+    std::pair<std::size_t, std::size_t> count;  ///< of the words beside options: least and most
+    std::string_view help;
+    bool (*run)(const Call&);  ///< whether all went well
+    QList<QCommandLineOption> options = {};
+};
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> all = {
+        {"create",
+         "FOLDER [--runs N [--seed S]]",
+         {1, 1},
+         CreateHelp,
+         create,
+         {{"runs", "", "N"}, {"seed", "", "S"}}},
+        {"check", "FOLDER", {1, 1}, CheckHelp, check},
+        {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
+        {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
+        {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
+        {"programs", "FOLDER", {1, 1}, ProgramsHelp, programs}};
+    return all;
+}
+
+std::string usageOf(const Command& command) {
+    return fmt::format("vireo-district {} {}", command.name, command.words);
+}
+
+std::string help() {
+    std::string text = "Usage:\n";
+    for (const Command& command : commands()) {
+        text += fmt::format("  {:<52}{}\n", usageOf(command),
+                            command.help.substr(0, command.help.find('\n')));
+    }
+    return text +
+           "\nvireo-district COMMAND --help says more. It ends with 0 when all went well, 1 after "
+           "a "
+           "failure\nor a finding, 2 for a wrong command line.\n";
+}
+
+/// The words behind the command beside its options.
+std::vector<std::string> wordsOf(const Command& command, const QCommandLineParser& options) {
+    std::vector<std::string> words;
+    for (const QString& word : options.positionalArguments()) {
+        words.push_back(fromParser(word));
+    }
+    if (words.size() < command.count.first || std::ranges::find(words, "") != words.end()) {
+        throw Misuse{"Something is missing."};
+    }
+    if (words.size() > command.count.second) {
+        throw Misuse{fmt::format("\"{}\" is one word too many.", words[command.count.second])};
+    }
+    return words;
+}
+
+ExitStatus run(const Command& command, const QStringList& given, std::istream& in,
+               std::ostream& out, std::ostream& complaints) {
+    try {
+        QCommandLineParser options;
+        options.addHelpOption();
+        options.addOptions(command.options);
+        const bool isUnderstood = options.parse(given);
+        if (options.isSet("help")) {
+            out << fmt::format("Usage: {}\n\n{}\n", usageOf(command), command.help);
+            return ExitStatus::Done;
+        }
+        if (!isUnderstood) {
+            throw Misuse{fromParser(options.errorText()) + "."};
+        }
+        const Call call{options, wordsOf(command, options), in, out, complaints};
+        return command.run(call) ? ExitStatus::Done : ExitStatus::Failed;
+    } catch (const Misuse& misuse) {
+        throw Misuse{fmt::format("{}\nUsage: {}", misuse.what, usageOf(command))};
+    }
 }
 
 ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std::ostream& out,
@@ -182,32 +245,17 @@ ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std
     if (words.empty()) {
         throw Misuse{"A command is missing."};
     }
-    for (const std::string& word : words) {
-        if (word == "--help" || word == "-h") {
-            out << Usage;
-            return ExitStatus::Done;
-        }
-        if (word == "--") {
-            break;
-        }
+    if (words[0] == "--help" || words[0] == "-h") {
+        out << help();
+        return ExitStatus::Done;
     }
-    const std::string& command = words.front();
-    if (command == "create") {
-        return create(words, out);
+    const auto command = std::ranges::find(commands(), words[0], &Command::name);
+    if (command == commands().end()) {
+        throw Misuse{fmt::format("Unknown command \"{}\".", words[0])};
     }
-    if (command == "check") {
-        return check(words, out);
-    }
-    if (command == "sql") {
-        return sql(words, in, out, complaints);
-    }
-    if (command == "password") {
-        return password(words, in, out, complaints);
-    }
-    if (command == "programs") {
-        return programs(words, out);
-    }
-    throw Misuse{fmt::format("Unknown command \"{}\".", command)};
+    QStringList given;
+    std::ranges::transform(words, std::back_inserter(given), toParser);
+    return run(*command, given, in, out, complaints);
 }
 
 }  // namespace

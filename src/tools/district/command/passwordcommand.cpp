@@ -8,8 +8,8 @@
 
 #include "platform/ado/connection.h"
 #include "platform/password/password.h"
-#include "tools/district/base/folders.h"
 #include "tools/district/base/terminal.h"
+#include "tools/district/command/fittingfile.h"
 #include "tools/logon/users.h"
 
 namespace tools::district {
@@ -60,9 +60,8 @@ bool canBeStored(const std::string& password, std::ostream& complaints) {
 
 bool runPassword(const PasswordOptions& options, std::istream& in, std::ostream& out,
                  std::ostream& complaints) {
-    const Folders folders{options.folder};
     ado::Connection connection;
-    connection.Open(folders.database(data::DatabaseFile::QDSC).string());
+    openFitting(connection, options.folders.database(data::DatabaseFile::QDSC).string());
     const std::vector<logon::User> users = logon::readUsers(connection);
     const logon::User* user = logon::findUser(users, options.user);
     if (user == nullptr) {

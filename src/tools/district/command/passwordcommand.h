@@ -1,13 +1,14 @@
 #pragma once
 
-#include <filesystem>
 #include <iosfwd>
 #include <string>
+
+#include "tools/district/base/folders.h"
 
 namespace tools::district {
 
 struct PasswordOptions {
-    std::filesystem::path folder;
+    Folders folders;
     std::string user;
     /// Asks on the terminal, twice and unseen; otherwise the first line of `in` is the password.
     bool ask = false;

@@ -12,6 +12,7 @@
 #include "platform/base/text.h"
 #include "platform/jet/translate.h"
 #include "tools/district/base/folders.h"
+#include "tools/district/command/fittingfile.h"
 
 namespace tools::district {
 
@@ -20,30 +21,19 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string escaped(std::string_view text) {
+    constexpr std::string_view Special = "\t\n\r\\";
+    constexpr std::string_view Letters = "tnr\\";
     std::string cell;
     for (const char c : text) {
-        switch (c) {
-            case '\t':
-                cell += "\\t";
-                break;
-            case '\n':
-                cell += "\\n";
-                break;
-            case '\r':
-                cell += "\\r";
-                break;
-            case '\\':
-                cell += "\\\\";
-                break;
-            default:
-                cell += c;
-        }
+        const auto which = Special.find(c);
+        cell +=
+            which == std::string_view::npos ? std::string(1, c) : std::string{'\\', Letters[which]};
     }
     return cell;
 }
 
 void open(ado::Connection& connection, const std::string& file) {
-    connection.Open(file);
+    openFitting(connection, file);
     const fs::path path = fs::absolute(file);
     if (path.filename() == data::fileName(data::DatabaseFile::Routing)) {
         const Folders folders{path.parent_path().parent_path()};

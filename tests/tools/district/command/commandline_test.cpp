@@ -51,11 +51,10 @@ TEST_F(Sql, PrintsRowsAsATable) {
             " WHERE RUN.RUN = 'a000001 ';");
     EXPECT_EQ(rows.out, "RUN\tPICKUP\tINT_ROUTEID\tCOMMENT\nA000001\tTrue\t\ta\\tb\\\\c\\n\n");
     EXPECT_EQ(rows.status, ExitStatus::Done);
-}
-
-TEST_F(Sql, SeesTheVehicleTypesOfItsDistrict) {
     EXPECT_EQ(sql("SELECT VehType.VTypDesc FROM VehType WHERE VehType.VEHTYPE='VAN8'").out,
               "VTYPDESC\nVan, 8 seats\n");
+    EXPECT_THAT(run({"sql", made_.folder() + "/none.mdb", "SELECT 1"}).complaints,
+                HasSubstr("none.mdb"));
 }
 
 TEST_F(Sql, RunsLinesUntilOneFails) {
@@ -85,15 +84,6 @@ TEST_F(Sql, ChecksEveryLineWithoutRunningAny) {
     EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUNLOG"), 200);
     EXPECT_EQ(run({"sql", "--check", routing_}, "SELECT RUN.RUN FROM RUN\n").status,
               ExitStatus::Done);
-}
-
-TEST_F(Sql, SaysWhyAFileCannotBeOpened) {
-    const Outcome missing = run({"sql", made_.folder() + "/data/none.mdb", "SELECT 1"});
-    EXPECT_EQ(missing.status, ExitStatus::Failed);
-    EXPECT_THAT(missing.complaints, HasSubstr("none.mdb"));
-    const Outcome settings = run({"sql", made_.folders().settings().string(), "SELECT 1"});
-    EXPECT_EQ(settings.status, ExitStatus::Failed);
-    EXPECT_THAT(settings.complaints, HasSubstr("route.ini"));
 }
 
 TEST(CommandLine, MakesAndChecks) {
@@ -149,25 +139,59 @@ TEST(CommandLine, TellsWhatItDoesNotUnderstand) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> misuses = {
         {{}, "A command is missing."},
         {{"make", "x"}, "Unknown command \"make\"."},
-        {{"create"}, "The folder is missing."},
-        {{"create", ""}, "The folder is empty."},
+        {{"create"}, "Something is missing.\nUsage: vireo-district create FOLDER [--runs N "},
+        {{"create", ""}, "Something is missing."},
+        {{"password", "a"}, "Something is missing.\nUsage: vireo-district password FOLDER USER\n"},
         {{"create", "a", "b"}, "\"b\" is one word too many."},
-        {{"create", "a", "--fast"}, "Unknown option --fast."},
-        {{"create", "a", "--runs"}, "A value must follow --runs."},
+        {{"create", "a", "--fast"}, "Unknown option 'fast'."},
+        {{"create", "a", "--runs"}, "Missing value after '--runs'."},
         {{"create", "a", "--runs", "0"},
          "--runs takes a whole number from 1 to 200000, not \"0\"."},
-        {{"create", "a", "--runs", "12x"},
-         "--runs takes a whole number from 1 to 200000, not \"12x\"."},
-        {{"create", "a", "--seed", "1"}, "--seed says how to invent a district; it needs --runs."},
-        {{"check"}, "The folder is missing."},
-        {{"sql"}, "The database file is missing."}};
+        {{"create", "a", "--runs", "12x"}, "--runs takes a whole number from 1 to 200000, not"},
+        {{"create", "a", "--seed", "1"}, "--seed says how to invent a district; it needs --runs."}};
     for (const auto& [words, complaint] : misuses) {
         const Outcome outcome = run(words);
         EXPECT_EQ(outcome.status, ExitStatus::Misused) << complaint;
         EXPECT_THAT(outcome.complaints, testing::StartsWith(complaint));
     }
-    EXPECT_EQ(run({"sql", "--help"}).status, ExitStatus::Done);
-    EXPECT_THAT(run({"--help"}).out, HasSubstr("vireo-district check FOLDER"));
+}
+
+TEST(CommandLine, HelpsWithEachCommandByAnExample) {
+    const std::string all = run({"--help"}).out;
+    for (const std::string name : {"create", "check", "upgrade", "sql", "password", "programs"}) {
+        EXPECT_THAT(all, HasSubstr("vireo-district " + name + " "));
+        const Outcome one = run({name, "--help"});
+        EXPECT_EQ(one.status, ExitStatus::Done);
+        EXPECT_THAT(one.out, HasSubstr("\nExample: vireo-district " + name + " "));
+    }
+}
+
+TEST(CommandLine, TellsOfADistrictOfAnotherVersion) {
+    const MadeDistrict made(1);
+    const auto file = data::DatabaseFile::QDSC;
+    const std::string users = made.folders().database(file).string();
+    const auto complaints = [&] {
+        const Outcome checked = run({"check", made.folder()});
+        const Outcome asked = run({"sql", users, "SELECT QDSCU.QDSC1 FROM QDSCU"});
+        const Outcome set = run({"password", made.folder(), "PLANNER"}, "x\n");
+        for (const Outcome& one : {checked, asked, set}) {
+            EXPECT_EQ(one.status, ExitStatus::Failed);
+            EXPECT_THAT(checked.out, HasSubstr(one.complaints));
+        }
+        return set.complaints;
+    };
+    made.open(file)->setMark({});
+    EXPECT_THAT(complaints(), testing::AllOf(HasSubstr("ZBQDSC1.mdb (version 0)"),
+                                             HasSubstr("upgrade \"" + made.folder() + "\"")));
+    const Outcome upgraded = run({"upgrade", made.folder()});
+    EXPECT_EQ(upgraded.status, ExitStatus::Done);
+    EXPECT_THAT(upgraded.out, testing::EndsWith("\nZBQDSC1.mdb: version 1.\n"));
+    EXPECT_THAT(run({"upgrade", made.folder()}).out, HasSubstr("nothing was changed"));
+    EXPECT_THAT(run({"check", made.folder()}).out, testing::StartsWith("Version 1. Looked at "));
+    const auto mark = made.open(file)->mark();
+    made.open(file)->setMark({mark.kind, mark.version + 1});
+    EXPECT_THAT(complaints(), HasSubstr("newer than the program"));
+    EXPECT_EQ(run({"upgrade", made.folder()}).status, ExitStatus::Failed);
 }
 
 }  // namespace tools::district

@@ -1,0 +1,166 @@
+#include "tools/district/upgrade/upgrade.h"
+
+#include <algorithm>
+#include <ctime>
+#include <memory>
+#include <vector>
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "data/schema/version.h"
+#include "platform/base/error.h"
+#include "platform/store/database.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using data::DatabaseFile;
+
+constexpr std::string_view BackupName = "backup-";
+
+[[noreturn]] void refuse(const std::string& why) {
+    throw base::RunTimeError(base::errors::PermissionDenied, why);
+}
+
+using OpenFile = std::unique_ptr<store::Database> (*)(const std::string& path);
+
+std::unique_ptr<store::Database> openBesideOthers(const std::string& path) {
+    return store::open(path);
+}
+
+std::unique_ptr<store::Database> openAlone(const std::string& path) {
+    try {
+        return store::openAlone(path);
+    } catch (const store::StoreError& error) {
+        if (error.fault() != store::Fault::Locked) {
+            throw;
+        }
+    }
+    refuse(fmt::format(
+        "Somebody works in this district: {} is open in another program. Close it there and try "
+        "again; nothing was changed.",
+        path));
+}
+
+/// All six files, open.
+class OpenFiles {
+public:
+    OpenFiles(const Folders& folders, OpenFile open) : folders_(folders) {
+        for (const DatabaseFile file : data::AllDatabaseFiles) {
+            const std::string path = folders.database(file).string();
+            databases_.push_back(open(path));
+            const auto& database = *databases_.back();
+            found_.push_back(data::lookAt(file, path, database.mark(), database.catalog()));
+        }
+    }
+
+    [[nodiscard]] const std::vector<data::FoundFile>& found() const { return found_; }
+    [[nodiscard]] store::Database& database(std::size_t i) const { return *databases_[i]; }
+
+    /// Refuses files that are newer or something else.
+    [[nodiscard]] bool needUpgrade() const {
+        if (anyIs(data::Age::Foreign) || anyIs(data::Age::Newer)) {
+            refuse(data::versionComplaint(found_, folders_.root.string()));
+        }
+        return anyIs(data::Age::Older);
+    }
+
+private:
+    [[nodiscard]] bool anyIs(data::Age age) const {
+        return std::ranges::find(found_, age, &data::FoundFile::age) != found_.end();
+    }
+
+    const Folders& folders_;
+    std::vector<std::unique_ptr<store::Database>> databases_;
+    std::vector<data::FoundFile> found_;
+};
+
+/// Those that a kill left behind.
+void removeUnfinished(const fs::path& beside) {
+    for (const auto& entry : fs::directory_iterator(beside)) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with(BackupName) && name.find(".making-") != std::string::npos) {
+            fs::remove_all(entry.path());
+        }
+    }
+}
+
+/// Under a name that nothing beside the data folder has yet.
+fs::path newBackup(const Folders& folders) {
+    const fs::path beside = folders.data().parent_path();
+    removeUnfinished(beside);
+    const std::string name =
+        fmt::format("{}{:%Y-%m-%d-%H%M%S}", BackupName, fmt::localtime(std::time(nullptr)));
+    fs::path path = beside / name;
+    for (int number = 2; fs::exists(path); ++number) {
+        path = beside / fmt::format("{}-{}", name, number);
+    }
+    return path;
+}
+
+/// A back-up that was broken off is removed again and never stands under its name.
+fs::path backUp(const Folders& folders, const OpenFiles& files, Progress& progress) {
+    const Folders wanted{newBackup(folders)};
+    FolderInTheMaking making(wanted.root);
+    for (std::size_t i = 0; i < files.found().size(); ++i) {
+        const DatabaseFile file = files.found()[i].file;
+        progress.begin(fmt::format("Backing up {}", data::fileName(file)), 0);
+        files.database(i).copyTo(making.folders().database(file).string());
+    }
+    making.finish();
+    return wanted.root;
+}
+
+/// What was done to one file, in words.
+std::vector<std::string> bringUp(store::Database& database, const data::FoundFile& found) {
+    std::vector<std::string> deeds;
+    database.begin();
+    for (const store::Table& table : data::tablesOf(found.file)) {
+        for (const std::string& added : database.complete(table)) {
+            deeds.push_back("added " + added);
+        }
+    }
+    for (const data::UpgradeStep& step : data::upgradeSteps()) {
+        if (step.file == found.file && step.number > found.mark.version) {
+            for (const std::string_view statement : step.statements) {
+                database.execute(statement);
+            }
+            deeds.push_back(fmt::format("step {} {}", step.number, step.what));
+        }
+    }
+    database.setMark(data::markOf(found.file));
+    database.commit();
+    return deeds;
+}
+
+}  // namespace
+
+void upgradeDistrict(const Folders& folders, Progress& progress,
+                     const std::function<void(const std::string&)>& tell) {
+    if (!OpenFiles(folders, openBesideOthers).needUpgrade()) {
+        return;
+    }
+    const OpenFiles files(folders, openAlone);
+    if (!files.needUpgrade()) {
+        return;
+    }
+    tell(fmt::format("The files as they were are in {}.",
+                     backUp(folders, files, progress).string()));
+    for (std::size_t i = 0; i < files.found().size(); ++i) {
+        const data::FoundFile& found = files.found()[i];
+        if (found.age == data::Age::Older) {
+            progress.begin(fmt::format("Upgrading {}", data::fileName(found.file)), 0);
+            const auto deeds = bringUp(files.database(i), found);
+            tell(fmt::format("{}: version {}{}{}.", data::fileName(found.file),
+                             data::currentVersion(), deeds.empty() ? "" : "; ",
+                             fmt::join(deeds, ", ")));
+        }
+    }
+}
+
+}  // namespace tools::district

@@ -1,0 +1,272 @@
+#include "tools/district/upgrade/upgrade.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "data/schema/version.h"
+#include "platform/base/error.h"
+#include "tools/district/check/checks.h"
+#include "tools/district/make/madedistrict.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using data::Age;
+using data::DatabaseFile;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using Lines = std::vector<std::string>;
+
+Lines upgraded(const Folders& folders) {
+    Progress progress;
+    Lines told;
+    upgradeDistrict(folders, progress, [&](const std::string& line) { told.push_back(line); });
+    return told;
+}
+
+std::string refusal(const Folders& folders) {
+    try {
+        upgraded(folders);
+    } catch (const base::RunTimeError& error) {
+        return error.what();
+    }
+    return "upgraded";
+}
+
+data::FoundFile found(const Folders& folders, DatabaseFile file) {
+    const std::string path = folders.database(file).string();
+    const auto database = store::open(path);
+    return data::lookAt(file, path, database->mark(), database->catalog());
+}
+
+void change(const Folders& folders, DatabaseFile file, const Lines& statements) {
+    const auto database = store::open(folders.database(file).string());
+    for (const std::string& statement : statements) {
+        database->execute(statement);
+    }
+}
+
+void mark(const Folders& folders, DatabaseFile file, store::FileMark mark) {
+    store::open(folders.database(file).string())->setMark(mark);
+}
+
+void copyTo(const Folders& folders, const fs::path& from) {
+    fs::copy(from, folders.root, fs::copy_options::recursive);
+    writeSettings(folders, folders);
+}
+
+Lines backups(const Folders& folders) {
+    Lines names;
+    for (const auto& entry : fs::directory_iterator(folders.root)) {
+        if (entry.path().filename().string().starts_with("backup-")) {
+            names.push_back(entry.path());
+        }
+    }
+    return names;
+}
+
+std::string bytes(const Folders& folders) {
+    std::string all;
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        all += support::contentsOf(folders.database(file).string());
+    }
+    return all;
+}
+
+bool isSound(const Folders& folders) {
+    Progress progress;
+    return checkDistrict(folders, progress).isSound();
+}
+
+/// A district as they were before there were versions: no file is marked, and the routing file
+/// lacks columns, an index, a table and a row.
+class Upgrade : public testing::Test {
+protected:
+    Upgrade() {
+        copyTo(folders_, sample().folder());
+        for (const DatabaseFile file : data::AllDatabaseFiles) {
+            mark(folders_, file, {});
+        }
+        change(folders_, DatabaseFile::Routing,
+               {"ALTER TABLE District DROP COLUMN CHECKSTOPOVERLAP",
+                "ALTER TABLE STOP_TRIPTYPE DROP COLUMN UPDATE_TIME",
+                "DROP INDEX index_RUN_SCHOOL_BELLTIME", "DROP TABLE RUNWARNING",
+                "DELETE FROM SYSTEM"});
+    }
+    static const MadeDistrict& sample() {
+        static const MadeDistrict made(4);
+        return made;
+    }
+    [[nodiscard]] std::int64_t number(const std::string& sql) const {
+        const auto database = store::open(folders_.database(DatabaseFile::Routing).string());
+        const auto row = database->prepare(sql);
+        return row->step() ? row->integer(0) : -1;
+    }
+
+    support::TemporaryFolder place_{support::TemporaryFolder::Place::Memory};
+    fs::path root_ = place_.path() + "district";
+    Folders folders_{root_};
+};
+
+}  // namespace
+
+TEST_F(Upgrade, GivesFilesWhatTheyLackAndKeepsWhatTheyWere) {
+    const std::int64_t stopTrips = number("SELECT COUNT(*) FROM STOP_TRIPTYPE");
+    const Lines told = upgraded(folders_);
+    ASSERT_EQ(told.size(), 7U);
+    EXPECT_EQ(told[1],
+              "routing.mdb: version 1; added an index of RUN, added STOP_TRIPTYPE.UPDATE_TIME, "
+              "added District.CHECKSTOPOVERLAP, added RUNWARNING, step 1 gives SYSTEM and StartEnd "
+              "the one row that they must hold.");
+    EXPECT_EQ(told[3], "trip.mdb: version 1.");
+    EXPECT_EQ(number("SELECT COUNT(*) FROM STOP_TRIPTYPE WHERE UPDATE_TIME = 1"), stopTrips);
+    EXPECT_EQ(number("SELECT CHECKSTOPOVERLAP FROM District"), 0);
+    EXPECT_EQ(number("SELECT COUNT(*) FROM SYSTEM"), 1);
+    EXPECT_EQ(number("SELECT COUNT(*) FROM StartEnd"), 1);
+
+    ASSERT_EQ(backups(folders_).size(), 1U);
+    const Folders backup{backups(folders_)[0]};
+    EXPECT_EQ(told[0], "The files as they were are in " + backup.root.string() + ".");
+    EXPECT_EQ(fs::status(backup.root).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(found(backup, DatabaseFile::Routing).missing, "STOP_TRIPTYPE.UPDATE_TIME");
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        EXPECT_EQ(found(backup, file).mark, store::FileMark{}) << data::fileName(file);
+        EXPECT_EQ(found(folders_, file).age, Age::Current) << data::fileName(file);
+    }
+    EXPECT_TRUE(isSound(folders_));
+    EXPECT_THAT(upgraded(folders_), IsEmpty());
+    EXPECT_EQ(backups(folders_).size(), 1U);
+}
+
+// As after a new column in the schema whose maker forgot the step, or a tool that dropped one.
+TEST_F(Upgrade, GivesAMissingColumnToADistrictOfThisVersion) {
+    upgraded(folders_);
+    change(folders_, DatabaseFile::Trip, {"ALTER TABLE VEHTYPE DROP COLUMN LOWOVERFILL"});
+    EXPECT_EQ(found(folders_, DatabaseFile::Trip).age, Age::Older);
+    EXPECT_EQ(upgraded(folders_)[1], "trip.mdb: version 1; added VEHTYPE.LOWOVERFILL.");
+    EXPECT_EQ(backups(folders_).size(), 2U);
+}
+
+TEST_F(Upgrade, RefusesWhatIsNoOlderDistrictAndChangesNothing) {
+    const store::FileMark newer{data::markOf(DatabaseFile::Trip).kind, data::currentVersion() + 1};
+    const auto replace = [](const Folders& folders, DatabaseFile by) {
+        fs::copy(folders.database(by), folders.database(DatabaseFile::DeadCross),
+                 fs::copy_options::overwrite_existing);
+    };
+    const std::vector<std::pair<std::string, std::function<void(const Folders&)>>> cases = {
+        {"newer than the program, which works with version 1: trip.mdb (version 2)",
+         [&](const Folders& one) { mark(one, DatabaseFile::Trip, newer); }},
+        {"no files of a district under such a name: ",
+         [&](const Folders& one) { replace(one, DatabaseFile::Trip); }},
+        {"no files of a district under such a name: ",
+         [&](const Folders& one) {
+             mark(one, DatabaseFile::Trip, data::markOf(DatabaseFile::Trip));
+             replace(one, DatabaseFile::Trip);
+         }},
+        {"is damaged",
+         [](const Folders& one) { fs::resize_file(one.database(DatabaseFile::QDSC), 5000); }},
+        {"DEADCROSS.mdb\" was not found",
+         [](const Folders& one) { fs::remove(one.database(DatabaseFile::DeadCross)); }}};
+    int copy = 0;
+    for (const auto& [said, spoil] : cases) {
+        const Folders folders{place_.path() + std::to_string(++copy)};
+        copyTo(folders, root_);
+        spoil(folders);
+        const std::string before = bytes(folders);
+        EXPECT_THAT(refusal(folders), HasSubstr(said));
+        EXPECT_EQ(bytes(folders), before) << said;
+        EXPECT_THAT(backups(folders), IsEmpty()) << said;
+    }
+}
+
+TEST_F(Upgrade, RefusesWhileSomebodyWorksInTheDistrict) {
+    const std::string before = bytes(folders_);
+    auto working = store::open(folders_.database(DatabaseFile::QDSC).string());
+    EXPECT_THAT(refusal(folders_), HasSubstr("Somebody works in this district: "));
+    EXPECT_THAT(refusal(folders_), HasSubstr("ZBQDSC1.mdb is open in another program"));
+    EXPECT_EQ(bytes(folders_), before);
+    working.reset();
+    EXPECT_EQ(upgraded(folders_).size(), 7U);
+    working = store::open(folders_.database(DatabaseFile::QDSC).string());
+    EXPECT_THAT(upgraded(folders_), IsEmpty());  // nothing to do keeps nobody out
+}
+
+TEST_F(Upgrade, NobodyComesInMeanwhile) {
+    const auto alone = store::openAlone(folders_.database(DatabaseFile::Trip).string());
+    EXPECT_THROW(store::open(folders_.database(DatabaseFile::Trip).string(), 1), store::StoreError);
+}
+
+// What was added before the fault is taken back with it.
+TEST_F(Upgrade, AFileThatCannotBeBroughtUpStaysAsItWas) {
+    change(folders_, DatabaseFile::Routing,
+           {"DROP TABLE SCHOOL", "CREATE TABLE SCHOOL (SCHOOLNAME TEXT)"});
+    EXPECT_EQ(refusal(folders_), "Table SCHOOL lacks its column SCHOOL, which cannot be made up.");
+    EXPECT_EQ(found(folders_, DatabaseFile::Routing).mark, store::FileMark{});
+    EXPECT_EQ(found(folders_, DatabaseFile::Routing).missing, "STOP_TRIPTYPE.UPDATE_TIME");
+    EXPECT_EQ(backups(folders_).size(), 1U);
+}
+
+TEST_F(Upgrade, FollowsTheSettingsToFilesThatLieElsewhere) {
+    const support::TemporaryFolder config{support::TemporaryFolder::Place::Memory};
+    fs::rename(root_ / "data" / "routing.mdb", root_ / "data" / "ROUTING.MDB");
+    const std::string root = root_.string();
+    config.write("vireo/route.ini", "[AppPaths]\ndatapath=" + root + "/data/\nprogpath=" + root +
+                                        "/prog/\nVIREOpath=" + root + "/common/\n");
+    EXPECT_EQ(upgraded(foldersOf(config.path())).size(), 7U);
+    EXPECT_EQ(backups(folders_).size(), 1U);
+    config.write("vireo/route.ini", "[AppPaths]\ndatapath=" + root + "/data/\n");
+    EXPECT_THROW(static_cast<void>(foldersOf(config.path())), base::RunTimeError);
+}
+
+// Ends it after ever longer times until one comes to its end: each file is as before or as after.
+TEST_F(Upgrade, AKillLeavesEveryFileAsBeforeOrAsAfterAndASecondRunEndsTheWork) {
+    const Folders folders{place_.path() + "killed"};
+    int kills = 0;
+    int between = 0;
+    for (double microseconds = 200;; microseconds *= 1.25, ++kills) {
+        fs::remove_all(folders.root);
+        copyTo(folders, root_);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            upgraded(folders);
+            ::_exit(0);
+        }
+        ::usleep(static_cast<useconds_t>(microseconds));
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        if (WIFEXITED(status)) {
+            break;
+        }
+        int current = 0;
+        for (const DatabaseFile file : data::AllDatabaseFiles) {
+            const auto now = found(folders, file);
+            const bool wasRouting = file == DatabaseFile::Routing;
+            const auto asBefore = now.mark == store::FileMark{} &&
+                                  now.missing == (wasRouting ? "STOP_TRIPTYPE.UPDATE_TIME" : "");
+            EXPECT_TRUE(asBefore || now.age == Age::Current) << data::fileName(file);
+            current += now.age == Age::Current ? 1 : 0;
+        }
+        between += current > 0 && current < 6 ? 1 : 0;
+        upgraded(folders);
+        EXPECT_TRUE(isSound(folders)) << microseconds;
+        for (const std::string& backup : backups(folders)) {
+            EXPECT_EQ(backup.find(".making-"), std::string::npos) << backup;
+        }
+    }
+    EXPECT_GT(kills, 0);
+    RecordProperty("kills", kills);
+    RecordProperty("between two files", between);
+}
+
+}  // namespace tools::district
