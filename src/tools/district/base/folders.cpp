@@ -106,7 +106,8 @@ Folders foldersOf(const fs::path& root) {
             }
             return tidied(path);
         };
-        folders.elsewhere = Folders::Places{named("datapath"), named("progpath"), named("VIREOpath")};
+        folders.elsewhere =
+            Folders::Places{named("datapath"), named("progpath"), named("VIREOpath")};
     }
     return folders;
 }

@@ -117,8 +117,7 @@ const PlanStop& Plan::stop(int id) const { return withId(stops, id); }
 Plan readPlan(const PlanFiles& files) {
     Plan plan;
     eachLine(files.schools, '\t', [&](const Line& line) {
-        plan.schools.push_back(
-            {line.whole(0), {line.number(1), line.number(2)}, line.clock(3), line.clock(4)});
+        plan.schools.push_back({line.whole(0), {line.number(1), line.number(2)}, line.clock(4)});
     });
     eachLine(files.stops, '\t', [&](const Line& line) {
         plan.stops.push_back(

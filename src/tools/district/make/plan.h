@@ -13,7 +13,6 @@ namespace tools::district {
 struct PlanSchool {
     int id = 0;
     Point at;
-    std::int64_t earliest = 0;
     std::int64_t latest = 0;
 };
 

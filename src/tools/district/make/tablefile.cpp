@@ -1,48 +1,32 @@
 #include "tools/district/make/tablefile.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "data/schema/version.h"
 
 namespace tools::district {
 
-void RowInserter::addRow(std::initializer_list<Cell> cells) {
+void RowInserter::addRow(std::span<const Cell> cells) {
     if (statement_ == nullptr) {
-        std::vector<std::string> columns;
-        for (const Cell& cell : cells) {
-            columns.emplace_back(cell.column);
-        }
-        prepare(columns);
+        prepare(cells);
     }
     int place = 0;
     for (const Cell& cell : cells) {
         statement_->bind(place++, cell.value);
     }
-    finish();
-}
-
-void RowInserter::addRow(const std::vector<std::string>& columns,
-                         const std::vector<base::Value>& values) {
-    if (statement_ == nullptr) {
-        prepare(columns);
-    }
-    int place = 0;
-    for (const base::Value& value : values) {
-        statement_->bind(place++, value);
-    }
-    finish();
-}
-
-void RowInserter::prepare(const std::vector<std::string>& columns) {
-    statement_ = database_.prepare(
-        fmt::format("INSERT INTO \"{}\" (\"{}\") VALUES ({})", table_, fmt::join(columns, "\", \""),
-                    fmt::join(std::vector<std::string_view>(columns.size(), "?"), ", ")));
-}
-
-void RowInserter::finish() {
     statement_->step();
     statement_->reset();
+}
+
+void RowInserter::prepare(std::span<const Cell> cells) {
+    std::string columns;
+    std::string places;
+    for (const Cell& cell : cells) {
+        columns += fmt::format("{}\"{}\"", columns.empty() ? "" : ", ", cell.column);
+        places += places.empty() ? "?" : ", ?";
+    }
+    statement_ = database_.prepare(
+        fmt::format("INSERT INTO \"{}\" ({}) VALUES ({})", table_, columns, places));
 }
 
 TableFile::TableFile(const Folders& folders, data::DatabaseFile file)

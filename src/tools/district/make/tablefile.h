@@ -1,7 +1,7 @@
 #pragma once
 
-#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,15 +39,13 @@ public:
 
     template <class... Cells>
     void add(Cells&&... cells) {
-        addRow({std::forward<Cells>(cells)...});
+        const Cell row[] = {std::forward<Cells>(cells)...};
+        addRow(row);
     }
-    void addRow(std::initializer_list<Cell> cells);
-    /// One value for each column.
-    void addRow(const std::vector<std::string>& columns, const std::vector<base::Value>& values);
+    void addRow(std::span<const Cell> cells);
 
 private:
-    void prepare(const std::vector<std::string>& columns);
-    void finish();
+    void prepare(std::span<const Cell> cells);
 
     store::Database& database_;
     std::string table_;

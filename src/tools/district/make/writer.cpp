@@ -1,6 +1,7 @@
 #include "tools/district/make/writer.h"
 
-#include <array>
+#include <algorithm>
+#include <iterator>
 
 #include <fmt/format.h>
 
@@ -238,7 +239,12 @@ void writeCodes(TableFile& file, DatabaseFile which) {
         if (codes.file == which) {
             auto rows = file.into(codes.table);
             for (const auto& values : codes.rows) {
-                rows.addRow(codes.columns, values);
+                std::vector<Cell> cells;
+                std::ranges::transform(codes.columns, values, std::back_inserter(cells),
+                                       [](const auto& column, const Value& value) {
+                                           return Cell{column, value};
+                                       });
+                rows.addRow(cells);
             }
         }
     }

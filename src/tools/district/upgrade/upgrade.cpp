@@ -127,10 +127,13 @@ std::vector<std::string> bringUp(store::Database& database, const data::FoundFil
     }
     for (const data::UpgradeStep& step : data::upgradeSteps()) {
         if (step.file == found.file && step.number > found.mark.version) {
+            std::int64_t changed = 0;
             for (const std::string_view statement : step.statements) {
-                database.execute(statement);
+                changed += database.execute(statement);
             }
-            deeds.push_back(fmt::format("step {} {}", step.number, step.what));
+            if (changed > 0) {
+                deeds.push_back(fmt::format("step {} {}", step.number, step.what));
+            }
         }
     }
     database.setMark(data::markOf(found.file));

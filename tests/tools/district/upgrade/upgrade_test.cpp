@@ -88,6 +88,43 @@ bool isSound(const Folders& folders) {
     return checkDistrict(folders, progress).isSound();
 }
 
+/// Runs it in a process of its own that is killed when it tells the line of that number, or after
+/// so many microseconds; whether it was.
+bool killedUpgrade(const Folders& folders, int atLine, unsigned microseconds) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        Progress progress;
+        int line = 0;
+        upgradeDistrict(folders, progress, [&](const std::string&) {
+            if (++line == atLine) {
+                ::raise(SIGKILL);
+            }
+        });
+        ::_exit(0);
+    }
+    if (atLine == 0) {
+        ::usleep(microseconds);
+        ::kill(child, SIGKILL);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFSIGNALED(status);
+}
+
+/// How many files are as after; every other one must be as before.
+int filesDone(const Folders& folders) {
+    int done = 0;
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        const auto now = found(folders, file);
+        const bool isRouting = file == DatabaseFile::Routing;
+        const bool isAsBefore = now.mark == store::FileMark{} &&
+                                now.missing == (isRouting ? "STOP_TRIPTYPE.UPDATE_TIME" : "");
+        EXPECT_TRUE(isAsBefore || now.age == Age::Current) << data::fileName(file);
+        done += now.age == Age::Current ? 1 : 0;
+    }
+    return done;
+}
+
 /// A district as they were before there were versions: no file is marked, and the routing file
 /// lacks columns, an index, a table and a row.
 class Upgrade : public testing::Test {
@@ -228,45 +265,28 @@ TEST_F(Upgrade, FollowsTheSettingsToFilesThatLieElsewhere) {
     EXPECT_THROW(static_cast<void>(foldersOf(config.path())), base::RunTimeError);
 }
 
-// Ends it after ever longer times until one comes to its end: each file is as before or as after.
 TEST_F(Upgrade, AKillLeavesEveryFileAsBeforeOrAsAfterAndASecondRunEndsTheWork) {
     const Folders folders{place_.path() + "killed"};
-    int kills = 0;
-    int between = 0;
-    for (double microseconds = 200;; microseconds *= 1.25, ++kills) {
+    const auto kill = [&](int atLine, unsigned microseconds) {
         fs::remove_all(folders.root);
         copyTo(folders, root_);
-        const pid_t child = ::fork();
-        if (child == 0) {
-            upgraded(folders);
-            ::_exit(0);
+        const bool wasKilled = killedUpgrade(folders, atLine, microseconds);
+        if (atLine > 0) {
+            EXPECT_TRUE(wasKilled);
+            EXPECT_EQ(filesDone(folders), atLine - 1);
+        } else {
+            filesDone(folders);
         }
-        ::usleep(static_cast<useconds_t>(microseconds));
-        ::kill(child, SIGKILL);
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        if (WIFEXITED(status)) {
-            break;
-        }
-        int current = 0;
-        for (const DatabaseFile file : data::AllDatabaseFiles) {
-            const auto now = found(folders, file);
-            const bool wasRouting = file == DatabaseFile::Routing;
-            const auto asBefore = now.mark == store::FileMark{} &&
-                                  now.missing == (wasRouting ? "STOP_TRIPTYPE.UPDATE_TIME" : "");
-            EXPECT_TRUE(asBefore || now.age == Age::Current) << data::fileName(file);
-            current += now.age == Age::Current ? 1 : 0;
-        }
-        between += current > 0 && current < 6 ? 1 : 0;
         upgraded(folders);
-        EXPECT_TRUE(isSound(folders)) << microseconds;
-        for (const std::string& backup : backups(folders)) {
-            EXPECT_EQ(backup.find(".making-"), std::string::npos) << backup;
-        }
+        EXPECT_TRUE(isSound(folders)) << atLine << ' ' << microseconds;
+        EXPECT_THAT(backups(folders), testing::Each(testing::Not(HasSubstr(".making-"))));
+        return wasKilled;
+    };
+    for (int line = 1; line <= 7; ++line) {
+        kill(line, 0);
     }
-    EXPECT_GT(kills, 0);
-    RecordProperty("kills", kills);
-    RecordProperty("between two files", between);
+    for (unsigned microseconds = 500; kill(0, microseconds); microseconds += microseconds / 2) {
+    }
 }
 
 }  // namespace tools::district
