@@ -109,6 +109,10 @@ std::string MultiColumnList::cellText(int row, int column) const {
     return table().text(model_->tableRow(row), static_cast<std::size_t>(column));
 }
 
+base::Value MultiColumnList::cellValue(int row, std::string_view name) const {
+    return table().value(model_->tableRow(row), name);
+}
+
 bool MultiColumnList::isRed(int row, int column) const {
     return table().isRed(model_->tableRow(row), static_cast<std::size_t>(column));
 }

@@ -3,6 +3,7 @@
 #include <QTreeView>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/table/texttable.h"
@@ -44,6 +45,8 @@ public:
 
     [[nodiscard]] int rows() const;
     [[nodiscard]] std::string cellText(int row, int column) const;
+    /// By the name of a column that is shown or hidden.
+    [[nodiscard]] base::Value cellValue(int row, std::string_view name) const;
     [[nodiscard]] bool isRed(int row, int column) const;
     /// The row of table() that is shown there.
     [[nodiscard]] std::size_t tableRow(int row) const;

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <numeric>
+#include <stdexcept>
 
-#include "platform/base/error.h"
+#include "platform/base/text.h"
 
 namespace table {
 
@@ -70,8 +71,8 @@ void TextTable::clearRows() {
 }
 
 std::size_t TextTable::addRow() {
-    held_.resize(held_.size() + columns.size(), Held::Null);
-    bits_.resize(bits_.size() + columns.size(), 0);
+    held_.resize(held_.size() + width(), Held::Null);
+    bits_.resize(bits_.size() + width(), 0);
     red_.emplace_back();
     return red_.size() - 1;
 }
@@ -150,7 +151,7 @@ Value TextTable::value(std::size_t row, std::size_t column) const {
 
 std::string TextTable::text(std::size_t row, std::size_t column) const {
     const std::size_t at = cell(row, column);
-    const CellKind kind = columns.at(column).kind;
+    const CellKind kind = kindOf(column);
     switch (held_.at(at)) {
         case Held::Null:
             return kind == CellKind::Text ? " " : kind == CellKind::Number ? "0" : "";
@@ -164,6 +165,19 @@ std::string TextTable::text(std::size_t row, std::size_t column) const {
     }
 }
 
+std::size_t TextTable::columnOf(std::string_view name) const {
+    const auto is = [&](std::string_view other) { return base::equalsNoCase(other, name); };
+    const auto shown = std::ranges::find_if(columns, is, &TableColumn::name);
+    if (shown != columns.end()) {
+        return static_cast<std::size_t>(shown - columns.begin());
+    }
+    const auto kept = std::ranges::find_if(hiddenFields, is);
+    if (kept == hiddenFields.end()) {
+        throw std::out_of_range("the list has no column " + std::string(name));
+    }
+    return columns.size() + static_cast<std::size_t>(kept - hiddenFields.begin());
+}
+
 bool TextTable::isRed(std::size_t row, std::size_t column) const {
     const Red& red = red_.at(row);
     return column >= red.from && column <= red.to;
@@ -171,7 +185,7 @@ bool TextTable::isRed(std::size_t row, std::size_t column) const {
 
 TextTable::SortKey TextTable::sortKey(std::size_t row, std::size_t column) const {
     const std::size_t at = cell(row, column);
-    const CellKind kind = columns[column].kind;
+    const CellKind kind = kindOf(column);
     switch (held_[at]) {
         case Held::Null:
             return {kind == CellKind::Number ? SortKey::Number : SortKey::Nothing, 0, 0, {}};
@@ -206,8 +220,8 @@ std::vector<std::size_t> TextTable::sortedBy(std::size_t column, bool descending
 }
 
 void TextTable::reserve(std::size_t rows) {
-    held_.reserve(rows * columns.size());
-    bits_.reserve(rows * columns.size());
+    held_.reserve(rows * width());
+    bits_.reserve(rows * width());
     red_.reserve(rows);
     if (rowCount() > 0) {
         const std::size_t textOfRow = pool_.size() / rowCount() + 1;

@@ -17,11 +17,14 @@ enum class CellKind {
     Time,      ///< "hh:mm AM"; Null shows blank; sorted as a time of day
     DateTime,  ///< the default text of a date-time; Null shows blank; sorted as a date-time
 };
+/// What a cell holds that no one sees: anything as it is.
+inline constexpr auto HiddenKind = CellKind::DateTime;
 
 struct TableColumn {
     std::string caption;
     int widthTwips = 0;  ///< 0 is the list's default width; 15 twips are one pixel
     CellKind kind = CellKind::Text;
+    std::string name = {};  ///< what the column goes by: mostly the field of a record
 
     friend bool operator==(const TableColumn&, const TableColumn&) = default;
 };
@@ -32,10 +35,12 @@ struct TableColumn {
 class TextTable {
 public:
     std::vector<TableColumn> columns;
+    /// The names of what each row keeps behind its columns and does not show.
+    std::vector<std::string> hiddenFields;
 
-    /// Removes the rows, keeps the columns. Change `columns` only while there are no rows.
+    /// Removes the rows, keeps the columns, which change only while there are no rows.
     void clearRows();
-    /// Adds a row of columns.size() Nulls; returns its index.
+    /// Adds a row of Nulls; returns its index.
     std::size_t addRow();
     void set(std::size_t row, std::size_t column, const base::Value& value);
     void setText(std::size_t row, std::size_t column, std::string_view text);
@@ -47,6 +52,15 @@ public:
     [[nodiscard]] std::size_t rowCount() const { return red_.size(); }
     [[nodiscard]] base::Value value(std::size_t row, std::size_t column) const;
     [[nodiscard]] std::string text(std::size_t row, std::size_t column) const;
+    /// The column, hidden ones included, that goes by a name, without regard to case; the first of
+    /// several. Raises std::out_of_range.
+    [[nodiscard]] std::size_t columnOf(std::string_view name) const;
+    [[nodiscard]] base::Value value(std::size_t row, std::string_view name) const {
+        return value(row, columnOf(name));
+    }
+    [[nodiscard]] std::string text(std::size_t row, std::string_view name) const {
+        return text(row, columnOf(name));
+    }
     [[nodiscard]] bool isRed(std::size_t row, std::size_t column) const;
 
     /// The order of the rows when sorted by a column: typed, Null first, numbers before texts,
@@ -65,8 +79,12 @@ private:
     };
     struct SortKey;
 
+    [[nodiscard]] std::size_t width() const { return columns.size() + hiddenFields.size(); }
     [[nodiscard]] std::size_t cell(std::size_t row, std::size_t column) const {
-        return row * columns.size() + column;
+        return row * width() + column;
+    }
+    [[nodiscard]] CellKind kindOf(std::size_t column) const {
+        return column < columns.size() ? columns[column].kind : HiddenKind;
     }
     [[nodiscard]] std::string_view pooled(std::size_t cell) const;
     [[nodiscard]] SortKey sortKey(std::size_t row, std::size_t column) const;

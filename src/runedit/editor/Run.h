@@ -64,8 +64,7 @@ protected:
     void Form_Unload() override { answer_.stop(); }
 
 private:
-    static constexpr auto Module = "Run";        ///< what the error trap calls it
-    static constexpr int StopTripIdColumn = 16;  ///< of the stop list
+    static constexpr auto Module = "Run";  ///< what the error trap calls it
 
     bool Check_Run_EarlyBellTime(base::Date bell);
     bool Check_Run_LateBellTime(base::Date bell);

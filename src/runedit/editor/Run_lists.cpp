@@ -100,12 +100,12 @@ void Run::Build_StopList() {
 
 std::string Run::chosenStopTrip() const {
     const int row = ui_->StopList->chosenRow();
-    return row < 0 ? std::string() : ui_->StopList->cellText(row, StopTripIdColumn);
+    return row < 0 ? std::string() : ui_->StopList->cellValue(row, "ID").asText();
 }
 
 void Run::chooseStopTrip(const std::string& id) {
     for (int row = 0; !id.empty() && row < ui_->StopList->rows(); ++row) {
-        if (ui_->StopList->cellText(row, StopTripIdColumn) == id) {
+        if (ui_->StopList->cellValue(row, "ID").asText() == id) {
             ui_->StopList->choose(row);
             return;
         }

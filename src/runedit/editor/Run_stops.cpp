@@ -97,7 +97,7 @@ void Run::Remove_Click() {
     std::vector<std::int64_t> stopTripIds;
     stopTripIds.reserve(rows.size());
     for (const int row : rows) {
-        stopTripIds.push_back(numberIn(ui_->StopList->cellText(row, StopTripIdColumn)));
+        stopTripIds.push_back(ui_->StopList->cellValue(row, "ID").asInteger());
     }
     const auto removed = stops::removeStops(*gcnRouting, runOfStops(), stopTripIds);
     stops::tellOfSkipped(removed);

@@ -22,8 +22,8 @@ enum class DirectionStyle {
 [[nodiscard]] DirectionStyle directionStyle(std::string_view choice);
 
 struct StopList {
-    /// In the order of the run, without turn points. The last column, number 16, is the stop's trip
-    /// ID. A stop without a place on the map (both co-ordinates 0 or missing) is all red.
+    /// In the order of the run, without turn points; "ID" is the key of the stop's trip-type
+    /// record. A stop without a place on the map (both co-ordinates 0 or missing) is all red.
     table::TextTable table;
     /// False where a stop is red: the run cannot go to the map.
     bool allPlaced = true;
@@ -42,11 +42,5 @@ struct StopList {
 
 /// One row a special need, with the number of the run's passengers who have it.
 [[nodiscard]] table::TextTable readSpecialNeeds(ado::Connection& routing, std::string_view run);
-
-// The questions the lists are read with.
-[[nodiscard]] std::string stopListSql(std::string_view run);
-[[nodiscard]] std::string directionsSql(std::string_view run, DirectionStyle style);
-[[nodiscard]] std::string warningsSql(std::string_view run);
-[[nodiscard]] std::string specialNeedsSql(std::string_view run);
 
 }  // namespace runedit

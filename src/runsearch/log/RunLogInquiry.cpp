@@ -3,7 +3,7 @@
 #include <QLocale>
 #include <QShortcut>
 
-#include "data/lists/cells.h"
+#include "data/lists/listreader.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
@@ -36,18 +36,10 @@ constexpr std::size_t BlockEntries = 500;
 /// How long is read on before the form gets its turn.
 constexpr int SliceMs = 30;
 
-table::TextTable activityCodes() {
-    table::TextTable table;
-    table.columns = {{"Activity Code", 1300, table::CellKind::Number}, {"Description", 4000}};
-    ado::Recordset codes;
-    codes.Open(ActivityCodesSql, *startup::gcnRouteWrk);
-    for (; !codes.Eof(); codes.MoveNext()) {
-        const auto row = table.addRow();
-        data::setCell(table, row, 0, codes["ActivityCode"]);
-        data::setCell(table, row, 1, codes["ACTIVITYDESC"]);
-    }
-    return table;
-}
+constexpr data::ListColumn ActivityColumns[]{
+    {"Activity Code", "ActivityCode", 1300, table::CellKind::Number},
+    {"Description", "ACTIVITYDESC", 4000},
+};
 
 QString grouped(std::int64_t number) {
     return QLocale(QLocale::English, QLocale::UnitedStates)
@@ -109,7 +101,10 @@ void RunLogInquiry::Form_Unload() {
     connection_.reset();
 }
 
-void RunLogInquiry::Bld_DropDown() { ui_->cmbActivityCode->setTable(activityCodes()); }
+void RunLogInquiry::Bld_DropDown() {
+    ui_->cmbActivityCode->setTable(
+        data::readList(ActivityColumns, ActivityCodesSql, *startup::gcnRouteWrk));
+}
 
 void RunLogInquiry::ask(const std::string& run) {
     load();
@@ -242,7 +237,7 @@ void RunLogInquiry::entriesAreAllListed() {
 }
 
 void RunLogInquiry::showCount() {
-    const auto read = static_cast<std::int64_t>(reader_->ids().size());
+    const auto read = reader_->entriesRead();
     const auto total = reader_->total();
     QString text;
     if (reader_->atEnd()) {

@@ -3,14 +3,21 @@
 #include <algorithm>
 #include <utility>
 
-#include "data/lists/cells.h"
+#include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 
 namespace runsearch {
 
 namespace {
 
-using table::CellKind;
+constexpr data::ListColumn Columns[]{
+    {"Run ID", "RunID", 1100},
+    {"Stop ID", "StopID", 1100},
+    {"Log Date", "LogDate", 2300, table::CellKind::DateTime},
+    {"Description", "Description", 10400},
+    {"Trip Type", "TripType", 1100},
+    data::hidden("ID"),
+};
 
 /// How many keys are looked at in one part of a count.
 constexpr std::int64_t CountedAtOnce = 100'000;
@@ -18,44 +25,21 @@ constexpr std::int64_t CountedAtOnce = 100'000;
 }  // namespace
 
 RunLogReader::RunLogReader(ado::Connection& routing, RunLogFilters filters)
-    : routing_(routing), filters_(std::move(filters)) {
-    rows_.Open(runLogQuery(filters_), routing_);
-    for (const auto* name : {"RunID", "StopID", "LogDate", "Description", "TripType"}) {
-        fields_.push_back(&rows_.Fields(name));
-    }
-    id_ = &rows_.Fields("ID");
-    if (rows_.Eof()) {
-        rows_.Close();
-    }
-}
+    : routing_(routing),
+      filters_(std::move(filters)),
+      entries_(Columns, runLogQuery(filters_), routing) {}
 
-table::TextTable RunLogReader::emptyTable() {
-    table::TextTable table;
-    table.columns = {{"Run ID", 1100},
-                     {"Stop ID", 1100},
-                     {"Log Date", 2300, CellKind::DateTime},
-                     {"Description", 10400},
-                     {"Trip Type", 1100}};
-    return table;
-}
+table::TextTable RunLogReader::emptyTable() { return data::emptyTable(Columns); }
 
 void RunLogReader::read(std::size_t entries, table::TextTable& into) {
-    for (; entries > 0 && !atEnd(); --entries) {
-        const auto row = into.addRow();
-        for (std::size_t i = 0; i < fields_.size(); ++i) {
-            data::setCell(into, row, i, *fields_[i]);
-        }
-        ids_.push_back(id_->asInteger());
-        rows_.MoveNext();
-        if (rows_.Eof()) {
-            rows_.Close();
-        }
-    }
+    const std::size_t before = into.rowCount();
+    entries_.read(into, entries);
+    read_ += static_cast<std::int64_t>(into.rowCount() - before);
 }
 
 std::optional<std::int64_t> RunLogReader::total() const {
     if (atEnd()) {
-        return static_cast<std::int64_t>(ids_.size());
+        return read_;
     }
     return isCounted_ ? std::optional(counted_) : std::nullopt;
 }

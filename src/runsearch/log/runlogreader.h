@@ -3,10 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <vector>
 
+#include "data/lists/listreader.h"
 #include "platform/ado/connection.h"
-#include "platform/ado/recordset.h"
 #include "platform/table/texttable.h"
 #include "runsearch/log/runlogquery.h"
 
@@ -21,14 +20,13 @@ class RunLogReader {
 public:
     RunLogReader(ado::Connection& routing, RunLogFilters filters);
 
-    /// A table with the list's columns and no rows.
+    /// A table with the list's columns and no rows; "ID" is the key of an entry.
     [[nodiscard]] static table::TextTable emptyTable();
     /// Adds the next entries to a table made by emptyTable(), at most so many.
     void read(std::size_t entries, table::TextTable& into);
-    [[nodiscard]] bool atEnd() const { return rows_.State() == ado::ObjectState::Closed; }
-
-    /// The key of each entry that was read, in order.
-    [[nodiscard]] const std::vector<std::int64_t>& ids() const { return ids_; }
+    [[nodiscard]] bool atEnd() const { return entries_.atEnd(); }
+    /// Entries so far.
+    [[nodiscard]] std::int64_t entriesRead() const { return read_; }
 
     /// Counts for some tens of milliseconds, unless the number is known.
     void countOn();
@@ -40,10 +38,8 @@ private:
 
     ado::Connection& routing_;
     RunLogFilters filters_;
-    ado::Recordset rows_;  ///< closed as soon as the last row is read
-    std::vector<const ado::Field*> fields_;
-    const ado::Field* id_ = nullptr;
-    std::vector<std::int64_t> ids_;
+    data::ListReader entries_;
+    std::int64_t read_ = 0;
 
     std::int64_t counted_ = 0;
     bool isCounted_ = false;

@@ -161,7 +161,7 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     }
     // The columns stay for now: a search with the same ones keeps their widths.
     ui_->RunList->clearRows();
-    ui_->RunList->setTable(readRuns(RunListLayout(withRouting), runs));
+    ui_->RunList->setTable(readRuns(runs, withRouting));
     showSelectedCount();
     ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
     startup::RunSearchSQL = query.runs;

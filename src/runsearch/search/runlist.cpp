@@ -1,6 +1,8 @@
 #include "runsearch/search/runlist.h"
 
-#include "data/lists/cells.h"
+#include <vector>
+
+#include "data/lists/listreader.h"
 
 namespace runsearch {
 
@@ -8,73 +10,64 @@ namespace {
 
 using table::CellKind;
 
-constexpr int DescriptionTwips = 2440;
-constexpr int NarrowTwips = 1000;
+enum class Shown { Always, WithRouting, WithoutRouting };
+struct RunColumn {
+    data::ListColumn column;
+    Shown shown = Shown::Always;
+};
+
+/// With routing the last columns are shifted: the capacity stands under "Total Students", the time
+/// to use under "Capacity", and "Time To Use" stays empty. The width of 1000 twips goes to "Total
+/// Students" with routing and to "Total Stops" without. Meant as it is.
+constexpr RunColumn Columns[]{
+    {{"Run ID", "Run"}},
+    {{"Description", "Description", 2440}},
+    {{"Start Time", "StartTime", 1000, CellKind::Time}},
+    {{"End Time", "EndTime", 1000, CellKind::Time}},
+    {{"Bell Time", "BellTime", 1000, CellKind::Time}},
+    {{"School", "School"}},
+    {{"Trip Type", "TripType"}},
+    {{"Location", "LocCode"}},
+    {{"Family", "RunFamily"}},
+    {{"Route", "RouteID"}, Shown::WithRouting},
+    {{"Driver", "EmpName"}, Shown::WithRouting},
+    {{"Vehicle", "Vehicle"}, Shown::WithRouting},
+    {{"Aid", "AidName"}, Shown::WithRouting},
+    {{"Total Time", "total_time", 0, CellKind::Number}},
+    {{"Total Miles", "total_miles", 0, CellKind::Number}},
+    {{"Total Stops", "total_stops", 0, CellKind::Number}, Shown::WithRouting},
+    {{"Total Students", "Capacity", 1000}, Shown::WithRouting},
+    {{"Capacity", "TimeToUse"}, Shown::WithRouting},
+    {{"Time To Use"}, Shown::WithRouting},
+    {{"Total Stops", "total_stops", 1000, CellKind::Number}, Shown::WithoutRouting},
+    {{"Total Students", "Total_Students", 0, CellKind::Number}, Shown::WithoutRouting},
+    {{"Capacity", "Capacity"}, Shown::WithoutRouting},
+    {{"Time To Use", "TimeToUse"}, Shown::WithoutRouting},
+};
+
+std::vector<data::ListColumn> shownColumns(bool withRouting) {
+    const auto left = withRouting ? Shown::WithoutRouting : Shown::WithRouting;
+    std::vector<data::ListColumn> columns;
+    for (const auto& [column, shown] : Columns) {
+        if (shown != left) {
+            columns.push_back(column);
+        }
+    }
+    return columns;
+}
 
 }  // namespace
 
-RunListLayout::RunListLayout(bool withRouting) : withRouting_(withRouting) {
-    columns_ = {{"Run ID", 0, CellKind::Text},
-                {"Description", DescriptionTwips, CellKind::Text},
-                {"Start Time", NarrowTwips, CellKind::Time},
-                {"End Time", NarrowTwips, CellKind::Time},
-                {"Bell Time", NarrowTwips, CellKind::Time},
-                {"School", 0, CellKind::Text},
-                {"Trip Type", 0, CellKind::Text},
-                {"Location", 0, CellKind::Text},
-                {"Family", 0, CellKind::Text}};
-    fields_ = {"Run",    "Description", "StartTime", "EndTime",  "BellTime",
-               "School", "TripType",    "LocCode",   "RunFamily"};
-    const auto add = [this](std::initializer_list<table::TableColumn> columns,
-                            std::initializer_list<std::string_view> fields) {
-        columns_.insert(columns_.end(), columns);
-        fields_.insert(fields_.end(), fields);
-    };
-    if (withRouting) {
-        add({{"Route"}, {"Driver"}, {"Vehicle"}, {"Aid"}},
-            {"RouteID", "EmpName", "Vehicle", "AidName"});
-        add({{"Total Time", 0, CellKind::Number},
-             {"Total Miles", 0, CellKind::Number},
-             {"Total Stops", 0, CellKind::Number},
-             {"Total Students", NarrowTwips},
-             {"Capacity"},
-             {"Time To Use"}},
-            {"total_time", "total_miles", "total_stops", "Capacity", "TimeToUse"});
-    } else {
-        add({{"Total Time", 0, CellKind::Number},
-             {"Total Miles", 0, CellKind::Number},
-             {"Total Stops", NarrowTwips, CellKind::Number},
-             {"Total Students", 0, CellKind::Number},
-             {"Capacity"},
-             {"Time To Use"}},
-            {"total_time", "total_miles", "total_stops", "Total_Students", "Capacity",
-             "TimeToUse"});
-    }
-}
-
-table::TextTable readRuns(const RunListLayout& layout, ado::Recordset& runs) {
-    std::vector<const ado::Field*> fields;
-    for (const auto name : layout.fields()) {
-        fields.push_back(&runs.Fields(name));
-    }
+table::TextTable readRuns(ado::Recordset& runs, bool withRouting) {
+    const auto columns = shownColumns(withRouting);
     const auto& regenerate = runs.Fields("Regenerate");
-    const auto red = layout.redCells();
-
-    table::TextTable table;
-    table.columns = layout.columns();
-    for (; !runs.Eof(); runs.MoveNext()) {
-        const auto row = table.addRow();
-        for (std::size_t i = 0; i < fields.size(); ++i) {
-            data::setCell(table, row, i, *fields[i]);
-        }
-        if (fields.size() < table.columns.size()) {
-            table.setText(row, fields.size(), "");
-        }
+    // The last two columns stay plain.
+    const auto lastRed = columns.size() - 3;
+    return data::readList(columns, runs, [&](table::TextTable& table, std::size_t row) {
         if (regenerate.asBoolean()) {
-            table.colourRed(row, red.first, red.last);
+            table.colourRed(row, 0, lastRed);
         }
-    }
-    return table;
+    });
 }
 
 }  // namespace runsearch

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <vector>
 
-#include "platform/ado/recordset.h"
+#include "data/lists/listreader.h"
 #include "platform/table/texttable.h"
 #include "stops/search/chosenstop.h"
 #include "stops/search/stopsearch.h"
@@ -20,21 +18,19 @@ public:
 
     /// The columns of the list, without rows.
     [[nodiscard]] const table::TextTable& emptyTable() const { return empty_; }
-    [[nodiscard]] bool atEnd() const;
+    [[nodiscard]] bool atEnd() const { return rows_.atEnd(); }
     /// Appends the next rows, at most so many.
     void read(table::TextTable& table, std::size_t most);
     /// No more rows will be read.
-    void close();
+    void close() { rows_.close(); }
 
-    /// The stop of a row; rows count from 0 in the order read.
+    /// The stop of a row of a table that was read.
     [[nodiscard]] ChosenStop chosen(const table::TextTable& table, std::size_t row) const;
 
 private:
     bool tripTypes_;
-    ado::Recordset rows_;
     table::TextTable empty_;
-    std::vector<const ado::Field*> fields_;
-    std::vector<std::int64_t> intStopIds_;
+    data::ListReader rows_;
 };
 
 }  // namespace stops

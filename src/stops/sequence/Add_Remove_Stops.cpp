@@ -156,9 +156,7 @@ void Add_Remove_Stops::enableButtons() {
 Add_Remove_Stops::StopTripIds Add_Remove_Stops::selectedStops() const {
     StopTripIds ids;
     for (const int row : ui_->StopList->selectedRows()) {
-        ids.push_back(ui_->StopList->table()
-                          .value(static_cast<std::size_t>(row), StopTripIdColumn)
-                          .asInteger());
+        ids.push_back(ui_->StopList->cellValue(row, "ID").asInteger());
     }
     return ids;
 }
@@ -168,7 +166,7 @@ void Add_Remove_Stops::selectStops(const StopTripIds& stopTripIds) {
     const auto& table = ui_->StopList->table();
     std::vector<int> rows;
     for (std::size_t row = 0; row < table.rowCount(); ++row) {
-        const auto id = table.value(row, StopTripIdColumn).asInteger();
+        const auto id = table.value(row, "ID").asInteger();
         if (std::find(stopTripIds.begin(), stopTripIds.end(), id) != stopTripIds.end()) {
             rows.push_back(static_cast<int>(row));
         }

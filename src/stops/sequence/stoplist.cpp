@@ -1,41 +1,32 @@
 #include "stops/sequence/stoplist.h"
 
-#include "data/lists/cells.h"
-#include "platform/ado/recordset.h"
+#include "data/lists/listreader.h"
 #include "stops/sequence/runstops.h"
 
 namespace stops {
 
 table::TextTable readStopsInSequence(ado::Connection& connection, std::string_view run) {
     using table::CellKind;
-    table::TextTable table;
-    // In the order of the question's fields.
-    table.columns = {{"Stop ID", 1200},
-                     {"Location", 2200},
-                     {"Time At Stop", 1000, CellKind::Time},
-                     {"Passengers", 0, CellKind::Number},
-                     {"Trip Type"},
-                     {"Stop Type"},
-                     {"School"},
-                     {"Description", 2440},
-                     {"Time to Stop", 0, CellKind::Number},
-                     {"Distance to Stop", 0, CellKind::Number},
-                     {"Load Time", 0, CellKind::Number},
-                     {"Cum. Time", 0, CellKind::Number},
-                     {"Cum. Distance", 0, CellKind::Number},
-                     {"Run ID"},
-                     {"Sequence", 0, CellKind::Number},
-                     {"Int. ID", 0, CellKind::Number},
-                     {"ID", 0, CellKind::Number}};
-    ado::Recordset rows;
-    rows.Open(runStopsQuery(run), connection);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        const auto row = table.addRow();
-        for (std::size_t i = 0; i < table.columns.size(); ++i) {
-            data::setCell(table, row, i, rows.Fields(static_cast<int>(i)));
-        }
-    }
-    return table;
+    static constexpr data::ListColumn Columns[]{
+        {"Stop ID", "STOPID", 1200},
+        {"Location", "ADDR1", 2200},
+        {"Time At Stop", "TIME_AT_STOP", 1000, CellKind::Time},
+        {"Passengers", "NUM_STUDENTS", 0, CellKind::Number},
+        {"Trip Type", "TRIPTYPE"},
+        {"Stop Type", "STOPTYPE"},
+        {"School", "SCHOOL"},
+        {"Description", "DESCRIPTION", 2440},
+        {"Time to Stop", "TIME_TOSTOP", 0, CellKind::Number},
+        {"Distance to Stop", "DIST_TOSTOP", 0, CellKind::Number},
+        {"Load Time", "LOAD_TIME", 0, CellKind::Number},
+        {"Cum. Time", "CUM_TIME", 0, CellKind::Number},
+        {"Cum. Distance", "CUM_MILES", 0, CellKind::Number},
+        {"Run ID", "RUN"},
+        {"Sequence", "RUNSEQ", 0, CellKind::Number},
+        {"Int. ID", "INT_STOPID", 0, CellKind::Number},
+        {"ID", "ID", 0, CellKind::Number},
+    };
+    return data::readList(Columns, runStopsQuery(run), connection);
 }
 
 }  // namespace stops

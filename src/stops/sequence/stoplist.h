@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 #include "platform/ado/connection.h"
@@ -8,11 +7,9 @@
 
 namespace stops {
 
-/// The run's stops in sequence, turn points included, as the form that orders them shows them.
+/// The run's stops in sequence, turn points included, as the form that orders them shows them;
+/// "ID" is the key of the stop's trip-type record.
 [[nodiscard]] table::TextTable readStopsInSequence(ado::Connection& connection,
                                                    std::string_view run);
-
-/// The column with the key of the stop's trip-type record.
-inline constexpr std::size_t StopTripIdColumn = 16;
 
 }  // namespace stops

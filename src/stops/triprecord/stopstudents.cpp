@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "data/lists/cells.h"
+#include "data/lists/listreader.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
@@ -50,9 +50,9 @@ std::map<std::int64_t, std::string> needsByStudent(ado::Connection& routing,
     return needs;
 }
 
-std::string nameOf(ado::Recordset& student) {
-    const auto last = startup::textOf(student["LASTNAME"]);
-    const auto first = startup::textOf(student["FIRSTNAME"]);
+std::string nameOf(const TextTable& student, std::size_t row) {
+    const auto last = student.text(row, "LASTNAME");
+    const auto first = student.text(row, "FIRSTNAME");
     return base::trim(first).empty() ? last
                                      : fmt::format("{}, {}", base::trim(last), base::trim(first));
 }
@@ -60,43 +60,42 @@ std::string nameOf(ado::Recordset& student) {
 }  // namespace
 
 TextTable readStopNeeds(ado::Connection& routing, const TripRecord& record) {
-    TextTable table;
-    table.columns = {
-        {"Special Need", 1300}, {"Description", 2400}, {"Students", 1000, CellKind::Number}};
+    static constexpr data::ListColumn Columns[]{
+        {"Special Need", "SPECIALNEEDS_CODE", 1300},
+        {"Description", "DESCRIPTION", 2400},
+        {"Students", {}, 1000, CellKind::Number},
+    };
+    TextTable table = data::emptyTable(Columns);
     ado::Recordset rows;
     rows.Open(fmt::format(NeedsSql, conditionOf(record)), routing);
+    const data::ListFields fields(Columns, rows);
     std::int64_t count = 0;
-    std::string code;
     for (; !rows.Eof(); rows.MoveNext()) {
-        const auto next = startup::textOf(rows["SPECIALNEEDS_CODE"]);
-        if (table.rowCount() == 0 || !base::equalsNoCase(next, code)) {
-            const auto row = table.addRow();
-            data::setCell(table, row, 0, rows["SPECIALNEEDS_CODE"]);
-            data::setCell(table, row, 1, rows["DESCRIPTION"]);
+        const auto code = startup::textOf(rows["SPECIALNEEDS_CODE"]);
+        if (count == 0 ||
+            !base::equalsNoCase(code, table.text(table.rowCount() - 1, "SPECIALNEEDS_CODE"))) {
+            fields.addRow(table);
             count = 0;
-            code = next;
         }
-        table.set(table.rowCount() - 1, 2, ++count);
+        table.set(table.rowCount() - 1, table.columnOf("Students"), ++count);
     }
     return table;
 }
 
 TextTable readStopStudents(ado::Connection& routing, const TripRecord& record) {
-    TextTable table;
-    table.columns = {
-        {"Student", 2300}, {"Special Needs", 1500}, {"Student ID", 1300}, {"School", 1100}};
+    static constexpr data::ListColumn Columns[]{
+        {"Student", "LASTNAME", 2300}, {"Special Needs", {}, 1500}, {"Student ID", "STUID", 1300},
+        {"School", "SCHOOL", 1100},    data::hidden("FIRSTNAME"),   data::hidden("INT_STUID"),
+    };
     const auto needs = needsByStudent(routing, record);
-    ado::Recordset rows;
-    rows.Open(fmt::format(StudentsSql, conditionOf(record)), routing);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        const auto row = table.addRow();
-        table.setText(row, 0, nameOf(rows));
-        const auto found = needs.find(rows["INT_STUID"].asInteger());
-        table.setText(row, 1, found == needs.end() ? std::string() : found->second);
-        data::setCell(table, row, 2, rows["STUID"]);
-        data::setCell(table, row, 3, rows["SCHOOL"]);
-    }
-    return table;
+    return data::readList(Columns, fmt::format(StudentsSql, conditionOf(record)), routing,
+                          [&](TextTable& table, std::size_t row) {
+                              table.setText(row, table.columnOf("LASTNAME"), nameOf(table, row));
+                              const auto of = needs.find(table.value(row, "INT_STUID").asInteger());
+                              if (of != needs.end()) {
+                                  table.setText(row, table.columnOf("Special Needs"), of->second);
+                              }
+                          });
 }
 
 }  // namespace stops

@@ -89,6 +89,23 @@ TEST(TextTable, KeepsEveryKindOfValueAndShowsNullAsTheColumnAsks) {
     EXPECT_THROW(table.set(row + 1, 0, Value(1)), std::out_of_range);
 }
 
+TEST(TextTable, FindsShownAndHiddenColumnsByNameAndKeepsBothApart) {
+    TextTable table;
+    table.columns = {{"Run", 0, CellKind::Text, "RUN"}, {"Miles", 0, CellKind::Number, "MILES"}};
+    table.hiddenFields = {"ID"};
+    for (const int id : {7, 8}) {
+        const std::size_t row = table.addRow();
+        table.setText(row, 0, "R1");
+        table.set(row, table.columnOf("id"), id);
+    }
+    TextTable more = table;
+    more.append(table);
+    EXPECT_EQ(more.value(3, "Id"), Value(8));
+    EXPECT_EQ(more.text(2, "run") + more.text(2, "miles"), "R10");
+    EXPECT_EQ(table::tabSeparated(more, std::vector<std::size_t>{1}), "Run\tMiles\nR1\t0\n");
+    EXPECT_THROW((void)table.columnOf("STOPID"), std::out_of_range);
+}
+
 TEST(TextTable, ColoursARangeOfCellsRed) {
     TextTable table;
     table.columns.resize(5);

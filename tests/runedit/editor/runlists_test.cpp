@@ -1,17 +1,12 @@
 #include "runedit/editor/runlists.h"
 
-#include <gmock/gmock.h>
-
-#include "platform/ado/recordset.h"
 #include "startup/base/session.h"
-#include "support/testdistrict.h"
-#include "support/testsession.h"
+#include "support/districtsession.h"
 
 namespace runedit {
 
 namespace {
 
-using data::DatabaseFile;
 using testing::ElementsAre;
 
 /// Rows as texts, cells apart by "|".
@@ -27,28 +22,25 @@ std::vector<std::string> lines(const table::TextTable& table) {
     return result;
 }
 
-/// The run "R1" and rows of others that must not show up.
-class RunLists : public testing::Test {
+/// The run "R1" and stops of others that must not show up.
+class RunLists : public support::DistrictSession {
 protected:
-    RunLists() {
-        sql("INSERT INTO STOP(INT_STOPID, STOPID, STOPTYPE, ADDR1, SCHOOL, DESCRIPTION, XPOS, "
+    RunLists() : DistrictSession([](const support::TestDistrict&) {}) {
+        byOthers(
+            "INSERT INTO STOP(INT_STOPID, STOPID, STOPTYPE, ADDR1, SCHOOL, DESCRIPTION, XPOS, "
             "YPOS) VALUES (1, 'S1', 'REGULAR', '12 Elm Street', ' ', 'Elm', 10, 20), (2, 'S2', "
             "'REGULAR', NULL, NULL, NULL, 0, 0), (3, 'T3', 'DIRECTIONAL', 'Turn', NULL, NULL, 0, "
             "0), (4, 'OAK', 'SCHOOL', NULL, 'OAK', NULL, NULL, NULL), (5, 'S5', 'REGULAR', NULL, "
             "NULL, NULL, 0, 7)");
-        sql("INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, NUM_STUDENTS, "
+        byOthers(
+            "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, NUM_STUDENTS, "
             "TIME_AT_STOP, TIME_TOSTOP, DIST_TOSTOP, LOAD_TIME, CUM_TIME, CUM_MILES) VALUES (4, "
             "'AM', 'R1', 40, 0, '1899-12-30 08:05:30', 9.5, 3, 0, 21, 5.25), (1, 'AM', 'R1', 10, "
             "12, '1899-12-30 07:30:00', 0, 0, 0.5, 0.5, 0), (2, 'AM', 'R1', 20, NULL, NULL, NULL, "
             "NULL, NULL, NULL, NULL), (3, 'AM', 'R1', 25, 0, NULL, 1, 1, 1, 1, 1), (5, 'AM', 'R1', "
             "30, 1, NULL, 1, 1, 1, 1, 1), (2, 'PM', 'R2', 1, 1, NULL, 1, 1, 1, 1, 1)");
-        session_.start(district_.configFolder());
     }
-    void sql(const char* statement) { district_.sql(DatabaseFile::Routing, statement); }
     [[nodiscard]] static ado::Connection& routing() { return *startup::gcnRouting; }
-
-    support::TestDistrict district_;
-    support::TestSession session_;
 };
 
 TEST_F(RunLists, StopsStandInTheirOrderAndThoseWithoutAPlaceAreRed) {
@@ -64,13 +56,14 @@ TEST_F(RunLists, StopsStandInTheirOrderAndThoseWithoutAPlaceAreRed) {
     }
     EXPECT_FALSE(allPlaced);
 
-    sql("UPDATE STOP SET XPOS = 1");
+    byOthers("UPDATE STOP SET XPOS = 1");
     EXPECT_TRUE(readStopList(routing(), "R1").allPlaced);
     EXPECT_TRUE(readStopList(routing(), "nobody").allPlaced);
 }
 
 TEST_F(RunLists, DirectionsInThreeStyles) {
-    sql("INSERT INTO RUNDIR(ID, RUN, LINETYPE, LINETEXT1, LINETEXT2, SHORTTEXT, SHORTDIST) VALUES "
+    byOthers(
+        "INSERT INTO RUNDIR(ID, RUN, LINETYPE, LINETEXT1, LINETEXT2, SHORTTEXT, SHORTDIST) VALUES "
         "(7, 'R1', 'Total', 'Total distance', '9 miles', 'Total', '9'), "
         "(1, 'R1', 'Start', 'Start at Elm', 'SKIP', 'Elm', ' skip '), "
         "(2, 'R1', 'Direction', 'Turn left onto Oak Street', '1.5 miles', 'left Oak', '1.5'), "
@@ -94,7 +87,8 @@ TEST_F(RunLists, DirectionsInThreeStyles) {
 
 TEST_F(RunLists, WarningsAreNewestFirst) {
     EXPECT_EQ(readWarnings(routing(), "R1").rowCount(), 0U);
-    sql("INSERT INTO RUNWARNING(RUN, WARNINGTYPE, WARNINGDATETIME, WARNINGTEXT) VALUES "
+    byOthers(
+        "INSERT INTO RUNWARNING(RUN, WARNINGTYPE, WARNINGDATETIME, WARNINGTEXT) VALUES "
         "('R1', 'RIDETIME', '2026-01-31 08:05:09', 'Too long.'), "
         "('R1', 'BELL', '2026-02-01 00:00:00', 'Too late.'), ('R2', 'BELL', NULL, 'Not mine.')");
     EXPECT_THAT(lines(readWarnings(routing(), "R1")),
@@ -104,48 +98,18 @@ TEST_F(RunLists, WarningsAreNewestFirst) {
 }
 
 TEST_F(RunLists, SpecialNeedsCountThePassengersOfTheRunsTripType) {
-    sql("INSERT INTO SPECIALNEEDS(SPECIALNEEDS_CODE, DESCRIPTION) VALUES ('WC', 'Wheelchair'), "
+    byOthers(
+        "INSERT INTO SPECIALNEEDS(SPECIALNEEDS_CODE, DESCRIPTION) VALUES ('WC', 'Wheelchair'), "
         "('AIDE', NULL)");
-    sql("INSERT INTO STU_SPECIALNEEDS(INT_STUID, SPECIALNEEDS_CODE) VALUES (1, 'WC'), (2, 'WC'), "
+    byOthers(
+        "INSERT INTO STU_SPECIALNEEDS(INT_STUID, SPECIALNEEDS_CODE) VALUES (1, 'WC'), (2, 'WC'), "
         "(2, 'AIDE'), (3, 'WC'), (4, 'GONE')");
-    sql("INSERT INTO STU_ADDR_TRIPTYPE(INT_STUID, ADDRESSID, TRIPTYPE, INT_STOPID) VALUES "
+    byOthers(
+        "INSERT INTO STU_ADDR_TRIPTYPE(INT_STUID, ADDRESSID, TRIPTYPE, INT_STOPID) VALUES "
         "(1, 1, 'AM', 1), (2, 1, 'AM', 2), (3, 1, 'PM', 2), (4, 1, 'AM', 1)");
     EXPECT_THAT(lines(readSpecialNeeds(routing(), "R1")),
                 ElementsAre("AIDE| |1", "WC|Wheelchair|2"));
     EXPECT_THAT(lines(readSpecialNeeds(routing(), "R2")), ElementsAre("WC|Wheelchair|1"));
-}
-
-TEST(RunListQuestions, AreWrittenToTheLetter) {
-    EXPECT_EQ(
-        stopListSql(" 12 "),
-        "SELECT STOP.STOPID, STOP.ADDR1, STOP_TRIPTYPE.TIME_AT_STOP, STOP_TRIPTYPE.NUM_STUDENTS, "
-        "STOP_TRIPTYPE.TRIPTYPE, STOP.STOPTYPE, STOP.SCHOOL, STOP.DESCRIPTION, STOP.XPOS, "
-        "STOP.YPOS, STOP_TRIPTYPE.TIME_TOSTOP, STOP_TRIPTYPE.DIST_TOSTOP, STOP_TRIPTYPE.LOAD_TIME, "
-        "STOP_TRIPTYPE.CUM_TIME, STOP_TRIPTYPE.CUM_MILES, STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ, "
-        "STOP_TRIPTYPE.INT_STOPID, STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON "
-        "STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID Where STOP.STOPTYPE<>'DIRECTIONAL' AND "
-        "STOP_TRIPTYPE.Run = '12' ORDER BY STOP_TRIPTYPE.RUNSEQ");
-    EXPECT_EQ(directionsSql("12", DirectionStyle::VeryBrief),
-              "SELECT RUNDIR.STOPID, RUNDIR.ShortText, RUNDIR.ShortDist, RUNDIR.LineType, "
-              "RUNDIR.LineText2 From RUNDIR WHERE (((RUNDIR.LineType)='Start'  Or  "
-              "(RUNDIR.LineType)='Direction' Or (RUNDIR.LineType)='Stop' Or "
-              "(RUNDIR.LineType)='Total') AND ((RUNDIR.Run)='12')) ORDER BY RUNDIR.ID");
-    EXPECT_EQ(directionsSql("12", DirectionStyle::Detailed),
-              "SELECT RUNDIR.STOPID, RUNDIR.LineText1, RUNDIR.LineType, RUNDIR.LineText2 From "
-              "RUNDIR WHERE (RUNDIR.Run)='12' ORDER BY RUNDIR.ID");
-    EXPECT_EQ(warningsSql("12"),
-              "Select RunWarning.* from RunWarning Where RunWarning.Run='12' ORDER BY "
-              "RunWarning.WarningDateTime Desc");
-    EXPECT_EQ(specialNeedsSql("12"),
-              "SELECT STU_SPECIALNEEDS.SPECIALNEEDS_CODE, SPECIALNEEDS.DESCRIPTION, "
-              "Count(STU_SPECIALNEEDS.INT_STUID) AS TOTPASS, STOP_TRIPTYPE.RUN FROM SPECIALNEEDS "
-              "INNER JOIN ((STU_ADDR_TRIPTYPE INNER JOIN STU_SPECIALNEEDS ON "
-              "STU_ADDR_TRIPTYPE.INT_STUID = STU_SPECIALNEEDS.INT_STUID) INNER JOIN STOP_TRIPTYPE "
-              "ON (STU_ADDR_TRIPTYPE.TRIPTYPE = STOP_TRIPTYPE.TRIPTYPE) AND "
-              "(STU_ADDR_TRIPTYPE.INT_STOPID = STOP_TRIPTYPE.INT_STOPID)) ON "
-              "SPECIALNEEDS.SPECIALNEEDS_CODE = STU_SPECIALNEEDS.SPECIALNEEDS_CODE GROUP BY "
-              "STU_SPECIALNEEDS.SPECIALNEEDS_CODE, SPECIALNEEDS.DESCRIPTION, STOP_TRIPTYPE.RUN "
-              "HAVING (((STOP_TRIPTYPE.RUN)='12'))");
 }
 
 }  // namespace

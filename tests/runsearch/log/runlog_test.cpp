@@ -1,16 +1,11 @@
-#include <gmock/gmock.h>
-
 #include "platform/jet/error.h"
 #include "runsearch/log/runlogreader.h"
 #include "startup/base/session.h"
-#include "support/testdistrict.h"
-#include "support/testsession.h"
+#include "support/districtsession.h"
 
 namespace runsearch {
 
 namespace {
-
-using testing::ElementsAre;
 
 TEST(RunLogQuery, JoinsTheFiltersThatAreFilled) {
     const struct {
@@ -46,35 +41,37 @@ TEST(RunLogQuery, NamesTheFirstFilterThatCannotBeSearchedFor) {
     }
 }
 
-class RunLog : public testing::Test {
+void fillEntries(const support::TestDistrict& district) {
+    district.sql(
+        data::DatabaseFile::Routing,
+        "INSERT INTO RUNLOG(ID, RUNID, StopID, TripType, LOGDATE, ACTIVITYCODE, Description) "
+        "VALUES (1, '12', 'S1', 'AM', '2026-01-02 00:00:00', 1, 'added'), (2, '120', NULL, "
+        "NULL, '2026-01-03 23:59:59', 2, NULL), (3, '12a', 'S1', 'PM', '2026-01-03 00:00:00', "
+        "1, 'moved'), (4, '112', 'S1', 'AM', '2026-01-04 08:00:00', 1, 'x'), "
+        "(100005, '2', 'S9', 'AM', NULL, 1, 'never')");
+}
+
+class RunLog : public support::DistrictSession {
 protected:
-    RunLog() {
-        district_.sql(
-            data::DatabaseFile::Routing,
-            "INSERT INTO RUNLOG(ID, RUNID, StopID, TripType, LOGDATE, ACTIVITYCODE, Description) "
-            "VALUES (1, '12', 'S1', 'AM', '2026-01-02 00:00:00', 1, 'added'), (2, '120', NULL, "
-            "NULL, '2026-01-03 23:59:59', 2, NULL), (3, '12a', 'S1', 'PM', '2026-01-03 00:00:00', "
-            "1, 'moved'), (4, '112', 'S1', 'AM', '2026-01-04 08:00:00', 1, 'x'), "
-            "(100005, '2', 'S9', 'AM', NULL, 1, 'never')");
-        session_.start(district_.configFolder());
-    }
-    [[nodiscard]] static std::vector<std::int64_t> found(const RunLogFilters& filters) {
+    RunLog() : DistrictSession(fillEntries) {}
+    static std::string found(const RunLogFilters& filters) {
         RunLogReader reader(*startup::gcnRouting, filters);
         auto table = RunLogReader::emptyTable();
         reader.read(100, table);
-        return reader.ids();
+        std::vector<std::string> ids;
+        while (ids.size() < table.rowCount()) {
+            ids.push_back(table.text(ids.size(), "ID"));
+        }
+        return support::joined(ids);
     }
-
-    support::TestDistrict district_;
-    support::TestSession session_;
 };
 
 TEST_F(RunLog, FiltersMeetAndWholeDaysCount) {
-    EXPECT_THAT(found({}), ElementsAre(4, 2, 3, 1, 100005));
-    EXPECT_THAT(found({.runId = "12"}), ElementsAre(2, 3, 1));
-    EXPECT_THAT(found({.begDate = "1/3/2026", .endDate = "1/3/2026"}), ElementsAre(2, 3));
-    EXPECT_THAT(found({.begDate = "1/4/2026"}), ElementsAre(4));
-    EXPECT_THAT(found({"12", "1", "", "1/3/2026"}), ElementsAre(3, 1));
+    EXPECT_EQ(found({}), "4 2 3 1 100005");
+    EXPECT_EQ(found({.runId = "12"}), "2 3 1");
+    EXPECT_EQ(found({.begDate = "1/3/2026", .endDate = "1/3/2026"}), "2 3");
+    EXPECT_EQ(found({.begDate = "1/4/2026"}), "4");
+    EXPECT_EQ(found({"12", "1", "", "1/3/2026"}), "3 1");
     EXPECT_THROW(found({.runId = "it's"}), jet::SqlError);
 }
 

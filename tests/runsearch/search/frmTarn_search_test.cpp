@@ -50,6 +50,14 @@ TEST_F(TarnForm, ShowsRunsWithRoutingOneColumnShifted) {
               "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|R2| | | |90|9|2|"
               "Low|End Time|");
     EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | | | | | |0|0|0| | |");
+    std::string captions;
+    for (const auto& column : list("RunList").table().columns) {
+        captions += column.caption + "|";
+    }
+    EXPECT_EQ(captions,
+              "Run ID|Description|Start Time|End Time|Bell Time|School|Trip Type|Location|Family|"
+              "Route|Driver|Vehicle|Aid|Total Time|Total Miles|Total Stops|Total Students|Capacity|"
+              "Time To Use|");
 }
 
 TEST_F(TarnForm, PaintsRunsToRegenerateRedButForTheLastColumns) {
@@ -61,6 +69,7 @@ TEST_F(TarnForm, PaintsRunsToRegenerateRedButForTheLastColumns) {
         for (std::size_t column = 0; column < table.columns.size(); ++column) {
             EXPECT_EQ(table.isRed(0, column), static_cast<int>(column) <= lastRed) << column;
         }
+        EXPECT_EQ(table.columns.at(withRouting ? 16 : 11).widthTwips, 1000);
     }
     check("NeedResolve", false);
     type("RunId", "101");
