@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "data/lookups/readlist.h"
+#include "data/lists/listreader.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "startup/base/fieldvalues.h"
@@ -175,13 +175,13 @@ std::string whatStayed(const RunMerge& merge, const MergeOutcome& outcome) {
 }
 
 table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run) {
-    const std::string sql = fmt::format(
-        "SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN Where (RUN.ACTIVE = True) AND (RUN.RUN <> '{}')"
-        " ORDER BY RUN.RUN",
-        base::trim(run));
-    data::ListLookup lookup = data::listLookup("Load_cmbRUN");
-    lookup.sql = sql;
-    return data::readList(lookup, routing);
+    static constexpr data::ListColumn Columns[]{{"Run", "Run", 1500},
+                                                {"Description", "Description", 3000}};
+    return data::readList(Columns,
+                          fmt::format("SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN Where (RUN.ACTIVE "
+                                      "= True) AND (RUN.RUN <> '{}') ORDER BY RUN.RUN",
+                                      base::trim(run)),
+                          routing);
 }
 
 std::string runSummary(ado::Connection& routing, const std::string& run) {
