@@ -5,6 +5,7 @@
 
 #include "platform/base/ports.h"
 #include "platform/files/files.h"
+#include "platform/table/itemtable.h"
 #include "runedit/map/requestline.h"
 
 namespace workfiles {
@@ -103,14 +104,12 @@ void CleanUp::forEachFile(const std::function<void(RunFile&, const std::string& 
 }
 
 table::TextTable tableOf(const std::vector<RunFile>& files) {
-    table::TextTable table;
-    table.columns = {{"Run", 1950}, {"Work File", 3300}, {"State", 1350}};
-    for (const RunFile& file : files) {
-        const auto row = table.addRow();
-        table.setText(row, 0, file.run);
-        table.setText(row, 1, file.name);
-        table.setText(row, 2, wordFor(file.state));
-        if (file.state == FileState::Held) {
+    auto table = table::tableOf<RunFile>(
+        files, {{"Run", 1950, &RunFile::run},
+                {"Work File", 3300, &RunFile::name},
+                {"State", 1350, [](const RunFile& file) { return wordFor(file.state); }}});
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        if (files[row].state == FileState::Held) {
             table.colourRed(row, 2, 2);
         }
     }

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/table/itemtable.h"
+
 namespace groupops {
 
 namespace {
@@ -129,17 +131,16 @@ std::string stoppedMessage(const DeadHeadOutcome& outcome) {
 }
 
 table::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {
-    table::TextTable table;
-    table.columns = {
-        {"Route", 1200}, {"Run", 1600}, {"Dead Head", 1300}, {"What Is Missing", 4500}};
-    for (const OpenRouteLeg& open : outcome.openLegs) {
-        const auto row = table.addRow();
-        table.setText(row, 0, open.routeId);
-        table.setText(row, 1, open.leg.run);
-        table.setText(row, 2, open.leg.side == OpenLeg::Side::Before ? "before" : "after");
-        table.setText(row, 3, missing(open.leg, routing));
-    }
-    return table;
+    using Open = const OpenRouteLeg&;
+    const auto side = [](Open open) {
+        return open.leg.side == OpenLeg::Side::Before ? "before" : "after";
+    };
+    return table::tableOf<OpenRouteLeg>(
+        outcome.openLegs,
+        {{"Route", 1200, &OpenRouteLeg::routeId},
+         {"Run", 1600, [](Open open) { return open.leg.run; }},
+         {"Dead Head", 1300, side},
+         {"What Is Missing", 4500, [&](Open open) { return missing(open.leg, routing); }}});
 }
 
 std::string lastCalculation(ado::Connection& routing) {

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "groupops/base/groupoutcome.h"
+#include "platform/table/itemtable.h"
 
 namespace groupops {
 
@@ -97,13 +98,10 @@ std::string whatWasNotSolved(const SolveOutcome& outcome) {
 }
 
 table::TextTable tableOf(const SolveOutcome& outcome) {
-    table::TextTable table;
-    table.columns = {{"Run", 1950}, {"State", 5950}};
-    for (const SolveRun& run : outcome.runs) {
-        const auto row = table.addRow();
-        table.setText(row, 0, run.run);
-        table.setText(row, 1, stateText(run));
-        if (run.state > SolveState::Solved) {
+    auto table = table::tableOf<SolveRun>(
+        outcome.runs, {{"Run", 1950, &SolveRun::run}, {"State", 5950, stateText}});
+    for (std::size_t row = 0; row < outcome.runs.size(); ++row) {
+        if (outcome.runs[row].state > SolveState::Solved) {
             table.colourRed(row, 1, 1);
         }
     }
