@@ -16,6 +16,7 @@ constexpr data::ListColumn Columns[]{
     {"Log Date", "LogDate", 2300, table::CellKind::DateTime},
     {"Description", "Description", 10400},
     {"Trip Type", "TripType", 1100},
+    {"User", "User", 1100},
     data::hidden("ID"),
 };
 

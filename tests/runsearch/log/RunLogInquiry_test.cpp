@@ -18,9 +18,9 @@ void fillLog(const support::TestDistrict& district) {
     district.sql(
         data::DatabaseFile::Routing,
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
-        "INSERT INTO RUNLOG(ID, RUNID, StopID, LOGDATE, ACTIVITYCODE) SELECT i, CASE WHEN "
+        "INSERT INTO RUNLOG(ID, RUNID, StopID, LOGDATE, ACTIVITYCODE, User) SELECT i, CASE WHEN "
         "i <= 10 THEN 'A1' ELSE 'B' || (i % 7) END, printf('S%04d', i * 17 % 3000), "
-        "datetime('2026-01-01', i || ' minutes'), 1 + i % 2 FROM n");
+        "datetime('2026-01-01', i || ' minutes'), 1 + i % 2, 'PAT' FROM n");
     district.sql(data::DatabaseFile::RouteWrk,
                  "INSERT INTO RUNLOG_ACTIVITY_CODES(ACTIVITYCODE, ACTIVITYDESC) VALUES "
                  "(2, 'Removed'), (1, 'Added')");
@@ -46,7 +46,7 @@ TEST_F(Inquiry, AsksForOneRunWhateverWasTypedBefore) {
     form().ask("a1 ");
     EXPECT_EQ(list().rows(), 10);
     EXPECT_EQ(text("LogCount"), "10 entries");
-    EXPECT_EQ(row("LogList", 0), "A1|S0170|1/1/2026 12:10:00 AM| | ");
+    EXPECT_EQ(row("LogList", 0), "A1|S0170|1/1/2026 12:10:00 AM| | |PAT");
     form().ask("nobody");
     EXPECT_EQ(list().rows(), 0);
     EXPECT_EQ(text("LogCount"), "");
