@@ -57,11 +57,11 @@ TEST_F(DelWrkFilesTest, ShowingStopsTheDeletingUntilItIsAskedFor) {
     click("SetFile");
     held.reset();
     QTest::qWait(50);
-    const auto states = [this] { return support::joined(column("FileList", 2)); };
-    EXPECT_EQ(states(), "there missing missing missing");
+    const auto states = [this] { return support::joined(column("FileList", 2), ","); };
+    EXPECT_EQ(states(), "there,not there,not there,not there");
     EXPECT_TRUE(exists("R1.dbf") && !ending());
     click("DelFile");
-    EXPECT_EQ(states(), "deleted missing missing missing");
+    EXPECT_EQ(states(), "deleted,not there,not there,not there");
     ASSERT_TRUE(QTest::qWaitFor(ending));
 }
 

@@ -58,8 +58,7 @@ TEST_F(ActionsTest, EditsTheRunOfTheRowThatIsActivated) {
 
 TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
     click("Delete");
-    ASSERT_EQ(session.boxes.shown.size(), 1U);
-    EXPECT_EQ(session.boxes.shown[0].text,
+    EXPECT_EQ(lastText(),
               "Oops, you did not select run to delete.  Please click on the desired run and try "
               "again.");
     EXPECT_THAT(titles(), ElementsAre("No Run Selected"));
@@ -73,6 +72,7 @@ TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
     EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run",
                                       "Please Confirm Removal of this Run"));
     EXPECT_EQ(text("TotSel"), "3");
+    EXPECT_EQ(text("SelectedCount"), "") << "nothing is selected in the new list";
     EXPECT_EQ(chosen(), "");
     EXPECT_EQ(row("103-PM"), "");
 }
@@ -90,9 +90,8 @@ TEST_F(ActionsTest, RefusesToDeleteARunWithStops) {
     QCoreApplication::processEvents();
     list("RunList").setFocus();
     QTest::keyClick(&list("RunList"), Qt::Key_Delete);
-    ASSERT_EQ(session.boxes.shown.size(), 2U);
-    EXPECT_EQ(session.boxes.shown[1].title, "Cannot Delete - Run Has Stops Assigned to it");
-    EXPECT_EQ(session.boxes.shown[1].text,
+    EXPECT_EQ(lastTitle(), "Cannot Delete - Run Has Stops Assigned to it");
+    EXPECT_EQ(lastText(),
               "Oops, this run has stops assigned to it.  Sorry but you cannot delete a run with "
               "stops assigned to it.");
     EXPECT_EQ(found().size(), 5U);
@@ -103,7 +102,7 @@ TEST_F(ActionsTest, TellsWhenAnotherUserWasFaster) {
     byOthers("DELETE FROM RUN WHERE RUN = '103-PM'");
     answer(base::MsgAnswer::Yes);
     click("Delete");
-    EXPECT_THAT(session.boxes.shown.back().text, HasSubstr("103-PM"));
+    EXPECT_THAT(lastText(), HasSubstr("103-PM"));
     EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run", "Run Not Found"));
     EXPECT_EQ(text("TotSel"), "3");
 

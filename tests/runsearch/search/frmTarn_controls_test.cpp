@@ -72,9 +72,19 @@ TEST_F(TarnForm, TakesTheClickedRunAsTheChosenOne) {
     QTest::mouseClick(runs.viewport(), Qt::LeftButton, {},
                       runs.visualRect(runs.model()->index(2, 0)).center());
     EXPECT_EQ(text("Tarn"), runs.cellText(2, 0));
-    click("SelectAll");
-    EXPECT_EQ(runs.selectedCount(), 4);
-    EXPECT_EQ(text("SelectedCount"), "4 selected");
+    const auto selected = [&](const char* afterwards) {
+        click("SelectAll");
+        EXPECT_EQ(text("SelectedCount"), std::to_string(runs.selectedCount()) + " selected");
+        click(afterwards);
+        EXPECT_EQ(text("SelectedCount"), "");
+        return runs.rows();
+    };
+    EXPECT_EQ(selected("cmdSearch"), 4);
+    type("RunId", "none");
+    EXPECT_EQ(selected("cmdSearch"), 0);
+    click("cmdReset");
+    found();
+    EXPECT_EQ(selected("cmdReset"), 0);
 }
 
 TEST_F(TarnForm, SortsTimesAndNumbersByWhatTheyAre) {
@@ -130,6 +140,10 @@ TEST_F(TarnForm, CountsCriteriaOnTheTabsThatHoldThem) {
     EXPECT_EQ(tabs.tabText(1), "Schools and Trip Types (1)");
     EXPECT_EQ(tabs.tabText(2), "Route");
     EXPECT_EQ(text("TripTypeCount"), "2 of 2");
+    check("UseRoute");
+    type("cmbVehicle", "B7");
+    check("NotOnRoute");
+    EXPECT_EQ(tabs.tabText(2), "Route (2)");
 }
 
 TEST_F(TarnForm, SearchesOnEnterAndF5) {

@@ -1,98 +1,58 @@
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QTest>
 #include <numeric>
 
-#include "platform/controls/layoutmemory.h"
-#include "platform/controls/multicolumncombo.h"
-#include "platform/controls/multicolumnlist.h"
-#include "platform/forms/formregistry.h"
 #include "platform/forms/operation.h"
 #include "runedit/map/fakemap.h"
 #include "startup/base/mdlGetMapSoftware.h"
-#include "startup/base/session.h"
 #include "stops/search/frmSelStops.h"
 #include "stops/sequence/Add_Remove_Stops.h"
 #include "stopsdistrict.h"
-#include "support/testsession.h"
+#include "support/formtest.h"
 
 namespace stops {
 
 namespace {
 
-using controls::MultiColumnList;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 /// The real forms on the district of stops; a planner stays on the main form behind them.
-class StopForms : public StopsDistrict {
+class StopForms : public support::FormTest<StopsDistrict> {
 protected:
     struct MainForm : forms::Form {
         MainForm() : forms::Form("MainForm") {}
     };
 
     StopForms() {
-        forms::Application::instance().startAfresh();
-        for (const auto* more :
-             {"INSERT INTO RUN (RUN, TRIPTYPE, ACTIVE) VALUES ('R1', 'AM', True)",
-              "INSERT INTO RUN (RUN, TRIPTYPE, ACTIVE) VALUES ('R2', 'AM', True)",
-              "INSERT INTO SYSTEM (NEEDDEADHEADBUILD) VALUES (False)",
-              "INSERT INTO TRIPTYPE (TRIPTYPE, ACTIVE) VALUES ('AM', True)"}) {
-            connection.Execute(more);
-        }
-        session.start(district.configFolder());
+        byOthers("INSERT INTO RUN (RUN, TRIPTYPE, ACTIVE) VALUES ('R1', 'AM', 1), ('R2', 'AM', 1)");
+        byOthers("INSERT INTO SYSTEM (NEEDDEADHEADBUILD) VALUES (0)");
+        byOthers("INSERT INTO TRIPTYPE (TRIPTYPE, ACTIVE) VALUES ('AM', 1)");
         startup::gCommandLine = "PAT";
-        forms::FormRegistry::instance().make<MainForm>().showForm();
-    }
-    ~StopForms() override {
-        forms::FormRegistry::instance().destroyAll();
-        forms::Application::instance().startAfresh();
-        controls::LayoutMemory::instance().forget();
+        made<MainForm>().showForm();
     }
 
-    Add_Remove_Stops& form() {
-        auto& made = forms::FormRegistry::instance().make<Add_Remove_Stops>();
-        if (!made.isLoaded()) {
-            made.edit("R1 ");
-            made.showForm();
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&made));
+    Add_Remove_Stops& form() override {
+        auto& form = made<Add_Remove_Stops>();
+        if (!form.isLoaded()) {
+            form.edit("R1 ");
+            form.showForm();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
         }
-        return made;
-    }
-    template <class Control>
-    static Control& control(forms::Form& on, const char* name) {
-        auto* found = on.findChild<Control*>(name);
-        EXPECT_NE(found, nullptr) << name;
-        return *found;
-    }
-    MultiColumnList& list(const char* name) { return control<MultiColumnList>(form(), name); }
-    std::string text(const char* name) {
-        return control<QLabel>(form(), name).text().toStdString();
-    }
-    void click(const char* name) { control<QAbstractButton>(form(), name).click(); }
-    void check(const char* name, bool on) { control<QAbstractButton>(form(), name).setChecked(on); }
-    void select(const char* name, const std::vector<int>& rows) { list(name).selectRows(rows); }
-    static void press(QWidget& where, int key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-        QTest::keyClick(&where, static_cast<Qt::Key>(key), with);
+        return form;
     }
 
     std::string stopIds(const char* name) {
-        std::string ids;
-        for (int row = 0; row < list(name).rows(); ++row) {
-            ids += (row == 0 ? "" : " ") + list(name).cellText(row, 0) +
-                   (list(name).isRowSelected(row) ? "*" : "");
+        auto ids = column(name);
+        for (const int row : list(name).selectedRows()) {
+            ids[static_cast<std::size_t>(row)] += "*";
         }
-        return ids;
+        return support::joined(ids);
     }
-
-    support::TestSession session;
 };
 
 TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
-    EXPECT_FALSE(control<QWidget>(form(), "AddStop").isEnabled());
+    EXPECT_FALSE(isEnabled("AddStop"));
     click("cmdSearch");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S1 S2 S3 S4 S5") << "free ones of the run's trip type";
     select("lstSTOP_TRIPTYPE", {0, 2});
@@ -101,19 +61,19 @@ TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
     EXPECT_EQ(text("StopsInRun"), "2");
     EXPECT_EQ(text("Status"), "2 stops added.");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S2* S4 S5") << "the search again, on the next stop";
-    press(list("lstSTOP_TRIPTYPE"), Qt::Key_Insert);
-    press(list("lstSTOP_TRIPTYPE"), Qt::Key_Insert);
+    press("lstSTOP_TRIPTYPE", Qt::Key_Insert);
+    press("lstSTOP_TRIPTYPE", Qt::Key_Insert);
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2 S4*");
 
     list("StopList").setFocus();
-    press(list("StopList"), Qt::Key_Home, Qt::AltModifier);
+    press("StopList", Qt::Key_Home, Qt::AltModifier);
     EXPECT_EQ(stopIds("StopList"), "S4* S1 S3 S2");
-    press(list("StopList"), Qt::Key_Down, Qt::AltModifier);
+    press("StopList", Qt::Key_Down, Qt::AltModifier);
     EXPECT_EQ(stopIds("StopList"), "S1 S4* S3 S2");
     click("Move_to_Bottom");
     click("MoveUp");
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S4* S2");
-    press(list("StopList"), Qt::Key_Delete);
+    press("StopList", Qt::Key_Delete);
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2*");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S4 S5");
 
@@ -133,13 +93,13 @@ TEST_F(StopForms, AsksAndTellsWhatAnActionMeets) {
     click("AddStop");
     EXPECT_EQ(stopIds("StopList"), "S7* S6*");
     ASSERT_THAT(session.boxes.shown, SizeIs(1));
-    EXPECT_EQ(session.boxes.shown[0].title, "Stop does not have an Available Trip Type");
+    EXPECT_EQ(lastTitle(), "Stop does not have an Available Trip Type");
     EXPECT_EQ(text("Status"), "2 stops added.  1 not added.");
     EXPECT_EQ(stopIds("lstStop"), "S9 S8 S7 S6 S5 S4 S3 S2 S1") << "sorted as before";
 
     check("chkTRIPTYPES", true);
     check("chkUnassigned", false);
-    control<controls::MultiColumnCombo>(form(), "cmbRUN").setText("R2");
+    type("cmbRUN", "R2");
     click("cmdSearch");
     select("lstSTOP_TRIPTYPE", {0});
     session.boxes.answers = {base::MsgAnswer::No};
@@ -148,7 +108,7 @@ TEST_F(StopForms, AsksAndTellsWhatAnActionMeets) {
     click("AddStop");
     EXPECT_EQ(shown("R2"), "");
 
-    control<QLineEdit>(form(), "Description").setText("St. Mary's");
+    type("Description", "St. Mary's");
     click("cmdSearch");
     EXPECT_THAT(session.boxes.shown, SizeIs(4));
     EXPECT_EQ(session.boxes.shown[3].icon, base::MsgIcon::Critical);
@@ -158,9 +118,8 @@ TEST_F(StopForms, AsksAndTellsWhatAnActionMeets) {
 TEST_F(StopForms, LeavingAsksForDeadHeadAndHandsTheRunToTheMap) {
     FakeMap map;
     const auto leave = [&] {
-        form();
-        forms::FormRegistry::instance().find("Add_Remove_Stops")->closeForm();
-        EXPECT_EQ(forms::FormRegistry::instance().find("Add_Remove_Stops"), nullptr);
+        QTest::keyClick(&form(), Qt::Key_Escape);
+        EXPECT_EQ(opened("Add_Remove_Stops"), nullptr);
         forms::Application::instance().yield();
     };
     leave();
@@ -219,21 +178,20 @@ TEST_F(StopForms, LongListsFillWhileThePlannerWorksOn) {
 
 TEST_F(StopForms, TheSearchFormGivesTheChosenStops) {
     std::vector<std::vector<ChosenStop>> given;
-    const auto open = [&]() -> frmSelStops& {
-        auto& search = forms::FormRegistry::instance().make<frmSelStops>();
+    const auto open = [&](const char* leave) {
+        auto& search = made<frmSelStops>();
         search.whenChosen([&](const std::vector<ChosenStop>& stops) { given.push_back(stops); });
         search.showForm();
-        control<QAbstractButton>(search, "cmdSearch").click();
-        control<MultiColumnList>(search, "lstSTOP_TRIPTYPE").selectRows(std::vector{0, 5});
-        return search;
+        support::ControlsOf on(search);
+        on.click("cmdSearch");
+        on.select("lstSTOP_TRIPTYPE", {0, 5});
+        on.click(leave);
+        EXPECT_FALSE(search.isLoaded());
+        forms::Application::instance().yield();
     };
-    control<QAbstractButton>(open(), "Exit").click();
+    open("Exit");
     EXPECT_THAT(given, IsEmpty());
-    forms::Application::instance().yield();
-
-    auto& search = open();
-    control<QAbstractButton>(search, "cmdChoose").click();
-    EXPECT_FALSE(search.isLoaded());
+    open("cmdChoose");
     auto first = chosen(1);
     EXPECT_THAT(given, ElementsAre(ElementsAre(first, chosen(9))));
 }

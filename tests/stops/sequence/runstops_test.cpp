@@ -21,44 +21,33 @@ TEST_F(StopsDistrict, EveryActionIsWrittenAndLoggedToTheLetter) {
     moveStops(connection, run, Ids{2}, Move::Down);
     removeStops(connection, run, Ids{at(0)});
 
-    const auto logged = [](const char* stop, int code, const char* description) {
-        return fmt::format("R1|{}|AM|1/31/2026 8:05:09 AM|PAT|{}|{}", stop, code, description);
+    const auto logged = [](const char* stop, int code, const std::string& what) {
+        return fmt::format("R1|{}|AM|1/31/2026 8:05:09 AM|PAT|{}|{}", stop, code, what);
+    };
+    const auto added = [&](const char* keys, const char* stop, int sequence) {
+        return logged(keys, 1,
+                      fmt::format("Stop added to run: {} with the sequence of: {}.  Stop Added in "
+                                  "Add/Remove Stops Screen.",
+                                  stop, sequence));
+    };
+    const auto removed = [&](const char* keys, const char* stop) {
+        return logged(keys, 2,
+                      fmt::format("Stop removed from run: {} the sequence was: 1.  Stop removed in "
+                                  "Stop Add/Remove Screen.",
+                                  stop));
+    };
+    const auto moved = [&](const char* where, int before, int now) {
+        return logged("2|S2", 3,
+                      fmt::format("Stop's sequence in the run: S2 was changed - moved {}.  The old "
+                                  "sequence was: {}.  The new sequence is: {}.",
+                                  where, before, now));
     };
     EXPECT_THAT(
         rows("SELECT RUNID, Int_STOPID, StopID, TripType, LOGDATE, User, ACTIVITYCODE, Description "
              "FROM RUNLOG ORDER BY ID"),
-        ElementsAre(
-            logged("1|S1", 1,
-                   "Stop added to run: S1 with the sequence of: 1.  Stop Added in Add/Remove Stops "
-                   "Screen."),
-            logged("Null|S6", 1,
-                   "Stop added to run: S6 with the sequence of: 2.  Stop Added in Add/Remove Stops "
-                   "Screen."),
-            logged("2|S2", 1,
-                   "Stop added to run: S2 with the sequence of: 3.  Stop Added in Add/Remove Stops "
-                   "Screen."),
-            logged(
-                "1|S1", 2,
-                "Stop removed from run: S1 the sequence was: 1.  Stop removed in Stop Add/Remove "
-                "Screen."),
-            logged(
-                "2|S2", 3,
-                "Stop's sequence in the run: S2 was changed - moved up to top.  The old sequence "
-                "was: 1.  The new sequence is: 1."),
-            logged(
-                "2|S2", 3,
-                "Stop's sequence in the run: S2 was changed - moved up to top.  The old sequence "
-                "was: 1.  The new sequence is: 1."),
-            logged("2|S2", 3,
-                   "Stop's sequence in the run: S2 was changed - moved up one.  The old sequence "
-                   "was: 2.  The new sequence is: 1."),
-            logged("2|S2", 3,
-                   "Stop's sequence in the run: S2 was changed - moved down one.  The old sequence "
-                   "was: 1.  The new sequence is: 2."),
-            logged(
-                "Null|S6", 2,
-                "Stop removed from run: S6 the sequence was: 1.  Stop removed in Stop Add/Remove "
-                "Screen.")));
+        ElementsAre(added("1|S1", "S1", 1), added("Null|S6", "S6", 2), added("2|S2", "S2", 3),
+                    removed("1|S1", "S1"), moved("up to top", 1, 1), moved("up to top", 1, 1),
+                    moved("up one", 2, 1), moved("down one", 1, 2), removed("Null|S6", "S6")));
     EXPECT_EQ(shown(), "S2:0");
     EXPECT_THAT(rows("SELECT RUN, RUNSEQ FROM STOP_TRIPTYPE WHERE ID=1"), ElementsAre(" |0"));
 }
@@ -88,11 +77,8 @@ TEST_F(StopsDistrict, ASharedPlaceGetsARecordOfItsOwnEachTime) {
 }
 
 TEST_F(StopsDistrict, WhatCannotBeAddedIsSkippedAndTold) {
-    support::FakeBoxes boxes;
-    ado::Connection other;
-    other.Open(district.path(data::DatabaseFile::Routing));
-    other.Execute("UPDATE STOP_TRIPTYPE SET RUN='R2' WHERE ID=1");
-    other.Execute("DELETE FROM STOP_TRIPTYPE WHERE ID=4");
+    byOthers("UPDATE STOP_TRIPTYPE SET RUN='R2' WHERE ID=1");
+    byOthers("DELETE FROM STOP_TRIPTYPE WHERE ID=4");
 
     const auto added = add({8, 1, 2, 4, 9});
     EXPECT_EQ(shown(), "S2:1 S9:2") << "S9 was shown on R2 and comes from there";
@@ -102,17 +88,17 @@ TEST_F(StopsDistrict, WhatCannotBeAddedIsSkippedAndTold) {
     tellOfSkipped(added);
     tellOfSkipped(removeStops(connection, run, Ids{1}));
     tellOfSkipped(moveStops(connection, run, Ids{1}, Move::ToTop));
-    ASSERT_EQ(boxes.shown.size(), 4U);
-    EXPECT_EQ(boxes.shown[0].title, "Stop does not have an Available Trip Type");
-    EXPECT_EQ(boxes.shown[0].icon, base::MsgIcon::Information);
-    EXPECT_EQ(boxes.shown[0].text,
+    ASSERT_EQ(session.boxes.shown.size(), 4U);
+    EXPECT_EQ(session.boxes.shown[0].title, "Stop does not have an Available Trip Type");
+    EXPECT_EQ(session.boxes.shown[0].icon, base::MsgIcon::Information);
+    EXPECT_EQ(session.boxes.shown[0].text,
               "Oops, you selected a stop that does not have a trip type.  Can't add to the run.  "
               "Before a stop can be assigned to a run it must have at least one trip type assigned "
               "to it.  When a stop is assigned to a run it is really a stop's trip type that is "
               "assigned to a run - so without an available trip type this stop cannot be assigned "
               "to this run.  Please either assign a trip type to this stop  or select a different "
               "stop.");
-    EXPECT_THAT(boxes.shown[1].text, testing::HasSubstr("S1, S4"));
+    EXPECT_THAT(session.boxes.shown[1].text, testing::HasSubstr("S1, S4"));
     EXPECT_EQ(shown(), "S2:1 S9:2") << "no renumbering where nothing was removed";
 }
 

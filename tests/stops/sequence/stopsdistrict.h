@@ -3,37 +3,31 @@
 #include <algorithm>
 
 #include <fmt/format.h>
-#include <gmock/gmock.h>
 
-#include "platform/ado/recordset.h"
+#include "startup/base/session.h"
 #include "stops/sequence/runstops.h"
-#include "support/fakes.h"
-#include "support/testdistrict.h"
+#include "support/districtsession.h"
 
 namespace stops {
 
-/// A district with the empty run "R1" of trip type AM, "R2" with stop 9 on it, and stops whose id
-/// is "S" and their internal key. Stop 1 to 5 have an AM record of the same key on no run, 6 is a
-/// school and 7 a garage without one, 8 is a regular stop without one.
-class StopsDistrict : public testing::Test {
+/// The empty run "R1" of trip type AM, "R2" with stop 9 on it, and stops whose id is "S" and their
+/// internal key. Stop 1 to 5 have an AM record of the same key on no run, 6 is a school and 7 a
+/// garage without one, 8 is a regular stop without one.
+inline void fillStops(const support::TestDistrict& district) {
+    const auto sql = [&](const char* text) { district.sql(data::DatabaseFile::Routing, text); };
+    sql("WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < 9) INSERT INTO "
+        "STOP (INT_STOPID, STOPID, STOPTYPE) SELECT i, 'S' || i, CASE i WHEN 6 THEN 'SCHOOL' WHEN "
+        "7 "
+        "THEN 'GARAGE' ELSE 'REGULAR' END FROM n");
+    sql("INSERT INTO STOP_TRIPTYPE (ID, INT_STOPID, TRIPTYPE, RUN, RUNSEQ) VALUES (1, 1, 'AM', "
+        "Null, 0), (2, 2, 'AM', '', 0), (3, 3, 'AM', ' ', 0), (4, 4, 'AM', Null, 0), (5, 5, 'AM', "
+        "' ', 0), (9, 9, 'AM', 'R2', 0)");
+}
+
+class StopsDistrict : public support::DistrictSession {
 protected:
-    StopsDistrict() {
-        connection.Open(district.path(data::DatabaseFile::Routing));
+    StopsDistrict() : DistrictSession(fillStops) {
         connection.setDurability(store::Durability::Crash);
-        for (int stop = 1; stop <= 9; ++stop) {
-            connection.Execute(fmt::format(
-                "INSERT INTO STOP (INT_STOPID, STOPID, STOPTYPE) VALUES ({0}, 'S{0}', '{1}')", stop,
-                stop == 6   ? "SCHOOL"
-                : stop == 7 ? "GARAGE"
-                            : "REGULAR"));
-        }
-        for (const auto& [stop, onRun] :
-             {std::pair{1, "Null"}, {2, "''"}, {3, "' '"}, {4, "Null"}, {5, "' '"}, {9, "'R2'"}}) {
-            connection.Execute(
-                fmt::format("INSERT INTO STOP_TRIPTYPE (ID, INT_STOPID, TRIPTYPE, "
-                            "RUN, RUNSEQ) VALUES ({0}, {0}, 'AM', {1}, 0)",
-                            stop, onRun));
-        }
     }
 
     /// As the list of trip-type records shows a stop that is on no run; 6 to 8 as plain stops.
@@ -69,23 +63,7 @@ protected:
         return readRunStops(connection, run.run).at(place).stopTripId;
     }
 
-    std::vector<std::string> rows(const std::string& sql) {
-        ado::Recordset found;
-        found.Open(sql, connection);
-        std::vector<std::string> lines;
-        for (; !found.Eof(); found.MoveNext()) {
-            auto& line = lines.emplace_back();
-            for (int i = 0; i < found.fieldCount(); ++i) {
-                const auto value = found.Fields(i).Value();
-                line += (i == 0 ? "" : "|") + (value.isNull() ? "Null" : value.asText());
-            }
-        }
-        return lines;
-    }
-
-    support::FakeClock clock;
-    support::TestDistrict district;
-    ado::Connection connection;
+    ado::Connection& connection = *startup::gcnRouting;
     EditedRun run{"R1", "AM", "PAT"};
 };
 
