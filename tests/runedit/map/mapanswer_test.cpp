@@ -1,11 +1,11 @@
 #include "runedit/map/mapanswer.h"
 
 #include <QTest>
-#include <sstream>
 
 #include "fakemap.h"
 #include "mapsession.h"
 #include "platform/forms/application.h"
+#include "runedit/map/requestline.h"
 
 namespace {
 
@@ -43,12 +43,9 @@ protected:
     bool finished() const { return !events.empty() && events.back() == "<finished>"; }
 
     std::vector<std::string> log() const {
-        std::vector<std::string> lines;
-        std::istringstream stream(file("log.txt"));
-        for (std::string line; std::getline(stream, line);) {
-            lines.push_back(line);
-        }
-        return lines;
+        const auto text = file("log.txt");
+        const auto lines = runedit::linesOf(text);
+        return {lines.begin(), lines.end()};
     }
 
     FakeMap map;

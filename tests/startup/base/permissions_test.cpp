@@ -1,10 +1,6 @@
-#include <gtest/gtest.h>
-
-#include "platform/base/error.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
-#include "support/testdistrict.h"
-#include "support/testsession.h"
+#include "support/districtsession.h"
 
 namespace {
 
@@ -12,22 +8,20 @@ using data::DatabaseFile;
 using startup::HasAuthority;
 using startup::LoadUserPermissions;
 
-class Permissions : public testing::Test {
+void fillUsers(const support::TestDistrict& district) {
+    district.addUser("ANN", "secret", {"RTG210", "RTG230"});
+    district.addUser("BEN", "", {});
+}
+
+class Permissions : public support::DistrictSession {
 protected:
-    void SetUp() override {
-        district_.addUser("ANN", "secret", {"RTG210", "RTG230"});
-        district_.addUser("BEN", "", {});
-        session_.start(district_.configFolder());
-    }
+    Permissions() : DistrictSession(fillUsers) {}
 
     void grant(const std::string& user, const std::string& code, bool authority) const {
-        district_.insert(
+        district.insert(
             DatabaseFile::QDSC, "QDSCU_PP",
             {{"PRODUCT", "ROUTING"}, {"QDSC1", user}, {"PERM", code}, {"Authority", authority}});
     }
-
-    support::TestDistrict district_;
-    support::TestSession session_;
 };
 
 TEST_F(Permissions, AKnownUserMayDoWhatWasGrantedByExactCode) {
@@ -40,48 +34,41 @@ TEST_F(Permissions, AKnownUserMayDoWhatWasGrantedByExactCode) {
     EXPECT_FALSE(HasAuthority("RTG270", false));
     EXPECT_FALSE(LoadUserPermissions("BEN"));
     EXPECT_FALSE(HasAuthority("RTG210", false));
-    EXPECT_TRUE(session_.boxes.shown.empty());
-}
+    EXPECT_TRUE(session.boxes.shown.empty());
+    EXPECT_TRUE(LoadUserPermissions("NOBODY"));
+    EXPECT_TRUE(LoadUserPermissions("R.T.E."));
 
-TEST_F(Permissions, TheLastRowOfACodeCounts) {
-    EXPECT_FALSE(LoadUserPermissions("ANN"));
     startup::gPermCode = {"", "RTG210", "RTG210"};
     startup::gPermAuthority = {false, true, false};
-    EXPECT_FALSE(HasAuthority("RTG210", false));
+    EXPECT_FALSE(HasAuthority("RTG210", false)) << "the last row of a code counts";
 }
 
 TEST_F(Permissions, RefusalIsToldOnlyWhenAsked) {
     EXPECT_FALSE(LoadUserPermissions("BEN"));
     EXPECT_FALSE(HasAuthority("RTG230", true));
-    ASSERT_EQ(session_.boxes.shown.size(), 1U);
-    EXPECT_EQ(session_.boxes.shown[0].title, "Do Not Have Authority");
-    EXPECT_EQ(session_.boxes.shown[0].text,
+    EXPECT_EQ(lastTitle(), "Do Not Have Authority");
+    EXPECT_EQ(lastText(),
               "Oops, you do not have authority to perform this task with the Vireo GIS Routing "
               "Software.  Please check with your Vireo GIS Routing Security Administrator if you "
               "feel this is a mistake.");
 }
 
-TEST_F(Permissions, AnUnknownUserIsRefused) {
-    EXPECT_TRUE(LoadUserPermissions("NOBODY"));
-    EXPECT_TRUE(LoadUserPermissions("R.T.E."));
-}
-
 TEST_F(Permissions, OnlyTheBuiltInAccountWithoutAPasswordIsAllowedEverything) {
-    district_.addUser("R.T.E.", "  ", {});
+    district.addUser("R.T.E.", "  ", {});
     EXPECT_FALSE(LoadUserPermissions("r.t.e."));
     EXPECT_TRUE(startup::gSecurityOn);
     EXPECT_FALSE(HasAuthority("RTG210", false));
     EXPECT_FALSE(LoadUserPermissions("R.T.E."));
     EXPECT_FALSE(startup::gSecurityOn);
     EXPECT_TRUE(HasAuthority("RTG210", true));
-    district_.sql(DatabaseFile::QDSC, "UPDATE QDSCU SET QDSC2 = 'x' WHERE QDSC1 = 'R.T.E.'");
+    district.sql(DatabaseFile::QDSC, "UPDATE QDSCU SET QDSC2 = 'x' WHERE QDSC1 = 'R.T.E.'");
     EXPECT_FALSE(LoadUserPermissions("R.T.E."));
     EXPECT_TRUE(startup::gSecurityOn);
     EXPECT_FALSE(HasAuthority("RTG210", false));
 }
 
 TEST_F(Permissions, WithoutPermissionPointsEverythingIsRefused) {
-    district_.sql(DatabaseFile::QDSC, "DELETE FROM QDSCPP");
+    district.sql(DatabaseFile::QDSC, "DELETE FROM QDSCPP");
     EXPECT_FALSE(LoadUserPermissions("BEN"));
     EXPECT_EQ(startup::gPermCount, 0);
     EXPECT_FALSE(HasAuthority("RTG210", false));
@@ -90,14 +77,14 @@ TEST_F(Permissions, WithoutPermissionPointsEverythingIsRefused) {
 TEST_F(Permissions, MoreRowsThanPointsIsASubscriptError) {
     grant("ANN", "RTG250", true);
     EXPECT_THROW(LoadUserPermissions("ANN"), base::EndProgram);
-    EXPECT_TRUE(session_.boxes.shown.at(0).text.ends_with(
+    EXPECT_TRUE(session.boxes.shown.at(0).text.ends_with(
         "\nLoadUserPermissions of Module: mdlSecurity_Routines.\n\n"
         "Error (9) Subscript out of range"));
 }
 
 TEST_F(Permissions, AnApostropheInTheUserIsReportedNotObeyed) {
     EXPECT_THROW(LoadUserPermissions("X' OR '1'='1' --"), base::EndProgram);
-    EXPECT_EQ(session_.boxes.shown.size(), 1U);
+    EXPECT_EQ(session.boxes.shown.size(), 1U);
 }
 
 }  // namespace
