@@ -174,24 +174,17 @@ TEST_F(CheckRunTest, AVehicleTypeThatIsGoneIsToldOnceAndHasNoSeats) {
     EXPECT_THAT(warningTypes(), ElementsAre("PASSENGERS", "PASSENGERS", "SPECIAL"));
 }
 
-TEST_F(CheckRunTest, WithoutAVehicleTypeThereAreNoSeatsAndNothingIsAsked) {
-    byOthers("UPDATE RUN SET INT_ROUTEID = 0, VEHTYPE = NULL WHERE RUN = 'R-AM'");
-    EXPECT_EQ(CheckRun("R-AM", 0, false, "NY"), "YYNNNNNN");
-    EXPECT_THAT(titles(), IsEmpty());
-    EXPECT_THAT(rows("SELECT WARNINGTEXT FROM RUNWARNING"),
-                Contains(HasSubstr("The  vehicle type assigned to this run is:   with a capacity "
-                                   "of: 0.")));
-}
-
-TEST_F(CheckRunTest, AnUnknownVehicleKeepsTheRunsOwnType) {
-    byOthers("UPDATE ROUTE SET VEHICLE = 'B99'");
-    CheckRun("R-AM", 0, false, "NY");
-    EXPECT_THAT(
-        rows("SELECT WARNINGTEXT FROM RUNWARNING"),
-        Contains(HasSubstr(" vehicle assigned to this run is: B99 with a capacity of: 16.")));
-}
-
-TEST_F(CheckRunTest, ARunThatIsNotThereHasNothingToFind) {
+TEST_F(CheckRunTest, TheSeatsAreThoseOfTheVehicleThatIsKnown) {
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"UPDATE ROUTE SET VEHICLE = 'B99'",
+         "vehicle assigned to this run is: B99 with a capacity of: 16."},
+        {"UPDATE RUN SET INT_ROUTEID = 0, VEHTYPE = NULL",
+         "The  vehicle type assigned to this run is:   with a capacity of: 0."}};
+    for (const auto& [change, told] : cases) {
+        byOthers(change);
+        EXPECT_EQ(CheckRun("R-AM", 0, false, "NY"), "YYNNNNNN");
+        EXPECT_THAT(rows("SELECT WARNINGTEXT FROM RUNWARNING"), Contains(HasSubstr(told)));
+    }
     EXPECT_EQ(CheckRun("GONE", 0, true, "Y"), "NNNNNNNN");
     EXPECT_THAT(titles(), IsEmpty());
 }
