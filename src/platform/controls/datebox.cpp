@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QCalendarWidget>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QScreen>
 #include <QTextCharFormat>
 #include <QToolButton>
@@ -13,34 +12,11 @@
 #include "platform/base/datetext.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signs.h"
 
 namespace controls {
 
 namespace {
-
-/// A sheet of a calendar in the box's own text colour.
-QIcon calendarSign(const QWidget& box) {
-    constexpr int Side = 16;
-    const qreal ratio = box.devicePixelRatioF();
-    QPixmap sheet(QSize(Side, Side) * ratio);
-    sheet.setDevicePixelRatio(ratio);
-    sheet.fill(Qt::transparent);
-    QPainter painter(&sheet);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor ink = box.palette().color(QPalette::PlaceholderText);
-    painter.setPen(QPen(ink, 1.2));
-    painter.drawRoundedRect(QRectF(2, 3, 12, 11), 1.5, 1.5);
-    painter.drawLine(QPointF(2, 6.5), QPointF(14, 6.5));
-    painter.drawLine(QPointF(5.5, 1.5), QPointF(5.5, 4.5));
-    painter.drawLine(QPointF(10.5, 1.5), QPointF(10.5, 4.5));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ink);
-    for (const qreal x : {4.5, 7.5, 10.5}) {
-        painter.drawRect(QRectF(x, 8.5, 1.4, 1.4));
-        painter.drawRect(QRectF(x, 11, 1.4, 1.4));
-    }
-    return QIcon(sheet);
-}
 
 /// Plain days and arrows instead of the toolkit's coloured ones.
 void dress(QCalendarWidget& calendar) {
@@ -74,7 +50,8 @@ QDate qtDay(const base::Date& day) {
 DateBox::DateBox(QWidget* parent) : QLineEdit(parent) {
     setPlaceholderText(QStringLiteral("m/d/yyyy"));
     setMaxLength(40);
-    QAction* sign = addAction(calendarSign(*this), TrailingPosition);
+    QAction* sign =
+        addAction(signIcon(Sign::Calendar, palette(), QPalette::PlaceholderText), TrailingPosition);
     sign->setToolTip(tr("Choose from a calendar (F4)"));
     connect(sign, &QAction::triggered, this, [this] { openCalendar(); });
 }

@@ -190,94 +190,74 @@ FlatStyle::FlatStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                               QPainter* painter, const QWidget* widget) const {
-    if (element == PE_PanelButtonCommand) {
-        if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
-            drawButton(*button, *painter);
+    const QPalette& palette = option->palette;
+    switch (element) {
+        case PE_IndicatorCheckBox:
+            return drawCheckBox(*option, *painter);
+        case PE_IndicatorRadioButton:
+            return drawOption(*option, *painter);
+        case PE_FrameTabWidget:
+            return drawBox(*painter, option->rect, paneColour(palette),
+                           palette.color(QPalette::Active, QPalette::Mid));
+        case PE_FrameTabBarBase:
             return;
-        }
-    }
-    if (element == PE_IndicatorCheckBox) {
-        drawCheckBox(*option, *painter);
-        return;
-    }
-    if (element == PE_IndicatorRadioButton) {
-        drawOption(*option, *painter);
-        return;
-    }
-    if (element == PE_IndicatorHeaderArrow) {
-        if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
-            // The toolkit calls the ascending arrow "down".
-            const bool ascending = header->sortIndicator == QStyleOptionHeader::SortDown;
-            drawChevron(*painter, option->rect, option->palette.color(QPalette::Highlight),
-                        ascending ? Points::Up : Points::Down);
-            return;
-        }
-    }
-    if (element == PE_FrameTabWidget) {
-        drawBox(*painter, option->rect, paneColour(option->palette),
-                option->palette.color(QPalette::Active, QPalette::Mid));
-        return;
-    }
-    if (element == PE_FrameTabBarBase) {
-        return;
-    }
-    if (element == PE_FrameLineEdit || element == PE_PanelLineEdit) {
-        const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-        if (frame != nullptr && frame->lineWidth > 0) {
-            drawBox(*painter, option->rect, option->palette.color(QPalette::Base),
-                    lineColour(*option));
-            return;
-        }
+        case PE_PanelButtonCommand:
+            if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+                return drawButton(*button, *painter);
+            }
+            break;
+        case PE_IndicatorHeaderArrow:
+            if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+                // The toolkit calls the ascending arrow "down".
+                const bool ascending = header->sortIndicator == QStyleOptionHeader::SortDown;
+                return drawChevron(*painter, option->rect, palette.color(QPalette::Highlight),
+                                   ascending ? Points::Up : Points::Down);
+            }
+            break;
+        case PE_FrameLineEdit:
+        case PE_PanelLineEdit:
+            if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+                frame != nullptr && frame->lineWidth > 0) {
+                return drawBox(*painter, option->rect, palette.color(QPalette::Base),
+                               lineColour(*option));
+            }
+            break;
+        default:
+            break;
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                             const QWidget* widget) const {
-    if (element == CE_HeaderSection) {
-        if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
-            drawHeaderSection(*header, *painter);
-            return;
-        }
-    }
-    if (element == CE_HeaderEmptyArea) {
-        QStyleOptionHeader header;
-        static_cast<QStyleOption&>(header) = *option;
-        header.state = State_Enabled;
-        drawHeaderSection(header, *painter);
-        return;
-    }
-    if (element == CE_TabBarTabShape) {
-        if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
-            drawTab(*tab, *painter);
-            return;
-        }
-    }
-    if (element == CE_ProgressBarGroove) {
+    const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+    const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+    const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element == CE_HeaderSection && header != nullptr) {
+        drawHeaderSection(*header, *painter);
+    } else if (element == CE_HeaderEmptyArea) {
+        QStyleOptionHeader empty;
+        static_cast<QStyleOption&>(empty) = *option;
+        empty.state = State_Enabled;
+        drawHeaderSection(empty, *painter);
+    } else if (element == CE_TabBarTabShape && tab != nullptr) {
+        drawTab(*tab, *painter);
+    } else if (element == CE_ProgressBarGroove) {
         drawBox(*painter, option->rect, option->palette.color(QPalette::Base),
                 option->palette.color(QPalette::Active, QPalette::Mid));
-        return;
+    } else if (element == CE_ProgressBarContents && bar != nullptr && bar->maximum > bar->minimum) {
+        drawProgress(*bar, *painter);
+    } else if (element == CE_PushButtonLabel && button != nullptr &&
+               button->features.testFlag(QStyleOptionButton::DefaultButton)) {
+        QStyleOptionButton accented = *button;
+        const QColor ink = button->palette.color(QPalette::HighlightedText);
+        accented.palette.setColor(QPalette::Active, QPalette::ButtonText, ink);
+        accented.palette.setColor(QPalette::Inactive, QPalette::ButtonText, ink);
+        QProxyStyle::drawControl(element, &accented, painter, widget);
+    } else {
+        QProxyStyle::drawControl(element, option, painter, widget);
     }
-    if (element == CE_ProgressBarContents) {
-        const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
-        if (bar != nullptr && bar->maximum > bar->minimum) {
-            drawProgress(*bar, *painter);
-            return;
-        }
-    }
-    if (element == CE_PushButtonLabel) {
-        const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-        if (button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton)) {
-            QStyleOptionButton accented = *button;
-            accented.palette.setColor(QPalette::Active, QPalette::ButtonText,
-                                      button->palette.color(QPalette::HighlightedText));
-            accented.palette.setColor(QPalette::Inactive, QPalette::ButtonText,
-                                      button->palette.color(QPalette::HighlightedText));
-            QProxyStyle::drawControl(element, &accented, painter, widget);
-            return;
-        }
-    }
-    QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,

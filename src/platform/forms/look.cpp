@@ -2,6 +2,7 @@
 
 #include <QPalette>
 
+#include "platform/controls/signs.h"
 #include "platform/forms/flatstyle.h"
 
 namespace forms {
@@ -51,7 +52,7 @@ void applyLook(QApplication& application, Scheme scheme) {
                       (scheme == Scheme::FollowDesktop && desktopIsDark(application.palette()));
     application.setStyle(new FlatStyle);
     application.setPalette(paletteOf(dark ? Dark : Light));
-    application.setWindowIcon(programIcon());
+    application.setWindowIcon(controls::programIcon());
 }
 
 }  // namespace forms

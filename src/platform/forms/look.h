@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QApplication>
-#include <QIcon>
 
 namespace forms {
 
@@ -10,8 +9,5 @@ enum class Scheme { FollowDesktop, Light, Dark };
 /// The one look of all forms: a flat style, comfortable spacing, one accent colour, in light or
 /// dark as the desktop is. This is the only place that knows colours and sizes.
 void applyLook(QApplication& application, Scheme scheme = Scheme::FollowDesktop);
-
-/// The program's icon, a school bus, in the usual sizes.
-[[nodiscard]] QIcon programIcon();
 
 }  // namespace forms

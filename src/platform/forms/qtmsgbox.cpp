@@ -2,8 +2,8 @@
 
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 #include <array>
-#include <span>
 
 #include "platform/controls/qtext.h"
 #include "platform/forms/form.h"
@@ -24,21 +24,12 @@ constexpr std::array Answers{
     std::pair{MsgAnswer::Retry, QMessageBox::Retry}};
 
 QMessageBox::StandardButton button(MsgAnswer answer) {
-    for (const auto& [one, shown] : Answers) {
-        if (one == answer) {
-            return shown;
-        }
-    }
-    return QMessageBox::Ok;
+    return std::ranges::find(Answers, answer, [](auto pair) { return pair.first; })->second;
 }
 
 MsgAnswer answer(int button) {
-    for (const auto& [one, shown] : Answers) {
-        if (shown == button) {
-            return one;
-        }
-    }
-    return MsgAnswer::Ok;
+    const auto found = std::ranges::find(Answers, button, [](auto pair) { return +pair.second; });
+    return found == Answers.end() ? MsgAnswer::Ok : found->first;
 }
 
 QMessageBox::StandardButtons shownButtons(MsgButtons buttons) {

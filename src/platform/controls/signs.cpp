@@ -1,0 +1,119 @@
+#include "platform/controls/signs.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include <functional>
+#include <vector>
+
+namespace controls {
+
+namespace {
+
+using Strokes = std::vector<QPolygonF>;
+
+/// Strokes on a square of 16 units, turned by so many degrees.
+struct Drawing {
+    Strokes strokes;
+    int turn = 0;
+    qreal width = 1.8;
+};
+
+const Strokes Arrow{{{8, 14}, {8, 3}}, {{4, 7}, {8, 3}, {12, 7}}};
+const Strokes ArrowToBar{
+    {{8, 14}, {8, 5.5}}, {{4, 9.5}, {8, 5.5}, {12, 9.5}}, {{3.5, 2}, {12.5, 2}}};
+const Strokes Sheet{{{2, 3}, {14, 3}, {14, 14}, {2, 14}, {2, 3}},
+                    {{2, 6.5}, {14, 6.5}},
+                    {{5.5, 1.5}, {5.5, 4.5}},
+                    {{10.5, 1.5}, {10.5, 4.5}},
+                    {{5, 9.2}, {11.5, 9.2}},
+                    {{5, 11.7}, {11.5, 11.7}}};
+
+Drawing drawingOf(Sign sign) {
+    switch (sign) {
+        case Sign::Up:
+            return {Arrow};
+        case Sign::Right:
+            return {Arrow, 90};
+        case Sign::Down:
+            return {Arrow, 180};
+        case Sign::Left:
+            return {Arrow, 270};
+        case Sign::ToTop:
+            return {ArrowToBar};
+        case Sign::ToBottom:
+            return {ArrowToBar, 180};
+        case Sign::Calendar:
+            break;
+    }
+    return {Sheet, 0, 1.2};
+}
+
+/// A rounded area of the bus, on a square of 64 units.
+struct Area {
+    QRectF rect;
+    qreal radius;
+    const char* colour;
+};
+
+constexpr auto Yellow = "#f2b01e";
+constexpr auto Blue = "#22304a";
+constexpr auto Tyre = "#1b1f27";
+constexpr auto Hub = "#c9d0da";
+const std::vector<Area> Bus{{{3, 14, 49, 34}, 5, Yellow},   {{44, 29, 18, 19}, 4, Yellow},
+                            {{8, 19, 8.5, 10}, 1.5, Blue},  {{19, 19, 8.5, 10}, 1.5, Blue},
+                            {{30, 19, 8.5, 10}, 1.5, Blue}, {{41, 19, 8, 13}, 1.5, Blue},
+                            {{3, 35, 41, 2}, 0, Blue},      {{3, 40, 59, 2}, 0, Blue},
+                            {{8, 41, 16, 16}, 8, Tyre},     {{12.8, 45.8, 6.4, 6.4}, 3.2, Hub},
+                            {{40, 41, 16, 16}, 8, Tyre},    {{44.8, 45.8, 6.4, 6.4}, 3.2, Hub}};
+
+/// A square pixmap of so many pixels, painted in units of its own.
+QPixmap painted(int pixels, int units, const std::function<void(QPainter&)>& paint) {
+    QPixmap pixmap(pixels, pixels);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(1.0 * pixels / units, 1.0 * pixels / units);
+    paint(painter);
+    return pixmap;
+}
+
+QPixmap drawn(const Drawing& drawing, const QColor& colour) {
+    constexpr int Units = 16;
+    constexpr int PixelRatio = 3;  // sharp on any screen
+    auto pixmap = painted(Units * PixelRatio, Units, [&](QPainter& painter) {
+        painter.setPen(QPen(colour, drawing.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.translate(Units / 2, Units / 2);
+        painter.rotate(drawing.turn);
+        painter.translate(-Units / 2, -Units / 2);
+        for (const QPolygonF& stroke : drawing.strokes) {
+            painter.drawPolyline(stroke);
+        }
+    });
+    pixmap.setDevicePixelRatio(PixelRatio);
+    return pixmap;
+}
+
+}  // namespace
+
+QIcon signIcon(Sign sign, const QPalette& palette, QPalette::ColorRole ink) {
+    const auto drawing = drawingOf(sign);
+    QIcon icon(drawn(drawing, palette.color(QPalette::Active, ink)));
+    icon.addPixmap(drawn(drawing, palette.color(QPalette::Disabled, ink)), QIcon::Disabled);
+    return icon;
+}
+
+QIcon programIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addPixmap(painted(size, 64, [](QPainter& painter) {
+            painter.setPen(Qt::NoPen);
+            for (const Area& area : Bus) {
+                painter.setBrush(QColor(area.colour));
+                painter.drawRoundedRect(area.rect, area.radius, area.radius);
+            }
+        }));
+    }
+    return icon;
+}
+
+}  // namespace controls
