@@ -59,12 +59,6 @@ base::Value wholeOf(const store::Cell& cell) {
                                           : base::Value(base::roundHalfEven(cell.real));
 }
 
-/// A code never ends in blanks, but a text of blanks alone keeps one.
-std::string codeOf(const std::string& text) {
-    const std::string_view trimmed = base::trimRight(text);
-    return trimmed.empty() && !text.empty() ? " " : std::string(trimmed);
-}
-
 }  // namespace
 
 base::Value valueOf(ColumnKind kind, const store::Cell& cell) {
@@ -98,7 +92,7 @@ base::Value storedValue(ColumnKind kind, const base::Value& value) {
     }
     switch (kind) {
         case ColumnKind::Code:
-            return codeOf(value.asText());
+            return base::codeOf(value.asText());
         case ColumnKind::Text:
             return value.asText();
         case ColumnKind::Integer:

@@ -5,28 +5,6 @@
 
 namespace base {
 
-namespace {
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-// Bytes of the character at the front; 1 where the bytes there are no UTF-8.
-std::size_t characterLength(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-    if (length > text.size()) {
-        return 1;
-    }
-    const auto isContinuation = [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-    };
-    return std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length),
-                       isContinuation)
-               ? length
-               : 1;
-}
-
-}  // namespace
-
 std::string_view trimLeft(std::string_view text) {
     const auto first = text.find_first_not_of(' ');
     return first == std::string_view::npos ? std::string_view{} : text.substr(first);
@@ -39,27 +17,49 @@ std::string_view trimRight(std::string_view text) {
 
 std::string_view trim(std::string_view text) { return trimLeft(trimRight(text)); }
 
+std::string_view codeOf(std::string_view text) {
+    const auto trimmed = trimRight(text);
+    return trimmed.empty() ? text.substr(0, 1) : trimmed;
+}
+
 std::string lowered(std::string_view text) {
     std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), lower);
+    std::ranges::transform(result, result.begin(), [](char c) { return lowered(c); });
     return result;
 }
 
 std::string uppered(std::string_view text) {
     std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), upper);
+    std::ranges::transform(result, result.begin(), [](char c) { return uppered(c); });
     return result;
 }
 
 bool equalsNoCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lower(x) == lower(y); });
+                      [](char x, char y) { return lowered(x) == lowered(y); });
+}
+
+std::size_t characterSize(std::string_view text) {
+    constexpr std::size_t Most = 4;
+    const auto end = std::min(text.size(), Most);
+    std::size_t size = 1;
+    while (size < end && continuesCharacter(text[size])) {
+        ++size;
+    }
+    return size;
+}
+
+std::size_t characterStart(std::string_view text, std::size_t offset) {
+    while (offset > 0 && offset < text.size() && continuesCharacter(text[offset])) {
+        --offset;
+    }
+    return offset;
 }
 
 std::string_view firstCharacters(std::string_view text, std::size_t count) {
     std::size_t end = 0;
     for (; count > 0 && end < text.size(); --count) {
-        end += characterLength(text.substr(end));
+        end += characterSize(text.substr(end));
     }
     return text.substr(0, end);
 }

@@ -8,10 +8,10 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/encoding.h"
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
-#include "platform/dbf/codepage.h"
 #include "platform/dbf/memoryfile.h"
 
 namespace dbf {
@@ -20,7 +20,8 @@ namespace {
 
 using base::Value;
 
-constexpr auto CodePage1252 = "LDID/87";
+constexpr auto CodePage = "CP1252";
+constexpr auto CodePageDriver = "LDID/87";
 constexpr std::size_t MaxNameLength = 10;
 constexpr int MaxNumberWidth = 20;
 constexpr std::size_t FileHeaderLength = 32;
@@ -36,8 +37,9 @@ std::string cellText(const Column& column, const Value& value) {
     if (value.isNull()) {
         return {};
     }
-    return column.kind == Kind::Text ? toCodePage(value.asText()).substr(0, MaxTextWidth)
-                                     : fmt::format("{:.{}f}", value.asNumber(), column.decimals);
+    return column.kind == Kind::Text
+               ? base::converted(value.asText(), "UTF-8", CodePage).substr(0, MaxTextWidth)
+               : fmt::format("{:.{}f}", value.asNumber(), column.decimals);
 }
 
 /// The cells of a table as the file will hold them, and how wide each column must be.
@@ -151,8 +153,9 @@ Value cellOf(DBFInfo& file, const Column& column, int row, int field) {
     if (text == nullptr || DBFIsAttributeNULL(&file, row, field)) {
         return {};
     }
-    return column.kind == Kind::Number ? Value(base::leadingNumber(text))
-                                       : Value(fromCodePage(base::trimRight(text)));
+    return column.kind == Kind::Number
+               ? Value(base::leadingNumber(text))
+               : Value(base::converted(base::trimRight(text), CodePage, "UTF-8"));
 }
 
 }  // namespace
@@ -161,7 +164,7 @@ std::string bytesOf(const Table& table) {
     const Cells cells(table);
     MemoryFile memory;
     {
-        const Handle file(DBFCreateLL(MemoryFile::Name, CodePage1252, memory.hooks()), DBFClose);
+        const Handle file(DBFCreateLL(MemoryFile::Name, CodePageDriver, memory.hooks()), DBFClose);
         if (file == nullptr) {
             base::raise(base::errors::InternalError);
         }

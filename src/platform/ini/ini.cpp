@@ -1,11 +1,11 @@
 #include "platform/ini/ini.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
 
+#include "platform/base/encoding.h"
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 
@@ -73,46 +73,6 @@ std::optional<std::string_view> search(std::string_view profile, std::string_vie
     return std::nullopt;
 }
 
-void appendUtf8(std::string& text, std::uint32_t code) {
-    const auto append = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-    if (code < 0x80) {
-        append(code);
-    } else if (code < 0x800) {
-        append(0xC0 | code >> 6);
-        append(0x80 | (code & 0x3F));
-    } else if (code < 0x10000) {
-        append(0xE0 | code >> 12);
-        append(0x80 | (code >> 6 & 0x3F));
-        append(0x80 | (code & 0x3F));
-    } else {
-        append(0xF0 | code >> 18);
-        append(0x80 | (code >> 12 & 0x3F));
-        append(0x80 | (code >> 6 & 0x3F));
-        append(0x80 | (code & 0x3F));
-    }
-}
-
-std::string utf8FromUtf16(std::string_view bytes, bool bigEndian) {
-    const auto unitAt = [&](std::size_t at) -> std::uint32_t {
-        const auto first = static_cast<unsigned char>(bytes[at]);
-        const auto second = static_cast<unsigned char>(bytes[at + 1]);
-        return bigEndian ? first << 8U | second : second << 8U | first;
-    };
-    std::string text;
-    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-        std::uint32_t code = unitAt(at);
-        if (code >= 0xD800 && code < 0xDC00 && at + 3 < bytes.size() &&
-            (unitAt(at + 2) & 0xFC00U) == 0xDC00) {
-            at += 2;
-            code = 0x10000 + ((code & 0x3FFU) << 10) + (unitAt(at) & 0x3FFU);
-        } else if ((code & 0xF800U) == 0xD800) {
-            code = 0xFFFD;
-        }
-        appendUtf8(text, code);
-    }
-    return text;
-}
-
 std::string contents(const std::string& file) {
     const std::string path = files::find(file);
     std::error_code error;
@@ -139,10 +99,10 @@ std::string readString(const std::string& section, const std::string& key,
 
 std::string decoded(std::string bytes) {
     if (bytes.starts_with("\xFF\xFE")) {
-        return utf8FromUtf16(std::string_view(bytes).substr(2), false);
+        return base::converted(std::string_view(bytes).substr(2), "UTF-16LE", "UTF-8");
     }
     if (bytes.starts_with("\xFE\xFF")) {
-        return utf8FromUtf16(std::string_view(bytes).substr(2), true);
+        return base::converted(std::string_view(bytes).substr(2), "UTF-16BE", "UTF-8");
     }
     if (bytes.starts_with("\xEF\xBB\xBF")) {
         bytes.erase(0, 3);

@@ -24,7 +24,8 @@ inline constexpr std::size_t MaxCharacters = 255;
 [[nodiscard]] std::string readString(const std::string& section, const std::string& key,
                                      const std::string& fallback, const std::string& file);
 
-/// The bytes of a file as text without a byte order mark; UTF-16 becomes UTF-8.
+/// The bytes of a file as text without a byte order mark; UTF-16 becomes UTF-8, "?" for what is
+/// none.
 [[nodiscard]] std::string decoded(std::string bytes);
 
 }  // namespace ini

@@ -59,11 +59,7 @@ Value likeOf(Arguments arguments) {
     return {like(arguments[0].asText(), arguments[1].asText())};
 }
 
-std::string codeOf(const Value& value) {
-    const std::string text = value.asText();
-    const std::string_view trimmed = base::trimRight(text);
-    return trimmed.empty() && !text.empty() ? " " : std::string(trimmed);
-}
+std::string codeOf(const Value& value) { return std::string(base::codeOf(value.asText())); }
 
 Value rightOf(Arguments arguments) {
     if (anyNull(arguments)) {
@@ -72,9 +68,7 @@ Value rightOf(Arguments arguments) {
     const std::string text = arguments[0].asText();
     auto at = text.size();
     for (auto count = arguments[1].asInteger(); count > 0 && at > 0; --count) {
-        do {
-            --at;
-        } while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U);
+        at = base::characterStart(text, at - 1);
     }
     return {text.substr(at)};
 }

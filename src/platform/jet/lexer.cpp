@@ -92,8 +92,7 @@ void Lexer::name(Token& token) {
     Word packed = 0;
     std::size_t length = 0;
     while (classOf(at(at_)) >= Letter) {
-        const auto c = static_cast<unsigned char>(sql_[at_]);
-        packed = packed << 8U | (c >= 'a' && c <= 'z' ? c - 32U : c);
+        packed = packed << 8U | static_cast<unsigned char>(base::uppered(sql_[at_]));
         ++length;
         ++at_;
     }

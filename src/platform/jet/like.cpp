@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/base/text.h"
+
 namespace jet {
 
 namespace {
@@ -9,26 +11,16 @@ namespace {
 constexpr std::string_view Wildcards = "%_[";
 constexpr auto None = std::string_view::npos;
 
-char folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
-/// The bytes of the character at the beginning of a text that is not empty.
-std::size_t characterSize(std::string_view text) {
-    std::size_t size = 1;
-    while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U) {
-        ++size;
-    }
-    return size;
-}
-
 std::string_view firstCharacter(std::string_view text) {
-    return text.substr(0, characterSize(text));
+    return text.substr(0, base::characterSize(text));
 }
 
 /// A character as something to compare: ASCII letters folded, others by their bytes, which sort as
 /// their code points do.
 bool notAfter(std::string_view a, std::string_view b) {
     const auto folds = [](char x, char y) {
-        return static_cast<unsigned char>(folded(x)) < static_cast<unsigned char>(folded(y));
+        return static_cast<unsigned char>(base::lowered(x)) <
+               static_cast<unsigned char>(base::lowered(y));
     };
     return !std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(), folds);
 }
@@ -68,7 +60,7 @@ Item itemAt(std::string_view pattern) {
             return {pattern.substr(1, close - 1), true, close + 1};
         }
     }
-    return {{}, false, characterSize(pattern)};
+    return {{}, false, base::characterSize(pattern)};
 }
 
 /// How far one item goes in the text: its bytes, or None where it does not match.
@@ -125,7 +117,7 @@ bool like(std::string_view text, std::string_view pattern) {
         if (retryPattern == None || retryText >= text.size()) {
             return false;
         }
-        retryText += characterSize(text.substr(retryText));
+        retryText += base::characterSize(text.substr(retryText));
         t = retryText;
         p = retryPattern;
     }

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/text.h"
 #include "platform/jet/error.h"
 
 namespace jet {
@@ -11,16 +12,6 @@ namespace jet {
 namespace {
 
 constexpr std::size_t Reach = 25;
-
-bool continues(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
-
-/// Moves back to the beginning of a character.
-std::size_t characterStart(std::string_view sql, std::size_t offset) {
-    while (offset > 0 && offset < sql.size() && continues(sql[offset])) {
-        --offset;
-    }
-    return offset;
-}
 
 bool isWord(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
@@ -50,8 +41,8 @@ bool endsInsideWord(std::string_view sql, std::size_t offset) {
 
 std::string around(std::string_view sql, std::size_t offset) {
     offset = std::min(offset, sql.size());
-    const auto from = characterStart(sql, offset > Reach ? offset - Reach : 0);
-    const auto to = characterStart(sql, std::min(offset + Reach, sql.size()));
+    const auto from = base::characterStart(sql, offset > Reach ? offset - Reach : 0);
+    const auto to = base::characterStart(sql, std::min(offset + Reach, sql.size()));
     std::string excerpt(sql.substr(from, to - from));
     std::replace_if(
         excerpt.begin(), excerpt.end(), [](char c) { return c >= 0 && c < ' '; }, ' ');

@@ -47,12 +47,6 @@ base::Date nextMidnight(base::Date date) {
     return date.dateValue().plusSeconds(base::Date::SecondsPerDay);
 }
 
-std::string codeText(const base::Value& value) {
-    const std::string text = value.asText();
-    const std::string_view trimmed = base::trimRight(text);
-    return trimmed.empty() && !text.empty() ? " " : std::string(trimmed);
-}
-
 }  // namespace
 
 Shape shapeOf(std::string_view sql) {
@@ -75,7 +69,7 @@ base::Value boundValue(const Parameter& parameter, const std::vector<base::Value
         case Binding::TrimmedRight:
             return {base::trimRight(value.heldText())};
         case Binding::Code:
-            return {codeText(value)};
+            return {base::codeOf(value.asText())};
         case Binding::Text:
             return {value.asText()};
         case Binding::LikeFrom:

@@ -19,16 +19,15 @@ constexpr std::uint64_t LengthBits = 32;
 std::uint64_t bitsOf(std::int64_t number) { return std::bit_cast<std::uint64_t>(number); }
 std::int64_t integerOf(std::uint64_t bits) { return std::bit_cast<std::int64_t>(bits); }
 
-char foldedCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 int compareNoCase(std::string_view a, std::string_view b) {
-    const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
-                                   [](char x, char y) { return foldedCase(x) == foldedCase(y); });
+    const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+        return base::lowered(x) == base::lowered(y);
+    });
     if (end.first == a.end() || end.second == b.end()) {
         return static_cast<int>(end.first != a.end()) - static_cast<int>(end.second != b.end());
     }
-    return static_cast<unsigned char>(foldedCase(*end.first)) <
-                   static_cast<unsigned char>(foldedCase(*end.second))
+    return static_cast<unsigned char>(base::lowered(*end.first)) <
+                   static_cast<unsigned char>(base::lowered(*end.second))
                ? -1
                : 1;
 }
@@ -46,7 +45,7 @@ struct TextTable::SortKey {
     static SortKey of(std::string_view text) {
         SortKey key{Words, 0, 0, text};
         for (std::size_t i = 0; i < sizeof key.start; ++i) {
-            const char c = i < text.size() ? foldedCase(text[i]) : '\0';
+            const char c = i < text.size() ? base::lowered(text[i]) : '\0';
             key.start = (key.start << 8U) | static_cast<unsigned char>(c);
         }
         return key;

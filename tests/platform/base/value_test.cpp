@@ -6,20 +6,11 @@
 #include "platform/base/boundedarray.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
+#include "support/errors.h"
 
 namespace base {
 
-namespace {
-template <class F>
-int errorOf(F&& f) {
-    try {
-        f();
-    } catch (const RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
-}  // namespace
+using support::errorOf;
 
 TEST(Value, DefaultTexts) {
     EXPECT_EQ(Value(true).asText(), "True");
@@ -61,6 +52,21 @@ TEST(Text, LeadingNumberStopsAtTheFirstOtherCharacter) {
     EXPECT_EQ(leadingNumber("x12"), 0);
     EXPECT_EQ(leadingNumber("infinity"), 0);
     EXPECT_EQ(leadingNumber(""), 0);
+}
+
+TEST(Text, ACodeKeepsALoneBlankOnly) {
+    for (const auto& [text, code] :
+         {std::pair{"R1  ", "R1"}, {" R1", " R1"}, {"   ", " "}, {" ", " "}, {"", ""}}) {
+        EXPECT_EQ(codeOf(text), code) << '<' << text << '>';
+    }
+}
+
+TEST(Text, CharactersAreNeverCutApart) {
+    EXPECT_EQ(firstCharacters("aä€😀x", 4), "aä€😀");
+    EXPECT_EQ(firstCharacters("aä", 9), "aä");
+    EXPECT_EQ(characterStart("aä€", 5), 3U);
+    EXPECT_EQ(characterStart("aä€", 6), 6U);
+    EXPECT_EQ(characterSize(std::string(9, '\x80')), 4U) << "no text: at most four bytes";
 }
 
 TEST(BoundedArray, BothBoundsAreIncludedAndNothingBeyond) {

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -24,45 +26,33 @@ TEST(Ini, FindsTheFirstSectionAndTheFirstKeyWithoutRegardToCase) {
     EXPECT_EQ(ini::valueIn(profile, "OTHER", "Key", ""), "other");
 }
 
-TEST(Ini, AnEmptyFirstValueHidesALaterOne) {
-    EXPECT_EQ(ini::valueIn("[Section]\nkey=\nkey=later\n", "Section", "key", "fallback"), "");
-}
-
-TEST(Ini, GivesTheFallbackWithoutItsTrailingBlanksWhereNothingIsFound) {
-    EXPECT_EQ(ini::valueIn("[Section]\nother=1\n", "Section", "key", " fallback  "), " fallback");
-    EXPECT_EQ(ini::valueIn("", "Section", "key", "fallback"), "fallback");
-    EXPECT_EQ(ini::valueIn("[Section\nkey=1", "Section", "key", "fallback"), "fallback");
-}
-
-TEST(Ini, StripsOnePairOfQuotes) {
-    EXPECT_EQ(valueOf("[Section]\nkey= \" a b \" "), " a b ");
-    EXPECT_EQ(valueOf("[Section]\nkey='a'"), "a");
-    EXPECT_EQ(valueOf("[Section]\nkey=\"\"a\"\""), "\"a\"");
-    EXPECT_EQ(valueOf("[Section]\nkey=\"a'"), "\"a'");
-    EXPECT_EQ(valueOf("[Section]\nkey=\""), "\"");
-    EXPECT_EQ(valueOf("[Section]\nkey=\"\""), "");
-}
-
-TEST(Ini, KeepsEqualsSignsAndSemicolonsOfAValueAndSkipsComments) {
-    EXPECT_EQ(valueOf("[Section]\n;key=comment\nkey=a=b;c"), "a=b;c");
+TEST(Ini, ReadsAValueAsItIsWritten) {
+    const std::string fallback = " fallback";
+    for (const auto& [lines, value] :
+         std::vector<std::pair<std::string, std::string>>{{"key=\nkey=later\n", ""},
+                                                          {"other=1\n", fallback},
+                                                          {"key= \" a b \" ", " a b "},
+                                                          {"key='a'", "a"},
+                                                          {"key=\"\"a\"\"", "\"a\""},
+                                                          {"key=\"a'", "\"a'"},
+                                                          {"key=\"", "\""},
+                                                          {"key=\"\"", ""},
+                                                          {";key=comment\nkey=a=b;c", "a=b;c"},
+                                                          {"other=b\r\nkey=a\r\n", "a"},
+                                                          {"other=b\rkey=a", "a"},
+                                                          {"key=a\0b\n"s, "a"}}) {
+        EXPECT_EQ(ini::valueIn("[Section]\n" + lines, "Section", "key", fallback + "  "), value)
+            << lines;
+    }
+    EXPECT_EQ(ini::valueIn("", "Section", "key", fallback), fallback);
+    EXPECT_EQ(ini::valueIn("[Section\nkey=1", "Section", "key", fallback), fallback);
 }
 
 TEST(Ini, CutsAValueAt255Characters) {
     EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(255, 'x')), std::string(255, 'x'));
     EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(256, 'x')), std::string(255, 'x'));
     EXPECT_EQ(valueOf("[Section]\nkey=\"" + std::string(256, 'x') + "\""), std::string(255, 'x'));
-    std::string umlauts;
-    for (int i = 0; i < 256; ++i) {
-        umlauts += "ä";
-    }
-    EXPECT_EQ(valueOf("[Section]\nkey=" + umlauts), umlauts.substr(0, std::size_t{255} * 2));
     EXPECT_EQ(valueOf("[Section]\nkey=" + std::string(1'000'000, 'x')).size(), 255U);
-}
-
-TEST(Ini, EndsLinesAtCarriageReturnsLineFeedsAndNuls) {
-    EXPECT_EQ(valueOf("[Section]\r\nkey=a\r\nother=b\r\n", "other"), "b");
-    EXPECT_EQ(valueOf("[Section]\rkey=a\rother=b", "other"), "b");
-    EXPECT_EQ(valueOf("[Section]\nkey=a\0b\n"s), "a");
 }
 
 TEST(Ini, ReadsByteOrderMarks) {
@@ -74,7 +64,7 @@ TEST(Ini, ReadsByteOrderMarks) {
         std::swap(bigEndian[i], bigEndian[i + 1]);
     }
     EXPECT_EQ(valueOf(ini::decoded("\xFE\xFF" + bigEndian)), "ä\xF0\x9F\x98\x80");
-    EXPECT_EQ(ini::decoded("\xFF\xFE\x00\xDC"s), "\xEF\xBF\xBD");
+    EXPECT_EQ(ini::decoded("\xFF\xFE\x00\xDCx\0y"s), "?x?") << "half a pair, and a byte too few";
 }
 
 TEST(Ini, ReadsAFileWhateverTheCaseOfItsNameAndSurvivesOneThatIsNone) {
