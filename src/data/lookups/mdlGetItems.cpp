@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 #include "startup/base/fieldvalues.h"
 #include "startup/base/session.h"
@@ -29,7 +30,9 @@ struct KeyLookup {
 };
 
 /// A text key is trimmed and gets the quote that closes it; a number stands as it is.
-std::string keyed(const std::string& key) { return fmt::format("{}'", base::trim(key)); }
+std::string keyed(const std::string& key) {
+    return fmt::format("{}'", ado::escaped(base::trim(key)));
+}
 std::string keyed(const base::Value& key) { return key.asText(); }
 
 /// Opens what `sql` finds; whether there is a row.

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "data/runs/runrow.h"
 #include "platform/ado/recordset.h"
 #include "startup/base/fieldvalues.h"
 
@@ -69,9 +70,7 @@ bool Changing::changeGroup(const BellGroup& group, base::Date bell) {
 
 void Changing::changeRun(const std::string& run, base::Date bell) {
     ado::Recordset row;
-    row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), routing_,
-             ado::CursorType::Dynamic);
-    if (row.Eof()) {
+    if (!data::openRun(row, routing_, run, ado::CursorType::Dynamic)) {
         outcome_.gone.push_back(run);
         return;
     }

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
 #include "startup/base/fieldvalues.h"
 
@@ -30,7 +31,7 @@ constexpr auto WriteSql =
     "UPDATE RUN SET RUN.DEADHEAD_BEFORE_TIME = {}, RUN.DEADHEAD_AFTER_TIME = {},"
     " RUN.DEADHEAD_MILES_BEFORE = {}, RUN.DEADHEAD_MILES_AFTER = {},"
     " RUN.DEADHEAD_BEFORE_STARTTIME = {}, RUN.DEADHEAD_AFTER_STARTTIME = {},"
-    " RUN.SHOW_BOTH_BEG = {}, RUN.SHOW_BOTH_END = {} WHERE RUN.RUN={}";
+    " RUN.SHOW_BOTH_BEG = {}, RUN.SHOW_BOTH_END = {} WHERE RUN.RUN='{}'";
 constexpr auto RunsSql =
     "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
 
@@ -100,21 +101,13 @@ std::string literal(std::optional<base::Date> time) {
     return time ? fmt::format("#{}#", time->text()) : "Null";
 }
 
-std::string literal(const std::string& text) {
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c == '\'' ? std::string("''") : std::string(1, c);
-    }
-    return quoted + "'";
-}
-
 // A statement, not the recordset: that would compare all columns of RUN at each row.
 void writeRun(ado::Connection& routing, const std::string& run, const RunDeadHead& deadHead) {
     routing.Execute(fmt::format(WriteSql, literal(deadHead.before.minutes),
                                 literal(deadHead.after.minutes), literal(deadHead.before.miles),
                                 literal(deadHead.after.miles), literal(deadHead.beforeStart),
                                 literal(deadHead.afterStart), deadHead.showBothBeg,
-                                deadHead.showBothEnd, literal(run)));
+                                deadHead.showBothEnd, ado::escaped(run)));
 }
 
 OpenLeg::Lack lackOf(Travel travel) {

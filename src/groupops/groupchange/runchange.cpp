@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "platform/ado/recordset.h"
+#include "data/runs/runrow.h"
 
 namespace groupops {
 
@@ -12,9 +12,7 @@ namespace {
 bool changeRow(ado::Connection& routing, const std::string& run,
                std::span<const RunChange> changes) {
     ado::Recordset row;
-    row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), routing,
-             ado::CursorType::Dynamic);
-    if (row.Eof()) {
+    if (!data::openRun(row, routing, run, ado::CursorType::Dynamic)) {
         return false;
     }
     for (const RunChange& change : changes) {

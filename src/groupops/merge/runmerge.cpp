@@ -5,7 +5,9 @@
 #include <fmt/format.h>
 
 #include "data/lists/listreader.h"
+#include "data/runs/runrow.h"
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 #include "startup/base/fieldvalues.h"
 #include "stops/sequence/stoplog.h"
@@ -26,19 +28,9 @@ bool isSameRun(std::string_view a, std::string_view b) {
     return base::equalsNoCase(base::trim(a), base::trim(b));
 }
 
-/// No run id holds an apostrophe, which would break the statement.
-bool runExists(ado::Connection& routing, std::string_view run) {
-    if (run.find('\'') != std::string_view::npos) {
-        return false;
-    }
-    ado::Recordset row;
-    row.Open(fmt::format("Select RUN.RUN FROM RUN WHERE RUN.RUN='{}'", base::trim(run)), routing);
-    return !row.Eof();
-}
-
 std::int64_t lastSequence(ado::Connection& routing, const std::string& run) {
     ado::Recordset stops;
-    stops.Open(fmt::format(StopsOfRun, run, " DESC"), routing);
+    stops.Open(fmt::format(StopsOfRun, ado::escaped(run), " DESC"), routing);
     return stops.Eof() ? 0 : wholeOf(stops["RUNSEQ"]);
 }
 
@@ -92,14 +84,14 @@ MergeObstacle mergeObstacle(ado::Connection& routing, const RunMerge& merge) {
     if (isSameRun(merge.source, merge.receiving)) {
         return MergeObstacle::SameRun;
     }
-    if (!runExists(routing, merge.source)) {
+    if (!data::runExists(routing, merge.source)) {
         return MergeObstacle::UnknownSource;
     }
-    if (!runExists(routing, merge.receiving)) {
+    if (!data::runExists(routing, merge.receiving)) {
         return MergeObstacle::UnknownReceiving;
     }
     ado::Recordset stops;
-    stops.Open(fmt::format(StopsOfRun, base::trim(merge.source), ""), routing);
+    stops.Open(fmt::format(StopsOfRun, ado::escaped(base::trim(merge.source)), ""), routing);
     return stops.Eof() ? MergeObstacle::NoStops : MergeObstacle::None;
 }
 
@@ -138,7 +130,8 @@ MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& asked,
     const stops::EditedRun logged{merge.receiving, {}, merge.user};
     stops::StopLog log(routing, logged);
     ado::Recordset rows;
-    rows.Open(fmt::format(StopsOfRun, merge.source, ""), routing, ado::CursorType::Dynamic);
+    rows.Open(fmt::format(StopsOfRun, ado::escaped(merge.source), ""), routing,
+              ado::CursorType::Dynamic);
     MergeOutcome outcome;
     outcome.stops = static_cast<int>(rows.RecordCount());
     for (int i = 1; !rows.Eof(); rows.MoveNext(), ++i) {
@@ -180,21 +173,18 @@ table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run)
     return data::readList(Columns,
                           fmt::format("SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN Where (RUN.ACTIVE "
                                       "= True) AND (RUN.RUN <> '{}') ORDER BY RUN.RUN",
-                                      base::trim(run)),
+                                      ado::escaped(base::trim(run))),
                           routing);
 }
 
 std::string runSummary(ado::Connection& routing, const std::string& run) {
-    if (!runExists(routing, run)) {
+    ado::Recordset row;
+    if (!data::openRun(row, routing, base::trim(run))) {
         return {};
     }
-    ado::Recordset row;
-    row.Open(fmt::format("Select RUN.DESCRIPTION, RUN.SCHOOL, RUN.TRIPTYPE FROM RUN WHERE "
-                         "RUN.RUN='{}'",
-                         base::trim(run)),
-             routing);
     ado::Recordset stops;
-    stops.Open(fmt::format(StopsOfRun, base::trim(run), ""), routing, ado::CursorType::Static);
+    stops.Open(fmt::format(StopsOfRun, ado::escaped(base::trim(run)), ""), routing,
+               ado::CursorType::Static);
     std::string text;
     for (const auto* column : {"DESCRIPTION", "SCHOOL", "TRIPTYPE"}) {
         const std::string part = textOf(row[column]);

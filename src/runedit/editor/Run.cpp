@@ -28,9 +28,6 @@ constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
     "id.";
-constexpr auto ApostropheText =
-    "Oops, the run {} has an apostrophe in its id, so none of its rows can be looked up.  It "
-    "cannot be edited.";
 
 }  // namespace
 
@@ -161,19 +158,14 @@ void Run::openNew() {
 }
 
 void Run::openStored() {
-    const auto refuseToOpen = [this](const char* text) {
-        base::MsgBox(fmt::format(fmt::runtime(text), toEdit_), NotFoundTitle, MsgIcon::Information);
-        startup::RefreshRunList = true;
-        unload();
-    };
-    if (toEdit_.find('\'') != std::string::npos) {
-        refuseToOpen(ApostropheText);
-    } else if (const auto stored = readStoredRun(*gcnRouting, toEdit_)) {
+    if (const auto stored = readStoredRun(*gcnRouting, toEdit_)) {
         fill(*stored);
         buildLists();
         ui_->RunDesc->setFocus();
     } else {
-        refuseToOpen(NotFoundText);
+        base::MsgBox(fmt::format(NotFoundText, toEdit_), NotFoundTitle, MsgIcon::Information);
+        startup::RefreshRunList = true;
+        unload();
     }
 }
 

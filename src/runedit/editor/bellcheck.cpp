@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
 #include "runedit/validation/Check_Run_EarlyBellTime.h"
 #include "runedit/validation/Check_Run_LateBellTime.h"
@@ -15,7 +16,7 @@ void deleteBellWarnings(ado::Connection& routing, std::string_view run) {
     routing.Execute(
         fmt::format("DELETE RUNWARNING.* From RUNWARNING WHERE (RUNWARNING.WarningType='LATE BELL' "
                     "OR RUNWARNING.WarningType='EARLY BELL') AND RUNWARNING.Run='{}'",
-                    run));
+                    ado::escaped(run)));
 }
 
 StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
@@ -23,7 +24,7 @@ StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
     rows.Open(fmt::format("SELECT STOP_TRIPTYPE.*, STOP.* FROM STOP_TRIPTYPE INNER JOIN STOP ON "
                           "STOP_TRIPTYPE.INT_STOPID = STOP.INT_STOPID where "
                           "STOP.STOPTYPE<>'DIRECTIONAL' and STOP_TRIPTYPE.RUN='{}'",
-                          run),
+                          ado::escaped(run)),
               routing);
     StopRows stops;
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -41,7 +42,7 @@ void addBellWarnings(ado::Connection& routing, std::string_view run, std::string
     ado::Recordset rows;
     rows.Open(fmt::format("Select RunWarning.* from RunWarning Where RunWarning.Run='{}' AND "
                           "RunWarning.WarningType='{}'",
-                          run, type),
+                          ado::escaped(run), type),
               routing, ado::CursorType::Dynamic);
     for (const Finding& finding : findings) {
         rows.AddNew();

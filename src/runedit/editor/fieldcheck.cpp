@@ -27,7 +27,8 @@ Fault runIdFault(const RunTexts& texts, bool isNew, const KeyQuestions& question
         return FieldFault{RunField::RunId, 1, "Blank RunID",
                           "Oops, you have not entered a RunID.  Please do so."};
     }
-    if (runId.find_first_of(IllegalCharacters) != std::string::npos) {
+    // The key of a stored run cannot be changed any more.
+    if (isNew && runId.find_first_of(IllegalCharacters) != std::string::npos) {
         // Two backslashes stand in the text itself.
         return FieldFault{RunField::RunId, 7, "Illegal Character in the RUNID",
                           "Oops, you have entered a RunID using one of the following characters: "
@@ -59,20 +60,13 @@ constexpr std::array<KeyRule, 5> KeyRules{{
 
 Fault keyFault(const KeyRule& rule, const RunTexts& texts, const KeyQuestions& questions) {
     const auto key = trimmed(texts[rule.field]);
-    const auto refused = [&](std::string text) {
-        return FieldFault{rule.field, rule.code, std::string(rule.title), std::move(text)};
-    };
-    if (key.find('\'') != std::string::npos) {
-        return refused(
-            fmt::format("Oops, you have entered a {} with an apostrophe ('), which cannot be "
-                        "looked up.  Please choose another one.",
-                        rule.name));
-    }
     if (key.empty() || (questions.*rule.question)(key) != NotFound) {
         return {};
     }
-    return refused(fmt::format(
-        "Oops, you have entered a {} that is not in the list.  Please do so.", rule.name));
+    return FieldFault{
+        rule.field, rule.code, std::string(rule.title),
+        fmt::format("Oops, you have entered a {} that is not in the list.  Please do so.",
+                    rule.name)};
 }
 
 Fault timeFault(const RunTexts& texts, RunField field) {

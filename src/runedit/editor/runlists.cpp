@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "data/lists/listreader.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 
 namespace runedit {
@@ -105,7 +106,7 @@ DirectionStyle directionStyle(std::string_view choice) {
 
 StopList readStopList(ado::Connection& routing, std::string_view run) {
     StopList list;
-    list.table = readList(StopColumns, fmt::format(StopsOfRun, base::trim(run)), routing,
+    list.table = readList(StopColumns, fmt::format(StopsOfRun, ado::escaped(base::trim(run))), routing,
                           [&](TextTable& table, std::size_t row) {
                               if (!isPlaced(table, row)) {
                                   table.colourRed(row, 0, table.columns.size() - 1);
@@ -122,7 +123,7 @@ TextTable readDirections(ado::Connection& routing, std::string_view run, Directi
                                                          : AllLines;
     const auto distance = isShort ? "ShortDist" : "LineText2";
     return readList(
-        isShort ? ShortLineColumns : LineColumns, fmt::format(fmt::runtime(lines), base::trim(run)),
+        isShort ? ShortLineColumns : LineColumns, fmt::format(fmt::runtime(lines), ado::escaped(base::trim(run))),
         routing, [&](TextTable& table, std::size_t row) {
             if (base::equalsNoCase(base::trim(table.text(row, distance)), NeitherDistanceNorTime)) {
                 table.setText(row, table.columnOf(distance), " ");
@@ -131,13 +132,13 @@ TextTable readDirections(ado::Connection& routing, std::string_view run, Directi
 }
 
 TextTable readWarnings(ado::Connection& routing, std::string_view run) {
-    return readList(WarningColumns, fmt::format(WarningsOfRun, base::trim(run)), routing);
+    return readList(WarningColumns, fmt::format(WarningsOfRun, ado::escaped(base::trim(run))), routing);
 }
 
 std::string warningsCaption(bool any) { return any ? " * Warnings *" : "No Warnings"; }
 
 TextTable readSpecialNeeds(ado::Connection& routing, std::string_view run) {
-    return readList(NeedColumns, fmt::format(NeedsOfRun, base::trim(run)), routing);
+    return readList(NeedColumns, fmt::format(NeedsOfRun, ado::escaped(base::trim(run))), routing);
 }
 
 }  // namespace runedit

@@ -4,17 +4,13 @@
 
 #include <fmt/format.h>
 
-#include "platform/ado/recordset.h"
+#include "data/runs/runrow.h"
 #include "platform/base/text.h"
 #include "startup/base/mdlNONULL.h"
 
 namespace runedit {
 
 namespace {
-
-std::string runRowSql(std::string_view run) {
-    return fmt::format("Select RUN.* From RUN Where RUN.RUN='{}'", base::trim(run));
-}
 
 std::string auditText(const ado::Field& field) {
     return std::string(base::trim(startup::NoNullString(field.Value()).asText()));
@@ -105,8 +101,8 @@ std::string describe(const std::vector<FieldChange>& changes) {
 
 std::optional<StoredRun> readStoredRun(ado::Connection& routing, std::string_view run) {
     ado::Recordset row;
-    row.Open(runRowSql(run), routing);
-    return row.Eof() ? std::nullopt : std::optional(storedRunOf(row));
+    return data::openRun(row, routing, base::trim(run)) ? std::optional(storedRunOf(row))
+                                                        : std::nullopt;
 }
 
 void RunEntries::filled(const RunTexts& stored, const RunTexts& shown) {
@@ -148,8 +144,7 @@ bool isTotal(RunField field) {
 SaveResult createRun(ado::Connection& routing, const RunTexts& texts, const Author& author) {
     ado::CommitOnExit unit(routing);
     ado::Recordset row;
-    row.Open(runRowSql(texts[RunField::RunId]), routing, ado::CursorType::Dynamic);
-    if (!row.Eof()) {
+    if (data::openRun(row, routing, base::trim(texts[RunField::RunId]), ado::CursorType::Dynamic)) {
         return {SaveOutcome::IdTaken, storedRunOf(row)};
     }
     addRow(row, texts, author);
@@ -165,8 +160,8 @@ SaveResult changeRun(ado::Connection& routing, const RunEntries& entries, const 
     // From here to the commit no other program can write, so what is compared is what is changed.
     ado::CommitOnExit unit(routing);
     ado::Recordset row;
-    row.Open(runRowSql(texts[RunField::RunId]), routing, ado::CursorType::Dynamic);
-    if (row.Eof()) {
+    if (!data::openRun(row, routing, base::trim(texts[RunField::RunId]),
+                       ado::CursorType::Dynamic)) {
         return {SaveOutcome::Deleted};
     }
     const auto stored = storedRunOf(row);

@@ -1,5 +1,6 @@
 #include "runedit/map/Set_StartorEnd.h"
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/value.h"
 
 namespace runedit {
@@ -10,8 +11,8 @@ std::string startEndSql(const MapRun& run, double seats, std::string_view update
     const std::string bellTime = mapTimeText(run.bellTime) + "#";
     std::string sql = "UPDATE StartEnd SET StartEnd.StartorEnd = '" + run.startOrEnd();
     sql += "', StartEnd.[CalcTime] = #" + mapTimeText(calcTime);
-    sql += "#, StartEnd.Run='" + run.run;
-    sql += "', StartEnd.VehType='" + run.vehType;
+    sql += "#, StartEnd.Run='" + ado::escaped(run.run);
+    sql += "', StartEnd.VehType='" + ado::escaped(run.vehType);
     sql += "', StartEnd.BellTime=#" + bellTime;
     sql += ", StartEnd.Pickup=" + base::Value(run.pickup).asText();
     sql += ", StartEnd.VehCapacity=" + base::numberText(seats);

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "platform/ado/recordset.h"
+#include "data/runs/runrow.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "startup/base/fieldvalues.h"
@@ -25,8 +25,7 @@ std::string MapRun::startOrEnd() const { return countsFromStart() ? "Start" : "E
 
 MapRun readMapRun(ado::Connection& connection, const std::string& run) {
     ado::Recordset row;
-    row.Open(fmt::format("Select Run.* from RUN WHERE RUN.RUN='{}'", run), connection);
-    if (row.Eof()) {
+    if (!data::openRun(row, connection, run)) {
         throw base::RunTimeError(
             base::errors::InvalidProcedureCall,
             fmt::format("The run \"{}\" is not in the database; save it first.", run));

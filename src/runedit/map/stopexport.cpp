@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 
 namespace runedit {
 
@@ -39,7 +40,7 @@ std::string stopExportSql(const std::string& run) {
         "STOP_TRIPTYPE.NUM_STUDENTS, STOP_TRIPTYPE.LOAD_TIME, STOP.INT_STOPID FROM STOP INNER JOIN "
         "STOP_TRIPTYPE ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}' "
         "ORDER BY STOP_TRIPTYPE.RUNSEQ",
-        run);
+        ado::escaped(run));
 }
 
 dbf::Table readStopExport(ado::Connection& connection, const std::string& run) {

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 
@@ -118,7 +119,7 @@ std::string stopRowsSql(StopRows rows, TimeOrder order, std::string_view run) {
         " INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID"
         " WHERE STOP.STOPTYPE<>'DIRECTIONAL' AND STOP_TRIPTYPE.RUN='{}'"
         " ORDER BY STOP_TRIPTYPE.RUNSEQ{}",
-        base::trim(run), descending);
+        ado::escaped(base::trim(run)), descending);
 }
 
 std::vector<TimedStop> readStops(ado::Recordset& rows) {

@@ -2,14 +2,17 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
+
 namespace runedit {
 
 namespace {
 
 bool isRightSideOnly(const std::string& stopId, ado::Connection& routing) {
     ado::Recordset row;
-    row.Open(fmt::format("SELECT STOP.RIGHTSIDE from STOP Where Stop.STOPID='{}'", stopId),
-             routing);
+    row.Open(
+        fmt::format("SELECT STOP.RIGHTSIDE from STOP Where Stop.STOPID='{}'", ado::escaped(stopId)),
+        routing);
     return !row.Eof() && yesNoOf(row["RightSide"]);
 }
 

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/boundedarray.h"
 #include "platform/base/text.h"
 #include "platform/base/value.h"
@@ -123,7 +124,7 @@ std::vector<NeedCount> carriedBy(const std::string& vehType, ado::Connection& tr
     ado::Recordset rows;
     rows.Open(fmt::format("SELECT VEHTYPE_SPECIALNEEDS.* FROM VEHTYPE_SPECIALNEEDS Where "
                           "VEHTYPE_SPECIALNEEDS.VEHTYPE='{}'",
-                          vehType),
+                          ado::escaped(vehType)),
               trip);
     std::vector<NeedCount> carried;
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -141,7 +142,7 @@ std::string needsSql(const StopRow& stop) {
         "STU_ADDR_TRIPTYPE.INT_STOPID, STU_ADDR_TRIPTYPE.TRIPTYPE, "
         "STU_SPECIALNEEDS.SPECIALNEEDS_CODE Having STU_ADDR_TRIPTYPE.Int_StopID = {} AND "
         "STU_ADDR_TRIPTYPE.TRIPTYPE='{}'",
-        stop.intStopId, stop.tripType);
+        stop.intStopId, ado::escaped(stop.tripType));
 }
 
 std::vector<NeedCount> needsAt(const StopRow& stop, ado::Connection& routing) {

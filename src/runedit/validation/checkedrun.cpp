@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 
@@ -27,7 +28,7 @@ std::string vehicleOfRoute(std::int64_t intRouteId, ado::Connection& routing) {
 std::optional<std::string> vehTypeOfVehicle(std::string_view vehicle, ado::Connection& trip) {
     ado::Recordset row;
     row.Open(fmt::format("Select VEHICLE.* From VEHICLE WHERE VEHICLE.VEHICLE='{}'",
-                         base::trim(vehicle)),
+                         ado::escaped(base::trim(vehicle))),
              trip);
     return row.Eof() ? std::nullopt : std::optional(textOf(row["VehType"]));
 }
@@ -67,7 +68,7 @@ CheckedRun readCheckedRun(const std::string& run, std::int64_t intRouteId,
 }
 
 std::string runSql(std::string_view run) {
-    return fmt::format("Select RUN.* FROM RUN Where RUN.RUN='{}'", run);
+    return fmt::format("Select RUN.* FROM RUN Where RUN.RUN='{}'", ado::escaped(run));
 }
 
 std::int16_t integer16(std::int64_t number) {

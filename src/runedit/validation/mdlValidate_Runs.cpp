@@ -7,6 +7,7 @@
 
 #include "platform/ado/command.h"
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "runedit/validation/Check_NumPassengers.h"
@@ -87,7 +88,7 @@ std::int16_t GetVehCapacity(const std::string& VehType, const std::string& Capac
     return startup::trapped("GetVehCapacity", Module, [&]() -> std::int16_t {
         ado::Recordset row;
         row.Open(fmt::format("Select VEHTYPE.* From VEHTYPE Where VEHTYPE.VEHTYPE='{}'",
-                             base::trim(VehType)),
+                             ado::escaped(base::trim(VehType))),
                  *startup::gcnRouting);
         if (row.Eof()) {
             base::MsgBox(
@@ -116,7 +117,7 @@ CheckedRun prepare(const std::string& run, std::int64_t intRouteId, bool withCap
 void Clear_WarningRS(const std::string& Run, std::int64_t IntRouteID,
                      std::string_view WarningType) {
     const auto type = base::trim(WarningType);
-    const auto run = base::trim(Run);
+    const auto run = ado::escaped(base::trim(Run));
     ado::Command command;
     command.ActiveConnection(&*startup::gcnRouting);
     command.CommandText(
@@ -133,14 +134,15 @@ void Clear_WarningRS(const std::string& Run, std::int64_t IntRouteID,
 /// An empty recordset to add warnings to: the rows of this type have just been deleted.
 void openForAdding(ado::Recordset& rows, const CheckedRun& run, std::string_view type,
                    bool forRoute) {
+    const auto id = ado::escaped(run.run);
     rows.Open(forRoute
                   ? fmt::format("SELECT ROUTEWARNING.* FROM ROUTEWARNING WHERE "
                                 "ROUTEWARNING.WARNINGTYPE='{}' AND ROUTEWARNING.RUNID1='{}' AND "
                                 "ROUTEWARNING.INT_ROUTEID={}",
-                                type, run.run, run.intRouteId)
+                                type, id, run.intRouteId)
                   : fmt::format("SELECT RUNWARNING.* FROM RUNWARNING WHERE "
                                 "RUNWARNING.WARNINGTYPE='{}' AND RUNWARNING.RUN='{}'",
-                                type, run.run),
+                                type, id),
               *startup::gcnRouting, ado::CursorType::Dynamic);
 }
 

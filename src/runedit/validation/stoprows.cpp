@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "runedit/validation/checkedrun.h"
 
 namespace runedit {
@@ -16,11 +17,13 @@ constexpr std::string_view Stops =
 }  // namespace
 
 std::string regularStopsOf(std::string_view run) {
-    return fmt::format(" where STOP.STOPTYPE='REGULAR' AND STOP_TRIPTYPE.RUN='{}'", run);
+    return fmt::format(" where STOP.STOPTYPE='REGULAR' AND STOP_TRIPTYPE.RUN='{}'",
+                       ado::escaped(run));
 }
 
 std::string timedStopsOf(std::string_view run) {
-    return fmt::format(" where STOP.STOPTYPE<>'DIRECTIONAL' AND STOP_TRIPTYPE.RUN='{}'", run);
+    return fmt::format(" where STOP.STOPTYPE<>'DIRECTIONAL' AND STOP_TRIPTYPE.RUN='{}'",
+                       ado::escaped(run));
 }
 
 StopRows readStops(ado::Connection& routing, std::string_view condition) {

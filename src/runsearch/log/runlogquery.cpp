@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/datetext.h"
 #include "platform/base/text.h"
 
@@ -18,34 +19,14 @@ bool isWholeNumber(std::string_view text) {
     return error == std::errc{} && end == text.data() + text.size();
 }
 
-/// The filters' conditions with " Where " before them; empty without any.
-class Conditions {
-public:
-    explicit Conditions(const RunLogFilters& filters) {
-        add(" RunLOG.RunID LIKE '{}%'", filters.runId);
-        add(" RunLOG.ACTIVITYCODE = {}", filters.activityCode);
-        add(" DateValue(CStr([LOGDATE]))>=#{}#", filters.begDate);
-        add(" DateValue(CStr([LOGDATE]))<=#{}#", filters.endDate);
-    }
-
-    void append(std::string_view fragment) {
-        if (!body_.empty()) {
-            body_ = fmt::format("{} AND", base::trim(body_));
-        }
-        body_ += fragment;
-    }
-
-    [[nodiscard]] std::string text() const { return body_.empty() ? body_ : " Where " + body_; }
-
-private:
-    void add(std::string_view fragment, std::string_view filter) {
-        if (const auto value = base::trim(filter); !value.empty()) {
-            append(fmt::format(fmt::runtime(fragment), value));
-        }
-    }
-
-    std::string body_;
-};
+ado::Conditions conditionsOf(const RunLogFilters& filters) {
+    ado::Conditions where;
+    where.addFilled(" RunLOG.RunID LIKE '{}%'", filters.runId);
+    where.addFilled(" RunLOG.ACTIVITYCODE = {}", filters.activityCode);
+    where.addFilled(" DateValue(CStr([LOGDATE]))>=#{}#", filters.begDate);
+    where.addFilled(" DateValue(CStr([LOGDATE]))<=#{}#", filters.endDate);
+    return where;
+}
 
 }  // namespace
 
@@ -71,17 +52,17 @@ std::optional<RunLogFault> firstFault(const RunLogFilters& filters) {
 }
 
 std::string runLogQuery(const RunLogFilters& filters) {
-    return fmt::format("Select RUNLOG.* FROM RUNLOG{} ORDER BY RUNLOG.LOGDATE DESC",
-                       Conditions(filters).text());
+    const auto where = conditionsOf(filters);
+    return fmt::format("Select RUNLOG.* FROM RUNLOG{}{} ORDER BY RUNLOG.LOGDATE DESC",
+                       where.keyword(), where.text());
 }
 
 std::string runLogCountQuery(const RunLogFilters& filters, const std::optional<KeyRange>& keys) {
-    Conditions conditions(filters);
+    auto where = conditionsOf(filters);
     if (keys) {
-        conditions.append(
-            fmt::format(" RunLOG.ID >= {} AND RunLOG.ID < {}", keys->from, keys->end));
+        where.add(fmt::format(" RunLOG.ID >= {} AND RunLOG.ID < {}", keys->from, keys->end));
     }
-    return fmt::format("Select Count(*) AS TOTAL FROM RUNLOG{}", conditions.text());
+    return fmt::format("Select Count(*) AS TOTAL FROM RUNLOG{}{}", where.keyword(), where.text());
 }
 
 }  // namespace runsearch

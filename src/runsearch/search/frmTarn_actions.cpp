@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "data/runs/runrow.h"
 #include "groupops/belltime/BellTimeChange.h"
 #include "groupops/deadhead/frmCalcDeadHead.h"
 #include "groupops/groupchange/frmGroupRunChange.h"
@@ -91,7 +92,7 @@ void frmTarn::Edit_Click() {
     if (run.empty()) {
         return inform(NoRunToEdit, NoRunSelectedTitle);
     }
-    if (!runExists(*startup::gcnRouting, run)) {
+    if (!data::runExists(*startup::gcnRouting, run)) {
         return tellRunIsGone(run);
     }
     auto& editor = forms::FormRegistry::instance().make<runedit::Run>(this);
@@ -142,7 +143,7 @@ void frmTarn::MergeRuns_Click() {
     if (run.empty()) {
         return inform(NoRunToMerge, NoRunSelectedTitle);
     }
-    if (!runExists(*startup::gcnRouting, run)) {
+    if (!data::runExists(*startup::gcnRouting, run)) {
         return tellRunIsGone(run);
     }
     auto& merge = forms::FormRegistry::instance().make<groupops::MergeRun>(this);

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 
 namespace runsearch {
@@ -53,21 +54,9 @@ constexpr std::string_view TripTypeStops =
 bool filled(std::string_view text) { return !base::trim(text).empty(); }
 bool filled(const TimeRange& range) { return range.from || range.to; }
 
-/// A keyword and the text of its conditions, which is trimmed before anything is appended: only a
-/// lone first fragment keeps its leading blank.
 struct Clause {
     std::string_view keyword;
-    std::string body;
-
-    void append(std::string_view fragment) {
-        body = base::trim(body);
-        body += fragment;
-    }
-    void appendAnd() {
-        if (filled(body)) {
-            append(" AND");
-        }
-    }
+    ado::Conditions body;
 };
 
 class Assembly {
@@ -84,10 +73,10 @@ private:
     void appendAttributes();
 
     void condition(std::string_view fragment);
-    void textCondition(std::string_view before, std::string_view value, std::string_view after);
+    void textCondition(fmt::format_string<std::string_view> fragment, std::string_view value);
     void timeConditions(std::string_view column, const TimeRange& range);
     void group(Clause& having, bool inStops, const std::vector<std::string>& fragments);
-    std::string schoolFragment(const std::string& code) const;
+    std::string schoolFragment(const std::string& school) const;
     std::string subQuery() const;
     std::string assembled(std::string_view select, std::string_view from,
                           const std::string& sub) const;
@@ -115,14 +104,13 @@ std::optional<RunSearchQuery> Assembly::query() {
 
 void Assembly::condition(std::string_view fragment) {
     where_.keyword = " Where "sv;
-    where_.appendAnd();
-    where_.append(fragment);
+    where_.body.add(fragment);
 }
 
-void Assembly::textCondition(std::string_view before, std::string_view value,
-                             std::string_view after) {
+void Assembly::textCondition(fmt::format_string<std::string_view> fragment,
+                             std::string_view value) {
     if (filled(value)) {
-        condition(fmt::format("{}{}{}", before, base::trim(value), after));
+        condition(fmt::format(fragment, base::trim(value)));
     }
 }
 
@@ -136,25 +124,23 @@ void Assembly::timeConditions(std::string_view column, const TimeRange& range) {
 }
 
 void Assembly::appendRun() {
-    textCondition(" Run.Run LIKE '", criteria_.runId, "%'");
-    textCondition(" Run.Description LIKE '", criteria_.description, "%'");
+    textCondition(" Run.Run LIKE '{}%'", criteria_.runId);
+    textCondition(" Run.Description LIKE '{}%'", criteria_.description);
     timeConditions("StartTime", criteria_.startTime);
     timeConditions("EndTime", criteria_.endTime);
     timeConditions("BellTime", criteria_.bellTime);
-    textCondition(" Run.RunFamily = '", criteria_.runFamily, "'");
+    textCondition(" Run.RunFamily = '{}'", criteria_.runFamily);
 }
 
 /// The alternatives go into the sub-query's HAVING or, in parentheses, into WHERE. WHERE is needed
 /// either way: it introduces the sub-query.
 void Assembly::group(Clause& having, bool inStops, const std::vector<std::string>& fragments) {
     where_.keyword = " Where "sv;
-    auto& target = inStops ? having : where_;
-    target.appendAnd();
     if (inStops) {
         having.keyword = " HAVING "sv;
-    } else {
-        target.append(" (");
     }
+    auto& target = inStops ? having.body : where_.body;
+    target.add(inStops ? "" : " (");
     for (std::size_t i = 0; i < fragments.size(); ++i) {
         if (i > 0) {
             target.append(" OR");
@@ -166,7 +152,8 @@ void Assembly::group(Clause& having, bool inStops, const std::vector<std::string
     }
 }
 
-std::string Assembly::schoolFragment(const std::string& code) const {
+std::string Assembly::schoolFragment(const std::string& school) const {
+    const auto code = ado::escaped(school);
     return criteria_.searchSchoolStops
                ? fmt::format(" STOP.SCHOOL = '{}' AND STOP.STOPTYPE='SCHOOL' ", code)
                : fmt::format(" RUN.SCHOOL = '{}'", code);
@@ -186,7 +173,8 @@ void Assembly::appendSelectedSchools() {
 
 void Assembly::appendTripTypes() {
     std::vector<std::string> fragments;
-    for (const auto& code : criteria_.tripTypes) {
+    for (const auto& tripType : criteria_.tripTypes) {
+        const auto code = ado::escaped(tripType);
         fragments.push_back(criteria_.searchTripTypeStops
                                 ? fmt::format(" STOP_TRIPTYPE.TRIPTYPE = '{}'", code)
                                 : fmt::format(" RUN.TRIPTYPE = '{}'", code));
@@ -219,11 +207,11 @@ void Assembly::appendAttributes() {
     if (criteria_.needsResolve) {
         condition(" Run.Regenerate = True");
     }
-    textCondition(" Run.LOCCODE = '", criteria_.location, "'");
-    textCondition(" Route.EMPNUM = ", criteria_.driver, "");
-    textCondition(" Route.Vehicle = '", criteria_.vehicle, "'");
-    textCondition(" Route.AID_EMPNUM = ", criteria_.aid, "");
-    textCondition(" Route.RouteID = '", criteria_.route, "'");
+    textCondition(" Run.LOCCODE = '{}'", criteria_.location);
+    textCondition(" Route.EMPNUM = {}", criteria_.driver);
+    textCondition(" Route.Vehicle = '{}'", criteria_.vehicle);
+    textCondition(" Route.AID_EMPNUM = {}", criteria_.aid);
+    textCondition(" Route.RouteID = '{}'", criteria_.route);
     if (criteria_.notOnRoute) {
         condition(" RUN.INT_ROUTEID Is Null");
     }
@@ -231,23 +219,25 @@ void Assembly::appendAttributes() {
 
 std::string Assembly::subQuery() const {
     if (criteria_.searchSchoolStops && !schoolHaving_.keyword.empty()) {
-        return fmt::format("{}{}{}", SchoolStops, schoolHaving_.keyword, schoolHaving_.body);
+        return fmt::format("{}{}{}", SchoolStops, schoolHaving_.keyword, schoolHaving_.body.text());
     }
     if (criteria_.searchTripTypeStops && !tripTypeHaving_.keyword.empty()) {
-        return fmt::format("{}{}{}", TripTypeStops, tripTypeHaving_.keyword, tripTypeHaving_.body);
+        return fmt::format("{}{}{}", TripTypeStops, tripTypeHaving_.keyword,
+                           tripTypeHaving_.body.text());
     }
     return {};
 }
 
 std::string Assembly::assembled(std::string_view select, std::string_view from,
                                 const std::string& sub) const {
+    const std::string& where = where_.body.text();
     if (sub.empty()) {
-        return fmt::format("{}{}{}{}", select, from, where_.keyword, where_.body);
+        return fmt::format("{}{}{}{}", select, from, where_.keyword, where);
     }
     auto text = fmt::format("{}{}{}RUN.RUN IN ({})", select, from, where_.keyword, sub);
-    if (filled(where_.body)) {
-        text += where_.body.starts_with(' ') ? " AND" : " AND ";
-        text += where_.body;
+    if (!where_.body.empty()) {
+        text += where.starts_with(' ') ? " AND" : " AND ";
+        text += where;
     }
     return text;
 }

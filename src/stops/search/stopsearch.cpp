@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 
 namespace stops {
@@ -22,63 +23,40 @@ constexpr std::string_view TripsFrom =
     " FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID";
 
 constexpr std::string_view NoStudentOfStop =
-    "NOT EXISTS (SELECT STU_ADDR_TRIPTYPE.INT_STUID FROM STU_ADDR_TRIPTYPE WHERE "
+    " NOT EXISTS (SELECT STU_ADDR_TRIPTYPE.INT_STUID FROM STU_ADDR_TRIPTYPE WHERE "
     "STU_ADDR_TRIPTYPE.INT_STOPID = STOP.INT_STOPID)";
 constexpr std::string_view NoPassengerOfStop =
-    "NOT EXISTS (SELECT STOP_TRIPTYPE.ID FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.INT_STOPID = "
+    " NOT EXISTS (SELECT STOP_TRIPTYPE.ID FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.INT_STOPID = "
     "STOP.INT_STOPID AND STOP_TRIPTYPE.NUM_STUDENTS > 0)";
 constexpr std::string_view NoStudentOfTrip =
-    "NOT EXISTS (SELECT STU_ADDR_TRIPTYPE.INT_STUID FROM STU_ADDR_TRIPTYPE WHERE "
+    " NOT EXISTS (SELECT STU_ADDR_TRIPTYPE.INT_STUID FROM STU_ADDR_TRIPTYPE WHERE "
     "STU_ADDR_TRIPTYPE.INT_STOPID = STOP_TRIPTYPE.INT_STOPID AND STU_ADDR_TRIPTYPE.TRIPTYPE = "
     "STOP_TRIPTYPE.TRIPTYPE)";
 constexpr std::string_view NoPassengerOfTrip =
-    "(STOP_TRIPTYPE.NUM_STUDENTS = 0 OR STOP_TRIPTYPE.NUM_STUDENTS Is Null)";
+    " (STOP_TRIPTYPE.NUM_STUDENTS = 0 OR STOP_TRIPTYPE.NUM_STUDENTS Is Null)";
 
-constexpr std::string_view Placed = "(STOP.XPOS <> 0 OR STOP.YPOS <> 0)";
+constexpr std::string_view Placed = " (STOP.XPOS <> 0 OR STOP.YPOS <> 0)";
 constexpr std::string_view NotPlaced =
-    "(STOP.XPOS = 0 OR STOP.XPOS Is Null) AND (STOP.YPOS = 0 OR STOP.YPOS Is Null)";
+    " (STOP.XPOS = 0 OR STOP.XPOS Is Null) AND (STOP.YPOS = 0 OR STOP.YPOS Is Null)";
 
-constexpr std::string_view StopActive = "STOP.ACTIVE = True";
-constexpr std::string_view StopInactive = "STOP.ACTIVE = False";
-constexpr std::string_view TripActive = "STOP.ACTIVE = True AND STOP_TRIPTYPE.ACTIVE = True";
-constexpr std::string_view TripInactive = "(STOP.ACTIVE = False OR STOP_TRIPTYPE.ACTIVE = False)";
+constexpr std::string_view StopActive = " STOP.ACTIVE = True";
+constexpr std::string_view StopInactive = " STOP.ACTIVE = False";
+constexpr std::string_view TripActive = " STOP.ACTIVE = True AND STOP_TRIPTYPE.ACTIVE = True";
+constexpr std::string_view TripInactive = " (STOP.ACTIVE = False OR STOP_TRIPTYPE.ACTIVE = False)";
 
-bool filledIn(std::string_view text) { return !base::trim(text).empty(); }
+using ado::Conditions;
 
-/// Conditions joined by AND.
-class Conditions {
-public:
-    void add(std::string_view condition) {
-        text_ += text_.empty() ? "" : " AND ";
-        text_ += condition;
+void addEither(Conditions& where, Either wanted, std::string_view yes, std::string_view no) {
+    if (wanted != Either::Any) {
+        where.add(wanted == Either::Yes ? yes : no);
     }
-    void prefix(std::string_view column, std::string_view value) {
-        if (filledIn(value)) {
-            add(fmt::format("{} LIKE '{}%'", column, base::trim(value)));
-        }
-    }
-    void equal(std::string_view column, std::string_view value) {
-        if (filledIn(value)) {
-            add(fmt::format("{} = '{}'", column, base::trim(value)));
-        }
-    }
-    void either(Either wanted, std::string_view yes, std::string_view no) {
-        if (wanted != Either::Any) {
-            add(wanted == Either::Yes ? yes : no);
-        }
-    }
-
-    [[nodiscard]] const std::string& text() const { return text_; }
-
-private:
-    std::string text_;
-};
+}
 
 /// What no index helps with and few stops meet.
 Conditions rareConditions(const StopSearchCriteria& criteria) {
     Conditions where;
-    where.prefix("STOP.DESCRIPTION", criteria.description);
-    where.prefix("STOP.ADDR1", criteria.address);
+    where.addFilled(" STOP.DESCRIPTION LIKE '{}%'", criteria.description);
+    where.addFilled(" STOP.ADDR1 LIKE '{}%'", criteria.address);
     if (criteria.geocoded == Either::No) {
         where.add(NotPlaced);
     }
@@ -87,11 +65,11 @@ Conditions rareConditions(const StopSearchCriteria& criteria) {
 
 Conditions stopConditions(const StopSearchCriteria& criteria) {
     Conditions where;
-    where.prefix("STOP.STOPID", criteria.stopId);
-    where.equal("STOP.ZIP", criteria.zip);
-    where.equal("STOP.LOCCODE", criteria.location);
-    where.equal("STOP.SCHOOL", criteria.school);
-    where.equal("STOP.STOPTYPE", criteria.stopType);
+    where.addFilled(" STOP.STOPID LIKE '{}%'", criteria.stopId);
+    where.addFilled(" STOP.ZIP = '{}'", criteria.zip);
+    where.addFilled(" STOP.LOCCODE = '{}'", criteria.location);
+    where.addFilled(" STOP.SCHOOL = '{}'", criteria.school);
+    where.addFilled(" STOP.STOPTYPE = '{}'", criteria.stopType);
     if (criteria.geocoded == Either::Yes) {
         where.add(Placed);
     }
@@ -102,7 +80,7 @@ void addForStops(Conditions& where, const StopSearchCriteria& criteria) {
     if (const auto rare = rareConditions(criteria).text(); !rare.empty()) {
         where.add(rare);
     }
-    where.either(criteria.active, StopActive, StopInactive);
+    addEither(where, criteria.active, StopActive, StopInactive);
     if (criteria.withoutStudents) {
         where.add(NoStudentOfStop);
         where.add(NoPassengerOfStop);
@@ -112,14 +90,15 @@ void addForStops(Conditions& where, const StopSearchCriteria& criteria) {
 void addForTrips(Conditions& where, const StopSearchCriteria& criteria) {
     // Looked up among the stops first: the database would go through every trip-type record.
     if (const auto rare = rareConditions(criteria).text(); !rare.empty()) {
-        where.add(fmt::format(
-            "STOP_TRIPTYPE.INT_STOPID IN (SELECT STOP.INT_STOPID FROM STOP WHERE {})", rare));
+        where.add(
+            fmt::format(" STOP_TRIPTYPE.INT_STOPID IN (SELECT STOP.INT_STOPID FROM STOP WHERE {})",
+                        base::trim(rare)));
     }
-    where.either(criteria.active, TripActive, TripInactive);
-    where.equal("STOP_TRIPTYPE.TRIPTYPE", criteria.tripType);
-    where.equal("STOP_TRIPTYPE.RUN", criteria.run);
+    addEither(where, criteria.active, TripActive, TripInactive);
+    where.addFilled(" STOP_TRIPTYPE.TRIPTYPE = '{}'", criteria.tripType);
+    where.addFilled(" STOP_TRIPTYPE.RUN = '{}'", criteria.run);
     if (criteria.unassigned) {
-        where.add("(STOP_TRIPTYPE.RUN = ' ' OR STOP_TRIPTYPE.RUN Is Null)");
+        where.add(" (STOP_TRIPTYPE.RUN = ' ' OR STOP_TRIPTYPE.RUN Is Null)");
     }
     if (criteria.withoutStudents) {
         where.add(NoPassengerOfTrip);
@@ -134,8 +113,7 @@ std::string stopSearchQuery(const StopSearchCriteria& criteria) {
     auto where = stopConditions(criteria);
     (trips ? addForTrips : addForStops)(where, criteria);
     return fmt::format("{}{}{}{}{}", StopColumns, trips ? TripColumns : "",
-                       trips ? TripsFrom : StopsFrom, where.text().empty() ? "" : " Where ",
-                       where.text());
+                       trips ? TripsFrom : StopsFrom, where.keyword(), base::trim(where.text()));
 }
 
 }  // namespace stops

@@ -7,15 +7,16 @@
 
 #include <fmt/format.h>
 
+#include "data/runs/runrow.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signs.h"
 #include "platform/forms/operation.h"
 #include "runedit/map/maphandoff.h"
 #include "startup/base/session.h"
-#include "stops/sequence/arrowicon.h"
 #include "stops/sequence/stoplist.h"
 #include "stops/sequence/stopmessages.h"
 
@@ -26,6 +27,7 @@ namespace stops {
 namespace {
 
 using controls::MultiColumnList;
+using controls::Sign;
 using controls::toQt;
 
 constexpr auto Module = "Add_Remove_Stops";
@@ -39,8 +41,9 @@ const auto NoStops =
 
 std::string tripTypeOf(const std::string& run) {
     ado::Recordset row;
-    row.Open("SELECT RUN.TRIPTYPE FROM RUN WHERE RUN.RUN='" + run + "'", *startup::gcnRouting);
-    return row.Eof() ? std::string() : std::string(base::trim(row["TRIPTYPE"].textView()));
+    return data::openRun(row, *startup::gcnRouting, run)
+               ? std::string(base::trim(row["TRIPTYPE"].textView()))
+               : std::string();
 }
 
 std::string said(std::string_view done, std::size_t count) {
@@ -89,19 +92,19 @@ void Add_Remove_Stops::edit(const std::string& run) {
 void Add_Remove_Stops::wireButtons() {
     const struct {
         QPushButton* button;
-        Arrow arrow;
+        Sign sign;
         const char* procedure;
         void (Add_Remove_Stops::*click)();
     } buttons[] = {
-        {ui_->AddStop, Arrow::Right, "AddStop", &Add_Remove_Stops::AddStop},
-        {ui_->DelStop, Arrow::Left, "DelStop", &Add_Remove_Stops::DelStop},
-        {ui_->Move_To_Top, Arrow::ToTop, "Move_To_Top", &Add_Remove_Stops::Move_To_Top},
-        {ui_->MoveUp, Arrow::Up, "MoveUp", &Add_Remove_Stops::MoveUp},
-        {ui_->MoveDown, Arrow::Down, "MoveDown", &Add_Remove_Stops::MoveDown},
-        {ui_->Move_to_Bottom, Arrow::ToBottom, "Move_to_Bottom", &Add_Remove_Stops::Move_to_Bottom},
+        {ui_->AddStop, Sign::Right, "AddStop", &Add_Remove_Stops::AddStop},
+        {ui_->DelStop, Sign::Left, "DelStop", &Add_Remove_Stops::DelStop},
+        {ui_->Move_To_Top, Sign::ToTop, "Move_To_Top", &Add_Remove_Stops::Move_To_Top},
+        {ui_->MoveUp, Sign::Up, "MoveUp", &Add_Remove_Stops::MoveUp},
+        {ui_->MoveDown, Sign::Down, "MoveDown", &Add_Remove_Stops::MoveDown},
+        {ui_->Move_to_Bottom, Sign::ToBottom, "Move_to_Bottom", &Add_Remove_Stops::Move_to_Bottom},
     };
-    for (const auto& [button, arrow, procedure, click] : buttons) {
-        button->setIcon(arrowIcon(arrow, palette()));
+    for (const auto& [button, sign, procedure, click] : buttons) {
+        button->setIcon(controls::signIcon(sign, palette(), QPalette::ButtonText));
         on(button, &QPushButton::clicked, procedure, click);
     }
     on(ui_->ExitAddRun, &QPushButton::clicked, "ExitAddRun", &Add_Remove_Stops::closeForm);

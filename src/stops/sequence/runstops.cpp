@@ -8,6 +8,7 @@
 
 #include "data/schema/schema.h"
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 #include "stops/sequence/stoplog.h"
 
@@ -105,7 +106,7 @@ private:
         connection_.Execute(fmt::format(
             "UPDATE STOP_TRIPTYPE SET STOP_TRIPTYPE.RUN='{}', STOP_TRIPTYPE.RUNSEQ={} WHERE "
             "STOP_TRIPTYPE.ID={}",
-            run_.run, stopsInRun_, stop.stopTripId));
+            ado::escaped(run_.run), stopsInRun_, stop.stopTripId));
         return stop.stopTripId;
     }
 
@@ -221,7 +222,7 @@ std::string runStopsQuery(std::string_view run) {
         "STOP_TRIPTYPE.INT_STOPID, STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON "
         "STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID Where STOP_TRIPTYPE.RUN='{}' ORDER BY "
         "STOP_TRIPTYPE.RUNSEQ",
-        run);
+        ado::escaped(run));
 }
 
 Stops readRunStops(ado::Connection& connection, std::string_view run) {

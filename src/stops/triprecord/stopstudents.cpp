@@ -7,6 +7,7 @@
 
 #include "data/lists/listreader.h"
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
 #include "startup/base/fieldvalues.h"
@@ -20,7 +21,7 @@ using table::TextTable;
 
 std::string conditionOf(const TripRecord& record) {
     return fmt::format(" WHERE STU_ADDR_TRIPTYPE.INT_STOPID={} AND STU_ADDR_TRIPTYPE.TRIPTYPE='{}'",
-                       record.intStopId, record.tripType);
+                       record.intStopId, ado::escaped(record.tripType));
 }
 
 /// A student who uses the stop from two addresses has two assignments and is one student.

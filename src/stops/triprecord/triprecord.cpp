@@ -4,6 +4,7 @@
 
 #include "data/schema/schema.h"
 #include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 #include "runedit/validation/checkedrun.h"
 #include "startup/base/fieldvalues.h"
@@ -101,7 +102,7 @@ std::vector<std::int64_t> tripRecordsOf(ado::Connection& routing, std::string_vi
     rows.Open(fmt::format("SELECT STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON"
                           " STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}'"
                           " ORDER BY STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
-                          base::trim(run)),
+                          ado::escaped(base::trim(run))),
               routing);
     std::vector<std::int64_t> ids;
     for (; !rows.Eof(); rows.MoveNext()) {

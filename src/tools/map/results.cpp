@@ -4,19 +4,12 @@
 
 #include <fmt/format.h>
 
-#include "platform/ado/recordset.h"
+#include "data/runs/runrow.h"
+#include "platform/ado/sqltext.h"
 
 namespace tools::map {
 
 namespace {
-
-std::string quoted(std::string_view text) {
-    std::string result = "'";
-    for (const char c : text) {
-        result.append(c == '\'' ? 2 : 1, c);
-    }
-    return result + "'";
-}
 
 std::optional<std::size_t> findVisit(const SolvedRun& solved, std::int64_t stop,
                                      std::int64_t sequence) {
@@ -30,8 +23,8 @@ std::optional<std::size_t> findVisit(const SolvedRun& solved, std::int64_t stop,
 
 void writeStops(ado::Connection& routing, const SolvedRun& solved) {
     ado::Recordset rows;
-    rows.Open("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN=" +
-                  quoted(solved.run().id),
+    rows.Open("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
+                  ado::escaped(solved.run().id) + "'",
               routing, ado::CursorType::Dynamic);
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto at =
@@ -52,7 +45,7 @@ void writeStops(ado::Connection& routing, const SolvedRun& solved) {
 }
 
 void writeDirections(ado::Connection& routing, const SolvedRun& solved) {
-    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN=" + quoted(solved.run().id));
+    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(solved.run().id) + "'");
     ado::Recordset rows;
     rows.Open("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing, ado::CursorType::Dynamic);
     for (const auto& line : solved.directions()) {
@@ -72,9 +65,7 @@ void writeDirections(ado::Connection& routing, const SolvedRun& solved) {
 void writeTotals(ado::Connection& routing, const SolvedRun& solved) {
     const auto& run = solved.run();
     ado::Recordset rows;
-    rows.Open("SELECT RUN.* FROM RUN WHERE RUN.RUN=" + quoted(run.id), routing,
-              ado::CursorType::Dynamic);
-    if (rows.Eof()) {
+    if (!data::openRun(rows, routing, run.id, ado::CursorType::Dynamic)) {
         return;
     }
     const auto idOrNull = [](std::int64_t id) { return id == 0 ? base::Value() : base::Value(id); };

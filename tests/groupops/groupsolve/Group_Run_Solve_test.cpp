@@ -127,8 +127,8 @@ TEST_F(GroupSolveForm, SendsEachRunWhenTheAnswerToTheOneBeforeIsThere) {
 }
 
 TEST_F(GroupSolveForm, ARunWithAFaultOfItsOwnIsLeftOut) {
-    sql("INSERT INTO RUN(RUN) VALUES ('A/B'), ('O''Hara')");
-    selection.selected = {"101-AM", "gone", "A/B", "O'Hara", "102-AM", "201-PM"};
+    sql("INSERT INTO RUN(RUN) VALUES ('A/B')");
+    selection.selected = {"101-AM", "gone", "A/B", "102-AM", "201-PM"};
     write("101-AM.dbf", "");
     map.failsAt = 1;
     map.failure = dde::errors::Refused;
@@ -139,9 +139,9 @@ TEST_F(GroupSolveForm, ARunWithAFaultOfItsOwnIsLeftOut) {
     EXPECT_EQ(session.boxes.shown[0].text, runedit::MapStillProcessingText);
     EXPECT_THAT(
         session.boxes.shown[1].text,
-        AllOf(StartsWith("0 of 6 runs solved."), HasSubstr("not finished with them: 101-AM."),
+        AllOf(StartsWith("0 of 5 runs solved."), HasSubstr("not finished with them: 101-AM."),
               HasSubstr("meanwhile: gone."), HasSubstr("files cannot be named after it"),
-              HasSubstr("O'Hara could not"), HasSubstr("201-PM could not be sent: ArcView")));
+              HasSubstr("201-PM could not be sent: ArcView")));
     EXPECT_EQ(session.processes.started.back(), program("Process_RunWork.exe"));
     EXPECT_TRUE(control<QWidget>("LeaveOutSolved").isHidden());
 

@@ -1,0 +1,25 @@
+#include "data/runs/runrow.h"
+
+#include "platform/ado/sqltext.h"
+#include "platform/base/text.h"
+
+namespace data {
+
+std::string runSql(std::string_view run) {
+    return "Select Run.* from RUN WHERE RUN.RUN='" + ado::escaped(run) + "'";
+}
+
+bool openRun(ado::Recordset& row, ado::Connection& routing, std::string_view run,
+             ado::CursorType type) {
+    row.Open(runSql(run), routing, type);
+    return !row.Eof();
+}
+
+bool runExists(ado::Connection& routing, std::string_view run) {
+    ado::Recordset row;
+    row.Open("Select Run.Run From Run Where Run.Run='" + ado::escaped(base::trim(run)) + "'",
+             routing);
+    return !row.Eof();
+}
+
+}  // namespace data
