@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "platform/ado/sqltext.h"
 #include "platform/jet/error.h"
 #include "smalldistrict.h"
 
@@ -107,7 +108,7 @@ TEST_F(Reading, StaticGoesBackAndCountsForwardOnlyDoesNot) {
     EXPECT_EQ(id.asInteger(), 2);
     forward.MoveFirst();
     EXPECT_EQ(id.asInteger(), 1);
-    EXPECT_EQ(rowsOf(forward), "1|2|3|4");
+    EXPECT_EQ(rowsOf(forward), "1,2,3,4");
 }
 
 TEST_F(Reading, WhatIsNotOpenOrNoSelectSaysSo) {
@@ -129,6 +130,69 @@ TEST_F(Reading, WhatIsNotOpenOrNoSelectSaysSo) {
     EXPECT_EQ(errorOf([&] { records.Open("SELECT * FROM RUN", connection); }),
               ado::errors::ObjectOpen);
     EXPECT_EQ(other("SELECT count(*) FROM RUN"), "2");
+}
+
+TEST_F(Reading, APlanServesEveryValueAndSeveralRecordsetsAtATime) {
+    for (const auto& [run, pickup] :
+         {std::pair{"R1", "True"}, {"R2", "False"}, {"r1 ", "True"}, {"none", ""}, {"", ""}}) {
+        ado::Recordset runs;
+        runs.Open(std::string("SELECT RUN.PICKUP FROM RUN WHERE RUN.RUN='") + run + "'",
+                  connection);
+        EXPECT_EQ(rowsOf(runs), pickup) << run;
+    }
+    ado::Recordset outer;
+    outer.Open("SELECT ID FROM STOP_TRIPTYPE WHERE ID > 0 ORDER BY ID", connection);
+    std::string all;
+    for (; !outer.Eof(); outer.MoveNext()) {
+        ado::Recordset inner;
+        inner.Open(
+            "SELECT ID FROM STOP_TRIPTYPE WHERE ID > " + outer["ID"].asText() + " ORDER BY ID",
+            connection);
+        all += rowsOf(inner) + ";";
+    }
+    EXPECT_EQ(all, "2,3,4;3,4;4;;");
+}
+
+TEST_F(Reading, PlansAreForgottenInTheirTurnAndMadeAgain) {
+    for (int round = 0; round < 2; ++round) {
+        for (int width = 1; width <= 300; ++width) {
+            std::string where = "ID = 1";
+            for (int i = 1; i < width % 40 + width / 40; ++i) {
+                where +=
+                    " AND RUNSEQ + " + std::string(static_cast<std::size_t>(width), '0') + "1 > 0";
+            }
+            ado::Recordset rows;
+            rows.Open(
+                "SELECT ID AS N" + std::to_string(width) + " FROM STOP_TRIPTYPE WHERE " + where,
+                connection);
+            ASSERT_EQ(rows.Fields("n" + std::to_string(width)).asInteger(), 1);
+        }
+    }
+}
+
+TEST_F(Reading, AKeyIsFoundWhateverApostrophesItHolds) {
+    for (const std::string key : {"O'NEIL", "'", "''", "R1' OR '1'='1", "\"x\"", "it''s'"}) {
+        ado::Recordset run;
+        run.Open("SELECT * FROM RUN WHERE RUN.RUN = 'R1'", connection, CursorType::Dynamic);
+        run.AddNew();
+        run["RUN"].Value(key);
+        run.Update();
+        ado::Recordset found;
+        found.Open("SELECT RUN.RUN FROM RUN WHERE RUN.RUN='" + ado::escaped(key) + "'", connection);
+        EXPECT_EQ(rowsOf(found), key);
+    }
+}
+
+TEST_F(Reading, ConditionsAreTrimmedAndJoinedAndBlankOnesLeftOut) {
+    ado::Conditions where;
+    EXPECT_EQ(std::string(where.keyword()) + where.text(), "");
+    where.addFilled(" RUN LIKE '{}%'", "  ");
+    where.addFilled(" RUN LIKE '{}%'", " O'N ");
+    EXPECT_EQ(std::string(where.keyword()) + where.text(), " Where  RUN LIKE 'O'N%'");
+    where.add(" (");
+    where.append(" A = 1 ");
+    where.append(")");
+    EXPECT_EQ(where.text(), "RUN LIKE 'O'N%' AND ( A = 1)");
 }
 
 TEST_F(Reading, BracketPatternsAreMatchedByTheConnectionsOwnFunction) {

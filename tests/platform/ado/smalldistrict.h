@@ -6,9 +6,10 @@
 
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
-#include "platform/base/error.h"
 #include "platform/store/database.h"
 #include "platform/store/plainfile.h"
+#include "support/errors.h"
+#include "support/rows.h"
 #include "support/temporaryfolder.h"
 
 /// A district of two runs and four stops, one of them on two runs, with an open connection.
@@ -58,31 +59,14 @@ protected:
     /// What another program sees or does in the file.
     std::string other(const std::string& sql) const { return PlainFile(path).run(sql); }
 
-    /// The number of the run-time error that an action raises; 0 without one.
-    template <class Action>
-    int errorOf(const Action& action) {
-        try {
-            static_cast<void>(action());
-        } catch (const base::RunTimeError& error) {
-            return error.number();
-        }
-        return 0;
-    }
-
     support::TemporaryFolder folder{support::TemporaryFolder::Place::Memory};
     std::string path = folder.path() + "routing.mdb";
     ado::Connection connection;
 };
 
-/// All rows of a recordset's columns, cells parted by "," and rows by "|", Null as "-".
+using support::errorOf;
+
+/// All rows in one text, parted by commas.
 inline std::string rowsOf(ado::Recordset& records) {
-    std::string text;
-    for (; !records.Eof(); records.MoveNext()) {
-        text += text.empty() ? "" : "|";
-        for (int i = 0; i < records.fieldCount(); ++i) {
-            const ado::Field& field = records.Fields(i);
-            text += (i == 0 ? "" : ",") + (field.isNull() ? "-" : field.asText());
-        }
-    }
-    return text;
+    return support::joined(support::rowsOf(records), ",");
 }

@@ -1,12 +1,12 @@
 #include "platform/controls/datebox.h"
 
-#include <QAction>
+#include <QApplication>
 #include <QCalendarWidget>
+#include <QFocusEvent>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
-
-#include "platform/base/datetext.h"
 
 namespace {
 
@@ -37,6 +37,41 @@ TEST(DateBox, TidiesDaysAndTakesThemFromACalendar) {
     QTest::keyClick(calendar->focusWidget(), Qt::Key_Return);
     EXPECT_FALSE(calendar->isVisible());
     EXPECT_EQ(box.text(), "2/28/2026");
+}
+
+TEST(DateBox, TidiesOnLeavingButNotUnderAPopupOfItsOwn) {
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* box = new DateBox;
+    auto* after = new QLineEdit;
+    layout->addWidget(box);
+    layout->addWidget(after);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    for (const auto& [reason, text] : {std::pair{Qt::PopupFocusReason, "1/5/26"},
+                                       {Qt::TabFocusReason, "1/5/2026"},
+                                       {Qt::BacktabFocusReason, "1/5/2026"},
+                                       {Qt::MouseFocusReason, "1/5/2026"},
+                                       {Qt::ActiveWindowFocusReason, "1/5/2026"},
+                                       {Qt::ShortcutFocusReason, "1/5/2026"},
+                                       {Qt::OtherFocusReason, "1/5/2026"}}) {
+        box->setFocus();
+        box->setText("1/5/26");
+        QFocusEvent left(QEvent::FocusOut, reason);
+        QApplication::sendEvent(box, &left);
+        EXPECT_EQ(box->text(), text) << reason;
+    }
+    box->setText("1/5/26");
+    box->openCalendar();
+    auto* calendar = box->findChild<QCalendarWidget*>();
+    ASSERT_TRUE(calendar->isVisible());
+    emit calendar->clicked(QDate(2026, 1, 6));
+    EXPECT_TRUE(box->hasFocus());
+    box->setText("1/7/26");
+    QTest::keyClick(box, Qt::Key_Tab);
+    EXPECT_TRUE(after->hasFocus());
+    EXPECT_EQ(box->text(), "1/7/2026");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -128,6 +129,41 @@ TEST_F(ListTest, ClicksChooseAndDoubleClickOrEnterActivates) {
     EXPECT_EQ(activated.count(), 1);
 }
 
+TEST_F(ListTest, OnlyWhatTheUserDoesChooses) {
+    list.setTable(runs(12));
+    QSignalSpy clicked(&list, &MultiColumnList::rowClicked);
+    const auto current = [&](int row) { return list.model()->index(row, 0); };
+    list.selectRows(std::vector{1, 2});
+    list.setCurrentIndex(current(3));
+    EXPECT_EQ(list.chosenRow(), -1) << "the program selects";
+    list.choose(5);
+    list.selectNone();
+    list.setCurrentIndex(current(2));
+    EXPECT_EQ(list.chosenRow(), 5);
+    EXPECT_EQ(clicked.count(), 0);
+
+    QTest::mouseClick(list.viewport(), Qt::RightButton, {}, centre(4));
+    EXPECT_EQ(list.chosenRow(), 4);
+    QTest::mousePress(list.viewport(), Qt::LeftButton, {}, centre(1));
+    QMouseEvent drag(QEvent::MouseMove, centre(3), list.viewport()->mapToGlobal(centre(3)),
+                     Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &drag);
+    EXPECT_EQ(list.selectedRows(), (std::vector{1, 2, 3}));
+    EXPECT_EQ(list.chosenRow(), 3);
+    QTest::mouseRelease(list.viewport(), Qt::LeftButton, {}, centre(3));
+
+    clicked.clear();
+    list.setFocus();
+    QTest::keyClicks(&list, "R7");
+    EXPECT_EQ(list.chosenKey(), "R7");
+    EXPECT_EQ(clicked.back()[0].toInt(), 7);
+    QTest::keyClick(&list, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(list.selectedCount(), 12);
+    EXPECT_EQ(list.chosenKey(), "R7");
+    list.setCurrentIndex(current(0));
+    EXPECT_EQ(list.chosenKey(), "R7") << "the user's act has ended with its key";
+}
+
 TEST_F(ListTest, HeaderClicksSortBothWaysWithTheRowsKeptTogether) {
     list.setTable(runs(10));
     const std::vector<int> two{1, 2};
@@ -175,14 +211,11 @@ TEST_F(ListTest, AddedRowsStandBelowTheOthersAndLeaveThePlannersPlaceAlone) {
 }
 
 TEST_F(ListTest, PositionBehindTheEndIsTheLastRow) {
-    list.setTable(runs(3));
-    list.choose(40);
-    EXPECT_EQ(list.chosenKey(), "R2");
-    list.choose(-1);
-    EXPECT_EQ(list.chosenRow(), -1);
-    list.setTable(runs(0));
-    list.choose(40);
-    EXPECT_EQ(list.chosenRow(), -1);
+    for (const auto& [count, row, chosen] : {std::tuple{3, 40, 2}, {3, -1, -1}, {0, 40, -1}}) {
+        list.setTable(runs(count));
+        list.choose(row);
+        EXPECT_EQ(list.chosenRow(), chosen) << row << " of " << count;
+    }
 }
 
 TEST_F(ListTest, CopiesTheSelectionWithItsCaptionsInTheOrderShown) {

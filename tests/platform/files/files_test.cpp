@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/base/error.h"
+#include "support/errors.h"
 #include "support/temporaryfolder.h"
 
 namespace {
@@ -55,12 +55,7 @@ TEST_F(Files, CopiesOverAFileOfAnotherCase) {
 
 TEST_F(Files, CopyingWhatIsNotThereOrCannotBeWrittenRaises) {
     const auto numberOf = [&](const std::string& from, const std::string& to) {
-        try {
-            files::copy(in(from), in(to));
-        } catch (const base::RunTimeError& error) {
-            return error.number();
-        }
-        return 0;
+        return support::errorOf([&] { files::copy(in(from), in(to)); });
     };
     EXPECT_EQ(numberOf("Runs.txt", "RunsOld.txt"), base::errors::FileNotFound);
     folder_.write("Runs.txt", "");

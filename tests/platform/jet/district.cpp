@@ -1,9 +1,6 @@
 #include "district.h"
 
-#include <filesystem>
 #include <fstream>
-
-#include <stdlib.h>
 
 #include "data/schema/schema.h"
 #include "platform/base/text.h"
@@ -39,11 +36,7 @@ std::unique_ptr<store::Statement> prepared(store::Database& database,
 }  // namespace
 
 District::District() {
-    folder_ = (std::filesystem::temp_directory_path() / "vireo-jet-XXXXXX").string();
-    if (mkdtemp(folder_.data()) == nullptr) {
-        throw std::runtime_error("no folder for the test's district");
-    }
-    database_ = store::createFile(folder_ + "/district.mdb");
+    database_ = store::createFile(folder_.path() + "district.mdb");
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
         for (const store::Table& table : data::tablesOf(file)) {
             if (catalog().find(table.name) == nullptr) {
@@ -63,12 +56,6 @@ District::District() {
         }
     }
     database_->commit();
-}
-
-District::~District() {
-    database_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
 }
 
 std::vector<std::string> District::run(std::string_view sql) {

@@ -7,6 +7,7 @@
 
 #include "platform/jet/translate.h"
 #include "platform/store/database.h"
+#include "support/temporaryfolder.h"
 
 namespace jet::testing {
 
@@ -15,9 +16,6 @@ namespace jet::testing {
 class District {
 public:
     District();
-    ~District();
-    District(const District&) = delete;
-    District& operator=(const District&) = delete;
 
     [[nodiscard]] store::Database& database() { return *database_; }
     [[nodiscard]] const store::Catalog& catalog() const { return database_->catalog(); }
@@ -33,7 +31,7 @@ public:
     std::string plan(std::string_view sql);
 
 private:
-    std::string folder_;
+    support::TemporaryFolder folder_{support::TemporaryFolder::Place::Memory};
     std::unique_ptr<store::Database> database_;
 };
 

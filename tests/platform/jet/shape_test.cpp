@@ -68,8 +68,7 @@ TEST(Shape, TellsWhatALiteralsContentDecides) {
 TEST(Shape, OneTranslationServesAllStatementsOfAShape) {
     std::mt19937 random(3);  // NOLINT: the same cases every time
     int same = 0;
-    for (const Block& block :
-         readStatements(VIREO_SOURCE_DIR "/tests/platform/jet/statements.txt")) {
+    for (const Block& block : readStatements()) {
         for (const Step& step : block) {
             const std::string other = withOtherLiterals(step.sql, random);
             if (!step.error.empty() || shapeOf(step.sql).key != shapeOf(other).key) {

@@ -7,63 +7,72 @@ namespace jet::testing {
 
 namespace {
 
-void readError(Step& step, const std::string& rest) {
-    std::size_t digits = 0;
-    step.position = static_cast<std::size_t>(std::stoul(rest, &digits));
-    step.error = rest.substr(digits + 1);
+void addRows(Step& step, std::string_view rows) {
+    constexpr std::string_view Between = " ; ";
+    step.comparesRows = true;
+    while (rows != "none") {
+        const auto end = rows.find(Between);
+        step.rows.emplace_back(rows.substr(0, end));
+        if (end == rows.npos) {
+            return;
+        }
+        rows.remove_prefix(end + Between.size());
+    }
 }
 
-void read(Block& block, const std::string& line, int number) {
-    const std::string rest = line.size() > 2 ? line.substr(2) : "";
-    if (line.front() == '?') {
-        block.emplace_back().line = number;
-        block.back().sql = rest;
-        return;
+void expect(Step& step, const std::string& outcome) {
+    if (outcome.starts_with("# ")) {
+        step.rowCount = std::stoi(outcome.substr(2));
+    } else if (outcome.starts_with("! ")) {
+        std::size_t digits = 0;
+        step.position = std::stoul(outcome.substr(2), &digits);
+        step.error = outcome.substr(digits + 3);
+    } else {
+        addRows(step, outcome);
     }
-    if (block.empty()) {
-        throw std::runtime_error("line " + std::to_string(number) + " stands before a statement");
+}
+
+std::string sqlOf(char kind, const std::string& text) {
+    return kind == '*'   ? "SELECT " + text + " FROM SYSTEM"
+           : kind == '&' ? "SELECT RUN.RUN FROM RUN WHERE " + text + " ORDER BY RUN.RUN"
+                         : text;
+}
+
+Step stepOf(char kind, const std::string& rest, int line) {
+    const auto outcome = rest.rfind(" -> ");
+    Step step;
+    step.line = line;
+    step.sql = sqlOf(kind, rest.substr(0, outcome));
+    if (outcome != rest.npos) {
+        expect(step, rest.substr(outcome + 4));
     }
-    Step& step = block.back();
-    switch (line.front()) {
-        case '>':
-            step.translation = rest;
-            break;
-        case '#':
-            step.rowCount = std::stoi(rest);
-            break;
-        case '!':
-            readError(step, rest);
-            break;
-        case '=':
-            step.comparesRows = true;
-            if (line != "=none") {
-                step.rows.push_back(rest);
-            }
-            break;
-        default:
-            throw std::runtime_error("line " + std::to_string(number) + " is of no kind");
-    }
+    return step;
 }
 
 }  // namespace
 
-std::vector<Block> readStatements(const std::string& path) {
-    std::ifstream file(path);
-    std::vector<Block> blocks(1);
+std::vector<Block> readStatements() {
+    std::ifstream file(VIREO_SOURCE_DIR "/tests/platform/jet/statements.txt");
+    std::vector<Block> blocks;
     int number = 0;
     for (std::string line; std::getline(file, line);) {
         ++number;
-        if (line.starts_with("--")) {
+        if (line.empty() || line.starts_with("--")) {
             continue;
         }
-        if (!line.empty()) {
-            read(blocks.back(), line, number);
-        } else if (!blocks.back().empty()) {
-            blocks.emplace_back();
+        const char kind = line.front();
+        const std::string rest = line.substr(2);
+        if (kind == '+') {
+            blocks.back().push_back(stepOf(kind, rest, number));
+        } else if (kind == '>') {
+            blocks.back().back().translation = rest;
+        } else if (kind == '=' || kind == '#' || kind == '!') {
+            expect(blocks.back().back(), kind == '=' ? rest : line);
+        } else if (kind == '?' || kind == '*' || kind == '&') {
+            blocks.push_back({stepOf(kind, rest, number)});
+        } else {
+            throw std::runtime_error("line " + std::to_string(number) + " is of no kind");
         }
-    }
-    if (blocks.back().empty()) {
-        blocks.pop_back();
     }
     return blocks;
 }

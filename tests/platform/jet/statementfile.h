@@ -18,15 +18,13 @@ struct Step {
     std::size_t position = 0;
 };
 
-/// How a test's parameter shows itself.
-inline void PrintTo(const Step& step, std::ostream* out) { *out << step.sql; }
-
 /// Steps that belong together: run one after another, then undone.
 using Block = std::vector<Step>;
 
-/// The file's blocks, parted by blank lines. A line begins with what it is: `?` a statement, `>`
-/// its translation, `=` a row, `=none` no row, `#` the number of rows, `!` the position and the
-/// beginning of the error, `--` a remark.
-[[nodiscard]] std::vector<Block> readStatements(const std::string& path);
+/// How a test's parameter shows itself.
+inline void PrintTo(const Step& step, std::ostream* out) { *out << step.sql; }
+
+/// The file's statements; its first lines tell how it is written.
+[[nodiscard]] std::vector<Block> readStatements();
 
 }  // namespace jet::testing

@@ -1,5 +1,4 @@
-// Every statement of the program, parsed, translated and run on a small district; see
-// statements.txt.
+// The statements of statements.txt, parsed, translated and run on a small district.
 
 #include <gtest/gtest.h>
 
@@ -53,10 +52,7 @@ std::string nameOf(const ::testing::TestParamInfo<Block>& block) {
     return "Line" + std::to_string(block.param.front().line);
 }
 
-INSTANTIATE_TEST_SUITE_P(File, Statements,
-                         ::testing::ValuesIn(readStatements(VIREO_SOURCE_DIR
-                                                            "/tests/platform/jet/statements.txt")),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(File, Statements, ::testing::ValuesIn(readStatements()), nameOf);
 
 }  // namespace
 

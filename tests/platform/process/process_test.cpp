@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/base/error.h"
+#include "support/errors.h"
 #include "support/temporaryfolder.h"
 
 namespace {
@@ -37,12 +37,7 @@ protected:
     }
 
     [[nodiscard]] static int failureOf(const std::string& program) {
-        try {
-            process::host().start(program, {});
-        } catch (const base::RunTimeError& error) {
-            return error.number();
-        }
-        return 0;
+        return support::errorOf([&] { process::host().start(program, {}); });
     }
 
     support::TemporaryFolder folder_;

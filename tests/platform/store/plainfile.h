@@ -6,6 +6,8 @@
 
 #include <sqlite3.h>
 
+#include "platform/store/database.h"
+
 /// Another program at the same file: the engine's plain interface, nothing of ours registered.
 class PlainFile {
 public:
@@ -36,3 +38,14 @@ public:
 private:
     sqlite3* handle_ = nullptr;
 };
+
+/// The fault that an action raises; there must be one.
+template <class Action>
+store::StoreError refusalOf(Action&& action) {
+    try {
+        static_cast<void>(action());
+    } catch (const store::StoreError& error) {
+        return error;
+    }
+    throw std::logic_error("was taken");
+}

@@ -51,14 +51,6 @@ TEST_F(Rows, AreWrittenOnlyWhereTheyAreStillAsFetched) {
     EXPECT_EQ(setSeq(8), RowOutcome::Written) << "a column that was not fetched changed";
 }
 
-TEST_F(Rows, ThatAreGoneAreToldFromChangedOnes) {
-    other.run("DELETE FROM STOPS");
-    EXPECT_EQ(setSeq(1), RowOutcome::Deleted);
-    EXPECT_EQ(database->remove(row), RowOutcome::Deleted);
-    std::vector<store::ColumnValue> values{{column("RUN"), {}}};
-    EXPECT_FALSE(database->read(*table, row.key, values));
-}
-
 TEST_F(Rows, FetchedAsNullStayComparable) {
     row.values.push_back({column("AT"), {}});
     EXPECT_EQ(setSeq(1), RowOutcome::Written);
@@ -80,12 +72,6 @@ TEST_F(Rows, KeepEveryKindOfValueExactly) {
     EXPECT_EQ(read[3].value, Value("2026-01-31 07:05:09"));
     EXPECT_EQ(database->defaultOf(*column("MILES")), Value(1.5));
     EXPECT_TRUE(database->defaultOf(*column("RUN")).isNull());
-}
-
-TEST_F(Rows, OfNewOnesGetKeysAndDefaults) {
-    const Value key = database->insert(*table, {});
-    EXPECT_EQ(key, Value(2));
-    EXPECT_EQ(other.run("SELECT MILES || ',' || ACTIVE FROM STOPS WHERE ID = 2"), "1.5,0");
 }
 
 }  // namespace
