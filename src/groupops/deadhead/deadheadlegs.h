@@ -69,8 +69,6 @@ struct RunDeadHead {
     std::optional<base::Date> afterStart;   ///< the run's end and the minutes after it: meant so
     bool showBothBeg = false;
     bool showBothEnd = false;
-
-    [[nodiscard]] bool isComplete() const { return beforeStart && afterStart; }
 };
 
 /// Minutes become whole seconds as everywhere; a time before midnight is on the day before. Raises

@@ -152,8 +152,6 @@ std::int64_t SqliteDatabase::execute(std::string_view sql) {
 
 std::int64_t SqliteDatabase::changedRows() const { return sqlite3_changes64(source_.handle); }
 
-std::int64_t SqliteDatabase::lastKey() const { return sqlite3_last_insert_rowid(source_.handle); }
-
 RowOutcome SqliteDatabase::update(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
     return rows_.update(row, changes);
 }

@@ -103,7 +103,6 @@ void MapAnswer::countDown() {
 void MapAnswer::giveUp() {
     stop();
     emit status(Ended);
-    emit finished();
 }
 
 void MapAnswer::Timer2_Timer() {
@@ -119,20 +118,14 @@ void MapAnswer::Timer2_Timer() {
                 std::to_string(startup::TotSavedRuns));
         emit status(Received);
         buildLists();
-        emit finished();
     });
 }
 
 void MapAnswer::buildLists() {
     emit lists();
-    emit stopList();
-    logLine("In Tarn, in Timer2 after Build_StopList ");
-    emit warningList();
-    logLine("In Tarn, in Timer2 after Build_WarnList ");
-    emit directionList();
-    logLine("In Tarn, in Timer2 after Build_DirList ");
-    emit specialNeedsList();
-    logLine("In Tarn, in Timer2 after Build_SpecialNeedsList ");
+    for (const char* list : {"StopList", "WarnList", "DirList", "SpecialNeedsList"}) {
+        logLine(std::string("In Tarn, in Timer2 after Build_") + list + " ");
+    }
 }
 
 }  // namespace runedit

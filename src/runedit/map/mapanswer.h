@@ -35,15 +35,8 @@ signals:
     void status(const QString& text);
     /// Read the run from the database again.
     void reload();
-    /// Build all four lists again: for a form that does so in one go. The signals below follow, for
-    /// one that builds them singly; each is logged as done when it returns.
+    /// Build the four lists again; they are logged as done when it returns.
     void lists();
-    void stopList();
-    void warningList();
-    void directionList();
-    void specialNeedsList();
-    /// All is done, or the map program has ended without an answer.
-    void finished();
 
 private:
     void Timer1_Timer();

@@ -135,11 +135,4 @@ MapRequest solveRunRequest(const WorkFiles& files, const std::string& run) {
     return {"SolveRun", {files.path(workfile::RunStops), run}};
 }
 
-MapRequest showPointsRequest(const std::string& dataPath, const std::string& layer,
-                             const std::string& layerFile) {
-    return {
-        "Show.ShowPoints",
-        {"MS Access Routing", "DATABASE='" + dataPath + "Routing.mdb'", layer, layerFile, true}};
-}
-
 }  // namespace runedit

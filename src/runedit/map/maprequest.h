@@ -31,8 +31,5 @@ struct MapRequest {
 [[nodiscard]] MapRequest showMapRequest(const WorkFiles& files, const std::string& run);
 [[nodiscard]] MapRequest startRunRequest(const WorkFiles& files, const std::string& run);
 [[nodiscard]] MapRequest solveRunRequest(const WorkFiles& files, const std::string& run);
-/// Shows points of the routing database in `dataPath` as a layer: "Stops", "stops.avl".
-[[nodiscard]] MapRequest showPointsRequest(const std::string& dataPath, const std::string& layer,
-                                           const std::string& layerFile);
 
 }  // namespace runedit

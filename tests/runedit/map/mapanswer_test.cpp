@@ -31,16 +31,10 @@ protected:
                          [this](const QString& text) { note(text.toStdString()); });
         QObject::connect(answer.get(), &MapAnswer::reload, keep("<reload>"));
         QObject::connect(answer.get(), &MapAnswer::lists, keep("<lists>"));
-        QObject::connect(answer.get(), &MapAnswer::stopList, keep("<stops>"));
-        QObject::connect(answer.get(), &MapAnswer::warningList, keep("<warnings>"));
-        QObject::connect(answer.get(), &MapAnswer::directionList, keep("<directions>"));
-        QObject::connect(answer.get(), &MapAnswer::specialNeedsList, keep("<needs>"));
-        QObject::connect(answer.get(), &MapAnswer::finished, keep("<finished>"));
         answer->start();
         return answer;
     }
     void note(const std::string& event) { events.push_back(event); }
-    bool finished() const { return !events.empty() && events.back() == "<finished>"; }
 
     std::vector<std::string> log() const {
         const auto text = file("log.txt");
@@ -58,7 +52,7 @@ TEST_F(MapAnswerTest, GoesFromWaitingThroughTheCountdownToTheLists) {
     QTest::qWait(50);
     EXPECT_THAT(events, ElementsAre("Waiting for updated information from mapping software."));
     write("RUNDONE.TXT", "\xFF\x00 no text");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return finished(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !answer->isWaiting(); }));
 
     std::vector<std::string> expected{"Waiting for updated information from mapping software."};
     for (int seconds = 10; seconds > 0; --seconds) {
@@ -66,8 +60,7 @@ TEST_F(MapAnswerTest, GoesFromWaitingThroughTheCountdownToTheLists) {
                            " seconds remaining");
     }
     for (const auto* event :
-         {"Run Not Saved.", "<reload>", "Information Received from Mapping Software.", "<lists>",
-          "<stops>", "<warnings>", "<directions>", "<needs>", "<finished>"}) {
+         {"Run Not Saved.", "<reload>", "Information Received from Mapping Software.", "<lists>"}) {
         expected.push_back(event);
     }
     EXPECT_THAT(events, ElementsAreArray(expected));
@@ -88,7 +81,7 @@ TEST_F(MapAnswerTest, GoesFromWaitingThroughTheCountdownToTheLists) {
 TEST_F(MapAnswerTest, TheGroupSolveIsNamedInOneLineOnly) {
     write("RunDone.txt", "");
     const auto answer = waiting(MapScreen::GroupRunSolve);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return finished(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !answer->isWaiting(); }));
     ASSERT_THAT(log(), testing::SizeIs(8));
     EXPECT_EQ(log()[3],
               "In Group_Run_Solve, in Timer2 performed Command1_Click and about to see if "

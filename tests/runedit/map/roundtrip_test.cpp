@@ -25,7 +25,6 @@ protected:
         QObject::connect(&answer, &MapAnswer::reload, [this] { reloaded = true; });
         QObject::connect(&answer, &MapAnswer::status,
                          [this](const QString& text) { status = text.toStdString(); });
-        QObject::connect(&answer, &MapAnswer::finished, [this] { finished = true; });
     }
     ~RoundTrip() override {
         dde::setTransport(nullptr);
@@ -54,10 +53,9 @@ protected:
         return "";
     }
     void waitForAnswer() {
-        finished = false;
         reloaded = false;
         answer.start();
-        EXPECT_TRUE(QTest::qWaitFor([this] { return finished; }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !answer.isWaiting(); }));
     }
 
     support::PrivateBus bus;
@@ -65,7 +63,6 @@ protected:
     dde::DBusTransport impatient{bus.address(), 400ms};
     MapAnswer answer{nullptr};
     std::string status;
-    bool finished = false;
     bool reloaded = false;
 };
 

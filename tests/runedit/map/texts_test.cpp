@@ -64,9 +64,6 @@ TEST(MapTexts, RequestsNameScriptFilesAndRun) {
               R"("/opt/vireo/R1.dbf", "R1"}))");
     EXPECT_EQ(commandText(solveRunRequest(files, "R\"1")),
               R"(av.Run("SolveRun", {"/opt/vireo/runstop.avl", "R""1"}))");
-    EXPECT_EQ(commandText(showPointsRequest("/srv/data/", "Stops", "stops.avl")),
-              R"(av.Run("Show.ShowPoints", {"MS Access Routing", )"
-              R"("DATABASE='/srv/data/Routing.mdb'", "Stops", "stops.avl", True}))");
 }
 
 TEST(MapTexts, RequestsAreReadAgainAndNothingElseIs) {
