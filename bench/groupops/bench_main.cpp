@@ -68,8 +68,8 @@ void bellChange(benchmark::State& state, const bench::MeasuredDistrict& district
         const auto bell = base::Date::timeOfDay(8, ++round % 60);
         changed = groupops::changeBellTimes(*startup::gcnRouting,
                                             {groups, NewBells(Groups, bell), {.fromEnd = true}},
-                                            {silent, silent, {}})
-                      .changed;
+                                            {silent, [](double) {}})
+                      .done;
     }
     setCounters(state, changed);
 }
@@ -86,7 +86,7 @@ void groupChange(benchmark::State& state, const bench::MeasuredDistrict& distric
     for (auto _ : state) {
         const std::vector<groupops::RunChange> changes{{"Capacity", ++round % 2 ? "High" : "Low"},
                                                        {"OverFill", round}};
-        changed = groupops::changeRuns(*startup::gcnRouting, runs, changes, silent).changed;
+        changed = groupops::changeRuns(*startup::gcnRouting, runs, changes, silent).done;
     }
     setCounters(state, changed);
 }

@@ -44,7 +44,7 @@ void merge(benchmark::State& state, const bench::TemporaryDistrict& district) {
     groupops::RunMerge merge{"BENCH-B", "BENCH-A", "BENCH"};
     for (auto _ : state) {
         const auto outcome = groupops::mergeRuns(routing, merge, progress);
-        if (outcome.moved != Stops) {
+        if (outcome.done != Stops) {
             state.SkipWithError("Not all stops were moved.");
         }
         std::swap(merge.receiving, merge.source);

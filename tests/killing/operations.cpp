@@ -54,8 +54,7 @@ void changeBells(District& district) {
         change.newBells.push_back(bell ? std::optional(bell->plusSeconds(600)) : std::nullopt);
     }
     Unwatched progress;
-    groupops::changeBellTimes(district.routing, change,
-                              {progress, progress, [](const std::string&) {}});
+    groupops::changeBellTimes(district.routing, change, {progress, [](double) {}});
 }
 
 void calculateDeadHead(District& district, bool reset) {

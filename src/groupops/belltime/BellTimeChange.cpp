@@ -1,6 +1,8 @@
 #include "groupops/belltime/BellTimeChange.h"
 
 #include <QCheckBox>
+#include <cmath>
+#include <map>
 
 #include <fmt/format.h>
 
@@ -12,7 +14,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/controls/timebox.h"
 #include "platform/forms/formregistry.h"
-#include "platform/forms/operation.h"
+#include "platform/forms/timer.h"
 #include "startup/base/mdlFileUtilities.h"
 #include "startup/base/session.h"
 
@@ -26,7 +28,6 @@ using base::Date;
 using base::MsgIcon;
 
 constexpr auto BellForm = "BellTimeChange";
-constexpr auto ChangingStatus = "*** Changing Bell Times ***";
 constexpr int ClearStatusMs = 8000;
 
 // Columns of the grid.
@@ -104,6 +105,13 @@ BellTimeChange::BellTimeChange(RunSelection& selection, forms::Form* owner)
                                    {"Current Bell Time", "Current_Bell_Time"},
                                    {"Number of Runs", "NumRuns", false, true},
                                    {"New Bell Time", "New_Bell_Time", true}});
+    panel_ = {{ui_->ProgressBar1, ui_->ProgressBar2},
+              ui_->StatMsg,
+              ui_->StopChange,
+              Timer1,
+              ClearStatusMs,
+              ChangingBells};
+    ui_->StopChange->hide();
     wire();
 }
 
@@ -141,7 +149,7 @@ void BellTimeChange::Form_Load() {
     ui_->TimeToUse->setCurrentIndex(1);
     trap("Build_Time_List", &BellTimeChange::Build_Time_List);
     Change_Run_Time_Click();
-    Timer1_Timer();
+    panel_.clear();
     ui_->BellTimeGrid->setFocus();
 }
 
@@ -292,38 +300,46 @@ void BellTimeChange::ChangeBell_Click() {
         return;
     }
     const BellChange asked{*groups_, std::move(*bells), *how};
-    if (wanted(asked)) {
-        tellWhatWasLeft(change(asked));
+    if (!wanted(asked)) {
+        return;
+    }
+    const Outcome outcome = change(asked);
+    if (ui_->Change_Run_Time->isChecked() && outcome.done > 0 && !outcome.stopped) {
+        calculateDeadHead();
+    }
+    rebuild(outcome.stopped);
+    selection_.searchAgain();
+    tellWhatWasLeft(outcome);
+}
+
+/// After a stop the new bell times stay with the groups that still have their old one.
+void BellTimeChange::rebuild(bool keepsNewBells) {
+    auto& grid = *ui_->BellTimeGrid;
+    std::map<std::string, std::string> entered;
+    const auto group = [&](int row) {
+        return grid.cellText(row, 0) + "|" + grid.cellText(row, CurrentBell);
+    };
+    for (int row = 0; keepsNewBells && row < grid.rows(); ++row) {
+        entered[group(row)] = grid.cellText(row, NewBell);
+    }
+    trap("Build_Time_List", &BellTimeChange::Build_Time_List);
+    for (int row = 0; keepsNewBells && row < grid.rows(); ++row) {
+        grid.setCellText(row, NewBell, entered[group(row)]);
     }
 }
 
-GroupOutcome BellTimeChange::change(const BellChange& change) {
-    Timer1_Timer();
-    ui_->ProgressBar1->show();
-    ui_->ProgressBar2->show();
-    ui_->StatMsg->show();
-    ui_->StopChange->show();
-    setCancelButton(ui_->StopChange);
-    GroupOutcome outcome;
-    {
-        const Operation operation(*this, ui_->StopChange);
-        forms::Progress groups(ui_->ProgressBar2, nullptr);
-        forms::Progress runs(ui_->ProgressBar1, ui_->StatMsg, ui_->StopChange);
-        outcome = changeBellTimes(*startup::gcnRouting, change, {groups, runs, startup::logLine});
-        ui_->StopChange->hide();
-        runs.status(fmt::format("Bell Times Changed. {} Runs changed.", outcome.changed));
-        Timer1->startOnce(ClearStatusMs);
-        if (ui_->Change_Run_Time->isChecked() && outcome.changed > 0 && !outcome.stopped) {
-            calculateDeadHead();
-        }
-        trap("Build_Time_List", &BellTimeChange::Build_Time_List);
-        selection_.searchAgain();
-    }
-    setCancelButton(ui_->Exit_Change);
+Outcome BellTimeChange::change(const BellChange& change) {
+    Operation operation(*this, panel_);
+    const auto showGroups = [this](double percent) {
+        ui_->ProgressBar2->setValue(static_cast<int>(std::lround(percent)));
+    };
+    auto outcome =
+        changeBellTimes(*startup::gcnRouting, change, {operation, showGroups, startup::logLine});
+    operation.status(fmt::format("Bell Times Changed. {} Runs changed.", outcome.done));
     return outcome;
 }
 
-/// Its form stays open with what it has found; the planner may go on here meanwhile.
+/// Its form stays open with what it has found, beside this one.
 void BellTimeChange::calculateDeadHead() {
     auto& form = forms::FormRegistry::instance().load<frmCalcDeadHead>(this);
     form.ResetDeadHead().setChecked(false);
@@ -332,12 +348,12 @@ void BellTimeChange::calculateDeadHead() {
     form.Calculate_Click();
 }
 
-void BellTimeChange::tellWhatWasLeft(const GroupOutcome& outcome) {
-    auto left = whatWasLeft(outcome);
+void BellTimeChange::tellWhatWasLeft(const Outcome& outcome) {
+    auto left = whatWasLeft(outcome, runChangeWording());
     if (left.empty()) {
         return;
     }
-    if (outcome.stopped && outcome.changed > 0 && ui_->Change_Run_Time->isChecked()) {
+    if (outcome.stopped && outcome.done > 0 && ui_->Change_Run_Time->isChecked()) {
         left += "\n\nThe dead-head times of the changed runs were not calculated anew.";
     }
     base::MsgBox(left, "Bell Time Change", MsgIcon::Information);
@@ -345,13 +361,6 @@ void BellTimeChange::tellWhatWasLeft(const GroupOutcome& outcome) {
 
 void BellTimeChange::Exit_Change_Click() { closeForm(); }
 
-void BellTimeChange::Timer1_Timer() {
-    Timer1->setEnabled(false);
-    for (QWidget* control : std::initializer_list<QWidget*>{ui_->ProgressBar1, ui_->ProgressBar2,
-                                                            ui_->StatMsg, ui_->StopChange}) {
-        control->hide();
-    }
-    ui_->StatMsg->setText(ChangingStatus);
-}
+void BellTimeChange::Timer1_Timer() { panel_.clear(); }
 
 }  // namespace groupops

@@ -6,7 +6,7 @@
 
 #include "groupops/base/runselection.h"
 #include "groupops/belltime/bellchange.h"
-#include "platform/forms/timer.h"
+#include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
 
 namespace Ui {
@@ -54,13 +54,15 @@ private:
     [[nodiscard]] std::optional<BellMethod> method();
     void refuseNewBell(int row);
 
-    GroupOutcome change(const BellChange& change);
+    Outcome change(const BellChange& change);
     void calculateDeadHead();
-    void tellWhatWasLeft(const GroupOutcome& outcome);
+    void rebuild(bool keepsNewBells);
+    void tellWhatWasLeft(const Outcome& outcome);
 
     RunSelection& selection_;
     std::unique_ptr<Ui::BellTimeChange> ui_;
     forms::Timer* Timer1;
+    forms::OperationPanel panel_;
     std::unique_ptr<BellGroups> groups_;
 };
 

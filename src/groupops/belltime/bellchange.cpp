@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "data/runs/runrow.h"
+#include "groupops/base/grouploop.h"
 #include "platform/ado/recordset.h"
 #include "startup/base/fieldvalues.h"
 
@@ -15,75 +16,66 @@ namespace {
 
 constexpr auto ChangedBy = "BELL TIME CHANGE";
 
+/// A time of day, whichever day the bell's arithmetic has come to.
 std::optional<base::Date> newBell(const BellChange& change, int group) {
     const auto place = static_cast<std::size_t>(group - 1);
-    return place < change.newBells.size() ? change.newBells[place] : std::nullopt;
+    const bool changes = place < change.newBells.size() && change.newBells[place];
+    return changes ? std::optional(change.newBells[place]->timeValue()) : std::nullopt;
 }
 
 /// One bell change under way.
 class Changing {
 public:
     Changing(ado::Connection& routing, const BellChange& change, const BellReport& report)
-        : routing_(routing), work_(routing), change_(change), report_(report) {}
+        : routing_(routing), change_(change), report_(report) {}
 
-    GroupOutcome all();
+    Outcome all();
 
 private:
-    bool changeGroup(const BellGroup& group, base::Date bell);
-    void changeRun(const std::string& run, base::Date bell);
+    std::optional<LeftOut> changeRun(const std::string& run, base::Date bell);
     void write(ado::Recordset& row, const std::string& run, base::Date bell, base::Date anchor);
 
     ado::Connection& routing_;
-    ado::GroupWork work_;
     const BellChange& change_;
     const BellReport& report_;
-    GroupOutcome outcome_;
     std::int32_t gap_ = 0;  ///< goes over from run to run
 };
 
-GroupOutcome Changing::all() {
+Outcome Changing::all() {
+    Outcome outcome;
     const int count = change_.groups.count();
     for (int group = 1; group <= count; ++group) {
-        outcome_.asked += newBell(change_, group) ? change_.groups[group].runCount : 0;
+        outcome.asked += newBell(change_, group) ? change_.groups[group].runCount : 0;
     }
-    for (int group = 1; group <= count && !outcome_.stopped; ++group) {
-        report_.groups.progress(100.0 * group / count);
-        if (const auto bell = newBell(change_, group)) {
-            outcome_.stopped = !changeGroup(change_.groups[group], *bell);
-        }
+    GroupLoop loop(routing_, report_.runs, runChangeWording(), outcome);
+    for (int group = 1; group <= count && !outcome.stopped; ++group) {
+        report_.groups(100.0 * group / count);
+        const auto bell = newBell(change_, group);
+        const auto& runs = change_.groups[group].runs;
+        const int inGroup = bell ? change_.groups[group].runCount : 0;
+        loop.forEach(
+            std::views::iota(1, inGroup + 1),
+            [&](int slot) { return changeRun(runs[slot], *bell); },
+            [](int) { return ChangingBells; });
     }
-    return outcome_;
+    return outcome;
 }
 
-/// False where the planner stopped it.
-bool Changing::changeGroup(const BellGroup& group, base::Date bell) {
-    for (int slot = 1; slot <= group.runCount; ++slot) {
-        const bool stopped = report_.runs.yield() ||
-                             !work_.unit(report_.runs, [&] { changeRun(group.runs[slot], bell); });
-        if (stopped) {
-            return false;
-        }
-        report_.runs.progress(100.0 * slot / group.runCount);
-    }
-    return true;
-}
-
-void Changing::changeRun(const std::string& run, base::Date bell) {
+std::optional<LeftOut> Changing::changeRun(const std::string& run, base::Date bell) {
     ado::Recordset row;
     if (!data::openRun(row, routing_, run, ado::CursorType::Dynamic)) {
-        outcome_.gone.push_back(run);
-        return;
+        return LeftOut{DeletedMeanwhile, run};
     }
     const BellRun before{row["Pickup"].asBoolean(), startup::timeOf(row["BellTime"]),
                          startup::timeOf(row["EndTime"])};
     const auto anchor = bellAnchor(change_.method, before, bell, gap_);
     if (!anchor) {
-        outcome_.withoutEnd.push_back(run);
-        return;
+        return LeftOut{"Left as they were, for they have no end time to keep the time span from",
+                       run};
     }
     gap_ = anchor->gapMinutes;
     write(row, run, bell, anchor->time);
-    ++outcome_.changed;
+    return std::nullopt;
 }
 
 void Changing::write(ado::Recordset& row, const std::string& run, base::Date bell,
@@ -92,7 +84,7 @@ void Changing::write(ado::Recordset& row, const std::string& run, base::Date bel
     base::Date from = anchor;
     const auto otherEnd = runedit::timeStoredStops({routing_, runedit::StopRows::Routing, run},
                                                    mode, from, report_.log);
-    row["BellTime"].Value(bell.timeValue());
+    row["BellTime"].Value(bell);
     row["StartTime"].Value(change_.method.fromEnd ? otherEnd.timeValue() : anchor);
     row["EndTime"].Value(change_.method.fromEnd ? anchor : otherEnd.timeValue());
     row["changeddt"].Value(base::Now());
@@ -108,7 +100,7 @@ std::optional<BellCrowd> crowdAfter(const BellChange& change) {
     for (int group = 1; group <= change.groups.count(); ++group) {
         const BellGroup& before = change.groups[group];
         const auto bell = newBell(change, group);
-        runs[{before.school, bell ? bell->timeValue().text() : before.bellTime}] += before.runCount;
+        runs[{before.school, bell ? bell->text() : before.bellTime}] += before.runCount;
     }
     for (const auto& [place, count] : runs) {
         if (count > BellGroup::MaxRuns) {
@@ -118,8 +110,8 @@ std::optional<BellCrowd> crowdAfter(const BellChange& change) {
     return std::nullopt;
 }
 
-GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
-                             const BellReport& report) {
+Outcome changeBellTimes(ado::Connection& routing, const BellChange& change,
+                        const BellReport& report) {
     return Changing(routing, change, report).all();
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "groupops/base/groupoutcome.h"
+#include "groupops/base/outcome.h"
 #include "groupops/belltime/bellanchor.h"
 #include "groupops/belltime/bellgroups.h"
 #include "platform/ado/connection.h"
@@ -32,20 +33,22 @@ struct BellCrowd {
 /// its groups could not be built again.
 [[nodiscard]] std::optional<BellCrowd> crowdAfter(const BellChange& change);
 
+inline constexpr auto ChangingBells = "*** Changing Bell Times ***";
+
 /// Where a bell change reports to.
 struct BellReport {
-    base::ProgressPort& groups;  ///< percent of all groups
-    base::ProgressPort& runs;    ///< percent of the present group's runs; yields after each run
-    runedit::LogLine log;        ///< see runedit::writeStops
+    base::ProgressPort& runs;                    ///< percent of the present group's runs
+    std::function<void(double percent)> groups;  ///< of all groups
+    runedit::LogLine log = {};                   ///< see runedit::writeStops
 };
 
 /// Gives the runs of the groups their new bell time, computes and writes all their stop times, and
 /// writes start, end and the audit columns. A run is one unit of work. Runs that are gone, or that
-/// have no end time to keep a gap from, are left out; the planner may stop between two runs.
+/// have no end time to keep a gap from, are left out; see GroupLoop.
 ///
 /// Raises what runedit::timeStoredStops raises, store::StoreError; what was written until then
 /// stays.
-GroupOutcome changeBellTimes(ado::Connection& routing, const BellChange& change,
-                             const BellReport& report);
+Outcome changeBellTimes(ado::Connection& routing, const BellChange& change,
+                        const BellReport& report);
 
 }  // namespace groupops

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "groupops/base/grouploop.h"
 #include "platform/table/itemtable.h"
 
 namespace groupops {
@@ -54,7 +55,6 @@ void markCalculated(ado::Connection& routing) {
 }
 
 void add(DeadHeadOutcome& outcome, const RouteKey& route, std::vector<OpenLeg> open) {
-    ++outcome.calculated;
     outcome.failed += open.empty() ? 0 : 1;
     for (OpenLeg& leg : open) {
         outcome.openLegs.push_back({route.routeId, std::move(leg)});
@@ -94,24 +94,27 @@ void resetDeadHead(ado::Connection& routing) {
 
 DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
                                    base::ProgressPort& progress) {
-    ado::GroupWork work(data.routing);
     DeadHeadOutcome outcome;
-    outcome.wasReset = reset && work.unit(progress, [&] { resetDeadHead(data.routing); });
     const auto routes = readRoutes(data.routing);
-    outcome.routes = static_cast<int>(routes.size());
-    for (const RouteKey& route : routes) {
-        std::vector<OpenLeg> open;
-        progress.status(
-            fmt::format("Calculating Dead Head Time for all runs in Route: {}.", route.routeId));
-        progress.progress(100.0 * (outcome.calculated + 1) / outcome.routes);
-        outcome.stopped =
-            progress.yield() || !work.unit(progress, [&] { open = calculateAndMark(data, route); });
-        if (outcome.stopped) {
-            return outcome;
-        }
-        add(outcome, route, std::move(open));
+    outcome.asked = static_cast<int>(routes.size());
+    GroupLoop loop(data.routing, progress, deadHeadWording(reset), outcome);
+    outcome.wasReset = reset && loop.once([&] { resetDeadHead(data.routing); });
+    if (!outcome.stopped) {
+        loop.forEach(
+            routes,
+            [&](const RouteKey& route) {
+                add(outcome, route, calculateAndMark(data, route));
+                return std::optional<LeftOut>();
+            },
+            [](const RouteKey& route) {
+                return fmt::format("Calculating Dead Head Time for all runs in Route: {}.",
+                                   route.routeId);
+            },
+            Telling::Before);
     }
-    outcome.stopped = !work.unit(progress, [&] { markCalculated(data.routing); });
+    if (!outcome.stopped) {
+        loop.once([&] { markCalculated(data.routing); });
+    }
     return outcome;
 }
 
@@ -119,15 +122,13 @@ std::string closingMessage(const DeadHeadOutcome& outcome) {
     return fmt::format(
         "Dead Head Time calculated for {}.  {} Routes had 1 or more runs where the dead head time "
         "could not be calculated.",
-        outcome.calculated, outcome.failed);
+        outcome.done, outcome.failed);
 }
 
-std::string stoppedMessage(const DeadHeadOutcome& outcome) {
-    return fmt::format(
-        "You stopped the calculation.\n\n{} of {} routes are calculated and written.  The runs of "
-        "the other {} {}  A calculation of all routes is still due.",
-        outcome.calculated, outcome.routes, outcome.routes - outcome.calculated,
-        outcome.wasReset ? "are marked as not calculated." : "are as they were before.");
+Wording deadHeadWording(bool wasReset) {
+    return {"route", "calculated and saved", "the calculation",
+            fmt::format("The runs of the others are {}.  A calculation of all routes is still due.",
+                        wasReset ? "marked as not calculated" : "as they were before")};
 }
 
 table::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {

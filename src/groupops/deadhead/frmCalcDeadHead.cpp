@@ -2,7 +2,6 @@
 
 #include "groupops/deadhead/districtdeadhead.h"
 #include "platform/controls/qtext.h"
-#include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
 #include "startup/base/session.h"
 
@@ -28,6 +27,7 @@ frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
     ui_->setupUi(this);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->CloseIt);
+    panel_ = {{ui_->ProgressBar1}, ui_->StatusMsg, ui_->Stop, Timer1, ClosingMessageMs};
     forms::hideInPlace(*ui_->StatusMsg);
     forms::hideInPlace(*ui_->ProgressBar1);
     ui_->Stop->setEnabled(false);
@@ -45,41 +45,28 @@ void frmCalcDeadHead::Form_Load() {
 }
 
 void frmCalcDeadHead::Calculate_Click() {
-    Timer1->setEnabled(false);
     ui_->OpenLegs->clearAll();
-    ui_->StatusMsg->show();
-    ui_->ProgressBar1->show();
-    calculate();
-    Timer1->startOnce(ClosingMessageMs);
-}
-
-void frmCalcDeadHead::calculate() {
     DeadHeadOutcome outcome;
     {
-        const Operation operation(*this, ui_->Stop);
-        forms::Progress progress(ui_->ProgressBar1, ui_->StatusMsg, ui_->Stop);
+        Operation operation(*this, panel_);
         outcome = calculateAllRoutes({*startup::gcnRouting, *startup::gcnDeadCross},
-                                     ui_->ResetDeadHead->isChecked(), progress);
-        ui_->Stop->setEnabled(false);
+                                     ui_->ResetDeadHead->isChecked(), operation);
+        operation.status(closingMessage(outcome));
     }
     startup::RefreshRunList = true;
     ui_->OpenLegs->setTable(openLegsTable(outcome, *startup::gcnRouting));
-    if (outcome.openLegs.empty() && !outcome.stopped) {
+    if (outcome.openLegs.empty() && outcome.complete()) {
         ui_->OpenLegs->setEmptyText(AllCalculated);
     }
     ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting)));
-    ui_->StatusMsg->setText(toQt(closingMessage(outcome)));
-    if (outcome.stopped) {
-        base::MsgBox(stoppedMessage(outcome), StoppedTitle, base::MsgIcon::Information);
+    const auto left = whatWasLeft(outcome, deadHeadWording(outcome.wasReset));
+    if (!left.empty()) {
+        base::MsgBox(left, StoppedTitle, base::MsgIcon::Information);
     }
 }
 
 void frmCalcDeadHead::CloseIt_Click() { closeForm(); }
 
-void frmCalcDeadHead::Timer1_Timer() {
-    ui_->StatusMsg->clear();
-    ui_->StatusMsg->hide();
-    ui_->ProgressBar1->hide();
-}
+void frmCalcDeadHead::Timer1_Timer() { panel_.clear(); }
 
 }  // namespace groupops

@@ -2,13 +2,10 @@
 
 #include <memory>
 
+#include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
 
 class QCheckBox;
-
-namespace forms {
-class Timer;
-}
 
 namespace Ui {
 class frmCalcDeadHead;
@@ -36,10 +33,9 @@ protected:
 private:
     void Timer1_Timer();
 
-    void calculate();
-
     std::unique_ptr<Ui::frmCalcDeadHead> ui_;
     forms::Timer* Timer1;
+    forms::OperationPanel panel_;
 };
 
 }  // namespace groupops

@@ -7,7 +7,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
-#include "platform/forms/operation.h"
+#include "platform/forms/timer.h"
 #include "startup/base/session.h"
 
 #include "ui_frmGroupRunChange.h"
@@ -51,8 +51,9 @@ frmGroupRunChange::frmGroupRunChange(RunSelection& selection, forms::Form* owner
     setWindowModality(Qt::WindowModal);
     for (const Attribute& attribute : attributes()) {
         on(attribute.box, &QCheckBox::toggled, attribute.procedure, attribute.click);
-        attribute.value->setEnabled(false);
     }
+    panel_ = {{ui_->ProgressBar1}, ui_->StatMsg, ui_->StopIt, Timer1, ClearStatusMs, InitialStatus};
+    ui_->StopIt->hide();
     on(ui_->ChangeIt, &QPushButton::clicked, "ChangeIt_Click", &frmGroupRunChange::ChangeIt_Click);
     on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &frmGroupRunChange::CloseIt_Click);
     on(Timer1, &forms::Timer::tick, "Timer1_Timer", &frmGroupRunChange::Timer1_Timer);
@@ -63,20 +64,21 @@ frmGroupRunChange::~frmGroupRunChange() = default;
 
 std::vector<frmGroupRunChange::Attribute> frmGroupRunChange::attributes() const {
     using F = frmGroupRunChange;
+    const auto& ui = *ui_;
     return {
-        {ui_->ChangeRunFamily, ui_->cmbRunFamily, "RunFamily", "Run Family",
-         "ChangeRunFamily_Click", &F::ChangeRunFamily_Click},
-        {ui_->ChangeLocation, ui_->cmbLOCCODE, "LocCode", "Location", "ChangeLocation_Click",
+        {ui.ChangeRunFamily, ui.cmbRunFamily, "RunFamily", "Run Family", "ChangeRunFamily_Click",
+         &F::ChangeRunFamily_Click},
+        {ui.ChangeLocation, ui.cmbLOCCODE, "LocCode", "Location", "ChangeLocation_Click",
          &F::ChangeLocation_Click},
-        {ui_->ChangeSchool, ui_->cmbSchool, "School", "School", "ChangeSchool_Click",
+        {ui.ChangeSchool, ui.cmbSchool, "School", "School", "ChangeSchool_Click",
          &F::ChangeSchool_Click},
-        {ui_->ChangeTripType, ui_->cmbTripType, "TripType", "Trip Type", "ChangeTripType_Click",
+        {ui.ChangeTripType, ui.cmbTripType, "TripType", "Trip Type", "ChangeTripType_Click",
          &F::ChangeTripType_Click},
-        {ui_->ChangeVehType, ui_->cmbVEHTYPE, "VehType", "Vehicle Type", "ChangeVehType_Click",
+        {ui.ChangeVehType, ui.cmbVEHTYPE, "VehType", "Vehicle Type", "ChangeVehType_Click",
          &F::ChangeVehType_Click},
-        {ui_->ChangeCapacity, ui_->cmbCapacity, "Capacity", "Capacity", "ChangeCapacity_Click",
+        {ui.ChangeCapacity, ui.cmbCapacity, "Capacity", "Capacity", "ChangeCapacity_Click",
          &F::ChangeCapacity_Click},
-        {ui_->ChangeOverfill, ui_->OverFill, "OverFill", "Overfill", "ChangeOverfill_Click",
+        {ui.ChangeOverfill, ui.OverFill, "OverFill", "Overfill", "ChangeOverfill_Click",
          &F::ChangeOverfill_Click},
     };
 }
@@ -88,7 +90,8 @@ void frmGroupRunChange::Form_Load() {
     data::Load_cmbTRIPTYPE(*this);
     data::Load_cmbVehType(*this);
     ui_->cmbCapacity->setTable(capacities());
-    Timer1_Timer();
+    enableTicked();
+    panel_.clear();
     showSelected();
 }
 
@@ -100,32 +103,11 @@ void frmGroupRunChange::showSelected() {
     ui_->SelectedRuns->setText(toQt(selectedText(count)));
 }
 
-void frmGroupRunChange::ChangeRunFamily_Click() {
-    ui_->cmbRunFamily->setEnabled(ui_->ChangeRunFamily->isChecked());
-}
-
-void frmGroupRunChange::ChangeLocation_Click() {
-    ui_->cmbLOCCODE->setEnabled(ui_->ChangeLocation->isChecked());
-}
-
-void frmGroupRunChange::ChangeSchool_Click() {
-    ui_->cmbSchool->setEnabled(ui_->ChangeSchool->isChecked());
-}
-
-void frmGroupRunChange::ChangeTripType_Click() {
-    ui_->cmbTripType->setEnabled(ui_->ChangeTripType->isChecked());
-}
-
-void frmGroupRunChange::ChangeVehType_Click() {
-    ui_->cmbVEHTYPE->setEnabled(ui_->ChangeVehType->isChecked());
-}
-
-void frmGroupRunChange::ChangeCapacity_Click() {
-    ui_->cmbCapacity->setEnabled(ui_->ChangeCapacity->isChecked());
-}
-
-void frmGroupRunChange::ChangeOverfill_Click() {
-    ui_->OverFill->setEnabled(ui_->ChangeOverfill->isChecked());
+/// The value of each ticked attribute can be entered, no other one.
+void frmGroupRunChange::enableTicked() {
+    for (const Attribute& attribute : attributes()) {
+        attribute.value->setEnabled(attribute.box->isChecked());
+    }
 }
 
 /// Nothing where the planner has to choose anew. An empty list field is a value: it empties the
@@ -178,36 +160,22 @@ void frmGroupRunChange::ChangeIt_Click() {
 
 void frmGroupRunChange::change(const std::vector<std::string>& runs,
                                const std::vector<RunChange>& changes) {
-    GroupOutcome outcome;
-    Timer1_Timer();
-    ui_->ProgressBar1->show();
-    ui_->StatMsg->show();
+    Outcome outcome;
     {
-        ui_->StopIt->show();
-        setCancelButton(ui_->StopIt);
-        const Operation operation(*this, ui_->StopIt);
-        forms::Progress progress(ui_->ProgressBar1, ui_->StatMsg, ui_->StopIt);
-        outcome = changeRuns(*startup::gcnRouting, runs, changes, progress);
-        progress.status(fmt::format("Changed selected information on {} runs.", outcome.changed));
+        Operation operation(*this, panel_);
+        outcome = changeRuns(*startup::gcnRouting, runs, changes, operation);
+        operation.status(fmt::format("Changed selected information on {} runs.", outcome.done));
         selection_.searchAgain();
     }
-    ui_->StopIt->hide();
-    setCancelButton(ui_->CloseIt);
     showSelected();
-    Timer1->startOnce(ClearStatusMs);
-    if (const auto left = whatWasLeft(outcome); !left.empty()) {
+    const auto left = whatWasLeft(outcome, runChangeWording());
+    if (!left.empty()) {
         base::MsgBox(left, "Group Run Change", base::MsgIcon::Information);
     }
 }
 
 void frmGroupRunChange::CloseIt_Click() { closeForm(); }
 
-void frmGroupRunChange::Timer1_Timer() {
-    Timer1->setEnabled(false);
-    ui_->ProgressBar1->hide();
-    ui_->StopIt->hide();
-    ui_->StatMsg->setText(InitialStatus);
-    ui_->StatMsg->hide();
-}
+void frmGroupRunChange::Timer1_Timer() { panel_.clear(); }
 
 }  // namespace groupops

@@ -6,7 +6,7 @@
 
 #include "groupops/base/runselection.h"
 #include "groupops/groupchange/runchange.h"
-#include "platform/forms/timer.h"
+#include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
 
 class QCheckBox;
@@ -27,13 +27,13 @@ public:
     explicit frmGroupRunChange(RunSelection& selection, forms::Form* owner = nullptr);
     ~frmGroupRunChange() override;
 
-    void ChangeRunFamily_Click();
-    void ChangeLocation_Click();
-    void ChangeSchool_Click();
-    void ChangeTripType_Click();
-    void ChangeVehType_Click();
-    void ChangeCapacity_Click();
-    void ChangeOverfill_Click();
+    void ChangeRunFamily_Click() { enableTicked(); }
+    void ChangeLocation_Click() { enableTicked(); }
+    void ChangeSchool_Click() { enableTicked(); }
+    void ChangeTripType_Click() { enableTicked(); }
+    void ChangeVehType_Click() { enableTicked(); }
+    void ChangeCapacity_Click() { enableTicked(); }
+    void ChangeOverfill_Click() { enableTicked(); }
     void ChangeIt_Click();
     void CloseIt_Click();
     void Timer1_Timer();
@@ -54,6 +54,7 @@ private:
     };
 
     [[nodiscard]] std::vector<Attribute> attributes() const;
+    void enableTicked();
     [[nodiscard]] std::optional<base::Value> valueOf(const Attribute& attribute);
     [[nodiscard]] std::optional<std::vector<RunChange>> changes();
     void refuse(const Attribute& attribute);
@@ -63,6 +64,7 @@ private:
     RunSelection& selection_;
     std::unique_ptr<Ui::frmGroupRunChange> ui_;
     forms::Timer* Timer1;
+    forms::OperationPanel panel_;
 };
 
 }  // namespace groupops

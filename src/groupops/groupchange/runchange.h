@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "groupops/base/groupoutcome.h"
+#include "groupops/base/outcome.h"
 #include "platform/ado/connection.h"
 #include "platform/base/ports.h"
 #include "platform/base/value.h"
@@ -18,11 +18,11 @@ struct RunChange {
     base::Value value;
 };
 
-/// Sets the columns on each of the runs and touches no other one. A run is one unit of work; after
-/// each the progress is told, and the planner may stop. Runs that are gone are left out.
+/// Sets the columns on each of the runs and touches no other one. A run is one unit of work; runs
+/// that are gone are left out. See GroupLoop.
 ///
 /// Raises store::StoreError; what was written until then stays.
-GroupOutcome changeRuns(ado::Connection& routing, std::span<const std::string> runs,
-                        std::span<const RunChange> changes, base::ProgressPort& progress);
+Outcome changeRuns(ado::Connection& routing, std::span<const std::string> runs,
+                   std::span<const RunChange> changes, base::ProgressPort& progress);
 
 }  // namespace groupops

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "groupops/base/groupoutcome.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
@@ -117,23 +116,19 @@ void Group_Run_Solve::refuseNothing() {
 
 void Group_Run_Solve::solve(const std::vector<std::string>& runs) {
     stops_ = 0;
-    setCancelButton(ui_->StopIt);
-    ui_->ProgressBar1->show();
     const auto outcome = operate(runs);
-    ui_->StopIt->setEnabled(false);
     ui_->StopIt->setText(tr("&Stop"));
-    setCancelButton(ui_->CloseIt);
     offerTheRest(outcome);
     tell(outcome);
 }
 
 SolveOutcome Group_Run_Solve::operate(const std::vector<std::string>& runs) {
-    const Operation operation(*this, ui_->StopIt);
+    Operation operation(*this,
+                        {.bars = {ui_->ProgressBar1}, .status = ui_->StatMsg, .stop = ui_->StopIt});
     ui_->RunStates->setEnabled(true);
-    forms::Progress progress(ui_->ProgressBar1, ui_->StatMsg, ui_->StopIt);
-    auto outcome = solveRuns(runs, *this, progress);
+    auto outcome = solveRuns(runs, *this, operation);
     hint({});
-    progress.status(closingMessage(outcome));
+    operation.status(howFar(outcome.summary(), solveWording()));
     if (outcome.anySent()) {
         selection_.searchAgain();
         // An answer that was not awaited comes later.
@@ -147,7 +142,7 @@ void Group_Run_Solve::offerTheRest(const SolveOutcome& outcome) {
     solved_.merge([ids = outcome.runsIn(SolveState::Solved)] {
         return std::set<std::string>(ids.begin(), ids.end());
     }());
-    const bool rest = !outcome.complete() && !solved_.empty();
+    const bool rest = !outcome.summary().complete() && !solved_.empty();
     if (!rest) {
         solved_.clear();
     }
@@ -156,10 +151,11 @@ void Group_Run_Solve::offerTheRest(const SolveOutcome& outcome) {
 }
 
 void Group_Run_Solve::tell(const SolveOutcome& outcome) {
-    std::string text = whatWasNotSolved(outcome);
+    const Outcome summary = outcome.summary();
+    std::string text = whatWasLeft(summary, solveWording());
     const bool goesOn = outcome.reachedEnd() || outcome.anySent();
     if (const auto fault = goesOn ? faultOfStart(RunWorkProgram) : ""; !fault.empty()) {
-        text = text.empty() ? closingMessage(outcome) : text;
+        text = text.empty() ? howFar(summary, solveWording()) : text;
         text += "\n\n" + fmt::format(NoRunWork, RunWorkProgram, fault);
     }
     if (!text.empty()) {

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 
-#include "groupops/base/groupoutcome.h"
 #include "platform/table/itemtable.h"
 
 namespace groupops {
@@ -29,24 +28,21 @@ std::string stateText(const SolveRun& run) {
     return "Not sent";
 }
 
-/// "\n\nHeading: A, B and 3 more."; nothing for no run.
-std::string paragraph(std::string_view heading, const std::vector<std::string>& ids) {
-    return ids.empty() ? std::string() : fmt::format("\n\n{}: {}.", heading, someOf(ids));
-}
-
-std::string failures(const SolveOutcome& outcome) {
-    constexpr int Shown = 5;
-    std::string text;
-    int told = 0;
-    for (const SolveRun& run : outcome.runs) {
-        if (run.state == SolveState::Failed && ++told <= Shown) {
-            text += fmt::format("\n\n{} could not be sent: {}", run.run, run.why);
-        }
+LeftOut leftOut(const SolveRun& run) {
+    switch (run.state) {
+        case SolveState::Sent:
+            return {"Sent, but the answer has not come", run.run};
+        case SolveState::StillProcessing:
+            return {"Left out, for the mapping software has not finished with them", run.run};
+        case SolveState::Gone:
+            return {DeletedMeanwhile, run.run};
+        case SolveState::Failed:
+            return {"Could not be sent", fmt::format("{} ({})", run.run, run.why)};
+        case SolveState::NotSent:
+        case SolveState::Solved:
+            break;
     }
-    if (told > Shown) {
-        text += fmt::format("\n\n{} more could not be sent.", told - Shown);
-    }
-    return text;
+    return {"Not sent", run.run};
 }
 
 }  // namespace
@@ -73,28 +69,20 @@ bool SolveOutcome::anySent() const {
     });
 }
 
-std::string closingMessage(const SolveOutcome& outcome) {
-    return fmt::format("{} of {} solved.", outcome.count(SolveState::Solved),
-                       runCount(outcome.runs.size()));
+Outcome SolveOutcome::summary() const {
+    Outcome outcome{.asked = static_cast<int>(runs.size()), .stopped = stopped, .fault = fault};
+    for (const SolveRun& run : runs) {
+        if (run.state == SolveState::Solved) {
+            ++outcome.done;
+        } else {
+            outcome.leftOut.push_back(leftOut(run));
+        }
+    }
+    return outcome;
 }
 
-std::string whatWasNotSolved(const SolveOutcome& outcome) {
-    if (outcome.complete()) {
-        return {};
-    }
-    std::string text = closingMessage(outcome);
-    if (!outcome.fault.empty()) {
-        text += "\n\n" + outcome.fault;
-    }
-    if (outcome.stopped) {
-        text += "\n\nYou stopped the group run solve.";
-    }
-    text += paragraph("Sent, but the answer has not come", outcome.runsIn(SolveState::Sent));
-    text += paragraph("Not sent", outcome.runsIn(SolveState::NotSent));
-    text += paragraph("Left out, for the mapping software has not finished with them",
-                      outcome.runsIn(SolveState::StillProcessing));
-    text += paragraph("Deleted by another program meanwhile", outcome.runsIn(SolveState::Gone));
-    return text + failures(outcome);
+Wording solveWording() {
+    return {"run", "solved", "the group run solve", "What is solved is in the database."};
 }
 
 table::TextTable tableOf(const SolveOutcome& outcome) {

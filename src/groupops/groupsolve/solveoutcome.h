@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "groupops/base/outcome.h"
 #include "platform/table/texttable.h"
 
 namespace groupops {
@@ -36,18 +37,14 @@ struct SolveOutcome {
     [[nodiscard]] std::size_t count(SolveState state) const { return runsIn(state).size(); }
     /// Whether the map program was given at least one run.
     [[nodiscard]] bool anySent() const;
-    /// Whether every run was solved.
-    [[nodiscard]] bool complete() const { return count(SolveState::Solved) == runs.size(); }
+    /// The runs that are not solved are left out, each for its state.
+    [[nodiscard]] Outcome summary() const;
     /// Whether every run had its turn.
     [[nodiscard]] bool reachedEnd() const { return !stopped && fault.empty(); }
 };
 
-/// "3 of 5 runs solved."
-[[nodiscard]] std::string closingMessage(const SolveOutcome& outcome);
-
-/// What a planner has to know where not every run was solved: how many were, why the others were
-/// not, and their ids. Empty when all were.
-[[nodiscard]] std::string whatWasNotSolved(const SolveOutcome& outcome);
+/// How solving is told.
+[[nodiscard]] Wording solveWording();
 
 /// The runs as a list with the columns run and state; red where a run could not be solved.
 [[nodiscard]] table::TextTable tableOf(const SolveOutcome& outcome);

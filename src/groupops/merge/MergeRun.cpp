@@ -4,7 +4,6 @@
 
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
-#include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
 #include "startup/base/session.h"
 
@@ -29,6 +28,7 @@ MergeRun::MergeRun(forms::Form* owner)
     ui_->setupUi(this);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->Exit);
+    panel_ = {{ui_->ProgressBar1}, ui_->StatusMsg, ui_->Stop, Timer1, MergedMessageMs};
     forms::hideInPlace(*ui_->StatusMsg);
     forms::hideInPlace(*ui_->ProgressBar1);
     ui_->Stop->setEnabled(false);
@@ -67,14 +67,9 @@ RunMerge MergeRun::asked() const {
 
 void MergeRun::Merge_Click() {
     const RunMerge wanted = asked();
-    if (refuse(wanted)) {
-        return;
+    if (!refuse(wanted)) {
+        merge(wanted);
     }
-    Timer1->setEnabled(false);
-    ui_->StatusMsg->show();
-    ui_->ProgressBar1->show();
-    merge(wanted);
-    Timer1->startOnce(MergedMessageMs);
 }
 
 /// Tells the planner why two runs cannot be merged; two equal texts do nothing.
@@ -88,31 +83,24 @@ bool MergeRun::refuse(const RunMerge& merge) {
 }
 
 void MergeRun::merge(const RunMerge& merge) {
-    MergeOutcome outcome;
+    Outcome outcome;
     {
-        const Operation operation(*this, ui_->Stop);
-        forms::Progress progress(ui_->ProgressBar1, ui_->StatusMsg, ui_->Stop);
-        outcome = mergeRuns(*startup::gcnRouting, merge, progress);
-        ui_->Stop->setEnabled(false);
+        Operation operation(*this, panel_);
+        outcome = mergeRuns(*startup::gcnRouting, merge, operation);
+        operation.status(outcome.complete() ? fmt::format("All stops of run: {} merged to run: {}.",
+                                                          merge.source, merge.receiving)
+                                            : howFar(outcome, mergeWording(merge)));
     }
     startup::RefreshRunList = true;
     ui_->OrigRunInfo->setText(toQt(runSummary(*startup::gcnRouting, merge.receiving)));
     trap("cmbRUN_Change", &MergeRun::showSource);
-    const std::string stayed = whatStayed(merge, outcome);
-    if (stayed.empty()) {
-        ui_->StatusMsg->setText(toQt(
-            fmt::format("All stops of run: {} merged to run: {}.", merge.source, merge.receiving)));
-    } else {
-        base::MsgBox(stayed, "Not All Stops Merged", base::MsgIcon::Information);
+    if (const auto left = whatWasLeft(outcome, mergeWording(merge)); !left.empty()) {
+        base::MsgBox(left, "Not All Stops Merged", base::MsgIcon::Information);
     }
 }
 
 void MergeRun::Exit_Click() { closeForm(); }
 
-void MergeRun::Timer1_Timer() {
-    ui_->StatusMsg->clear();
-    ui_->StatusMsg->hide();
-    ui_->ProgressBar1->hide();
-}
+void MergeRun::Timer1_Timer() { panel_.clear(); }
 
 }  // namespace groupops

@@ -4,11 +4,8 @@
 #include <string>
 
 #include "groupops/merge/runmerge.h"
+#include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
-
-namespace forms {
-class Timer;
-}
 
 namespace Ui {
 class MergeRun;
@@ -44,6 +41,7 @@ private:
 
     std::unique_ptr<Ui::MergeRun> ui_;
     forms::Timer* Timer1;
+    forms::OperationPanel panel_;
 };
 
 }  // namespace groupops

@@ -6,6 +6,7 @@
 
 #include "data/lists/listreader.h"
 #include "data/runs/runrow.h"
+#include "groupops/base/grouploop.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
@@ -61,18 +62,20 @@ bool isStillOn(ado::Recordset& row, const std::string& run) {
     return isSameRun(textOf(row["RUN"]), run);
 }
 
-bool moveStop(ado::Connection& routing, ado::Recordset& row, const RunMerge& merge,
-              stops::StopLog& log) {
-    if (!isStillOn(row, merge.source)) {
-        return false;
-    }
+std::optional<LeftOut> moveStop(ado::Connection& routing, ado::Recordset& row,
+                                const RunMerge& merge, stops::StopLog& log) {
+    const bool still = isStillOn(row, merge.source);
     const stops::RunStop stop = stopOf(routing, row);
+    if (!still) {
+        return LeftOut{"Left alone, for another program has moved or deleted them meanwhile",
+                       stop.stopId};
+    }
     const std::int64_t sequence = lastSequence(routing, merge.receiving) + 1;
     row["RUN"].Value(merge.receiving);
     row["RUNSEQ"].Value(sequence);
     row.Update();
     log.merged(stop, merge.source, sequence);
-    return true;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -122,49 +125,34 @@ std::optional<MergeMessage> messageOf(MergeObstacle obstacle, const RunMerge& me
     return std::nullopt;
 }
 
-MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& asked,
-                       base::ProgressPort& progress) {
+Outcome mergeRuns(ado::Connection& routing, const RunMerge& asked, base::ProgressPort& progress) {
     const RunMerge merge{std::string(base::trim(asked.receiving)),
                          std::string(base::trim(asked.source)), asked.user};
-    ado::GroupWork work(routing);
     const stops::EditedRun logged{merge.receiving, {}, merge.user};
     stops::StopLog log(routing, logged);
     ado::Recordset rows;
     rows.Open(fmt::format(StopsOfRun, ado::escaped(merge.source), ""), routing,
               ado::CursorType::Dynamic);
-    MergeOutcome outcome;
-    outcome.stops = static_cast<int>(rows.RecordCount());
-    for (int i = 1; !rows.Eof(); rows.MoveNext(), ++i) {
-        bool moved = false;
-        outcome.stopped = progress.yield() || !work.unit(progress, [&] {
-            moved = moveStop(routing, rows, merge, log);
-        });
-        if (outcome.stopped) {
-            break;
-        }
-        ++(moved ? outcome.moved : outcome.left);
-        progress.status(fmt::format("Merged stop: {} of {} total stops.", i, outcome.stops));
-        progress.progress(100.0 * i / outcome.stops);
-    }
+    Outcome outcome{.asked = static_cast<int>(rows.RecordCount())};
+    int standsAt = 1;
+    GroupLoop(routing, progress, mergeWording(merge), outcome)
+        .forEach(
+            std::views::iota(1, outcome.asked + 1),
+            [&](int stop) {
+                for (; standsAt < stop; ++standsAt) {
+                    rows.MoveNext();
+                }
+                return moveStop(routing, rows, merge, log);
+            },
+            [&](int stop) {
+                return fmt::format("Merged stop: {} of {} total stops.", stop, outcome.asked);
+            });
     return outcome;
 }
 
-std::string whatStayed(const RunMerge& merge, const MergeOutcome& outcome) {
-    if (outcome.moved == outcome.stops) {
-        return {};
-    }
-    std::string text = fmt::format("{} of {} stops of run: {} are merged to run: {} and written.",
-                                   outcome.moved, outcome.stops, merge.source, merge.receiving);
-    if (outcome.stopped) {
-        text += fmt::format("\n\nYou stopped the merge.  The other {} stops are still on run: {}.",
-                            outcome.stops - outcome.moved - outcome.left, merge.source);
-    }
-    if (outcome.left > 0) {
-        text += fmt::format(
-            "\n\n{} stops were left alone, for another program has moved them meanwhile.",
-            outcome.left);
-    }
-    return text;
+Wording mergeWording(const RunMerge& merge) {
+    return {"stop", fmt::format("merged to run: {} and saved", merge.receiving), "the merge",
+            fmt::format("The stops not yet reached are still on run: {}.", merge.source)};
 }
 
 table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run) {

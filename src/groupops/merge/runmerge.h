@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
+#include "groupops/base/outcome.h"
 #include "platform/ado/connection.h"
 #include "platform/base/ports.h"
 #include "platform/table/texttable.h"
@@ -15,13 +15,6 @@ struct RunMerge {
     std::string receiving;  ///< the run that gets the stops
     std::string source;     ///< the run that is left without stops
     std::string user;       ///< whom the log names
-};
-
-struct MergeOutcome {
-    int stops = 0;         ///< of the source run
-    int moved = 0;         ///< to the receiving run
-    int left = 0;          ///< left alone: another program has moved or deleted them meanwhile
-    bool stopped = false;  ///< the planner stopped before the last stop
 };
 
 /// What keeps two runs from being merged; blank ids are no run.
@@ -38,13 +31,13 @@ struct MergeMessage {
 
 /// Moves the stops in the order of the source run, behind the last one of the receiving run,
 /// numbered on from it. One stop with its row in the run log is one unit of work, based on both
-/// runs as they are stored at that moment; after each the progress is told, and the planner may
-/// stop. No time is computed. Raises store::StoreError; what was moved until then stays moved.
-MergeOutcome mergeRuns(ado::Connection& routing, const RunMerge& merge,
-                       base::ProgressPort& progress);
+/// runs as they are stored at that moment; see GroupLoop. A stop that another program has moved or
+/// deleted meanwhile is left alone. No time is computed. Raises store::StoreError; what was moved
+/// until then stays moved.
+Outcome mergeRuns(ado::Connection& routing, const RunMerge& merge, base::ProgressPort& progress);
 
-/// What a planner has to know where not all stops were moved; empty where they were.
-[[nodiscard]] std::string whatStayed(const RunMerge& merge, const MergeOutcome& outcome);
+/// How a merge is told.
+[[nodiscard]] Wording mergeWording(const RunMerge& merge);
 
 /// The active runs that a run can be merged with: all but itself.
 [[nodiscard]] table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run);

@@ -1,7 +1,5 @@
 #include "platform/ado/connection.h"
 
-#include <chrono>
-
 #include "platform/ado/command.h"
 #include "platform/ado/session.h"
 #include "platform/base/error.h"
@@ -34,27 +32,6 @@ public:
 private:
     Connection& connection_;
 };
-
-void doUnit(Connection& connection, const std::function<void()>& work) {
-    CommitOnExit unit(connection);
-    work();
-    unit.commit();
-}
-
-/// False where another program holds the file.
-bool tryUnit(Connection& connection, const std::function<void()>& work) {
-    constexpr int TurnMs = 30;
-    const LockTimeout shortTurn(connection, TurnMs);
-    try {
-        doUnit(connection, work);
-    } catch (const store::StoreError& error) {
-        if (error.fault() != store::Fault::Locked) {
-            throw;
-        }
-        return false;
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -141,25 +118,35 @@ GroupWork::GroupWork(Connection& connection) : connection_(connection) {
 }
 
 GroupWork::~GroupWork() {
+    constexpr int PatienceMs = 300;  // for whoever writes just now: the checkpoint can come later
     try {
         connection_.setDurability(store::Durability::PowerCut);
+        const LockTimeout shortTurn(connection_, PatienceMs);
         connection_.checkpoint();
     } catch (const base::RunTimeError&) {  // closed meanwhile, or ended by a fault told already
     }
 }
 
-bool GroupWork::unit(base::ProgressPort& progress, const std::function<void()>& work) {
-    using Clock = std::chrono::steady_clock;
-    constexpr auto Patience = std::chrono::minutes(1);
-    for (const auto start = Clock::now(); Clock::now() - start < Patience;) {
-        if (tryUnit(connection_, work)) {
-            return true;
+bool GroupWork::unit(const std::function<void()>& work) {
+    constexpr int TurnMs = 30;
+    const LockTimeout shortTurn(connection_, TurnMs);
+    try {
+        CommitOnExit unit(connection_);
+        try {
+            work();
+        } catch (const store::StoreError& error) {
+            if (error.fault() == store::Fault::Locked) {
+                connection_.RollbackTrans();
+            }
+            throw;
         }
-        if (progress.yield()) {
-            return false;
+        unit.commit();
+    } catch (const store::StoreError& error) {
+        if (error.fault() != store::Fault::Locked) {
+            throw;
         }
+        return false;
     }
-    doUnit(connection_, work);
     return true;
 }
 

@@ -87,10 +87,9 @@ public:
     GroupWork& operator=(const GroupWork&) = delete;
 
     /// Does one unit of work. Another program's group operation leaves the file free for moments
-    /// only: where it is locked the work is tried again, for a minute at most, and the progress
-    /// gets its turns. False when the user asked to stop while it waited; nothing is done then.
-    /// Raises what the work raises, store::StoreError (Locked) after the minute.
-    [[nodiscard]] bool unit(base::ProgressPort& progress, const std::function<void()>& work);
+    /// only: where it is locked for longer than a short turn, nothing of the work is done and the
+    /// answer is false. Raises what the work raises but for that.
+    [[nodiscard]] bool unit(const std::function<void()>& work);
 
 private:
     Connection& connection_;

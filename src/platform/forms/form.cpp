@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QShortcut>
+#include <algorithm>
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/forms/formregistry.h"
@@ -26,6 +27,29 @@ Form::~Form() {
 }
 
 QList<Form*> Form::ownedForms() const { return findChildren<Form*>(Qt::FindDirectChildrenOnly); }
+
+Form* Form::owner() const { return qobject_cast<Form*>(parentWidget()); }
+
+bool Form::isBusy() const {
+    const auto busy = [](const Form* form) { return form->busy_; };
+    for (const Form* form = owner(); form != nullptr; form = form->owner()) {
+        if (form->busy_) {
+            return true;
+        }
+    }
+    const auto owned = findChildren<Form*>();
+    return busy_ || std::any_of(owned.begin(), owned.end(), busy);
+}
+
+std::vector<Form*> Form::usableBeside() const {
+    const auto owned = findChildren<Form*>();
+    std::vector<Form*> forms(owned.begin(), owned.end());
+    for (const Form* form = this; form->owner() != nullptr && !form->isModal();
+         form = form->owner()) {
+        forms.push_back(form->owner());
+    }
+    return forms;
+}
 
 void Form::load() {
     if (state_ != State::Made) {
@@ -79,7 +103,7 @@ void Form::unload() {
 }
 
 bool Form::closeForm() {
-    if (busy_ || !formQueryUnload()) {
+    if (isBusy() || !formQueryUnload()) {
         QApplication::beep();
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <string>
+#include <vector>
 
 #include "platform/forms/application.h"
 
@@ -37,16 +38,17 @@ public:
     /// True when the form is gone.
     bool closeForm();
 
-    /// While an Operation lives the form takes no click but on `stop`, is not closed, and shows the
-    /// busy cursor. A second one on the same form throws std::logic_error.
     class Operation;
-    [[nodiscard]] bool isBusy() const { return busy_; }
+    /// Whether an Operation of this form, of one that it owns or of one that owns it is running,
+    /// however far up or down. A busy form is not closed, and another Operation of it throws
+    /// std::logic_error.
+    [[nodiscard]] bool isBusy() const;
 
 protected:
     /// Fills the form, before it is first shown.
     virtual void formLoad() {}
     /// The form has become the active one after another form was (or first of all); the closing of
-    /// a message box does not count.
+    /// a message box does not count, and a busy form is not told.
     virtual void formActivate() {}
     /// Whether the user may close the form now.
     virtual bool formQueryUnload() { return true; }
@@ -80,6 +82,10 @@ private:
     enum class State { Made, Loading, Loaded, Unloaded };
 
     [[nodiscard]] QList<Form*> ownedForms() const;
+    [[nodiscard]] Form* owner() const;
+    /// The forms that a user could go to while this one is busy: those it owns, and its owners up
+    /// to the first one that is modal to its own.
+    [[nodiscard]] std::vector<Form*> usableBeside() const;
     void restorePlace();
     void rememberPlace() const;
     void nameControls();

@@ -53,7 +53,9 @@ void FormRegistry::activated(Form& form) {
         return;
     }
     lastActive_ = &form;
-    form.formActivate();
+    if (!form.isBusy()) {
+        form.formActivate();
+    }
 }
 
 void FormRegistry::giveUp(const Form& form) {

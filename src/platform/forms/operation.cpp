@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "platform/controls/qtext.h"
+#include "platform/forms/timer.h"
 
 namespace forms {
 
@@ -26,34 +27,90 @@ BusyCursor::BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
 
 BusyCursor::~BusyCursor() { QApplication::restoreOverrideCursor(); }
 
-Form::Operation::Operation(Form& form, QWidget* stop) : form_(&form) {
-    if (form.busy_) {
-        throw std::logic_error("A long operation of this form is running already.");
+void OperationPanel::clear() const {
+    if (timer != nullptr) {
+        timer->setEnabled(false);
     }
-    form.busy_ = true;
-    focus_ = form.focusWidget();
-    for (QWidget* control : form.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-        disable(control, stop);
+    for (QProgressBar* bar : bars) {
+        bar->hide();
     }
-    if (stop != nullptr) {
-        stop->setEnabled(true);
+    if (status != nullptr) {
+        status->setText(idleText);
+        status->hide();
     }
 }
 
-void Form::Operation::disable(QWidget* control, const QWidget* stop) {
-    if (control == stop || control->isWindow() || qobject_cast<QProgressBar*>(control) != nullptr ||
+Form::Operation::Operation(Form& form, OperationPanel panel)
+    : form_(&form), panel_(std::move(panel)), untilYield_(TurnMs) {
+    if (form.isBusy()) {
+        throw std::logic_error("A long operation of this form is running already.");
+    }
+    form.busy_ = true;
+    focused_.emplace_back(form.focusWidget());
+    cancel_ = form.cancel_;
+    for (QWidget* control : form.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        disable(control);
+    }
+    disableAround();
+    show();
+}
+
+void Form::Operation::show() {
+    panel_.clear();
+    for (QProgressBar* bar : panel_.bars) {
+        bar->setRange(0, 100);
+        bar->setValue(0);
+        bar->show();
+    }
+    if (panel_.status != nullptr) {
+        panel_.status->show();
+    }
+    if (QAbstractButton* stop = panel_.stop; stop != nullptr) {
+        hidesStop_ = stop->isHidden();
+        stop->show();
+        stop->setEnabled(true);
+        form_->cancel_ = stop;
+        QObject::connect(stop, &QAbstractButton::clicked, &context_, [this] { stopped_ = true; });
+    }
+}
+
+void Form::Operation::disable(QWidget* control) {
+    if (control == panel_.stop || control->isWindow() ||
+        qobject_cast<QProgressBar*>(control) != nullptr ||
         qobject_cast<QLabel*>(control) != nullptr) {
         return;
     }
-    if (stop != nullptr && control->isAncestorOf(stop)) {
+    if (panel_.stop != nullptr && control->isAncestorOf(panel_.stop)) {
         for (QWidget* inner : control->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-            disable(inner, stop);
+            disable(inner);
         }
         return;
     }
     if (control->isEnabled()) {
         control->setEnabled(false);
         disabled_.emplace_back(control);
+    }
+}
+
+/// Whole forms: what their own procedures enable or disable meanwhile stays so.
+void Form::Operation::disableAround() {
+    for (Form* form : form_->usableBeside()) {
+        if (form->isEnabled()) {
+            focused_.emplace_back(form->focusWidget());
+            form->setEnabled(false);
+            disabled_.emplace_back(form);
+        }
+    }
+    form_->setEnabled(true);  // an owner takes what it owns with it
+}
+
+void Form::Operation::showIdle() {
+    if (panel_.stop != nullptr) {
+        panel_.stop->setEnabled(false);
+        panel_.stop->setHidden(hidesStop_);
+    }
+    if (panel_.timer != nullptr) {
+        panel_.timer->startOnce(panel_.clearAfterMs);
     }
 }
 
@@ -64,11 +121,36 @@ Form::Operation::~Operation() {
         }
     }
     if (form_) {
+        showIdle();
+        form_->cancel_ = cancel_;
         form_->busy_ = false;
     }
-    if (focus_) {
-        focus_->setFocus();
+    for (const QPointer<QWidget>& control : focused_) {
+        if (control) {
+            control->setFocus();
+        }
     }
+}
+
+void Form::Operation::progress(double percent) {
+    if (!panel_.bars.empty()) {
+        panel_.bars.front()->setValue(
+            static_cast<int>(std::lround(std::clamp(percent, 0.0, 100.0))));
+    }
+}
+
+void Form::Operation::status(const std::string& text) {
+    if (panel_.status != nullptr) {
+        panel_.status->setText(controls::toQt(text));
+    }
+}
+
+bool Form::Operation::yield() {
+    if (untilYield_.isOver()) {
+        Application::instance().yield();
+        untilYield_.restart();
+    }
+    return stopped_;
 }
 
 void hideInPlace(QWidget& control) {
@@ -76,37 +158,6 @@ void hideInPlace(QWidget& control) {
     policy.setRetainSizeWhenHidden(true);
     control.setSizePolicy(policy);
     control.hide();
-}
-
-Progress::Progress(QProgressBar* bar, QLabel* status, QAbstractButton* stop)
-    : bar_(bar), status_(status), untilYield_(TurnMs) {
-    if (bar_ != nullptr) {
-        bar_->setRange(0, 100);
-        bar_->setValue(0);
-    }
-    if (stop != nullptr) {
-        QObject::connect(stop, &QAbstractButton::clicked, &context_, [this] { stopped_ = true; });
-    }
-}
-
-void Progress::progress(double percent) {
-    if (bar_ != nullptr) {
-        bar_->setValue(static_cast<int>(std::lround(std::clamp(percent, 0.0, 100.0))));
-    }
-}
-
-void Progress::status(const std::string& text) {
-    if (status_ != nullptr) {
-        status_->setText(controls::toQt(text));
-    }
-}
-
-bool Progress::yield() {
-    if (untilYield_.isOver()) {
-        Application::instance().yield();
-        untilYield_.restart();
-    }
-    return stopped_;
 }
 
 }  // namespace forms

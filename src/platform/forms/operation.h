@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QString>
 #include <vector>
 
 #include "platform/base/ports.h"
@@ -12,6 +13,8 @@ class QLabel;
 class QProgressBar;
 
 namespace forms {
+
+class Timer;
 
 /// How long a piece of work goes on before the event loop gets its turn. It starts with its making.
 class WorkSlice {
@@ -37,30 +40,29 @@ public:
     BusyCursor& operator=(const BusyCursor&) = delete;
 };
 
-/// A long operation of a form (see Form): its controls are disabled but for the one that stops it.
-class Form::Operation {
-public:
-    explicit Operation(Form& form, QWidget* stop = nullptr);
-    ~Operation();
-    Operation(const Operation&) = delete;
-    Operation& operator=(const Operation&) = delete;
+/// The part of a form that shows a long operation and stops it; a form may lack any of it.
+struct OperationPanel {
+    std::vector<QProgressBar*> bars = {};  ///< the first one shows the percentage done
+    QLabel* status = nullptr;
+    QAbstractButton* stop = nullptr;  ///< Escape presses it; idle, it is hidden or disabled
+    Timer* timer = nullptr;           ///< clear() is its tick's
+    int clearAfterMs = 0;             ///< how long the last status is to be read
+    QString idleText = {};            ///< of the status
 
-private:
-    void disable(QWidget* control, const QWidget* stop);
-
-    QPointer<Form> form_;
-    QPointer<QWidget> focus_;
-    std::vector<QPointer<QWidget>> disabled_;
-    BusyCursor cursor_;
+    /// Hides bars and status and stops the timer.
+    void clear() const;
 };
 
-/// Hides a control whose place in the layout stays empty, so that nothing jumps when it is shown.
-void hideInPlace(QWidget& control);
-
-/// Progress of a long operation on a form's own controls; each of them may be null.
-class Progress : public base::ProgressPort {
+/// A long operation of a form, shown on its panel from 0 on. Its controls are disabled but for the
+/// one that stops it, and so are the forms that could be used beside it: those it owns, and its
+/// owners unless it is modal to them. At its end everything is as before, the last status stands
+/// until the panel's timer clears it. See Form::isBusy().
+class Form::Operation : public base::ProgressPort {
 public:
-    Progress(QProgressBar* bar, QLabel* status, QAbstractButton* stop = nullptr);
+    explicit Operation(Form& form, OperationPanel panel = {});
+    ~Operation() override;
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
 
     void progress(double percent) override;
     void status(const std::string& text) override;
@@ -68,11 +70,24 @@ public:
     bool yield() override;
 
 private:
-    QProgressBar* bar_;
-    QLabel* status_;
-    WorkSlice untilYield_;
+    void show();
+    void disable(QWidget* control);
+    void disableAround();
+    void showIdle();
+
+    QPointer<Form> form_;
+    OperationPanel panel_;
+    bool hidesStop_ = false;
+    QAbstractButton* cancel_ = nullptr;
     bool stopped_ = false;
+    WorkSlice untilYield_;
+    std::vector<QPointer<QWidget>> focused_;
+    std::vector<QPointer<QWidget>> disabled_;
+    BusyCursor cursor_;
     QObject context_;
 };
+
+/// Hides a control whose place in the layout stays empty, so that nothing jumps when it is shown.
+void hideInPlace(QWidget& control);
 
 }  // namespace forms

@@ -188,10 +188,9 @@ auto Add_Remove_Stops::carryOut(std::size_t rows, Action action) {
         const forms::BusyCursor hourglass;
         return action(nullptr);
     }
-    const Operation busy(*this);
+    Operation operation(*this, {.bars = {ui_->Progress}});
     const ShownWhileAlive bar(*ui_->Progress);
-    forms::Progress progress(ui_->Progress, ui_->Status);
-    return action(&progress);
+    return action(&operation);
 }
 
 void Add_Remove_Stops::AddStop() {

@@ -1,60 +1,37 @@
 #include "groupops/belltime/BellTimeChange.h"
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QTableView>
-#include <QTimer>
-
-#include <fmt/format.h>
-#include <gmock/gmock.h>
 
 #include "../groupsupport.h"
 #include "platform/controls/grid.h"
-#include "platform/controls/layoutmemory.h"
-#include "platform/forms/formregistry.h"
-#include "support/smalldistrict.h"
-#include "support/testsession.h"
+#include "startup/base/session.h"
+#include "support/formtest.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+constexpr auto ThirtyRuns =
+    "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30) INSERT INTO "
+    "RUN(RUN, SCHOOL, BELLTIME) SELECT 'X' || i, 'OAK', '1899-12-30 09:00:00' FROM n";
+
 /// Groups as in the small district: ASH without a bell, OAK 8:00, OAK 3 pm, PINE 12:15 am.
-class BellTimeForm : public testing::Test {
+class BellTimeForm : public support::FormTest<> {
 protected:
     BellTimeForm() {
-        forms::Application::instance().startAfresh();
-        fillSmall(district);
-        sql("DELETE FROM STOP_TRIPTYPE");
-        session.start(district.configFolder());
+        byOthers("DELETE FROM STOP_TRIPTYPE");
         startup::RunSearchSchoolSQL = "SELECT RUN.* FROM RUN";
     }
-    ~BellTimeForm() override {
-        forms::FormRegistry::instance().destroyAll();
-        forms::Application::instance().startAfresh();
-        controls::LayoutMemory::instance().forget();
-    }
 
-    groupops::BellTimeChange& form() {
-        return forms::FormRegistry::instance().load<groupops::BellTimeChange>(selection);
-    }
-    template <class Control>
-    Control& control(const char* name) {
-        return *form().findChild<Control*>(name);
+    groupops::BellTimeChange& form() override {
+        return loaded<groupops::BellTimeChange>(selection);
     }
     controls::Grid& grid() { return control<controls::Grid>("BellTimeGrid"); }
-    void check(const char* name, bool on = true) { control<QAbstractButton>(name).setChecked(on); }
-    void click(const char* name) { control<QAbstractButton>(name).click(); }
-    void type(const char* name, const char* text) { control<QLineEdit>(name).setText(text); }
     void typeCell(int row, const char* text) {
         auto* model = grid().view().model();
         model->setData(model->index(row, 3), text);
     }
-    bool isEnabled(const char* name) { return control<QWidget>(name).isEnabled(); }
-    std::string status() { return control<QLabel>("StatMsg").text().toStdString(); }
     std::vector<std::string> newBells() {
         std::vector<std::string> texts;
         for (int row = 0; row < grid().rows(); ++row) {
@@ -66,16 +43,7 @@ protected:
         return grid().cellText(row, 0) + "|" + grid().cellText(row, 1) + "|" +
                grid().cellText(row, 2) + "|" + grid().cellText(row, 3);
     }
-    std::vector<std::string> wholeRuns() {
-        return support::rowsOf("SELECT * FROM RUN", *startup::gcnRouting);
-    }
-    void sql(const std::string& statement) { district.sql(data::DatabaseFile::Routing, statement); }
-    std::string lastBox() {
-        return session.boxes.shown.empty() ? "no box" : session.boxes.shown.back().title;
-    }
 
-    support::TestDistrict district;
-    support::TestSession session;
     support::FakeSelection selection;
 };
 
@@ -116,18 +84,18 @@ TEST_F(BellTimeForm, SetsAndShiftsTheSelectedRows) {
     type("MinChanged", "-20");
     click("AddMin");
     EXPECT_EQ(newBells()[3], "11:55 PM");
-    EXPECT_EQ(lastBox(), "no box");
+    EXPECT_EQ(lastTitle(), "");
 
     type("MinChanged", "2.5");
     click("AddMin");
-    EXPECT_EQ(lastBox(), "Invalid Number of Minutes");
+    EXPECT_EQ(lastTitle(), "Invalid Number of Minutes");
     type("SetTime", "soon");
     click("SetTimes");
-    EXPECT_EQ(lastBox(), "Invalid Time");
+    EXPECT_EQ(lastTitle(), "Invalid Time");
     type("SetTime", "9 am");
     grid().selectNone();
     click("SetTimes");
-    EXPECT_EQ(lastBox(), "No Rows Selected");
+    EXPECT_EQ(lastTitle(), "No Rows Selected");
     EXPECT_EQ(newBells()[3], "11:55 PM");
 }
 
@@ -136,111 +104,72 @@ TEST_F(BellTimeForm, ChangesTellsTheCountRebuildsAndSearchesAgain) {
     typeCell(3, "12:30 am");
     EXPECT_EQ(newBells()[1], "08:15 AM");
     click("ChangeBell");
-    EXPECT_EQ(status(), "Bell Times Changed. 2 Runs changed.");
+    EXPECT_EQ(text("StatMsg"), "Bell Times Changed. 2 Runs changed.");
     EXPECT_EQ(row(1), "OAK|08:15 AM|1| ");
     EXPECT_EQ(selection.searches, 1);
-    EXPECT_EQ(lastBox(), "no box");
-    EXPECT_THAT(
-        support::rowsOf("SELECT ENDTIME FROM RUN WHERE RUN = '101-AM'", *startup::gcnRouting),
-        ElementsAre("8:00:00 AM"));
-    const auto* deadHead = forms::FormRegistry::instance().find("frmCalcDeadHead");
+    EXPECT_EQ(lastTitle(), "");
+    EXPECT_EQ(storedRun("ENDTIME"), "8:00:00 AM");
+    const auto* deadHead = opened("frmCalcDeadHead");
     ASSERT_NE(deadHead, nullptr);
     EXPECT_FALSE(deadHead->findChild<QAbstractButton*>("ResetDeadHead")->isChecked());
-    EXPECT_THAT(support::rowsOf("SELECT NEEDDEADHEADBUILD FROM SYSTEM", *startup::gcnRouting),
-                ElementsAre("False"));
-    EXPECT_FALSE(control<QWidget>("ProgressBar2").isHidden());
+    EXPECT_EQ(stored("SELECT NEEDDEADHEADBUILD FROM SYSTEM"), "False");
+    EXPECT_EQ(stored("SELECT COUNT(*) FROM RUN WHERE DEADHEAD_BEFORE_TIME = -2"), "0");
+    EXPECT_TRUE(isShown("ProgressBar1") && isShown("ProgressBar2"));
     form().Timer1_Timer();
-    EXPECT_EQ(status(), "*** Changing Bell Times ***");
-    for (const auto* name : {"StatMsg", "ProgressBar1", "ProgressBar2", "StopChange"}) {
-        EXPECT_TRUE(control<QWidget>(name).isHidden()) << name;
-    }
+    EXPECT_EQ(text("StatMsg"), "*** Changing Bell Times ***");
+    EXPECT_FALSE(isShown("ProgressBar1") || isShown("ProgressBar2") || isShown("StopChange"));
 }
 
 TEST_F(BellTimeForm, LeavesTheDeadHeadAloneWhereRunTimesNeedNotHonorTheBell) {
     check("Change_Run_Time", false);
     typeCell(1, "8:15");
     click("ChangeBell");
-    EXPECT_EQ(status(), "Bell Times Changed. 1 Runs changed.");
-    EXPECT_EQ(forms::FormRegistry::instance().find("frmCalcDeadHead"), nullptr);
+    EXPECT_EQ(text("StatMsg"), "Bell Times Changed. 1 Runs changed.");
+    EXPECT_EQ(opened("frmCalcDeadHead"), nullptr);
 }
 
 TEST_F(BellTimeForm, RefusesBadEntriesBeforeAnythingIsWritten) {
-    const auto before = wholeRuns();
+    const auto before = rows("SELECT * FROM RUN");
     click("ChangeBell");
-    EXPECT_EQ(lastBox(), "No New Bell Time");
+    EXPECT_EQ(lastTitle(), "No New Bell Time");
     typeCell(1, "8:15");
     typeCell(2, "25:00");
     EXPECT_TRUE(grid().isRed(2, 3));
     click("ChangeBell");
-    EXPECT_EQ(lastBox(), "Invalid New Bell Time");
-    EXPECT_THAT(session.boxes.shown.back().text,
-                HasSubstr("row 3, school OAK, current bell time 03:00 PM"));
+    EXPECT_EQ(lastTitle(), "Invalid New Bell Time");
+    EXPECT_THAT(lastText(), HasSubstr("row 3, school OAK, current bell time 03:00 PM"));
     EXPECT_EQ(grid().view().currentIndex().row(), 2);
     typeCell(2, "");
     EXPECT_FALSE(grid().isRed(2, 3));
     click("FixedMinutes");
     type("NumOfMinutes", "many");
     click("ChangeBell");
-    EXPECT_EQ(lastBox(), "Invalid Number of Minutes");
-    EXPECT_EQ(wholeRuns(), before);
+    EXPECT_EQ(lastTitle(), "Invalid Number of Minutes");
+    EXPECT_EQ(rows("SELECT * FROM RUN"), before);
     EXPECT_EQ(selection.searches, 0);
 }
 
 TEST_F(BellTimeForm, ThirtyOneRunsOfAGroupAreASubscriptError) {
-    sql("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 31) INSERT INTO "
-        "RUN(RUN, SCHOOL, BELLTIME) SELECT 'X' || i, 'ELM', '1899-12-30 09:00:00' FROM n");
+    byOthers(ThirtyRuns);
+    byOthers(
+        "INSERT INTO RUN(RUN, SCHOOL, BELLTIME) SELECT 'Y', SCHOOL, BELLTIME FROM RUN WHERE "
+        "RUN = 'X1'");
     EXPECT_THROW(form(), base::EndProgram);
-    ASSERT_EQ(session.boxes.shown.size(), 1U);
-    EXPECT_THAT(session.boxes.shown[0].text,
-                HasSubstr("Build_Time_List of Module: BellTimeChange."));
+    EXPECT_THAT(texts(), ElementsAre(HasSubstr("Build_Time_List of Module: BellTimeChange.")));
 }
 
 TEST_F(BellTimeForm, AsksBeforeItMakesAGroupThatItCannotHold) {
-    sql("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30) INSERT INTO "
-        "RUN(RUN, SCHOOL, BELLTIME) SELECT 'X' || i, 'OAK', '1899-12-30 09:00:00' FROM n");
+    byOthers(ThirtyRuns);
     typeCell(1, "9:00");
-    const auto before = wholeRuns();
-    session.boxes.answers = {base::MsgAnswer::No};
+    const auto before = rows("SELECT * FROM RUN");
+    answer(base::MsgAnswer::No);
     click("ChangeBell");
-    EXPECT_EQ(lastBox(), "Many Runs at One Bell Time");
-    EXPECT_THAT(session.boxes.shown.back().text,
-                HasSubstr("School OAK will have 31 runs at 09:00 AM"));
-    EXPECT_EQ(wholeRuns(), before);
+    EXPECT_EQ(lastTitle(), "Many Runs at One Bell Time");
+    EXPECT_THAT(lastText(), HasSubstr("School OAK will have 31 runs at 09:00 AM"));
+    EXPECT_EQ(rows("SELECT * FROM RUN"), before);
     typeCell(1, "9:01");
     click("ChangeBell");
-    EXPECT_EQ(status(), "Bell Times Changed. 1 Runs changed.");
-}
-
-TEST_F(BellTimeForm, WhileItRunsItStaysOpenTakesNoSecondStartAndStops) {
-    sql("DELETE FROM RUN");
-    sql("WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 5999) INSERT "
-        "INTO "
-        "RUN(RUN, SCHOOL, BELLTIME, ENDTIME) SELECT 'X' || i, 'S' || (i / 30), "
-        "'1899-12-30 09:00:00', '1899-12-30 08:50:00' FROM n");
-    grid().selectAllRows();
-    type("SetTime", "9:10 am");
-    click("SetTimes");
-    bool closed = true;
-    bool startable = true;
-    QTimer::singleShot(0, [&] {
-        closed = form().closeForm();
-        startable = isEnabled("ChangeBell");
-        click("StopChange");
-    });
-    click("ChangeBell");
-    EXPECT_FALSE(closed);
-    EXPECT_FALSE(startable);
-    ASSERT_EQ(lastBox(), "Bell Time Change");
-    const auto changed = support::rowsOf("SELECT RUN FROM RUN WHERE ChangedBy='BELL TIME CHANGE'",
-                                         *startup::gcnRouting);
-    EXPECT_LT(changed.size(), 6000U);
-    EXPECT_EQ(status(), fmt::format("Bell Times Changed. {} Runs changed.", changed.size()));
-    EXPECT_THAT(session.boxes.shown.back().text,
-                HasSubstr(fmt::format("{} runs changed and saved, {} of 6000 not changed.\n\nYou "
-                                      "stopped the change.",
-                                      changed.size(), 6000 - changed.size())));
-    EXPECT_TRUE(isEnabled("ChangeBell"));
-    EXPECT_TRUE(form().closeForm());
+    EXPECT_EQ(text("StatMsg"), "Bell Times Changed. 1 Runs changed.");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "../groupsupport.h"
 #include "groupops/belltime/bellchange.h"
+#include "support/rows.h"
 #include "tools/district/make/madedistrict.h"
 
 namespace {
@@ -24,7 +25,7 @@ std::vector<std::string> rowsIn(const std::string& path, const std::string& sql)
 }
 
 /// Moves the bells of the school as they are now.
-groupops::GroupOutcome moveBells(const std::string& path, int minutes) {
+groupops::Outcome moveBells(const std::string& path, int minutes) {
     ado::Connection routing;
     routing.Open(path);
     groupops::BellGroups groups;
@@ -35,7 +36,7 @@ groupops::GroupOutcome moveBells(const std::string& path, int minutes) {
         change.newBells.emplace_back(bell->plusSeconds(std::int64_t{minutes} * 60));
     }
     FakeProgress quiet;
-    return changeBellTimes(routing, change, {quiet, quiet, {}});
+    return changeBellTimes(routing, change, {quiet, [](double) {}});
 }
 
 /// The gaps that are kept are whole minutes. The runs of the sample end at odd seconds: a first
@@ -62,9 +63,9 @@ TEST_F(SchoolTest, FifteenMinutesMoveEveryStopByThatAndNothingElse) {
     const auto before = everything();
 
     const auto outcome = moveBells(path(), 15);
-    EXPECT_GT(outcome.changed, 10);
+    EXPECT_GT(outcome.done, 10);
     EXPECT_EQ(made.number("SELECT count(*) FROM RUN WHERE ChangedBy = 'BELL TIME CHANGE'"),
-              outcome.changed);
+              outcome.done);
     ASSERT_TRUE(everything() != before);
 
     const auto back = [&](const char* column) {

@@ -1,12 +1,11 @@
 #include "groupops/belltime/bellgroups.h"
 
-#include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "groupops/belltime/bellanchor.h"
-#include "platform/base/error.h"
+#include "support/errors.h"
 
 namespace {
 
@@ -33,26 +32,17 @@ TEST(BellGroups, ASchoolOrBellTimeThatDiffersBeginsAGroup) {
     EXPECT_EQ(groups[4].school, "PINE");
 }
 
-int errorOf(const std::function<void()>& procedure) {
-    try {
-        procedure();
-    } catch (const base::RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
-
 TEST(BellGroups, HoldThirtyRunsAGroupAndThreeHundredGroups) {
     BellGroups full;
     for (int run = 1; run <= 30; ++run) {
         full.add("OAK", at(8, 0), "R" + std::to_string(run));
     }
-    EXPECT_EQ(errorOf([&] { full.add("OAK", at(8, 0), "R31"); }), 9);
+    EXPECT_EQ(support::errorOf([&] { full.add("OAK", at(8, 0), "R31"); }), 9);
     for (int group = 2; group <= 300; ++group) {
         full.add("S" + std::to_string(group), at(8, 0), "R");
     }
     EXPECT_EQ(full.count(), 300);
-    EXPECT_EQ(errorOf([&] { full.add("ONE TOO MANY", at(8, 0), "R"); }), 9);
+    EXPECT_EQ(support::errorOf([&] { full.add("ONE TOO MANY", at(8, 0), "R"); }), 9);
     EXPECT_EQ(full.count(), 300);
 }
 

@@ -1,9 +1,9 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include "../groupsupport.h"
 #include "groupops/deadhead/districtdeadhead.h"
 #include "groupops/deadhead/mdlDeadHead_Process.h"
-#include "groupops/fakeprogress.h"
 #include "startup/base/session.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
@@ -12,7 +12,7 @@ namespace groupops {
 namespace {
 
 using data::DatabaseFile;
-using testing::ElementsAre;
+using support::FakeProgress;
 using testing::HasSubstr;
 
 /// Garage 900; ways 900-1 (10 minutes), 2-900 (20.5), 2-3 (5); from anywhere to 7 there is 77.
@@ -137,10 +137,12 @@ TEST_F(DeadHeadTest, CalculatesAllRoutesAndSaysWhatIsMissing) {
 }
 
 TEST_F(DeadHeadTest, LeavesTheRestAloneAfterAStop) {
-    FakeProgress afterOne(1);
+    FakeProgress afterOne([](int turn) { return turn == 2; });
     const auto outcome = calculateAllRoutes(data(), false, afterOne);
-    EXPECT_THAT(stoppedMessage(outcome), HasSubstr("1 of 2 routes are calculated and written.  The "
-                                                   "runs of the other 1 are as they were before."));
+    EXPECT_EQ(whatWasLeft(outcome, deadHeadWording(outcome.wasReset)),
+              "1 of 2 routes calculated and saved.\n\nYou stopped the calculation.  The runs of "
+              "the others are as they were before.  A calculation of all routes is still due.");
+    EXPECT_THAT(deadHeadWording(true).rest, HasSubstr("are marked as not calculated."));
     EXPECT_EQ(routeMarks(), "A B ");
     EXPECT_EQ(stored("B1"), "4 / -, - / -, - / -, False False");
     EXPECT_EQ(lastCalculation(*startup::gcnRouting), "Not calculated yet.");

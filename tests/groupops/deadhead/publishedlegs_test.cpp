@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include "../groupsupport.h"
 #include "groupops/deadhead/districtdeadhead.h"
-#include "groupops/fakeprogress.h"
 #include "platform/base/value.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
@@ -47,10 +47,10 @@ TEST(PublishedDeadHeads, ComeOutForEveryBus) {
     const support::TestSession session;
     session.start(district.folder() + "/vireo");
     startup::gErrorHandling = false;
-    FakeProgress progress;
+    support::FakeProgress progress;
     const auto outcome =
         calculateAllRoutes({*startup::gcnRouting, *startup::gcnDeadCross}, true, progress);
-    EXPECT_EQ(outcome.calculated, 31);
+    EXPECT_EQ(outcome.done, 31);
     EXPECT_EQ(outcome.failed, 0);
     std::map<int, std::vector<std::int64_t>> published;
     std::size_t count = 0;

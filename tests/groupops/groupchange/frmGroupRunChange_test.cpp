@@ -1,54 +1,27 @@
 #include "groupops/groupchange/frmGroupRunChange.h"
 
-#include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-
-#include <gmock/gmock.h>
-
 #include "../groupsupport.h"
-#include "platform/controls/layoutmemory.h"
-#include "platform/controls/multicolumncombo.h"
-#include "platform/forms/formregistry.h"
-#include "support/smalldistrict.h"
-#include "support/testsession.h"
+#include "support/formtest.h"
 
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 
-class GroupRunChangeForm : public testing::Test {
+class GroupRunChangeForm : public support::FormTest<> {
 protected:
     GroupRunChangeForm() {
-        forms::Application::instance().startAfresh();
-        fillSmall(district);
-        session.start(district.configFolder());
         selection.selected = {"101-AM", "201-PM"};
-        form = &forms::FormRegistry::instance().load<groupops::frmGroupRunChange>(selection);
+        form();
     }
-    ~GroupRunChangeForm() override {
-        forms::FormRegistry::instance().destroyAll();
-        controls::LayoutMemory::instance().forget();
+    groupops::frmGroupRunChange& form() override {
+        return loaded<groupops::frmGroupRunChange>(selection);
     }
-
-    template <class Control>
-    Control& control(const char* name) {
-        return *form->findChild<Control*>(name);
-    }
-    void tick(const char* name) { control<QAbstractButton>(name).setChecked(true); }
-    void choose(const char* name, const std::string& text) {
-        control<controls::MultiColumnCombo>(name).setText(text);
-    }
-    void type(const char* name, const char* text) { control<QLineEdit>(name).setText(text); }
-    std::vector<std::string> locationsAndOverfills() {
-        return support::rowsOf("SELECT LOCCODE, OverFill FROM RUN ORDER BY RUN",
-                               *startup::gcnRouting);
+    static std::vector<std::string> locationsAndOverfills() {
+        return rows("SELECT LOCCODE, OverFill FROM RUN ORDER BY RUN");
     }
 
-    support::TestDistrict district;
-    support::TestSession session;
     support::FakeSelection selection;
-    groupops::frmGroupRunChange* form = nullptr;
 };
 
 TEST_F(GroupRunChangeForm, EachBoxEnablesItsField) {
@@ -58,71 +31,66 @@ TEST_F(GroupRunChangeForm, EachBoxEnablesItsField) {
         {"ChangeVehType", "cmbVEHTYPE"},     {"ChangeCapacity", "cmbCapacity"},
         {"ChangeOverfill", "OverFill"}};
     for (const auto& [box, field] : pairs) {
-        EXPECT_FALSE(control<QWidget>(field).isEnabled()) << field;
-        tick(box);
-        EXPECT_TRUE(control<QWidget>(field).isEnabled()) << field;
-        control<QAbstractButton>(box).setChecked(false);
-        EXPECT_FALSE(control<QWidget>(field).isEnabled()) << field;
+        EXPECT_FALSE(isEnabled(field)) << field;
+        check(box);
+        EXPECT_TRUE(isEnabled(field)) << field;
+        check(box, false);
+        EXPECT_FALSE(isEnabled(field)) << field;
     }
 }
 
 TEST_F(GroupRunChangeForm, ChangesWhatIsTickedTellsItAndSearchesAgain) {
-    tick("ChangeLocation");
-    choose("cmbLOCCODE", "north");
-    tick("ChangeOverfill");
+    check("ChangeLocation");
+    type("cmbLOCCODE", "north");
+    check("ChangeOverfill");
     type("OverFill", "12");
-    choose("cmbSchool", "PINE");  // not ticked
-    form->ChangeIt_Click();
+    type("cmbSchool", "PINE");  // not ticked
+    click("ChangeIt");
 
-    EXPECT_THAT(locationsAndOverfills(), ElementsAre("NORTH|12", "SOUTH|-", " |-", "NORTH|12"));
-    EXPECT_THAT(support::rowsOf("SELECT SCHOOL, ChangedBy FROM RUN WHERE RUN='101-AM'",
-                                *startup::gcnRouting),
-                ElementsAre("OAK|-"));
-    EXPECT_EQ(control<QLabel>("StatMsg").text(), "Changed selected information on 2 runs.");
+    EXPECT_THAT(locationsAndOverfills(),
+                ElementsAre("NORTH|12", "SOUTH|Null", " |Null", "NORTH|12"));
+    EXPECT_EQ(storedRun("SCHOOL") + storedRun("ChangedBy"), "OAKNull");
+    EXPECT_EQ(text("StatMsg"), "Changed selected information on 2 runs.");
     EXPECT_EQ(selection.searches, 1);
-    EXPECT_TRUE(session.boxes.shown.empty());
-    EXPECT_FALSE(control<QWidget>("StatMsg").isHidden());
-    form->Timer1_Timer();
-    EXPECT_EQ(control<QLabel>("StatMsg").text(), "Changing Run Information");
-    EXPECT_TRUE(control<QWidget>("StatMsg").isHidden());
+    EXPECT_THAT(titles(), ElementsAre());
+    form().Timer1_Timer();
+    EXPECT_EQ(text("StatMsg"), "Changing Run Information");
 }
 
 TEST_F(GroupRunChangeForm, ATickedEmptyListEmptiesTheColumn) {
-    tick("ChangeLocation");
-    form->ChangeIt_Click();
-    EXPECT_THAT(locationsAndOverfills(), ElementsAre("|-", "SOUTH|-", " |-", "|-"));
+    check("ChangeLocation");
+    click("ChangeIt");
+    EXPECT_THAT(locationsAndOverfills(), ElementsAre("|Null", "SOUTH|Null", " |Null", "|Null"));
 }
 
 TEST_F(GroupRunChangeForm, RefusesBadValuesBeforeAnythingIsWritten) {
     const auto before = locationsAndOverfills();
-    tick("ChangeLocation");
-    tick("ChangeOverfill");
-    choose("cmbLOCCODE", "NOWHERE");
-    form->ChangeIt_Click();
-    choose("cmbLOCCODE", "NORTH");
+    check("ChangeLocation");
+    check("ChangeOverfill");
+    type("cmbLOCCODE", "NOWHERE");
+    click("ChangeIt");
+    type("cmbLOCCODE", "NORTH");
     for (const char* overfill : {"", "many", "2.5", "-1"}) {
         type("OverFill", overfill);
-        form->ChangeIt_Click();
+        click("ChangeIt");
     }
-    ASSERT_EQ(session.boxes.shown.size(), 5U);
-    EXPECT_EQ(session.boxes.shown[0].title, "Invalid Location");
-    EXPECT_EQ(session.boxes.shown[4].title, "Invalid Overfill");
+    const auto overfill = "Invalid Overfill";
+    EXPECT_THAT(titles(), ElementsAre("Invalid Location", overfill, overfill, overfill, overfill));
     EXPECT_EQ(locationsAndOverfills(), before);
     EXPECT_EQ(selection.searches, 0);
 }
 
 TEST_F(GroupRunChangeForm, DoesNothingWithoutASelectedRunAndTellsOfDeletedOnes) {
-    tick("ChangeLocation");
+    check("ChangeLocation");
     selection.selected.clear();
-    form->ChangeIt_Click();
+    click("ChangeIt");
     EXPECT_EQ(selection.searches, 0);
-    EXPECT_FALSE(control<QWidget>("ChangeIt").isEnabled());
+    EXPECT_FALSE(isEnabled("ChangeIt"));
 
     selection.selected = {"101-AM", "999-XX"};
-    form->ChangeIt_Click();
-    ASSERT_EQ(session.boxes.shown.size(), 1U);
-    EXPECT_THAT(session.boxes.shown[0].text, testing::HasSubstr("999-XX"));
-    EXPECT_EQ(control<QLabel>("StatMsg").text(), "Changed selected information on 1 runs.");
+    form().ChangeIt_Click();
+    EXPECT_THAT(texts(), ElementsAre(HasSubstr("999-XX")));
+    EXPECT_EQ(text("StatMsg"), "Changed selected information on 1 runs.");
 }
 
 }  // namespace

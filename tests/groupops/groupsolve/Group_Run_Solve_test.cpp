@@ -1,19 +1,17 @@
 #include "groupops/groupsolve/Group_Run_Solve.h"
 
-#include <QAbstractButton>
-#include <QLabel>
 #include <QProgressBar>
+#include <QTest>
 #include <QTimer>
 
 #include "../../runedit/map/fakemap.h"
 #include "../../runedit/map/mapsession.h"
 #include "../groupsupport.h"
-#include "platform/controls/layoutmemory.h"
-#include "platform/controls/multicolumnlist.h"
+#include "platform/ado/session.h"
 #include "platform/dde/dbustransport.h"
-#include "platform/forms/formregistry.h"
 #include "platform/forms/timer.h"
 #include "runedit/map/requestline.h"
+#include "support/formtest.h"
 #include "support/privatebus.h"
 
 namespace {
@@ -28,29 +26,17 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
-class GroupSolveForm : public MapSession {
+class GroupSolveForm : public support::FormTest<MapSession> {
 protected:
     GroupSolveForm() {
-        forms::Application::instance().startAfresh();
         forms::Timer::setSpeed(200);
         selection.selected = {"101-AM", "102-AM", "201-PM"};
         map.whenTaken = [this] { answerSoon(); };
     }
-    ~GroupSolveForm() override {
-        forms::Timer::setSpeed(1);
-        forms::FormRegistry::instance().destroyAll();
-        controls::LayoutMemory::instance().forget();
-    }
+    ~GroupSolveForm() override { forms::Timer::setSpeed(1); }
 
-    Group_Run_Solve& form() {
-        return forms::FormRegistry::instance().load<Group_Run_Solve>(selection);
-    }
+    Group_Run_Solve& form() override { return loaded<Group_Run_Solve>(selection); }
     void solve() { form().ChangeIt_Click(); }
-    template <class Control>
-    Control& control(const char* name) {
-        return *form().findChild<Control*>(name);
-    }
-    std::string label(const char* name) { return control<QLabel>(name).text().toStdString(); }
     static void later(std::function<void()> task) { QTimer::singleShot(20, std::move(task)); }
     /// The map's side: the answer, and the end of the run's file.
     void answerSoon() {
@@ -67,11 +53,9 @@ protected:
         return std::string(runedit::runOfLine(list));
     }
     std::vector<std::string> states() {
-        auto& list = control<controls::MultiColumnList>("RunStates");
         std::vector<std::string> rows;
-        rows.reserve(static_cast<std::size_t>(list.rows()));
-        for (int row = 0; row < list.rows(); ++row) {
-            rows.push_back(list.cellText(row, 0) + ": " + list.cellText(row, 1));
+        for (int i = 0; i < list("RunStates").rows(); ++i) {
+            rows.push_back(Controls::row("RunStates", i));
         }
         return rows;
     }
@@ -96,7 +80,7 @@ TEST_F(GroupSolveForm, SendsEachRunWhenTheAnswerToTheOneBeforeIsThere) {
                     ElementsAre(StartsWith("101-AM|Group_Run_Solve|Start|7:05:00 AM|"),
                                 StartsWith("102-AM|"), StartsWith("201-PM|")));
         EXPECT_EQ(file("RunsOld.txt"), "before\n");
-        EXPECT_EQ(label("StatMsg"), "Preparing for Group Run Solve...");
+        EXPECT_EQ(text("StatMsg"), "Preparing for Group Run Solve...");
         EXPECT_THAT(map.taken, IsEmpty());
         session.processes.running.clear();
     });
@@ -105,8 +89,8 @@ TEST_F(GroupSolveForm, SendsEachRunWhenTheAnswerToTheOneBeforeIsThere) {
         EXPECT_EQ(answers + 1, map.taken.size());
         EXPECT_FALSE(files::exists(program("RunDone.txt")));
         EXPECT_EQ(file("RunsOrg.txt"), file("Runs.txt"));
-        EXPECT_EQ(label("StatMsg"), "Changed information for run: " + sentRun() + ".");
-        EXPECT_THAT(row("SELECT Run, UpdateMap FROM StartEnd"), sentRun() + "|True");
+        EXPECT_EQ(text("StatMsg"), "Changed information for run: " + sentRun() + ".");
+        EXPECT_THAT(MapSession::row("SELECT Run, UpdateMap FROM StartEnd"), sentRun() + "|True");
         percents.push_back(control<QProgressBar>("ProgressBar1").value());
         answerSoon();
     };
@@ -116,8 +100,8 @@ TEST_F(GroupSolveForm, SendsEachRunWhenTheAnswerToTheOneBeforeIsThere) {
                                        HasSubstr("runstop.avl\", \"102-AM\""),
                                        HasSubstr("runstop.avl\", \"201-PM\"")));
     EXPECT_THAT(percents, ElementsAre(0, 33, 67));
-    EXPECT_THAT(states(), ElementsAre("101-AM: Solved", "102-AM: Solved", "201-PM: Solved"));
-    EXPECT_EQ(label("StatMsg"), "3 of 3 runs solved.");
+    EXPECT_THAT(states(), ElementsAre("101-AM|Solved", "102-AM|Solved", "201-PM|Solved"));
+    EXPECT_EQ(text("StatMsg"), "3 of 3 runs solved.");
     EXPECT_THAT(session.processes.started,
                 ElementsAre(program("DelWrkFiles.exe"), program("Process_RunWork.exe")));
     EXPECT_THAT(session.boxes.shown, IsEmpty());
@@ -141,9 +125,9 @@ TEST_F(GroupSolveForm, ARunWithAFaultOfItsOwnIsLeftOut) {
         session.boxes.shown[1].text,
         AllOf(StartsWith("0 of 5 runs solved."), HasSubstr("not finished with them: 101-AM."),
               HasSubstr("meanwhile: gone."), HasSubstr("files cannot be named after it"),
-              HasSubstr("201-PM could not be sent: ArcView")));
+              HasSubstr("201-PM (ArcView")));
     EXPECT_EQ(session.processes.started.back(), program("Process_RunWork.exe"));
-    EXPECT_TRUE(control<QWidget>("LeaveOutSolved").isHidden());
+    EXPECT_FALSE(isShown("LeaveOutSolved"));
 
     map.failsAt = -1;
     map.whenTaken = [this] {
@@ -152,7 +136,7 @@ TEST_F(GroupSolveForm, ARunWithAFaultOfItsOwnIsLeftOut) {
     };
     solve();
     EXPECT_THAT(states(),
-                testing::IsSupersetOf({"102-AM: Solved", "201-PM: Left out: deleted meanwhile"}));
+                testing::IsSupersetOf({"102-AM|Solved", "201-PM|Left out: deleted meanwhile"}));
 }
 
 TEST_F(GroupSolveForm, WithoutTheMapNothingIsWrittenAndTheRestCanGoLater) {
@@ -169,15 +153,15 @@ TEST_F(GroupSolveForm, WithoutTheMapNothingIsWrittenAndTheRestCanGoLater) {
     EXPECT_THAT(onlyBox(), AllOf(StartsWith("1 of 3 runs solved.\n\nArcView is not running."),
                                  HasSubstr("Not sent: 102-AM, 201-PM.")));
     EXPECT_EQ(session.processes.started.back(), program("Process_RunWork.exe"));
-    EXPECT_FALSE(control<QWidget>("LeaveOutSolved").isHidden());
+    EXPECT_TRUE(isShown("LeaveOutSolved"));
 
     map.failsAt = -1;
     map.taken.clear();
     solve();
-    EXPECT_EQ(label("StatMsg"), "2 of 2 runs solved.");
+    EXPECT_EQ(text("StatMsg"), "2 of 2 runs solved.");
     EXPECT_THAT(map.taken, SizeIs(2));
-    EXPECT_TRUE(control<QWidget>("LeaveOutSolved").isHidden());
-    EXPECT_TRUE(control<QWidget>("ChangeIt").isEnabled());
+    EXPECT_FALSE(isShown("LeaveOutSolved"));
+    EXPECT_TRUE(isEnabled("ChangeIt"));
 }
 
 TEST_F(GroupSolveForm, AMapThatEndsOrStaysSilentDoesNotHoldTheForm) {
@@ -200,8 +184,12 @@ TEST_F(GroupSolveForm, AMapThatEndsOrStaysSilentDoesNotHoldTheForm) {
     EXPECT_THAT(map.taken, SizeIs(2));
 }
 
-TEST_F(GroupSolveForm, StopEndsTheCleanUpAtOnceAndARunWhenItIsDone) {
-    const auto stop = [this] { control<QAbstractButton>("StopIt").click(); };
+TEST_F(GroupSolveForm, EscapeEndsTheCleanUpAtOnceAndARunWhenItIsDone) {
+    form().showForm();
+    const auto stop = [this] {
+        EXPECT_FALSE(form().closeForm());
+        QTest::keyClick(&form(), Qt::Key_Escape);
+    };
     session.processes.running = {"DelWrkFiles.exe"};
     later(stop);
     solve();
@@ -225,8 +213,20 @@ TEST_F(GroupSolveForm, StopEndsTheCleanUpAtOnceAndARunWhenItIsDone) {
     EXPECT_THAT(onlyBox(), AllOf(StartsWith("0 of 2 runs solved.\n\nYou stopped"),
                                  HasSubstr("the answer has not come: 102-AM."),
                                  HasSubstr("Not sent: 201-PM.")));
-    EXPECT_EQ(control<QAbstractButton>("StopIt").text(), "&Stop");
+    EXPECT_EQ(text("StopIt"), "&Stop");
     EXPECT_FALSE(form().isBusy());
+}
+
+TEST_F(GroupSolveForm, AFileThatAnotherProgramHoldsEndsNothingAndTheButtonWorksAgain) {
+    auto held = store::open(district.path(DatabaseFile::Routing));
+    startup::gcnRouting->session()->database().setLockTimeout(1);
+    held->begin();
+    click("ChangeIt");
+    EXPECT_THAT(onlyBox(), AllOf(StartsWith("0 of 3 runs solved."), HasSubstr("101-AM")));
+    EXPECT_FALSE(ending() || form().isBusy());
+    held.reset();
+    click("ChangeIt");
+    EXPECT_EQ(text("StatMsg"), "3 of 3 runs solved.");
 }
 
 TEST_F(GroupSolveForm, CompanionsThatAreMissingAreNamed) {
@@ -258,7 +258,7 @@ TEST_F(GroupSolveForm, WithoutRunsExchangeOrFolderNothingIsSent) {
     selection.selected = {"101-AM"};
     startup::gMapSoftware = "other";
     solve();
-    EXPECT_EQ(label("StatMsg"), runedit::MapExchangeOffText);
+    EXPECT_EQ(text("StatMsg"), runedit::MapExchangeOffText);
     EXPECT_THAT(workFiles(), IsEmpty());
     EXPECT_THAT(session.processes.started, IsEmpty());
     EXPECT_THAT(map.taken, IsEmpty());
@@ -277,8 +277,8 @@ TEST_F(GroupSolveForm, RealMapSolvesTheRunsOneByOne) {
     sql("UPDATE RUN SET REGENERATE = 1, STARTTIME = '1899-12-30 07:00:00'");
     solve();
     EXPECT_THAT(session.boxes.shown, IsEmpty());
-    EXPECT_EQ(row("SELECT COUNT(*) FROM RUN WHERE REGENERATE = FALSE"), "3");
-    EXPECT_EQ(row("SELECT Run FROM StartEnd"), "201-PM");
+    EXPECT_EQ(MapSession::row("SELECT COUNT(*) FROM RUN WHERE REGENERATE = FALSE"), "3");
+    EXPECT_EQ(MapSession::row("SELECT Run FROM StartEnd"), "201-PM");
 }
 
 }  // namespace

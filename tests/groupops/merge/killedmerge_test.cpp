@@ -5,7 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "groupops/fakeprogress.h"
+#include "../groupsupport.h"
 #include "groupops/merge/runmerge.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
@@ -27,7 +27,7 @@ pid_t mergeElsewhere(const MadeDistrict& district, RunMerge merge, bool forever)
     try {
         ado::Connection routing;
         routing.Open(district.folders().database(DatabaseFile::Routing).string());
-        FakeProgress progress;
+        support::FakeProgress progress;
         do {
             mergeRuns(routing, merge, progress);
             std::swap(merge.source, merge.receiving);

@@ -1,66 +1,43 @@
 #include "groupops/merge/runmerge.h"
 
-#include <gmock/gmock.h>
-
-#include "groupops/fakeprogress.h"
+#include "../groupsupport.h"
 #include "mergedistrict.h"
-#include "platform/ado/recordset.h"
-#include "support/fakes.h"
+#include "startup/base/session.h"
+#include "support/districtsession.h"
 
 namespace groupops {
 namespace {
 
+using support::FakeProgress;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class RunMergeTest : public testing::Test {
+class RunMergeTest : public support::DistrictSession {
 protected:
-    RunMergeTest() {
-        fillMerge(district_);
-        routing_.Open(district_.path(data::DatabaseFile::Routing));
-    }
+    RunMergeTest() : DistrictSession(fillMerge) {}
 
-    /// The rows of a query, cells apart by "|".
-    std::vector<std::string> rows(const std::string& sql) {
-        ado::Recordset found;
-        found.Open(sql, routing_);
-        std::vector<std::string> texts;
-        for (; !found.Eof(); found.MoveNext()) {
-            std::string text;
-            for (int i = 0; i < found.fieldCount(); ++i) {
-                const auto value = found.Fields(i).Value();
-                text += (i == 0 ? "" : "|") + (value.isNull() ? "-" : value.asText());
-            }
-            texts.push_back(text);
-        }
-        return texts;
-    }
-    std::vector<std::string> stopsOf(const std::string& run) {
+    static std::vector<std::string> stopsOf(const std::string& run) {
         return rows("SELECT RUNSEQ, INT_STOPID, TRIPTYPE, RUN FROM STOP_TRIPTYPE WHERE RUN = '" +
                     run + "' ORDER BY RUNSEQ");
     }
-
-    support::TestDistrict district_;
-    support::FakeClock clock_;
-    ado::Connection routing_;
+    static std::string merged(const RunMerge& merge, FakeProgress& progress) {
+        return whatWasLeft(mergeRuns(*startup::gcnRouting, merge, progress), mergeWording(merge));
+    }
 };
-
-}  // namespace
 
 TEST_F(RunMergeTest, MovesAllStopsInTheirOrderAndLogsThem) {
     const RunMerge merge{" TO ", "from", "ANN"};
     FakeProgress progress;
-    ASSERT_EQ(mergeObstacle(routing_, merge), MergeObstacle::None);
-    const auto outcome = mergeRuns(routing_, merge, progress);
-    EXPECT_EQ(whatStayed(merge, outcome), "");
+    ASSERT_EQ(mergeObstacle(*startup::gcnRouting, merge), MergeObstacle::None);
+    EXPECT_EQ(merged(merge, progress), "");
     EXPECT_THAT(stopsOf("TO"),
                 ElementsAre("5|1|AM|TO", "7|5|AM|TO", "8|2|AM|TO", "9|4|AM|TO", "10|99|PM|TO"));
     EXPECT_THAT(stopsOf("FROM"), ElementsAre());
     EXPECT_THAT(rows("SELECT RUNID, Int_STOPID, StopID, TripType, LOGDATE, RUNLOG.User, "
                      "ACTIVITYCODE FROM RUNLOG"),
                 ElementsAre("TO|2|B|AM|1/31/2026 8:05:09 AM|ANN|5",
-                            "TO|-|TURN|AM|1/31/2026 8:05:09 AM|ANN|5",
-                            "TO|-|NOT FOUND|PM|1/31/2026 8:05:09 AM|ANN|5"));
+                            "TO|Null|TURN|AM|1/31/2026 8:05:09 AM|ANN|5",
+                            "TO|Null|NOT FOUND|PM|1/31/2026 8:05:09 AM|ANN|5"));
     EXPECT_EQ(rows("SELECT Description FROM RUNLOG")[2],
               "Stop Merged From run: TO with the sequence of: 9 to new run: from with a new "
               "sequence of: 10");
@@ -68,8 +45,8 @@ TEST_F(RunMergeTest, MovesAllStopsInTheirOrderAndLogsThem) {
                 ElementsAre("Merged stop: 1 of 3 total stops.", "Merged stop: 2 of 3 total stops.",
                             "Merged stop: 3 of 3 total stops."));
     EXPECT_EQ(progress.percents.back(), 100);
-    EXPECT_EQ(mergeObstacle(routing_, merge), MergeObstacle::NoStops);
-    mergeRuns(routing_, {"EMPTY", "OLD", "ANN"}, progress);
+    EXPECT_EQ(mergeObstacle(*startup::gcnRouting, merge), MergeObstacle::NoStops);
+    mergeRuns(*startup::gcnRouting, {"EMPTY", "OLD", "ANN"}, progress);
     EXPECT_THAT(stopsOf("EMPTY"), ElementsAre("1|3|AM|EMPTY"));
 }
 
@@ -85,48 +62,41 @@ TEST_F(RunMergeTest, RefusesWhatIsNoRunWithAReason) {
           Case{{"TO", "O'HARE", ""}, MergeObstacle::UnknownSource, "there is no run: O'HARE."},
           Case{{"GONE", "FROM", ""}, MergeObstacle::UnknownReceiving, "run: GONE does not exist"},
           Case{{"TO", "EMPTY", ""}, MergeObstacle::NoStops, "run: EMPTY has no stops"}}) {
-        EXPECT_EQ(mergeObstacle(routing_, merge), obstacle) << merge.source;
+        EXPECT_EQ(mergeObstacle(*startup::gcnRouting, merge), obstacle) << merge.source;
         const auto told = messageOf(obstacle, merge);
         EXPECT_THAT(told ? told->text : "", HasSubstr(message));
         EXPECT_EQ(told.has_value(), !message.empty());
     }
 }
 
-// The other program's change comes between the reading of the stops and their moving.
-TEST_F(RunMergeTest, LeavesAloneWhatAnotherProgramMoved) {
-    class Meanwhile : public FakeProgress {
-    public:
-        explicit Meanwhile(const support::TestDistrict& district) : district_(district) {}
-        bool yield() override {
-            if (texts.size() == 1) {
-                district_.sql(data::DatabaseFile::Routing,
-                              "UPDATE STOP_TRIPTYPE SET RUN = 'EMPTY' WHERE INT_STOPID = 4");
-                district_.sql(data::DatabaseFile::Routing,
-                              "UPDATE STOP_TRIPTYPE SET RUNSEQ = 70 WHERE INT_STOPID = 5");
-            }
-            return texts.size() == 2;
+// The other program's changes come between the reading of the stops and their moving.
+TEST_F(RunMergeTest, LeavesAloneWhatAnotherProgramMovedOrDeleted) {
+    FakeProgress progress([&](int turn) {
+        if (turn == 1) {
+            byOthers("DELETE FROM STOP_TRIPTYPE WHERE INT_STOPID = 2");
+            byOthers("UPDATE STOP_TRIPTYPE SET RUN = 'EMPTY' WHERE INT_STOPID = 4");
+            byOthers("UPDATE STOP_TRIPTYPE SET RUNSEQ = 12 WHERE INT_STOPID = 99");
+            byOthers("UPDATE STOP_TRIPTYPE SET RUNSEQ = 70 WHERE INT_STOPID = 5");
         }
-
-    private:
-        const support::TestDistrict& district_;
-    };
-    Meanwhile progress(district_);
-    const RunMerge merge{"TO", "FROM", "ANN"};
-    const auto outcome = mergeRuns(routing_, merge, progress);
+        return false;
+    });
+    EXPECT_EQ(merged({"TO", "FROM", "ANN"}, progress),
+              "1 of 3 stops merged to run: TO and saved.\n\nLeft alone, for another program has "
+              "moved or deleted them meanwhile: B, TURN.");
     EXPECT_THAT(stopsOf("EMPTY"), ElementsAre("4|4|AM|EMPTY"));
-    EXPECT_THAT(stopsOf("FROM"), ElementsAre("9|99|PM|FROM"));
-    EXPECT_EQ(whatStayed(merge, outcome),
-              "1 of 3 stops of run: FROM are merged to run: TO and written.\n\nYou stopped the "
-              "merge.  The other 1 stops are still on run: FROM.\n\n1 stops were left alone, for "
-              "another program has moved them meanwhile.");
+    EXPECT_THAT(stopsOf("TO"), ElementsAre("5|1|AM|TO", "70|5|AM|TO", "71|99|PM|TO"));
+    EXPECT_THAT(rows("SELECT RUNLOG.Description FROM RUNLOG"),
+                ElementsAre(HasSubstr("sequence of: 12 to new")));
+    EXPECT_EQ(progress.percents.back(), 100);
 }
 
 TEST_F(RunMergeTest, OffersAllActiveRunsButItself) {
-    const auto runs = readOtherRuns(routing_, "to ");
+    const auto runs = readOtherRuns(*startup::gcnRouting, "to ");
     ASSERT_EQ(runs.rowCount(), 2U);
     EXPECT_EQ(runs.text(0, 0) + runs.text(1, 0) + runs.text(1, 1), "EMPTYFROMOak morning");
-    EXPECT_EQ(runSummary(routing_, "FROM"), "Oak morning, OAK, AM, 3 stops");
-    EXPECT_EQ(runSummary(routing_, "NONE"), "");
+    EXPECT_EQ(runSummary(*startup::gcnRouting, "FROM"), "Oak morning, OAK, AM, 3 stops");
+    EXPECT_EQ(runSummary(*startup::gcnRouting, "NONE"), "");
 }
 
+}  // namespace
 }  // namespace groupops

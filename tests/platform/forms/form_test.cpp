@@ -5,6 +5,7 @@
 
 #include "fixture.h"
 #include "platform/forms/operation.h"
+#include "platform/forms/timer.h"
 
 namespace {
 
@@ -92,37 +93,79 @@ TEST_F(FormsTest, AFormTakesTheFormsItOwnsWithIt) {
                                           "other destroyed"));
 }
 
-TEST_F(FormsTest, ABusyFormIsNeitherClosedNorStartedTwice) {
+TEST_F(FormsTest, AnOperationShowsItselfIsStoppedByEscapeAndLeavesTheFormAsItWas) {
     DemoForm& form = shown("main");
+    QProgressBar bar(&form);
+    QLabel status(&form);
+    QLineEdit never(&form);
+    forms::Timer timer;
+    never.setEnabled(false);
+    form.button.setFocus();
+    const forms::OperationPanel panel{{&bar}, &status, &form.stop, &timer, 60'000, "Idle"};
+    form.stop.setEnabled(false);
+    panel.clear();
+    timer.setEnabled(true);
     {
-        const forms::Form::Operation operation(form, &form.stop);
+        forms::Form::Operation operation(form, panel);
         EXPECT_FALSE(form.button.isEnabled());
-        EXPECT_TRUE(form.stop.isEnabled());
-        EXPECT_THROW(forms::Form::Operation(form, nullptr), std::logic_error);
+        EXPECT_FALSE(timer.isEnabled());
+        EXPECT_NE(QApplication::overrideCursor(), nullptr);
+        EXPECT_TRUE(bar.isVisible() && status.isVisible());
+        EXPECT_EQ(status.text(), "Idle");
+        operation.progress(49.6);
+        EXPECT_EQ(bar.value(), 50);
+        operation.progress(250);
+        EXPECT_EQ(bar.value(), 100);
+        operation.status("Run R1");
+        EXPECT_FALSE(operation.yield());
+        QTest::keyClick(&form, Qt::Key_Escape);
+        EXPECT_TRUE(operation.yield());
         form.close();
         EXPECT_TRUE(form.isLoaded());
-        EXPECT_NE(QApplication::overrideCursor(), nullptr);
     }
-    EXPECT_TRUE(form.button.isEnabled());
+    EXPECT_EQ(status.text(), "Run R1");
+    EXPECT_TRUE(bar.isVisible() && timer.isEnabled());
+    EXPECT_TRUE(form.button.isEnabled() && form.button.hasFocus());
+    EXPECT_FALSE(form.stop.isEnabled() || never.isEnabled());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    panel.clear();
+    EXPECT_EQ(status.text(), "Idle");
+    EXPECT_FALSE(bar.isVisible() || status.isVisible() || timer.isEnabled());
+    QTest::keyClick(&form, Qt::Key_Escape);
+    EXPECT_TRUE(form.isLoaded()) << "Escape has no other button here";
     form.close();
     EXPECT_FALSE(form.isLoaded());
 }
 
-TEST_F(FormsTest, ProgressShowsAndTellsOfTheStopButton) {
-    DemoForm& form = shown("main");
-    QProgressBar bar;
-    QLabel status;
-    forms::Progress progress(&bar, &status, &form.stop);
-    progress.progress(49.6);
-    EXPECT_EQ(bar.value(), 50);
-    progress.progress(250);
-    EXPECT_EQ(bar.value(), 100);
-    progress.status("Run R1");
-    EXPECT_EQ(status.text(), "Run R1");
-    EXPECT_FALSE(progress.yield());
-    form.stop.click();
-    EXPECT_TRUE(progress.yield());
+// Of three forms, each owned by the one before, it runs in the middle one.
+TEST_F(FormsTest, AnOperationCountsAsOneOfOwnersAndOwnedForms) {
+    DemoForm& owner = shown("main");
+    OtherForm& form = otherShown("other", &owner);
+    auto& owned = registry().load<ThirdForm>("third", log, &form);
+    owned.showForm();
+    owner.button.setEnabled(false);
+    owner.stop.setFocus();
+    {
+        const forms::Form::Operation operation(form, {.stop = &form.stop});
+        for (DemoForm* beside : {&owner, static_cast<DemoForm*>(&owned)}) {
+            EXPECT_TRUE(beside->isBusy());
+            EXPECT_FALSE(beside->stop.isEnabled());
+            EXPECT_FALSE(beside->closeForm());
+            EXPECT_THROW(forms::Form::Operation{*beside}, std::logic_error);
+        }
+        EXPECT_TRUE(form.stop.isEnabled());
+        owner.stop.setEnabled(true);
+        EXPECT_FALSE(owner.stop.isEnabled());
+    }
+    EXPECT_FALSE(owner.isBusy() || owned.isBusy());
+    EXPECT_TRUE(owner.stop.isEnabled() && owned.button.isEnabled() && form.button.isEnabled());
+    EXPECT_FALSE(owner.button.isEnabled());
+    EXPECT_EQ(owner.focusWidget(), &owner.stop);
+
+    form.setWindowModality(Qt::WindowModal);
+    const forms::Form::Operation operation(form);
+    EXPECT_TRUE(owner.isBusy());
+    EXPECT_TRUE(owner.stop.isEnabled()) << "it cannot be reached under a modal form";
 }
 
 TEST_F(FormsTest, AFaultWhileLoadingLeavesNoFormBehind) {

@@ -41,8 +41,12 @@ private:
     std::vector<std::string>& log_;
 };
 
-/// A second class, so that both may be loaded at once.
+/// Further classes, so that all may be loaded at once.
 class OtherForm : public DemoForm {
+public:
+    using DemoForm::DemoForm;
+};
+class ThirdForm : public DemoForm {
 public:
     using DemoForm::DemoForm;
 };

@@ -1,0 +1,74 @@
+#include "groupops/base/grouploop.h"
+
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace groupops {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr auto WaitingStatus = "Waiting for another program that is writing to the database...";
+/// Two operations at once give way to each other all the time: that is not worth a word.
+constexpr int SilentTurns = 5;
+
+constexpr auto LockedText =
+    "Oops, another program has been writing to the database for some time.\n\n{}  {}\n\n"
+    "Yes - go on, waiting for it.\nNo - stop here; what is saved stays.";
+
+std::chrono::milliseconds lockPatience = std::chrono::minutes(1);
+
+}  // namespace
+
+GroupLoop::GroupLoop(ado::Connection& connection, base::ProgressPort& progress, Wording words,
+                     Outcome& outcome)
+    : work_(connection), progress_(progress), words_(std::move(words)), outcome_(outcome) {}
+
+void GroupLoop::setPatience(std::chrono::milliseconds patience) { lockPatience = patience; }
+
+bool GroupLoop::once(const std::function<void()>& work) {
+    auto start = Clock::now();
+    int turns = 0;
+    while (!outcome_.stopped && !work_.unit(work)) {
+        if (++turns == SilentTurns) {
+            progress_.status(WaitingStatus);
+        }
+        outcome_.stopped = progress_.yield();
+        if (!outcome_.stopped && Clock::now() - start >= lockPatience) {
+            outcome_.stopped = !goOnWaiting();
+            start = Clock::now();
+        }
+    }
+    if (turns >= SilentTurns) {
+        progress_.status(status_);
+    }
+    return !outcome_.stopped;
+}
+
+bool GroupLoop::turn(const std::function<void()>& work) {
+    outcome_.stopped = progress_.yield();
+    return once(work);
+}
+
+bool GroupLoop::goOnWaiting() {
+    return base::MsgBox(fmt::format(LockedText, howFar(outcome_, words_), words_.rest),
+                        "Database in Use", base::MsgIcon::Exclamation,
+                        base::MsgButtons::YesNo) == base::MsgAnswer::Yes;
+}
+
+void GroupLoop::count(std::optional<LeftOut> left) {
+    if (left) {
+        outcome_.leftOut.push_back(std::move(*left));
+    } else {
+        ++outcome_.done;
+    }
+}
+
+void GroupLoop::tell(const std::string& status) {
+    status_ = status;
+    progress_.status(status);
+}
+
+}  // namespace groupops

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <ranges>
+
+#include "groupops/base/outcome.h"
+#include "platform/ado/connection.h"
+#include "platform/base/ports.h"
+
+namespace groupops {
+
+/// When a planner reads of one thing's turn: before it, or when it is done.
+enum class Telling { Before, Done };
+
+/// An operation on many things of one database, one unit of work each. Between two the progress
+/// gets its turn and the planner may stop.
+///
+/// While another program keeps the database locked, the status says so; after a minute the planner
+/// is told what is written and what is not, and asked whether to go on or to stop. A unit that met
+/// the lock is done anew, as a whole.
+class GroupLoop {
+public:
+    /// The outcome outlives the loop.
+    GroupLoop(ado::Connection& connection, base::ProgressPort& progress, Wording words,
+              Outcome& outcome);
+
+    /// Does `unit` for each item. It answers with what was left out and why, or with nothing where
+    /// the item is done. `status` gives what is told of an item; the progress is told the percent
+    /// of the items. False where the planner stopped.
+    ///
+    /// Raises what a unit raises; what was written until then stays.
+    template <class Items, class Unit, class Status>
+    bool forEach(const Items& items, Unit unit, Status status, Telling telling = Telling::Done);
+
+    /// Does one unit of work that is none of the items; false where the planner stopped.
+    bool once(const std::function<void()>& work);
+
+    /// How long another program may keep the database before the planner is asked. A test shortens
+    /// it.
+    static void setPatience(std::chrono::milliseconds patience);
+
+private:
+    bool turn(const std::function<void()>& work);
+    bool goOnWaiting();
+    void count(std::optional<LeftOut> left);
+    void tell(const std::string& status);
+
+    ado::GroupWork work_;
+    base::ProgressPort& progress_;
+    Wording words_;
+    Outcome& outcome_;
+    std::string status_;
+};
+
+template <class Items, class Unit, class Status>
+bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling telling) {
+    const auto total = static_cast<double>(std::ranges::size(items));
+    double begun = 0;
+    for (const auto& item : items) {
+        const double percent = 100 * ++begun / total;
+        if (telling == Telling::Before) {
+            tell(status(item));
+            progress_.progress(percent);
+        }
+        std::optional<LeftOut> left;
+        if (!turn([&] { left = unit(item); })) {
+            return false;
+        }
+        if (telling == Telling::Done) {
+            if (!left) {
+                tell(status(item));
+            }
+            progress_.progress(percent);
+        }
+        count(std::move(left));
+    }
+    return true;
+}
+
+}  // namespace groupops
