@@ -62,17 +62,19 @@ TEST_F(GroupLoopTest, TellsHowFarItIsStopsBetweenTwoAndSaysWhatWasLeft) {
 
 TEST_F(GroupLoopTest, WaitsForAnotherProgramAndSaysSo) {
     GroupLoop::setPatience(std::chrono::hours(1));
-    auto held = heldByOthers();
+    std::shared_ptr<void> held;
     FakeProgress progress([&](int turn) {
-        if (turn == 8) {
-            EXPECT_EQ(stored(Written), "0");
+        if (turn == 2) {
+            held = heldByOthers();
+        } else if (turn == 9) {
+            EXPECT_EQ(stored(Written), "1");
             held.reset();
         }
         return false;
     });
     EXPECT_EQ(left(change(progress)), "");
-    EXPECT_THAT(progress.texts.front(), StartsWith("Waiting for another program"));
-    EXPECT_THAT(progress.texts.back(), "201-PM");
+    EXPECT_THAT(progress.texts, ElementsAre("101-AM", StartsWith("Waiting for another program"),
+                                            "101-AM", "102-AM", "201-PM"));
     EXPECT_EQ(stored(Written), "3");
     EXPECT_THAT(titles(), ElementsAre());
 
