@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/ado/locked.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
@@ -33,23 +32,22 @@ constexpr auto GoneText =
     "can be saved.  What you entered stays on this form until you leave it.";
 constexpr auto GoneTitle = "Trip Record Deleted";
 constexpr auto ChangedTitle = "Stop Changed Meanwhile";
-constexpr auto ChangedText =
-    "Oops, {} has changed this stop's trip record since you opened it.  Nothing was saved yet.\n\n"
-    "{}\n\n"
-    "Yes - show the new values and keep what you have entered.  Look at them, then press OK again "
-    "to save.\n"
-    "No - throw away what you have entered and show the record as it is now.\n"
-    "Cancel - go back without changing anything.";
 constexpr auto LeaveTitle = "Stop Not Saved";
 constexpr auto LeaveText =
     "You have changed stop {} and not saved it.\n\n"
     "Yes - save it and go on.\n"
     "No - go on without saving.\n"
     "Cancel - go on editing.";
-constexpr auto LockedTitle = "Stop Not Saved";
 constexpr auto LockedText =
-    "Oops, another program is writing to the routing database just now, and nothing more was "
-    "saved.  What you have entered is not lost.  Please wait a moment and try again.";
+    "Oops, another program is writing to the routing database just now, and nothing was saved.  "
+    "What you have entered is not lost.  Please wait a moment and try again.";
+constexpr auto NotTimedText =
+    "Oops, stop {} was saved, but another program is writing to the routing database just now, so "
+    "the times of the run were not calculated.  Please wait a moment and press Recalculate Times "
+    "again.";
+constexpr auto NotCheckedText =
+    "Stop {} was saved, but another program is writing to the routing database just now, so the "
+    "run was not checked for warnings.  Please wait a moment and press OK again.";
 constexpr auto NoTimeText =
     "Oops, this stop has no time yet.  Please enter the time at stop around which the run is to be "
     "timed.";
@@ -64,7 +62,7 @@ constexpr auto OffRunTitle = "Stop Not on the Run";
 
 ado::Connection& routing() { return *startup::gcnRouting; }
 
-Stamp stampNow() { return {startup::gCommandLine, base::Now()}; }
+data::Author authorNow() { return {startup::gCommandLine, base::Now()}; }
 
 QString timeText(const std::optional<base::Date>& time) {
     return time ? toQt(time->hhmm()) : QStringLiteral("-");
@@ -76,15 +74,10 @@ std::unique_ptr<Ui::frmStopTripType> made(frmStopTripType& form) {
     return ui;
 }
 
-TripFieldBoxes::Controls boxesOf(const Ui::frmStopTripType& ui) {
-    return {ui.NUM_STUDENTS, ui.LOAD_TIME,       ui.TIME_TOSTOP, ui.DIST_TOSTOP,
-            ui.TIME_AT_STOP, ui.RUN_PICKUP_SIDE, ui.Active,      ui.Comment};
-}
-
 }  // namespace
 
 frmStopTripType::frmStopTripType(forms::Form* owner)
-    : TrappedForm(Module, owner), ui_(made(*this)), boxes_(boxesOf(*ui_)) {
+    : TrappedForm(Module, owner), ui_(made(*this)), boxes_(*this, tripFields()) {
     if (owner != nullptr) {
         setWindowModality(Qt::WindowModal);
     }
@@ -93,6 +86,9 @@ frmStopTripType::frmStopTripType(forms::Form* owner)
     green.setColor(QPalette::WindowText, Qt::black);
     ui_->Status->setPalette(green);
     setCancelButton(ui_->Exit_StopTrip);
+    ui_->RUN_PICKUP_SIDE->addItem(QString(), QString());
+    ui_->RUN_PICKUP_SIDE->addItem(tr("Right"), QStringLiteral("right"));
+    ui_->RUN_PICKUP_SIDE->addItem(tr("Left"), QStringLiteral("left"));
     wire();
 }
 
@@ -125,10 +121,10 @@ void frmStopTripType::Form_Load() {
 }
 
 void frmStopTripType::open(std::int64_t id) {
-    const auto record = readTripRecord(routing(), id);
+    const auto stored = data::readRecord(routing(), tripFields(), tripRecordSql(id));
     id_ = id;
-    if (record) {
-        hold(*record);
+    if (stored) {
+        hold(TripRecord(*stored));
     } else {
         tellGone();
     }
@@ -136,25 +132,33 @@ void frmStopTripType::open(std::int64_t id) {
 
 /// Shows a record as it is stored; what was typed is gone.
 void frmStopTripType::hold(const TripRecord& record) {
+    boxes_.show(record.fields);
+    present(record);
+}
+
+/// Shows what stands around the fields.
+void frmStopTripType::present(const TripRecord& record) {
     held_ = record;
     gone_ = false;
-    boxes_.show(record.fields);
     showHead();
     showRun();
     showStudents();
     showButtons();
+    if (const auto unknown = boxes_.unknownChoices(); !unknown.empty()) {
+        showStatus(unknown);
+    }
 }
 
 void frmStopTripType::showHead() {
     const auto stop = toQt(held_.stopId);
     setWindowTitle(tr("Stop %1").arg(stop));
-    ui_->Heading->setText(held_.description.empty()
-                              ? tr("Stop %1").arg(stop)
-                              : tr("Stop %1: %2").arg(stop, toQt(held_.description)));
+    const auto description = toQt(held_.fields.text("DESCRIPTION"));
+    ui_->Heading->setText(description.isEmpty() ? tr("Stop %1").arg(stop)
+                                                : tr("Stop %1: %2").arg(stop, description));
     ui_->StopHead->setText(
         tr("%1     %2     Trip type %3")
-            .arg(toQt(held_.address), toQt(held_.stopType), toQt(held_.tripType)));
-    ui_->RightSideOnly->setVisible(held_.rightSideOnly);
+            .arg(toQt(held_.fields.text("ADDR1")), toQt(held_.stopType), toQt(held_.tripType)));
+    ui_->RightSideOnly->setVisible(held_.fields.isYes("RIGHTSIDE"));
 }
 
 void frmStopTripType::showRun() {
@@ -191,53 +195,26 @@ void frmStopTripType::showButtons() {
     ui_->NextStop->setEnabled(!gone_ && place_ + 1 < ids_.size());
 }
 
-bool frmStopTripType::refuseFaults(const TripFields& fields) {
-    const bool mayBeBlank = !held_.isTimed() || held_.fields[TripField::TimeAtStop].isNull();
-    const auto fault = findFault(fields, mayBeBlank);
-    boxes_.paintRed(fault ? std::optional(fault->field) : std::nullopt);
-    if (fault) {
-        base::MsgBox(fault->message, fault->title, base::MsgIcon::Information);
-        boxes_.focus(fault->field);
-    }
-    return fault.has_value();
-}
-
 /// True when the record is stored as it was entered.
 bool frmStopTripType::save() {
-    const TripFields fields = boxes_.entered();
-    if (gone_ || refuseFaults(fields)) {
+    step_ = Step::Saving;
+    const auto entries = boxes_.entries();
+    if (boxes_.refuseFault(entries)) {
         return false;
     }
-    const auto outcome = saveTripRecord(routing(), held_, fields, stampNow());
-    switch (outcome.result) {
-        case SaveResult::Deleted:
-            tellGone();
-            return false;
-        case SaveResult::Changed:
-            askAboutChanges(*outcome.stored, fields);
-            return false;
-        case SaveResult::Saved:
-            break;
+    const auto [outcome, stored] =
+        data::saveRecord(routing(), tripRecordSql(held_.id), entries, authorNow());
+    if (outcome == data::SaveOutcome::Saved) {
+        startup::RefreshRunList = true;
+        hold(TripRecord(*stored));
+        return true;
     }
-    hold(*outcome.stored);
-    return true;
-}
-
-/// Tells of somebody else's changes; the planner decides what the form shows now.
-void frmStopTripType::askAboutChanges(const TripRecord& stored, const TripFields& fields) {
-    const bool isKnown = stored.changed != held_.changed && !stored.changedBy.empty();
-    const auto answer =
-        base::MsgBox(fmt::format(ChangedText, isKnown ? stored.changedBy : "another program",
-                                 changesByOthers(held_, stored, fields)),
-                     ChangedTitle, base::MsgIcon::Exclamation, base::MsgButtons::YesNoCancel);
-    if (answer == base::MsgAnswer::Cancel) {
-        return;
+    if (!stored) {
+        tellGone();
+    } else if (boxes_.settle(entries, *stored, ChangedTitle, "stop's trip record")) {
+        present(TripRecord(*stored));
     }
-    const TripFields both = merged(held_.fields, stored.fields, fields);
-    hold(stored);
-    if (answer == base::MsgAnswer::Yes) {
-        boxes_.showTyped(both);
-    }
+    return false;
 }
 
 void frmStopTripType::tellGone() {
@@ -250,37 +227,43 @@ void frmStopTripType::tellGone() {
 void frmStopTripType::finish(const std::string& status) {
     showStatus(status);
     if (held_.isOnRun()) {
-        runedit::CheckRun(held_.run, 0, true, Switches);
+        step_ = Step::Checking;
+        trap("CheckRun", [this] { runedit::CheckRun(held_.run, 0, true, Switches); });
     }
-    startup::RefreshRunList = true;
     if (saved_) {
         saved_();
     }
 }
 
 void frmStopTripType::OK_Click() {
-    const auto work = [this] {
-        if (save()) {
-            finish(fmt::format("Stop {} saved.", held_.stopId));
-        }
-    };
-    ado::unlessLocked(work, LockedText, LockedTitle);
+    if (save()) {
+        finish(fmt::format("Stop {} saved.", held_.stopId));
+    }
 }
 
 void frmStopTripType::CalcTimes_Click() {
-    const auto work = [this] {
-        if (save()) {
-            const bool timed = timeRun();
-            finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
-                         : fmt::format("Stop {} saved.", held_.stopId));
-        }
-    };
-    ado::unlessLocked(work, LockedText, LockedTitle);
+    if (save()) {
+        const bool timed = timeRun();
+        finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
+                     : fmt::format("Stop {} saved.", held_.stopId));
+    }
+}
+
+startup::TrappedForm::Message frmStopTripType::lockedMessage() const {
+    switch (step_) {
+        case Step::Saving:
+            return {"Stop Not Saved", LockedText};
+        case Step::Timing:
+            return {"Times Not Calculated", fmt::format(NotTimedText, held_.stopId)};
+        case Step::Checking:
+            break;
+    }
+    return {"Run Not Checked", fmt::format(NotCheckedText, held_.stopId)};
 }
 
 /// Computes the run's times around the stored time; tells why where that cannot be done.
 bool frmStopTripType::timeRun() {
-    if (!held_.fields[TripField::TimeAtStop].isDate()) {
+    if (!held_.timeAtStop()) {
         base::MsgBox(NoTimeText, NoTimeTitle, base::MsgIcon::Information);
         ui_->TIME_AT_STOP->setFocus();
         return false;
@@ -290,7 +273,8 @@ bool frmStopTripType::timeRun() {
                      base::MsgIcon::Information);
         return false;
     }
-    const bool timed = timeRunAround(routing(), held_, stampNow(), startup::logLine);
+    step_ = Step::Timing;
+    const bool timed = timeRunAround(routing(), held_, authorNow(), startup::logLine);
     if (!timed) {
         base::MsgBox(fmt::format(OffRunText, held_.stopId, held_.run), OffRunTitle,
                      base::MsgIcon::Exclamation);

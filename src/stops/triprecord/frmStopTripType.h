@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "data/records/recordboxes.h"
 #include "platform/forms/timer.h"
 #include "startup/forms/trappedform.h"
-#include "stops/triprecord/tripfieldboxes.h"
 #include "stops/triprecord/triprecord.h"
 
 namespace Ui {
@@ -43,22 +43,25 @@ public:
 protected:
     void Form_Load() override;
     bool Form_QueryUnload() override;
+    [[nodiscard]] Message lockedMessage() const override;
 
 private:
+    /// What a lock keeps the form from.
+    enum class Step { Saving, Timing, Checking };
+
     void wire();
 
     void open(std::int64_t id);
     void hold(const TripRecord& record);
+    void present(const TripRecord& record);
     void showHead();
     void showRun();
     void showStudents();
     void showButtons();
 
     [[nodiscard]] bool isTouched() const;
-    bool refuseFaults(const TripFields& fields);
     bool save();
     bool timeRun();
-    void askAboutChanges(const TripRecord& stored, const TripFields& fields);
     void tellGone();
     void finish(const std::string& status);
     bool mayLeave();
@@ -66,8 +69,9 @@ private:
     void showStatus(const std::string& text);
 
     std::unique_ptr<Ui::frmStopTripType> ui_;
-    TripFieldBoxes boxes_;
+    data::RecordBoxes boxes_;
     forms::Timer Timer3;
+    Step step_ = Step::Saving;
     std::function<void()> saved_;
     std::int64_t id_ = 0;
     /// The record as it was read; nothing of it is left to edit once it is gone.

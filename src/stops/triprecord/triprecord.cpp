@@ -1,100 +1,144 @@
 #include "stops/triprecord/triprecord.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "data/schema/schema.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
-#include "runedit/validation/checkedrun.h"
-#include "startup/base/fieldvalues.h"
 
 namespace stops {
 
 namespace {
 
-constexpr auto RecordSql =
-    "SELECT STOP.STOPID, STOP.DESCRIPTION, STOP.ADDR1, STOP.STOPTYPE, STOP.RIGHTSIDE,"
-    " STOP.COMMENT, STOP_TRIPTYPE.* FROM STOP INNER JOIN STOP_TRIPTYPE"
-    " ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.ID={}";
+using data::Entries;
+using data::Fault;
+using data::Field;
+using data::FieldKind;
+using data::FieldUse;
+using data::Rule;
 
-std::string trimmedText(const ado::Field& field) {
-    return std::string(base::trim(startup::textOf(field)));
+constexpr std::size_t MaxCommentCharacters = 255;
+constexpr auto InvalidTimeText =
+    "Oops, you have entered an invalid time at stop.  Please enter the time again, such as "
+    "07:05 AM.";
+constexpr auto BlankTimeText =
+    "Oops, you have taken the time at stop away.  A stop that is on a run and has been timed needs "
+    "its time.  Please enter it again, such as 07:05 AM.";
+constexpr auto CommentCharactersText =
+    "Oops, the comment has characters that are none to read, such as control characters.  Please "
+    "type it instead of pasting it.";
+
+/// More than these no school bus takes or drives.
+Rule passengers() {
+    return data::upTo(999, "Invalid Number of Passengers",
+                      "Oops, you have entered an invalid number of passengers.  Please enter a "
+                      "whole number from 0 to 999.");
 }
 
-bool isText(TripField field) {
-    return field == TripField::PickupSide || field == TripField::Comment;
+Rule amount(const char* title, const char* name, const char* what) {
+    return data::upTo(999.99, title,
+                      fmt::format("Oops, you have entered an invalid {}.  Please enter the {}, "
+                                  "from 0 to 999.99.",
+                                  name, what));
 }
 
-base::Value fieldValue(ado::Recordset& row, TripField field) {
-    base::Value value = row[columnOf(field)].Value();
-    return isText(field) && (value.isNull() || base::trim(value.asText()).empty()) ? base::Value("")
-                                                                                   : value;
-}
-
-TripRecord recordOf(ado::Recordset& row) {
-    TripRecord record;
-    record.id = row["ID"].asInteger();
-    record.intStopId = row["INT_STOPID"].asInteger();
-    record.stopId = trimmedText(row["STOPID"]);
-    record.description = trimmedText(row["DESCRIPTION"]);
-    record.address = trimmedText(row["ADDR1"]);
-    record.stopType = trimmedText(row["STOPTYPE"]);
-    record.rightSideOnly = runedit::yesNoOf(row["RIGHTSIDE"]);
-    record.tripType = trimmedText(row["TRIPTYPE"]);
-    record.run = trimmedText(row["RUN"]);
-    record.sequence = startup::wholeOf(row["RUNSEQ"]);
-    record.changedBy = trimmedText(row["ChangedBy"]);
-    record.changed = startup::timeOf(row["changeddt"]);
-    for (const TripField field : AllTripFields) {
-        record.fields[field] = fieldValue(row, field);
+std::optional<Fault> timeFault(const Field& field, const Entries& entries) {
+    const auto& time = entries.entered[field.column];
+    const bool mayBeBlank = !TripRecord(entries.known).isTimed();
+    if (time.isDate() || (time.isNull() && mayBeBlank)) {
+        return std::nullopt;
     }
-    return record;
+    return time.isNull() ? Fault{"Blank Time at Stop", BlankTimeText}
+                         : Fault{"Invalid Time at Stop", InvalidTimeText};
 }
 
-/// Whether the planner has seen the record as it is stored now.
-bool sameAsSeen(const TripRecord& held, const TripRecord& stored) {
-    return held.fields == stored.fields && held.run == stored.run &&
-           held.sequence == stored.sequence;
+std::optional<Fault> characterFault(const Field& field, const Entries& entries) {
+    const auto text = entries.entered.text(field.column);
+    const bool isReadable = std::ranges::none_of(text, [](char c) {
+        return (static_cast<unsigned char>(c) < ' ' && c != '\n' && c != '\t') || c == '\x7f';
+    });
+    return isReadable ? std::nullopt
+                      : std::optional(Fault{"Invalid Comment", CommentCharactersText});
 }
 
-void writeRecord(ado::Connection& routing, const TripRecord& held, const TripFields& entered,
-                 const Stamp& stamp) {
-    ado::Recordset row;
-    row.Open(
-        fmt::format("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.ID={}", held.id),
-        routing, ado::CursorType::Dynamic);
-    for (const TripField field : AllTripFields) {
-        if (field != TripField::Comment && entered[field] != held.fields[field]) {
-            row[columnOf(field)].Value(entered[field]);
-        }
-    }
-    if (entered[TripField::Active] != held.fields[TripField::Active]) {
-        row["STATUSCHGDT"].Value(stamp.now);
-    }
-    row["ChangedBy"].Value(stamp.user);
-    row["changeddt"].Value(stamp.now);
-    row.Update();
-}
-
-void writeComment(ado::Connection& routing, std::int64_t intStopId, const base::Value& comment) {
-    ado::Recordset row;
-    row.Open(fmt::format("SELECT STOP.* FROM STOP WHERE STOP.INT_STOPID={}", intStopId), routing,
-             ado::CursorType::Dynamic);
-    row[columnOf(TripField::Comment)].Value(comment);
-    row.Update();
+Field shown(std::string_view column, FieldKind kind) {
+    return {.column = column,
+            .kind = kind,
+            .use = FieldUse::Shown,
+            .blank = kind == FieldKind::Number ? base::Value(0) : base::Value()};
 }
 
 }  // namespace
+
+const data::FieldTable& tripFields() {
+    using enum FieldKind;
+    static const data::FieldTable fields{
+        {"NUM_STUDENTS", "Passengers", Number, "NUM_STUDENTS", {passengers()}},
+        {"LOAD_TIME",
+         "Load time",
+         Number,
+         "LOAD_TIME",
+         {amount("Invalid Load Time", "load time", "minutes at the stop")}},
+        {"TIME_TOSTOP",
+         "Driving time",
+         Number,
+         "TIME_TOSTOP",
+         {amount("Invalid Driving Time", "driving time", "minutes from the stop before")}},
+        {"DIST_TOSTOP",
+         "Distance",
+         Number,
+         "DIST_TOSTOP",
+         {amount("Invalid Distance", "distance", "miles from the stop before")}},
+        {"TIME_AT_STOP", "Time at stop", DateTime, "TIME_AT_STOP", {{timeFault}}},
+        {"RUN_PICKUP_SIDE", "Pick-up side", Choice, "RUN_PICKUP_SIDE"},
+        {"ACTIVE", "Active", YesNo, "Active"},
+        {"COMMENT",
+         "Comment",
+         Text,
+         "Comment",
+         {{characterFault}, data::atMost(MaxCommentCharacters)}},
+        {"RUN", "Run", Key, "", {}, FieldUse::Watched},
+        {"RUNSEQ", "Place on the run", Number, "", {}, FieldUse::Watched},
+        shown("ID", Number),
+        shown("INT_STOPID", Number),
+        shown("STOPID", Key),
+        shown("DESCRIPTION", Key),
+        shown("ADDR1", Key),
+        shown("STOPTYPE", Key),
+        shown("RIGHTSIDE", YesNo),
+        shown("TRIPTYPE", Key),
+        shown("ChangedBy", Key),
+        shown("changeddt", DateTime)};
+    return fields;
+}
+
+TripRecord::TripRecord(const data::Record& stored)
+    : fields(stored),
+      id(stored["ID"].asInteger()),
+      intStopId(stored["INT_STOPID"].asInteger()),
+      stopId(stored.text("STOPID")),
+      stopType(stored.text("STOPTYPE")),
+      tripType(stored.text("TRIPTYPE")),
+      run(stored.text("RUN")) {}
 
 bool TripRecord::isTimed() const {
     return isOnRun() && !base::equalsNoCase(stopType, data::stoptype::Directional);
 }
 
-std::optional<TripRecord> readTripRecord(ado::Connection& routing, std::int64_t id) {
-    ado::Recordset row;
-    row.Open(fmt::format(RecordSql, id), routing);
-    return row.Eof() ? std::nullopt : std::optional(recordOf(row));
+std::optional<base::Date> TripRecord::timeAtStop() const {
+    const auto& time = fields["TIME_AT_STOP"];
+    return time.isDate() ? std::optional(time.asDate()) : std::nullopt;
+}
+
+std::string tripRecordSql(std::int64_t id) {
+    return fmt::format(
+        "SELECT STOP.STOPID, STOP.DESCRIPTION, STOP.ADDR1, STOP.STOPTYPE, STOP.RIGHTSIDE,"
+        " STOP.COMMENT, STOP_TRIPTYPE.* FROM STOP INNER JOIN STOP_TRIPTYPE"
+        " ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.ID={}",
+        id);
 }
 
 std::vector<std::int64_t> tripRecordsOf(ado::Connection& routing, std::string_view run) {
@@ -109,36 +153,6 @@ std::vector<std::int64_t> tripRecordsOf(ado::Connection& routing, std::string_vi
         ids.push_back(rows["ID"].asInteger());
     }
     return ids;
-}
-
-std::string changesByOthers(const TripRecord& held, const TripRecord& stored,
-                            const TripFields& entered) {
-    std::string changes = changesByOthers(held.fields, stored.fields, entered);
-    if (stored.run != held.run || stored.sequence != held.sequence) {
-        changes +=
-            fmt::format("{}It is now {}, at place {}", changes.empty() ? "" : "\n",
-                        stored.isOnRun() ? "on run " + stored.run : "on no run", stored.sequence);
-    }
-    return changes;
-}
-
-SaveOutcome saveTripRecord(ado::Connection& routing, const TripRecord& held,
-                           const TripFields& entered, const Stamp& stamp) {
-    ado::CommitOnExit unit(routing);
-    auto stored = readTripRecord(routing, held.id);
-    if (!stored) {
-        return {SaveResult::Deleted, std::nullopt};
-    }
-    if (!sameAsSeen(held, *stored)) {
-        return {SaveResult::Changed, std::move(stored)};
-    }
-    writeRecord(routing, held, entered, stamp);
-    if (entered[TripField::Comment] != held.fields[TripField::Comment]) {
-        writeComment(routing, held.intStopId, entered[TripField::Comment]);
-    }
-    stored = readTripRecord(routing, held.id);
-    unit.commit();
-    return {SaveResult::Saved, std::move(stored)};
 }
 
 }  // namespace stops

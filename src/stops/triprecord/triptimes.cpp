@@ -69,7 +69,7 @@ TimeSpan timeFromStart(const runedit::StoredStops& stops, const TimedRun& run, s
 }
 
 void writeSpan(ado::Connection& routing, const std::string& run, const TimeSpan& span,
-               const Stamp& stamp) {
+               const data::Author& author) {
     ado::Recordset row;
     row.Open(runedit::runSql(run), routing, ado::CursorType::Dynamic);
     if (row.Eof()) {
@@ -77,8 +77,8 @@ void writeSpan(ado::Connection& routing, const std::string& run, const TimeSpan&
     }
     row["STARTTIME"].Value(span.start);
     row["ENDTIME"].Value(span.end);
-    row["ChangedBy"].Value(stamp.user);
-    row["changeddt"].Value(stamp.now);
+    row["ChangedBy"].Value(author.user);
+    row["changeddt"].Value(author.now);
     row.Update();
 }
 
@@ -102,10 +102,11 @@ std::string stopWithoutMinutes(ado::Connection& routing, std::string_view run) {
     return found == stops.end() ? std::string() : found->stopId.value_or(" ");
 }
 
-bool timeRunAround(ado::Connection& routing, const TripRecord& record, const Stamp& stamp,
+bool timeRunAround(ado::Connection& routing, const TripRecord& record, const data::Author& author,
                    const runedit::LogLine& log) {
     // All records that are on no run share a blank one, which is none to be timed.
-    if (!record.isOnRun() || !record.fields[TripField::TimeAtStop].isDate()) {
+    const auto anchor = record.timeAtStop();
+    if (!record.isOnRun() || !anchor) {
         return false;
     }
     ado::CommitOnExit unit(routing);
@@ -114,14 +115,13 @@ bool timeRunAround(ado::Connection& routing, const TripRecord& record, const Sta
     if (place == run.stops.size()) {
         return false;
     }
-    const base::Date anchor = record.fields[TripField::TimeAtStop].asDate();
     const runedit::StoredStops stored{routing, StopRows::Routing, record.run};
-    const auto first = std::ranges::find(run.stops, anchor, &TimedStop::time);
+    const auto first = std::ranges::find(run.stops, *anchor, &TimedStop::time);
     const bool isFirst = static_cast<std::size_t>(first - run.stops.begin()) == place;
     writeSpan(routing, record.run,
-              isFirst ? timeFromMiddle(stored, anchor, log)
-                      : timeFromStart(stored, run, place, anchor, log),
-              stamp);
+              isFirst ? timeFromMiddle(stored, *anchor, log)
+                      : timeFromStart(stored, run, place, *anchor, log),
+              author);
     unit.commit();
     return true;
 }

@@ -34,6 +34,6 @@ struct TripRun {
 /// False, and nothing written, where the stop is not among the run's timed stops or has no time.
 /// Raises what runedit::timeStoredStops raises.
 [[nodiscard]] bool timeRunAround(ado::Connection& routing, const TripRecord& record,
-                                 const Stamp& stamp, const runedit::LogLine& log);
+                                 const data::Author& author, const runedit::LogLine& log);
 
 }  // namespace stops
