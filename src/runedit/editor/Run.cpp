@@ -9,6 +9,8 @@
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
+#include "runedit/editor/runfields.h"
+#include "runedit/validation/checkedrun.h"
 #include "startup/base/session.h"
 
 #include "ui_Run.h"
@@ -19,6 +21,7 @@ namespace {
 
 using base::MsgIcon;
 using controls::fromQt;
+using controls::toQt;
 using startup::gcnRouting;
 
 /// Actions whose forms do not exist yet.
@@ -37,22 +40,7 @@ Run::Run(forms::Form* owner)
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
     forms::hideInPlace(*ui_->Status);
-    boxes_ = std::make_unique<RunFieldBoxes>(
-        RunFieldBoxes::Controls{ui_->RunID,         ui_->RunDesc,
-                                ui_->cmbSchool,     ui_->cmbTripType,
-                                ui_->cmbRunFamily,  ui_->cmbLOCCODE,
-                                ui_->cmbVEHTYPE,    ui_->cmbCapacity,
-                                ui_->BellTime,      ui_->OverFill,
-                                ui_->Pickup,        ui_->TimeToUse,
-                                ui_->StartTime,     ui_->EndTime,
-                                ui_->Comment,       ui_->TotalPass,
-                                ui_->TotalDistance, ui_->TotalRideTime,
-                                ui_->TotalStops,    ui_->GIS_CLOSEDSTREETFILENAME,
-                                ui_->chkMonday,     ui_->chkTuesday,
-                                ui_->chkWednesday,  ui_->chkThursday,
-                                ui_->chkFriday,     ui_->Regenerate,
-                                ui_->Active},
-        *ui_->DropOff);
+    boxes_ = std::make_unique<data::RecordBoxes>(*this, runFields());
     for (const auto* name : NotBuiltYet) {
         auto* button = findChild<QPushButton*>(name);
         button->setEnabled(false);
@@ -152,13 +140,13 @@ void Run::startEditing() {
 }
 
 void Run::openNew() {
-    fill({textsOfNewRun(), {}});
+    fill(newRun());
     buildLists();
     ui_->RunID->setFocus();
 }
 
 void Run::openStored() {
-    if (const auto stored = readStoredRun(*gcnRouting, toEdit_)) {
+    if (const auto stored = data::readRecord(*gcnRouting, runFields(), runSql(toEdit_))) {
         fill(*stored);
         buildLists();
         ui_->RunDesc->setFocus();
@@ -169,29 +157,21 @@ void Run::openStored() {
     }
 }
 
-void Run::fill(const StoredRun& run) {
-    boxes_->clearRefusals();
-    boxes_->show(run.texts);
-    entries_.filled(run.texts, boxes_->texts());
+void Run::fill(const data::Record& run) {
+    boxes_->show(run);
+    present(run);
+    if (const auto unknown = boxes_->unknownChoices(); !unknown.empty()) {
+        showStatus(toQt(unknown));
+    }
+}
+
+/// Shows what stands around the fields.
+void Run::present(const data::Record& run) {
     ui_->RunID->setReadOnly(!isNew());
-    showAudit(run.audit);
+    showAudit(run);
     showNames();
     showHead();
     showButtons();
-}
-
-/// Shows what is stored now, but in fields that the planner has touched.
-void Run::takeOver(const StoredRun& run) {
-    const auto entered = boxes_->texts();
-    for (const auto& info : runFields()) {
-        const auto& stored = run.texts[info.field];
-        if (!entries_.isTouched(info.field, entered[info.field])) {
-            boxes_->show(info.field, stored);
-            entries_.filled(info.field, stored, boxes_->text(info.field));
-        }
-    }
-    showAudit(run.audit);
-    showHead();
 }
 
 void Run::refresh() {
@@ -199,8 +179,9 @@ void Run::refresh() {
         return;
     }
     // A run that is gone is told when it is to be saved.
-    if (const auto stored = readStoredRun(*gcnRouting, run())) {
-        takeOver(*stored);
+    if (const auto stored = storedRun()) {
+        boxes_->refresh(*stored);
+        present(*stored);
     }
     buildLists();
 }
@@ -224,6 +205,8 @@ bool Run::isNew() const { return ui_->chkNew->isChecked(); }
 
 std::string Run::run() const { return std::string(base::trim(fromQt(ui_->RunID->text()))); }
 
-bool Run::isTouched() const { return entries_.anyTouched(boxes_->texts()); }
+std::optional<data::Record> Run::storedRun() const {
+    return data::readRecord(*gcnRouting, runFields(), runSql(run()));
+}
 
 }  // namespace runedit

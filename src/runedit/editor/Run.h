@@ -2,14 +2,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "data/records/recordboxes.h"
+#include "data/records/records.h"
 #include "platform/base/date.h"
 #include "platform/forms/timer.h"
-#include "runedit/editor/fieldcheck.h"
-#include "runedit/editor/runfieldboxes.h"
-#include "runedit/editor/runrecord.h"
 #include "runedit/map/mapanswer.h"
 #include "startup/forms/trappedform.h"
 #include "stops/sequence/runstops.h"
@@ -62,6 +62,7 @@ protected:
     void Form_Activate() override;
     bool Form_QueryUnload() override;
     void Form_Unload() override { answer_.stop(); }
+    [[nodiscard]] Message lockedMessage() const override;
 
 private:
     static constexpr auto Module = "Run";  ///< what the error trap calls it
@@ -77,12 +78,12 @@ private:
     void startEditing();
     void openStored();
     void openNew();
-    void fill(const StoredRun& run);
-    void takeOver(const StoredRun& run);
+    void fill(const data::Record& run);
+    void present(const data::Record& run);
     void refresh();
     void showHead();
     void showNames();
-    void showAudit(const RunAudit& audit);
+    void showAudit(const data::Record& run);
     void showButtons();
     void showStatus(const QString& text, bool green = false);
     void buildLists();
@@ -92,28 +93,30 @@ private:
     [[nodiscard]] static bool isBuilt(const QWidget& button);
     [[nodiscard]] bool isNew() const;
     [[nodiscard]] std::string run() const;
-    [[nodiscard]] bool isTouched() const;
+    /// Its row as it is stored now; nothing where there is none.
+    [[nodiscard]] std::optional<data::Record> storedRun() const;
+    [[nodiscard]] data::Entries entries() const;
     bool mayLeave();
-    void refuse(const FieldFault& fault);
 
     bool save();
-    bool finish(const SaveResult& result);
-    void afterSaving(const StoredRun& stored);
-    void askAboutChanges(const SaveResult& result);
+    bool checkAndSave() { return Check_For_Error() == 0 && save(); }
+    void afterSaving(const data::Record& stored);
+    void askAboutChanges(const data::Entries& entries, const data::Record& stored);
     bool askAboutDeletion();
-    void checkBell(const RunTexts& texts);
+    void checkBell(const data::Record& entered);
     void sendToMap();
 
     [[nodiscard]] stops::EditedRun runOfStops() const;
     void addToRun(const std::vector<stops::ChosenStop>& chosen);
-    void afterStopsChanged();
+    template <class Change>
+    void changeStops(Change change);
 
     std::unique_ptr<Ui::Run> ui_;
-    std::unique_ptr<RunFieldBoxes> boxes_;
+    std::unique_ptr<data::RecordBoxes> boxes_;
     MapAnswer answer_;
-    forms::Timer Timer3;  ///< hides the status
-    std::string toEdit_;  ///< the run asked for; blank for a new one
-    RunEntries entries_;
+    forms::Timer Timer3;       ///< hides the status
+    std::string toEdit_;       ///< the run asked for; blank for a new one
+    bool isChecking_ = false;  ///< the saved run is being validated
     bool allPlaced_ = true;
     bool activatedBefore_ = false;
 };

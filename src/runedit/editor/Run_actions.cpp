@@ -1,12 +1,13 @@
 #include "platform/base/ports.h"
-#include "platform/base/timetext.h"
 #include "platform/forms/filedialog.h"
 #include "platform/forms/operation.h"
 #include "runedit/editor/Run.h"
 #include "runedit/editor/bellcheck.h"
+#include "runedit/editor/runfields.h"
 #include "runedit/map/maphandoff.h"
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/session.h"
+#include "startup/base/trap.h"
 
 #include "ui_Run.h"
 
@@ -31,32 +32,32 @@ constexpr auto MapFailedTitle = "Can't Go to Map";
 
 void Run::CalcTimes_Click() {
     boxes_->clearRefusals();
-    const auto texts = boxes_->texts();
-    if (const auto fault = findTimeFault(texts)) {
-        refuse(*fault);
+    const auto entered = entries().entered;
+    if (const auto fault = findTimeFault(entered)) {
+        boxes_->refuse(*fault);
         return;
     }
-    const bool fromStart = timesFromStart(texts);
+    const bool fromStart = timesFromStart(entered);
     std::string mode = fromStart ? "Start" : "End";
-    auto anchor = *timeIn(texts, fromStart ? RunField::StartTime : RunField::EndTime);
-    const auto last = Calc_Times(mode, anchor, false, run());
-    boxes_->show(fromStart ? RunField::EndTime : RunField::StartTime,
-                 base::tidyTime(last.timeValue().text()));
+    auto anchor = entered[fromStart ? "StartTime" : "EndTime"].asDate();
+    boxes_->type(fromStart ? "EndTime" : "StartTime", Calc_Times(mode, anchor, false, run()));
     trap("Build_StopList", &Run::Build_StopList);
-    checkBell(texts);
+    checkBell(entered);
     trap("Build_WarnList", &Run::Build_WarnList);
 }
 
-void Run::checkBell(const RunTexts& texts) {
-    const auto bell = timeIn(texts, RunField::BellTime);
-    if (!bell) {
+void Run::checkBell(const data::Record& entered) {
+    if (entered["BellTime"].isNull()) {
         return;
     }
-    const bool pickup = texts.isYes(RunField::Pickup);
-    const bool kept = pickup
-                          ? trap("Check_Run_LateBellTime", &Run::Check_Run_LateBellTime, *bell)
-                          : trap("Check_Run_EarlyBellTime", &Run::Check_Run_EarlyBellTime, *bell);
-    if (!kept) {
+    const auto bell = entered["BellTime"].asDate();
+    const bool pickup = entered.isYes("Pickup");
+    // Where another program keeps the check from being made, nothing is known.
+    const auto kept = pickup ? trap("Check_Run_LateBellTime",
+                                    [&] { return std::optional(Check_Run_LateBellTime(bell)); })
+                             : trap("Check_Run_EarlyBellTime",
+                                    [&] { return std::optional(Check_Run_EarlyBellTime(bell)); });
+    if (kept == false) {
         const auto [title, text] = bellMessage(pickup ? BellRule::NotLater : BellRule::NotEarlier);
         base::MsgBox(text, title, MsgIcon::Information);
     }
@@ -86,11 +87,10 @@ void Run::MapIt_Click() {
 }
 
 void Run::sendToMap() {
-    if (isTouched()) {
+    if (boxes_->areTouched()) {
         const auto answer = base::MsgBox(UnsavedForMapText, UnsavedForMapTitle, MsgIcon::Question,
                                          MsgButtons::YesNoCancel);
-        const bool ready = answer == MsgAnswer::No ||
-                           (answer == MsgAnswer::Yes && Check_For_Error() == 0 && save());
+        const bool ready = answer == MsgAnswer::No || (answer == MsgAnswer::Yes && checkAndSave());
         if (!ready) {
             return;
         }
@@ -100,6 +100,9 @@ void Run::sendToMap() {
         const Operation operation(*this);
         sendRunToMap(run(), MapScreen::Run);
     } catch (const std::exception& error) {
+        if (startup::lockedElsewhere()) {
+            throw;
+        }
         failure = error.what();
     }
     if (failure.empty()) {

@@ -39,17 +39,18 @@ void Run::showNames() {
     show(*ui_->cmbLOCCODE, *ui_->LocationName);
 }
 
-void Run::showAudit(const RunAudit& audit) {
+void Run::showAudit(const data::Record& run) {
     QStringList lines;
-    const auto tell = [&](const QString& what, const std::string& when, const std::string& who) {
-        if (!when.empty() || !who.empty()) {
-            lines << (who.empty() ? QString("%1 %2").arg(what, toQt(when))
-                                  : tr("%1 %2 by %3").arg(what, toQt(when), toQt(who)));
+    const auto tell = [&](const QString& what, const char* when, const QString& who) {
+        const auto date = toQt(run.text(when));
+        if (!date.isEmpty() || !who.isEmpty()) {
+            lines << (who.isEmpty() ? QString("%1 %2").arg(what, date)
+                                    : tr("%1 %2 by %3").arg(what, date, who));
         }
     };
-    tell(tr("Created"), audit.created, audit.createdBy);
-    tell(tr("Changed"), audit.changed, audit.changedBy);
-    tell(tr("Status changed"), audit.statusChanged, {});
+    tell(tr("Created"), "CREATEDDT", toQt(run.text("CreatedBy")));
+    tell(tr("Changed"), "changeddt", toQt(run.text("ChangedBy")));
+    tell(tr("Status changed"), "STATUSCHGDT", {});
     ui_->Audit->setText(lines.join("     "));
 }
 

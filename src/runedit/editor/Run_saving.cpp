@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
-#include "data/lookups/mdlGetItems.h"
-#include "platform/ado/locked.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
+#include "runedit/editor/runfields.h"
+#include "runedit/validation/checkedrun.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/base/session.h"
 
@@ -27,96 +27,77 @@ constexpr auto UnsavedText =
     "No - close without saving.\n"
     "Cancel - go on editing.";
 constexpr auto ChangedTitle = "Run Changed Meanwhile";
-constexpr auto ChangedText =
-    "Oops, another program has changed this run since you opened it.  Nothing was saved yet.\n\n"
-    "{}\n"
-    "Yes - show the new values and keep what you have entered.  Look at them, then press OK again "
-    "to save.\n"
-    "No - throw away what you have entered and show the run as it is now.\n"
-    "Cancel - go back without changing anything.";
 constexpr auto DeletedTitle = "Run Deleted Meanwhile";
 constexpr auto DeletedText =
     "Oops, another program has deleted this run since you opened it.  Nothing was saved.\n\n"
     "Yes - save what is on the form as a new run.\n"
     "No - close without saving.\n"
     "Cancel - go back without changing anything.";
-constexpr auto LockedTitle = "Run Not Saved";
+constexpr auto LockedTitle = "Database in Use";
 constexpr auto LockedText =
-    "Oops, another program is writing to the routing database just now, and the run was not "
-    "saved.  Nothing you have entered is lost.  Please wait a moment and try again.";
+    "Oops, another program is writing to the routing database just now, and nothing was saved.  "
+    "What you have entered is not lost.  Please wait a moment and try again.";
+constexpr auto NotCheckedTitle = "Run Not Checked";
+constexpr auto NotCheckedText =
+    "Run {} was saved, but another program is writing to the routing database just now, so the run "
+    "was not checked for warnings.  Please wait a moment and press OK again.";
 
 }  // namespace
 
+data::Entries Run::entries() const {
+    auto entries = boxes_->entries();
+    entries.isNew = isNew();
+    return entries;
+}
+
 int Run::Check_For_Error() {
-    boxes_->clearRefusals();
-    const KeyQuestions questions{data::GetRun,      data::GetRunFamily, data::GetSchool,
-                                 data::GetTripType, data::GetLocCode,   data::GetVehType};
-    const auto fault = findFault(boxes_->texts(), isNew(), questions);
-    if (fault) {
-        refuse(*fault);
-    }
+    const auto fault = boxes_->refuseFault(entries());
     return fault ? fault->code : 0;
 }
 
-void Run::refuse(const FieldFault& fault) {
-    boxes_->refuse(fault.field);
-    base::MsgBox(fault.text, fault.title, MsgIcon::Information);
-}
-
-void Run::OK_Click() {
-    if (Check_For_Error() == 0) {
-        save();
-    }
-}
+void Run::OK_Click() { checkAndSave(); }
 
 bool Run::save() {
-    const auto texts = boxes_->texts();
-    const Author author{startup::gCommandLine, base::Now()};
-    bool saved = false;
-    ado::unlessLocked(
-        [&] {
-            saved = finish(isNew() ? createRun(*gcnRouting, texts, author)
-                                   : changeRun(*gcnRouting, entries_, texts, author));
-        },
-        LockedText, LockedTitle);
-    return saved;
-}
-
-bool Run::finish(const SaveResult& result) {
-    switch (result.outcome) {
-        case SaveOutcome::Saved:
-            afterSaving(result.stored);
+    const auto entered = entries();
+    const auto [outcome, stored] =
+        data::saveRecord(*gcnRouting, runSql(entered.entered.text("Run")), entered,
+                         {startup::gCommandLine, base::Now()});
+    switch (outcome) {
+        case data::SaveOutcome::Saved:
+            afterSaving(*stored);
             return true;
-        case SaveOutcome::IdTaken:
-            refuse(conflictingRunId(result.stored.texts[RunField::Description]));
+        case data::SaveOutcome::Taken:
+            boxes_->refuse(conflictingRunId(stored->text("Description")));
             return false;
-        case SaveOutcome::Changed:
-            askAboutChanges(result);
+        case data::SaveOutcome::Changed:
+            askAboutChanges(entered, *stored);
             return false;
-        case SaveOutcome::Deleted:
-            return askAboutDeletion();
+        case data::SaveOutcome::Deleted:
+            break;
     }
-    return false;
+    return askAboutDeletion();
 }
 
-void Run::afterSaving(const StoredRun& stored) {
+void Run::afterSaving(const data::Record& stored) {
     startup::RefreshRunList = true;
     ++startup::TotSavedRuns;
     ui_->chkNew->setChecked(false);
     fill(stored);
     showStatus(tr("Run %1 saved.").arg(toQt(run())), true);
-    CheckRun(run(), 0, true, "Y");
+    isChecking_ = true;
+    trap("CheckRun", [this] { CheckRun(run(), 0, true, "Y"); });
+    isChecking_ = false;
     refresh();
 }
 
-void Run::askAboutChanges(const SaveResult& result) {
-    const auto answer = base::MsgBox(fmt::format(ChangedText, describe(result.changes)),
-                                     ChangedTitle, MsgIcon::Exclamation, MsgButtons::YesNoCancel);
-    if (answer == MsgAnswer::Yes) {
-        takeOver(result.stored);
-        entries_.told(result.stored.texts);
-    } else if (answer == MsgAnswer::No) {
-        fill(result.stored);
+startup::TrappedForm::Message Run::lockedMessage() const {
+    return isChecking_ ? Message{NotCheckedTitle, fmt::format(NotCheckedText, run())}
+                       : Message{LockedTitle, LockedText};
+}
+
+void Run::askAboutChanges(const data::Entries& entered, const data::Record& stored) {
+    if (boxes_->settle(entered, stored, ChangedTitle, "run")) {
+        present(stored);
     }
     buildLists();
 }
@@ -127,7 +108,7 @@ bool Run::askAboutDeletion() {
         base::MsgBox(DeletedText, DeletedTitle, MsgIcon::Exclamation, MsgButtons::YesNoCancel);
     if (answer == MsgAnswer::Yes) {
         ui_->chkNew->setChecked(true);
-        return Check_For_Error() == 0 && save();
+        return checkAndSave();
     }
     if (answer == MsgAnswer::No) {
         unload();
@@ -138,12 +119,12 @@ bool Run::askAboutDeletion() {
 bool Run::Form_QueryUnload() { return mayLeave(); }
 
 bool Run::mayLeave() {
-    if (!isTouched()) {
+    if (!boxes_->areTouched()) {
         return true;
     }
     switch (base::MsgBox(UnsavedText, UnsavedTitle, MsgIcon::Question, MsgButtons::YesNoCancel)) {
         case MsgAnswer::Yes:
-            return Check_For_Error() == 0 && save();
+            return checkAndSave();
         case MsgAnswer::No:
             return true;
         default:

@@ -42,9 +42,8 @@ bool confirmRemoval(const controls::MultiColumnList& list, const std::vector<int
 
 /// The run as the actions on its stops want it: with the trip type that is stored.
 stops::EditedRun Run::runOfStops() const {
-    const auto stored = readStoredRun(*gcnRouting, run());
-    return {run(), stored ? stored->texts[RunField::TripType] : std::string(),
-            startup::gCommandLine};
+    const auto stored = storedRun();
+    return {run(), stored ? stored->text("TripType") : std::string(), startup::gCommandLine};
 }
 
 void Run::AddStops_Click() {
@@ -68,12 +67,17 @@ void Run::addToRun(const std::vector<stops::ChosenStop>& chosen) {
                                           MsgButtons::YesNo) != MsgAnswer::Yes) {
         return;
     }
-    stops::tellOfSkipped(stops::addStops(*gcnRouting, target, chosen));
-    afterStopsChanged();
+    changeStops([&] { return stops::addStops(*gcnRouting, target, chosen); });
 }
 
-void Run::afterStopsChanged() {
+/// One unit of work with the note that the dead-head must be calculated again.
+template <class Change>
+void Run::changeStops(Change change) {
+    ado::CommitOnExit unit(*gcnRouting);
+    const auto changed = change();
     stops::needDeadHeadBuild(*gcnRouting);
+    unit.commit();
+    stops::tellOfSkipped(changed);
     startup::RefreshRunList = true;
     refresh();
 }
@@ -99,9 +103,7 @@ void Run::Remove_Click() {
     for (const int row : rows) {
         stopTripIds.push_back(ui_->StopList->cellValue(row, "ID").asInteger());
     }
-    const auto removed = stops::removeStops(*gcnRouting, runOfStops(), stopTripIds);
-    stops::tellOfSkipped(removed);
-    afterStopsChanged();
+    changeStops([&] { return stops::removeStops(*gcnRouting, runOfStops(), stopTripIds); });
 }
 
 void Run::Merge_Click() {

@@ -1,120 +1,199 @@
 #include "runedit/editor/runfields.h"
 
-#include "platform/base/date.h"
-#include "platform/base/error.h"
-#include "platform/base/text.h"
-#include "platform/base/timetext.h"
-#include "startup/base/mdlNONULL.h"
+#include <fmt/format.h>
+
+#include "data/lookups/mdlGetItems.h"
 
 namespace runedit {
 
 namespace {
 
-constexpr std::array<FieldInfo, RunTexts::Count> Fields{{
-    {RunField::RunId, "Run", "Run ID", FieldKind::Code},
-    {RunField::Description, "Description", "Description", FieldKind::Text},
-    {RunField::School, "School", "School", FieldKind::Code},
-    {RunField::TripType, "TripType", "Trip Type", FieldKind::Code},
-    {RunField::RunFamily, "RunFamily", "Run Family", FieldKind::Code},
-    {RunField::LocCode, "LocCode", "Location", FieldKind::Code},
-    {RunField::VehType, "VehType", "Vehicle Type", FieldKind::Code},
-    {RunField::Capacity, "Capacity", "Capacity", FieldKind::Text},
-    {RunField::BellTime, "BellTime", "Bell Time", FieldKind::Time},
-    {RunField::OverFill, "OverFill", "Over Fill", FieldKind::Whole},
-    {RunField::Pickup, "Pickup", "Pickup", FieldKind::YesNo},
-    {RunField::TimeToUse, "TimeToUse", "Time To Use", FieldKind::Text},
-    {RunField::StartTime, "StartTime", "Start Time", FieldKind::Time},
-    {RunField::EndTime, "EndTime", "End Time", FieldKind::Time},
-    {RunField::Comment, "Comment", "Comment", FieldKind::Text},
-    {RunField::TotalStudents, "Total_Students", "Passengers", FieldKind::Whole},
-    {RunField::TotalMiles, "total_miles", "Distance", FieldKind::Number},
-    {RunField::TotalTime, "total_time", "Ride Time", FieldKind::Number},
-    {RunField::TotalStops, "total_stops", "Number of Stops", FieldKind::Whole},
-    {RunField::ClosedStreets, "GIS_CLOSEDSTREETFILENAME", "Closed Streets File", FieldKind::Text},
-    {RunField::Monday, "monday", "Monday", FieldKind::YesNo},
-    {RunField::Tuesday, "tuesday", "Tuesday", FieldKind::YesNo},
-    {RunField::Wednesday, "wednesday", "Wednesday", FieldKind::YesNo},
-    {RunField::Thursday, "thursday", "Thursday", FieldKind::YesNo},
-    {RunField::Friday, "friday", "Friday", FieldKind::YesNo},
-    {RunField::Regenerate, "Regenerate", "Regenerate", FieldKind::YesNo},
-    {RunField::Active, "Active", "Active", FieldKind::YesNo},
-}};
+using data::Entries;
+using data::Fault;
+using data::Field;
+using data::FieldUse;
+using data::Rule;
+using MaybeFault = std::optional<Fault>;
 
-std::string timeText(const base::Value& stored) {
-    return stored.isNull() || (stored.isText() && base::trim(stored.heldText()).empty())
-               ? std::string()
-               : base::tidyTime(stored.asDate().timeValue().text());
-}
+constexpr std::string_view NotFound = "NOT FOUND";
+constexpr std::string_view IllegalCharacters = "#%*'/\\\"";
+constexpr std::string_view FromStart = "Start Time";
 
-base::Value timeValueOf(std::string_view text) {
-    const auto time = base::Date::parse(base::tidyTime(text));
-    if (!time) {
-        base::raise(base::errors::TypeMismatch);
+// Codes of the faults; an illegal character in the run's id and an unknown vehicle type have the
+// same one: meant as it is. The suite's other programs do not know the last two.
+constexpr int BlankRunId = 1;
+constexpr int TakenRunId = 2;
+constexpr int IllegalRunId = 7;
+constexpr int InvalidTime = 8;
+constexpr int OverFillBeyond = 9;
+constexpr int TooLong = 10;
+
+// The longest texts that are saved, in characters. A run's id names files of the map software.
+constexpr std::size_t MaxRunId = 30;
+constexpr std::size_t MaxText = 255;
+constexpr std::size_t MaxComment = 4000;
+
+MaybeFault runIdFault(const Field& field, const Entries& entries) {
+    const auto runId = entries.entered.text(field.column);
+    if (runId.empty()) {
+        return Fault{"Blank RunID", "Oops, you have not entered a RunID.  Please do so."};
     }
-    return time->timeValue();
+    if (runId.find_first_of(IllegalCharacters) != std::string::npos) {
+        // Two backslashes stand in the text itself.
+        return Fault{"Illegal Character in the RUNID",
+                     "Oops, you have entered a RunID using one of the following characters: "
+                     "(#, %, *, /, \\\\, \", ') these are not allowed.  Please change your "
+                     "Run ID.",
+                     IllegalRunId};
+    }
+    const auto other = entries.isNew ? data::GetRun(runId) : std::string(NotFound);
+    return other == NotFound ? MaybeFault() : conflictingRunId(other);
 }
 
-base::Value parsedNumber(FieldKind kind, std::string_view text) {
-    const double number = base::Value(text).asNumber();
-    return kind == FieldKind::Whole ? base::Value(base::roundHalfEven(number)) : number;
+using LookUp = std::string (*)(const std::string& key);
+
+MaybeFault keyFault(const std::string& key, const char* name, LookUp lookUp) {
+    const auto title = fmt::format("Invalid {}", name);
+    // It would break the question.
+    if (key.find('\'') != std::string::npos) {
+        return Fault{title,
+                     fmt::format("Oops, you have entered a {} with an apostrophe ('), which cannot "
+                                 "be looked up.  Please choose another one.",
+                                 name)};
+    }
+    if (key.empty() || lookUp(key) != NotFound) {
+        return std::nullopt;
+    }
+    return Fault{title, fmt::format("Oops, you have entered a {} that is not in the list.  Please "
+                                    "do so.",
+                                    name)};
 }
 
-bool isNumber(FieldKind kind) { return kind == FieldKind::Whole || kind == FieldKind::Number; }
+/// A key that is not blank must be known.
+Rule known(const char* name, LookUp lookUp, int code) {
+    const auto check = [=](const Field& field, const Entries& entries) {
+        return keyFault(entries.entered.text(field.column), name, lookUp);
+    };
+    return {check, code, true};
+}
+
+MaybeFault timeFault(const Field& field, const data::Record& run) {
+    if (run[field.column].isDate()) {
+        return std::nullopt;
+    }
+    return Fault{
+        fmt::format("Invalid {}", field.caption),
+        fmt::format("Oops, you have entered an Invalid {}.  Please reenter the time, making sure "
+                    "to include the ':' to seperate the hour from minutes (hh:mm:ss AM format).",
+                    field.caption),
+        InvalidTime, field.column};
+}
+
+MaybeFault timeFault(const data::Record& run, std::string_view column) {
+    return timeFault(data::fieldOf(runFields(), column), run);
+}
+
+Rule overFill() {
+    return data::upTo(999, "Invalid Over Fill",
+                      "Oops, you have entered an Over Fill that is not a number of seats.  Please "
+                      "enter a whole number from 0 to 999.",
+                      OverFillBeyond);
+}
+
+Field total(std::string_view column, std::string_view control) {
+    return {.column = column,
+            .kind = data::FieldKind::Number,
+            .control = control,
+            .use = FieldUse::Shown,
+            .blank = 0};
+}
+
+Field audit(std::string_view column, data::FieldKind kind) {
+    return {.column = column, .kind = kind, .use = FieldUse::Shown};
+}
 
 }  // namespace
 
-std::span<const FieldInfo> runFields() { return Fields; }
-
-const FieldInfo& infoOf(RunField field) { return Fields[static_cast<std::size_t>(field)]; }
-
-bool RunTexts::isYes(RunField field) const { return (*this)[field] == yesNoText(true); }
-
-RunTexts textsOfNewRun() {
-    RunTexts texts;
-    for (const auto& info : Fields) {
-        texts[info.field] = shownText(info, {});
-    }
-    texts[RunField::Active] = texts[RunField::Pickup] = yesNoText(true);
-    texts[RunField::TimeToUse] = FromStart;
-    return texts;
+const data::FieldTable& runFields() {
+    using enum data::FieldKind;
+    static const Rule time{[](const Field& field, const Entries& entries) {
+                               return timeFault(field, entries.entered);
+                           },
+                           InvalidTime, true};
+    static const data::FieldTable fields{
+        {"Run",
+         "Run ID",
+         Key,
+         "RunID",
+         {{runIdFault, BlankRunId, true}, data::atMost(MaxRunId, TooLong)},
+         FieldUse::Fixed},
+        {"Description", "Description", Text, "RunDesc", {data::atMost(MaxText, TooLong)}},
+        {"School", "School", Key, "cmbSchool", {known("School", data::GetSchool, 4)}},
+        {"TripType", "Trip Type", Key, "cmbTripType", {known("Trip Type", data::GetTripType, 5)}},
+        {"RunFamily",
+         "Run Family",
+         Key,
+         "cmbRunFamily",
+         {known("Run Family ID", data::GetRunFamily, 3)}},
+        {"LocCode", "Location", Key, "cmbLOCCODE", {known("Location", data::GetLocCode, 6)}},
+        {"VehType",
+         "Vehicle Type",
+         Key,
+         "cmbVEHTYPE",
+         {known("Vehicle Type", data::GetVehType, 7)}},
+        {"Capacity", "Capacity", Choice, "cmbCapacity"},
+        {"BellTime", "Bell Time", Time, "BellTime", {time}},
+        {"OverFill", "Over Fill", Number, "OverFill", {overFill()}, FieldUse::Edited, 0},
+        {"Pickup", "Pickup", YesNo, "Pickup"},
+        {"TimeToUse", "Time To Use", Choice, "TimeToUse", {}, FieldUse::Edited, "End Time"},
+        {"StartTime", "Start Time", Time, "StartTime", {time}},
+        {"EndTime", "End Time", Time, "EndTime", {time}},
+        {"Comment", "Comment", Text, "Comment", {data::atMost(MaxComment, TooLong)}},
+        total("Total_Students", "TotalPass"),
+        total("total_miles", "TotalDistance"),
+        total("total_time", "TotalRideTime"),
+        total("total_stops", "TotalStops"),
+        {"GIS_CLOSEDSTREETFILENAME",
+         "Closed Streets File",
+         Text,
+         "GIS_CLOSEDSTREETFILENAME",
+         {data::atMost(MaxText, TooLong)}},
+        {"monday", "Monday", YesNo, "chkMonday"},
+        {"tuesday", "Tuesday", YesNo, "chkTuesday"},
+        {"wednesday", "Wednesday", YesNo, "chkWednesday"},
+        {"thursday", "Thursday", YesNo, "chkThursday"},
+        {"friday", "Friday", YesNo, "chkFriday"},
+        {"Regenerate", "Regenerate", YesNo, "Regenerate"},
+        {"ACTIVE", "Active", YesNo, "Active"},
+        audit("CreatedBy", Key),
+        audit("CREATEDDT", DateTime),
+        audit("ChangedBy", Key),
+        audit("changeddt", DateTime),
+        audit("STATUSCHGDT", DateTime)};
+    return fields;
 }
 
-std::string yesNoText(bool yes) { return base::Value(yes).asText(); }
-
-std::string shownText(const FieldInfo& info, const base::Value& stored) {
-    if (isNumber(info.kind)) {
-        return startup::NoNullNumber(stored).asText();
-    }
-    if (info.kind == FieldKind::YesNo) {
-        return yesNoText(!stored.isNull() && stored.asBoolean());
-    }
-    if (info.kind == FieldKind::Time) {
-        return timeText(stored);
-    }
-    const std::string text = startup::NoNullString(stored).asText();
-    return info.kind == FieldKind::Code || text == " " ? std::string(base::trimRight(text)) : text;
+data::Record newRun() {
+    data::Record run(runFields());
+    run.set("ACTIVE", true);
+    run.set("Pickup", true);
+    run.set("TimeToUse", FromStart);
+    return run;
 }
 
-base::Value storedValue(const FieldInfo& info, std::string_view text) {
-    if (base::trim(text).empty()) {
-        return isNumber(info.kind) ? base::Value(0) : base::Value();
-    }
-    switch (info.kind) {
-        case FieldKind::Code:
-            return base::trim(text);
-        case FieldKind::Text:
-            return text;
-        case FieldKind::Time:
-            return timeValueOf(text);
-        case FieldKind::YesNo:
-            return base::Value(text).asBoolean();
-        default:
-            return parsedNumber(info.kind, text);
-    }
+data::Fault conflictingRunId(const std::string& otherDescription) {
+    return {"Conflicting RunID",
+            "Oops, you have entered a RunID that is already being used by another run.  The "
+            "description of the other conflicting run is: " +
+                otherDescription + ".  Please change the RunID.",
+            TakenRunId, "Run"};
 }
 
-bool timesFromStart(const RunTexts& texts) {
-    return base::trim(texts[RunField::TimeToUse]) == FromStart;
+bool timesFromStart(const data::Record& run) { return run.text("TimeToUse") == FromStart; }
+
+std::optional<data::Fault> findTimeFault(const data::Record& run) {
+    auto fault = timeFault(run, timesFromStart(run) ? "StartTime" : "EndTime");
+    return fault || run["BellTime"].isNull() ? fault : timeFault(run, "BellTime");
 }
 
 }  // namespace runedit

@@ -47,11 +47,11 @@ void frmSelStops::cmdChoose_Click() {
     if (chosen.empty()) {
         return;
     }
-    const auto taker = std::exchange(taker_, nullptr);
-    unload();
-    if (taker) {
+    // A choice that cannot be taken over now, because of a lock, stays.
+    if (const auto taker = taker_) {
         taker(chosen);
     }
+    unload();
 }
 
 void frmSelStops::SelectAll_Click() { ui_->StopSearch->selectAll(); }

@@ -21,8 +21,8 @@ public:
     explicit frmSelStops(forms::Form* owner = nullptr);
     ~frmSelStops() override;
 
-    /// Called once with the chosen stops, in the order shown, after the form has closed; not where
-    /// it is left without a choice.
+    /// Called once with the chosen stops, in the order shown, before the form closes; where it
+    /// throws, the form stays with its choice. Not called where it is left without one.
     void whenChosen(std::function<void(const std::vector<ChosenStop>&)> taker);
     /// The trip type that the search starts with, free ones only; before the form is loaded.
     void startFrom(const std::string& tripType) { tripType_ = tripType; }

@@ -1,203 +1,318 @@
-#include <QTest>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabWidget>
 
 #include "runfixture.h"
+#include "startup/base/mdlGetMapSoftware.h"
 
 namespace {
 
 using base::MsgAnswer;
+using support::joined;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST_F(RunTest, ShowsEveryFieldOfTheRun) {
-    byOthers(
-        "UPDATE RUN SET COMMENT='Ice''s road', friday=1, OverFill=3, "
-        "GIS_CLOSEDSTREETFILENAME='/maps/closed.avl' WHERE RUN='101-AM'");
-    open();
-    const std::vector<std::pair<const char*, std::string>> fields = {
-        {"RunID", "101-AM"},
-        {"RunDesc", "Oak morning"},
-        {"cmbSchool", "OAK"},
-        {"cmbTripType", "AM"},
-        {"cmbRunFamily", "REG"},
-        {"cmbLOCCODE", "NORTH"},
-        {"cmbVEHTYPE", "SMALL"},
-        {"cmbCapacity", "High"},
-        {"BellTime", "08:00 AM"},
-        {"OverFill", "3"},
-        {"TimeToUse", "Start Time"},
-        {"StartTime", "07:05 AM"},
-        {"EndTime", "07:45 AM"},
-        {"TotalPass", "31"},
-        {"TotalDistance", "12.5"},
-        {"TotalRideTime", "40"},
-        {"TotalStops", "6"},
-        {"SchoolName", "Oak School"},
-        {"Audit", "Created  by BO"},
-        {"Heading", "Run 101-AM: Oak morning"},
-        {"GIS_CLOSEDSTREETFILENAME", "/maps/closed.avl"}};
-    for (const auto& [name, shown] : fields) {
-        EXPECT_EQ(text(name), shown) << name;
+class RunSavingTest : public RunTest {
+protected:
+    /// Types into a box; ticks or unticks a button for "True" and "False".
+    void enter(const char* name, const std::string& entered) {
+        if (form().findChild<QAbstractButton*>(name) != nullptr) {
+            check(name, entered == "True");
+        } else {
+            type(name, entered);
+        }
     }
-    EXPECT_EQ(control<QPlainTextEdit>("Comment").toPlainText(), "Ice's road");
-    EXPECT_TRUE(control<QAbstractButton>("Pickup").isChecked());
-    EXPECT_TRUE(control<QAbstractButton>("Active").isChecked());
-    EXPECT_TRUE(control<QAbstractButton>("chkFriday").isChecked());
-    EXPECT_FALSE(control<QAbstractButton>("chkMonday").isChecked());
-    EXPECT_TRUE(control<QLineEdit>("RunID").isReadOnly());
-    EXPECT_EQ(list("StopList").rows(), 2);
+    std::string shown(const char* name) {
+        return form().findChild<QAbstractButton*>(name) == nullptr ? text(name)
+               : isChecked(name)                                   ? "True"
+                                                                   : "False";
+    }
+    void openNew(const std::string& id) {
+        open("");
+        type("RunID", id);
+        type("BellTime", "8:00");
+        type("StartTime", "7:00");
+        type("EndTime", "7:30");
+    }
+};
 
-    form().edit("103-PM");
-    EXPECT_EQ(text("TimeToUse"), "End Time");
-    EXPECT_EQ(text("cmbCapacity"), "");
-    EXPECT_EQ(text("BellTime"), "");
-    EXPECT_TRUE(control<QAbstractButton>("DropOff").isChecked());
-    EXPECT_THAT(titles(), IsEmpty());
+TEST_F(RunSavingTest, ShowsAndSavesEveryField) {
+    byOthers(
+        "UPDATE RUN SET COMMENT='Ice''s road', friday=1, OverFill=3, TOTAL_TIME=41, "
+        "GIS_CLOSEDSTREETFILENAME='/maps/closed.avl', BELLTIME='1899-12-30 08:00:30' "
+        "WHERE RUN='101-AM'");
+    open();
+    const struct {
+        const char* control;
+        const char* column;
+        std::string before;
+        std::string entered;
+        std::string stored;
+    } fields[] = {
+        {"RunDesc", "DESCRIPTION", "Oak morning", "Oak's \"1st\"", "Oak's \"1st\""},
+        {"cmbSchool", "SCHOOL", "OAK", "pine", "PINE"},
+        {"cmbTripType", "TRIPTYPE", "AM", "PM", "PM"},
+        {"cmbRunFamily", "RUNFAMILY", "REG", "", "Null"},
+        {"cmbLOCCODE", "LOCCODE", "NORTH", "SHUT", "SHUT"},
+        {"cmbVEHTYPE", "VEHTYPE", "SMALL", "LARGE", "LARGE"},
+        {"cmbCapacity", "Capacity", "High", "Low", "Low"},
+        {"BellTime", "BELLTIME", "08:00:30 AM", "8:10 am", "8:10:00 AM"},
+        {"OverFill", "OverFill", "3", " 4 ", "4"},
+        {"DropOff", "PICKUP", "False", "True", "False"},
+        {"TimeToUse", "TimeToUse", "Start Time", "End Time", "End Time"},
+        {"StartTime", "STARTTIME", "07:05 AM", "1/31/2026 7:00", "7:00:00 AM"},
+        {"EndTime", "ENDTIME", "07:45 AM", "0750", "7:50:00 AM"},
+        {"Comment", "[COMMENT]", "Ice's road", "'; DROP", "'; DROP"},
+        {"GIS_CLOSEDSTREETFILENAME", "GIS_CLOSEDSTREETFILENAME", "/maps/closed.avl", " ", "Null"},
+        {"chkMonday", "monday", "False", "True", "True"},
+        {"chkTuesday", "tuesday", "False", "True", "True"},
+        {"chkWednesday", "wednesday", "False", "True", "True"},
+        {"chkThursday", "thursday", "False", "True", "True"},
+        {"chkFriday", "friday", "True", "False", "False"},
+        {"Regenerate", "REGENERATE", "False", "True", "True"},
+        {"Active", "ACTIVE", "True", "False", "False"}};
+    for (const auto& field : fields) {
+        EXPECT_EQ(shown(field.control), field.before) << field.control;
+        const auto before = storedRun(field.column);
+        enter(field.control, field.entered);
+        click("OK");
+        EXPECT_EQ(storedRun(field.column), field.stored) << field.column;
+        byOthers("UPDATE RUN SET STATUSCHGDT=NULL WHERE RUN='101-AM' AND ACTIVE=1");
+    }
+    EXPECT_EQ(joined({text("RunID"), text("TotalPass"), text("TotalDistance"),
+                      text("TotalRideTime"), text("TotalStops")}),
+              "101-AM 50 12.5 41 6");
+    EXPECT_EQ(text("SchoolName"), "Pine School");
+    EXPECT_EQ(text("Heading"), "Run 101-AM: Oak's \"1st\"");
 }
 
-TEST_F(RunTest, SavesWhatWasEnteredAndValidatesTheRun) {
+TEST_F(RunSavingTest, ValidatesWhatItSaved) {
     open();
-    type("RunDesc", "Oak's \"first\" run");
-    type("Comment", "'; DROP");
-    type("cmbSchool", "pine");
+    EXPECT_EQ(text("Audit"), "Created  by BO");
     type("cmbCapacity", "Low");
-    type("BellTime", "8:10 am");
-    check("chkMonday");
-    check("Active", false);
     click("OK");
-    EXPECT_EQ(storedRun("DESCRIPTION"), "Oak's \"first\" run");
-    EXPECT_EQ(storedRun("[COMMENT]"), "'; DROP");
-    EXPECT_EQ(storedRun("SCHOOL"), "PINE");
-    EXPECT_EQ(storedRun("Capacity"), "Low");
-    EXPECT_EQ(storedRun("BELLTIME"), "8:10:00 AM");
-    EXPECT_EQ(storedRun("monday"), "True");
-    EXPECT_EQ(storedRun("ACTIVE"), "False");
-    EXPECT_EQ(storedRun("STATUSCHGDT"), "1/31/2026 8:05:09 AM");
-    EXPECT_EQ(storedRun("CreatedBy"), "BO");
-    EXPECT_EQ(storedRun("ChangedBy"), "ANN");
+    EXPECT_EQ(storedRun("CreatedBy, ChangedBy, changeddt, STATUSCHGDT"),
+              "BO|ANN|1/31/2026 8:05:09 AM|Null");
     // 50 passengers for 12 seats: told, listed, and the total taken over from the row.
     EXPECT_THAT(titles(), ElementsAre("Too Many Passengers for Vehicle / Vehicle Type"));
     EXPECT_EQ(text("TotalPass"), "50");
     EXPECT_EQ(list("WarningList").rows(), 1);
     EXPECT_EQ(control<QTabWidget>("RunTab").tabText(2), " * Warnings *");
     EXPECT_EQ(text("Status"), "Run 101-AM saved.");
-    EXPECT_EQ(control<QLabel>("Status").palette().color(QPalette::Window), QColor(0, 255, 0));
+    EXPECT_EQ(control("Status").palette().color(QPalette::Window), QColor(0, 255, 0));
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_EQ(startup::TotSavedRuns, 1);
     form().Timer3_Timer();
-    EXPECT_TRUE(control<QLabel>("Status").isHidden());
+    EXPECT_FALSE(isShown("Status"));
     // The validation's own write is no change by others.
-    type("RunDesc", "Oak");
+    check("Active", false);
     click("OK");
     EXPECT_THAT(titles(), ElementsAre("Too Many Passengers for Vehicle / Vehicle Type"));
-    EXPECT_EQ(storedRun("DESCRIPTION"), "Oak");
+    EXPECT_EQ(storedRun("STATUSCHGDT"), "1/31/2026 8:05:09 AM");
+    EXPECT_THAT(text("Audit"), HasSubstr("Status changed 1/31/2026 8:05:09 AM"));
     EXPECT_TRUE(form().closeForm());
     EXPECT_THAT(titles(), IsEmpty());
 }
 
-TEST_F(RunTest, MakesANewRun) {
-    open("");
-    EXPECT_TRUE(control<QAbstractButton>("Active").isChecked());
-    EXPECT_TRUE(control<QAbstractButton>("Pickup").isChecked());
+TEST_F(RunSavingTest, ShowsWhatIsNotThere) {
+    byOthers("UPDATE RUN SET DESCRIPTION=' ', OverFill=NULL WHERE RUN='103-PM'");
+    open("103-PM");
+    EXPECT_EQ(joined({text("RunDesc"), text("cmbCapacity"), text("BellTime"), text("TimeToUse"),
+                      text("OverFill"), text("TotalStops")},
+                     "|"),
+              "|||End Time|0|0");
+    EXPECT_TRUE(isChecked("DropOff"));
+    EXPECT_TRUE(form().closeForm());
+    for (const auto* run : {"999", "O'NEIL"}) {
+        EXPECT_FALSE(open(run).isLoaded()) << run;
+        EXPECT_THAT(titles(), ElementsAre("Run Not Found")) << run;
+    }
+    EXPECT_TRUE(startup::RefreshRunList);
+}
+
+TEST_F(RunSavingTest, MakesANewRun) {
+    openNew(" 101-am ");
+    EXPECT_TRUE(isChecked("Active"));
+    EXPECT_TRUE(isChecked("Pickup"));
     EXPECT_EQ(text("TimeToUse"), "Start Time");
     for (const auto* name : {"MapIt", "AddStops", "CalcTimes"}) {
         EXPECT_FALSE(isEnabled(name)) << name;
     }
     EXPECT_EQ(list("StopList").rows(), 0);
-    type("RunID", " 101-am ");
     click("OK");
-    EXPECT_EQ(lastTitle(), "Conflicting RunID");
-    EXPECT_THAT(session.boxes.shown.back().text, HasSubstr("run is: Oak morning.  Please"));
+    EXPECT_EQ(form().Check_For_Error(), 2);
+    EXPECT_THAT(lastText(), HasSubstr("run is: Oak morning.  Please"));
     type("RunID", " 104-AM ");
-    type("BellTime", "8:00");
-    type("StartTime", "7:00");
-    type("EndTime", "7:30");
+    check("Regenerate");
     titles();
     click("OK");
     EXPECT_THAT(titles(), IsEmpty());
-    EXPECT_EQ(storedRun("RUN", "104-AM"), "104-AM");
-    EXPECT_EQ(storedRun("CreatedBy", "104-AM"), "ANN");
-    EXPECT_EQ(storedRun("INT_ROUTEID", "104-AM"), "Null");
+    EXPECT_EQ(storedRun("RUN, CreatedBy, CREATEDDT, ChangedBy, STATUSCHGDT", "104-AM"),
+              "104-AM|ANN|1/31/2026 8:05:09 AM|ANN|1/31/2026 8:05:09 AM");
+    EXPECT_EQ(storedRun("INT_ROUTEID, SCHOOL, TimeToUse, total_stops, REGENERATE", "104-AM"),
+              "Null|Null|Start Time|0|True");
     EXPECT_EQ(text("Status"), "Run 104-AM saved.");
     EXPECT_TRUE(control<QLineEdit>("RunID").isReadOnly());
     EXPECT_TRUE(isEnabled("MapIt"));
     EXPECT_TRUE(isEnabled("CalcTimes"));
 }
 
-TEST_F(RunTest, RefusesBadInputInEveryField) {
-    open("");
-    type("RunID", "105-AM");
-    for (const auto* time : {"BellTime", "StartTime", "EndTime"}) {
-        type(time, "8:00");
-    }
-    const std::vector<std::pair<const char*, std::string>> bad = {
-        {"RunID", ""},
-        {"RunID", "1/2"},
-        {"RunID", "102-AM"},
-        {"RunDesc", std::string(300, 'x')},
-        {"cmbSchool", "O'K"},
-        {"cmbTripType", "?"},
-        {"cmbRunFamily", "?"},
-        {"cmbLOCCODE", "' OR ''='"},
-        {"cmbVEHTYPE", "HUGE"},
-        {"BellTime", "noon"},
-        {"StartTime", ""},
-        {"EndTime", "7:60"},
-        {"OverFill", "many"},
-        {"Comment", std::string(5000, 'x')},
-        {"GIS_CLOSEDSTREETFILENAME", std::string(300, 'x')}};
-    const char* red = "RunDesc";
-    for (const auto& [name, entered] : bad) {
-        const std::string before = name == std::string("Comment") ? "" : text(name);
-        type(name, entered);
+const std::string TimeAdvice =
+    ".  Please reenter the time, making sure to include the ':' to seperate the hour from minutes "
+    "(hh:mm:ss AM format).";
+const std::string IllegalCharacter =
+    "Oops, you have entered a RunID using one of the following characters: (#, %, *, /, \\\\, \", "
+    "') these are not allowed.  Please change your Run ID.";
+
+/// In the order in which the checks are made.
+const struct {
+    const char* control;
+    std::string entered;
+    int code;
+    std::string title;
+    std::string text;
+} Refusals[] = {
+    {"RunID", "  ", 1, "Blank RunID", "Oops, you have not entered a RunID.  Please do so."},
+    {"RunID", "104\"AM", 7, "Illegal Character in the RUNID", IllegalCharacter},
+    {"RunID", "'; DELETE", 7, "Illegal Character in the RUNID", IllegalCharacter},
+    {"RunID", " 101-AM ", 2, "Conflicting RunID",
+     "Oops, you have entered a RunID that is already being used by another run.  The description "
+     "of the other conflicting run is: Oak morning.  Please change the RunID."},
+    {"cmbRunFamily", "X", 3, "Invalid Run Family ID",
+     "Oops, you have entered a Run Family ID that is not in the list.  Please do so."},
+    {"cmbSchool", "X", 4, "Invalid School",
+     "Oops, you have entered a School that is not in the list.  Please do so."},
+    {"cmbSchool", "ST MARY'S", 4, "Invalid School",
+     "Oops, you have entered a School with an apostrophe ('), which cannot be looked up.  Please "
+     "choose another one."},
+    {"cmbTripType", "X", 5, "Invalid Trip Type",
+     "Oops, you have entered a Trip Type that is not in the list.  Please do so."},
+    {"cmbLOCCODE", "' OR ''='", 6, "Invalid Location",
+     "Oops, you have entered a Location with an apostrophe ('), which cannot be looked up.  Please "
+     "choose another one."},
+    {"cmbVEHTYPE", "HUGE", 7, "Invalid Vehicle Type",
+     "Oops, you have entered a Vehicle Type that is not in the list.  Please do so."},
+    {"BellTime", "", 8, "Invalid Bell Time",
+     "Oops, you have entered an Invalid Bell Time" + TimeAdvice},
+    {"StartTime", "soon", 8, "Invalid Start Time",
+     "Oops, you have entered an Invalid Start Time" + TimeAdvice},
+    {"EndTime", "25:00", 8, "Invalid End Time",
+     "Oops, you have entered an Invalid End Time" + TimeAdvice},
+    {"OverFill", "-1", 9, "Invalid Over Fill",
+     "Oops, you have entered an Over Fill that is not a number of seats.  Please enter a whole "
+     "number from 0 to 999."},
+    {"RunID", std::string(31, '7'), 10, "Run ID Too Long",
+     "Oops, the Run ID may not be longer than 30 characters.  Please leave out the part that "
+     "begins with \"7\"."},
+    {"RunDesc", std::string(256, 'x'), 10, "Description Too Long",
+     "Oops, the Description may not be longer than 255 characters.  Please leave out the part that "
+     "begins with \"x\"."},
+    {"Comment", std::string(4001, 'x'), 10, "Comment Too Long",
+     "Oops, the Comment may not be longer than 4000 characters.  Please leave out the part that "
+     "begins with \"x\"."},
+    {"GIS_CLOSEDSTREETFILENAME", std::string(256, 'x'), 10, "Closed Streets File Too Long",
+     "Oops, the Closed Streets File may not be longer than 255 characters.  Please leave out the "
+     "part that begins with \"x\"."}};
+
+TEST_F(RunSavingTest, RefusesEachFieldInItsOwnWords) {
+    openNew("105-AM");
+    for (const auto& refusal : Refusals) {
+        const auto before = text(refusal.control);
+        type(refusal.control, refusal.entered);
         click("OK");
-        EXPECT_EQ(titles().size(), 1U) << name;
-        EXPECT_FALSE(isRed(red) && red != std::string(name)) << red;
-        EXPECT_TRUE(isRed(name)) << name << ": " << entered;
-        EXPECT_EQ(form().focusWidget(), &control<QWidget>(name)) << name;
-        type(name, before);
-        red = name;
+        EXPECT_EQ(lastTitle(), refusal.title);
+        EXPECT_EQ(texts(), std::vector{refusal.text});
+        EXPECT_TRUE(isRed(refusal.control)) << refusal.title;
+        EXPECT_TRUE(control(refusal.control).isVisible()) << refusal.title;
+        EXPECT_EQ(form().focusWidget(), &control(refusal.control)) << refusal.title;
+        EXPECT_EQ(form().Check_For_Error(), refusal.code);
+        titles();
+        type(refusal.control, before);
+        EXPECT_EQ(form().Check_For_Error(), 0) << refusal.title;
+        EXPECT_FALSE(isRed(refusal.control)) << refusal.title;
     }
     EXPECT_EQ(stored("Select Count(*) From RUN"), "4");
     EXPECT_FALSE(startup::RefreshRunList);
-    EXPECT_EQ(form().Check_For_Error(), 0);
-    EXPECT_FALSE(isRed(red));
 }
 
-TEST_F(RunTest, TellsWhatAnotherProgramHasChangedBeforeSavingOverIt) {
+TEST_F(RunSavingTest, TellsTheFirstFaultOnly) {
+    openNew("105-AM");
+    std::vector<std::string> good;
+    for (const auto& refusal : Refusals) {
+        good.push_back(text(refusal.control));
+    }
+    for (const auto& refusal : Refusals) {
+        type(refusal.control, refusal.entered);
+    }
+    // Mended one by one.
+    for (std::size_t i = 0; i < std::size(Refusals); ++i) {
+        type(Refusals[i].control, Refusals[i].entered);
+        EXPECT_EQ(form().Check_For_Error(), Refusals[i].code) << Refusals[i].title;
+        EXPECT_EQ(lastTitle(), Refusals[i].title);
+        type(Refusals[i].control, good[i]);
+    }
+}
+
+TEST_F(RunSavingTest, HoldsOwnLimitsAgainstWhatWasEnteredAlone) {
+    byOthers(
+        "INSERT INTO RUN(RUN, DESCRIPTION, OverFill, Capacity, BELLTIME, STARTTIME, ENDTIME) "
+        "SELECT 'an id that is longer than a new one may be', '" +
+        std::string(300, 'x') +
+        "', 5000, 'high', BELLTIME, STARTTIME, ENDTIME FROM RUN WHERE RUN='101-AM'");
+    open("an id that is longer than a new one may be");
+    EXPECT_EQ(text("cmbCapacity"), "High");
+    type("Comment", "new");
+    click("OK");
+    EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_EQ(storedRun("[COMMENT], Capacity, OverFill", text("RunID")), "new|High|5000");
+    EXPECT_EQ(text("RunDesc").size(), 300U);
+
+    byOthers("UPDATE RUN SET Capacity='Tall' WHERE OverFill=5000");
+    click("Command1");
+    open(text("RunID"));
+    EXPECT_EQ(text("cmbCapacity"), "Tall");
+    EXPECT_TRUE(isRed("cmbCapacity"));
+    EXPECT_EQ(text("Status"), "Capacity: \"Tall\" is none of the choices.");
+    EXPECT_TRUE(form().closeForm());
+    EXPECT_THAT(titles(), IsEmpty());
+}
+
+TEST_F(RunSavingTest, TellsWhatAnotherProgramHasChangedBeforeSavingOverIt) {
     open();
     type("RunDesc", "mine");
     byOthers(
-        "UPDATE RUN SET DESCRIPTION='theirs', BELLTIME='1899-12-30 08:30:00', friday=1 WHERE "
-        "RUN='101-AM'");
-    session.boxes.answers = {MsgAnswer::Cancel};
+        "UPDATE RUN SET DESCRIPTION='theirs', BELLTIME='1899-12-30 08:30:00', friday=1, "
+        "TOTAL_MILES=13, DEADHEAD_BEFORE_TIME=7 WHERE RUN='101-AM'");
+    answer(MsgAnswer::Cancel);
     click("OK");
-    EXPECT_THAT(session.boxes.shown.back().text,
-                HasSubstr("\n\nDescription: was \"Oak morning\", is now \"theirs\", you entered "
-                          "\"mine\"\nBell Time: was \"08:00 AM\", is now \"08:30 AM\"\nFriday: was "
-                          "No, is now Yes\n\n"));
+    EXPECT_THAT(
+        lastText(),
+        HasSubstr("Oops, another program has changed this run since you opened it.  Nothing "
+                  "was saved yet.\n\nDescription: was \"Oak morning\", is now \"theirs\", "
+                  "you entered \"mine\"\nBell Time: was \"08:00 AM\", is now \"08:30 "
+                  "AM\"\nFriday: was No, is now Yes\n\nYes - "));
     EXPECT_EQ(text("BellTime"), "08:00 AM");
     // Cancel has settled nothing.
-    session.boxes.answers = {MsgAnswer::Yes};
+    answer(MsgAnswer::Yes);
     click("OK");
     EXPECT_THAT(titles(), ElementsAre("Run Changed Meanwhile", "Run Changed Meanwhile"));
     EXPECT_EQ(storedRun("DESCRIPTION"), "theirs");
     EXPECT_EQ(text("RunDesc"), "mine");
     EXPECT_EQ(text("BellTime"), "08:30 AM");
     click("OK");
-    EXPECT_EQ(storedRun("DESCRIPTION"), "mine");
-    EXPECT_EQ(storedRun("BELLTIME"), "8:30:00 AM");
-    EXPECT_EQ(storedRun("friday"), "True");
+    EXPECT_EQ(storedRun("DESCRIPTION, BELLTIME, friday, TOTAL_MILES, DEADHEAD_BEFORE_TIME"),
+              "mine|8:30:00 AM|True|13|7");
 
     type("RunDesc", "mine again");
     byOthers("UPDATE RUN SET COMMENT='theirs' WHERE RUN='101-AM'");
-    session.boxes.answers = {MsgAnswer::No};
+    answer(MsgAnswer::No);
     click("OK");
     EXPECT_EQ(text("RunDesc"), "mine");
-    EXPECT_EQ(control<QPlainTextEdit>("Comment").toPlainText(), "theirs");
+    EXPECT_EQ(text("Comment"), "theirs");
 }
 
-TEST_F(RunTest, OffersToSaveADeletedRunAgain) {
+TEST_F(RunSavingTest, OffersToSaveADeletedRunAgain) {
     open();
     type("RunDesc", "mine");
     byOthers("DELETE FROM RUN WHERE RUN='101-AM'");
@@ -205,19 +320,18 @@ TEST_F(RunTest, OffersToSaveADeletedRunAgain) {
     click("OK");
     EXPECT_EQ(storedRun("RUN"), "no row");
     click("OK");
-    EXPECT_EQ(storedRun("DESCRIPTION"), "mine");
-    EXPECT_EQ(storedRun("CreatedBy"), "ANN");
+    EXPECT_EQ(storedRun("DESCRIPTION, SCHOOL, TOTAL_MILES, CreatedBy"), "mine|OAK|12.5|ANN");
 
     byOthers("DELETE FROM RUN WHERE RUN='101-AM'");
     titles();
-    session.boxes.answers = {MsgAnswer::No};
+    answer(MsgAnswer::No);
     click("OK");
     EXPECT_THAT(titles(), ElementsAre("Run Deleted Meanwhile"));
     EXPECT_EQ(storedRun("RUN"), "no row");
-    EXPECT_EQ(forms::FormRegistry::instance().find("Run"), nullptr);
+    EXPECT_EQ(opened("Run"), nullptr);
 }
 
-TEST_F(RunTest, AsksBeforeItClosesWithUnsavedChanges) {
+TEST_F(RunSavingTest, AsksBeforeItClosesWithUnsavedChanges) {
     open();
     EXPECT_TRUE(form().closeForm());
     EXPECT_THAT(titles(), IsEmpty());
@@ -230,26 +344,18 @@ TEST_F(RunTest, AsksBeforeItClosesWithUnsavedChanges) {
     EXPECT_FALSE(form().closeForm());  // what cannot be saved is not closed
     EXPECT_THAT(titles(), ElementsAre("Run Not Saved", "Run Not Saved", "Invalid Bell Time"));
     type("BellTime", "8:20");
-    session.boxes.answers = {MsgAnswer::Yes};
+    answer(MsgAnswer::Yes);
     EXPECT_TRUE(form().closeForm());
     EXPECT_EQ(storedRun("BELLTIME"), "8:20:00 AM");
 
     open();
     type("BellTime", "8:40");
-    session.boxes.answers = {MsgAnswer::No};
+    answer(MsgAnswer::No);
     EXPECT_TRUE(form().closeForm());
     EXPECT_EQ(storedRun("BELLTIME"), "8:20:00 AM");
 }
 
-TEST_F(RunTest, IsNotShownForARunThatIsNotThere) {
-    auto& form = open("999");
-    EXPECT_FALSE(form.isLoaded());
-    EXPECT_FALSE(form.isVisible());
-    EXPECT_THAT(titles(), ElementsAre("Run Not Found"));
-    EXPECT_TRUE(startup::RefreshRunList);
-}
-
-TEST_F(RunTest, KeepsWhatWasEnteredWhenOtherFormsHaveChangedTheRun) {
+TEST_F(RunSavingTest, KeepsWhatWasEnteredWhenOtherFormsHaveChangedTheRun) {
     open();
     form().Form_Activate();
     type("RunDesc", "mine");
@@ -258,16 +364,61 @@ TEST_F(RunTest, KeepsWhatWasEnteredWhenOtherFormsHaveChangedTheRun) {
         "07:10:00' WHERE RUN='101-AM'");
     byOthers("UPDATE STOP_TRIPTYPE SET RUN=' ' WHERE RUN='101-AM' AND RUNSEQ=1");
     form().Form_Activate();
-    EXPECT_EQ(text("RunDesc"), "mine");
-    EXPECT_EQ(text("TotalPass"), "12");
-    EXPECT_EQ(text("StartTime"), "07:10 AM");
+    EXPECT_EQ(joined({text("RunDesc"), text("TotalPass"), text("StartTime")}), "mine 12 07:10 AM");
     EXPECT_EQ(list("StopList").rows(), 1);
     // Only the description is in conflict now.
-    session.boxes.answers = {MsgAnswer::Cancel};
+    answer(MsgAnswer::Cancel);
     click("OK");
-    EXPECT_THAT(session.boxes.shown.back().text,
-                HasSubstr("\n\nDescription: was \"Oak morning\", is now \"theirs\", you entered "
-                          "\"mine\"\n\n"));
+    EXPECT_THAT(lastText(),
+                HasSubstr("\n\nDescription: was \"Oak morning\", is now \"theirs\", you "
+                          "entered \"mine\"\n\n"));
+}
+
+TEST_F(RunSavingTest, LosesNothingToALock) {
+    startup::gMapSoftware = startup::ArcView;
+    open();
+    list("StopList").choose(0);
+    byOthers("UPDATE RUN SET COMMENT='theirs' WHERE RUN='101-AM'");
+    type("RunDesc", "mine");
+    auto held = heldByOthers();
+    for (const auto* button : {"OK", "CalcTimes", "Remove", "MapIt", "Exit_Run"}) {
+        session.boxes.answers = {MsgAnswer::Yes};
+        click(button);
+        EXPECT_EQ(lastTitle(), "Database in Use") << button;
+        session.boxes.answers.clear();
+    }
+    // Once for each; Remove, Map It and Exit have asked before.
+    EXPECT_EQ(titles().size(), 8U);
+    EXPECT_EQ(joined({text("RunDesc"), text("EndTime")}), "mine 07:45 AM");
+    held.reset();
+    answer(MsgAnswer::Yes);
+    click("OK");
+    click("OK");
+    EXPECT_EQ(storedRun("DESCRIPTION, [COMMENT]"), "mine|theirs");
+}
+
+TEST_F(RunSavingTest, SaysWhatWasDoneBeforeALock) {
+    openNew("104-AM");
+    std::shared_ptr<void> held;
+    // The saved run gives the window its title, the calculated times the box its text.
+    QObject::connect(&form(), &QWidget::windowTitleChanged, &form(),
+                     [&] { held = heldByOthers(); });
+    click("OK");
+    EXPECT_THAT(titles(), ElementsAre("Run Not Checked"));
+    EXPECT_EQ(text("Status"), "Run 104-AM saved.");
+    held.reset();
+    click("OK");
+    EXPECT_THAT(titles(), IsEmpty());
+
+    open("101-AM");
+    held.reset();
+    type("BellTime", "7:00");
+    QObject::connect(&control<QLineEdit>("EndTime"), &QLineEdit::textChanged, &form(),
+                     [&] { held = heldByOthers(); });
+    click("CalcTimes");
+    EXPECT_THAT(titles(), ElementsAre("Database in Use"));
+    EXPECT_EQ(text("EndTime"), "07:17 AM");
+    EXPECT_EQ(column("StopList", 2).back(), "07:17 AM");
 }
 
 }  // namespace

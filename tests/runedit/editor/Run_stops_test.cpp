@@ -1,3 +1,6 @@
+#include <QLabel>
+#include <QLineEdit>
+
 #include "runfixture.h"
 #include "stops/search/frmSelStops.h"
 
@@ -7,17 +10,7 @@ using base::MsgAnswer;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class RunStopsTest : public RunTest {
-protected:
-    /// The stops in the list, in order.
-    std::vector<std::string> stops() {
-        std::vector<std::string> ids;
-        for (int row = 0; row < list("StopList").rows(); ++row) {
-            ids.push_back(list("StopList").cellText(row, 0));
-        }
-        return ids;
-    }
-};
+using RunStopsTest = RunTest;
 
 TEST_F(RunStopsTest, OpensTheTripRecordOfTheChosenStop) {
     open();
@@ -25,7 +18,7 @@ TEST_F(RunStopsTest, OpensTheTripRecordOfTheChosenStop) {
     list("StopList").choose(1);
     EXPECT_TRUE(isEnabled("StopEdit"));
     emit list("StopList").rowActivated(1);
-    EXPECT_NE(forms::FormRegistry::instance().find("frmStopTripType"), nullptr);
+    EXPECT_NE(opened("frmStopTripType"), nullptr);
     byOthers("UPDATE STOP_TRIPTYPE SET TIME_AT_STOP='1899-12-30 09:09:00' WHERE RUN='101-AM'");
     form().Form_Activate();
     form().Form_Activate();
@@ -40,11 +33,10 @@ TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
     list("StopList").choose(0);
     session.boxes.answers = {MsgAnswer::No, MsgAnswer::Yes};
     click("Remove");
-    EXPECT_THAT(stops(), ElementsAre("S3", "S1"));
+    EXPECT_THAT(column("StopList"), ElementsAre("S3", "S1"));
     click("Remove");
-    EXPECT_THAT(stops(), ElementsAre("S1"));
-    EXPECT_EQ(session.boxes.shown.back().text,
-              "Are you sure you want to take the stop S3 off this run?");
+    EXPECT_THAT(column("StopList"), ElementsAre("S1"));
+    EXPECT_EQ(lastText(), "Are you sure you want to take the stop S3 off this run?");
     EXPECT_EQ(stored("Select Count(*) From RUNLOG Where RUNID='101-AM' And ACTIVITYCODE=2"), "1");
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_EQ(text("RunDesc"), "not saved");
@@ -54,7 +46,7 @@ TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
 TEST_F(RunStopsTest, OpensTheStopFormsForTheRun) {
     open();
     click("AddStops");
-    auto* adding = forms::FormRegistry::instance().find("Add_Remove_Stops");
+    auto* adding = opened("Add_Remove_Stops");
     ASSERT_NE(adding, nullptr);
     EXPECT_EQ(adding->findChild<QLabel*>("RunID")->text(), "101-AM");
     adding->closeForm();
@@ -69,13 +61,19 @@ TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
     open();
     type("RunDesc", "not saved");
     click("GetStops");
-    auto* search =
-        dynamic_cast<stops::frmSelStops*>(forms::FormRegistry::instance().find("frmSelStops"));
+    auto* search = dynamic_cast<stops::frmSelStops*>(opened("frmSelStops"));
     ASSERT_NE(search, nullptr);
     search->findChild<QAbstractButton*>("cmdSearch")->click();
     search->SelectAll_Click();
-    search->cmdChoose_Click();
-    EXPECT_THAT(stops(), ElementsAre("S3", "S1", "S2"));
+    support::ControlsOf chooser(*search);
+    auto held = heldByOthers();
+    chooser.click("cmdChoose");
+    EXPECT_EQ(lastTitle(), "Database in Use");
+    EXPECT_THAT(column("StopList"), ElementsAre("S3", "S1"));
+    held.reset();
+    chooser.click("cmdChoose");
+    EXPECT_FALSE(search->isLoaded());
+    EXPECT_THAT(column("StopList"), ElementsAre("S3", "S1", "S2"));
     EXPECT_EQ(text("RunDesc"), "not saved");
     EXPECT_EQ(stored("Select NEEDDEADHEADBUILD From SYSTEM"), "True");
 }
@@ -83,11 +81,11 @@ TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
 TEST_F(RunStopsTest, OpensTheLogAndTheMergeOfTheRun) {
     open();
     click("Merge");
-    auto* merge = forms::FormRegistry::instance().find("MergeRun");
+    auto* merge = opened("MergeRun");
     ASSERT_NE(merge, nullptr);
     merge->closeForm();
     click("Log");
-    auto* log = forms::FormRegistry::instance().find("RunLogInquiry");
+    auto* log = opened("RunLogInquiry");
     ASSERT_NE(log, nullptr);
     EXPECT_EQ(log->findChild<QLineEdit*>("RunID")->text(), "101-AM");
 }

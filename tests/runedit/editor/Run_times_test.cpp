@@ -14,14 +14,7 @@ using testing::IsEmpty;
 
 class RunTimesTest : public RunTest {
 protected:
-    /// The stop times in the list, in order.
-    std::vector<std::string> stopTimes() {
-        std::vector<std::string> times;
-        for (int row = 0; row < list("StopList").rows(); ++row) {
-            times.push_back(list("StopList").cellText(row, 2));
-        }
-        return times;
-    }
+    std::vector<std::string> stopTimes() { return column("StopList", 2); }
     static std::string warningTypes() {
         return stored(
                    "Select Count(*) From RUNWARNING Where RUN='101-AM' And WARNINGTYPE='LATE "
