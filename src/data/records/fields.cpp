@@ -72,6 +72,14 @@ std::vector<FieldRule> rulesInOrder(const FieldTable& fields) {
 
 }  // namespace
 
+Field shownField(std::string_view column, FieldKind kind, std::string_view control) {
+    return {.column = column,
+            .kind = kind,
+            .control = control,
+            .use = FieldUse::Shown,
+            .blank = kind == FieldKind::Number ? base::Value(0) : base::Value()};
+}
+
 const Field& fieldOf(const FieldTable& fields, std::string_view column) {
     const auto found = std::ranges::find(fields, column, &Field::column);
     if (found == fields.end()) {

@@ -60,6 +60,10 @@ struct Field {
 
 using FieldTable = std::vector<Field>;
 
+/// A field that is Shown; a missing number is 0.
+[[nodiscard]] Field shownField(std::string_view column, FieldKind kind,
+                               std::string_view control = {});
+
 /// The field of that column, spelled as in the table; throws std::out_of_range.
 [[nodiscard]] const Field& fieldOf(const FieldTable& fields, std::string_view column);
 

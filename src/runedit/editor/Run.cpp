@@ -31,11 +31,18 @@ constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
     "id.";
+constexpr auto LockedText =
+    "Oops, another program is writing to the routing database just now, and nothing was saved.  "
+    "What you have entered is not lost.  Please wait a moment and try again.";
 
 }  // namespace
 
 Run::Run(forms::Form* owner)
-    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::Run>()), answer_(this), Timer3(this) {
+    : TrappedForm(Module, owner),
+      ui_(std::make_unique<Ui::Run>()),
+      answer_(this),
+      Timer3(this),
+      ifLocked_{"Database in Use", LockedText} {
     setWindowModality(Qt::WindowModal);
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
@@ -101,23 +108,16 @@ void Run::wireMap() {
     on(&answer_, &MapAnswer::lists, "buildLists", &Run::buildLists);
 }
 
-void Run::edit(const std::string& run) {
+void Run::edit(const std::string& run) { begin(run, false); }
+
+void Run::editNew() { begin({}, true); }
+
+void Run::begin(const std::string& run, bool isNew) {
     if (isLoaded() && !mayLeave()) {
         return;
     }
     toEdit_ = std::string(base::trim(run));
-    ui_->chkNew->setChecked(false);
-    if (isLoaded()) {
-        startEditing();
-    }
-}
-
-void Run::editNew() {
-    if (isLoaded() && !mayLeave()) {
-        return;
-    }
-    toEdit_.clear();
-    ui_->chkNew->setChecked(true);
+    ui_->chkNew->setChecked(isNew);
     if (isLoaded()) {
         startEditing();
     }

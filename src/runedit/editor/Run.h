@@ -62,7 +62,7 @@ protected:
     void Form_Activate() override;
     bool Form_QueryUnload() override;
     void Form_Unload() override { answer_.stop(); }
-    [[nodiscard]] Message lockedMessage() const override;
+    [[nodiscard]] Message lockedMessage() const override { return ifLocked_; }
 
 private:
     static constexpr auto Module = "Run";  ///< what the error trap calls it
@@ -75,6 +75,7 @@ private:
     void wireButtons();
     void wireMap();
 
+    void begin(const std::string& run, bool isNew);
     void startEditing();
     void openStored();
     void openNew();
@@ -101,7 +102,6 @@ private:
     bool save();
     bool checkAndSave() { return Check_For_Error() == 0 && save(); }
     void afterSaving(const data::Record& stored);
-    void askAboutChanges(const data::Entries& entries, const data::Record& stored);
     bool askAboutDeletion();
     void checkBell(const data::Record& entered);
     void sendToMap();
@@ -114,9 +114,9 @@ private:
     std::unique_ptr<Ui::Run> ui_;
     std::unique_ptr<data::RecordBoxes> boxes_;
     MapAnswer answer_;
-    forms::Timer Timer3;       ///< hides the status
-    std::string toEdit_;       ///< the run asked for; blank for a new one
-    bool isChecking_ = false;  ///< the saved run is being validated
+    forms::Timer Timer3;  ///< hides the status
+    std::string toEdit_;  ///< the run asked for; blank for a new one
+    Message ifLocked_;    ///< what a lock keeps the form from just now
     bool allPlaced_ = true;
     bool activatedBefore_ = false;
 };

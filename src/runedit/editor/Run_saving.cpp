@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <fmt/format.h>
 
 #include "platform/base/ports.h"
@@ -33,11 +35,6 @@ constexpr auto DeletedText =
     "Yes - save what is on the form as a new run.\n"
     "No - close without saving.\n"
     "Cancel - go back without changing anything.";
-constexpr auto LockedTitle = "Database in Use";
-constexpr auto LockedText =
-    "Oops, another program is writing to the routing database just now, and nothing was saved.  "
-    "What you have entered is not lost.  Please wait a moment and try again.";
-constexpr auto NotCheckedTitle = "Run Not Checked";
 constexpr auto NotCheckedText =
     "Run {} was saved, but another program is writing to the routing database just now, so the run "
     "was not checked for warnings.  Please wait a moment and press OK again.";
@@ -70,7 +67,10 @@ bool Run::save() {
             boxes_->refuse(conflictingRunId(stored->text("Description")));
             return false;
         case data::SaveOutcome::Changed:
-            askAboutChanges(entered, *stored);
+            if (boxes_->settle(entered, *stored, ChangedTitle, "run")) {
+                present(*stored);
+            }
+            buildLists();
             return false;
         case data::SaveOutcome::Deleted:
             break;
@@ -84,22 +84,11 @@ void Run::afterSaving(const data::Record& stored) {
     ui_->chkNew->setChecked(false);
     fill(stored);
     showStatus(tr("Run %1 saved.").arg(toQt(run())), true);
-    isChecking_ = true;
+    const auto ifLocked =
+        std::exchange(ifLocked_, Message{"Run Not Checked", fmt::format(NotCheckedText, run())});
     trap("CheckRun", [this] { CheckRun(run(), 0, true, "Y"); });
-    isChecking_ = false;
+    ifLocked_ = ifLocked;
     refresh();
-}
-
-startup::TrappedForm::Message Run::lockedMessage() const {
-    return isChecking_ ? Message{NotCheckedTitle, fmt::format(NotCheckedText, run())}
-                       : Message{LockedTitle, LockedText};
-}
-
-void Run::askAboutChanges(const data::Entries& entered, const data::Record& stored) {
-    if (boxes_->settle(entered, stored, ChangedTitle, "run")) {
-        present(stored);
-    }
-    buildLists();
 }
 
 bool Run::askAboutDeletion() {

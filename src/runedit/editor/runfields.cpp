@@ -12,11 +12,18 @@ using data::Entries;
 using data::Fault;
 using data::Field;
 using data::FieldUse;
+using data::GetLocCode;
+using data::GetRunFamily;
+using data::GetSchool;
+using data::GetTripType;
+using data::GetVehType;
 using data::Rule;
+using data::shownField;
 using MaybeFault = std::optional<Fault>;
 
 constexpr std::string_view NotFound = "NOT FOUND";
 constexpr std::string_view IllegalCharacters = "#%*'/\\\"";
+constexpr std::string_view ClosedStreets = "GIS_CLOSEDSTREETFILENAME";
 constexpr std::string_view FromStart = "Start Time";
 
 // Codes of the faults; an illegal character in the run's id and an unknown vehicle type have the
@@ -93,6 +100,10 @@ MaybeFault timeFault(const data::Record& run, std::string_view column) {
     return timeFault(data::fieldOf(runFields(), column), run);
 }
 
+MaybeFault enteredTimeFault(const Field& field, const Entries& entries) {
+    return timeFault(field, entries.entered);
+}
+
 Rule overFill() {
     return data::upTo(999, "Invalid Over Fill",
                       "Oops, you have entered an Over Fill that is not a number of seats.  Please "
@@ -100,47 +111,21 @@ Rule overFill() {
                       OverFillBeyond);
 }
 
-Field total(std::string_view column, std::string_view control) {
-    return {.column = column,
-            .kind = data::FieldKind::Number,
-            .control = control,
-            .use = FieldUse::Shown,
-            .blank = 0};
-}
-
-Field audit(std::string_view column, data::FieldKind kind) {
-    return {.column = column, .kind = kind, .use = FieldUse::Shown};
-}
-
 }  // namespace
 
 const data::FieldTable& runFields() {
     using enum data::FieldKind;
-    static const Rule time{[](const Field& field, const Entries& entries) {
-                               return timeFault(field, entries.entered);
-                           },
-                           InvalidTime, true};
+    static const Rule runId{runIdFault, BlankRunId, true};
+    static const Rule text = data::atMost(MaxText, TooLong);
+    static const Rule time{enteredTimeFault, InvalidTime, true};
     static const data::FieldTable fields{
-        {"Run",
-         "Run ID",
-         Key,
-         "RunID",
-         {{runIdFault, BlankRunId, true}, data::atMost(MaxRunId, TooLong)},
-         FieldUse::Fixed},
-        {"Description", "Description", Text, "RunDesc", {data::atMost(MaxText, TooLong)}},
-        {"School", "School", Key, "cmbSchool", {known("School", data::GetSchool, 4)}},
-        {"TripType", "Trip Type", Key, "cmbTripType", {known("Trip Type", data::GetTripType, 5)}},
-        {"RunFamily",
-         "Run Family",
-         Key,
-         "cmbRunFamily",
-         {known("Run Family ID", data::GetRunFamily, 3)}},
-        {"LocCode", "Location", Key, "cmbLOCCODE", {known("Location", data::GetLocCode, 6)}},
-        {"VehType",
-         "Vehicle Type",
-         Key,
-         "cmbVEHTYPE",
-         {known("Vehicle Type", data::GetVehType, 7)}},
+        {"Run", "Run ID", Key, "RunID", {runId, data::atMost(MaxRunId, TooLong)}, FieldUse::Fixed},
+        {"Description", "Description", Text, "RunDesc", {text}},
+        {"School", "School", Key, "cmbSchool", {known("School", GetSchool, 4)}},
+        {"TripType", "Trip Type", Key, "cmbTripType", {known("Trip Type", GetTripType, 5)}},
+        {"RunFamily", "Run Family", Key, "cmbRunFamily", {known("Run Family ID", GetRunFamily, 3)}},
+        {"LocCode", "Location", Key, "cmbLOCCODE", {known("Location", GetLocCode, 6)}},
+        {"VehType", "Vehicle Type", Key, "cmbVEHTYPE", {known("Vehicle Type", GetVehType, 7)}},
         {"Capacity", "Capacity", Choice, "cmbCapacity"},
         {"BellTime", "Bell Time", Time, "BellTime", {time}},
         {"OverFill", "Over Fill", Number, "OverFill", {overFill()}, FieldUse::Edited, 0},
@@ -149,15 +134,11 @@ const data::FieldTable& runFields() {
         {"StartTime", "Start Time", Time, "StartTime", {time}},
         {"EndTime", "End Time", Time, "EndTime", {time}},
         {"Comment", "Comment", Text, "Comment", {data::atMost(MaxComment, TooLong)}},
-        total("Total_Students", "TotalPass"),
-        total("total_miles", "TotalDistance"),
-        total("total_time", "TotalRideTime"),
-        total("total_stops", "TotalStops"),
-        {"GIS_CLOSEDSTREETFILENAME",
-         "Closed Streets File",
-         Text,
-         "GIS_CLOSEDSTREETFILENAME",
-         {data::atMost(MaxText, TooLong)}},
+        shownField("Total_Students", Number, "TotalPass"),
+        shownField("total_miles", Number, "TotalDistance"),
+        shownField("total_time", Number, "TotalRideTime"),
+        shownField("total_stops", Number, "TotalStops"),
+        {ClosedStreets, "Closed Streets File", Text, ClosedStreets, {text}},
         {"monday", "Monday", YesNo, "chkMonday"},
         {"tuesday", "Tuesday", YesNo, "chkTuesday"},
         {"wednesday", "Wednesday", YesNo, "chkWednesday"},
@@ -165,11 +146,11 @@ const data::FieldTable& runFields() {
         {"friday", "Friday", YesNo, "chkFriday"},
         {"Regenerate", "Regenerate", YesNo, "Regenerate"},
         {"ACTIVE", "Active", YesNo, "Active"},
-        audit("CreatedBy", Key),
-        audit("CREATEDDT", DateTime),
-        audit("ChangedBy", Key),
-        audit("changeddt", DateTime),
-        audit("STATUSCHGDT", DateTime)};
+        shownField("CreatedBy", Key),
+        shownField("CREATEDDT", DateTime),
+        shownField("ChangedBy", Key),
+        shownField("changeddt", DateTime),
+        shownField("STATUSCHGDT", DateTime)};
     return fields;
 }
 

@@ -197,7 +197,7 @@ void frmStopTripType::showButtons() {
 
 /// True when the record is stored as it was entered.
 bool frmStopTripType::save() {
-    step_ = Step::Saving;
+    ifLocked_ = {"Stop Not Saved", LockedText};
     const auto entries = boxes_.entries();
     if (boxes_.refuseFault(entries)) {
         return false;
@@ -227,7 +227,7 @@ void frmStopTripType::tellGone() {
 void frmStopTripType::finish(const std::string& status) {
     showStatus(status);
     if (held_.isOnRun()) {
-        step_ = Step::Checking;
+        ifLocked_ = {"Run Not Checked", fmt::format(NotCheckedText, held_.stopId)};
         trap("CheckRun", [this] { runedit::CheckRun(held_.run, 0, true, Switches); });
     }
     if (saved_) {
@@ -249,18 +249,6 @@ void frmStopTripType::CalcTimes_Click() {
     }
 }
 
-startup::TrappedForm::Message frmStopTripType::lockedMessage() const {
-    switch (step_) {
-        case Step::Saving:
-            return {"Stop Not Saved", LockedText};
-        case Step::Timing:
-            return {"Times Not Calculated", fmt::format(NotTimedText, held_.stopId)};
-        case Step::Checking:
-            break;
-    }
-    return {"Run Not Checked", fmt::format(NotCheckedText, held_.stopId)};
-}
-
 /// Computes the run's times around the stored time; tells why where that cannot be done.
 bool frmStopTripType::timeRun() {
     if (!held_.timeAtStop()) {
@@ -273,7 +261,7 @@ bool frmStopTripType::timeRun() {
                      base::MsgIcon::Information);
         return false;
     }
-    step_ = Step::Timing;
+    ifLocked_ = {"Times Not Calculated", fmt::format(NotTimedText, held_.stopId)};
     const bool timed = timeRunAround(routing(), held_, authorNow(), startup::logLine);
     if (!timed) {
         base::MsgBox(fmt::format(OffRunText, held_.stopId, held_.run), OffRunTitle,

@@ -43,12 +43,9 @@ public:
 protected:
     void Form_Load() override;
     bool Form_QueryUnload() override;
-    [[nodiscard]] Message lockedMessage() const override;
+    [[nodiscard]] Message lockedMessage() const override { return ifLocked_; }
 
 private:
-    /// What a lock keeps the form from.
-    enum class Step { Saving, Timing, Checking };
-
     void wire();
 
     void open(std::int64_t id);
@@ -71,7 +68,7 @@ private:
     std::unique_ptr<Ui::frmStopTripType> ui_;
     data::RecordBoxes boxes_;
     forms::Timer Timer3;
-    Step step_ = Step::Saving;
+    Message ifLocked_;  ///< what a lock keeps the form from just now
     std::function<void()> saved_;
     std::int64_t id_ = 0;
     /// The record as it was read; nothing of it is left to edit once it is gone.

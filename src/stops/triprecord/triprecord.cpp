@@ -19,6 +19,7 @@ using data::Field;
 using data::FieldKind;
 using data::FieldUse;
 using data::Rule;
+using data::shownField;
 
 constexpr std::size_t MaxCommentCharacters = 255;
 constexpr auto InvalidTimeText =
@@ -38,11 +39,11 @@ Rule passengers() {
                       "whole number from 0 to 999.");
 }
 
-Rule amount(const char* title, const char* name, const char* what) {
-    return data::upTo(999.99, title,
+Rule amount(const char* name, const char* what) {
+    return data::upTo(999.99, fmt::format("Invalid {}", name),
                       fmt::format("Oops, you have entered an invalid {}.  Please enter the {}, "
                                   "from 0 to 999.99.",
-                                  name, what));
+                                  base::lowered(name), what));
 }
 
 std::optional<Fault> timeFault(const Field& field, const Entries& entries) {
@@ -64,54 +65,35 @@ std::optional<Fault> characterFault(const Field& field, const Entries& entries) 
                       : std::optional(Fault{"Invalid Comment", CommentCharactersText});
 }
 
-Field shown(std::string_view column, FieldKind kind) {
-    return {.column = column,
-            .kind = kind,
-            .use = FieldUse::Shown,
-            .blank = kind == FieldKind::Number ? base::Value(0) : base::Value()};
-}
-
 }  // namespace
 
 const data::FieldTable& tripFields() {
     using enum FieldKind;
+    static const Rule load = amount("Load Time", "minutes at the stop");
+    static const Rule drive = amount("Driving Time", "minutes from the stop before");
+    static const Rule distance = amount("Distance", "miles from the stop before");
+    static const Rule length = data::atMost(MaxCommentCharacters);
     static const data::FieldTable fields{
         {"NUM_STUDENTS", "Passengers", Number, "NUM_STUDENTS", {passengers()}},
-        {"LOAD_TIME",
-         "Load time",
-         Number,
-         "LOAD_TIME",
-         {amount("Invalid Load Time", "load time", "minutes at the stop")}},
-        {"TIME_TOSTOP",
-         "Driving time",
-         Number,
-         "TIME_TOSTOP",
-         {amount("Invalid Driving Time", "driving time", "minutes from the stop before")}},
-        {"DIST_TOSTOP",
-         "Distance",
-         Number,
-         "DIST_TOSTOP",
-         {amount("Invalid Distance", "distance", "miles from the stop before")}},
+        {"LOAD_TIME", "Load time", Number, "LOAD_TIME", {load}},
+        {"TIME_TOSTOP", "Driving time", Number, "TIME_TOSTOP", {drive}},
+        {"DIST_TOSTOP", "Distance", Number, "DIST_TOSTOP", {distance}},
         {"TIME_AT_STOP", "Time at stop", DateTime, "TIME_AT_STOP", {{timeFault}}},
         {"RUN_PICKUP_SIDE", "Pick-up side", Choice, "RUN_PICKUP_SIDE"},
         {"ACTIVE", "Active", YesNo, "Active"},
-        {"COMMENT",
-         "Comment",
-         Text,
-         "Comment",
-         {{characterFault}, data::atMost(MaxCommentCharacters)}},
+        {"COMMENT", "Comment", Text, "Comment", {{characterFault}, length}},
         {"RUN", "Run", Key, "", {}, FieldUse::Watched},
         {"RUNSEQ", "Place on the run", Number, "", {}, FieldUse::Watched},
-        shown("ID", Number),
-        shown("INT_STOPID", Number),
-        shown("STOPID", Key),
-        shown("DESCRIPTION", Key),
-        shown("ADDR1", Key),
-        shown("STOPTYPE", Key),
-        shown("RIGHTSIDE", YesNo),
-        shown("TRIPTYPE", Key),
-        shown("ChangedBy", Key),
-        shown("changeddt", DateTime)};
+        shownField("ID", Number),
+        shownField("INT_STOPID", Number),
+        shownField("STOPID", Key),
+        shownField("DESCRIPTION", Key),
+        shownField("ADDR1", Key),
+        shownField("STOPTYPE", Key),
+        shownField("RIGHTSIDE", YesNo),
+        shownField("TRIPTYPE", Key),
+        shownField("ChangedBy", Key),
+        shownField("changeddt", DateTime)};
     return fields;
 }
 

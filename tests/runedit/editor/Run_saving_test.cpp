@@ -215,28 +215,7 @@ const struct {
      "Oops, the Closed Streets File may not be longer than 255 characters.  Please leave out the "
      "part that begins with \"x\"."}};
 
-TEST_F(RunSavingTest, RefusesEachFieldInItsOwnWords) {
-    openNew("105-AM");
-    for (const auto& refusal : Refusals) {
-        const auto before = text(refusal.control);
-        type(refusal.control, refusal.entered);
-        click("OK");
-        EXPECT_EQ(lastTitle(), refusal.title);
-        EXPECT_EQ(texts(), std::vector{refusal.text});
-        EXPECT_TRUE(isRed(refusal.control)) << refusal.title;
-        EXPECT_TRUE(control(refusal.control).isVisible()) << refusal.title;
-        EXPECT_EQ(form().focusWidget(), &control(refusal.control)) << refusal.title;
-        EXPECT_EQ(form().Check_For_Error(), refusal.code);
-        titles();
-        type(refusal.control, before);
-        EXPECT_EQ(form().Check_For_Error(), 0) << refusal.title;
-        EXPECT_FALSE(isRed(refusal.control)) << refusal.title;
-    }
-    EXPECT_EQ(stored("Select Count(*) From RUN"), "4");
-    EXPECT_FALSE(startup::RefreshRunList);
-}
-
-TEST_F(RunSavingTest, TellsTheFirstFaultOnly) {
+TEST_F(RunSavingTest, RefusesTheFirstFieldThatIsWrongInItsOwnWords) {
     openNew("105-AM");
     std::vector<std::string> good;
     for (const auto& refusal : Refusals) {
@@ -245,13 +224,25 @@ TEST_F(RunSavingTest, TellsTheFirstFaultOnly) {
     for (const auto& refusal : Refusals) {
         type(refusal.control, refusal.entered);
     }
-    // Mended one by one.
+    const char* before = "Active";
+    // All are wrong and mended one by one.
     for (std::size_t i = 0; i < std::size(Refusals); ++i) {
-        type(Refusals[i].control, Refusals[i].entered);
-        EXPECT_EQ(form().Check_For_Error(), Refusals[i].code) << Refusals[i].title;
-        EXPECT_EQ(lastTitle(), Refusals[i].title);
-        type(Refusals[i].control, good[i]);
+        const auto& [name, entered, code, title, message] = Refusals[i];
+        type(name, entered);
+        EXPECT_EQ(form().Check_For_Error(), code) << title;
+        EXPECT_EQ(lastTitle(), title);
+        EXPECT_EQ(texts(), std::vector{message});
+        EXPECT_TRUE(isRed(name) && control(name).isVisible()) << title;
+        EXPECT_EQ(form().focusWidget(), &control(name)) << title;
+        EXPECT_FALSE(before != std::string(name) && isRed(before)) << before;
+        click("OK");
+        EXPECT_EQ(titles().size(), 1U);
+        type(name, good[i]);
+        before = name;
     }
+    EXPECT_EQ(form().Check_For_Error(), 0);
+    EXPECT_EQ(stored("Select Count(*) From RUN"), "4");
+    EXPECT_FALSE(startup::RefreshRunList);
 }
 
 TEST_F(RunSavingTest, HoldsOwnLimitsAgainstWhatWasEnteredAlone) {
