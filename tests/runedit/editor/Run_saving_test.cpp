@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QTabWidget>
 
+#include "runedit/map/fakemap.h"
 #include "runfixture.h"
 #include "startup/base/mdlGetMapSoftware.h"
 
@@ -240,7 +241,8 @@ TEST_F(RunSavingTest, HoldsOwnLimitsAgainstWhatWasEnteredAlone) {
     type("Comment", "new");
     click("OK");
     EXPECT_THAT(titles(), IsEmpty());
-    EXPECT_EQ(storedRun("[COMMENT], Capacity, OverFill", text("RunID")), "new|High|5000");
+    EXPECT_EQ(storedRun("[COMMENT], Capacity, OverFill, TimeToUse", text("RunID")),
+              "new|High|5000|Null");
     EXPECT_EQ(text("RunDesc").size(), 300U);
 
     byOthers("UPDATE RUN SET Capacity='Tall' WHERE OverFill=5000");
@@ -350,12 +352,17 @@ TEST_F(RunSavingTest, KeepsWhatWasEnteredWhenOtherFormsHaveChangedTheRun) {
 }
 
 TEST_F(RunSavingTest, LosesNothingToALock) {
+    const FakeMap map;
     startup::gMapSoftware = startup::ArcView;
+    byOthers("INSERT INTO StartEnd(StartorEnd, Run) VALUES (' ', ' ')");
     open();
     list("StopList").choose(0);
     byOthers("UPDATE RUN SET COMMENT='theirs' WHERE RUN='101-AM'");
     type("RunDesc", "mine");
     auto held = heldByOthers();
+    answer(MsgAnswer::No);
+    click("MapIt");
+    EXPECT_THAT(titles(), ElementsAre("Run Not Saved", "Database in Use"));
     for (const auto* button : {"OK", "CalcTimes", "Remove", "MapIt", "Exit_Run"}) {
         session.boxes.answers = {MsgAnswer::Yes};
         click(button);
@@ -381,6 +388,8 @@ TEST_F(RunSavingTest, SaysWhatWasDoneBeforeALock) {
     click("OK");
     EXPECT_THAT(titles(), ElementsAre("Run Not Checked"));
     EXPECT_EQ(text("Status"), "Run 104-AM saved.");
+    click("OK");
+    EXPECT_THAT(titles(), ElementsAre("Database in Use"));
     held.reset();
     click("OK");
     EXPECT_THAT(titles(), IsEmpty());
