@@ -45,6 +45,10 @@ MaybeFault runIdFault(const Field& field, const Entries& entries) {
     if (runId.empty()) {
         return Fault{"Blank RunID", "Oops, you have not entered a RunID.  Please do so."};
     }
+    // The key of a stored run cannot be changed any more.
+    if (!entries.isNew) {
+        return std::nullopt;
+    }
     if (runId.find_first_of(IllegalCharacters) != std::string::npos) {
         // Two backslashes stand in the text itself.
         return Fault{"Illegal Character in the RUNID",
@@ -53,7 +57,7 @@ MaybeFault runIdFault(const Field& field, const Entries& entries) {
                      "Run ID.",
                      IllegalRunId};
     }
-    const auto other = entries.isNew ? data::GetRun(runId) : std::string(NotFound);
+    const auto other = data::GetRun(runId);
     return other == NotFound ? MaybeFault() : conflictingRunId(other);
 }
 
@@ -61,13 +65,6 @@ using LookUp = std::string (*)(const std::string& key);
 
 MaybeFault keyFault(const std::string& key, const char* name, LookUp lookUp) {
     const auto title = fmt::format("Invalid {}", name);
-    // It would break the question.
-    if (key.find('\'') != std::string::npos) {
-        return Fault{title,
-                     fmt::format("Oops, you have entered a {} with an apostrophe ('), which cannot "
-                                 "be looked up.  Please choose another one.",
-                                 name)};
-    }
     if (key.empty() || lookUp(key) != NotFound) {
         return std::nullopt;
     }
