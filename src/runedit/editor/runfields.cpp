@@ -45,10 +45,6 @@ MaybeFault runIdFault(const Field& field, const Entries& entries) {
     if (runId.empty()) {
         return Fault{"Blank RunID", "Oops, you have not entered a RunID.  Please do so."};
     }
-    // The key of a stored run cannot be changed any more.
-    if (!entries.isNew) {
-        return std::nullopt;
-    }
     if (runId.find_first_of(IllegalCharacters) != std::string::npos) {
         // Two backslashes stand in the text itself.
         return Fault{"Illegal Character in the RUNID",
@@ -57,7 +53,8 @@ MaybeFault runIdFault(const Field& field, const Entries& entries) {
                      "Run ID.",
                      IllegalRunId};
     }
-    const auto other = data::GetRun(runId);
+    // The id of a stored run is locked.
+    const auto other = entries.isNew ? data::GetRun(runId) : std::string(NotFound);
     return other == NotFound ? MaybeFault() : conflictingRunId(other);
 }
 

@@ -17,7 +17,7 @@ TrappedForm::Message TrappedForm::lockedMessage() const {
 /// A form that could not be filled because of a lock has nothing to show.
 void TrappedForm::formLoad() {
     loadFailed_ = true;
-    trap("Form_Load", [this] {
+    enter(Lock::Told, "Form_Load", [this] {
         Form_Load();
         loadFailed_ = false;
     });
@@ -26,16 +26,21 @@ void TrappedForm::formLoad() {
     }
 }
 
-void TrappedForm::formActivate() { trap("Form_Activate", &TrappedForm::Form_Activate); }
-
-bool TrappedForm::formQueryUnload() {
-    return trap("Form_QueryUnload", &TrappedForm::Form_QueryUnload);
+void TrappedForm::formActivate() {
+    enter(Lock::Told, "Form_Activate", &TrappedForm::Form_Activate);
 }
 
-void TrappedForm::formUnload() { trap("Form_Unload", &TrappedForm::Form_Unload); }
+bool TrappedForm::formQueryUnload() {
+    return enter(Lock::Told, "Form_QueryUnload", &TrappedForm::Form_QueryUnload);
+}
 
-void TrappedForm::failed(const char* procedure) {
+void TrappedForm::formUnload() { enter(Lock::Told, "Form_Unload", &TrappedForm::Form_Unload); }
+
+void TrappedForm::failed(Lock lock, const char* procedure) {
     if (lockedElsewhere()) {
+        if (lock == Lock::Passes) {
+            throw;
+        }
         const auto message = lockedMessage();
         base::MsgBox(message.text, message.title, base::MsgIcon::Exclamation);
         return;

@@ -46,35 +46,43 @@ protected:
     template <class Sender, class Signal, class Handler>
     void on(Sender* sender, Signal signal, const char* procedure, Handler handler) {
         Form::on(sender, signal, [this, procedure, handler](auto&&... arguments) mutable {
-            trap(procedure, handler, arguments...);
+            enter(Lock::Told, procedure, handler, arguments...);
         });
     }
 
     /// Runs a procedure of this form that another one calls, under its own name. Where it fails and
-    /// the program goes on, it answers with its type's default.
+    /// the program goes on, it answers with its type's default; a lock ends the other one, too.
     template <class Handler, class... Arguments>
     auto trap(const char* procedure, Handler&& handler, Arguments&&... arguments) {
+        return enter(DoorOfForm::isOpen() ? Lock::Passes : Lock::Told, procedure,
+                     std::forward<Handler>(handler), std::forward<Arguments>(arguments)...);
+    }
+
+private:
+    enum class Lock { Told, Passes };
+
+    template <class Handler, class... Arguments>
+    auto enter(Lock lock, const char* procedure, Handler&& handler, Arguments&&... arguments) {
         auto bound = bind(std::forward<Handler>(handler));
         using Result = decltype(forms::callWith(bound, arguments...));
         const DoorOfForm door;
         try {
             return forms::callWith(bound, arguments...);
         } catch (const std::exception&) {
-            failed(procedure);
+            failed(lock, procedure);
         }
         if constexpr (!std::is_void_v<Result>) {
             return Result{};
         }
     }
 
-private:
     void formLoad() final;
     void formActivate() final;
     bool formQueryUnload() final;
     void formUnload() final;
 
     /// Deals with the error that is being handled.
-    void failed(const char* procedure);
+    void failed(Lock lock, const char* procedure);
 
     template <class Handler>
     auto bind(Handler handler) {

@@ -1,6 +1,7 @@
 #include "data/lookups/mdlGetItems.h"
 
 #include "platform/base/error.h"
+#include "startup/base/session.h"
 #include "support/districtsession.h"
 
 namespace data {

@@ -1,15 +1,16 @@
 // A run whose stored id holds an apostrophe is a run like any other to whatever splices the id.
 
 #include "data/lookups/mdlGetItems.h"
+#include "data/records/records.h"
 #include "data/runs/runrow.h"
 #include "groupops/deadhead/routedeadhead.h"
-#include "groupops/fakeprogress.h"
 #include "groupops/groupchange/runchange.h"
+#include "groupops/groupsupport.h"
 #include "groupops/merge/runmerge.h"
 #include "platform/ado/sqltext.h"
 #include "runedit/editor/bellcheck.h"
+#include "runedit/editor/runfields.h"
 #include "runedit/editor/runlists.h"
-#include "runedit/editor/runrecord.h"
 #include "runedit/map/Set_StartorEnd.h"
 #include "runedit/map/stopexport.h"
 #include "runedit/times/storedstoptimes.h"
@@ -46,23 +47,22 @@ protected:
 
     static constexpr auto Id = "O'NEIL'S";
     ado::Connection& routing = *startup::gcnRouting;
-    groupops::FakeProgress progress;
+    support::FakeProgress progress;
 };
 
 TEST_F(Apostrophe, TheRunIsReadListedAndSaved) {
     EXPECT_TRUE(data::runExists(routing, Id));
     EXPECT_FALSE(data::runExists(routing, "O'NEIL"));
-    auto run = runedit::readStoredRun(routing, Id);
+    const auto run = data::readRecord(routing, runedit::runFields(), data::runSql(Id));
     ASSERT_TRUE(run);
     EXPECT_THAT(runedit::readStopList(routing, Id).table.text(1, 0), "A'2");
     EXPECT_EQ(runedit::readDirections(routing, Id, runedit::DirectionStyle::Brief).rowCount(), 0U);
     EXPECT_EQ(runedit::readSpecialNeeds(routing, Id).rowCount(), 0U);
 
-    runedit::RunEntries entries;
-    entries.filled(run->texts, run->texts);
-    run->texts[runedit::RunField::Description] = "Neil's";
-    EXPECT_EQ(runedit::changeRun(routing, entries, run->texts, {"ANN", Date()}).outcome,
-              runedit::SaveOutcome::Saved);
+    data::Entries entries{*run, *run};
+    entries.entered.enter("Description", "Neil's");
+    EXPECT_EQ(data::saveRecord(routing, data::runSql(Id), entries, {"ANN", Date()}).outcome,
+              data::SaveOutcome::Saved);
     EXPECT_EQ(data::GetRun(Id), "Neil's");
 
     runsearch::RunSearchCriteria chosen;
@@ -88,7 +88,7 @@ TEST_F(Apostrophe, TheRunIsTimedValidatedAndHandedToTheMap) {
 
 TEST_F(Apostrophe, TheRunIsChangedWithOthersMergedAndDeleted) {
     const std::vector<std::string> runs{Id};
-    EXPECT_EQ(groupops::changeRuns(routing, runs, {{{"LOCCODE", "L'1"}}}, progress).changed, 1);
+    EXPECT_EQ(groupops::changeRuns(routing, runs, {{{"LOCCODE", "L'1"}}}, progress).done, 1);
     EXPECT_EQ(storedRun("LOCCODE", "O''NEIL''S"), "L'1");
     groupops::calculateRoute({routing, routing}, 77, 0);
     EXPECT_EQ(storedRun("DEADHEAD_BEFORE_TIME", "O''NEIL''S"), "-3");
@@ -103,7 +103,7 @@ TEST_F(Apostrophe, TheRunIsChangedWithOthersMergedAndDeleted) {
     EXPECT_EQ(groupops::runSummary(routing, Id), "MARY'S, AM, 2 stops");
     const groupops::RunMerge merge{"101-AM", Id, "ANN"};
     EXPECT_EQ(groupops::mergeObstacle(routing, merge), groupops::MergeObstacle::None);
-    EXPECT_EQ(groupops::mergeRuns(routing, merge, progress).moved, 2);
+    EXPECT_EQ(groupops::mergeRuns(routing, merge, progress).done, 2);
     EXPECT_EQ(runsearch::deleteRun(routing, Id), runsearch::Deletion::Done);
 }
 

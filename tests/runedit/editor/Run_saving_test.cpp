@@ -227,16 +227,16 @@ TEST_F(RunSavingTest, RefusesTheFirstFieldThatIsWrongInItsOwnWords) {
 TEST_F(RunSavingTest, HoldsOwnLimitsAgainstWhatWasEnteredAlone) {
     byOthers(
         "INSERT INTO RUN(RUN, DESCRIPTION, OverFill, Capacity, BELLTIME, STARTTIME, ENDTIME) "
-        "SELECT 'an id that''s longer than a new one may be', '" +
+        "SELECT 'an id that is longer than a new one may be', '" +
         std::string(300, 'x') +
         "', 5000, 'high', BELLTIME, STARTTIME, ENDTIME FROM RUN WHERE RUN='101-AM'");
-    open("an id that's longer than a new one may be");
+    open("an id that is longer than a new one may be");
     EXPECT_EQ(text("cmbCapacity"), "High");
     type("Comment", "new");
     click("OK");
     EXPECT_THAT(titles(), IsEmpty());
     EXPECT_EQ(storedRun("[COMMENT], Capacity, OverFill, TimeToUse",
-                        "an id that''s longer than a new one may be"),
+                        "an id that is longer than a new one may be"),
               "new|High|5000|Null");
     EXPECT_EQ(text("RunDesc").size(), 300U);
 
