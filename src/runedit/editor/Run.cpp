@@ -38,11 +38,7 @@ constexpr auto LockedText =
 }  // namespace
 
 Run::Run(forms::Form* owner)
-    : TrappedForm(Module, owner),
-      ui_(std::make_unique<Ui::Run>()),
-      answer_(this),
-      Timer3(this),
-      ifLocked_{"Database in Use", LockedText} {
+    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::Run>()), answer_(this), Timer3(this) {
     setWindowModality(Qt::WindowModal);
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
@@ -60,6 +56,8 @@ Run::Run(forms::Form* owner)
 }
 
 Run::~Run() = default;
+
+Run::Message Run::lockedMessage() const { return {"Database in Use", LockedText}; }
 
 void Run::wireFields() {
     for (auto* combo : {ui_->cmbSchool, ui_->cmbTripType, ui_->cmbRunFamily, ui_->cmbLOCCODE}) {

@@ -62,7 +62,7 @@ protected:
     void Form_Activate() override;
     bool Form_QueryUnload() override;
     void Form_Unload() override { answer_.stop(); }
-    [[nodiscard]] Message lockedMessage() const override { return ifLocked_; }
+    [[nodiscard]] Message lockedMessage() const override;
 
 private:
     static constexpr auto Module = "Run";  ///< what the error trap calls it
@@ -116,7 +116,6 @@ private:
     MapAnswer answer_;
     forms::Timer Timer3;  ///< hides the status
     std::string toEdit_;  ///< the run asked for; blank for a new one
-    Message ifLocked_;    ///< what a lock keeps the form from just now
     bool allPlaced_ = true;
     bool activatedBefore_ = false;
 };

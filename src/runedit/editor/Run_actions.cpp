@@ -52,12 +52,9 @@ void Run::checkBell(const data::Record& entered) {
     }
     const auto bell = entered["BellTime"].asDate();
     const bool pickup = entered.isYes("Pickup");
-    // Where another program keeps the check from being made, nothing is known.
-    const auto kept = pickup ? trap("Check_Run_LateBellTime",
-                                    [&] { return std::optional(Check_Run_LateBellTime(bell)); })
-                             : trap("Check_Run_EarlyBellTime",
-                                    [&] { return std::optional(Check_Run_EarlyBellTime(bell)); });
-    if (kept == false) {
+    const bool kept = pickup ? trap("Check_Run_LateBellTime", &Run::Check_Run_LateBellTime, bell)
+                             : trap("Check_Run_EarlyBellTime", &Run::Check_Run_EarlyBellTime, bell);
+    if (!kept) {
         const auto [title, text] = bellMessage(pickup ? BellRule::NotLater : BellRule::NotEarlier);
         base::MsgBox(text, title, MsgIcon::Information);
     }

@@ -1,3 +1,4 @@
+#include <tuple>
 #include <utility>
 
 #include <fmt/format.h>
@@ -84,10 +85,9 @@ void Run::afterSaving(const data::Record& stored) {
     ui_->chkNew->setChecked(false);
     fill(stored);
     showStatus(tr("Run %1 saved.").arg(toQt(run())), true);
-    const auto ifLocked =
-        std::exchange(ifLocked_, Message{"Run Not Checked", fmt::format(NotCheckedText, run())});
-    trap("CheckRun", [this] { CheckRun(run(), 0, true, "Y"); });
-    ifLocked_ = ifLocked;
+    std::ignore = unlessLocked({"Run Not Checked", fmt::format(NotCheckedText, run())}, [this] {
+        trap("CheckRun", [this] { CheckRun(run(), 0, true, "Y"); });
+    });
     refresh();
 }
 

@@ -106,8 +106,8 @@ DirectionStyle directionStyle(std::string_view choice) {
 
 StopList readStopList(ado::Connection& routing, std::string_view run) {
     StopList list;
-    list.table = readList(StopColumns, fmt::format(StopsOfRun, ado::escaped(base::trim(run))), routing,
-                          [&](TextTable& table, std::size_t row) {
+    list.table = readList(StopColumns, fmt::format(StopsOfRun, ado::escaped(base::trim(run))),
+                          routing, [&](TextTable& table, std::size_t row) {
                               if (!isPlaced(table, row)) {
                                   table.colourRed(row, 0, table.columns.size() - 1);
                                   list.allPlaced = false;
@@ -123,8 +123,9 @@ TextTable readDirections(ado::Connection& routing, std::string_view run, Directi
                                                          : AllLines;
     const auto distance = isShort ? "ShortDist" : "LineText2";
     return readList(
-        isShort ? ShortLineColumns : LineColumns, fmt::format(fmt::runtime(lines), ado::escaped(base::trim(run))),
-        routing, [&](TextTable& table, std::size_t row) {
+        isShort ? ShortLineColumns : LineColumns,
+        fmt::format(fmt::runtime(lines), ado::escaped(base::trim(run))), routing,
+        [&](TextTable& table, std::size_t row) {
             if (base::equalsNoCase(base::trim(table.text(row, distance)), NeitherDistanceNorTime)) {
                 table.setText(row, table.columnOf(distance), " ");
             }
@@ -132,7 +133,8 @@ TextTable readDirections(ado::Connection& routing, std::string_view run, Directi
 }
 
 TextTable readWarnings(ado::Connection& routing, std::string_view run) {
-    return readList(WarningColumns, fmt::format(WarningsOfRun, ado::escaped(base::trim(run))), routing);
+    return readList(WarningColumns, fmt::format(WarningsOfRun, ado::escaped(base::trim(run))),
+                    routing);
 }
 
 std::string warningsCaption(bool any) { return any ? " * Warnings *" : "No Warnings"; }

@@ -14,6 +14,23 @@ TrappedForm::Message TrappedForm::lockedMessage() const {
             "lost.  Please wait a moment and try again."};
 }
 
+bool TrappedForm::unlessLocked(const Message& message, const std::function<void()>& part) {
+    try {
+        part();
+        return true;
+    } catch (const std::exception&) {
+        if (!lockedElsewhere()) {
+            throw;
+        }
+    }
+    tell(message);
+    return false;
+}
+
+void TrappedForm::tell(const Message& message) {
+    base::MsgBox(message.text, message.title, base::MsgIcon::Exclamation);
+}
+
 /// A form that could not be filled because of a lock has nothing to show.
 void TrappedForm::formLoad() {
     loadFailed_ = true;
@@ -41,8 +58,7 @@ void TrappedForm::failed(Lock lock, const char* procedure) {
         if (lock == Lock::Passes) {
             throw;
         }
-        const auto message = lockedMessage();
-        base::MsgBox(message.text, message.title, base::MsgIcon::Exclamation);
+        tell(lockedMessage());
         return;
     }
     report(procedure, name());

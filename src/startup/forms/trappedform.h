@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -58,6 +59,9 @@ protected:
                      std::forward<Handler>(handler), std::forward<Arguments>(arguments)...);
     }
 
+    /// Runs a part of a procedure that has words of its own for a lock; false where they were told.
+    [[nodiscard]] bool unlessLocked(const Message& message, const std::function<void()>& part);
+
 private:
     enum class Lock { Told, Passes };
 
@@ -81,6 +85,7 @@ private:
     bool formQueryUnload() final;
     void formUnload() final;
 
+    static void tell(const Message& message);
     /// Deals with the error that is being handled.
     void failed(Lock lock, const char* procedure);
 

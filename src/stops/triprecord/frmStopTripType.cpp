@@ -2,6 +2,7 @@
 
 #include <QShortcut>
 #include <algorithm>
+#include <tuple>
 
 #include <fmt/format.h>
 
@@ -195,9 +196,12 @@ void frmStopTripType::showButtons() {
     ui_->NextStop->setEnabled(!gone_ && place_ + 1 < ids_.size());
 }
 
+frmStopTripType::Message frmStopTripType::lockedMessage() const {
+    return {"Stop Not Saved", LockedText};
+}
+
 /// True when the record is stored as it was entered.
 bool frmStopTripType::save() {
-    ifLocked_ = {"Stop Not Saved", LockedText};
     const auto entries = boxes_.entries();
     if (boxes_.refuseFault(entries)) {
         return false;
@@ -227,8 +231,10 @@ void frmStopTripType::tellGone() {
 void frmStopTripType::finish(const std::string& status) {
     showStatus(status);
     if (held_.isOnRun()) {
-        ifLocked_ = {"Run Not Checked", fmt::format(NotCheckedText, held_.stopId)};
-        trap("CheckRun", [this] { runedit::CheckRun(held_.run, 0, true, Switches); });
+        std::ignore =
+            unlessLocked({"Run Not Checked", fmt::format(NotCheckedText, held_.stopId)}, [this] {
+                trap("CheckRun", [this] { runedit::CheckRun(held_.run, 0, true, Switches); });
+            });
     }
     if (saved_) {
         saved_();
@@ -242,8 +248,9 @@ void frmStopTripType::OK_Click() {
 }
 
 void frmStopTripType::CalcTimes_Click() {
-    if (save()) {
-        const bool timed = timeRun();
+    bool timed = false;
+    if (save() && unlessLocked({"Times Not Calculated", fmt::format(NotTimedText, held_.stopId)},
+                               [&] { timed = timeRun(); })) {
         finish(timed ? fmt::format("Times of run {} recalculated.", held_.run)
                      : fmt::format("Stop {} saved.", held_.stopId));
     }
@@ -261,7 +268,6 @@ bool frmStopTripType::timeRun() {
                      base::MsgIcon::Information);
         return false;
     }
-    ifLocked_ = {"Times Not Calculated", fmt::format(NotTimedText, held_.stopId)};
     const bool timed = timeRunAround(routing(), held_, authorNow(), startup::logLine);
     if (!timed) {
         base::MsgBox(fmt::format(OffRunText, held_.stopId, held_.run), OffRunTitle,

@@ -43,7 +43,7 @@ public:
 protected:
     void Form_Load() override;
     bool Form_QueryUnload() override;
-    [[nodiscard]] Message lockedMessage() const override { return ifLocked_; }
+    [[nodiscard]] Message lockedMessage() const override;
 
 private:
     void wire();
@@ -68,7 +68,6 @@ private:
     std::unique_ptr<Ui::frmStopTripType> ui_;
     data::RecordBoxes boxes_;
     forms::Timer Timer3;
-    Message ifLocked_;  ///< what a lock keeps the form from just now
     std::function<void()> saved_;
     std::int64_t id_ = 0;
     /// The record as it was read; nothing of it is left to edit once it is gone.
