@@ -14,7 +14,8 @@ endif()
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER
-      ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${CCACHE})
+      ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+      CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
 option(VIREO_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
@@ -111,21 +112,40 @@ function(_vireo_register name)
   set_property(GLOBAL APPEND PROPERTY VIREO_TARGETS ${name})
 endfunction()
 
-# vireo_test(NAME SOURCES ... LINK ...): one test program, each of its cases known to ctest.
+# vireo_test(NAME SOURCES ... LINK ...): one test program, each of its cases known to ctest. What it
+# tests is compiled as shipped, the tests themselves without optimisation and with the heavy headers
+# of tests/support compiled before.
 function(vireo_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-  add_executable(${name} ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE ${ARG_LINK} vireo_flags GTest::gmock GTest::gtest_main)
-  target_compile_definitions(${name} PRIVATE VIREO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  _vireo_test(${name} tests_headers ${ARGN})
 endfunction()
 
 # vireo_form_test(NAME SOURCES ... LINK ...): the same for tests that need the desktop's toolkit.
 function(vireo_form_test name)
+  _vireo_test(${name} form_tests_headers ${ARGN})
+  target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/qtmain.cpp)
+  target_link_libraries(${name} PRIVATE platform_forms Qt6::Test)
+endfunction()
+
+function(_vireo_test name headers)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-  vireo_test(${name} SOURCES ${CMAKE_SOURCE_DIR}/tests/support/qtmain.cpp ${ARG_SOURCES}
-    LINK ${ARG_LINK} platform_forms Qt6::Test)
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} vireo_flags GTest::gmock GTest::gtest_main)
+  target_compile_definitions(${name} PRIVATE VIREO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  target_compile_options(${name} PRIVATE ${VIREO_TEST_OPTIONS})
+  target_precompile_headers(${name} REUSE_FROM ${headers})
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()
+
+set(VIREO_TEST_OPTIONS -O0 -fPIC -fpch-preprocess)
+
+# vireo_test_headers(NAME HEADERS ... LINK ...): headers compiled once for many test programs.
+function(vireo_test_headers name)
+  cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
+  add_library(${name} OBJECT ${CMAKE_SOURCE_DIR}/tests/support/headers.cpp)
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} vireo_flags GTest::gmock)
+  target_compile_options(${name} PRIVATE ${VIREO_TEST_OPTIONS})
+  target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
 # Looks at every file of src/ with cmake/CheckFloors.cmake; what it finds fails the build.
