@@ -95,12 +95,10 @@ void MultiColumnList::clearRows() { model_->clearRows(); }
 void MultiColumnList::clearAll() { setTable({}); }
 
 void MultiColumnList::reset() {
-    const bool selected = selectionModel() != nullptr && selectionModel()->hasSelection();
     QTreeView::reset();
     chosenRow_ = -1;
-    if (selected) {
-        emit selectionCountChanged(0);
-    }
+    // The model's own reset may have emptied the selection before without a word.
+    emit selectionCountChanged(0);
 }
 
 int MultiColumnList::rows() const { return model_->rowCount(); }

@@ -154,7 +154,6 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     ui_->Tarn->clear();
     if (runs.Eof() && runs.Bof()) {
         ui_->RunList->clearAll();
-        showSelectedCount();
         ui_->TotSel->setText("0");
         ui_->RunList->setEmptyText(NothingFound);
         return;
@@ -162,7 +161,6 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     // The columns stay for now: a search with the same ones keeps their widths.
     ui_->RunList->clearRows();
     ui_->RunList->setTable(readRuns(runs, withRouting));
-    showSelectedCount();
     ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
     startup::RunSearchSQL = query.runs;
     startup::RunSearchSchoolSQL = query.runsSchool;
@@ -194,7 +192,6 @@ void frmTarn::cmdReset_Click() {
     ui_->TotSel->clear();
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunList->clearAll();
-    showSelectedCount();
     ui_->RunList->setEmptyText(BeforeSearch);
     buttons_.afterReset();
     showButtons();
