@@ -1,5 +1,6 @@
 #include "groupops/base/grouploop.h"
 
+#include <numeric>
 #include <utility>
 
 #include <fmt/format.h>
@@ -21,6 +22,12 @@ constexpr auto LockedText =
 std::chrono::milliseconds lockPatience = std::chrono::minutes(1);
 
 }  // namespace
+
+std::vector<int> numbersTo(int last) {
+    std::vector<int> numbers(static_cast<std::size_t>(last));
+    std::iota(numbers.begin(), numbers.end(), 1);
+    return numbers;
+}
 
 GroupLoop::GroupLoop(ado::Connection& connection, base::ProgressPort& progress, Wording words,
                      Outcome& outcome)

@@ -4,12 +4,16 @@
 #include <functional>
 #include <optional>
 #include <ranges>
+#include <vector>
 
 #include "groupops/base/outcome.h"
 #include "platform/ado/connection.h"
 #include "platform/base/ports.h"
 
 namespace groupops {
+
+/// The numbers from 1 to `last`, for things that are told by their number.
+[[nodiscard]] std::vector<int> numbersTo(int last);
 
 /// When a planner reads of one thing's turn: before it, or when it is done.
 enum class Telling { Before, Done };

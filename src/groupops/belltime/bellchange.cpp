@@ -54,8 +54,7 @@ Outcome Changing::all() {
         const auto& runs = change_.groups[group].runs;
         const int inGroup = bell ? change_.groups[group].runCount : 0;
         loop.forEach(
-            std::views::iota(1, inGroup + 1),
-            [&](int slot) { return changeRun(runs[slot], *bell); },
+            numbersTo(inGroup), [&](int slot) { return changeRun(runs[slot], *bell); },
             [](int) { return ChangingBells; });
     }
     return outcome;

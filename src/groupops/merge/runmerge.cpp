@@ -137,7 +137,7 @@ Outcome mergeRuns(ado::Connection& routing, const RunMerge& asked, base::Progres
     int standsAt = 1;
     GroupLoop(routing, progress, mergeWording(merge), outcome)
         .forEach(
-            std::views::iota(1, outcome.asked + 1),
+            numbersTo(outcome.asked),
             [&](int stop) {
                 for (; standsAt < stop; ++standsAt) {
                     rows.MoveNext();
