@@ -209,7 +209,9 @@ RecordBoxes::RecordBoxes(QWidget& form, const FieldTable& fields) : known_(field
             throw std::logic_error(
                 fmt::format("The control \"{}\" stands for two fields.", field.control));
         }
-        boxes_.push_back({&field, control});
+        Box& box = boxes_.emplace_back();
+        box.field = &field;
+        box.control = control;
     }
 }
 

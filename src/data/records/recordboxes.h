@@ -53,8 +53,8 @@ public:
 
 private:
     struct Box {
-        const Field* field;
-        QWidget* control;
+        const Field* field = nullptr;
+        QWidget* control = nullptr;
         base::Value shown = {};  ///< what it held before anything was entered
 
         [[nodiscard]] bool isTouched() const;
