@@ -1,5 +1,6 @@
 #include "runsearch/search/runlist.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "data/lists/listreader.h"
@@ -61,8 +62,9 @@ std::vector<data::ListColumn> shownColumns(bool withRouting) {
 table::TextTable readRuns(ado::Recordset& runs, bool withRouting) {
     const auto columns = shownColumns(withRouting);
     const auto& regenerate = runs.Fields("Regenerate");
-    // The last two columns stay plain.
-    const auto lastRed = columns.size() - 3;
+    // What stands behind the totals stays plain.
+    const auto lastRed = static_cast<std::size_t>(
+        std::ranges::find(columns, "Total Students", &data::ListColumn::caption) - columns.begin());
     return data::readList(columns, runs, [&](table::TextTable& table, std::size_t row) {
         if (regenerate.asBoolean()) {
             table.colourRed(row, 0, lastRed);
