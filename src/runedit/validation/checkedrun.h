@@ -40,7 +40,7 @@ struct CheckedRun {
 [[nodiscard]] CheckedRun readCheckedRun(const std::string& run, std::int64_t intRouteId,
                                         const ValidationDatabases& databases);
 
-/// The statement that reads a run's row.
+/// The statement that the checks read a run's row with.
 [[nodiscard]] std::string runSql(std::string_view run);
 
 using startup::numberOf;

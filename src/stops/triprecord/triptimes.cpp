@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "data/runs/runrow.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "runedit/times/stoptimes.h"
-#include "runedit/validation/checkedrun.h"
 #include "startup/base/fieldvalues.h"
 
 namespace stops {
@@ -71,8 +71,7 @@ TimeSpan timeFromStart(const runedit::StoredStops& stops, const TimedRun& run, s
 void writeSpan(ado::Connection& routing, const std::string& run, const TimeSpan& span,
                const data::Author& author) {
     ado::Recordset row;
-    row.Open(runedit::runSql(run), routing, ado::CursorType::Dynamic);
-    if (row.Eof()) {
+    if (!data::openRun(row, routing, run, ado::CursorType::Dynamic)) {
         return;
     }
     row["STARTTIME"].Value(span.start);
@@ -86,8 +85,7 @@ void writeSpan(ado::Connection& routing, const std::string& run, const TimeSpan&
 
 std::optional<TripRun> readTripRun(ado::Connection& routing, std::string_view run) {
     ado::Recordset row;
-    row.Open(runedit::runSql(run), routing);
-    if (row.Eof()) {
+    if (!data::openRun(row, routing, run)) {
         return std::nullopt;
     }
     return TripRun{std::string(base::trim(run)),
