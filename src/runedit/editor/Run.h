@@ -10,6 +10,7 @@
 #include "data/records/records.h"
 #include "platform/base/date.h"
 #include "platform/forms/timer.h"
+#include "runedit/editor/runsequence.h"
 #include "runedit/map/mapanswer.h"
 #include "startup/forms/trappedform.h"
 #include "stops/sequence/runstops.h"
@@ -34,6 +35,8 @@ public:
     /// there is told, and the form is not shown.
     void edit(const std::string& run);
     void editNew();
+    /// The list that the next and the previous run come from; it outlives the form.
+    void follow(RunSequence& runs) { runs_ = &runs; }
 
     void OK_Click();
     /// 0 where all fields can be saved, otherwise the code of the first that cannot.
@@ -115,6 +118,7 @@ private:
     std::unique_ptr<data::RecordBoxes> boxes_;
     MapAnswer answer_;
     forms::Timer Timer3;  ///< hides the status
+    RunSequence* runs_ = nullptr;
     std::string toEdit_;  ///< the run asked for; blank for a new one
     bool allPlaced_ = true;
     bool activatedBefore_ = false;
