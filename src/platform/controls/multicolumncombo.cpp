@@ -48,6 +48,7 @@ MultiColumnCombo::MultiColumnCombo(QWidget* parent)
     offerRowsWhileTyping();
     connect(this, &QComboBox::activated, this, &MultiColumnCombo::chosen);
     connect(lineEdit(), &QLineEdit::textEdited, this, &MultiColumnCombo::matchTyped);
+    connect(lineEdit(), &QLineEdit::returnPressed, this, &MultiColumnCombo::takeOnlyFit);
 }
 
 void MultiColumnCombo::offerRowsWhileTyping() {
@@ -87,6 +88,10 @@ std::string MultiColumnCombo::columnText(int column) const {
                : table().text(model_->tableRow(chosenRow()), static_cast<std::size_t>(column));
 }
 
+bool MultiColumnCombo::isUnknown() const {
+    return chosenRow() < 0 && !currentText().trimmed().isEmpty();
+}
+
 void MultiColumnCombo::clearChoice() {
     setCurrentIndex(-1);
     clearEditText();
@@ -97,6 +102,19 @@ void MultiColumnCombo::matchTyped(const QString& typed) {
     setRowKeepingText(row);
     if (row >= 0) {
         emit chosen(row);
+    }
+}
+
+void MultiColumnCombo::takeOnlyFit() {
+    if (!isUnknown() || model_->rowCount() == 0) {
+        return;
+    }
+    constexpr int EnoughToTell = 2;
+    const auto fits = model_->match(model_->index(0, 0), TableModel::RowTextRole,
+                                    currentText().trimmed(), EnoughToTell, Qt::MatchContains);
+    if (fits.size() == 1) {
+        setCurrentIndex(fits.front().row());
+        emit chosen(currentIndex());
     }
 }
 
@@ -137,6 +155,7 @@ void MultiColumnCombo::focusOutEvent(QFocusEvent* event) {
     const bool stays = view()->isVisible() || event->reason() == Qt::PopupFocusReason ||
                        event->reason() == Qt::ActiveWindowFocusReason;
     if (!stays) {
+        takeOnlyFit();
         emit left();
     }
 }

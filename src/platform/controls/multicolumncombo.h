@@ -11,8 +11,8 @@ class TableModel;
 
 /// A combo box over rows of several columns; its text is the first column. Any text may be typed:
 /// one that is the first column of a row (without regard to case) makes that row the current one,
-/// any other leaves no row current. Typing offers the rows that contain the text anywhere. The
-/// wheel changes nothing.
+/// any other leaves no row current. Typing offers the rows that contain the text anywhere; where it
+/// is one alone, Enter, Tab and leaving take it. The wheel changes nothing.
 class MultiColumnCombo : public QComboBox {
     Q_OBJECT
 
@@ -31,13 +31,15 @@ public:
     [[nodiscard]] int chosenRow() const { return currentIndex(); }
     /// A column (from 0) of the chosen row; "" where none is chosen.
     [[nodiscard]] std::string columnText(int column) const;
+    /// Whether it holds a text that belongs to no row.
+    [[nodiscard]] bool isUnknown() const;
     /// No row and an empty text; the rows stay.
     void clearChoice();
 
     void showPopup() override;
 
 signals:
-    /// The user chose a row from the list, with the arrow keys, or by typing its text.
+    /// The user chose a row from the list, with the arrow keys, or by typing what it alone fits.
     void chosen(int row);
     /// The focus left the control for another one.
     void left();
@@ -50,6 +52,7 @@ private:
     void offerRowsWhileTyping();
     void makeRoomForCaptions();
     void matchTyped(const QString& typed);
+    void takeOnlyFit();
     void setRowKeepingText(int row);
 
     TableModel* model_;

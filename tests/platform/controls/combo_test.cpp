@@ -52,14 +52,13 @@ protected:
 };
 
 TEST_F(ComboTest, StartsEmptyAndClearingKeepsTheRows) {
-    EXPECT_EQ(combo.chosenRow(), -1);
-    EXPECT_EQ(combo.text(), "");
     EXPECT_EQ(combo.columnText(1), "");
     combo.setText("040");
     EXPECT_EQ(combo.columnText(1), "Adams");
     combo.clearChoice();
     EXPECT_EQ(combo.chosenRow(), -1);
     EXPECT_EQ(combo.text(), "");
+    EXPECT_FALSE(combo.isUnknown());
     EXPECT_EQ(combo.count(), 3);
 }
 
@@ -73,9 +72,26 @@ TEST_F(ComboTest, TypedTextWithoutAMatchStaysAndLeavesNoRowCurrent) {
     QTest::keyClick(&combo, Qt::Key_Return);
     after.setFocus();
     EXPECT_EQ(combo.text(), "nowhere");
-    EXPECT_EQ(combo.chosenRow(), -1);
+    EXPECT_TRUE(combo.isUnknown());
     EXPECT_EQ(combo.count(), 3);
     EXPECT_EQ(chosen.count(), 0);
+}
+
+TEST_F(ComboTest, TheOneRowThatFitsIsTakenByEnterAndByLeaving) {
+    QSignalSpy chosen(&combo, &MultiColumnCombo::chosen);
+    const auto typedAndKey = [&](const char* text, Qt::Key key) {
+        combo.setFocus();
+        type(text);
+        QTest::keyClick(offered()->isVisible() ? static_cast<QWidget*>(offered()) : &combo, key);
+        return combo.text();
+    };
+    EXPECT_EQ(typedAndKey("adam", Qt::Key_Return), "040");
+    EXPECT_EQ(typedAndKey("grant", Qt::Key_Tab), "LIN2");
+    EXPECT_EQ(combo.columnText(1), "Grant High");
+    EXPECT_TRUE(after.hasFocus());
+    EXPECT_EQ(typedAndKey("lin", Qt::Key_Tab), "lin");  // of two
+    EXPECT_TRUE(combo.isUnknown());
+    EXPECT_EQ(chosen.count(), 2);
 }
 
 TEST_F(ComboTest, TypedKeyChoosesItsRowWithoutRegardToCase) {
