@@ -12,8 +12,9 @@ FakeBoxes::~FakeBoxes() { base::ports().msgBox = before_; }
 
 base::MsgAnswer FakeBoxes::show(const base::MsgRequest& request) {
     shown.push_back(request);
+    shown.back().text = request.plainText();
     if (answers.empty()) {
-        return base::defaultAnswer(request.buttons);
+        return base::defaultAnswer(request);
     }
     const base::MsgAnswer answer = answers.front();
     answers.pop_front();

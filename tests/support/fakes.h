@@ -10,7 +10,8 @@
 /// Ports that answer and record. Each is in force from its construction to its end.
 namespace support {
 
-/// Keeps every message box; answers from `answers` in order, then with the default button.
+/// Keeps every message box, its text with what it concerns; answers from `answers` in order, then
+/// with the default button.
 class FakeBoxes : public base::MsgBoxPort {
 public:
     FakeBoxes();

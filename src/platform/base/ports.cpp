@@ -12,8 +12,8 @@ namespace {
 class StandardErrorBoxes : public MsgBoxPort {
 public:
     MsgAnswer show(const MsgRequest& request) override {
-        fmt::print(stderr, "{}: {}\n", request.title, request.text);
-        return defaultAnswer(request.buttons);
+        fmt::print(stderr, "{}: {}\n", request.title, request.plainText());
+        return defaultAnswer(request);
     }
 };
 
@@ -35,6 +35,10 @@ public:
 
 }  // namespace
 
+std::string MsgRequest::plainText() const {
+    return concerns.empty() ? text : text + "\n\n" + concerns;
+}
+
 Ports& ports() {
     static StandardErrorBoxes boxes;
     static SystemClock clock;
@@ -45,7 +49,19 @@ Ports& ports() {
 
 MsgAnswer MsgBox(const std::string& text, const std::string& title, MsgIcon icon,
                  MsgButtons buttons) {
-    return ports().msgBox->show({text, title, icon, buttons});
+    return MsgBox({.text = text, .title = title, .icon = icon, .buttons = buttons});
+}
+
+MsgAnswer MsgBox(const MsgRequest& request) { return ports().msgBox->show(request); }
+
+bool confirmLoss(const std::string& question, const std::string& title,
+                 const std::string& concerns) {
+    return MsgBox({.text = question,
+                   .title = title,
+                   .icon = MsgIcon::Question,
+                   .buttons = MsgButtons::YesNo,
+                   .concerns = concerns,
+                   .preferred = MsgAnswer::No}) == MsgAnswer::Yes;
 }
 
 Date Now() { return ports().clock->now(); }
@@ -62,6 +78,10 @@ MsgAnswer defaultAnswer(MsgButtons buttons) {
             break;
     }
     return MsgAnswer::Ok;
+}
+
+MsgAnswer defaultAnswer(const MsgRequest& request) {
+    return request.preferred.value_or(defaultAnswer(request.buttons));
 }
 
 }  // namespace base

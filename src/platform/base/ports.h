@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,12 +13,25 @@ enum class MsgIcon { None, Critical, Question, Exclamation, Information };
 enum class MsgButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
 enum class MsgAnswer { Ok, Cancel, Yes, No, Retry };
 
-/// One message box as it is shown: plain text, title, icon, buttons.
+/// One message box: plain texts, icon, buttons. Only the text, the title and, mostly, the icon are
+/// needed.
 struct MsgRequest {
-    std::string text;
-    std::string title;
+    std::string text = {};
+    std::string title = {};
     MsgIcon icon = MsgIcon::None;
     MsgButtons buttons = MsgButtons::Ok;
+    /// What the box concerns, shown apart below the text: its name, and on lines of their own what
+    /// is to be known of it.
+    std::string concerns = {};
+    /// What helps those who look after the program: procedure, number, statement. Folded away.
+    std::string details = {};
+    /// What a planner reads in place of the text, which is folded away with the details then.
+    std::string plainWords = {};
+    /// The default button, where it is not the first one.
+    std::optional<MsgAnswer> preferred = {};
+
+    /// The text, and a blank line below it what it concerns.
+    [[nodiscard]] std::string plainText() const;
 };
 
 /// Where message boxes go: the desktop, a script, a test.
@@ -74,10 +88,19 @@ Ports& ports();
 MsgAnswer MsgBox(const std::string& text, const std::string& title, MsgIcon icon = MsgIcon::None,
                  MsgButtons buttons = MsgButtons::Ok);
 
+MsgAnswer MsgBox(const MsgRequest& request);
+
+/// Asks, Yes or No, before something is taken away, and names what: the name first, then lines of
+/// what is to be known of it. No is the default. True where the answer is Yes.
+[[nodiscard]] bool confirmLoss(const std::string& question, const std::string& title,
+                               const std::string& concerns);
+
 /// The present date and time through the port in force.
 Date Now();
 
 /// The default answer of a set of buttons: its first button.
 MsgAnswer defaultAnswer(MsgButtons buttons);
+/// The default answer of a box.
+MsgAnswer defaultAnswer(const MsgRequest& request);
 
 }  // namespace base

@@ -4,8 +4,7 @@
 
 namespace forms {
 
-/// Message boxes on the desktop: plain text that can be selected, the first button as the default,
-/// Escape as the answer that changes nothing (Cancel, else No, else OK).
+/// Message boxes on the desktop, over the active window; see MessageBox.
 class QtMsgBox : public base::MsgBoxPort {
 public:
     /// Throws base::EndProgram when the program ended while the box was open.

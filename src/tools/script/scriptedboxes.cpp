@@ -43,7 +43,7 @@ bool offers(MsgButtons buttons, MsgAnswer answer) {
 }  // namespace
 
 MsgAnswer ScriptedBoxes::show(const base::MsgRequest& request) {
-    ShownBox box{request, base::defaultAnswer(request.buttons), false, false};
+    ShownBox box{request, base::defaultAnswer(request), false, false};
     if (!planned_.empty() && offers(request.buttons, planned_.front())) {
         box.answer = planned_.front();
         box.asPlanned = true;
@@ -95,7 +95,7 @@ std::string described(const ShownBox& box) {
     const std::string icon = IconNames[static_cast<std::size_t>(box.request.icon)];
     return fmt::format("{}\"{}\" ({}) -> {}{}\n{}", icon.empty() ? "" : "[" + icon + "] ",
                        box.request.title, fmt::join(buttons, ", "), nameOf(box.answer),
-                       box.asPlanned ? "" : " (default)", box.request.text);
+                       box.asPlanned ? "" : " (default)", box.request.plainText());
 }
 
 }  // namespace script

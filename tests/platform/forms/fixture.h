@@ -18,7 +18,7 @@ class RecordedBoxes : public base::MsgBoxPort {
 public:
     base::MsgAnswer show(const base::MsgRequest& request) override {
         boxes.push_back(request);
-        return base::defaultAnswer(request.buttons);
+        return base::defaultAnswer(request);
     }
     std::vector<base::MsgRequest> boxes;
 };
