@@ -22,7 +22,7 @@ std::string message(const StopRow& stop, const StopRow& later) {
 }  // namespace
 
 Findings conflictingTimes(const StopRows& stopsInSequence) {
-    base::BoundedArray<const StopRow*, 1, 100> stops;
+    base::BoundedArray<const StopRow*, 1, MaxComparedStops> stops;
     int count = 0;
     for (const StopRow& stop : stopsInSequence) {
         stops[++count] = &stop;

@@ -6,6 +6,9 @@
 
 namespace runedit {
 
+/// The stops of a run whose times can be compared.
+inline constexpr int MaxComparedStops = 100;
+
 /// Rule: a run arrives at each stop later than at the ones before. Finds every pair of stops where
 /// the one that comes first in sequence has the same or a later time of day; a stop without a time
 /// is in no pair. Raises "Subscript out of range" (9) for a 101st stop.

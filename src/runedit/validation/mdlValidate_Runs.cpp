@@ -17,6 +17,7 @@
 #include "runedit/validation/Check_Run_RideTime.h"
 #include "runedit/validation/Check_SpecialNeeds.h"
 #include "runedit/validation/Check_StopTimeConflict.h"
+#include "runedit/validation/stoprows.h"
 #include "startup/base/session.h"
 #include "startup/base/trap.h"
 
@@ -26,8 +27,12 @@ namespace {
 
 constexpr auto Module = "mdlValidate_Runs";
 constexpr std::string_view Separator = "       *** ";
+constexpr auto TooManyStopsTitle = "Too Many Stops";
+constexpr auto TooManyStopsText =
+    "Oops, run {} has {} stops, and the times of at most {} stops can be compared.  All other "
+    "checks were made; overlapping times were not checked.";
 
-/// One of the seven checks; its place among them decides its place in switches and flags.
+/// One of the checks; its place among them decides its place in switches and flags.
 struct Check {
     std::string_view procedure;
     std::string_view districtColumn;
@@ -57,6 +62,8 @@ constexpr std::array Checks = {
 };
 
 constexpr std::size_t Passengers = 0;
+constexpr std::size_t StopTimes = 6;
+static_assert(Checks[StopTimes].find == Check_StopTimeConflict);
 using Wanted = std::array<bool, Checks.size()>;
 
 Wanted wantedByDistrict() {
@@ -224,19 +231,47 @@ std::string flagsOf(const Texts& texts) {
     return flags;
 }
 
+std::string validate(const std::string& run, std::int64_t intRouteId, bool showsMessages,
+                     const Wanted& wanted) {
+    const ValidationDatabases databases{*startup::gcnRouting, *startup::gcnTrip};
+    const auto checked = prepare(run, intRouteId, wanted[Passengers], databases);
+    const auto texts = performAll(wanted, checked, databases);
+    if (showsMessages) {
+        show(texts);
+    }
+    return flagsOf(texts);
+}
+
+std::int64_t timedStops(const std::string& run) {
+    ado::Recordset row;
+    row.Open(
+        "SELECT Count(*) AS N FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
+        "STOP_TRIPTYPE.INT_STOPID" +
+            timedStopsOf(run),
+        *startup::gcnRouting);
+    return row["N"].asInteger();
+}
+
 }  // namespace
 
 std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowMessages,
                      const std::string& Switches) {
     return startup::trapped("CheckRun", Module, [&] {
-        const ValidationDatabases databases{*startup::gcnRouting, *startup::gcnTrip};
-        const auto wanted = wantedChecks(Switches);
-        const auto run = prepare(Run, IntRouteID, wanted[Passengers], databases);
-        const auto texts = performAll(wanted, run, databases);
-        if (ShowMessages) {
-            show(texts);
+        return validate(Run, IntRouteID, ShowMessages, wantedChecks(Switches));
+    });
+}
+
+std::string checkRunOfAnyLength(const std::string& run, const std::string& switches) {
+    return startup::trapped("CheckRun", Module, [&] {
+        auto wanted = wantedChecks(switches);
+        const auto stops = wanted[StopTimes] ? timedStops(run) : 0;
+        wanted[StopTimes] = wanted[StopTimes] && stops <= MaxComparedStops;
+        const auto flags = validate(run, 0, true, wanted);
+        if (stops > MaxComparedStops) {
+            base::MsgBox(fmt::format(TooManyStopsText, base::trim(run), stops, MaxComparedStops),
+                         TooManyStopsTitle, base::MsgIcon::Information);
         }
-        return flagsOf(texts);
+        return flags;
     });
 }
 

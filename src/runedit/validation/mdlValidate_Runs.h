@@ -23,13 +23,18 @@ namespace runedit {
 /// `ShowMessages` shows the findings of each check in a message box; a vehicle type that does not
 /// exist is told in any case.
 ///
-/// Returns eight flags: "Y" at 1 where anything was found and at the place of each check that found
-/// something, otherwise "N". The passengers' check also refreshes the run's Total_Students.
+/// Returns a flag for each place: "Y" at 1 where anything was found and at the place of each check
+/// that found something, otherwise "N". The passengers' check also refreshes the run's
+/// Total_Students.
 ///
 /// Raises "Subscript out of range" (9) for more than 100 stops or 50 special needs, "Overflow" (6)
 /// for more than 32,767 passengers, what the databases raise; all of it under the error trap. All
 /// checks are one unit of work: the checks before one that fails stay recorded.
 std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowMessages,
                      const std::string& Switches);
+
+/// The same for a form, with messages and without a route: a run with more stops than CONFLICTING
+/// TIME takes gets all other checks, and the planner is told.
+std::string checkRunOfAnyLength(const std::string& run, const std::string& switches);
 
 }  // namespace runedit

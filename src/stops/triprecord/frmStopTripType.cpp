@@ -233,7 +233,7 @@ void frmStopTripType::finish(const std::string& status) {
     if (held_.isOnRun()) {
         std::ignore =
             unlessLocked({"Run Not Checked", fmt::format(NotCheckedText, held_.stopId)}, [this] {
-                trap("CheckRun", [this] { runedit::CheckRun(held_.run, 0, true, Switches); });
+                trap("CheckRun", [this] { runedit::checkRunOfAnyLength(held_.run, Switches); });
             });
     }
     if (saved_) {

@@ -53,6 +53,16 @@ void fillRuns(const support::TestDistrict& district) {
         "(501, 'wc'), (501, 'WC')");
 }
 
+/// The places of the checks that found something, from 2 on.
+std::string found(const std::string& flags) {
+    std::string places;
+    for (std::size_t i = 1; i < flags.size(); ++i) {
+        places += flags[i] == 'Y' ? fmt::format("{}{}", places.empty() ? "" : " ", i + 1) : "";
+    }
+    EXPECT_EQ(flags.front(), places.empty() ? 'N' : 'Y');
+    return places;
+}
+
 class CheckRunTest : public support::DistrictSession {
 protected:
     CheckRunTest() : DistrictSession(fillRuns) {}
@@ -64,7 +74,7 @@ protected:
 };
 
 TEST_F(CheckRunTest, RecordsAndShowsEveryBreachInOrder) {
-    EXPECT_EQ(CheckRun("R-AM", 0, true, "Y"), "YYYNYYYY");
+    EXPECT_EQ(found(CheckRun("R-AM", 0, true, "Y")), "2 3 5 6 7 8");
     EXPECT_THAT(warningTypes(), ElementsAre("CONFLICTING TIME", "LATE BELL", "PASSENGERS",
                                             "RIDETIME", "RIGHTSIDE", "SPECIAL"));
     const auto shown = session.boxes.shown;
@@ -95,23 +105,29 @@ TEST_F(CheckRunTest, TheNextValidationReplacesOnlyWhatItChecks) {
     EXPECT_EQ(warningTypes().size(), 6U);
     byOthers("INSERT INTO RUNWARNING(RUN, WARNINGTYPE) VALUES ('OTHER', 'LATE BELL')");
     byOthers("UPDATE STOP_TRIPTYPE SET TIME_AT_STOP = NULL, CUM_TIME = NULL, NUM_STUDENTS = NULL");
-    EXPECT_EQ(CheckRun("R-AM", 0, true, "NNNYYNNY"), "NNNNNNNN");
+    EXPECT_EQ(found(CheckRun("R-AM", 0, true, "NNNYYNNY")), "");
     EXPECT_THAT(warningTypes(), ElementsAre("PASSENGERS", "RIDETIME", "RIGHTSIDE", "SPECIAL"));
     EXPECT_THAT(rows("SELECT RUN FROM RUNWARNING WHERE WARNINGTYPE='LATE BELL'"),
                 ElementsAre("OTHER"));
     EXPECT_EQ(total(), "61");
-    EXPECT_EQ(CheckRun("r-am ", 0, true, "Y"), "YNYNNNYN");
+    EXPECT_EQ(found(CheckRun("r-am ", 0, true, "Y")), "3 7");
     EXPECT_EQ(total(), "0");
 }
 
 TEST_F(CheckRunTest, SwitchesAskForChecksByPlace) {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {"Y", "YYYNYYYY"},         {"YNNNNNNN", "YYYNYYYY"}, {"NNNYYNNY", "YNNNYNNY"},
-        {"NNNNNYNN", "YNNNNYNN"},  {"NNNNNY", "YNNNNYNN"},   {"NNY", "YNYNNNNN"},
-        {"NNNNNNNNY", "NNNNNNNN"}, {"NYyyyyyy", "YYNNNNNN"}, {"y", "NNNNNNNN"},
-        {"", "NNNNNNNN"},          {"N", "NNNNNNNN"}};
-    for (const auto& [switches, flags] : cases) {
-        EXPECT_EQ(CheckRun("R-AM", 0, false, switches), flags) << switches;
+    const std::vector<std::pair<std::string, std::string>> cases = {{"Y", "2 3 5 6 7 8"},
+                                                                    {"YNNNNNNN", "2 3 5 6 7 8"},
+                                                                    {"NNNYYNNY", "5 8"},
+                                                                    {"NNNNNYNN", "6"},
+                                                                    {"NNNNNY", "6"},
+                                                                    {"NNY", "3"},
+                                                                    {"NNNNNNNNY", ""},
+                                                                    {"NYyyyyyy", "2"},
+                                                                    {"y", ""},
+                                                                    {"", ""},
+                                                                    {"N", ""}};
+    for (const auto& [switches, places] : cases) {
+        EXPECT_EQ(found(CheckRun("R-AM", 0, false, switches)), places) << switches;
     }
     EXPECT_THAT(titles(), IsEmpty());
 }
@@ -120,17 +136,17 @@ TEST_F(CheckRunTest, TheDistrictSwitchesACheckOffAndItsWarningsStay) {
     CheckRun("R-AM", 0, false, "Y");
     byOthers("UPDATE District SET CHECKRUNRIGHT = 0, CHECKRUNLATEBELL = 0");
     byOthers("UPDATE STOP SET RIGHTSIDE = 0");
-    EXPECT_EQ(CheckRun("R-AM", 0, false, "Y"), "YYNNNYYY");
+    EXPECT_EQ(found(CheckRun("R-AM", 0, false, "Y")), "2 6 7 8");
     EXPECT_THAT(warningTypes(), Contains("RIGHTSIDE"));
     EXPECT_THAT(warningTypes(), Contains("LATE BELL"));
 }
 
 TEST_F(CheckRunTest, ARunHomeIsOnlyCheckedForEarliness) {
     byOthers("UPDATE RUN SET PICKUP = 0 WHERE RUN = 'R-AM'");
-    EXPECT_EQ(CheckRun("R-AM", 0, false, "NNNYY"), "YNNYNNNN");
+    EXPECT_EQ(found(CheckRun("R-AM", 0, false, "NNNYY")), "4");
     EXPECT_THAT(warningTypes(), ElementsAre("EARLY BELL", "EARLY BELL"));
     byOthers("UPDATE RUN SET BELLTIME = NULL WHERE RUN = 'R-AM'");
-    EXPECT_EQ(CheckRun("R-AM", 0, false, "NNNYY"), "NNNNNNNN");
+    EXPECT_EQ(found(CheckRun("R-AM", 0, false, "NNNYY")), "");
     EXPECT_THAT(warningTypes(), IsEmpty());
 }
 
@@ -138,7 +154,7 @@ TEST_F(CheckRunTest, ForARouteOnlyPassengersAndNeedsAreItsWarnings) {
     byOthers(
         "INSERT INTO ROUTEWARNING(INT_ROUTEID, RUNID1, WARNINGTYPE) VALUES "
         "(1, 'R-AM', 'SPECIAL'), (2, 'R-AM', 'SPECIAL')");
-    EXPECT_EQ(CheckRun("R-AM", 1, false, "Y"), "YYYNYYYY");
+    EXPECT_EQ(found(CheckRun("R-AM", 1, false, "Y")), "2 3 5 6 7 8");
     EXPECT_THAT(warningTypes(),
                 ElementsAre("CONFLICTING TIME", "LATE BELL", "RIDETIME", "RIGHTSIDE"));
     const auto found = rows(
@@ -166,7 +182,7 @@ TEST_F(CheckRunTest, TheCapacityIsThatOfTheLevelExactlyAsWritten) {
 
 TEST_F(CheckRunTest, AVehicleTypeThatIsGoneIsToldOnceAndHasNoSeats) {
     byOthers("UPDATE RUN SET INT_ROUTEID = NULL, VEHTYPE = 'GONE' WHERE RUN = 'R-AM'");
-    EXPECT_EQ(CheckRun("R-AM", 0, false, "NYNNNNY"), "YYNNNNYN");
+    EXPECT_EQ(found(CheckRun("R-AM", 0, false, "NYNNNNY")), "2 7");
     EXPECT_EQ(lastText(),
               "Warning,  the vehicle type that you assigned to this run is no longer in your "
               "vehicle type table.  Please select a different vehicle type before save this run!");
@@ -182,10 +198,10 @@ TEST_F(CheckRunTest, TheSeatsAreThoseOfTheVehicleThatIsKnown) {
          "The  vehicle type assigned to this run is:   with a capacity of: 0."}};
     for (const auto& [change, told] : cases) {
         byOthers(change);
-        EXPECT_EQ(CheckRun("R-AM", 0, false, "NY"), "YYNNNNNN");
+        EXPECT_EQ(found(CheckRun("R-AM", 0, false, "NY")), "2");
         EXPECT_THAT(rows("SELECT WARNINGTEXT FROM RUNWARNING"), Contains(HasSubstr(told)));
     }
-    EXPECT_EQ(CheckRun("GONE", 0, true, "Y"), "NNNNNNNN");
+    EXPECT_EQ(found(CheckRun("GONE", 0, true, "Y")), "");
     EXPECT_THAT(titles(), IsEmpty());
 }
 
@@ -209,7 +225,7 @@ TEST_F(CheckRunTest, NoBoxIsShownWhileTheFileIsLocked) {
     byOthers("UPDATE RUN SET INT_ROUTEID = NULL, VEHTYPE = 'GONE' WHERE RUN = 'R-AM'");
     {
         WritingBoxes boxes(district);
-        EXPECT_EQ(CheckRun("R-AM", 0, true, "Y"), "YYYNYYYY");
+        EXPECT_EQ(found(CheckRun("R-AM", 0, true, "Y")), "2 3 5 6 7 8");
         EXPECT_EQ(boxes.boxes, 7);
     }
     base::ports().msgBox = &session.boxes;
@@ -224,6 +240,17 @@ TEST_F(CheckRunTest, ACheckThatFailsEndsTheProgramAndKeepsWhatWasFoundBefore) {
     EXPECT_THAT(lastText(), HasSubstr("Check_StopTimeConflict of Module: mdlValidate_Runs."));
     session.start(district.configFolder());
     EXPECT_EQ(warningTypes().size(), 5U);
+
+    // A form has it counted first.
+    EXPECT_EQ(found(checkRunOfAnyLength("R-AM", "Y")), "2 3 5 6 7");
+    EXPECT_EQ(lastTitle(), "Too Many Stops");
+    EXPECT_THAT(lastText(),
+                HasSubstr("run R-AM has 104 stops, and the times of at most 100 stops"));
+    titles();
+    EXPECT_EQ(found(checkRunOfAnyLength("R-AM", "NY")), "2");
+    byOthers("DELETE FROM STOP_TRIPTYPE WHERE RUN='R-AM' AND RUNSEQ > 101");
+    EXPECT_EQ(found(checkRunOfAnyLength("R-AM", "NNNNNNNY")), "8");
+    EXPECT_THAT(titles(), testing::Not(Contains("Too Many Stops")));
 }
 
 }  // namespace
