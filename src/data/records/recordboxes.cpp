@@ -181,6 +181,18 @@ void write(QWidget& control, const base::Value& value) {
     }
 }
 
+/// A field that was refused looks as before once something else stands in it.
+void clearRefusalOnChange(QWidget& control) {
+    const auto changed = [&control] { controls::showRefused(control, isUnknownChoice(control)); };
+    if (auto* line = qobject_cast<QLineEdit*>(&control)) {
+        QObject::connect(line, &QLineEdit::textChanged, line, changed);
+    } else if (auto* lines = qobject_cast<QPlainTextEdit*>(&control)) {
+        QObject::connect(lines, &QPlainTextEdit::textChanged, lines, changed);
+    } else if (auto* combo = qobject_cast<QComboBox*>(&control)) {
+        QObject::connect(combo, &QComboBox::currentTextChanged, combo, changed);
+    }
+}
+
 std::string conflictQuestion(const Entries& entries, const Record& stored, std::string_view what) {
     const bool isKnown =
         stored["changeddt"] != entries.known["changeddt"] && !stored["ChangedBy"].isNull();
@@ -194,6 +206,15 @@ void reveal(QWidget& control) {
         if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget())) {
             tabs->setCurrentWidget(page);
         }
+    }
+}
+
+void showRefusal(QWidget& control) {
+    controls::showRefused(control, true);
+    reveal(control);
+    control.setFocus();
+    if (auto* line = qobject_cast<QLineEdit*>(&control)) {
+        line->selectAll();
     }
 }
 
@@ -212,10 +233,13 @@ RecordBoxes::RecordBoxes(QWidget& form, const FieldTable& fields) : known_(field
         Box& box = boxes_.emplace_back();
         box.field = &field;
         box.control = control;
+        clearRefusalOnChange(*control);
     }
 }
 
-bool RecordBoxes::Box::isTouched() const { return read(*control) != shown; }
+bool RecordBoxes::Box::isTouched() const {
+    return field->use != FieldUse::Shown && read(*control) != shown;
+}
 
 void RecordBoxes::fill(Box& box, const Record& stored) {
     const auto& value = stored[box.field->column];
@@ -247,6 +271,10 @@ void RecordBoxes::takeOver(const Record& stored) {
 
 void RecordBoxes::type(std::string_view column, const base::Value& value) {
     write(*boxOf(column).control, value);
+}
+
+std::string RecordBoxes::typed(std::string_view column) const {
+    return read(*boxOf(column).control).asText();
 }
 
 bool RecordBoxes::areTouched() const { return std::ranges::any_of(boxes_, &Box::isTouched); }
@@ -282,14 +310,18 @@ std::optional<Fault> RecordBoxes::refuseFault(const Entries& entries) {
 }
 
 void RecordBoxes::refuse(const Fault& fault) {
-    QWidget* control = boxOf(fault.column).control;
-    controls::showRefused(*control, true);
-    reveal(*control);
-    control->setFocus();
-    if (auto* line = qobject_cast<QLineEdit*>(control)) {
-        line->selectAll();
-    }
+    showRefusal(*boxOf(fault.column).control);
     base::MsgBox(fault.text, fault.title, base::MsgIcon::Information);
+}
+
+const Field* RecordBoxes::refuseUnknownKey(const QWidget& control) {
+    const auto box = std::ranges::find(boxes_, &control, &Box::control);
+    const auto* combo = qobject_cast<const MultiColumnCombo*>(&control);
+    if (combo == nullptr || !combo->isUnknown() || !box->isTouched()) {
+        return nullptr;
+    }
+    showRefusal(*box->control);
+    return box->field;
 }
 
 void RecordBoxes::clearRefusals() {

@@ -29,6 +29,9 @@ public:
     /// Puts a value in as if it had been typed.
     void type(std::string_view column, const base::Value& value);
 
+    /// The text in a field's box, as it is typed.
+    [[nodiscard]] std::string typed(std::string_view column) const;
+
     /// Whether the planner has entered anything.
     [[nodiscard]] bool areTouched() const;
     /// A field that was not touched stands for what is stored, which may have more decimals. A
@@ -41,8 +44,12 @@ public:
     /// Refuses the first field that cannot be saved and answers with its fault; no other one is
     /// refused any more.
     std::optional<Fault> refuseFault(const Entries& entries);
-    /// Paints the field red, brings it in sight with the cursor in it, and tells why.
+    /// Paints the field red until it is changed, brings it in sight with the cursor in it, and
+    /// tells why.
     void refuse(const Fault& fault);
+    /// Refuses a key that was typed and is not in its list, without a box; answers with the field
+    /// that it stands for, null where there is nothing to refuse.
+    const Field* refuseUnknownKey(const QWidget& control);
     void clearRefusals();
 
     /// Tells what others have stored meanwhile and shows it as the planner chooses: with what was
