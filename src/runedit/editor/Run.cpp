@@ -8,6 +8,7 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signs.h"
 #include "platform/forms/operation.h"
 #include "runedit/editor/runfields.h"
 #include "runedit/validation/checkedrun.h"
@@ -21,6 +22,8 @@ namespace {
 
 using base::MsgIcon;
 using controls::fromQt;
+using controls::Sign;
+using controls::signIcon;
 using controls::toQt;
 using startup::gcnRouting;
 
@@ -43,6 +46,8 @@ Run::Run(forms::Form* owner)
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
     forms::hideInPlace(*ui_->Status);
+    ui_->PreviousRun->setIcon(signIcon(Sign::Left, palette(), QPalette::ButtonText));
+    ui_->NextRun->setIcon(signIcon(Sign::Right, palette(), QPalette::ButtonText));
     boxes_ = std::make_unique<data::RecordBoxes>(*this, runFields());
     for (const auto* name : NotBuiltYet) {
         auto* button = findChild<QPushButton*>(name);
@@ -60,8 +65,13 @@ Run::~Run() = default;
 Run::Message Run::lockedMessage() const { return {"Database in Use", LockedText}; }
 
 void Run::wireFields() {
+    // The row of a typed text is found only after the text has changed.
     for (auto* combo : {ui_->cmbSchool, ui_->cmbTripType, ui_->cmbRunFamily, ui_->cmbLOCCODE}) {
-        on(combo, &controls::MultiColumnCombo::editTextChanged, "showNames", &Run::showNames);
+        on(combo, &QComboBox::currentIndexChanged, "showNames", &Run::showNames);
+    }
+    for (auto* combo : findChildren<controls::MultiColumnCombo*>()) {
+        on(combo, &controls::MultiColumnCombo::left, "refuseUnknownKey",
+           [this, combo] { refuseUnknownKey(combo); });
     }
     on(ui_->Closed_Browse, &QPushButton::clicked, "Closed_Browse_Click", &Run::Closed_Browse_Click);
     on(ui_->Clear_Closed, &QPushButton::clicked, "Clear_Closed_Click", &Run::Clear_Closed_Click);
@@ -93,9 +103,13 @@ void Run::wireButtons() {
     on(ui_->Remove, &QPushButton::clicked, "Remove_Click", &Run::Remove_Click);
     on(ui_->Merge, &QPushButton::clicked, "Merge_Click", &Run::Merge_Click);
     on(ui_->Log, &QPushButton::clicked, "Log_Click", &Run::Log_Click);
+    on(ui_->NextRun, &QPushButton::clicked, "NextRun_Click", &Run::NextRun_Click);
+    on(ui_->PreviousRun, &QPushButton::clicked, "PreviousRun_Click", &Run::PreviousRun_Click);
     on(ui_->Exit_Run, &QPushButton::clicked, "Exit_Run_Click", &Run::Exit_Run_Click);
     key(QKeySequence::Save, ui_->OK);
     key(Qt::Key_F5, ui_->CalcTimes);
+    key(Qt::CTRL | Qt::Key_PageDown, ui_->NextRun);
+    key(Qt::CTRL | Qt::Key_PageUp, ui_->PreviousRun);
     on(&Timer3, &forms::Timer::tick, "Timer3_Timer", &Run::Timer3_Timer);
 }
 
@@ -119,6 +133,30 @@ void Run::begin(const std::string& run, bool isNew) {
     if (isLoaded()) {
         startEditing();
     }
+}
+
+void Run::NextRun_Click() { walk(1); }
+
+void Run::PreviousRun_Click() { walk(-1); }
+
+void Run::walk(int step) {
+    const int place = runs_->placeOf(run());
+    if (place == 0 || place + step < 1 || place + step > runs_->count() || !mayLeave()) {
+        return;
+    }
+    const auto next = runs_->choose(place + step);
+    if (!data::readRecord(*gcnRouting, runFields(), runSql(next))) {
+        runs_->choose(place);
+        return tellNotFound(next);
+    }
+    toEdit_ = std::string(base::trim(next));
+    ui_->chkNew->setChecked(false);
+    startEditing();
+}
+
+void Run::tellNotFound(const std::string& run) {
+    base::MsgBox(fmt::format(NotFoundText, base::trim(run)), NotFoundTitle, MsgIcon::Information);
+    startup::RefreshRunList = true;
 }
 
 void Run::Form_Load() {
@@ -149,8 +187,7 @@ void Run::openStored() {
         buildLists();
         ui_->RunDesc->setFocus();
     } else {
-        base::MsgBox(fmt::format(NotFoundText, toEdit_), NotFoundTitle, MsgIcon::Information);
-        startup::RefreshRunList = true;
+        tellNotFound(toEdit_);
         unload();
     }
 }
@@ -169,6 +206,7 @@ void Run::present(const data::Record& run) {
     showAudit(run);
     showNames();
     showHead();
+    showPlace();
     showButtons();
 }
 
@@ -192,7 +230,12 @@ void Run::Form_Activate() {
     activatedBefore_ = true;
 }
 
-void Run::Command1_Click() { refresh(); }
+void Run::Command1_Click() {
+    if (!isNew() && !storedRun()) {
+        tellNotFound(run());
+    }
+    refresh();
+}
 
 bool Run::isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),

@@ -11,12 +11,16 @@
 #include "platform/base/date.h"
 #include "platform/forms/timer.h"
 #include "runedit/editor/runsequence.h"
+#include "runedit/editor/stoptotals.h"
 #include "runedit/map/mapanswer.h"
 #include "startup/forms/trappedform.h"
 #include "stops/sequence/runstops.h"
 
 namespace Ui {
 class Run;
+}
+namespace controls {
+class MultiColumnCombo;
 }
 
 namespace runedit {
@@ -52,6 +56,8 @@ public:
     void Log_Click();
     void Closed_Browse_Click();
     void Clear_Closed_Click();
+    void NextRun_Click();
+    void PreviousRun_Click();
     void Exit_Run_Click();
     void Timer3_Timer();
 
@@ -79,6 +85,8 @@ private:
     void wireMap();
 
     void begin(const std::string& run, bool isNew);
+    void walk(int step);
+    void tellNotFound(const std::string& run);
     void startEditing();
     void openStored();
     void openNew();
@@ -89,10 +97,15 @@ private:
     void showNames();
     void showAudit(const data::Record& run);
     void showButtons();
+    void showPlace();
+    void showTotals(const StopTotals& totals);
+    void refuseUnknownKey(controls::MultiColumnCombo* combo);
     void showStatus(const QString& text, bool green = false);
+    void hideSaved();
     void buildLists();
     [[nodiscard]] std::string chosenStopTrip() const;
     void chooseStopTrip(const std::string& id);
+    void goToStop(const std::string& stopId);
 
     [[nodiscard]] static bool isBuilt(const QWidget& button);
     [[nodiscard]] bool isNew() const;
@@ -103,10 +116,12 @@ private:
     bool mayLeave();
 
     bool save();
-    bool checkAndSave() { return Check_For_Error() == 0 && save(); }
+    bool checkAndSave() { return Check_For_Error() == 0 && confirmDoubts() && save(); }
+    bool confirmDoubts();
     void afterSaving(const data::Record& stored);
     bool askAboutDeletion();
     void checkBell(const data::Record& entered);
+    void tellNoMinutes(const std::string& stop);
     void sendToMap();
 
     [[nodiscard]] stops::EditedRun runOfStops() const;
@@ -121,6 +136,7 @@ private:
     RunSequence* runs_ = nullptr;
     std::string toEdit_;  ///< the run asked for; blank for a new one
     bool allPlaced_ = true;
+    bool saysSaved_ = false;  ///< the status tells of the last saving
     bool activatedBefore_ = false;
 };
 

@@ -1,4 +1,7 @@
+#include <fmt/format.h>
+
 #include "platform/base/ports.h"
+#include "platform/base/text.h"
 #include "platform/forms/filedialog.h"
 #include "platform/forms/operation.h"
 #include "runedit/editor/Run.h"
@@ -8,6 +11,7 @@
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/session.h"
 #include "startup/base/trap.h"
+#include "stops/triprecord/triptimes.h"
 
 #include "ui_Run.h"
 
@@ -26,16 +30,24 @@ constexpr auto UnsavedForMapText =
     "Yes - save it and go to the map.\n"
     "No - go to the map without what you have changed.\n"
     "Cancel - go on editing.";
+constexpr auto NoMinutesTitle = "Minutes Missing";
+constexpr auto NoMinutesText =
+    "Oops, the times of this run cannot be calculated: stop {} has no load time or no driving "
+    "time.  Please enter both, 0 included, and try again.";
 constexpr auto MapFailedTitle = "Can't Go to Map";
 
 }  // namespace
 
 void Run::CalcTimes_Click() {
+    hideSaved();
     boxes_->clearRefusals();
     const auto entered = entries().entered;
     if (const auto fault = findTimeFault(entered)) {
         boxes_->refuse(*fault);
         return;
+    }
+    if (const auto stop = stops::stopWithoutMinutes(*gcnRouting, run()); !stop.empty()) {
+        return tellNoMinutes(stop);
     }
     const bool fromStart = timesFromStart(entered);
     std::string mode = fromStart ? "Start" : "End";
@@ -44,6 +56,12 @@ void Run::CalcTimes_Click() {
     trap("Build_StopList", &Run::Build_StopList);
     checkBell(entered);
     trap("Build_WarnList", &Run::Build_WarnList);
+}
+
+void Run::tellNoMinutes(const std::string& stop) {
+    const auto id = base::trim(stop);
+    goToStop(std::string(id));
+    base::MsgBox(fmt::format(NoMinutesText, id), NoMinutesTitle, MsgIcon::Information);
 }
 
 void Run::checkBell(const data::Record& entered) {

@@ -1,3 +1,4 @@
+#include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
 #include "runedit/editor/runlists.h"
@@ -24,6 +25,25 @@ void Run::showHead() {
     const auto title = isNew() ? tr("New Run") : tr("Run %1").arg(id);
     setWindowTitle(title);
     ui_->Heading->setText(description.isEmpty() || isNew() ? title : title + ": " + description);
+}
+
+/// Where the run stands in the list that it was opened from.
+void Run::showPlace() {
+    const int place = runs_ == nullptr || isNew() ? 0 : runs_->placeOf(run());
+    const int count = place == 0 ? 0 : runs_->count();
+    ui_->Place->setText(place == 0 ? QString() : tr("%1 of %2").arg(place).arg(count));
+    for (auto* button : {ui_->PreviousRun, ui_->NextRun}) {
+        button->setVisible(place > 0);
+    }
+    ui_->PreviousRun->setEnabled(place > 1);
+    ui_->NextRun->setEnabled(place < count);
+}
+
+void Run::showTotals(const StopTotals& totals) {
+    ui_->TotalPass->setText(QString::number(totals.passengers));
+    ui_->TotalStops->setText(QString::number(totals.stops));
+    ui_->TotalDistance->setText(QString::number(totals.miles, 'f', 2));
+    ui_->TotalRideTime->setText(QString::number(totals.minutes, 'f', 2));
 }
 
 /// What the chosen keys stand for.
@@ -78,6 +98,7 @@ void Run::showStatus(const QString& text, bool green) {
     ui_->Status->setPalette(palette);
     ui_->Status->setText(text);
     ui_->Status->show();
+    saysSaved_ = green;
     Timer3.setEnabled(false);
     if (!answer_.isWaiting()) {
         Timer3.startOnce(StatusMilliseconds);
@@ -86,13 +107,29 @@ void Run::showStatus(const QString& text, bool green) {
 
 void Run::Timer3_Timer() {
     Timer3.setEnabled(false);
+    saysSaved_ = false;
     ui_->Status->hide();
+}
+
+/// What is being done now may be refused: the last saving is no longer the news.
+void Run::hideSaved() {
+    if (saysSaved_) {
+        Timer3_Timer();
+    }
+}
+
+void Run::refuseUnknownKey(controls::MultiColumnCombo* combo) {
+    if (const auto* field = boxes_->refuseUnknownKey(*combo)) {
+        showStatus(tr("%1: \"%2\" is not in the list.")
+                       .arg(toQt(field->caption), combo->currentText().trimmed()));
+    }
 }
 
 void Run::Build_StopList() {
     ui_->StopList->setEmptyText(isNew() ? NotSavedYet : tr("The run has no stops."));
-    auto stops = isNew() ? StopList() : readStopList(*gcnRouting, run());
-    allPlaced_ = stops.allPlaced;
+    auto stops = isNew() ? StopList() : readStopList(*gcnRouting, run(), ui_->Pickup->isChecked());
+    allPlaced_ = stops.unplaced.empty();
+    showTotals(stops.totals);
     const auto chosen = chosenStopTrip();
     ui_->StopList->setTable(std::move(stops.table));
     chooseStopTrip(chosen);
@@ -108,6 +145,18 @@ void Run::chooseStopTrip(const std::string& id) {
     for (int row = 0; !id.empty() && row < ui_->StopList->rows(); ++row) {
         if (ui_->StopList->cellValue(row, "ID").asText() == id) {
             ui_->StopList->choose(row);
+            return;
+        }
+    }
+}
+
+/// Shows the first row of that stop with the cursor on it.
+void Run::goToStop(const std::string& stopId) {
+    for (int row = 0; row < ui_->StopList->rows(); ++row) {
+        if (base::equalsNoCase(base::trim(ui_->StopList->cellText(row, 0)), stopId)) {
+            ui_->RunTab->setCurrentWidget(ui_->StopPage);
+            ui_->StopList->choose(row);
+            ui_->StopList->setFocus();
             return;
         }
     }

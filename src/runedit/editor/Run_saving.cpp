@@ -29,6 +29,12 @@ constexpr auto UnsavedText =
     "Yes - save it and close.\n"
     "No - close without saving.\n"
     "Cancel - go on editing.";
+constexpr auto DoubtTitle = "Please Confirm Saving of this Run";
+constexpr auto DoubtText =
+    "Please look at this before the run is saved.\n\n"
+    "{}\n"
+    "Yes - save it as it is.\n"
+    "No - go back and change it.";
 constexpr auto ChangedTitle = "Run Changed Meanwhile";
 constexpr auto DeletedTitle = "Run Deleted Meanwhile";
 constexpr auto DeletedText =
@@ -49,11 +55,19 @@ data::Entries Run::entries() const {
 }
 
 int Run::Check_For_Error() {
+    hideSaved();
     const auto fault = boxes_->refuseFault(entries());
     return fault ? fault->code : 0;
 }
 
 void Run::OK_Click() { checkAndSave(); }
+
+bool Run::confirmDoubts() {
+    const auto doubts =
+        doubtsAbout(entries(), [this](std::string_view column) { return boxes_->typed(column); });
+    return doubts.empty() || base::MsgBox(fmt::format(DoubtText, doubts), DoubtTitle,
+                                          MsgIcon::Question, MsgButtons::YesNo) == MsgAnswer::Yes;
+}
 
 bool Run::save() {
     const auto entered = entries();
@@ -86,7 +100,7 @@ void Run::afterSaving(const data::Record& stored) {
     fill(stored);
     showStatus(tr("Run %1 saved.").arg(toQt(run())), true);
     std::ignore = unlessLocked({"Run Not Checked", fmt::format(NotCheckedText, run())}, [this] {
-        trap("CheckRun", [this] { CheckRun(run(), 0, true, "Y"); });
+        trap("CheckRun", [this] { checkRunOfAnyLength(run(), "Y"); });
     });
     refresh();
 }

@@ -1,8 +1,11 @@
 #include "runedit/editor/runfields.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "data/lookups/mdlGetItems.h"
+#include "platform/base/date.h"
 
 namespace runedit {
 
@@ -105,6 +108,29 @@ Rule overFill() {
                       OverFillBeyond);
 }
 
+constexpr std::string_view Times[] = {"BellTime", "StartTime", "EndTime"};
+constexpr std::string_view Days[] = {"monday", "tuesday", "wednesday", "thursday", "friday"};
+
+std::string hhmm(const Entries& entries, std::string_view column) {
+    return entries.entered[column].asDate().hhmm();
+}
+
+bool isDayAlone(const std::string& text) {
+    const auto date = base::Date::parse(text);
+    return date && *date == date->dateValue() && *date != date->timeValue();
+}
+
+bool endsBeforeItStarts(const Entries& entries) {
+    return (entries.isTouched("StartTime") || entries.isTouched("EndTime")) &&
+           entries.entered["EndTime"].asDate() < entries.entered["StartTime"].asDate();
+}
+
+bool isNewForNoDay(const Entries& entries) {
+    return entries.isNew && std::ranges::none_of(Days, [&](std::string_view day) {
+               return entries.entered.isYes(day);
+           });
+}
+
 }  // namespace
 
 const data::FieldTable& runFields() {
@@ -162,6 +188,25 @@ data::Fault conflictingRunId(const std::string& otherDescription) {
             "description of the other conflicting run is: " +
                 otherDescription + ".  Please change the RunID.",
             TakenRunId, "Run"};
+}
+
+std::string doubtsAbout(const Entries& entries, const TypedText& typed) {
+    std::string doubts;
+    for (const auto column : Times) {
+        if (const auto text = typed(column); entries.isTouched(column) && isDayAlone(text)) {
+            doubts += fmt::format(
+                "The {}, {}, is a day without a time of day.  It is saved as {}.\n",
+                data::fieldOf(runFields(), column).caption, text, hhmm(entries, column));
+        }
+    }
+    if (endsBeforeItStarts(entries)) {
+        doubts += fmt::format("The run starts at {}, after it ends at {}.\n",
+                              hhmm(entries, "StartTime"), hhmm(entries, "EndTime"));
+    }
+    if (isNewForNoDay(entries)) {
+        doubts += "No day is ticked, so the run is driven on no day of the week.\n";
+    }
+    return doubts;
 }
 
 bool timesFromStart(const data::Record& run) { return run.text("TimeToUse") == FromStart; }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "data/records/fields.h"
 
@@ -16,6 +18,13 @@ namespace runedit {
 
 /// The fault of a new run whose id belongs to a run of that description.
 [[nodiscard]] data::Fault conflictingRunId(const std::string& otherDescription);
+
+/// The text in the box of a column.
+using TypedText = std::function<std::string(std::string_view column)>;
+
+/// What may be saved and yet looks like a slip: a day without a time of day, an end before the
+/// start, a new run for no weekday. Only of what was entered; a line each, "" for nothing.
+[[nodiscard]] std::string doubtsAbout(const data::Entries& entries, const TypedText& typed);
 
 /// Whether a run is timed from its start, not from its end.
 [[nodiscard]] bool timesFromStart(const data::Record& run);

@@ -1,5 +1,7 @@
 #include "runedit/editor/runlists.h"
 
+#include <cmath>
+
 #include <fmt/format.h>
 
 #include "data/lists/listreader.h"
@@ -33,6 +35,8 @@ constexpr ListColumn StopColumns[]{
     {"Sequence", "RunSeq", 0, CellKind::Number},
     {"Int. ID", "Int_STOPID", 0, CellKind::Number},
     {"Int. Stop TripType ID", "ID", 0, CellKind::Number},
+    {"No.", "", 0, CellKind::Number},
+    {"On the Bus", "", 0, CellKind::Number},
     data::hidden("XPOS"),
     data::hidden("YPOS"),
 };
@@ -95,6 +99,17 @@ bool isPlaced(const TextTable& stops, std::size_t row) {
     return !isZero(stops.value(row, "XPOS")) || !isZero(stops.value(row, "YPOS"));
 }
 
+void roundMinutesAndMiles(TextTable& stops) {
+    for (const auto* name : {"time_tostop", "DIST_TOSTOP", "Load_Time", "CUM_TIME", "CUM_MILES"}) {
+        const auto column = stops.columnOf(name);
+        for (std::size_t row = 0; row < stops.rowCount(); ++row) {
+            if (const auto value = stops.value(row, column); value.isDouble()) {
+                stops.set(row, column, std::round(value.asNumber() * 100) / 100);
+            }
+        }
+    }
+}
+
 }  // namespace
 
 DirectionStyle directionStyle(std::string_view choice) {
@@ -104,15 +119,18 @@ DirectionStyle directionStyle(std::string_view choice) {
                                                    : DirectionStyle::Detailed;
 }
 
-StopList readStopList(ado::Connection& routing, std::string_view run) {
+StopList readStopList(ado::Connection& routing, std::string_view run, bool toSchool) {
     StopList list;
     list.table = readList(StopColumns, fmt::format(StopsOfRun, ado::escaped(base::trim(run))),
                           routing, [&](TextTable& table, std::size_t row) {
                               if (!isPlaced(table, row)) {
                                   table.colourRed(row, 0, table.columns.size() - 1);
-                                  list.allPlaced = false;
+                                  list.unplaced.push_back(row);
                               }
                           });
+    list.totals = totalsOf(list.table);
+    countAlongTheRun(list.table, toSchool);
+    roundMinutesAndMiles(list.table);
     return list;
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ado/connection.h"
 #include "platform/table/texttable.h"
+#include "runedit/editor/stoptotals.h"
 
 /// The four lists that the run editor shows of a run: its stops, its driving directions, its
 /// warnings and its passengers' special needs. A run's id is trimmed and otherwise put into the
@@ -24,11 +27,15 @@ enum class DirectionStyle {
 struct StopList {
     /// In the order of the run, without turn points; "ID" is the key of the stop's trip-type
     /// record. A stop without a place on the map (both co-ordinates 0 or missing) is all red.
+    /// Behind the columns of the record stand "No." and "On the Bus"; see countAlongTheRun().
+    /// Minutes and miles have two decimals.
     table::TextTable table;
-    /// False where a stop is red: the run cannot go to the map.
-    bool allPlaced = true;
+    /// The red rows: while there is one, the run cannot go to the map.
+    std::vector<std::size_t> unplaced = {};
+    StopTotals totals = {};
 };
-[[nodiscard]] StopList readStopList(ado::Connection& routing, std::string_view run);
+[[nodiscard]] StopList readStopList(ado::Connection& routing, std::string_view run,
+                                    bool toSchool = true);
 
 /// Line by line; the second text "SKIP" of a line that has neither distance nor time shows blank.
 [[nodiscard]] table::TextTable readDirections(ado::Connection& routing, std::string_view run,

@@ -1,6 +1,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QTest>
+#include <algorithm>
 
 #include "runedit/map/fakemap.h"
 #include "runfixture.h"
@@ -35,6 +37,7 @@ protected:
         type("BellTime", "8:00");
         type("StartTime", "7:00");
         type("EndTime", "7:30");
+        check("chkMonday");
     }
 };
 
@@ -81,7 +84,7 @@ TEST_F(RunSavingTest, ShowsAndSavesEveryField) {
     }
     EXPECT_EQ(joined({text("RunID"), text("TotalPass"), text("TotalDistance"),
                       text("TotalRideTime"), text("TotalStops")}),
-              "101-AM 50 12.5 41 6");
+              "101-AM 50 0.00 12.00 2");
     EXPECT_EQ(text("SchoolName"), "Pine School");
     EXPECT_EQ(text("Heading"), "Run 101-AM: Oak's \"1st\"");
 }
@@ -100,8 +103,16 @@ TEST_F(RunSavingTest, ValidatesWhatItSaved) {
     EXPECT_EQ(control<QTabWidget>("RunTab").tabText(2), " * Warnings *");
     EXPECT_EQ(text("Status"), "Run 101-AM saved.");
     EXPECT_EQ(control("Status").palette().color(QPalette::Window), QColor(0, 255, 0));
+    type("StartTime", "soon");
+    click("OK");
+    EXPECT_TRUE(isRed("StartTime") && !isShown("Status"));
+    type("StartTime", "7:05");
+    EXPECT_FALSE(isRed("StartTime"));
+    EXPECT_THAT(titles(), ElementsAre("Invalid Start Time"));
+    click("OK");
+    titles();
     EXPECT_TRUE(startup::RefreshRunList);
-    EXPECT_EQ(startup::TotSavedRuns, 1);
+    EXPECT_EQ(startup::TotSavedRuns, 2);
     form().Timer3_Timer();
     EXPECT_FALSE(isShown("Status"));
     // The validation's own write is no change by others.
@@ -296,6 +307,9 @@ TEST_F(RunSavingTest, OffersToSaveADeletedRunAgain) {
 
     byOthers("DELETE FROM RUN WHERE RUN='101-AM'");
     titles();
+    click("Command1");
+    EXPECT_THAT(titles(), ElementsAre("Run Not Found"));
+    EXPECT_EQ(text("RunDesc"), "mine");
     answer(MsgAnswer::No);
     click("OK");
     EXPECT_THAT(titles(), ElementsAre("Run Deleted Meanwhile"));
@@ -336,14 +350,102 @@ TEST_F(RunSavingTest, KeepsWhatWasEnteredWhenOtherFormsHaveChangedTheRun) {
         "07:10:00' WHERE RUN='101-AM'");
     byOthers("UPDATE STOP_TRIPTYPE SET RUN=' ' WHERE RUN='101-AM' AND RUNSEQ=1");
     form().Form_Activate();
-    EXPECT_EQ(joined({text("RunDesc"), text("TotalPass"), text("StartTime")}), "mine 12 07:10 AM");
+    EXPECT_EQ(joined({text("RunDesc"), text("StartTime")}), "mine 07:10 AM");
+    // Totals are those of the list.
     EXPECT_EQ(list("StopList").rows(), 1);
+    EXPECT_EQ(text("TotalStops") + text("TotalPass"), "10");
     // Only the description is in conflict now.
     answer(MsgAnswer::Cancel);
     click("OK");
     EXPECT_THAT(lastText(),
                 HasSubstr("\n\nDescription: was \"Oak morning\", is now \"theirs\", you "
                           "entered \"mine\"\n\n"));
+}
+
+TEST_F(RunSavingTest, NamesTheKeysAndRefusesOneThatIsNotListedOnLeaving) {
+    open();
+    const auto typeKey = [&](const char* name, const char* key) {
+        combo(name).lineEdit()->selectAll();
+        QTest::keyClicks(combo(name).lineEdit(), key);
+    };
+    typeKey("cmbSchool", "pine");
+    EXPECT_EQ(text("SchoolName"), "Pine School");
+    typeKey("cmbLOCCODE", "nort");
+    leave("cmbLOCCODE");
+    EXPECT_EQ(text("cmbLOCCODE") + text("LocationName"), "NORTHNorth yard");
+    typeKey("cmbTripType", "ml");
+    leave("cmbTripType");
+    EXPECT_TRUE(isRed("cmbTripType"));
+    EXPECT_EQ(form().focusWidget(), &combo("cmbTripType"));
+    EXPECT_EQ(text("Status"), "Trip Type: \"ml\" is not in the list.");
+    typeKey("cmbTripType", "AM");
+    EXPECT_FALSE(isRed("cmbTripType"));
+    // A key that others have stored is theirs, listed or not.
+    byOthers("UPDATE RUN SET LOCCODE='SHUT', RUNFAMILY='SPORT' WHERE RUN='101-AM'");
+    click("Command1");
+    leave("cmbLOCCODE");
+    EXPECT_EQ(joined({text("cmbLOCCODE"), text("LocationName"), text("cmbRunFamily")}, "|"),
+              "SHUT||SPORT");
+    EXPECT_FALSE(isRed("cmbLOCCODE"));
+    EXPECT_THAT(titles(), IsEmpty());
+}
+
+TEST_F(RunSavingTest, AsksAboutWhatLooksLikeASlip) {
+    openNew("104-AM");
+    check("chkMonday", false);
+    type("BellTime", "1/5/2026");
+    type("EndTime", "6:30");
+    answer(MsgAnswer::No);
+    click("OK");
+    EXPECT_THAT(lastText(),
+                HasSubstr("The Bell Time, 1/5/2026, is a day without a time of day.  It is saved "
+                          "as 12:00 AM.\nThe run starts at 07:00 AM, after it ends at 06:30 "
+                          "AM.\nNo day is ticked, so"));
+    EXPECT_EQ(storedRun("RUN", "104-AM"), "no row");
+    answer(MsgAnswer::Yes);
+    click("OK");
+    EXPECT_EQ(storedRun("BELLTIME", "104-AM"), "12:00:00 AM");
+    // What is stored is not asked about again.
+    titles();
+    type("Comment", "late");
+    click("OK");
+    EXPECT_THAT(titles(), IsEmpty());
+}
+
+/// Four runs, one of which is gone.
+class ListedRuns : public runedit::RunSequence {
+public:
+    int placeOf(const std::string& run) const override {
+        return static_cast<int>(std::ranges::find(runs_, run) - runs_.begin() + 1) % 5;
+    }
+    int count() const override { return 4; }
+    std::string choose(int place) override {
+        return chosen = runs_[static_cast<std::size_t>(place - 1)];
+    }
+    std::string chosen;
+
+private:
+    std::vector<std::string> runs_{"102-AM", "GONE", "201-PM", "101-AM"};
+};
+
+TEST_F(RunSavingTest, GoesThroughTheRunsOfTheList) {
+    ListedRuns runs;
+    open("101-AM", &runs);
+    EXPECT_EQ(text("Place"), "4 of 4");
+    EXPECT_FALSE(isEnabled("NextRun"));
+    type("RunDesc", "mine");
+    session.boxes.answers = {MsgAnswer::Cancel, MsgAnswer::Yes};
+    click("PreviousRun");
+    EXPECT_EQ(text("RunID"), "101-AM");
+    click("PreviousRun");
+    EXPECT_EQ(joined({text("RunID"), text("Place"), runs.chosen}, "|"), "201-PM|3 of 4|201-PM");
+    EXPECT_EQ(storedRun("DESCRIPTION", "101-AM"), "mine");
+    titles();
+    click("PreviousRun");
+    EXPECT_THAT(titles(), ElementsAre("Run Not Found"));
+    EXPECT_EQ(joined({text("RunID"), runs.chosen}), "201-PM 201-PM");
+    open("103-PM", &runs);
+    EXPECT_FALSE(isShown("NextRun") || isEnabled("PreviousRun"));
 }
 
 TEST_F(RunSavingTest, LosesNothingToALock) {

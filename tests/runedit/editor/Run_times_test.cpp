@@ -94,6 +94,10 @@ TEST_F(RunTimesTest, ComputesNothingFromWhatIsNoTime) {
         EXPECT_TRUE(isRed(name)) << name;
         type(name, before);
     }
+    byOthers("UPDATE STOP_TRIPTYPE SET TIME_TOSTOP=Null WHERE RUN='101-AM' AND RUNSEQ=2");
+    click("CalcTimes");
+    EXPECT_THAT(lastText(), testing::HasSubstr("stop S1 has no load time or no driving time"));
+    EXPECT_EQ(list("StopList").chosenRow(), 1);
     EXPECT_THAT(stopTimes(), ElementsAre("07:05 AM", "07:17 AM"));
 }
 

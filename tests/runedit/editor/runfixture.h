@@ -26,9 +26,12 @@ protected:
     }
     Form& form() override { return made<Form>(); }
 
-    /// Opens a run, or a new one for "".
-    Form& open(const std::string& run = "101-AM") {
+    /// Opens a run, or a new one for "", out of a list where one is given.
+    Form& open(const std::string& run = "101-AM", runedit::RunSequence* list = nullptr) {
         forms::Application::instance().startAfresh();  // closing the only form ended the program
+        if (list != nullptr) {
+            form().follow(*list);
+        }
         run.empty() ? form().editNew() : form().edit(run);
         form().showForm();
         return form();

@@ -1,5 +1,6 @@
 #include "runedit/editor/runlists.h"
 
+#include "runedit/editor/warningtext.h"
 #include "startup/base/session.h"
 #include "support/districtsession.h"
 
@@ -35,7 +36,8 @@ protected:
         byOthers(
             "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, NUM_STUDENTS, "
             "TIME_AT_STOP, TIME_TOSTOP, DIST_TOSTOP, LOAD_TIME, CUM_TIME, CUM_MILES) VALUES (4, "
-            "'AM', 'R1', 40, 0, '1899-12-30 08:05:30', 9.5, 3, 0, 21, 5.25), (1, 'AM', 'R1', 10, "
+            "'AM', 'R1', 40, 9, '1899-12-30 08:05:30', 9.5075, 3, 0, 21, 5.25), (1, 'AM', 'R1', "
+            "10, "
             "12, '1899-12-30 07:30:00', 0, 0, 0.5, 0.5, 0), (2, 'AM', 'R1', 20, NULL, NULL, NULL, "
             "NULL, NULL, NULL, NULL), (3, 'AM', 'R1', 25, 0, NULL, 1, 1, 1, 1, 1), (5, 'AM', 'R1', "
             "30, 1, NULL, 1, 1, 1, 1, 1), (2, 'PM', 'R2', 1, 1, NULL, 1, 1, 1, 1, 1)");
@@ -44,21 +46,28 @@ protected:
 };
 
 TEST_F(RunLists, StopsStandInTheirOrderAndThoseWithoutAPlaceAreRed) {
-    const auto [stops, allPlaced] = readStopList(routing(), " r1 ");
-    EXPECT_THAT(lines(stops),
-                ElementsAre("S1|12 Elm Street|07:30 AM|12|AM|REGULAR| |Elm|0|0|0.5|0.5|0|R1|10|1|2",
-                            "S2| ||0|AM|REGULAR| | |0|0|0|0|0|R1|20|2|3",
-                            "S5| ||1|AM|REGULAR| | |1|1|1|1|1|R1|30|5|5",
-                            "OAK| |08:05 AM|0|AM|SCHOOL|OAK| |9.5|3|0|21|5.25|R1|40|4|1"));
+    const auto [stops, unplaced, totals] = readStopList(routing(), " r1 ");
+    EXPECT_THAT(
+        lines(stops),
+        ElementsAre("S1|12 Elm Street|07:30 AM|12|AM|REGULAR| |Elm|0|0|0.5|0.5|0|R1|10|1|2|1|12",
+                    "S2| ||0|AM|REGULAR| | |0|0|0|0|0|R1|20|2|3|2|12",
+                    "S5| ||1|AM|REGULAR| | |1|1|1|1|1|R1|30|5|5|3|13",
+                    "OAK| |08:05 AM|9|AM|SCHOOL|OAK| |9.51|3|0|21|5.25|R1|40|4|1|4|13"));
+    EXPECT_EQ(totals.stops, 4);
+    EXPECT_EQ(totals.passengers, 13);
+    EXPECT_EQ(totals.miles, 4);
+    EXPECT_DOUBLE_EQ(totals.minutes, 12.0075);
+    const auto home = readStopList(routing(), "R1", false).table;
+    EXPECT_EQ(home.text(0, "On the Bus") + home.text(2, "On the Bus"), "10");
     for (std::size_t column = 0; column < 17; ++column) {
         EXPECT_FALSE(stops.isRed(0, column) || stops.isRed(2, column)) << column;
         EXPECT_TRUE(stops.isRed(1, column) && stops.isRed(3, column)) << column;
     }
-    EXPECT_FALSE(allPlaced);
+    EXPECT_THAT(unplaced, ElementsAre(1, 3));
 
     byOthers("UPDATE STOP SET XPOS = 1");
-    EXPECT_TRUE(readStopList(routing(), "R1").allPlaced);
-    EXPECT_TRUE(readStopList(routing(), "nobody").allPlaced);
+    EXPECT_TRUE(readStopList(routing(), "R1").unplaced.empty());
+    EXPECT_TRUE(readStopList(routing(), "nobody").unplaced.empty());
 }
 
 TEST_F(RunLists, DirectionsInThreeStyles) {
@@ -95,6 +104,29 @@ TEST_F(RunLists, WarningsAreNewestFirst) {
                 ElementsAre("2/1/2026|BELL|Too late.", "1/31/2026 8:05:09 AM|RIDETIME|Too long."));
     EXPECT_EQ(warningsCaption(false), "No Warnings");
     EXPECT_EQ(warningsCaption(true), " * Warnings *");
+}
+
+TEST_F(RunLists, SeatsAreThoseOfTheTypeAtItsLevel) {
+    district.sql(data::DatabaseFile::Trip,
+                 "INSERT INTO VEHTYPE(VEHTYPE, HIGH, MEDIUM, LOW) VALUES ('BUS', 70, 60, NULL)");
+    EXPECT_EQ(seatsOf("BUS", "High"), 70);
+    EXPECT_EQ(seatsOf("bus ", " "), 60);
+    EXPECT_EQ(seatsOf("BUS", "Low"), 0);
+    EXPECT_FALSE(seatsOf("BUS", "Tall") || seatsOf("", "High") || seatsOf("GONE", "High"));
+}
+
+TEST(WarningText, IsTakenApartForReading) {
+    const std::string text =
+        "StopID: 12 A has an arrival time.  The stop's time is: 7.50.  The  vehicle was late.";
+    EXPECT_THAT(statementsOf(text),
+                ElementsAre("StopID: 12 A has an arrival time.", "The stop's time is: 7.50.",
+                            "The  vehicle was late."));
+    EXPECT_EQ(stopNamedIn(text), "12 A");
+    EXPECT_EQ(stopNamedIn("In Run: R1StopID: 7 was marked as Right.  *** "), "7");
+    EXPECT_THAT(statementsOf("A was marked.  *** "), ElementsAre("A was marked."));
+    EXPECT_EQ(stopNamedIn("no stop"), "");
+    EXPECT_EQ(mendingFieldOf("LATE BELL")->control, "BellTime");
+    EXPECT_EQ(mendingFieldOf("RIGHTSIDE"), nullptr);
 }
 
 TEST_F(RunLists, SpecialNeedsCountThePassengersOfTheRunsTripType) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/table/texttable.h"
+
+/// What the run editor adds up over its list of stops, so that list and totals never disagree.
+namespace runedit {
+
+struct StopTotals {
+    int stops = 0;                ///< turn points are not in the list
+    std::int64_t passengers = 0;  ///< of the regular stops
+    double miles = 0;             ///< from the first stop to the last
+    double minutes = 0;           ///< from the first stop to the last: driving and loading
+};
+
+/// Of a list that readStopList has read, or one without columns.
+[[nodiscard]] StopTotals totalsOf(const table::TextTable& stops);
+
+/// Fills the columns "No." (1-based) and "On the Bus": the passengers that leave the stop with the
+/// bus, which on a run to school grow from stop to stop and on a run home become fewer.
+void countAlongTheRun(table::TextTable& stops, bool toSchool);
+
+/// The seats of a vehicle type at a capacity level, Medium where that is blank; nothing where the
+/// type or the level is none. Raises what the databases raise.
+[[nodiscard]] std::optional<std::int64_t> seatsOf(const std::string& vehType,
+                                                  const std::string& capacityLevel);
+
+}  // namespace runedit
