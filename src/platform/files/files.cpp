@@ -1,11 +1,8 @@
 #include "platform/files/files.h"
 
-#include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
-#include "platform/base/error.h"
 #include "platform/base/text.h"
 
 namespace files {
@@ -44,29 +41,11 @@ std::string find(const std::string& path) {
 
 bool exists(const std::string& path) { return !path.empty() && isFile(find(path)); }
 
-void copy(const std::string& from, const std::string& to) {
-    if (!exists(from)) {
-        throw base::RunTimeError(base::errors::FileNotFound, "File not found: " + from);
-    }
-    std::error_code error;
-    fs::copy_file(find(from), find(to), fs::copy_options::overwrite_existing, error);
-    if (error) {
-        throw base::RunTimeError(base::errors::PathFileAccess,
-                                 "Path/File access error: " + to + ": " + error.message());
-    }
-}
+void copy(const std::string& from, const std::string& to) { write(to, read(from)); }
 
 bool remove(const std::string& path) {
     std::error_code error;
     return exists(path) && fs::remove(find(path), error) && !error;
-}
-
-bool appendLine(const std::string& path, std::string line) {
-    std::ranges::replace_if(
-        line, [](char c) { return c == '\r' || c == '\n'; }, ' ');
-    std::ofstream file(find(path), std::ios::binary | std::ios::app);
-    file << line + '\n' << std::flush;
-    return file.good();
 }
 
 std::vector<std::string> folderList(std::string_view list) {

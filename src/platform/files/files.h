@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,8 +32,10 @@ bool remove(const std::string& path);
 /// The whole of a file. Raises "File not found" (53), "Path/File access error" (75).
 [[nodiscard]] std::string read(const std::string& path);
 
-/// Writes a file, over an existing one too; a file that cannot be written whole is not left behind.
-/// Raises "Path/File access error" (75) with the system's reason.
+/// Writes a file, also in the place of one that another account has made. It is written beside and
+/// gets its name at once: nobody reads half of it, and one that cannot be written whole changes
+/// nothing. Whoever its folder lets in may read and write it. Raises "Path/File access error" (75)
+/// with the system's reason.
 void write(const std::string& path, std::string_view contents);
 
 /// The same for a file that must not be there yet, in any letter case: false where it is, and of
@@ -53,9 +58,31 @@ private:
     int handle_;
 };
 
-/// Adds one line to the end of the file, which is made where there is none. Line ends inside the
-/// line become blanks. True when it was written.
+/// Keeps other programs that ask for it, of any account, out of a folder while it lives. It leaves
+/// no file, and the system lifts it however the program ends.
+class FolderLock {
+public:
+    /// Waits that long for another program, while forms repaint. Raises "Path/File access error"
+    /// (75) where that one does not come to its end, and without such a folder.
+    FolderLock(const std::string& folder, std::chrono::milliseconds patience);
+    ~FolderLock();
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+private:
+    int handle_;
+};
+
+/// How long ago the file was written, by the system's clock; nothing where there is none.
+[[nodiscard]] std::optional<std::chrono::milliseconds> age(const std::string& path);
+
+/// Adds one line to the end of the file, which is made where there is none, for whom its folder
+/// lets in. Line ends inside the line become blanks. True when it was written.
 bool appendLine(const std::string& path, std::string line);
+
+/// Gives a file that has grown to so many bytes the name `older`, in the place of what stood there;
+/// of several programs that do it at once only one does.
+void setAside(const std::string& path, const std::string& older, std::uintmax_t bytes);
 
 /// The folders of a list such as PATH, apart by colons; those that are no full path are left out.
 [[nodiscard]] std::vector<std::string> folderList(std::string_view list);

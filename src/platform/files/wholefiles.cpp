@@ -1,11 +1,13 @@
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string_view>
 #include <system_error>
 
 #include <fcntl.h>
-#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/base/error.h"
@@ -33,29 +35,76 @@ int writeAll(int handle, std::string_view contents) {
     return 0;
 }
 
-void fill(int handle, const std::string& path, std::string_view contents) {
-    int error = writeAll(handle, contents);
-    // A full disk may be told as late as here.
-    if (::close(handle) != 0 && error == 0) {
-        error = errno;
-    }
-    if (error != 0) {
-        ::unlink(path.c_str());
-        raiseAccess(path, error);
+/// Where the name begins in a path.
+std::size_t nameIn(const std::string& path) {
+    const auto separator = path.rfind('/');
+    return separator == std::string::npos ? 0 : separator + 1;
+}
+
+/// A new file is for whom its folder lets in: its group in a folder that a group shares.
+void openToTheFolders(int handle, const std::string& path) {
+    struct stat folder {};
+    const std::string parent = path.substr(0, nameIn(path));
+    if (::stat(parent.empty() ? "." : parent.c_str(), &folder) == 0) {
+        ::fchmod(handle,
+                 folder.st_mode & (S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
     }
 }
 
-int openToWrite(const std::string& path, int flags) {
-    return ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0666);
-}
+/// A file that is written beside its place; gone with this unless it was put there.
+class Draft {
+public:
+    Draft(const std::string& target, std::string_view contents) : target_(target), path_(target) {
+        path_.insert(nameIn(path_), ".");
+        path_ += ".XXXXXX";
+        const int handle = ::mkostemp(path_.data(), O_CLOEXEC);
+        if (handle < 0) {
+            raiseAccess(target, errno);
+        }
+        fill(handle, contents);
+    }
+    ~Draft() { ::unlink(path_.c_str()); }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    void replace() const {
+        if (::rename(path_.c_str(), target_.c_str()) != 0) {
+            raiseAccess(target_, errno);
+        }
+    }
+    /// False where a file of that name is there.
+    [[nodiscard]] bool add() const {
+        if (::link(path_.c_str(), target_.c_str()) == 0) {
+            return true;
+        }
+        return errno == EEXIST ? false : (raiseAccess(target_, errno), false);
+    }
+
+private:
+    void fill(int handle, std::string_view contents) const {
+        openToTheFolders(handle, target_);
+        int error = writeAll(handle, contents);
+        // A full disk may be told as late as here.
+        if (::close(handle) != 0 && error == 0) {
+            error = errno;
+        }
+        if (error != 0) {
+            ::unlink(path_.c_str());
+            raiseAccess(target_, error);
+        }
+    }
+
+    std::string target_;
+    std::string path_;
+};
 
 }  // namespace
 
 std::string read(const std::string& path) {
-    if (!exists(path)) {
+    std::ifstream file(find(path), std::ios::binary);
+    if (!file.is_open() && !exists(path)) {
         throw base::RunTimeError(base::errors::FileNotFound, "File not found: " + path);
     }
-    std::ifstream file(find(path), std::ios::binary);
     std::string contents{std::istreambuf_iterator<char>(file), {}};
     if (!file) {
         raiseAccess(path, errno == 0 ? EIO : errno);
@@ -64,46 +113,38 @@ std::string read(const std::string& path) {
 }
 
 void write(const std::string& path, std::string_view contents) {
-    const std::string target = find(path);
-    const int handle = openToWrite(target, O_TRUNC);
-    if (handle < 0) {
-        raiseAccess(path, errno);
-    }
-    fill(handle, target, contents);
+    Draft(find(path), contents).replace();
 }
 
 bool writeNew(const std::string& path, std::string_view contents) {
-    if (exists(path)) {
-        return false;
-    }
-    const int handle = openToWrite(path, O_EXCL);
+    return !exists(path) && Draft(path, contents).add();
+}
+
+bool appendLine(const std::string& path, std::string line) {
+    std::ranges::replace_if(
+        line, [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    const std::string name = find(path);
+    const int handle =
+        ::open(name.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (handle < 0) {
-        return errno == EEXIST ? false : (raiseAccess(path, errno), false);
-    }
-    fill(handle, path, contents);
-    return true;
-}
-
-bool removeUnheld(const std::string& path) {
-    if (!exists(path)) {
         return false;
     }
-    const int handle = ::open(find(path).c_str(), O_RDONLY | O_CLOEXEC);
-    const bool held = handle >= 0 && ::flock(handle, LOCK_EX | LOCK_NB) != 0;
-    const bool removed = !held && remove(path);
-    if (handle >= 0) {
-        ::close(handle);
+    struct stat status {};
+    if (::fstat(handle, &status) == 0 && status.st_size == 0) {
+        openToTheFolders(handle, name);
     }
-    return removed;
+    const bool written = writeAll(handle, line + '\n') == 0;
+    return ::close(handle) == 0 && written;
 }
 
-Hold::Hold(const std::string& path) : handle_(::open(find(path).c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (handle_ < 0) {
-        throw base::RunTimeError(base::errors::FileNotFound, "File not found: " + path);
+std::optional<std::chrono::milliseconds> age(const std::string& path) {
+    struct stat status {};
+    if (::stat(find(path).c_str(), &status) != 0) {
+        return std::nullopt;
     }
-    ::flock(handle_, LOCK_SH | LOCK_NB);
+    using namespace std::chrono;
+    const auto written = seconds(status.st_mtim.tv_sec) + nanoseconds(status.st_mtim.tv_nsec);
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch() - written);
 }
-
-Hold::~Hold() { ::close(handle_); }
 
 }  // namespace files
