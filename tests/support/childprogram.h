@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <csignal>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +51,8 @@ public:
         }
         return false;
     }
+    /// Stops the program where it is, as one that hangs.
+    void hang() const { ::kill(static_cast<pid_t>(process_.processId()), SIGSTOP); }
     void kill() {
         process_.kill();
         process_.waitForFinished();

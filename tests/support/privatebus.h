@@ -14,6 +14,8 @@ public:
     [[nodiscard]] const std::string& address() const { return address_; }
     /// Ends the daemon now.
     void end() { daemon_.kill(); }
+    /// From now on it takes everything and answers nothing.
+    void hang() const { daemon_.hang(); }
 
 private:
     ChildProgram daemon_{"dbus-daemon", {"--session", "--nofork", "--print-address"}};

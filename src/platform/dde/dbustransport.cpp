@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <filesystem>
+#include <optional>
 #include <thread>
 
 #include <fmt/format.h>
@@ -24,47 +25,103 @@ constexpr Milliseconds Glance{2};  // between two looks whether the answer is th
     throw base::RunTimeError(number, text);
 }
 
-/// A connection of its own to the bus, so that a bus that went away is not remembered.
+[[noreturn]] void failForSilentBus(const std::string& service) {
+    fail(errors::NoBus,
+         fmt::format("{} cannot be reached: the session's message bus does not answer.", service));
+}
+
+bool isReply(const QDBusMessage& message) { return message.type() == QDBusMessage::ReplyMessage; }
+
+}  // namespace
+
+/// A connection of its own to the bus, so that a bus that went away is not remembered. It greets
+/// the bus itself: the library's own greeting waits for a bus that hangs.
 class Bus {
 public:
     explicit Bus(const std::string& address)
         : name_(QStringLiteral("vireo-dde-%1").arg(++count)),
-          connection_(QDBusConnection::connectToBus(QString::fromStdString(address), name_)) {}
-    ~Bus() { QDBusConnection::disconnectFromBus(name_); }
+          connection_(QDBusConnection::connectToPeer(QString::fromStdString(address), name_)) {
+        greeted_ = connection_.isConnected() &&
+                   isReply(call(question("Hello"), DBusTransport::BusTimeOut));
+    }
+    ~Bus() { QDBusConnection::disconnectFromPeer(name_); }
     Bus(const Bus&) = delete;
     Bus& operator=(const Bus&) = delete;
 
-    [[nodiscard]] bool isUp() const { return connection_.isConnected(); }
-    [[nodiscard]] const QDBusConnection& operator*() const { return connection_; }
+    [[nodiscard]] bool isUp() const { return greeted_ && connection_.isConnected(); }
+
+    [[nodiscard]] QDBusPendingCall ask(const QDBusMessage& message, Milliseconds timeOut) const {
+        return connection_.asyncCall(message, static_cast<int>(timeOut.count()));
+    }
 
     /// Waits for the reply while the forms repaint.
     [[nodiscard]] QDBusMessage call(const QDBusMessage& message, Milliseconds timeOut) const {
-        const auto pending = connection_.asyncCall(message, static_cast<int>(timeOut.count()));
-        while (!pending.isFinished()) {
-            std::this_thread::sleep_for(Glance);
-            base::ports().repaint();
+        const auto pending = ask(message, timeOut);
+        while (!isDoneWithin(pending, timeOut)) {
         }
         return pending.reply();
     }
 
-    [[nodiscard]] bool hasOwner(const QString& name, Milliseconds timeOut) const {
-        auto question = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-        question << name;
-        const QDBusMessage reply = call(question, timeOut);
-        return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
+    /// Waits so long at most; whether the reply is there.
+    [[nodiscard]] static bool isDoneWithin(const QDBusPendingCall& pending, Milliseconds time) {
+        const auto end = std::chrono::steady_clock::now() + time;
+        while (!pending.isFinished() && std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(Glance);
+            base::ports().repaint();
+        }
+        return pending.isFinished();
+    }
+
+    /// Whether the name has an owner; nothing where the bus does not answer.
+    [[nodiscard]] std::optional<bool> hasOwner(const std::string& service) {
+        asked_.reset();  // what it answers is older
+        return noted(call(ownerQuestion(service), DBusTransport::BusTimeOut));
+    }
+
+    /// The same as far as it is known by now, without waiting; asks anew.
+    [[nodiscard]] bool hadOwner(const std::string& service) {
+        if (asked_ && asked_->isFinished()) {
+            noted(asked_->reply());
+            asked_.reset();
+        }
+        if (!asked_) {
+            asked_ = ask(ownerQuestion(service), DBusTransport::TimeOut);
+        }
+        return owned_;
     }
 
 private:
+    static QDBusMessage question(const char* member) {
+        return QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QLatin1String(member));
+    }
+    static QDBusMessage ownerQuestion(const std::string& service) {
+        auto message = question("NameHasOwner");
+        message << QString::fromStdString(busName(service));
+        return message;
+    }
+    std::optional<bool> noted(const QDBusMessage& reply) {
+        if (!isReply(reply)) {
+            return std::nullopt;
+        }
+        owned_ = reply.arguments().value(0).toBool();
+        return owned_;
+    }
+
     static inline int count = 0;
     QString name_;
     QDBusConnection connection_;
+    bool greeted_ = false;
+    bool owned_ = false;  ///< what was last known
+    std::optional<QDBusPendingCall> asked_;
 };
+
+namespace {
 
 class DBusConversation : public Conversation {
 public:
-    DBusConversation(std::unique_ptr<Bus> bus, std::string service, std::string topic,
+    DBusConversation(std::shared_ptr<Bus> bus, std::string service, std::string topic,
                      Milliseconds timeOut)
         : bus_(std::move(bus)),
           service_(std::move(service)),
@@ -77,13 +134,21 @@ public:
                                                       QString(), QStringLiteral("Execute"));
         message.setAutoStartService(false);
         message << QString::fromStdString(command);
-        const QDBusMessage reply = bus_->call(message, timeOut_);
-        if (reply.type() == QDBusMessage::ErrorMessage) {
+        const auto pending = bus_->ask(message, timeOut_);
+        while (!Bus::isDoneWithin(pending, DBusTransport::BusTimeOut)) {
+            if (!bus_->hasOwner(service_)) {
+                failForHangingBus();
+            }
+        }
+        if (const auto reply = pending.reply(); reply.type() == QDBusMessage::ErrorMessage) {
             raiseFor(reply);
         }
     }
 
 private:
+    [[noreturn]] static void failForHangingBus() {
+        fail(errors::NoBus, "The session's message bus does not answer any more.");
+    }
     [[noreturn]] void raiseFor(const QDBusMessage& reply) const {
         const auto is = [&](const char* name) {
             return reply.errorName() ==
@@ -104,7 +169,11 @@ private:
 
     /// The bus says the same of a program that ended and of one that takes too long.
     [[noreturn]] void raiseForSilence() const {
-        if (!bus_->hasOwner(QString::fromStdString(busName(service_)), timeOut_)) {
+        const auto isThere = bus_->hasOwner(service_);
+        if (!isThere) {
+            failForHangingBus();
+        }
+        if (!*isThere) {
             fail(errors::ProgramEnded,
                  fmt::format("{} ended before it answered the request.", service_));
         }
@@ -112,7 +181,7 @@ private:
                                                  std::chrono::duration<double>(timeOut_).count()));
     }
 
-    std::unique_ptr<Bus> bus_;
+    std::shared_ptr<Bus> bus_;
     std::string service_;
     std::string topic_;
     Milliseconds timeOut_;
@@ -140,28 +209,42 @@ std::string sessionBusAddress() {
 DBusTransport::DBusTransport(std::string address, Milliseconds timeOut)
     : address_(std::move(address)), timeOut_(timeOut) {}
 
+DBusTransport::~DBusTransport() = default;
+
 std::unique_ptr<Conversation> DBusTransport::open(const std::string& service,
                                                   const std::string& topic) {
+    connect(service);
+    const auto isThere = bus_->hasOwner(service);
+    if (!isThere) {
+        failForSilentBus(service);
+    }
+    if (!*isThere) {
+        fail(errors::NobodyThere,
+             fmt::format("{} is not running.  Please start it and try again.", service));
+    }
+    return std::make_unique<DBusConversation>(bus_, service, topic, timeOut_);
+}
+
+void DBusTransport::connect(const std::string& service) {
+    if (bus_ && bus_->isUp()) {
+        return;
+    }
     const std::string address = address_.empty() ? sessionBusAddress() : address_;
     if (address.empty()) {
         fail(errors::NoBus, fmt::format("{} cannot be reached: this session has no message bus "
                                         "(DBUS_SESSION_BUS_ADDRESS is not set).",
                                         service));
     }
-    auto bus = std::make_unique<Bus>(address);
-    if (!bus->isUp()) {
-        fail(errors::NoBus,
-             fmt::format("{} cannot be reached: the session's message bus does not answer.",
-                         service));
+    bus_ = std::make_shared<Bus>(address);
+    if (!bus_->isUp()) {
+        failForSilentBus(service);
     }
-    if (!bus->hasOwner(QString::fromStdString(busName(service)), timeOut_)) {
-        fail(errors::NobodyThere,
-             fmt::format("{} is not running.  Please start it and try again.", service));
-    }
-    return std::make_unique<DBusConversation>(std::move(bus), service, topic, timeOut_);
 }
 
 bool DBusTransport::isThere(const std::string& service) {
+    if (bus_ && bus_->isUp()) {
+        return bus_->hadOwner(service);
+    }
     try {
         return open(service, {}) != nullptr;
     } catch (const base::RunTimeError&) {

@@ -39,7 +39,8 @@ public:
     /// NobodyThere.
     [[nodiscard]] virtual std::unique_ptr<Conversation> open(const std::string& service,
                                                              const std::string& topic) = 0;
-    /// Whether a program answers to that service now; false, too, where there is no bus.
+    /// Whether a program answers to that service; false, too, where there is no bus. Does not wait
+    /// once a conversation was opened: what was last known counts until the answer has come.
     [[nodiscard]] virtual bool isThere(const std::string& service) = 0;
 };
 
