@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -9,7 +10,6 @@
 #include <fmt/format.h>
 
 #include "platform/base/encoding.h"
-#include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/dbf/memoryfile.h"
@@ -42,18 +42,25 @@ std::string cellText(const Column& column, const Value& value) {
                : fmt::format("{:.{}f}", value.asNumber(), column.decimals);
 }
 
+bool isWritable(const Value& number, int width) {
+    return number.isNull() || (width <= MaxNumberWidth && std::isfinite(number.asNumber()));
+}
+
 /// The cells of a table as the file will hold them, and how wide each column must be.
 struct Cells {
-    explicit Cells(const Table& table) : widths(table.columns.size(), 1) {
+    explicit Cells(const Table& table) {
+        for (const Column& column : table.columns) {
+            widths.push_back(column.decimals + 2);
+        }
         for (const auto& row : table.rows) {
             auto& line = lines.emplace_back();
             for (std::size_t i = 0; i < table.columns.size(); ++i) {
                 line.push_back(cellText(table.columns[i], row[i]));
                 const int width = static_cast<int>(line.back().size());
-                if (table.columns[i].kind == Kind::Number && width > MaxNumberWidth) {
-                    base::raise(base::errors::Overflow);
+                if (table.columns[i].kind == Kind::Number && !isWritable(row[i], width)) {
+                    throw TooWide(lines.size() - 1, i, row[i].asText());
                 }
-                widths[i] = std::max({widths[i], width, table.columns[i].decimals + 2});
+                widths[i] = std::max(widths[i], width);
             }
         }
     }
@@ -159,6 +166,12 @@ Value cellOf(DBFInfo& file, const Column& column, int row, int field) {
 }
 
 }  // namespace
+
+TooWide::TooWide(std::size_t inRow, std::size_t inColumn, const std::string& number)
+    : base::RunTimeError(base::errors::Overflow, "Overflow: " + number),
+      row(inRow),
+      column(inColumn),
+      figure(number) {}
 
 std::string bytesOf(const Table& table) {
     const Cells cells(table);
