@@ -5,8 +5,14 @@
 /// Files that the program shares with the map program and the clean-up program.
 namespace startup {
 
-/// Adds one line to "log.txt" in the program folder. Raises nothing: where it cannot be written the
-/// line is lost, because a trace must not stop the work that it tells about.
+/// Who works here: the program's user, or the desktop's account where none was given, and the
+/// computer's name: "PLANNER on desk7".
+[[nodiscard]] std::string userAndComputer();
+
+/// Adds one line to "log.txt" in the program folder: the text, the time, the user and the computer,
+/// apart by tabs. From a megabyte on the file becomes "logOld.txt" and a new one begins. Raises
+/// nothing: where it cannot be written the line is lost, because a trace must not stop the work
+/// that it tells about.
 void logLine(const std::string& text);
 
 }  // namespace startup
