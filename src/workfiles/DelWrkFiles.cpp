@@ -15,6 +15,17 @@ constexpr auto Module = "DelWrkFiles";
 constexpr int TickMilliseconds = 1000;
 constexpr int TicksAtMost = 60;
 
+/// With no file of a run in use it is the list itself that stays.
+QString stillInUse(int held) {
+    return held == 0 ? DelWrkFiles::tr("The list of the runs is still in use. Trying again...")
+           : held == 1
+               ? DelWrkFiles::tr("1 file is still in use by the mapping software. Trying again...")
+               : DelWrkFiles::tr(
+                     "%1 files are still in use by the mapping software. "
+                     "Trying again...")
+                     .arg(held);
+}
+
 }  // namespace
 
 DelWrkFiles::DelWrkFiles()
@@ -58,11 +69,7 @@ void DelWrkFiles::Timer1_Timer() {
                          base::Now().text());
         startup::ShutDown(1);
     }
-    const int held = cleanUp_.heldFiles();
-    showFiles(
-        held == 1
-            ? tr("1 file is still in use by the mapping software. Trying again...")
-            : tr("%1 files are still in use by the mapping software. Trying again...").arg(held));
+    showFiles(stillInUse(cleanUp_.heldFiles()));
 }
 
 void DelWrkFiles::showFiles(const QString& status) {

@@ -43,6 +43,7 @@ void CleanUp::look() {
 }
 
 void CleanUp::deleteFiles() {
+    const auto alone = files_.lock();
     logWithTime("In DelWrkFiles - about to open runs.txt");
     readRuns([this](const std::string& line) { logWithTime(line); });
     forEachFile([this](RunFile& file, const std::string& path) {
@@ -59,6 +60,7 @@ void CleanUp::deleteFiles() {
 }
 
 bool CleanUp::retry() {
+    const auto alone = files_.lock();
     forEachFile([](RunFile& file, const std::string& path) {
         if (files::exists(path)) {
             file.state = files::removeUnheld(path) ? FileState::Deleted : FileState::Held;
@@ -66,11 +68,14 @@ bool CleanUp::retry() {
             file.state = FileState::Missing;
         }
     });
-    const std::string list = files_.path(runedit::workfile::Runs);
-    if (heldFiles() == 0) {
-        files::removeUnheld(list);
+    if (heldFiles() > 0) {
+        return false;
     }
-    return !files::exists(list);
+    return !isListStillThere() || files::removeUnheld(files_.path(runedit::workfile::Runs));
+}
+
+bool CleanUp::isListStillThere() const {
+    return files_.contentsOf(runedit::workfile::Runs) == list_;
 }
 
 int CleanUp::heldFiles() const {
@@ -80,9 +85,8 @@ int CleanUp::heldFiles() const {
 void CleanUp::readRuns(const LogLine& log) {
     runCount_ = 0;
     runFiles_.clear();
-    const std::string list = files_.path(runedit::workfile::Runs);
-    const std::string text = files::exists(list) ? files::read(list) : "";
-    for (const std::string_view line : runedit::linesOf(text)) {
+    list_ = files_.contentsOf(runedit::workfile::Runs).value_or("");
+    for (const std::string_view line : runedit::linesOf(list_)) {
         const std::string run(runedit::runOfLine(line));
         runs_[runCount_++] = run;
         log("In DelWrkFiles - Just read a line in Runs.txt ging the RunID of:" + run);

@@ -39,8 +39,10 @@ public:
     void look();
     /// Reads the request list, deletes the files of its runs and logs each.
     void deleteFiles();
-    /// Tries again, silently. Where no file is held any more the request list goes, too; true when
-    /// it is gone or never was there.
+    /// Tries again, silently. Where no file is held any more the request list goes, too, unless it
+    /// is another hand-over's by now; true when there is nothing left to do. Raises, as
+    /// deleteFiles() does, "Path/File access error" (75) where another program's hand-over does not
+    /// end.
     bool retry();
 
     /// The files of the runs read, in the order of the list.
@@ -51,6 +53,7 @@ private:
     static constexpr int LastRun = 15;
 
     void readRuns(const LogLine& log);
+    [[nodiscard]] bool isListStillThere() const;
     void forEachFile(const std::function<void(RunFile&, const std::string& path)>& task);
     void logWithTime(const std::string& text) const;
 
@@ -59,6 +62,7 @@ private:
     base::BoundedArray<std::string, 0, LastRun> runs_;
     int runCount_ = 0;
     std::vector<RunFile> runFiles_;
+    std::string list_;  ///< the request list as it was read
 };
 
 /// The files as a list with the columns run, file and state.

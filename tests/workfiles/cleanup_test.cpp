@@ -78,9 +78,22 @@ TEST_F(CleanUpTest, AHeldFileKeepsTheListUntilItIsFree) {
         EXPECT_FALSE(cleanUp.retry());
         EXPECT_THAT(left(), ElementsAre("R1.dbf", "Runs.txt"));
     }
+    {
+        const files::Hold list(folder.path() + "prog/Runs.txt");
+        EXPECT_FALSE(cleanUp.retry());
+        EXPECT_EQ(cleanUp.heldFiles(), 0);
+    }
     EXPECT_TRUE(cleanUp.retry());
     EXPECT_THAT(left(), IsEmpty());
     EXPECT_THAT(log, IsEmpty());
+}
+
+TEST_F(CleanUpTest, ARequestThatCameMeanwhileStays) {
+    write("Runs.txt", "R1|Run\n");
+    cleanUp.deleteFiles();
+    write("Runs.txt", "R2|Run\n");
+    EXPECT_TRUE(cleanUp.retry());
+    EXPECT_THAT(left(), ElementsAre("Runs.txt"));
 }
 
 TEST_F(CleanUpTest, WithoutAListNothingIsDeleted) {
