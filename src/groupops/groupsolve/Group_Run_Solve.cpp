@@ -71,7 +71,10 @@ Group_Run_Solve::Group_Run_Solve(RunSelection& selection, forms::Form* owner)
     on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &Group_Run_Solve::CloseIt_Click);
     on(&answer_, &runedit::MapAnswer::status, "MapAnswer_Status",
        [this](const QString& text) { ui_->StatMsg->setText(text); });
-    on(&answer_, &runedit::MapAnswer::reload, "MapAnswer_Reload", [this] { received_ = true; });
+    on(&answer_, &runedit::MapAnswer::reload, "MapAnswer_Reload",
+       [this] { reply_ = MapReply::Received; });
+    on(&answer_, &runedit::MapAnswer::gone, "MapAnswer_Gone",
+       [this] { reply_ = MapReply::RunGone; });
 }
 
 Group_Run_Solve::~Group_Run_Solve() = default;
@@ -200,12 +203,12 @@ bool Group_Run_Solve::waitForCleanUp(std::size_t runs) {
 }
 
 void Group_Run_Solve::send(const std::string& run) {
-    received_ = false;
+    reply_ = MapReply::MapEnded;
     runedit::sendRunToMap(run, MapScreen::GroupRunSolve);
 }
 
 MapReply Group_Run_Solve::awaitReply(const std::string& run) {
-    answer_.start();
+    answer_.start(run);
     for (int waited = 0; answer_.isWaiting(); waited += LookMs) {
         const bool tooLong = waited > 0 && waited % AnswerLimitMs == 0;
         if (stops_ > 1 || (tooLong && !goOnWaiting(run))) {
@@ -214,7 +217,7 @@ MapReply Group_Run_Solve::awaitReply(const std::string& run) {
         }
         forms::pause(LookMs);
     }
-    return received_ ? MapReply::Received : MapReply::MapEnded;
+    return reply_;
 }
 
 bool Group_Run_Solve::goOnWaiting(const std::string& run) const {

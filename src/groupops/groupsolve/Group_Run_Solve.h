@@ -54,9 +54,9 @@ private:
 
     RunSelection& selection_;
     std::unique_ptr<Ui::Group_Run_Solve> ui_;
-    runedit::MapAnswer answer_;  ///< the form's two timers
-    bool received_ = false;
-    int stops_ = 0;  ///< how often Stop was pressed
+    runedit::MapAnswer answer_;            ///< the form's two timers
+    MapReply reply_ = MapReply::MapEnded;  ///< to the run that was sent last
+    int stops_ = 0;                        ///< how often Stop was pressed
     std::set<std::string> solved_;
 };
 

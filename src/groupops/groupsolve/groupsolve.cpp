@@ -110,6 +110,9 @@ private:
             case MapReply::Received:
                 run.state = SolveState::Solved;
                 break;
+            case MapReply::RunGone:
+                run.state = SolveState::Gone;
+                break;
             case MapReply::MapEnded:
                 outcome_.fault = MapHasEnded;
                 break;

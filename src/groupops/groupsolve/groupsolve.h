@@ -12,6 +12,7 @@ namespace groupops {
 /// How the wait for the map program's answer to a run has ended.
 enum class MapReply {
     Received,
+    RunGone,     ///< the run was deleted while the map program had it
     MapEnded,    ///< the map program has ended without an answer
     NotAwaited,  ///< the planner did not want to wait any longer
 };

@@ -88,6 +88,7 @@ bool Run::Check_Run_LateBellTime(base::Date bell) {
 
 void Run::MapIt_Click() {
     if (mapFilesLeft(run())) {
+        markToBeResolved(run());
         if (base::MsgBox(MapBusyQuestion, MapBusyTitle, MsgIcon::Question, MsgButtons::YesNo) ==
             MsgAnswer::Yes) {
             showStatus(deleteMapFiles(run()) ? MapFilesDeletedText : MapFilesHeldText);
@@ -113,16 +114,18 @@ void Run::sendToMap() {
     std::string failure;
     try {
         const Operation operation(*this);
+        showStatus(MapHandingOverText);
         sendRunToMap(run(), MapScreen::Run);
     } catch (const std::exception& error) {
         if (startup::lockedElsewhere()) {
             throw;
         }
-        failure = error.what();
+        failure = handOverFailedText(error);
     }
     if (failure.empty()) {
-        answer_.start();
+        answer_.start(run());
     } else {
+        showStatus("");
         base::MsgBox(failure, MapFailedTitle, MsgIcon::Exclamation);
     }
 }

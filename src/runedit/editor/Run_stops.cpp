@@ -49,7 +49,7 @@ stops::EditedRun Run::runOfStops() const {
 void Run::AddStops_Click() {
     auto& form = forms::FormRegistry::instance().make<stops::Add_Remove_Stops>(this);
     form.edit(run());
-    form.whenSent([this] { answer_.start(); });
+    form.whenSent([this] { answer_.start(run()); });
     form.showForm();
 }
 

@@ -22,7 +22,11 @@ std::string startEndSql(const MapRun& run, double seats, std::string_view update
 
 void Set_StartorEnd(ado::Connection& connection, const MapRun& run, double seats,
                     std::string_view updateMap) {
-    connection.Execute(startEndSql(run, seats, updateMap));
+    const std::string sql = startEndSql(run, seats, updateMap);
+    if (connection.Execute(sql) == 0) {
+        connection.Execute("INSERT INTO StartEnd (StartorEnd) VALUES (' ')");
+        connection.Execute(sql);
+    }
 }
 
 }  // namespace runedit

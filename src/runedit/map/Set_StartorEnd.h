@@ -11,7 +11,7 @@ namespace runedit {
 /// times of day; `updateMap` is "YES" or "NO".
 [[nodiscard]] std::string startEndSql(const MapRun& run, double seats, std::string_view updateMap);
 
-/// Writes the hand-off record.
+/// Writes the hand-off record, and makes its row where there is none.
 void Set_StartorEnd(ado::Connection& connection, const MapRun& run, double seats,
                     std::string_view updateMap);
 

@@ -1,78 +1,124 @@
 #include "runedit/map/handover.h"
 
-#include <array>
+#include <functional>
 #include <optional>
+#include <thread>
 
+#include "platform/ado/recordset.h"
+#include "platform/base/ports.h"
 #include "platform/base/text.h"
-#include "platform/files/files.h"
 #include "runedit/map/Set_StartorEnd.h"
 #include "runedit/map/maprequest.h"
 #include "runedit/map/requestline.h"
+#include "runedit/map/runanswer.h"
 #include "runedit/map/stopexport.h"
 
 namespace runedit {
 
 namespace {
 
-/// The request lists as they were; put back unless the hand-over is kept.
-class RequestListsBefore {
+using std::chrono::milliseconds;
+
+/// An answer is looked for every second; it is left to its reader for longer than that.
+constexpr milliseconds TimeToRead{1500};
+constexpr milliseconds Glance{20};
+
+/// Takes back what a hand-over has done, the last first, unless it is kept.
+class WayBack {
 public:
-    explicit RequestListsBefore(const WorkFiles& files) : files_(files) {
-        for (std::size_t i = 0; i < Names.size(); ++i) {
-            const std::string file = files.path(Names[i]);
-            contents_[i] = files::exists(file) ? std::optional(files::read(file)) : std::nullopt;
-        }
-    }
-    RequestListsBefore(const RequestListsBefore&) = delete;
-    RequestListsBefore& operator=(const RequestListsBefore&) = delete;
-    ~RequestListsBefore() {
-        for (std::size_t i = 0; !kept_ && i < Names.size(); ++i) {
-            putBack(files_.path(Names[i]), contents_[i]);
-        }
-    }
-    void keep() { kept_ = true; }
-
-private:
-    static constexpr std::array Names{workfile::Runs, workfile::RunsOld, workfile::RunsOrg};
-
-    static void putBack(const std::string& file, const std::optional<std::string>& contents) {
-        try {
-            if (contents) {
-                files::write(file, *contents);
-            } else {
-                files::remove(file);
+    WayBack() = default;
+    ~WayBack() {
+        for (; !steps_.empty(); steps_.pop_back()) {
+            try {
+                steps_.back()();
+            } catch (const std::exception&) {
+                // The first fault is the one to tell.
             }
-        } catch (const base::RunTimeError&) {
-            // The first fault is the one to tell.
         }
     }
-
-    const WorkFiles& files_;
-    std::array<std::optional<std::string>, Names.size()> contents_;
-    bool kept_ = false;
-};
-
-/// The run's stop export, made by this program and by no other; deleted unless it is kept.
-class StopExportFile {
-public:
-    StopExportFile(std::string path, const std::string& contents) : path_(std::move(path)) {
-        if (!files::writeNew(path_, contents)) {
-            throw StillProcessing();
-        }
-    }
-    StopExportFile(const StopExportFile&) = delete;
-    StopExportFile& operator=(const StopExportFile&) = delete;
-    ~StopExportFile() {
-        if (!kept_) {
-            files::remove(path_);
-        }
-    }
-    void keep() { kept_ = true; }
+    WayBack(const WayBack&) = delete;
+    WayBack& operator=(const WayBack&) = delete;
+    void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
+    void forget() { steps_.clear(); }
 
 private:
-    std::string path_;
-    bool kept_ = false;
+    std::vector<std::function<void()>> steps_;
 };
+
+/// The run's stop export, made by this program and by no other.
+void exportStops(const HandOver& of, WayBack& back) {
+    const std::string file = of.files.stopExport(of.run.run);
+    if (!files::writeNew(file, stopExportFile(of.routing, of.run.run))) {
+        throw StillProcessing();
+    }
+    back.add([file] { files::remove(file); });
+}
+
+/// The next answer will be this run's. The one before it may be another run's, written a moment
+/// ago.
+void clearAnswer(const HandOver& of, WayBack& back) {
+    const auto end = std::chrono::steady_clock::now() + TimeToRead;
+    const std::string file = of.files.path(workfile::RunDone);
+    while (lookForAnswer(of.run.run, of.files, of.routing) == RunAnswer::ForAnotherRun &&
+           files::age(file).value_or(TimeToRead) < TimeToRead &&
+           std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(Glance);
+        base::ports().repaint();
+    }
+    if (const auto before = of.files.contentsOf(workfile::RunDone)) {
+        of.files.clear(workfile::RunDone);
+        back.add([file, before] { (void)files::writeNew(file, *before); });
+    }
+}
+
+constexpr auto RecordSql = "SELECT StartEnd.* FROM StartEnd";
+
+/// Puts the hand-off record back, unless another program folder's hand-over has come since.
+void putRecordBack(const HandOver& of, const std::vector<base::Value>& before) {
+    ado::Recordset row;
+    row.Open(RecordSql, of.routing, ado::CursorType::Dynamic);
+    if (row.Eof() || !base::equalsNoCase(base::trim(row["Run"].textView()), of.run.run)) {
+        return;
+    }
+    if (before.empty()) {
+        row.Delete();
+        return;
+    }
+    for (int i = 0; i < row.fieldCount(); ++i) {
+        row.Fields(i).Value(before[static_cast<std::size_t>(i)]);
+    }
+    row.Update();
+}
+
+void writeRecord(const HandOver& of, WayBack& back) {
+    std::vector<base::Value> before;
+    {
+        ado::Recordset row;
+        row.Open(RecordSql, of.routing);
+        for (int i = 0; !row.Eof() && i < row.fieldCount(); ++i) {
+            before.push_back(row.Fields(i).Value());
+        }
+    }
+    back.add([&of, before] { putRecordBack(of, before); });
+    Set_StartorEnd(of.routing, of.run, of.seats, "YES");
+}
+
+void putListBack(const std::string& file, const std::optional<std::string>& before) {
+    if (before) {
+        files::write(file, *before);
+    } else {
+        files::remove(file);
+    }
+}
+
+void writeRequest(const HandOver& of, WayBack& back) {
+    for (const auto* name : {workfile::Runs, workfile::RunsOld, workfile::RunsOrg}) {
+        const std::string file = of.files.path(name);
+        back.add([file, before = of.files.contentsOf(name)] { putListBack(file, before); });
+    }
+    writeRequestList(of.files, {lineText(requestFor(of.run, screenWord(of.screen), of.seats))});
+    files::copy(of.files.path(workfile::Runs), of.files.path(workfile::RunsOrg));
+}
 
 void sendRequests(dde::Conversation& map, const HandOver& of) {
     const std::string& run = of.run.run;
@@ -109,16 +155,14 @@ void handOver(const HandOver& of) {
         throw StillProcessing();
     }
     const auto map = of.transport.open(MapService, MapTopic);
-    StopExportFile stops(of.files.stopExport(of.run.run),
-                         dbf::bytesOf(readStopExport(of.routing, of.run.run)));
-    RequestListsBefore lists(of.files);
-    of.files.clear(workfile::RunDone);
-    Set_StartorEnd(of.routing, of.run, of.seats, "YES");
-    writeRequestList(of.files, {lineText(requestFor(of.run, screenWord(of.screen), of.seats))});
-    files::copy(of.files.path(workfile::Runs), of.files.path(workfile::RunsOrg));
+    const auto alone = of.files.lock();
+    WayBack back;
+    exportStops(of, back);
+    clearAnswer(of, back);
+    writeRecord(of, back);
+    writeRequest(of, back);
     sendRequests(*map, of);
-    lists.keep();
-    stops.keep();
+    back.forget();
 }
 
 void writeRequestList(const WorkFiles& files, const std::vector<std::string>& lines) {

@@ -35,11 +35,13 @@ struct HandOver {
 /// The word that names a screen in the request list.
 [[nodiscard]] std::string_view screenWord(MapScreen screen);
 
-/// Hands the run over: its work files, the hand-off record and the requests. The stop export is the
-/// mark by which only one of several programs gets to hand over the same run. Where anything fails,
-/// the work files are again what they were before.
+/// Hands the run over: its work files, the hand-off record and the requests, so that the map
+/// program finds in them what it is asked for: of all programs on one program folder one hands over
+/// at a time. The stop export is the mark by which only one of them gets to hand over the same run.
+/// Where anything fails, work files, answer and record are again what they were before.
 ///
-/// Raises StillProcessing, dde::errors, "Path/File access error" (75), store::StoreError.
+/// Raises StillProcessing, dde::errors, "Overflow" (6) for a figure that no map takes, "Path/File
+/// access error" (75) also where another program's hand-over does not end, store::StoreError.
 void handOver(const HandOver& handOver);
 
 /// Writes a request list for several runs at once; the one before it becomes the old one.

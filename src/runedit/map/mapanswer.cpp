@@ -1,9 +1,9 @@
 #include "runedit/map/mapanswer.h"
 
+#include "data/runs/runrow.h"
 #include "platform/dde/transport.h"
-#include "platform/files/files.h"
 #include "platform/forms/application.h"
-#include "runedit/map/workfiles.h"
+#include "runedit/map/runanswer.h"
 #include "startup/base/mdlFileUtilities.h"
 #include "startup/base/session.h"
 #include "startup/base/trap.h"
@@ -16,7 +16,9 @@ using startup::logLine;
 
 constexpr int Second = 1000;
 constexpr int SecondsToSettle = 10;
-constexpr int LooksPerCall = 5;  // after so many looks, ask whether the map program still runs
+constexpr int LooksPerCall = 5;     // after so many looks, ask whether the map program still runs
+constexpr int LooksOnceFree = 60;   // a minute
+constexpr int LooksUntilHeld = 10;  // an answer whose run is held longer is told of
 
 const auto Waiting = QStringLiteral("Waiting for updated information from mapping software.");
 const auto CountDown = QStringLiteral("Processing Map Results...%1 seconds remaining");
@@ -24,6 +26,9 @@ const auto NotSaved = QStringLiteral("Run Not Saved.");
 const auto Received = QStringLiteral("Information Received from Mapping Software.");
 const auto Ended =
     QStringLiteral("The mapping software has ended without an answer. Go to the map again.");
+const auto StillHeld = QStringLiteral(
+    "The mapping software has answered, but still holds the run's files. Waiting...");
+const auto Gone = QStringLiteral("The run was deleted while it was with the mapping software.");
 
 /// The form that the procedures belong to.
 const char* moduleOf(MapScreen screen) {
@@ -38,8 +43,8 @@ const char* moduleOf(MapScreen screen) {
     return "Run";
 }
 
-bool answerIsThere() {
-    return files::exists(WorkFiles(startup::gProgPath).path(workfile::RunDone));
+RunAnswer answerTo(const std::string& run) {
+    return lookForAnswer(run, WorkFiles(startup::gProgPath), *startup::gcnRouting);
 }
 
 }  // namespace
@@ -52,8 +57,9 @@ MapAnswer::MapAnswer(MapScreen screen, QObject* parent) : QObject(parent), scree
     forms::on(&Timer2, &forms::Timer::tick, this, [this] { Timer2_Timer(); });
 }
 
-void MapAnswer::start() {
+void MapAnswer::start(const std::string& run) {
     stop();
+    run_ = run;
     waiting_ = true;
     emit status(Waiting);
     Timer1.setEnabled(true);
@@ -61,6 +67,8 @@ void MapAnswer::start() {
 
 void MapAnswer::stop() {
     waiting_ = false;
+    answered_ = false;
+    wasHeld_ = false;
     secondsLeft_ = 0;
     looks_ = 0;
     Timer1.setEnabled(false);
@@ -77,16 +85,49 @@ void MapAnswer::Timer1_Timer() {
 }
 
 void MapAnswer::poll() {
-    if (answerIsThere()) {
-        logLine(
-            "In Tarn, in Timer1 Rundone.txt found so Timer1 code will continue after 10 second "
-            "pause. ");
-        secondsLeft_ = SecondsToSettle;
-        emit status(CountDown.arg(secondsLeft_));
-    } else if (++looks_ % LooksPerCall == 0 && !dde::transport().isThere("ArcView") &&
-               !answerIsThere()) {
+    const bool held = mapFilesLeft(run_);
+    const auto answer = answerTo(run_);
+    const bool answered = answered_ || answer == RunAnswer::ForThisRun;
+    const bool same = held == wasHeld_ && answered == answered_;
+    looks_ = same ? looks_ + 1 : 1;
+    wasHeld_ = held;
+    answered_ = answered;
+    if (held) {
+        lookWhileHeld();
+    } else if (answered_ || answer == RunAnswer::Unnamed) {
+        takeAnswer();
+    } else {
+        lookOnceFree();
+    }
+}
+
+/// A map program that has ended holds nothing any more.
+void MapAnswer::lookWhileHeld() {
+    if (mapHasEnded()) {
+        answered_ ? takeAnswer() : giveUp();
+    } else if (answered_ && looks_ == LooksUntilHeld) {
+        emit status(StillHeld);
+    }
+}
+
+void MapAnswer::lookOnceFree() {
+    if (looks_ >= LooksOnceFree || mapHasEnded()) {
         giveUp();
     }
+}
+
+/// The answer may have come while the map program was asked for.
+bool MapAnswer::mapHasEnded() const {
+    return looks_ % LooksPerCall == 0 && !dde::transport().isThere("ArcView") &&
+           (answered_ || answerTo(run_) != RunAnswer::ForThisRun);
+}
+
+void MapAnswer::takeAnswer() {
+    logLine(
+        "In Tarn, in Timer1 Rundone.txt found so Timer1 code will continue after 10 second "
+        "pause. ");
+    secondsLeft_ = SecondsToSettle;
+    emit status(CountDown.arg(secondsLeft_));
 }
 
 void MapAnswer::countDown() {
@@ -102,11 +143,22 @@ void MapAnswer::countDown() {
 
 void MapAnswer::giveUp() {
     stop();
+    markToBeResolved(run_);
     emit status(Ended);
+}
+
+void MapAnswer::tellGone() {
+    stop();
+    emit status(Gone);
+    emit gone();
 }
 
 void MapAnswer::Timer2_Timer() {
     guarded("Timer2_Timer", [this] {
+        if (!data::runExists(*startup::gcnRouting, run_)) {
+            tellGone();
+            return;
+        }
         waiting_ = false;
         logLine("In Tarn, in Timer2 about to do Command1_Click ");
         emit reload();

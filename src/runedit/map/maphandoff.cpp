@@ -1,12 +1,15 @@
 #include "runedit/map/maphandoff.h"
 
+#include <fmt/format.h>
+
 #include "data/lookups/mdlGetItems.h"
-#include "platform/base/ports.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 #include "runedit/map/handover.h"
 #include "runedit/map/requestline.h"
 #include "startup/base/mdlGetMapSoftware.h"
 #include "startup/base/session.h"
+#include "startup/base/trap.h"
 
 namespace runedit {
 
@@ -56,7 +59,15 @@ bool mapExchangeOn() { return startup::gMapSoftware == startup::ArcView; }
 
 bool mapFilesLeft(const std::string& run) { return sessionFiles().isRunAtWork(run); }
 
-bool deleteMapFiles(const std::string& run) { return sessionFiles().deleteRun(run); }
+bool deleteMapFiles(const std::string& run) {
+    const auto files = sessionFiles();
+    try {
+        const auto alone = files.lock();
+        return files.deleteRun(run);
+    } catch (const base::RunTimeError&) {
+        return false;
+    }
+}
 
 void sendRunToMap(const std::string& run, MapScreen screen) {
     if (!mapExchangeOn()) {
@@ -72,10 +83,37 @@ void sendRunToMap(const std::string& run, MapScreen screen) {
                   .seats = seatsOf(told),
                   .closedStreets = districtClosedStreets()});
     } catch (const StillProcessing&) {
+        markToBeResolved(run);
         throw;
     } catch (const std::exception&) {
         recordFault(screen);
+        if (!startup::lockedElsewhere()) {
+            markToBeResolved(run);
+        }
         throw;
+    }
+}
+
+std::string handOverFailedText(const std::exception& fault) {
+    const auto* numbered = dynamic_cast<const base::RunTimeError*>(&fault);
+    const bool isGone =
+        numbered != nullptr && numbered->number() == base::errors::InvalidProcedureCall;
+    return isGone ? fault.what()
+                  : fmt::format(
+                        "{}\n\nThe run is saved, and marked to be resolved on the map.  Once "
+                        "that is mended, send it with Map It or Group Solve.",
+                        fault.what());
+}
+
+void markToBeResolved(const std::string& run) {
+    if (!mapExchangeOn()) {
+        return;
+    }
+    try {
+        startup::gcnRouting->Execute("UPDATE RUN SET RUN.REGENERATE = True WHERE RUN.RUN='" +
+                                     ado::escaped(base::trim(run)) + "'");
+    } catch (const base::RunTimeError&) {
+        // Why the run could not go is the one to tell.
     }
 }
 
@@ -97,6 +135,7 @@ std::vector<UnlistedRun> listRunsForMap(const std::vector<std::string>& runs, Ma
             unlisted.push_back({run, fault});
         }
     }
+    const auto alone = files.lock();
     writeRequestList(files, lines);
     return unlisted;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,8 @@ inline constexpr auto MapStillProcessingText =
 /// What the status label says where there is no exchange.
 inline constexpr auto MapExchangeOffText =
     "The exchange with the mapping software is turned off (MAPSoftware in route.ini).";
+/// What it says until the map program has taken the request.
+inline constexpr auto MapHandingOverText = "Handing the run to the mapping software...";
 /// What it says once the files of a run were deleted, and where some are still held.
 inline constexpr auto MapFilesDeletedText =
     "The work files were removed. You can work with the map again.";
@@ -48,11 +51,18 @@ inline constexpr auto MapFilesHeldText =
 bool deleteMapFiles(const std::string& run);
 
 /// Hands a saved run to the map program, waiting until it took the request; forms repaint
-/// meanwhile. Does nothing without an exchange. Where anything fails its work files are removed
-/// again, and the error handler logs it without a message: the form tells the user and goes on.
-/// Raises StillProcessing (handover.h; not logged), dde::errors (nobody there, no answer in time,
-/// ...), "Path/File access error" (75), store::StoreError.
+/// meanwhile. Does nothing without an exchange. Where anything fails everything is as before but
+/// that the run is marked to be resolved, and the error handler logs it without a message: the form
+/// tells the user and goes on. Raises StillProcessing (handover.h; not logged), dde::errors (nobody
+/// there, no answer in time, ...), and what else handOver() raises.
 void sendRunToMap(const std::string& run, MapScreen screen);
+
+/// What the planner is told of such a failure: why, and how the run gets to the map all the same.
+[[nodiscard]] std::string handOverFailedText(const std::exception& fault);
+
+/// Marks a run that could not go to the map, so that the search for runs to be resolved finds it.
+/// Does nothing without an exchange; a run or a file that cannot be written now is passed over.
+void markToBeResolved(const std::string& run);
 
 /// Raises one of dde::errors where no map program can be reached now.
 void requireMapProgram();

@@ -6,6 +6,7 @@
 
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
+#include "platform/base/error.h"
 
 namespace runedit {
 
@@ -54,6 +55,19 @@ dbf::Table readStopExport(ado::Connection& connection, const std::string& run) {
         }
     }
     return table;
+}
+
+std::string stopExportFile(ado::Connection& connection, const std::string& run) {
+    const auto table = readStopExport(connection, run);
+    try {
+        return dbf::bytesOf(table);
+    } catch (const dbf::TooWide& wide) {
+        throw base::RunTimeError(
+            base::errors::Overflow,
+            fmt::format(
+                "The stop {} has {} in {}, which no map can take.  Please correct the stop.",
+                table.rows[wide.row].front().asText(), wide.figure, Columns[wide.column].name));
+    }
 }
 
 }  // namespace runedit

@@ -13,4 +13,8 @@ namespace runedit {
 /// The stops of a run as the table that the map program reads.
 [[nodiscard]] dbf::Table readStopExport(ado::Connection& connection, const std::string& run);
 
+/// The bytes of that table's file. Raises "Overflow" (6), naming the stop, for a position or
+/// another figure that cannot be.
+[[nodiscard]] std::string stopExportFile(ado::Connection& connection, const std::string& run);
+
 }  // namespace runedit

@@ -4,11 +4,25 @@
 
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "platform/files/files.h"
 
 namespace runedit {
 
 WorkFiles::WorkFiles(std::string_view programFolder) : folder_(base::trim(programFolder)) {}
+
+files::FolderLock WorkFiles::lock() const {
+    return files::FolderLock(folder_, std::chrono::seconds(10));
+}
+
+std::optional<std::string> WorkFiles::contentsOf(std::string_view name) const {
+    try {
+        return files::read(path(name));
+    } catch (const base::RunTimeError& error) {
+        if (error.number() == base::errors::FileNotFound) {
+            return std::nullopt;
+        }
+        throw;
+    }
+}
 
 std::string WorkFiles::ofRun(std::string_view run, std::string_view ending) const {
     if (!canNameFiles(run)) {

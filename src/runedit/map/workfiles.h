@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/files/files.h"
 
 /// The files in the program folder by which this program, the map program and the clean-up program
 /// tell each other what is under way.
@@ -30,6 +33,11 @@ public:
     [[nodiscard]] std::string path(std::string_view name) const {
         return folder_ + std::string(name);
     }
+    /// One program at a time hands a run over or removes work files. Raises "Path/File
+    /// access error" (75) where another one does not come to its end within ten seconds.
+    [[nodiscard]] files::FolderLock lock() const;
+    /// Nothing where there is no such file. Raises "Path/File access error" (75).
+    [[nodiscard]] std::optional<std::string> contentsOf(std::string_view name) const;
     /// One of a run's files by its ending. Raises "Path/File access error" (75) for a run whose id
     /// would lead out of the folder.
     [[nodiscard]] std::string ofRun(std::string_view run, std::string_view ending) const;

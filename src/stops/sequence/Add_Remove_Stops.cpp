@@ -274,22 +274,21 @@ void Add_Remove_Stops::handToMap() {
         return;
     }
     if (runedit::mapFilesLeft(run_.run)) {
+        runedit::markToBeResolved(run_.run);
         base::MsgBox(runedit::MapStillProcessingText, runedit::MapStillProcessingTitle,
                      base::MsgIcon::Information);
         return;
     }
     const Operation waiting(*this);
-    ui_->Status->setText(tr("Handing the run to the mapping software..."));
+    ui_->Status->setText(toQt(runedit::MapHandingOverText));
     try {
         runedit::sendRunToMap(run_.run, runedit::MapScreen::AddRun);
     } catch (const std::exception& fault) {
         if (startup::lockedElsewhere()) {
             throw;
         }
-        base::MsgBox(fmt::format("The run could not be handed to the mapping software: {}\n\nIts "
-                                 "stops are saved.  To have it solved again, open Add / Remove "
-                                 "Stops for it and leave it when the mapping software is running.",
-                                 fault.what()),
+        base::MsgBox("The run could not be handed to the mapping software: " +
+                         runedit::handOverFailedText(fault),
                      NotHandedTitle, base::MsgIcon::Exclamation);
         return;
     }

@@ -73,7 +73,7 @@ protected:
 
 TEST_F(GroupSolveForm, SendsEachRunWhenTheAnswerToTheOneBeforeIsThere) {
     write("runs.txt", "before\n");
-    write("RunDone.txt", "of another run");
+    write("RunDone.txt", "102-AM");
     session.processes.running = {"DelWrkFiles.exe"};
     later([this] {
         EXPECT_THAT(runedit::linesOf(file("Runs.txt")),
@@ -121,11 +121,10 @@ TEST_F(GroupSolveForm, ARunWithAFaultOfItsOwnIsLeftOut) {
     ASSERT_THAT(session.boxes.shown, SizeIs(2));
     EXPECT_EQ(session.boxes.shown[0].title, runedit::MapStillProcessingTitle);
     EXPECT_EQ(session.boxes.shown[0].text, runedit::MapStillProcessingText);
-    EXPECT_THAT(
-        session.boxes.shown[1].text,
-        AllOf(StartsWith("0 of 5 runs solved."), HasSubstr("not finished with them: 101-AM."),
-              HasSubstr("meanwhile: gone."), HasSubstr("files cannot be named after it"),
-              HasSubstr("201-PM (ArcView")));
+    EXPECT_THAT(session.boxes.shown[1].text,
+                AllOf(StartsWith("0 of 5 runs solved."),
+                      HasSubstr("not finished with them: 101-AM."), HasSubstr("meanwhile: gone."),
+                      HasSubstr("files cannot be named after it"), HasSubstr("201-PM (ArcView")));
     EXPECT_EQ(session.processes.started.back(), program("Process_RunWork.exe"));
     EXPECT_FALSE(isShown("LeaveOutSolved"));
 

@@ -31,17 +31,6 @@ public:
     std::vector<std::string> taken;
     std::function<void()> whenTaken = [] {};
 
-    /// Takes everything and keeps nothing, for several threads.
-    struct Silent : dde::Transport {
-        struct Talk : dde::Conversation {
-            void Execute(const std::string&) override {}
-        };
-        std::unique_ptr<dde::Conversation> open(const std::string&, const std::string&) override {
-            return std::make_unique<Talk>();
-        }
-        bool isThere(const std::string&) override { return true; }
-    };
-
 private:
     struct Talk : dde::Conversation {
         Talk(FakeMap& owner, std::string to) : map(owner), prefix(std::move(to)) {}

@@ -1,5 +1,6 @@
 #include "runedit/map/handover.h"
 
+#include <array>
 #include <atomic>
 #include <csignal>
 #include <thread>
@@ -10,6 +11,7 @@
 
 #include "fakemap.h"
 #include "mapsession.h"
+#include "platform/base/value.h"
 #include "platform/dbf/tablefile.h"
 #include "runedit/map/requestline.h"
 #include "startup/base/mdlDBConnection.h"
@@ -114,20 +116,48 @@ TEST_F(HandOverTest, WithoutAnExchangeNothingIsDone) {
     EXPECT_THAT(map.taken, IsEmpty());
 }
 
-TEST_F(HandOverTest, AFailureAtAnyStepLeavesTheFilesAsTheyWere) {
+TEST_F(HandOverTest, AFailureAtAnyStepLeavesAllAsItWasAndTheRunToBeResolved) {
     write("Runs.txt", "before\n");
     write("RunsOld.txt", "long before\n");
+    write("RunDone.txt", "102-AM\n");
     const auto before = workFiles();
+    const auto record = row("SELECT * FROM StartEnd");
     for (const int step : {0, 1, 2}) {
+        const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+        std::filesystem::last_write_time(district.progPath() + "RunDone.txt", longAgo);
+        sql("UPDATE RUN SET REGENERATE = 0 WHERE RUN = '101-AM'");
         map.failsAt = step;
         map.taken.clear();
         EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError) << step;
         EXPECT_EQ(workFiles(), before) << step;
+        EXPECT_EQ(row("SELECT * FROM StartEnd"), record) << step;
+        EXPECT_EQ(storedRun("REGENERATE"), "True") << step;
     }
+    map.taken.clear();
+    sql("DELETE FROM StartEnd");
+    EXPECT_THROW(sendRunToMap("101-AM", MapScreen::Run), base::RunTimeError);
+    EXPECT_EQ(row("SELECT * FROM StartEnd"), "no row");
     map.failsAt = -1;
     map.taken.clear();
     sendRunToMap("101-AM", MapScreen::Run);
     EXPECT_TRUE(mapFilesLeft("101-AM"));
+    EXPECT_EQ(row("SELECT Run, VehCapacity FROM StartEnd"), "101-AM|74");
+}
+
+TEST_F(HandOverTest, OddDataAreNamedOrTaken) {
+    sql("UPDATE STOP SET YPOS = 1e30 WHERE STOPID = 'S3'");
+    try {
+        sendRunToMap("101-AM", MapScreen::Run);
+        ADD_FAILURE();
+    } catch (const base::RunTimeError& fault) {
+        EXPECT_THAT(handOverFailedText(fault),
+                    testing::AllOf(StartsWith("The stop S3 has 1e+30 in YPOS, which no map can"),
+                                   testing::HasSubstr("marked to be resolved")));
+    }
+    sql("UPDATE RUN SET VEHTYPE = 'O''NEIL' WHERE RUN = '102-AM'");
+    sql("UPDATE STOP SET YPOS = 0");
+    sendRunToMap("102-AM", MapScreen::Run);
+    EXPECT_EQ(row("SELECT VehType, VehCapacity FROM StartEnd"), "O'NEIL|0");
 }
 
 TEST_F(HandOverTest, ARunAtWorkIsLeftAloneUntilItsFilesAreGone) {
@@ -173,31 +203,66 @@ TEST_F(HandOverTest, AProgramFolderThatTakesNoFilesIsTold) {
     EXPECT_THAT(map.taken, IsEmpty());
 }
 
-TEST_F(HandOverTest, OfTwoProgramsOnlyOneHandsARunOver) {
-    for (int round = 0; round < 20; ++round) {
-        std::atomic<int> sent = 0;
-        std::atomic<int> busy = 0;
-        const auto program = [&] {
-            FakeMap::Silent own;
-            const auto routing = startup::GetJetConnection(district.path(DatabaseFile::Routing));
+/// A map program that compares what stands in the folder and the record with what it is asked for.
+class Witness : public dde::Transport {
+public:
+    explicit Witness(const HandOver& of) : of_(of) {}
+    std::unique_ptr<dde::Conversation> open(const std::string&, const std::string&) override {
+        return std::make_unique<Talk>(*this);
+    }
+    bool isThere(const std::string&) override { return true; }
+    int others = 0;  ///< what was another request's
+
+private:
+    struct Talk : dde::Conversation {
+        explicit Talk(Witness& owner) : witness(owner) {}
+        void Execute(const std::string&) override { witness.look(); }
+        Witness& witness;
+    };
+    void look() {
+        const auto request = lineText(requestFor(of_.run, "Run", of_.seats)) + "\n";
+        const auto record = of_.run.run + "|" + base::numberText(of_.seats);
+        others += of_.files.contentsOf("Runs.txt") == request ? 0 : 1;
+        others += of_.files.contentsOf("RunsOrg.txt") == request ? 0 : 1;
+        others += support::rowsOf("SELECT Run, VehCapacity FROM StartEnd", of_.routing) ==
+                          std::vector{record}
+                      ? 0
+                      : 1;
+    }
+    const HandOver& of_;
+};
+
+TEST_F(HandOverTest, ProgramsThatHandOverAtOnceDoNotMix) {
+    constexpr std::array Runs{"101-AM", "102-AM", "101-AM"};
+    constexpr int Rounds = 15;
+    std::atomic<int> sent = 0;
+    std::atomic<int> busy = 0;
+    const auto program = [&](std::size_t number) {
+        const auto routing = startup::GetJetConnection(district.path(DatabaseFile::Routing));
+        for (int round = 0; round < Rounds; ++round) {
+            HandOver of{.routing = *routing,
+                        .files = WorkFiles(district.progPath()),
+                        .transport = map,
+                        .run = {.run = Runs[number]},
+                        .seats = 100.0 * round + static_cast<double>(number)};
+            Witness own(of);
             try {
-                handOver({.routing = *routing,
-                          .files = WorkFiles(district.progPath()),
-                          .transport = own,
-                          .run = {.run = "101-AM"}});
+                handOver({of.routing, of.files, own, of.screen, of.run, of.seats});
                 ++sent;
+                of.files.deleteRun(Runs[number]);
             } catch (const StillProcessing&) {
                 ++busy;
             }
-        };
-        std::thread other(program);
-        program();
-        other.join();
-        EXPECT_EQ(sent, 1);
-        EXPECT_EQ(busy, 1);
-        EXPECT_TRUE(mapFilesLeft("101-AM"));
-        deleteMapFiles("101-AM");
-    }
+            EXPECT_EQ(own.others, 0);
+        }
+    };
+    std::vector<std::jthread> others;
+    others.emplace_back(program, 1);
+    others.emplace_back(program, 2);
+    program(0);
+    others.clear();
+    EXPECT_EQ(sent + busy, 3 * Rounds);
+    EXPECT_GE(sent, 2 * Rounds);
 }
 
 }  // namespace

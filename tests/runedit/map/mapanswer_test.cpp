@@ -31,15 +31,18 @@ protected:
                          [this](const QString& text) { note(text.toStdString()); });
         QObject::connect(answer.get(), &MapAnswer::reload, keep("<reload>"));
         QObject::connect(answer.get(), &MapAnswer::lists, keep("<lists>"));
-        answer->start();
+        answer->start("101-AM");
         return answer;
     }
     void note(const std::string& event) { events.push_back(event); }
 
     std::vector<std::string> log() const {
         const auto text = file("log.txt");
-        const auto lines = runedit::linesOf(text);
-        return {lines.begin(), lines.end()};
+        std::vector<std::string> lines;
+        for (const auto line : runedit::linesOf(text)) {
+            lines.emplace_back(line.substr(0, line.find('\t')));
+        }
+        return lines;
     }
 
     FakeMap map;
@@ -87,6 +90,35 @@ TEST_F(MapAnswerTest, TheGroupSolveIsNamedInOneLineOnly) {
               "In Group_Run_Solve, in Timer2 performed Command1_Click and about to see if "
               "Build_StopList should be run.  TotSavedRuns: 0");
     EXPECT_THAT(log()[2], testing::StartsWith("In Tarn, "));
+}
+
+TEST_F(MapAnswerTest, CountsWhenItIsNotAnothersAndTheRunsFileIsFree) {
+    write("101-AM.dbf", "");
+    write("RunDone.txt", "102-AM\n");
+    const auto answer = waiting(MapScreen::Run);
+    QTest::qWait(60);
+    write("RunDone.txt", "101-am\r\n");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return events.size() == 2; }));
+    EXPECT_THAT(events.back(), testing::HasSubstr("has answered, but still holds"));
+    write("RunDone.txt", "102-AM\n");
+    files::remove(district.progPath() + "101-AM.dbf");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !answer->isWaiting(); }));
+    EXPECT_EQ(events.back(), "<lists>");
+}
+
+TEST_F(MapAnswerTest, IsNotWaitedForWithoutEnd) {
+    write("RunDone.txt", "102-AM\n");
+    const auto answer = waiting(MapScreen::Run);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !answer->isWaiting(); }));
+    EXPECT_THAT(events.back(), testing::StartsWith("The mapping software has ended without an"));
+    EXPECT_EQ(storedRun("REGENERATE"), "True");
+    EXPECT_THAT(log(), IsEmpty());
+
+    write("RunDone.txt", "101-AM\n");
+    sql("DELETE FROM RUN WHERE RUN = '101-AM'");
+    answer->start("101-AM");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !answer->isWaiting(); }));
+    EXPECT_EQ(events.back(), "The run was deleted while it was with the mapping software.");
 }
 
 TEST_F(MapAnswerTest, StoppedInTheCountdownNothingFollows) {

@@ -54,7 +54,7 @@ protected:
     }
     void waitForAnswer() {
         reloaded = false;
-        answer.start();
+        answer.start("101-AM");
         EXPECT_TRUE(QTest::qWaitFor([this] { return !answer.isWaiting(); }));
     }
 
@@ -67,8 +67,10 @@ protected:
 };
 
 TEST_F(RoundTrip, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
-    const auto program = map({"--work", "0.05", "--hold", "60"});
+    const auto program = map({"--work", "0.05", "--hold", "1"});
     ASSERT_EQ(mapIt(), "");
+    EXPECT_EQ(mapIt(), MapStillProcessingText);
+    EXPECT_FALSE(deleteMapFiles("101-AM"));
     waitForAnswer();
     EXPECT_TRUE(reloaded);
     EXPECT_EQ(status, "Information Received from Mapping Software.");
@@ -81,9 +83,6 @@ TEST_F(RoundTrip, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
               "7:05:00 AM|7:06:08 AM|0.38|2|3|1|False");
     EXPECT_EQ(row("SELECT LINETEXT1 FROM RUNDIR WHERE RUN = '101-AM' AND LINETYPE = 'Direction'"),
               "Follow 5th Street, go west");
-
-    EXPECT_EQ(mapIt(), MapStillProcessingText);
-    EXPECT_FALSE(deleteMapFiles("101-AM"));
 }
 
 TEST_F(RoundTrip, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
@@ -113,7 +112,7 @@ TEST_F(RoundTrip, ALateAnswerIsWaitedForAndThenTheRunIsFree) {
 }
 
 TEST_F(RoundTrip, AnAnswerFileThatNobodyCanReadIsAnAnswer) {
-    const auto program = map({"--work", "0", "--play", "bad-answer"});
+    const auto program = map({"--work", "0", "--hold", "0", "--play", "bad-answer"});
     ASSERT_EQ(mapIt(), "");
     waitForAnswer();
     EXPECT_TRUE(reloaded);
@@ -149,10 +148,9 @@ TEST_F(RoundTrip, AMapThatDiesInTheMiddleIsToldAndTheRunCanGoAgain) {
 
     const auto program = map({"--work", "0", "--play", "file-stays"});
     ASSERT_EQ(mapIt(), "");
-    waitForAnswer();
-    EXPECT_TRUE(reloaded);
-    EXPECT_TRUE(mapFilesLeft("101-AM"));
-    EXPECT_FALSE(deleteMapFiles("101-AM"));
+    answer.start("101-AM");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return status.find("still holds") != std::string::npos; }));
+    EXPECT_TRUE(answer.isWaiting() && mapFilesLeft("101-AM") && !deleteMapFiles("101-AM"));
 }
 
 }  // namespace
