@@ -1,5 +1,6 @@
 #include "runedit/editor/Run.h"
 
+#include <QHeaderView>
 #include <QShortcut>
 
 #include <fmt/format.h>
@@ -10,6 +11,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/controls/signs.h"
 #include "platform/forms/operation.h"
+#include "runedit/editor/inks.h"
 #include "runedit/editor/runfields.h"
 #include "runedit/validation/checkedrun.h"
 #include "startup/base/session.h"
@@ -45,9 +47,7 @@ Run::Run(forms::Form* owner)
     setWindowModality(Qt::WindowModal);
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
-    forms::hideInPlace(*ui_->Status);
-    ui_->PreviousRun->setIcon(signIcon(Sign::Left, palette(), QPalette::ButtonText));
-    ui_->NextRun->setIcon(signIcon(Sign::Right, palette(), QPalette::ButtonText));
+    dress();
     boxes_ = std::make_unique<data::RecordBoxes>(*this, runFields());
     for (const auto* name : NotBuiltYet) {
         auto* button = findChild<QPushButton*>(name);
@@ -62,6 +62,52 @@ Run::Run(forms::Form* owner)
 
 Run::~Run() = default;
 
+/// What the designer's file does not say: sizes that follow the font, and inks of the scheme.
+void Run::dress() {
+    const auto strong = [this](QLabel* label, double size) {
+        auto font = this->font();
+        font.setPointSizeF(font.pointSizeF() * size);
+        font.setBold(true);
+        label->setFont(font);
+    };
+    strong(ui_->Heading, 1.3);
+    for (auto* figure : {ui_->TotalPass, ui_->TotalStops, ui_->TotalDistance, ui_->TotalRideTime}) {
+        strong(figure, 1.15);
+    }
+    for (auto* quiet : {ui_->SchoolName, ui_->TripTypeName, ui_->RunFamilyName, ui_->LocationName,
+                        ui_->LevelSeats, ui_->StopHint}) {
+        quiet->setForegroundRole(QPalette::PlaceholderText);
+    }
+    const auto inks = inksOf(palette());
+    auto red = palette();
+    red.setColor(QPalette::WindowText, inks.red);
+    strong(ui_->TooMany, 1);
+    ui_->TooMany->setPalette(red);
+    auto amber = palette();
+    amber.setColor(QPalette::Window, inks.amberGround);
+    ui_->WarningPanel->setPalette(amber);
+    ui_->WarningList->header()->setStretchLastSection(true);
+    forms::hideInPlace(*ui_->Status);
+    ui_->PreviousRun->setIcon(signIcon(Sign::Left, palette(), QPalette::ButtonText));
+    ui_->NextRun->setIcon(signIcon(Sign::Right, palette(), QPalette::ButtonText));
+    sizeFields(*ui_);
+    arrange();
+}
+
+void Run::arrange() {
+    const auto digit = QFontMetricsF(font()).horizontalAdvance('0');
+    const auto wanted = arrangementFor(static_cast<int>(width() / digit));
+    if (arrangement_ != wanted) {
+        arrangement_ = wanted;
+        arrangeFields(*ui_, wanted);
+    }
+}
+
+void Run::resizeEvent(QResizeEvent* event) {
+    TrappedForm::resizeEvent(event);
+    arrange();
+}
+
 Run::Message Run::lockedMessage() const { return {"Database in Use", LockedText}; }
 
 void Run::wireFields() {
@@ -72,6 +118,9 @@ void Run::wireFields() {
     for (auto* combo : findChildren<controls::MultiColumnCombo*>()) {
         on(combo, &controls::MultiColumnCombo::left, "refuseUnknownKey",
            [this, combo] { refuseUnknownKey(combo); });
+    }
+    for (auto* combo : {static_cast<QComboBox*>(ui_->cmbVEHTYPE), ui_->cmbCapacity}) {
+        on(combo, &QComboBox::currentIndexChanged, "showTotals", &Run::showTotals);
     }
     on(ui_->Closed_Browse, &QPushButton::clicked, "Closed_Browse_Click", &Run::Closed_Browse_Click);
     on(ui_->Clear_Closed, &QPushButton::clicked, "Clear_Closed_Click", &Run::Clear_Closed_Click);
@@ -84,6 +133,13 @@ void Run::wireLists() {
        &Run::StopEdit_Click);
     on(ui_->StopList, &controls::MultiColumnList::selectionCountChanged, "showButtons",
        &Run::showButtons);
+    on(ui_->WarningList, &controls::MultiColumnList::rowClicked, "showWarning", &Run::showWarning);
+    on(ui_->WarningList, &controls::MultiColumnList::columnClicked, "showWarning",
+       [this] { showWarning(ui_->WarningList->chosenRow()); });
+    on(ui_->WarningList, &controls::MultiColumnList::rowActivated, "GoToStop_Click",
+       &Run::GoToStop_Click);
+    on(ui_->GoToStop, &QPushButton::clicked, "GoToStop_Click", &Run::GoToStop_Click);
+    on(ui_->GoToField, &QPushButton::clicked, "GoToField_Click", &Run::GoToField_Click);
     for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
         ui_->RunTab->setTabToolTip(tab, tr("Alt+%1").arg(tab + 1));
         on(new QShortcut(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab), this),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -10,6 +11,7 @@
 #include "data/records/records.h"
 #include "platform/base/date.h"
 #include "platform/forms/timer.h"
+#include "runedit/editor/fieldarrangement.h"
 #include "runedit/editor/runsequence.h"
 #include "runedit/editor/stoptotals.h"
 #include "runedit/map/mapanswer.h"
@@ -58,6 +60,8 @@ public:
     void Clear_Closed_Click();
     void NextRun_Click();
     void PreviousRun_Click();
+    void GoToStop_Click();
+    void GoToField_Click();
     void Exit_Run_Click();
     void Timer3_Timer();
 
@@ -72,6 +76,7 @@ protected:
     bool Form_QueryUnload() override;
     void Form_Unload() override { answer_.stop(); }
     [[nodiscard]] Message lockedMessage() const override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     static constexpr auto Module = "Run";  ///< what the error trap calls it
@@ -79,6 +84,7 @@ private:
     bool Check_Run_EarlyBellTime(base::Date bell);
     bool Check_Run_LateBellTime(base::Date bell);
 
+    void dress();
     void wireFields();
     void wireLists();
     void wireButtons();
@@ -98,14 +104,21 @@ private:
     void showAudit(const data::Record& run);
     void showButtons();
     void showPlace();
-    void showTotals(const StopTotals& totals);
+    void showTotals();
+    [[nodiscard]] std::string level() const;
+    void readVehicle();
+    void arrange();
     void refuseUnknownKey(controls::MultiColumnCombo* combo);
     void showStatus(const QString& text, bool green = false);
     void hideSaved();
     void buildLists();
     [[nodiscard]] std::string chosenStopTrip() const;
     void chooseStopTrip(const std::string& id);
+    [[nodiscard]] int rowOfStop(const std::string& stopId) const;
     void goToStop(const std::string& stopId);
+    void showWarning(int row);
+    void orderStopColumns();
+    void showUnplaced(const std::vector<std::size_t>& rows);
 
     [[nodiscard]] static bool isBuilt(const QWidget& button);
     [[nodiscard]] bool isNew() const;
@@ -135,6 +148,9 @@ private:
     forms::Timer Timer3;  ///< hides the status
     RunSequence* runs_ = nullptr;
     std::string toEdit_;  ///< the run asked for; blank for a new one
+    std::optional<Arrangement> arrangement_;
+    StopTotals totals_;         ///< of the list of stops
+    std::string routeVehType_;  ///< of the vehicle of the run's route; blank where there is none
     bool allPlaced_ = true;
     bool saysSaved_ = false;  ///< the status tells of the last saving
     bool activatedBefore_ = false;

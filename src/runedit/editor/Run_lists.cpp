@@ -1,7 +1,10 @@
+#include <QHeaderView>
+
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
 #include "runedit/editor/runlists.h"
+#include "runedit/validation/checkedrun.h"
 #include "startup/base/session.h"
 
 #include "ui_Run.h"
@@ -39,11 +42,31 @@ void Run::showPlace() {
     ui_->NextRun->setEnabled(place < count);
 }
 
-void Run::showTotals(const StopTotals& totals) {
-    ui_->TotalPass->setText(QString::number(totals.passengers));
-    ui_->TotalStops->setText(QString::number(totals.stops));
-    ui_->TotalDistance->setText(QString::number(totals.miles, 'f', 2));
-    ui_->TotalRideTime->setText(QString::number(totals.minutes, 'f', 2));
+/// The capacity level that counts.
+std::string Run::level() const { return fromQt(ui_->cmbCapacity->currentText()); }
+
+/// The vehicle of the run's route decides on the seats, as in the validation.
+void Run::readVehicle() {
+    const auto checked = readCheckedRun(run(), 0, {*gcnRouting, *startup::gcnTrip});
+    routeVehType_ = checked.hasVehicle() ? checked.vehType : std::string();
+}
+
+void Run::showTotals() {
+    ui_->TotalPass->setText(QString::number(totals_.passengers));
+    ui_->TotalStops->setText(QString::number(totals_.stops));
+    ui_->TotalDistance->setText(QString::number(totals_.miles, 'f', 2));
+    ui_->TotalRideTime->setText(QString::number(totals_.minutes, 'f', 2));
+
+    const auto typed = seatsOf(ui_->cmbVEHTYPE->text(), level());
+    ui_->LevelSeats->setText(typed ? tr("%1 seats").arg(*typed) : QString());
+    const auto seats = routeVehType_.empty() ? typed : seatsOf(routeVehType_, level());
+    ui_->Seats->setText(seats ? tr("of %1 seats").arg(*seats) : QString());
+    ui_->Seats->setToolTip(routeVehType_.empty() ? tr("The seats of the run's vehicle type.")
+                                                 : tr("The vehicle of the run's route decides: %1.")
+                                                       .arg(toQt(base::trim(routeVehType_))));
+    ui_->PassengerBar->setLoad(totals_.passengers, seats.value_or(totals_.passengers));
+    const auto beyond = seats ? totals_.passengers - *seats : 0;
+    ui_->TooMany->setText(beyond > 0 ? tr("%1 too many").arg(beyond) : QString());
 }
 
 /// What the chosen keys stand for.
@@ -129,11 +152,45 @@ void Run::Build_StopList() {
     ui_->StopList->setEmptyText(isNew() ? NotSavedYet : tr("The run has no stops."));
     auto stops = isNew() ? StopList() : readStopList(*gcnRouting, run(), ui_->Pickup->isChecked());
     allPlaced_ = stops.unplaced.empty();
-    showTotals(stops.totals);
+    totals_ = stops.totals;
+    readVehicle();
+    showTotals();
     const auto chosen = chosenStopTrip();
     ui_->StopList->setTable(std::move(stops.table));
+    orderStopColumns();
+    showUnplaced(stops.unplaced);
     chooseStopTrip(chosen);
     showButtons();
+}
+
+/// What planners look at stands first; the columns keep their numbers.
+void Run::orderStopColumns() {
+    const auto& table = ui_->StopList->table();
+    if (table.columns.empty()) {
+        return;
+    }
+    auto& header = *ui_->StopList->header();
+    int place = 0;
+    for (const auto* name :
+         {"No.", "StopID", "Addr1", "Description", "Time_At_Stop", "NUM_STUDENTS", "On the Bus"}) {
+        header.moveSection(header.visualIndex(static_cast<int>(table.columnOf(name))), place++);
+    }
+}
+
+void Run::showUnplaced(const std::vector<std::size_t>& rows) {
+    const auto& table = ui_->StopList->table();
+    QStringList names;
+    for (const auto row : rows) {
+        const auto id = toQt(table.text(row, "StopID")).trimmed();
+        const auto place = toQt(table.text(row, "Addr1")).trimmed();
+        names << (place.isEmpty() || rows.size() > 1 ? id : id + ", " + place);
+    }
+    ui_->Unplaced->setText(
+        rows.empty() ? QString()
+        : rows.size() == 1
+            ? tr("1 stop has no place on the map: %1").arg(names.first())
+            : tr("%1 stops have no place on the map: %2").arg(names.size()).arg(names.join(", ")));
+    ui_->Unplaced->setToolTip(ui_->Unplaced->text());
 }
 
 std::string Run::chosenStopTrip() const {
@@ -145,18 +202,6 @@ void Run::chooseStopTrip(const std::string& id) {
     for (int row = 0; !id.empty() && row < ui_->StopList->rows(); ++row) {
         if (ui_->StopList->cellValue(row, "ID").asText() == id) {
             ui_->StopList->choose(row);
-            return;
-        }
-    }
-}
-
-/// Shows the first row of that stop with the cursor on it.
-void Run::goToStop(const std::string& stopId) {
-    for (int row = 0; row < ui_->StopList->rows(); ++row) {
-        if (base::equalsNoCase(base::trim(ui_->StopList->cellText(row, 0)), stopId)) {
-            ui_->RunTab->setCurrentWidget(ui_->StopPage);
-            ui_->StopList->choose(row);
-            ui_->StopList->setFocus();
             return;
         }
     }
@@ -175,6 +220,10 @@ void Run::Build_WarnList() {
     const int page = ui_->RunTab->indexOf(ui_->WarnPage);
     ui_->RunTab->setTabText(page, toQt(warningsCaption(warnings.rowCount() > 0)));
     ui_->WarningList->setTable(std::move(warnings));
+    if (ui_->WarningList->rows() > 0) {
+        ui_->WarningList->choose(0);
+    }
+    showWarning(ui_->WarningList->chosenRow());
 }
 
 void Run::Build_SpecialNeedsList() {

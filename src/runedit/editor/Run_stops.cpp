@@ -2,6 +2,7 @@
 
 #include "groupops/merge/MergeRun.h"
 #include "platform/base/ports.h"
+#include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
 #include "runedit/editor/Run.h"
@@ -30,12 +31,31 @@ constexpr auto ConfirmRemovalOfSome = "Are you sure you want to take {} stops of
 
 std::int64_t numberIn(const std::string& text) { return base::Value(text).asInteger(); }
 
-bool confirmRemoval(const controls::MultiColumnList& list, const std::vector<int>& rows) {
+std::string trimmed(const controls::MultiColumnList& list, int row, std::string_view column) {
+    return std::string(base::trim(list.table().text(list.tableRow(row), column)));
+}
+
+/// What is taken off: id and address, then what it is called.
+std::string stopToRemove(const controls::MultiColumnList& list, int row) {
+    std::string words = trimmed(list, row, "StopID");
+    for (const auto* column : {"Addr1", "Description"}) {
+        if (const auto word = trimmed(list, row, column); !word.empty()) {
+            words += ", " + word;
+        }
+    }
+    return words;
+}
+
+bool confirmRemoval(const controls::MultiColumnList& list, const std::vector<int>& rows,
+                    const QString& run) {
     const auto question = rows.size() == 1
                               ? fmt::format(ConfirmRemovalOfOne, list.cellText(rows[0], 0))
                               : fmt::format(ConfirmRemovalOfSome, rows.size());
-    return base::MsgBox(question, ConfirmRemovalTitle, MsgIcon::Question, MsgButtons::YesNo) ==
-           MsgAnswer::Yes;
+    auto concerns = controls::fromQt(run);
+    for (const int row : rows) {
+        concerns += "\n" + stopToRemove(list, row);
+    }
+    return base::confirmLoss(question, ConfirmRemovalTitle, concerns);
 }
 
 }  // namespace
@@ -95,7 +115,7 @@ void Run::StopEdit_Click() {
 
 void Run::Remove_Click() {
     const auto rows = ui_->StopList->selectedRows();
-    if (rows.empty() || !confirmRemoval(*ui_->StopList, rows)) {
+    if (rows.empty() || !confirmRemoval(*ui_->StopList, rows, ui_->Heading->text())) {
         return;
     }
     std::vector<std::int64_t> stopTripIds;

@@ -9,7 +9,7 @@ namespace runedit {
 
 namespace {
 
-constexpr std::string_view StatementEnd = ".  ";
+constexpr std::array<std::string_view, 2> StatementEnds{".  ", ". The "};
 constexpr std::string_view Separator = "***";
 constexpr std::string_view BeforeStop = "stopid: ";
 constexpr std::array<std::string_view, 2> BehindStop{" has ", " was "};
@@ -31,12 +31,16 @@ void add(std::vector<std::string>& statements, std::string_view text) {
 
 std::vector<std::string> statementsOf(std::string_view warning) {
     std::vector<std::string> statements;
-    for (auto end = warning.find(StatementEnd); end != std::string_view::npos;
-         end = warning.find(StatementEnd)) {
-        add(statements, warning.substr(0, end + 1));
-        warning.remove_prefix(end + StatementEnd.size());
+    std::size_t from = 0;
+    for (std::size_t i = 0; i < warning.size(); ++i) {
+        const auto rest = warning.substr(i);
+        if (std::ranges::any_of(StatementEnds,
+                                [&](std::string_view end) { return rest.starts_with(end); })) {
+            add(statements, warning.substr(from, i + 1 - from));
+            from = i + 1;
+        }
     }
-    add(statements, warning);
+    add(statements, warning.substr(from));
     return statements;
 }
 

@@ -1,5 +1,7 @@
 #include "runedit/validation/finding.h"
 
+#include <fmt/format.h>
+
 #include "platform/base/text.h"
 
 namespace runedit {
@@ -11,6 +13,18 @@ std::string accumulated(const Findings& findings, std::string_view separator) {
         text += base::trim(finding.message);
     }
     return text;
+}
+
+std::string onLines(std::string_view accumulated, std::string_view separator) {
+    const auto sign = base::trimLeft(separator);
+    std::string lines;
+    for (auto at = accumulated.find(separator); at != std::string_view::npos;) {
+        const auto from = at + separator.size();
+        at = accumulated.find(separator, from);
+        lines += fmt::format("{}{}{}", lines.empty() ? "" : "\n", sign,
+                             base::trim(accumulated.substr(from, at - from)));
+    }
+    return lines;
 }
 
 }  // namespace runedit

@@ -16,5 +16,7 @@ using Findings = std::vector<Finding>;
 
 /// The text of a message box: every message, trimmed, each behind the separator.
 [[nodiscard]] std::string accumulated(const Findings& findings, std::string_view separator);
+/// The same text for reading: each message on a line of its own, behind the sign of its separator.
+[[nodiscard]] std::string onLines(std::string_view accumulated, std::string_view separator);
 
 }  // namespace runedit

@@ -216,7 +216,10 @@ Texts performAll(const Wanted& wanted, const CheckedRun& run,
 void show(const Texts& texts) {
     for (std::size_t i = 0; i < Checks.size(); ++i) {
         if (!texts[i].empty()) {
-            base::MsgBox(texts[i], std::string(Checks[i].title), base::MsgIcon::Information);
+            base::MsgBox({.text = texts[i],
+                          .title = std::string(Checks[i].title),
+                          .icon = base::MsgIcon::Information,
+                          .plainWords = onLines(texts[i], Checks[i].separator)});
         }
     }
 }

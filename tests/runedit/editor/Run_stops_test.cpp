@@ -36,7 +36,9 @@ TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
     EXPECT_THAT(column("StopList"), ElementsAre("S3", "S1"));
     click("Remove");
     EXPECT_THAT(column("StopList"), ElementsAre("S1"));
-    EXPECT_EQ(lastText(), "Are you sure you want to take the stop S3 off this run?");
+    EXPECT_EQ(lastText(),
+              "Are you sure you want to take the stop S3 off this run?\n\nRun 101-AM: Oak "
+              "morning\nS3, Elm and Main");
     EXPECT_EQ(stored("Select Count(*) From RUNLOG Where RUNID='101-AM' And ACTIVITYCODE=2"), "1");
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_EQ(text("RunDesc"), "not saved");

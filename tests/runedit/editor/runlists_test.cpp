@@ -117,7 +117,7 @@ TEST_F(RunLists, SeatsAreThoseOfTheTypeAtItsLevel) {
 
 TEST(WarningText, IsTakenApartForReading) {
     const std::string text =
-        "StopID: 12 A has an arrival time.  The stop's time is: 7.50.  The  vehicle was late.";
+        "StopID: 12 A has an arrival time. The stop's time is: 7.50.  The  vehicle was late.";
     EXPECT_THAT(statementsOf(text),
                 ElementsAre("StopID: 12 A has an arrival time.", "The stop's time is: 7.50.",
                             "The  vehicle was late."));

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "runedit/validation/finding.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "support/districtsession.h"
 #include "support/runbuilder.h"
@@ -87,6 +88,8 @@ TEST_F(CheckRunTest, RecordsAndShowsEveryBreachInOrder) {
                                       "Run has Special Needs Passengers that Vehicle Can't Handle.",
                                       "Run has Stops with Overlapping Times."));
     EXPECT_THAT(shown[0].text, StartsWith("       *** StopID: B has added more passengers"));
+    EXPECT_THAT(shown[0].plainWords, StartsWith("*** StopID: B has added more passengers"));
+    EXPECT_EQ(onLines("     *** a.  ***     *** b", "     *** "), "*** a.  ***\n*** b");
     EXPECT_THAT(shown[0].text,
                 HasSubstr("vehicle assigned to this run is: B7 with a capacity of: 60."));
     EXPECT_THAT(shown[4].text, StartsWith("      *** StopID: B has 3 passengers with the special "
