@@ -199,6 +199,13 @@ protected:
         });
     }
 
+    /// A loss is asked about with No as the default.
+    void agree(const std::string& action) {
+        session.boxes.answers.clear();
+        if (action == "Remove" || action == "Delete") {
+            answer(base::MsgAnswer::Yes);
+        }
+    }
     void press(const Station& station, const std::string& action,
                const std::function<void(forms::Form&)>& act) {
         const std::string name = station.form + ("." + action);
@@ -210,6 +217,7 @@ protected:
         {
             const auto held = heldByOthers();
             impatience_.start(20);
+            agree(action);
             act(pressed);
             impatience_.stop();
             ASSERT_FALSE(ending()) << lastText();
@@ -229,6 +237,7 @@ protected:
                 ControlsOf again(open(station));
                 prepare(again, station);
             }
+            agree(action);
             act(*opened(station.form));
             EXPECT_FALSE(wasToldOfALock());
             EXPECT_NE(version(), before) << "nothing is written after the lock is gone";

