@@ -1,11 +1,14 @@
 #include "stops/sequence/runstops.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <set>
+#include <utility>
 
 #include <fmt/format.h>
 
+#include "data/runs/runrow.h"
 #include "data/schema/schema.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
@@ -35,17 +38,30 @@ void setSequence(ado::Connection& connection, std::int64_t stopTripId, std::int6
     setSequence(connection, stopTripId, std::to_string(sequence));
 }
 
-/// Whether the stop is still where the list showed it: a shared place in the district, any other
-/// stop's record on the same run.
-bool isWhereShown(ado::Connection& connection, const ChosenStop& stop, bool shared) {
+bool isFree(std::string_view run) { return base::trim(run).empty(); }
+
+bool stopExists(ado::Connection& connection, std::int64_t intStopId) {
     ado::Recordset stored;
-    stored.Open(shared ? fmt::format("SELECT STOP.INT_STOPID FROM STOP WHERE STOP.INT_STOPID={}",
-                                     stop.intStopId)
-                       : fmt::format("SELECT STOP_TRIPTYPE.RUN FROM STOP_TRIPTYPE WHERE "
-                                     "STOP_TRIPTYPE.ID={}",
-                                     stop.stopTripId),
+    stored.Open(fmt::format("SELECT STOP.INT_STOPID FROM STOP WHERE STOP.INT_STOPID={}", intStopId),
                 connection);
-    return !stored.Eof() && (shared || sameCode(stored["RUN"].textView(), stop.run));
+    return !stored.Eof();
+}
+
+/// The stop with the record that it can get on a run of that trip type with: the first free one;
+/// else without a record, and on the run that its record is on, if it has any.
+ChosenStop withFreeRecord(ado::Connection& connection, ChosenStop stop, std::string_view tripType) {
+    ado::Recordset records;
+    records.Open(fmt::format("SELECT STOP_TRIPTYPE.ID, STOP_TRIPTYPE.RUN FROM STOP_TRIPTYPE WHERE "
+                             "STOP_TRIPTYPE.INT_STOPID={} AND STOP_TRIPTYPE.TRIPTYPE='{}' ORDER BY "
+                             "STOP_TRIPTYPE.ID",
+                             stop.intStopId, ado::escaped(tripType)),
+                 connection);
+    stop.tripType = tripType;
+    for (; !records.Eof() && stop.stopTripId == 0; records.MoveNext()) {
+        stop.run = textOf(records["RUN"]);
+        stop.stopTripId = isFree(stop.run) ? records["ID"].asInteger() : 0;
+    }
+    return stop;
 }
 
 /// Gives one stop after the other its place behind the run's last one.
@@ -61,33 +77,83 @@ public:
     }
 
     void add(const ChosenStop& stop) {
-        const bool shared = isSharedPlace(stop.stopType);
-        if (!shared && stop.stopTripId == 0) {
-            added.withoutTripType.push_back(stop);
-        } else if (!isWhereShown(connection_, stop, shared)) {
+        if (stop.stopTripId != 0 && !isSharedPlace(stop.stopType)) {
+            addRecord(stop);
+        } else if (!stopExists(connection_, stop.intStopId)) {
             added.changedByAnother.push_back(stop);
+        } else if (isSharedPlace(stop.stopType)) {
+            log(stop, run_.tripType, append(stop, next()));
         } else {
-            stopsInRun_ = std::max(stopsInRun_, highest_) + 1;
-            added.stopTripIds.push_back(shared ? append(stop) : takeOver(stop));
-            log_.added({.stopTripId = added.stopTripIds.back(),
-                        .intStopId = stop.intStopId,
-                        .stopId = stop.stopId,
-                        .stopType = stop.stopType,
-                        .tripType = shared ? run_.tripType : stop.tripType,
-                        .sequence = stopsInRun_});
+            addPlain(withFreeRecord(connection_, stop, run_.tripType));
         }
     }
 
     AddedStops added;
 
 private:
-    std::int64_t append(const ChosenStop& stop) {
+    std::int64_t next() { return stopsInRun_ = std::max(stopsInRun_, highest_) + 1; }
+
+    void addPlain(const ChosenStop& stop) {
+        if (stop.stopTripId == 0) {
+            added.withoutTripType.push_back(stop);
+        } else {
+            addRecord(stop);
+        }
+    }
+
+    /// A record is left alone where it is no longer on the run that the list showed.
+    void addRecord(const ChosenStop& stop) {
+        ado::Recordset stored;
+        stored.Open(fmt::format("SELECT STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ FROM STOP_TRIPTYPE "
+                                "WHERE STOP_TRIPTYPE.ID={}",
+                                stop.stopTripId),
+                    connection_);
+        if (stored.Eof() || !sameCode(stored["RUN"].textView(), stop.run)) {
+            added.changedByAnother.push_back(stop);
+            return;
+        }
+        if (!isFree(stop.run) && !sameCode(stop.run, run_.run)) {
+            tellFormerRun(stop, wholeOf(stored["RUNSEQ"]));
+        }
+        takeOver(stop, next());
+        log(stop, stop.tripType, stop.stopTripId);
+    }
+
+    /// The run that the stop is taken from has changed as well, and tells so.
+    void tellFormerRun(const ChosenStop& stop, std::int64_t sequence) {
+        EditedRun former = run_;
+        former.run = base::trim(stop.run);
+        StopLog(connection_, former).removed(logged(stop, stop.tripType, sequence));
+        if (std::ranges::find(added.takenFrom, former.run) == added.takenFrom.end()) {
+            added.takenFrom.push_back(former.run);
+            if (run_.isMapped) {
+                markForMap(connection_, former.run);
+            }
+        }
+    }
+
+    static RunStop logged(const ChosenStop& stop, std::string_view tripType,
+                          std::int64_t sequence) {
+        return {.stopTripId = stop.stopTripId,
+                .intStopId = stop.intStopId,
+                .stopId = stop.stopId,
+                .stopType = stop.stopType,
+                .tripType = std::string(tripType),
+                .sequence = sequence};
+    }
+
+    void log(const ChosenStop& stop, std::string_view tripType, std::int64_t stopTripId) {
+        added.stopTripIds.push_back(stopTripId);
+        log_.added(logged(stop, tripType, stopsInRun_));
+    }
+
+    std::int64_t append(const ChosenStop& stop, std::int64_t sequence) {
         const base::Date now = base::Now();
         records_.AddNew();
         records_["Int_STOPID"].Value(stop.intStopId);
         records_["TripType"].Value(run_.tripType);
         records_["Run"].Value(run_.run);
-        records_["RunSeq"].Value(stopsInRun_);
+        records_["RunSeq"].Value(sequence);
         for (const auto* zero :
              {"NUM_STUDENTS", "Load_Time", "DIST_TOSTOP", "CUM_TIME", "CUM_MILES"}) {
             records_[zero].Value(0);
@@ -102,12 +168,11 @@ private:
         return records_["ID"].asInteger();
     }
 
-    std::int64_t takeOver(const ChosenStop& stop) {
+    void takeOver(const ChosenStop& stop, std::int64_t sequence) {
         connection_.Execute(fmt::format(
             "UPDATE STOP_TRIPTYPE SET STOP_TRIPTYPE.RUN='{}', STOP_TRIPTYPE.RUNSEQ={} WHERE "
             "STOP_TRIPTYPE.ID={}",
-            ado::escaped(run_.run), stopsInRun_, stop.stopTripId));
-        return stop.stopTripId;
+            ado::escaped(run_.run), sequence, stop.stopTripId));
     }
 
     ado::Connection& connection_;
@@ -140,54 +205,81 @@ ChangedStops sorted(const Stops& stops, std::span<const std::int64_t> chosen) {
 }
 
 Stops::const_iterator find(const Stops& stops, std::int64_t stopTripId) {
-    return std::find_if(stops.begin(), stops.end(),
-                        [&](const auto& stop) { return stop.stopTripId == stopTripId; });
+    return std::ranges::find(stops, stopTripId, &RunStop::stopTripId);
 }
 
-/// Numbers the run from 1 with one stop first or last. Both ends log the same wording: meant as it
-/// is.
-void moveToEnd(ado::Connection& connection, const Stops& stops, std::int64_t stopTripId, bool toTop,
-               StopLog& log) {
-    std::int64_t running = toTop ? 1 : 0;
-    for (const auto& stop : stops) {
-        if (stop.stopTripId != stopTripId) {
-            setSequence(connection, stop.stopTripId, ++running);
-        } else if (toTop) {
-            setSequence(connection, stopTripId, "01");
-        }
+bool isAmong(const std::vector<std::int64_t>& stopTripIds, std::int64_t id) {
+    return std::ranges::find(stopTripIds, id) != stopTripIds.end();
+}
+
+/// The run's stops with the chosen ones together in front of the given one, as the numbers from 1
+/// will have them.
+Stops rearranged(const Stops& stops, const std::vector<std::int64_t>& chosen,
+                 Stops::const_iterator before) {
+    Stops order;
+    const auto add = [&](auto from, auto to, bool moving) {
+        std::copy_if(from, to, std::back_inserter(order), [&](const RunStop& stop) {
+            return isAmong(chosen, stop.stopTripId) == moving;
+        });
+    };
+    add(stops.begin(), before, false);
+    add(stops.begin(), stops.end(), true);
+    add(before, stops.end(), false);
+    return order;
+}
+
+void numberFromOne(ado::Connection& connection, const Stops& order, std::string_view first = "1") {
+    std::int64_t number = 0;
+    for (const auto& stop : order) {
+        setSequence(connection, stop.stopTripId,
+                    ++number == 1 ? std::string(first) : std::to_string(number));
     }
-    if (!toTop) {
-        setSequence(connection, stopTripId, ++running);
+}
+
+/// Both ends log the same wording: meant as it is.
+void moveToEnd(ado::Connection& connection, const Stops& stops,
+               const std::vector<std::int64_t>& chosen, bool toTop, StopLog& log) {
+    if (chosen.empty()) {
+        return;
     }
-    log.movedToEnd(*find(stops, stopTripId));
+    numberFromOne(connection, rearranged(stops, chosen, toTop ? stops.begin() : stops.end()),
+                  toTop ? "01" : "1");
+    for (const auto id : chosen) {
+        log.movedToEnd(*find(stops, id));
+    }
 }
 
 void exchange(ado::Connection& connection, const RunStop& stop, const RunStop& neighbour, bool up,
               StopLog& log) {
     setSequence(connection, stop.stopTripId, neighbour.sequence);
     setSequence(connection, neighbour.stopTripId, stop.sequence);
-    log.movedByOne(stop, neighbour.sequence, up);
+    log.movedBy(stop, neighbour.sequence, 1, up);
 }
 
-/// Each stop changes places with its neighbour. `chosen` begins with the one nearest to the end
-/// that they move to; those that stand there already stay. Returns the ones moved.
-std::vector<std::int64_t> moveByOne(ado::Connection& connection, const EditedRun& run,
-                                    const std::vector<std::int64_t>& chosen, bool up,
-                                    StopLog& log) {
-    std::vector<std::int64_t> moved;
-    std::ptrdiff_t standing = 0;
-    for (const auto id : chosen) {
+/// Each stop changes places with its neighbour, the one nearest to the end that they move to first.
+/// One that cannot move on stops those behind it, so that they keep their order.
+ChangedStops moveByOne(ado::Connection& connection, const EditedRun& run, ChangedStops chosen,
+                       bool up, StopLog& log) {
+    auto order = std::exchange(chosen.stopTripIds, {});
+    if (!up) {
+        std::ranges::reverse(order);
+    }
+    std::int64_t standing = 0;
+    for (const auto id : order) {
         const Stops stops = readRunStops(connection, run.run);
         const auto stop = find(stops, id);
-        const auto ahead = up ? stop - stops.begin() : stops.end() - stop - 1;
-        if (ahead == standing) {
-            ++standing;
+        const bool atEnd = up ? stop == stops.begin() : std::next(stop) == stops.end();
+        const auto neighbour = atEnd ? stop : up ? std::prev(stop) : std::next(stop);
+        if (atEnd || neighbour->stopTripId == standing) {
+            standing = id;
+        } else if (neighbour->sequence == stop->sequence) {
+            chosen.equallyNumbered.push_back(standing = id);
         } else {
-            exchange(connection, *stop, up ? *std::prev(stop) : *std::next(stop), up, log);
-            moved.push_back(id);
+            exchange(connection, *stop, *neighbour, up, log);
+            chosen.stopTripIds.push_back(id);
         }
     }
-    return moved;
+    return chosen;
 }
 
 /// Reports each item done; a null port reports nothing.
@@ -243,6 +335,11 @@ Stops readRunStops(ado::Connection& connection, std::string_view run) {
 AddedStops addStops(ado::Connection& connection, const EditedRun& run,
                     std::span<const ChosenStop> chosen, base::ProgressPort* progress) {
     ado::CommitOnExit unit(connection);
+    if (!data::runExists(connection, run.run)) {
+        AddedStops none;
+        none.runIsGone = true;
+        return none;
+    }
     StopAdder adder(connection, run);
     Steps steps(progress, chosen.size());
     for (const auto& stop : chosen) {
@@ -281,25 +378,47 @@ ChangedStops removeStops(ado::Connection& connection, const EditedRun& run,
 ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
                        std::span<const std::int64_t> stopTripIds, Move move) {
     ado::CommitOnExit unit(connection);
-    ChangedStops moved = sorted(readRunStops(connection, run.run), stopTripIds);
+    const Stops stops = readRunStops(connection, run.run);
+    ChangedStops moved = sorted(stops, stopTripIds);
     StopLog log(connection, run);
-    // In an order that leaves several stops in their order among themselves.
-    auto order = moved.stopTripIds;
-    if (move == Move::ToTop || move == Move::Down) {
-        std::reverse(order.begin(), order.end());
-    }
     if (move == Move::ToTop || move == Move::ToBottom) {
-        for (const auto id : order) {
-            moveToEnd(connection, readRunStops(connection, run.run), id, move == Move::ToTop, log);
-        }
+        moveToEnd(connection, stops, moved.stopTripIds, move == Move::ToTop, log);
     } else {
-        const auto went = moveByOne(connection, run, order, move == Move::Up, log);
-        std::erase_if(moved.stopTripIds, [&](std::int64_t id) {
-            return std::find(went.begin(), went.end(), id) == went.end();
-        });
+        moved = moveByOne(connection, run, std::move(moved), move == Move::Up, log);
     }
     unit.commit();
     return moved;
+}
+
+ChangedStops placeStops(ado::Connection& connection, const EditedRun& run,
+                        std::span<const std::int64_t> stopTripIds, std::int64_t before) {
+    ado::CommitOnExit unit(connection);
+    const Stops stops = readRunStops(connection, run.run);
+    ChangedStops placed = sorted(stops, stopTripIds);
+    const auto target = find(stops, before);
+    placed.placeIsGone = before != 0 && target == stops.end();
+    const Stops order = rearranged(stops, placed.stopTripIds, target);
+    const auto placesUp = [&](std::int64_t id) {
+        return (find(stops, id) - stops.begin()) - (find(order, id) - order.begin());
+    };
+    std::erase_if(placed.stopTripIds,
+                  [&](std::int64_t id) { return placed.placeIsGone || placesUp(id) == 0; });
+    if (placed.stopTripIds.empty()) {
+        return placed;
+    }
+    StopLog log(connection, run);
+    numberFromOne(connection, order);
+    for (const auto id : placed.stopTripIds) {
+        const auto up = placesUp(id);
+        log.movedBy(*find(stops, id), find(order, id) - order.begin() + 1, std::abs(up), up > 0);
+    }
+    unit.commit();
+    return placed;
+}
+
+void markForMap(ado::Connection& connection, std::string_view run) {
+    connection.Execute(fmt::format("UPDATE RUN SET RUN.REGENERATE=True WHERE RUN.RUN='{}'",
+                                   ado::escaped(base::trim(run))));
 }
 
 void needDeadHeadBuild(ado::Connection& connection) {

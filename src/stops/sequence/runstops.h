@@ -22,6 +22,9 @@ struct EditedRun {
     std::string run;
     std::string tripType;  ///< the run's; garages and schools are put on it with this one
     std::string user;      ///< whom the log names
+    /// Whether a map program solves changed runs: a run that loses a stop to another one is then
+    /// marked for it.
+    bool isMapped = false;
 };
 
 /// One stop of a run, in the order of the run.
@@ -43,20 +46,28 @@ struct RunStop {
 [[nodiscard]] std::vector<RunStop> readRunStops(ado::Connection& connection, std::string_view run);
 
 struct AddedStops {
-    std::vector<std::int64_t> stopTripIds;     ///< now on the run, in the order given
-    std::vector<ChosenStop> withoutTripType;   ///< skipped: no trip-type record to put on a run
+    std::vector<std::int64_t> stopTripIds;  ///< now on the run, in the order given
+    /// Skipped: the stop has no free record of the run's trip type. `run` is the run that its
+    /// record is on, blank where it has none.
+    std::vector<ChosenStop> withoutTripType;
     std::vector<ChosenStop> changedByAnother;  ///< skipped: no longer where the list showed them
+    std::vector<std::string> takenFrom;        ///< other runs that lost a stop, each once
+    bool runIsGone = false;                    ///< nothing was done: there is no such run
 };
 
 /// Puts the stops behind the run's last one, in the order given. A record goes from the run that it
-/// was shown on to this one; where another program has moved or deleted it meanwhile it is left
-/// alone.
+/// was shown on to this one, which that run's log tells, too; where another program has moved or
+/// deleted it meanwhile it is left alone. A plain stop gets on the run with its free record of the
+/// run's trip type.
 AddedStops addStops(ado::Connection& connection, const EditedRun& run,
                     std::span<const ChosenStop> chosen, base::ProgressPort* progress = nullptr);
 
 struct ChangedStops {
-    std::vector<std::int64_t> stopTripIds;       ///< removed or moved, in the order of the run
+    std::vector<std::int64_t> stopTripIds;       ///< removed or moved
     std::vector<std::int64_t> changedByAnother;  ///< skipped: no longer on the run
+    /// Not moved: the stop and its neighbour have the same number.
+    std::vector<std::int64_t> equallyNumbered;
+    bool placeIsGone = false;  ///< nothing was done: the place to move to is no longer on the run
 };
 
 /// Takes the stops off the run. The remaining ones are numbered 0, 1, 2, … in their old order:
@@ -67,12 +78,21 @@ ChangedStops removeStops(ado::Connection& connection, const EditedRun& run,
 
 enum class Move { ToTop, ToBottom, Up, Down };
 
-/// Moves the stops; several keep their order among themselves and are each logged as one move. To
-/// the top or bottom numbers the whole run from 1; up or down exchanges the numbers of two
-/// neighbours as they are, and does nothing where there is no neighbour (then the stop is not among
-/// the answer's).
+/// Moves the stops; several keep their order among themselves and are each logged as one move, from
+/// the number that they had before. To the top or bottom numbers the whole run from 1; up or down
+/// exchanges the numbers of two neighbours as they are, and does nothing where there is no
+/// neighbour (then the stop is not among the answer's).
 ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
                        std::span<const std::int64_t> stopTripIds, Move move);
+
+/// Puts the stops in front of one of the run, or behind its last one (`before` 0), in their order
+/// among themselves, and numbers the whole run from 1. The answer holds those that changed places;
+/// where none does nothing is written.
+ChangedStops placeStops(ado::Connection& connection, const EditedRun& run,
+                        std::span<const std::int64_t> stopTripIds, std::int64_t before);
+
+/// Marks a changed run that the map program has not got: it is to be solved again.
+void markForMap(ado::Connection& connection, std::string_view run);
 
 /// Notes that runs were changed and the dead-head must be calculated again.
 void needDeadHeadBuild(ado::Connection& connection);

@@ -25,7 +25,6 @@ protected:
     };
 
     StopForms() {
-        byOthers("INSERT INTO RUN (RUN, TRIPTYPE, ACTIVE) VALUES ('R1', 'AM', 1), ('R2', 'AM', 1)");
         byOthers("INSERT INTO SYSTEM (NEEDDEADHEADBUILD) VALUES (0)");
         byOthers("INSERT INTO TRIPTYPE (TRIPTYPE, ACTIVE) VALUES ('AM', 1)");
         startup::gCommandLine = "PAT";

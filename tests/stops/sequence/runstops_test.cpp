@@ -9,47 +9,53 @@ namespace stops {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using Ids = std::vector<std::int64_t>;
 
 TEST_F(StopsDistrict, EveryActionIsWrittenAndLoggedToTheLetter) {
+    run.isMapped = true;
     add({1, 6, 2});
     removeStops(connection, run, Ids{1});
     moveStops(connection, run, Ids{2}, Move::ToTop);
     moveStops(connection, run, Ids{2}, Move::ToBottom);
     moveStops(connection, run, Ids{2}, Move::Up);
     moveStops(connection, run, Ids{2}, Move::Down);
-    removeStops(connection, run, Ids{at(0)});
+    EXPECT_THAT(add({9, 3}).takenFrom, ElementsAre("R2"));
+    placeStops(connection, run, Ids{9, 3}, at(0));
+    removeStops(connection, run, Ids{at(2)});
 
-    const auto logged = [](const char* stop, int code, const std::string& what) {
-        return fmt::format("R1|{}|AM|1/31/2026 8:05:09 AM|PAT|{}|{}", stop, code, what);
+    const auto moved = [](const char* stop, const char* where, int before, int now) {
+        return fmt::format(
+            "R1|{0}|S{0}|3|Stop's sequence in the run: S{0} was changed - moved {1}.  The old "
+            "sequence was: {2}.  The new sequence is: {3}.",
+            stop, where, before, now);
     };
-    const auto added = [&](const char* keys, const char* stop, int sequence) {
-        return logged(keys, 1,
-                      fmt::format("Stop added to run: {} with the sequence of: {}.  Stop Added in "
-                                  "Add/Remove Stops Screen.",
-                                  stop, sequence));
+    const auto added = [](const char* keys, const char* stop, int sequence) {
+        return fmt::format(
+            "R1|{}|1|Stop added to run: {} with the sequence of: {}.  Stop Added in Add/Remove "
+            "Stops Screen.",
+            keys, stop, sequence);
     };
-    const auto removed = [&](const char* keys, const char* stop) {
-        return logged(keys, 2,
-                      fmt::format("Stop removed from run: {} the sequence was: 1.  Stop removed in "
-                                  "Stop Add/Remove Screen.",
-                                  stop));
-    };
-    const auto moved = [&](const char* where, int before, int now) {
-        return logged("2|S2", 3,
-                      fmt::format("Stop's sequence in the run: S2 was changed - moved {}.  The old "
-                                  "sequence was: {}.  The new sequence is: {}.",
-                                  where, before, now));
+    const auto removed = [](const char* keys, const char* stop, int sequence) {
+        return fmt::format(
+            "{}|2|Stop removed from run: {} the sequence was: {}.  Stop removed in Stop Add/Remove "
+            "Screen.",
+            keys, stop, sequence);
     };
     EXPECT_THAT(
-        rows("SELECT RUNID, Int_STOPID, StopID, TripType, LOGDATE, User, ACTIVITYCODE, Description "
-             "FROM RUNLOG ORDER BY ID"),
+        rows("SELECT RUNID, Int_STOPID, StopID, ACTIVITYCODE, Description FROM RUNLOG ORDER BY ID"),
         ElementsAre(added("1|S1", "S1", 1), added("Null|S6", "S6", 2), added("2|S2", "S2", 3),
-                    removed("1|S1", "S1"), moved("up to top", 1, 1), moved("up to top", 1, 1),
-                    moved("up one", 2, 1), moved("down one", 1, 2), removed("Null|S6", "S6")));
-    EXPECT_EQ(shown(), "S2:0");
+                    removed("R1|1|S1", "S1", 1), moved("2", "up to top", 1, 1),
+                    moved("2", "up to top", 1, 1), moved("2", "up one", 2, 1),
+                    moved("2", "down one", 1, 2), removed("R2|9|S9", "S9", 0),
+                    added("9|S9", "S9", 3), added("3|S3", "S3", 4), moved("9", "up 2", 3, 1),
+                    moved("3", "up 2", 4, 2), removed("R1|Null|S6", "S6", 3)));
+    EXPECT_THAT(rows("SELECT DISTINCT TripType, LOGDATE, User FROM RUNLOG"),
+                ElementsAre("AM|1/31/2026 8:05:09 AM|PAT"));
+    EXPECT_EQ(shown(), "S9:0 S3:1 S2:2");
     EXPECT_THAT(rows("SELECT RUN, RUNSEQ FROM STOP_TRIPTYPE WHERE ID=1"), ElementsAre(" |0"));
+    EXPECT_THAT(rows("SELECT RUN FROM RUN WHERE REGENERATE=True"), ElementsAre("R2"));
 }
 
 TEST_F(StopsDistrict, RemovingNumbersTheRestFromZeroAndAddingNeverReusesASequence) {
@@ -79,55 +85,82 @@ TEST_F(StopsDistrict, ASharedPlaceGetsARecordOfItsOwnEachTime) {
 TEST_F(StopsDistrict, WhatCannotBeAddedIsSkippedAndTold) {
     byOthers("UPDATE STOP_TRIPTYPE SET RUN='R2' WHERE ID=1");
     byOthers("DELETE FROM STOP_TRIPTYPE WHERE ID=4");
-
-    const auto added = add({8, 1, 2, 4, 9});
-    EXPECT_EQ(shown(), "S2:1 S9:2") << "S9 was shown on R2 and comes from there";
-    EXPECT_EQ(shown("R2"), "S1:0");
-    EXPECT_EQ(rows("SELECT ID FROM RUNLOG").size(), 2U);
+    const auto plain = [](int stop) {
+        auto shown = chosen(stop);
+        shown.stopTripId = 0;
+        return shown;
+    };
+    const auto added =
+        addStops(connection, run, std::vector{plain(8), chosen(1), plain(2), chosen(4), plain(1)});
+    EXPECT_EQ(shown(), "S2:1") << "with the record that is free";
+    EXPECT_EQ(shown("R2"), "S1:0 S9:0");
 
     tellOfSkipped(added);
     tellOfSkipped(removeStops(connection, run, Ids{1}));
     tellOfSkipped(moveStops(connection, run, Ids{1}, Move::ToTop));
-    ASSERT_EQ(session.boxes.shown.size(), 4U);
-    EXPECT_EQ(session.boxes.shown[0].title, "Stop does not have an Available Trip Type");
-    EXPECT_EQ(session.boxes.shown[0].icon, base::MsgIcon::Information);
-    EXPECT_EQ(session.boxes.shown[0].text,
+    tellOfSkipped(placeStops(connection, run, Ids{2}, 1));
+    const auto told = session.boxes.shown;
+    EXPECT_THAT(titles(), ElementsAre("Stop does not have an Available Trip Type", ChangedTitle,
+                                      ChangedTitle, ChangedTitle, ChangedTitle));
+    EXPECT_EQ(told[0].icon, base::MsgIcon::Information);
+    EXPECT_EQ(told[0].text,
               "Oops, you selected a stop that does not have a trip type.  Can't add to the run.  "
               "Before a stop can be assigned to a run it must have at least one trip type assigned "
               "to it.  When a stop is assigned to a run it is really a stop's trip type that is "
               "assigned to a run - so without an available trip type this stop cannot be assigned "
               "to this run.  Please either assign a trip type to this stop  or select a different "
-              "stop.");
-    EXPECT_THAT(session.boxes.shown[1].text, testing::HasSubstr("S1, S4"));
-    EXPECT_EQ(shown(), "S2:1 S9:2") << "no renumbering where nothing was removed";
+              "stop.\n\nS8: no trip type AM\nS1: trip type AM is on run R2; to take it from "
+              "there, find it by Search Trip Types");
+    EXPECT_THAT(told[1].text, HasSubstr("S1, S4"));
+    EXPECT_THAT(told[4].text, HasSubstr("Nothing was moved"));
+    EXPECT_EQ(shown(), "S2:1") << "no renumbering where nothing was removed or moved";
+    EXPECT_EQ(rows("SELECT ID FROM RUNLOG").size(), 1U);
+
+    byOthers("DELETE FROM RUN WHERE RUN='R1'");
+    tellOfSkipped(add({3}));
+    EXPECT_THAT(titles(), ElementsAre(RunGoneTitle));
+    EXPECT_EQ(shown(), "S2:1");
 }
 
 TEST_F(StopsDistrict, MovesNumberFromOneAndSeveralKeepTheirOrder) {
     add({1, 2, 3, 4, 5});
+    const auto go = [&](Move move) {
+        return [=, this](const Ids& ids) { return moveStops(connection, run, ids, move); };
+    };
+    const auto put = [&](std::int64_t before) {
+        return [=, this](const Ids& ids) { return placeStops(connection, run, ids, before); };
+    };
     const struct {
         Ids moved;
-        Move move;
+        std::function<ChangedStops(const Ids&)> move;
         const char* after;
-        std::size_t logged;
+        const char* logged;  ///< each stop's number before
     } cases[] = {
-        {{3}, Move::ToTop, "S3:1 S1:2 S2:3 S4:4 S5:5", 1},
-        {{3}, Move::Up, "S3:1 S1:2 S2:3 S4:4 S5:5", 0},
-        {{2, 5}, Move::ToTop, "S2:1 S5:2 S3:3 S1:4 S4:5", 2},
-        {{2, 3}, Move::ToBottom, "S5:1 S1:2 S4:3 S2:4 S3:5", 2},
-        {{5, 4, 2}, Move::Up, "S5:1 S4:2 S2:3 S1:4 S3:5", 2},
-        {{5, 2, 3}, Move::Down, "S4:1 S5:2 S1:3 S2:4 S3:5", 2},
-        {{2, 3}, Move::Down, "S4:1 S5:2 S1:3 S2:4 S3:5", 0},
+        {{3}, go(Move::ToTop), "S3:1 S1:2 S2:3 S4:4 S5:5", "S3:3"},
+        {{3}, go(Move::Up), "S3:1 S1:2 S2:3 S4:4 S5:5", ""},
+        {{2, 5}, go(Move::ToTop), "S2:1 S5:2 S3:3 S1:4 S4:5", "S2:3 S5:5"},
+        {{2, 3}, go(Move::ToBottom), "S5:1 S1:2 S4:3 S2:4 S3:5", "S2:1 S3:3"},
+        {{5, 4, 2}, go(Move::Up), "S5:1 S4:2 S2:3 S1:4 S3:5", "S4:3 S2:4"},
+        {{5, 2, 3}, go(Move::Down), "S4:1 S5:2 S1:3 S2:4 S3:5", "S2:3 S5:1"},
+        {{2, 3}, go(Move::Down), "S4:1 S5:2 S1:3 S2:4 S3:5", ""},
+        {{3, 4}, put(1), "S5:1 S4:2 S3:3 S1:4 S2:5", "S4:1 S3:5"},
+        {{5, 3}, put(3), "S4:1 S5:2 S3:3 S1:4 S2:5", "S5:1"},
+        {{4}, put(0), "S5:1 S3:2 S1:3 S2:4 S4:5", "S4:1"},
+        {{3, 1}, put(2), "S5:1 S3:2 S1:3 S2:4 S4:5", ""},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.after);
-        const auto logged = rows("SELECT ID FROM RUNLOG").size();
-        EXPECT_EQ(moveStops(connection, run, one.moved, one.move).changedByAnother, Ids{});
+        connection.Execute("DELETE FROM RUNLOG");
+        EXPECT_EQ(one.move(one.moved).changedByAnother, Ids{});
         EXPECT_EQ(shown(), one.after);
-        EXPECT_EQ(rows("SELECT ID FROM RUNLOG").size() - logged, one.logged);
+        EXPECT_EQ(movesLogged(), one.logged);
     }
     connection.Execute("UPDATE STOP_TRIPTYPE SET RUNSEQ=7 WHERE RUN='R1'");
-    moveStops(connection, run, Ids{at(1)}, Move::Up);
-    EXPECT_THAT(shown(), testing::Not(testing::HasSubstr(":8"))) << "equal numbers are exchanged";
+    const auto before = shown();
+    const Ids stuck{at(1), at(2)};
+    EXPECT_EQ(moveStops(connection, run, stuck, Move::Up).equallyNumbered, Ids{at(1)});
+    EXPECT_EQ(shown(), before);
+    EXPECT_EQ(movesLogged(), "");
 }
 
 /// Dies after some steps of an action.
@@ -188,7 +221,7 @@ TEST_F(StopsDistrict, AsksBeforeStopsAreTakenFromARun) {
               "1 of the selected stops on another run: S9 on R2.  Adding takes them off that "
               "run.\n\n1 of the selected stops on this run already: S1.  Adding moves them to its "
               "end.\n\nDo you wish to add all 2 stops to the run?");
-    EXPECT_THAT(asked(std::vector(12, chosen(9))), testing::HasSubstr("S9 on R2 and 2 more."));
+    EXPECT_THAT(asked(std::vector(12, chosen(9))), HasSubstr("S9 on R2 and 2 more."));
     EXPECT_EQ(asked(std::vector(100, chosen(1))), "Do you wish to add all 100 stops to the run?");
 }
 

@@ -10,15 +10,15 @@
 
 namespace stops {
 
-/// The empty run "R1" of trip type AM, "R2" with stop 9 on it, and stops whose id is "S" and their
-/// internal key. Stop 1 to 5 have an AM record of the same key on no run, 6 is a school and 7 a
-/// garage without one, 8 is a regular stop without one.
+/// The runs "R1", empty, and "R2" with stop 9 on it, of trip type AM, and stops whose id is "S" and
+/// their internal key. Stop 1 to 5 have an AM record of the same key on no run, 6 is a school and 7
+/// a garage without one, 8 is a regular stop without one.
 inline void fillStops(const support::TestDistrict& district) {
     const auto sql = [&](const char* text) { district.sql(data::DatabaseFile::Routing, text); };
     sql("WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < 9) INSERT INTO "
         "STOP (INT_STOPID, STOPID, STOPTYPE) SELECT i, 'S' || i, CASE i WHEN 6 THEN 'SCHOOL' WHEN "
-        "7 "
-        "THEN 'GARAGE' ELSE 'REGULAR' END FROM n");
+        "7 THEN 'GARAGE' ELSE 'REGULAR' END FROM n");
+    sql("INSERT INTO RUN (RUN, TRIPTYPE, ACTIVE) VALUES ('R1', 'AM', 1), ('R2', 'AM', 1)");
     sql("INSERT INTO STOP_TRIPTYPE (ID, INT_STOPID, TRIPTYPE, RUN, RUNSEQ) VALUES (1, 1, 'AM', "
         "Null, 0), (2, 2, 'AM', '', 0), (3, 3, 'AM', ' ', 0), (4, 4, 'AM', Null, 0), (5, 5, 'AM', "
         "' ', 0), (9, 9, 'AM', 'R2', 0)");
@@ -61,6 +61,17 @@ protected:
     /// The key of the n-th stop of the run, from 0.
     std::int64_t at(std::size_t place) {
         return readRunStops(connection, run.run).at(place).stopTripId;
+    }
+
+    /// The stops that the log calls moved and the numbers that they had before: "S3:3 S2:1".
+    std::string movesLogged() {
+        std::vector<std::string> moves;
+        for (const auto& row : rows("SELECT StopID, Description FROM RUNLOG ORDER BY ID")) {
+            const auto number = row.find("sequence was: ") + 14;
+            moves.push_back(row.substr(0, 2) + ":" +
+                            row.substr(number, row.find('.', number) - number));
+        }
+        return support::joined(moves);
     }
 
     ado::Connection& connection = *startup::gcnRouting;

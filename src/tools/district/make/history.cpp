@@ -2,9 +2,8 @@
 
 #include <array>
 
-#include <fmt/format.h>
-
 #include "data/schema/schema.h"
+#include "stops/sequence/stoplog.h"
 #include "tools/district/make/codes.h"
 #include "tools/district/make/random.h"
 
@@ -45,32 +44,20 @@ int activityOf(std::size_t roll) {
 std::string moved(const Visit& visit, Random& random) {
     constexpr std::array Ways = {"up to top", "up one", "down one"};
     const std::size_t way = random.below(visit.sequence > 1 ? 3 : 2);
-    return fmt::format(
-        "Stop's sequence in the run: {} was changed - moved {}.  The old sequence was: {}.  The "
-        "new "
-        "sequence is: {}.",
-        visit.stop->stopId, Ways[way], visit.sequence + (way == 2 ? -1 : 1),
-        way == 0 ? 1 : visit.sequence);
+    return stops::movedText(visit.stop->stopId, Ways[way], visit.sequence + (way == 2 ? -1 : 1),
+                            way == 0 ? 1 : visit.sequence);
 }
 
 std::string describe(const LogEntry& entry, const Run& other, Random& random) {
     const Visit& visit = *entry.visit;
     switch (entry.activity) {
         case data::activity::Added:
-            return fmt::format(
-                "Stop added to run: {} with the sequence of: {}.  Stop Added in Add/Remove Stops "
-                "Screen.",
-                visit.stop->stopId, visit.sequence);
+            return stops::addedText(visit.stop->stopId, visit.sequence);
         case data::activity::Removed:
-            return fmt::format(
-                "Stop removed from run: {} the sequence was: {}.  Stop removed in Stop Add/Remove "
-                "Screen.",
-                visit.stop->stopId, visit.sequence);
+            return stops::removedText(visit.stop->stopId, visit.sequence);
         case data::activity::Merged:
-            return fmt::format(
-                "Stop Merged From run: {} with the sequence of: {} to new run: {} with a new "
-                "sequence of: {}",
-                entry.run->id, 1 + random.below(9), other.id, visit.sequence);
+            return stops::mergedText(entry.run->id, static_cast<std::int64_t>(1 + random.below(9)),
+                                     other.id, visit.sequence);
         default:
             return moved(visit, random);
     }
