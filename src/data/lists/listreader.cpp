@@ -20,6 +20,7 @@ void setCell(TextTable& table, std::size_t row, std::size_t column, const ado::F
             break;
         }
         case CellKind::Number:
+        case CellKind::Decimal:
             table.set(row, column, startup::NoNullNumber(field.Value()));
             break;
         default:

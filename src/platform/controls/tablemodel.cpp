@@ -107,7 +107,7 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 bool TableModel::alignedRight(int column) const {
-    return table_.columns[static_cast<std::size_t>(column)].kind == table::CellKind::Number;
+    return table::isNumber(table_.columns[static_cast<std::size_t>(column)].kind);
 }
 
 QString TableModel::rowText(std::size_t row) const {

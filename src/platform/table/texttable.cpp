@@ -5,6 +5,8 @@
 #include <numeric>
 #include <stdexcept>
 
+#include <fmt/format.h>
+
 #include "platform/base/text.h"
 
 namespace table {
@@ -32,7 +34,21 @@ int compareNoCase(std::string_view a, std::string_view b) {
                : 1;
 }
 
+std::string_view nullText(CellKind kind) {
+    return kind == CellKind::Text      ? " "
+           : kind == CellKind::Number  ? "0"
+           : kind == CellKind::Decimal ? "0.00"
+                                       : "";
+}
+
+std::string twoDecimals(double number) {
+    const auto text = fmt::format("{:.2f}", number);
+    return text == "-0.00" ? "0.00" : text;
+}
+
 }  // namespace
+
+bool isNumber(CellKind kind) { return kind == CellKind::Number || kind == CellKind::Decimal; }
 
 /// A text's first characters stand in the key itself: they decide most comparisons without a look
 /// at the texts, which lie far apart.
@@ -153,14 +169,15 @@ std::string TextTable::text(std::size_t row, std::size_t column) const {
     const CellKind kind = kindOf(column);
     switch (held_.at(at)) {
         case Held::Null:
-            return kind == CellKind::Text ? " " : kind == CellKind::Number ? "0" : "";
+            return std::string(nullText(kind));
         case Held::Text:
             return std::string(pooled(at));
         case Held::Date:
             return kind == CellKind::Time ? Date{integerOf(bits_[at])}.hhmm()
                                           : Date{integerOf(bits_[at])}.text();
         default:
-            return value(row, column).asText();
+            return kind == CellKind::Decimal ? twoDecimals(value(row, column).asNumber())
+                                             : value(row, column).asText();
     }
 }
 
@@ -187,7 +204,7 @@ TextTable::SortKey TextTable::sortKey(std::size_t row, std::size_t column) const
     const CellKind kind = kindOf(column);
     switch (held_[at]) {
         case Held::Null:
-            return {kind == CellKind::Number ? SortKey::Number : SortKey::Nothing, 0, 0, {}};
+            return {isNumber(kind) ? SortKey::Number : SortKey::Nothing, 0, 0, {}};
         case Held::Text:
             return SortKey::of(pooled(at));
         case Held::Number:

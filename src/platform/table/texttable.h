@@ -14,9 +14,11 @@ namespace table {
 enum class CellKind {
     Text,      ///< as it is; Null shows as " "
     Number,    ///< unformatted; Null shows as 0 and counts as 0; sorted as a number
+    Decimal,   ///< a number with two decimals; Null shows as 0.00 and counts as 0; sorted as such
     Time,      ///< "hh:mm AM"; Null shows blank; sorted as a time of day
     DateTime,  ///< the default text of a date-time; Null shows blank; sorted as a date-time
 };
+[[nodiscard]] bool isNumber(CellKind kind);
 /// What a cell holds that no one sees: anything as it is.
 inline constexpr auto HiddenKind = CellKind::DateTime;
 

@@ -1,7 +1,5 @@
 #include "runedit/editor/runlists.h"
 
-#include <cmath>
-
 #include <fmt/format.h>
 
 #include "data/lists/listreader.h"
@@ -26,11 +24,11 @@ constexpr ListColumn StopColumns[]{
     {"Stop Type", "Stoptype"},
     {"School", "School", 2000},
     {"Description", "Description", 2440},
-    {"Time to Stop", "time_tostop", 0, CellKind::Number},
-    {"Distance to Stop", "DIST_TOSTOP", 0, CellKind::Number},
-    {"Load Time", "Load_Time", 0, CellKind::Number},
-    {"Cum. Time", "CUM_TIME", 0, CellKind::Number},
-    {"Cum. Distance", "CUM_MILES", 0, CellKind::Number},
+    {"Time to Stop", "time_tostop", 0, CellKind::Decimal},
+    {"Distance to Stop", "DIST_TOSTOP", 0, CellKind::Decimal},
+    {"Load Time", "Load_Time", 0, CellKind::Decimal},
+    {"Cum. Time", "CUM_TIME", 0, CellKind::Decimal},
+    {"Cum. Distance", "CUM_MILES", 0, CellKind::Decimal},
     {"Run ID", "Run"},
     {"Sequence", "RunSeq", 0, CellKind::Number},
     {"Int. ID", "Int_STOPID", 0, CellKind::Number},
@@ -99,17 +97,6 @@ bool isPlaced(const TextTable& stops, std::size_t row) {
     return !isZero(stops.value(row, "XPOS")) || !isZero(stops.value(row, "YPOS"));
 }
 
-void roundMinutesAndMiles(TextTable& stops) {
-    for (const auto* name : {"time_tostop", "DIST_TOSTOP", "Load_Time", "CUM_TIME", "CUM_MILES"}) {
-        const auto column = stops.columnOf(name);
-        for (std::size_t row = 0; row < stops.rowCount(); ++row) {
-            if (const auto value = stops.value(row, column); value.isDouble()) {
-                stops.set(row, column, std::round(value.asNumber() * 100) / 100);
-            }
-        }
-    }
-}
-
 }  // namespace
 
 DirectionStyle directionStyle(std::string_view choice) {
@@ -130,7 +117,6 @@ StopList readStopList(ado::Connection& routing, std::string_view run, bool toSch
                           });
     list.totals = totalsOf(list.table);
     countAlongTheRun(list.table, toSchool);
-    roundMinutesAndMiles(list.table);
     return list;
 }
 

@@ -43,6 +43,10 @@ TEST(TextTable, SortsTimesAndNumbersByWhatTheyAreNotByTheirTexts) {
     const TextTable numbers = oneColumn(CellKind::Number, {100, 9.5, -3, Value(), 20});
     EXPECT_EQ(sorted(numbers), "-3|0|9.5|20|100|");
 
+    const TextTable miles =
+        oneColumn(CellKind::Decimal, {100, 9.5, 0.44666666, Value(), -0.001, "none"});
+    EXPECT_EQ(sorted(miles), "0.00|0.00|0.45|9.50|100.00|none|");
+
     const TextTable mixed = oneColumn(CellKind::Number, {"High", 7, "low"});
     EXPECT_EQ(sorted(mixed), "7|High|low|");
 

@@ -31,13 +31,14 @@ TEST_F(TarnForm, FillsTheCriteriaListsWhenLoaded) {
 TEST_F(TarnForm, ShowsRunsWithoutRouting) {
     EXPECT_EQ(support::joined(found()), AllRuns);
     EXPECT_EQ(text("TotSel"), "4");
-    EXPECT_EQ(row("101-AM"),
-              "101-AM|Oak morning|07:05 AM|07:45 AM|08:00 AM|OAK|AM|NORTH|REG|40|12.5|6|31|High|"
-              "Start Time");
+    EXPECT_EQ(
+        row("101-AM"),
+        "101-AM|Oak morning|07:05 AM|07:45 AM|08:00 AM|OAK|AM|NORTH|REG|40.00|12.50|6|31|High|"
+        "Start Time");
     EXPECT_EQ(row("102-AM"),
-              "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|90|9|2|4|Low|"
+              "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|90.00|9.00|2|4|Low|"
               "End Time");
-    EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | |0|0|0|0| | ");
+    EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | |0.00|0.00|0|0| | ");
 }
 
 TEST_F(TarnForm, ShowsRunsWithRoutingOneColumnShifted) {
@@ -45,11 +46,12 @@ TEST_F(TarnForm, ShowsRunsWithRoutingOneColumnShifted) {
     EXPECT_EQ(support::joined(found()), AllRuns);
     EXPECT_EQ(row("101-AM"),
               "101-AM|Oak morning|07:05 AM|07:45 AM|08:00 AM|OAK|AM|NORTH|REG|R1|Smith, Ann|B7|"
-              "Adams, Bo|40|12.5|6|High|Start Time|");
-    EXPECT_EQ(row("102-AM"),
-              "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|R2| | | |90|9|2|"
-              "Low|End Time|");
-    EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | | | | | |0|0|0| | |");
+              "Adams, Bo|40.00|12.50|6|High|Start Time|");
+    EXPECT_EQ(
+        row("102-AM"),
+        "102-AM|Pine 100%|06:30 AM|12:00 PM|12:15 AM|PINE|AM|SOUTH|SPORT|R2| | | |90.00|9.00|2|"
+        "Low|End Time|");
+    EXPECT_EQ(row("103-PM"), "103-PM| ||||ASH|PM| | | | | | |0.00|0.00|0| | |");
     std::string captions;
     for (const auto& column : list("RunList").table().columns) {
         captions += column.caption + "|";
