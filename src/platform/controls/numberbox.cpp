@@ -3,13 +3,14 @@
 #include <QKeyEvent>
 #include <QRegularExpression>
 #include <algorithm>
+#include <cmath>
 
 namespace controls {
 
 namespace {
 
 // A text that an "e", a group separator or "nan" would make a number is a slip of the fingers here.
-bool looksLikeNumber(const QString& text, int decimals) {
+bool looksLikeNumber(const QString& text, bool isWhole) {
     static const QRegularExpression form(QStringLiteral(R"(^[+-]?(\d+(?:\.(\d*))?|\.(\d+))$)"));
     const auto match = form.match(text);
     if (!match.hasMatch()) {
@@ -19,7 +20,14 @@ bool looksLikeNumber(const QString& text, int decimals) {
     while (fraction.endsWith('0')) {
         fraction.chop(1);
     }
-    return fraction.size() <= decimals;
+    return !isWhole || fraction.isEmpty();
+}
+
+/// Halves away from 0, also those that have no exact binary form.
+double rounded(double number, int decimals) {
+    constexpr double ToNearestHalf = 1 + 1e-12;
+    const double scale = std::pow(10, decimals);
+    return std::round(number * scale * ToNearestHalf) / scale + 0.0;  // no -0
 }
 
 }  // namespace
@@ -31,10 +39,10 @@ NumberBox::NumberBox(QWidget* parent) : QLineEdit(parent) {
 
 std::optional<double> NumberBox::number() const {
     const QString typed = text().trimmed();
-    if (!looksLikeNumber(typed, decimals_)) {
+    if (!looksLikeNumber(typed, decimals_ == 0)) {
         return std::nullopt;
     }
-    const double number = typed.toDouble();
+    const double number = rounded(typed.toDouble(), decimals_);
     if (number < minimum_ || number > maximum_) {
         return std::nullopt;
     }

@@ -6,11 +6,11 @@
 namespace controls {
 
 /// A box for a number with a decimal point. Anything may be typed; on leaving or Enter a number is
-/// tidied (" 07.50" becomes "7.5"), any other text stays for the form to refuse. The up and down
-/// keys count by one within the range.
+/// tidied (" 07.50" becomes "7.5") and rounded to the digits that the box has, any other text stays
+/// for the form to refuse. The up and down keys count by one within the range.
 class NumberBox : public QLineEdit {
     Q_OBJECT
-    /// Digits behind the point; 0 from the start, which takes whole numbers only.
+    /// Digits behind the point; 0 from the start, which takes whole numbers only and rounds none.
     Q_PROPERTY(int decimals READ decimals WRITE setDecimals)
     Q_PROPERTY(double minimum READ minimum WRITE setMinimum)
     Q_PROPERTY(double maximum READ maximum WRITE setMaximum)
@@ -18,8 +18,8 @@ class NumberBox : public QLineEdit {
 public:
     explicit NumberBox(QWidget* parent = nullptr);
 
-    /// The number; nothing for an empty box, a text that is no number, more decimals than there
-    /// may be, or a number beyond the range.
+    /// The number as rounded; nothing for an empty box, a text that is no number or no whole one
+    /// where it must be, or a number beyond the range.
     [[nodiscard]] std::optional<double> number() const;
     /// Without padding or trailing zeros.
     void setNumber(double number);

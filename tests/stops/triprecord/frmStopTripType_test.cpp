@@ -115,13 +115,15 @@ TEST_F(StopTripForm, SavesWhatWasChangedAndChecksTheRun) {
     EXPECT_EQ(saved, 1);
 
     type("TIME_TOSTOP", "8.5");
-    type("DIST_TOSTOP", "2");
+    type("DIST_TOSTOP", "2.345");
+    leave("DIST_TOSTOP");
+    EXPECT_EQ(text("DIST_TOSTOP"), "2.35");
     type("TIME_AT_STOP", "7:20");
     type("Comment", "Ask for O'Hara's \"gate\"");
     check("Active", false);
     click("OK");
     EXPECT_EQ(record(43),
-              "12|2.3533332|8.5|2|7:20:00 AM|right|False|Ask for O'Hara's \"gate\"|PLANNER");
+              "12|2.3533332|8.5|2.35|7:20:00 AM|right|False|Ask for O'Hara's \"gate\"|PLANNER");
     EXPECT_EQ(stored(stamps), "1/31/2026 8:05:09 AM|1/31/2026 8:05:09 AM");
     EXPECT_TRUE(form().closeForm());
 }
@@ -138,7 +140,7 @@ TEST_F(StopTripForm, RefusesWhatCannotBeSaved) {
                  {"LOAD_TIME", "1e2", "Invalid Load Time"},
                  {"LOAD_TIME", "-1", "Invalid Load Time"},
                  {"TIME_TOSTOP", "1000", "Invalid Driving Time"},
-                 {"DIST_TOSTOP", "0.123", "Invalid Distance"},
+                 {"DIST_TOSTOP", "999.996", "Invalid Distance"},
                  {"DIST_TOSTOP", "' OR 1=1", "Invalid Distance"},
                  {"TIME_AT_STOP", "25:00", "Invalid Time at Stop"},
                  {"TIME_AT_STOP", "1/31/2026", "Invalid Time at Stop"},
