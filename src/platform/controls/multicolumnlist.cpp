@@ -66,6 +66,7 @@ void MultiColumnList::setTable(table::TextTable table) {
     const bool fits = widthsFitRows_ && table.columns == model_->table().columns;
     model_->setTable(std::move(table));
     if (!fits) {
+        arrangeColumns();
         applyWidths();
     }
     scrollToTop();
@@ -321,13 +322,30 @@ int MultiColumnList::sizeHintForColumn(int column) const {
     return std::max(QTreeView::sizeHintForColumn(column), header()->sectionSizeHint(column));
 }
 
+void MultiColumnList::arrangeColumns() {
+    if (table().columns.empty()) {
+        return;
+    }
+    const auto number = [&](const std::string& name) {
+        return static_cast<int>(table().columnOf(name));
+    };
+    int place = 0;
+    for (const auto& name : shownFirst_) {
+        header()->moveSection(header()->visualIndex(number(name)), place++);
+    }
+    for (const auto& [name, delegate] : delegates_) {
+        setItemDelegateForColumn(number(name), delegate);
+    }
+}
+
 void MultiColumnList::applyWidths() {
     const QScopedValueRollback<bool> setting(settingWidths_, true);
     widthsFitRows_ = rows() > 0;
     const QVariantList remembered = LayoutMemory::instance().recall(layoutKey()).toList();
     constexpr int Narrowest = 56;
     constexpr int Widest = 220;
-    const int arrow = style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, header()) + 9;
+    const int arrow =
+        headerSorts_ ? style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, header()) + 9 : 0;
     for (int column = 0; column < model_->columnCount(); ++column) {
         const int twips = table().columns[static_cast<std::size_t>(column)].widthTwips;
         const int asked = twips > 0 ? pixelsOf(twips, *this)

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/table/texttable.h"
@@ -29,6 +30,14 @@ public:
 
     /// Fills the list in one reset: own order, nothing sorted, selected or chosen.
     void setTable(table::TextTable table);
+    /// The columns that stand first on screen, by name; the others follow in their own order. All
+    /// keep their numbers. From the next setTable() on.
+    void showFirst(std::vector<std::string> names) { shownFirst_ = std::move(names); }
+    /// Has the cells of a column, by its name, drawn by another delegate. From the next setTable()
+    /// on.
+    void drawColumnBy(std::string name, QAbstractItemDelegate* delegate) {
+        delegates_.emplace_back(std::move(name), delegate);
+    }
     /// Adds rows of the same columns at the end, for a list that is read as it is needed. What is
     /// chosen, selected and in view stays; a sort ends. A scroll bar that the user holds at its end
     /// follows.
@@ -110,6 +119,7 @@ protected:
     [[nodiscard]] int sizeHintForColumn(int column) const override;
 
 private:
+    void arrangeColumns();
     void applyWidths();
     void rememberWidths();
     [[nodiscard]] QString layoutKey() const;
@@ -118,6 +128,8 @@ private:
 
     TableModel* model_;
     QString emptyText_;
+    std::vector<std::string> shownFirst_;
+    std::vector<std::pair<std::string, QAbstractItemDelegate*>> delegates_;
     int chosenRow_ = -1;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;

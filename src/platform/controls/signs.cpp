@@ -2,6 +2,8 @@
 
 #include <QPainter>
 #include <QPixmap>
+#include <algorithm>
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -28,6 +30,29 @@ const Strokes Sheet{{{2, 3}, {14, 3}, {14, 14}, {2, 14}, {2, 3}},
                     {{5, 9.2}, {11.5, 9.2}},
                     {{5, 11.7}, {11.5, 11.7}}};
 
+/// A circle with a stroke through it.
+Strokes crossedCircle() {
+    constexpr int Corners = 24;
+    constexpr qreal Radius = 5.5;
+    QPolygonF circle;
+    for (int corner = 0; corner <= Corners; ++corner) {
+        const qreal angle = 2 * M_PI * corner / Corners;
+        circle << QPointF(8 + Radius * std::cos(angle), 8 + Radius * std::sin(angle));
+    }
+    return {circle, {{4.5, 4.5}, {11.5, 11.5}}};
+}
+
+/// Two columns of dots, by which something is taken hold of.
+Strokes dots() {
+    Strokes strokes;
+    for (const qreal x : {6.0, 10.0}) {
+        for (const qreal y : {3.5, 8.0, 12.5}) {
+            strokes.push_back({{x, y}, {x + 0.01, y}});
+        }
+    }
+    return strokes;
+}
+
 Drawing drawingOf(Sign sign) {
     switch (sign) {
         case Sign::Up:
@@ -42,6 +67,10 @@ Drawing drawingOf(Sign sign) {
             return {ArrowToBar};
         case Sign::ToBottom:
             return {ArrowToBar, 180};
+        case Sign::NoPlace:
+            return {crossedCircle()};
+        case Sign::Grip:
+            return {dots()};
         case Sign::Calendar:
             break;
     }
@@ -94,6 +123,16 @@ QPixmap drawn(const Drawing& drawing, const QColor& colour) {
 }
 
 }  // namespace
+
+void paintSign(QPainter& painter, const QRect& rect, Sign sign, const QColor& ink) {
+    const int side = std::min(rect.width(), rect.height());
+    QRect square(0, 0, side, side);
+    square.moveCenter(rect.center());
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(square, drawn(drawingOf(sign), ink));
+    painter.restore();
+}
 
 QIcon signIcon(Sign sign, const QPalette& palette, QPalette::ColorRole ink) {
     const auto drawing = drawingOf(sign);

@@ -6,6 +6,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
 #include "runedit/editor/Run.h"
+#include "runedit/map/maphandoff.h"
 #include "runsearch/log/RunLogInquiry.h"
 #include "startup/base/session.h"
 #include "stops/search/frmSelStops.h"
@@ -63,7 +64,8 @@ bool confirmRemoval(const controls::MultiColumnList& list, const std::vector<int
 /// The run as the actions on its stops want it: with the trip type that is stored.
 stops::EditedRun Run::runOfStops() const {
     const auto stored = storedRun();
-    return {run(), stored ? stored->text("TripType") : std::string(), startup::gCommandLine};
+    return {run(), stored ? stored->text("TripType") : std::string(), startup::gCommandLine,
+            mapExchangeOn()};
 }
 
 void Run::AddStops_Click() {

@@ -9,6 +9,9 @@
 
 namespace stops {
 
+/// What a list says of a stop without a place on the map: both co-ordinates 0 or missing.
+inline constexpr auto NoPlaceText = "no place on the map";
+
 /// What a search finds, read piece by piece: 150,000 rows at once would hold up the form. A write
 /// on the same connection reads what is left into memory, so close() before writing.
 class FoundStops {

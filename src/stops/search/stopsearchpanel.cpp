@@ -9,6 +9,7 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signdelegate.h"
 #include "platform/forms/application.h"
 #include "platform/forms/operation.h"
 #include "platform/jet/error.h"
@@ -23,6 +24,7 @@ namespace {
 
 using controls::fromQt;
 using controls::MultiColumnList;
+using controls::SignDelegate;
 using startup::trapped;
 
 /// How long a slice of reading may hold up the form: most searches are done in the first, and the
@@ -54,8 +56,13 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
     for (QWidget* choice : {ui_->cmbGeocoded, ui_->cmbActive}) {
         choice->installEventFilter(this);
     }
+    ui_->lstStop->showFirst({"Map", "STOPID", "ADDR1", "DESCRIPTION", "STOPTYPE"});
+    ui_->lstSTOP_TRIPTYPE->showFirst(
+        {"Map", "STOPID", "ADDR1", "DESCRIPTION", "RUN", "NUM_STUDENTS"});
     for (auto* list : {ui_->lstStop, ui_->lstSTOP_TRIPTYPE}) {
         list->setEmptyText(BeforeSearch);
+        list->drawColumnBy("Map", new SignDelegate(controls::Sign::NoPlace,
+                                                   SignDelegate::Place::InsteadOfText, list));
     }
     wire();
     startFrom({});

@@ -7,12 +7,15 @@
 
 #include <fmt/format.h>
 
-#include "data/runs/runrow.h"
-#include "platform/ado/recordset.h"
+#include "data/lookups/mdlGetItems.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
+#include "platform/base/value.h"
+#include "platform/controls/gauge.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/rowdrag.h"
+#include "platform/controls/signdelegate.h"
 #include "platform/controls/signs.h"
 #include "platform/forms/operation.h"
 #include "runedit/map/maphandoff.h"
@@ -28,6 +31,7 @@ namespace {
 
 using controls::MultiColumnList;
 using controls::Sign;
+using controls::SignDelegate;
 using controls::toQt;
 
 constexpr auto Module = "Add_Remove_Stops";
@@ -39,21 +43,23 @@ constexpr std::size_t ManyRows = 100;
 const auto NoStops =
     QStringLiteral("No stop is on this run.\nFind stops on the left and add them.");
 
-std::string tripTypeOf(const std::string& run) {
-    ado::Recordset row;
-    return data::openRun(row, *startup::gcnRouting, run)
-               ? std::string(base::trim(row["TRIPTYPE"].textView()))
-               : std::string();
+/// The seats of a run's vehicle; 0 where they are not known.
+std::int64_t seatsOf(const RunHead& head) {
+    if (head.vehType.empty()) {
+        return 0;
+    }
+    const base::Value seats(data::GetVehType_Capacity(head.vehType, head.capacityLevel));
+    return seats.asText() == "NOT FOUND" || base::trim(seats.asText()).empty() ? 0
+                                                                               : seats.asInteger();
 }
 
-std::string said(std::string_view done, std::size_t count) {
-    return fmt::format("{} {} {}.", count, count == 1 ? "stop" : "stops", done);
-}
-
-std::string saidOf(const AddedStops& added) {
-    const auto skipped = added.withoutTripType.size() + added.changedByAnother.size();
-    return said("added", added.stopTripIds.size()) +
-           (skipped == 0 ? "" : fmt::format("  {} not added.", skipped));
+/// Caption and value, which stand or break together; nothing without a value.
+QString item(const QString& caption, const std::string& value) {
+    return value.empty() ? QString()
+                         : QStringLiteral(
+                               " &nbsp;&nbsp; <span style='white-space:nowrap'>%1"
+                               "<b>%2</b></span>")
+                               .arg(caption, toQt(value).toHtmlEscaped());
 }
 
 class ShownWhileAlive {
@@ -75,8 +81,14 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->ExitAddRun);
     ui_->StopList->setEmptyText(NoStops);
+    ui_->StopList->showFirst({"No.", "Map", "STOPID", "ADDR1", "DESCRIPTION", "TIME_AT_STOP",
+                              "NUM_STUDENTS", "On the Bus", "RUNSEQ"});
+    for (auto* hint : {ui_->OrderHint, ui_->MapHint}) {
+        hint->setForegroundRole(QPalette::PlaceholderText);
+    }
     wireButtons();
     wireKeys();
+    wireDragging();
     restoreSplitter();
 }
 
@@ -122,27 +134,90 @@ void Add_Remove_Stops::wireButtons() {
 /// work on the run's side only: Alt+Down drops a combo's list.
 void Add_Remove_Stops::wireKeys() {
     key(Qt::Key_Insert, ui_->AddStop);
-    key(Qt::Key_Delete, ui_->DelStop, ui_->RunSide);
+    on(new QShortcut(Qt::Key_Delete, ui_->RunSide, nullptr, nullptr,
+                     Qt::WidgetWithChildrenShortcut),
+       &QShortcut::activated, "StopList_Delete", &Add_Remove_Stops::StopList_Delete);
     key(Qt::ALT | Qt::Key_Home, ui_->Move_To_Top, ui_->RunSide);
     key(Qt::ALT | Qt::Key_Up, ui_->MoveUp, ui_->RunSide);
     key(Qt::ALT | Qt::Key_Down, ui_->MoveDown, ui_->RunSide);
     key(Qt::ALT | Qt::Key_End, ui_->Move_to_Bottom, ui_->RunSide);
 }
 
+void Add_Remove_Stops::wireDragging() {
+    auto* list = ui_->StopList;
+    list->drawColumnBy("No.", new SignDelegate(Sign::Grip, SignDelegate::Place::BesideText, list));
+    list->drawColumnBy("Map",
+                       new SignDelegate(Sign::NoPlace, SignDelegate::Place::InsteadOfText, list));
+    on(new controls::RowDrag(*list, "No."), &controls::RowDrag::dropped, "StopList_Drop",
+       &Add_Remove_Stops::StopList_Drop);
+}
+
 void Add_Remove_Stops::Form_Load() {
-    run_.tripType = tripTypeOf(run_.run);
+    changed_ = false;
     run_.user = startup::gCommandLine;
+    run_.isMapped = runedit::mapExchangeOn();
     ui_->RunID->setText(toQt(run_.run));
-    ui_->RunTripType->setText(toQt(run_.tripType));
+    ui_->MapHint->setVisible(run_.isMapped);
+    Build_StopList();
     ui_->StopSearch->loadCodes();
     ui_->StopSearch->startFrom(run_.tripType);
-    Build_StopList();
 }
 
 void Add_Remove_Stops::Build_StopList() {
-    ui_->StopList->setTable(readStopsInSequence(*startup::gcnRouting, run_.run));
+    head_ = readRunHead(*startup::gcnRouting, *startup::gcnTrip, run_.run);
+    run_.tripType = head_.tripType;
+    auto stops = readStopsInSequence(*startup::gcnRouting, run_.run, head_.isPickup);
+    ui_->StopList->setTable(std::move(stops.table));
     ui_->StopsInRun->setText(QString::number(ui_->StopList->rows()));
+    showHead();
+    showPassengers(stops.passengers);
+    showUnplaced(stops.unplaced);
     enableButtons();
+}
+
+void Add_Remove_Stops::showHead() {
+    if (!head_.exists) {
+        ui_->RunText->setText(tr("does not exist any more"));
+        return;
+    }
+    const auto bus = head_.vehicle.empty() ? head_.vehType
+                                           : fmt::format("{} ({})", head_.vehicle, head_.vehType);
+    ui_->RunText->setText(
+        toQt(head_.description).toHtmlEscaped() + item(tr("Trip Type:&nbsp;"), head_.tripType) +
+        item(tr("School:&nbsp;"), head_.school) +
+        item(tr("Bell:&nbsp;"), head_.bell ? head_.bell->hhmm() : "") +
+        item({}, head_.isPickup ? "Pick Up" : "Drop Off") + item(tr("Bus:&nbsp;"), bus));
+}
+
+void Add_Remove_Stops::showPassengers(std::int64_t passengers) {
+    const auto seats = seatsOf(head_);
+    auto text = tr("Passengers:&nbsp;<b>%1</b>").arg(passengers);
+    if (seats > 0) {
+        text += tr(" of %1 seats").arg(seats);
+    }
+    if (seats > 0 && passengers > seats) {
+        text += tr(", <b>%1 too many</b>").arg(passengers - seats);
+    }
+    ui_->Passengers->setText(text);
+    ui_->Seats->setVisible(seats > 0);
+    ui_->Seats->setValues(static_cast<double>(passengers), static_cast<double>(seats));
+}
+
+void Add_Remove_Stops::showUnplaced(const std::vector<std::size_t>& rows) {
+    constexpr std::size_t MostNamed = 5;
+    const auto& table = ui_->StopList->table();
+    QStringList named;
+    for (std::size_t i = 0; i < rows.size() && i < MostNamed; ++i) {
+        named += tr("stop %1, %2").arg(rows[i] + 1).arg(toQt(table.text(rows[i], "STOPID")));
+    }
+    if (rows.size() > MostNamed) {
+        named += tr("and %1 more").arg(rows.size() - MostNamed);
+    }
+    ui_->Unplaced->setText((rows.size() == 1
+                                ? tr("1 stop has no place on the map: ")
+                                : tr("%1 stops have no place on the map: ").arg(rows.size())) +
+                           named.join("; "));
+    ui_->Unplaced->setVisible(!rows.empty());
 }
 
 void Add_Remove_Stops::enableButtons() {
@@ -204,8 +279,34 @@ void Add_Remove_Stops::AddStop() {
     const auto added = carryOut(chosen.size(), [&](base::ProgressPort* progress) {
         return addStops(*startup::gcnRouting, run_, chosen, progress);
     });
-    showResult(added.stopTripIds, added.stopTripIds, saidOf(added));
+    showResult(added.stopTripIds, added.stopTripIds, resultOf(added));
+    ui_->Status->setText(ui_->Status->text() + toQt(placeOfAdded(added.stopTripIds)));
     tellOfSkipped(added);
+}
+
+/// Where a single stop went; a new stop of a run has no time before times are calculated.
+std::string Add_Remove_Stops::placeOfAdded(const StopTripIds& added) const {
+    const auto rows = ui_->StopList->selectedRows();
+    if (added.size() != 1 || rows.size() != 1) {
+        return {};
+    }
+    return fmt::format(
+        "  {} is stop {}{}.", ui_->StopList->cellText(rows[0], 0), rows[0] + 1,
+        ui_->StopList->cellValue(rows[0], "TIME_AT_STOP").isNull() ? " and has no time yet" : "");
+}
+
+void Add_Remove_Stops::StopList_Delete() {
+    const auto rows = ui_->StopList->selectedRows();
+    if (rows.empty()) {
+        return;
+    }
+    const auto& stops = ui_->StopList->table();
+    const auto run =
+        head_.description.empty() ? run_.run : fmt::format("{}, {}", run_.run, head_.description);
+    if (base::confirmLoss(questionBeforeRemoving(stops, rows), RemovalTitle,
+                          removalConcerns(stops, rows, run))) {
+        DelStop();
+    }
 }
 
 void Add_Remove_Stops::DelStop() {
@@ -215,7 +316,7 @@ void Add_Remove_Stops::DelStop() {
     const auto removed = carryOut(rows, [&](base::ProgressPort* progress) {
         return removeStops(*startup::gcnRouting, run_, chosen, progress);
     });
-    showResult(removed.stopTripIds, {}, said("removed", removed.stopTripIds.size()));
+    showResult(removed.stopTripIds, {}, resultOf(removed, "removed"));
     ui_->StopList->choose(place);
     tellOfSkipped(removed);
 }
@@ -225,8 +326,19 @@ void Add_Remove_Stops::move(Move direction) {
     const auto moved = carryOut(0, [&](base::ProgressPort*) {
         return moveStops(*startup::gcnRouting, run_, chosen, direction);
     });
-    showResult(moved.stopTripIds, chosen, said("moved", moved.stopTripIds.size()));
+    showResult(moved.stopTripIds, chosen, resultOf(moved, "moved"));
     tellOfSkipped(moved);
+}
+
+void Add_Remove_Stops::StopList_Drop(int before) {
+    const auto chosen = selectedStops();
+    const auto target =
+        before < ui_->StopList->rows() ? ui_->StopList->cellValue(before, "ID").asInteger() : 0;
+    const auto placed = carryOut(0, [&](base::ProgressPort*) {
+        return placeStops(*startup::gcnRouting, run_, chosen, target);
+    });
+    showResult(placed.stopTripIds, chosen, resultOf(placed, "moved"));
+    tellOfSkipped(placed);
 }
 
 void Add_Remove_Stops::Move_To_Top() { move(Move::ToTop); }
@@ -244,6 +356,7 @@ Add_Remove_Stops::Message Add_Remove_Stops::lockedMessage() const {
 /// Shows what an action has made of both lists, with these stops of the run selected.
 void Add_Remove_Stops::showResult(const StopTripIds& changed, const StopTripIds& selected,
                                   const std::string& told) {
+    changed_ = changed_ || !changed.empty();
     startup::RefreshRunList = startup::RefreshRunList || !changed.empty();
     ui_->StopSearch->searchAgain();
     const int place = ui_->StopList->verticalScrollBar()->value();
@@ -263,18 +376,23 @@ void Add_Remove_Stops::Form_Unload() { ui_->StopSearch->stopFilling(); }
 
 bool Add_Remove_Stops::ExitAddRun() {
     ui_->StopSearch->stopFilling();
-    needDeadHeadBuild(*startup::gcnRouting);
-    handToMap();
-    return true;
+    const auto leave = [this] {
+        needDeadHeadBuild(*startup::gcnRouting);
+        handToMap();
+    };
+    return unlessLocked(
+        changed_ ? Message{LockedOnLeavingTitle, LockedOnLeavingText} : lockedMessage(), leave);
 }
 
 /// A map program that cannot take the run is told in a box: the form is left all the same.
 void Add_Remove_Stops::handToMap() {
-    if (!runedit::mapExchangeOn()) {
+    if (!run_.isMapped || !head_.exists) {
         return;
     }
     if (runedit::mapFilesLeft(run_.run)) {
-        runedit::markToBeResolved(run_.run);
+        if (changed_) {
+            runedit::markToBeResolved(run_.run);
+        }
         base::MsgBox(runedit::MapStillProcessingText, runedit::MapStillProcessingTitle,
                      base::MsgIcon::Information);
         return;
@@ -303,7 +421,7 @@ void Add_Remove_Stops::restoreSplitter() {
     ui_->Splitter->setStretchFactor(1, 1);
     const auto arranged = controls::LayoutMemory::instance().recall(SplitterKey).toByteArray();
     if (!ui_->Splitter->restoreState(arranged)) {
-        ui_->Splitter->setSizes({560, 680});
+        ui_->Splitter->setSizes({415, 915});
     }
 }
 

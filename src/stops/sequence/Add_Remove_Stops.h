@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "startup/forms/trappedform.h"
+#include "stops/sequence/runhead.h"
 #include "stops/sequence/runstops.h"
 
 namespace Ui {
@@ -39,6 +40,10 @@ public:
     void MoveDown();
     void Move_to_Bottom();
     bool ExitAddRun();
+    /// The Delete key, which is pressed by mistake more easily than the button: asks first.
+    void StopList_Delete();
+    /// The selected rows were dragged in front of that row of the list.
+    void StopList_Drop(int before);
 
 protected:
     void Form_Load() override;
@@ -54,7 +59,11 @@ private:
     void wireButtons();
     void wireKeys();
     void restoreSplitter();
+    void wireDragging();
     void enableButtons();
+    void showHead();
+    void showPassengers(std::int64_t passengers);
+    void showUnplaced(const std::vector<std::size_t>& rows);
 
     [[nodiscard]] StopTripIds selectedStops() const;
     void selectStops(const StopTripIds& stopTripIds);
@@ -62,11 +71,14 @@ private:
     [[nodiscard]] auto carryOut(std::size_t rows, Action action);
     void move(Move direction);
     void handToMap();
+    [[nodiscard]] std::string placeOfAdded(const StopTripIds& added) const;
     void showResult(const StopTripIds& changed, const StopTripIds& selected,
                     const std::string& told);
 
     std::unique_ptr<Ui::Add_Remove_Stops> ui_;
     EditedRun run_;
+    RunHead head_;
+    bool changed_ = false;  ///< by an action of this form
     std::function<void()> sent_;
 };
 

@@ -64,6 +64,12 @@ ChosenStop withFreeRecord(ado::Connection& connection, ChosenStop stop, std::str
     return stop;
 }
 
+/// The search for runs to be resolved on the map finds it.
+void markForMap(ado::Connection& connection, std::string_view run) {
+    connection.Execute(fmt::format("UPDATE RUN SET RUN.REGENERATE=True WHERE RUN.RUN='{}'",
+                                   ado::escaped(base::trim(run))));
+}
+
 /// Gives one stop after the other its place behind the run's last one.
 class StopAdder {
 public:
@@ -414,11 +420,6 @@ ChangedStops placeStops(ado::Connection& connection, const EditedRun& run,
     }
     unit.commit();
     return placed;
-}
-
-void markForMap(ado::Connection& connection, std::string_view run) {
-    connection.Execute(fmt::format("UPDATE RUN SET RUN.REGENERATE=True WHERE RUN.RUN='{}'",
-                                   ado::escaped(base::trim(run))));
 }
 
 void needDeadHeadBuild(ado::Connection& connection) {

@@ -91,9 +91,6 @@ ChangedStops moveStops(ado::Connection& connection, const EditedRun& run,
 ChangedStops placeStops(ado::Connection& connection, const EditedRun& run,
                         std::span<const std::int64_t> stopTripIds, std::int64_t before);
 
-/// Marks a changed run that the map program has not got: it is to be solved again.
-void markForMap(ado::Connection& connection, std::string_view run);
-
 /// Notes that runs were changed and the dead-head must be calculated again.
 void needDeadHeadBuild(ado::Connection& connection);
 

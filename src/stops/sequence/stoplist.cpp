@@ -1,32 +1,89 @@
 #include "stops/sequence/stoplist.h"
 
+#include <set>
+
+#include <fmt/format.h>
+
 #include "data/lists/listreader.h"
+#include "data/schema/schema.h"
+#include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
+#include "platform/base/text.h"
+#include "stops/search/foundstops.h"
 #include "stops/sequence/runstops.h"
 
 namespace stops {
 
-table::TextTable readStopsInSequence(ado::Connection& connection, std::string_view run) {
-    using table::CellKind;
-    static constexpr data::ListColumn Columns[]{
-        {"Stop ID", "STOPID", 1200},
-        {"Location", "ADDR1", 2200},
-        {"Time At Stop", "TIME_AT_STOP", 1000, CellKind::Time},
-        {"Passengers", "NUM_STUDENTS", 0, CellKind::Number},
-        {"Trip Type", "TRIPTYPE"},
-        {"Stop Type", "STOPTYPE"},
-        {"School", "SCHOOL"},
-        {"Description", "DESCRIPTION", 2440},
-        {"Time to Stop", "TIME_TOSTOP", 0, CellKind::Number},
-        {"Distance to Stop", "DIST_TOSTOP", 0, CellKind::Number},
-        {"Load Time", "LOAD_TIME", 0, CellKind::Number},
-        {"Cum. Time", "CUM_TIME", 0, CellKind::Number},
-        {"Cum. Distance", "CUM_MILES", 0, CellKind::Number},
-        {"Run ID", "RUN"},
-        {"Sequence", "RUNSEQ", 0, CellKind::Number},
-        {"Int. ID", "INT_STOPID", 0, CellKind::Number},
-        {"ID", "ID", 0, CellKind::Number},
-    };
-    return data::readList(Columns, runStopsQuery(run), connection);
+namespace {
+
+using table::CellKind;
+
+constexpr data::ListColumn Columns[]{
+    {"Stop ID", "STOPID", 900},
+    {"Location", "ADDR1", 1600},
+    {"Time At Stop", "TIME_AT_STOP", 900, CellKind::Time},
+    {"Passengers", "NUM_STUDENTS", 500, CellKind::Number},
+    {"Trip Type", "TRIPTYPE"},
+    {"Stop Type", "STOPTYPE"},
+    {"School", "SCHOOL"},
+    {"Description", "DESCRIPTION", 1700},
+    {"Time to Stop", "TIME_TOSTOP", 0, CellKind::Decimal},
+    {"Distance to Stop", "DIST_TOSTOP", 0, CellKind::Decimal},
+    {"Load Time", "LOAD_TIME", 0, CellKind::Decimal},
+    {"Cum. Time", "CUM_TIME", 0, CellKind::Decimal},
+    {"Cum. Distance", "CUM_MILES", 0, CellKind::Decimal},
+    {"Run ID", "RUN"},
+    {"Sequence", "RUNSEQ", 500, CellKind::Number},
+    {"Int. ID", "INT_STOPID", 0, CellKind::Number},
+    {"ID", "ID", 0, CellKind::Number},
+    {"No.", {}, 700, CellKind::Number},
+    {"Map", {}, 400},
+    {"On the Bus", {}, 500, CellKind::Number},
+};
+
+std::set<std::int64_t> unplacedRecords(ado::Connection& connection, std::string_view run) {
+    ado::Recordset rows;
+    rows.Open(
+        fmt::format("SELECT STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID "
+                    "= STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}' AND (STOP.XPOS=0 OR "
+                    "STOP.XPOS Is Null) AND (STOP.YPOS=0 OR STOP.YPOS Is Null)",
+                    ado::escaped(run)),
+        connection);
+    std::set<std::int64_t> ids;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        ids.insert(rows["ID"].asInteger());
+    }
+    return ids;
+}
+
+std::int64_t passengersAt(const table::TextTable& stops, std::size_t row) {
+    const bool boards =
+        base::equalsNoCase(base::trim(stops.text(row, "STOPTYPE")), data::stoptype::Regular);
+    return boards ? stops.value(row, "NUM_STUDENTS").asInteger() : 0;
+}
+
+}  // namespace
+
+StopList readStopsInSequence(ado::Connection& connection, std::string_view run, bool toSchool) {
+    const auto unplaced = unplacedRecords(connection, run);
+    StopList list;
+    list.table = data::readList(
+        Columns, runStopsQuery(run), connection, [&](table::TextTable& stops, std::size_t row) {
+            stops.set(row, stops.columnOf("No."), static_cast<std::int64_t>(row) + 1);
+            list.passengers += passengersAt(stops, row);
+            if (unplaced.contains(stops.value(row, "ID").asInteger())) {
+                stops.setText(row, stops.columnOf("Map"), NoPlaceText);
+                stops.colourRed(row, 0, stops.columns.size() - 1);
+                list.unplaced.push_back(row);
+            }
+        });
+    list.table.columns[list.table.columnOf("Map")].caption.clear();
+    std::int64_t onTheBus = toSchool ? 0 : list.passengers;
+    for (std::size_t row = 0; row < list.table.rowCount(); ++row) {
+        onTheBus += (toSchool ? 1 : -1) * passengersAt(list.table, row);
+        list.table.set(row, list.table.columnOf("On the Bus"), onTheBus);
+    }
+    return list;
 }
 
 }  // namespace stops

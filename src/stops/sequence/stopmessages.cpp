@@ -81,8 +81,11 @@ std::string said(std::string_view done, std::size_t count) {
     return fmt::format("{} {} {}.", count, count == 1 ? "stop" : "stops", done);
 }
 
-void tell(const std::string& text, std::string_view title) {
-    base::MsgBox(text, std::string(title), base::MsgIcon::Information);
+void tell(const std::string& text, std::string_view title, const std::string& concerns = {}) {
+    base::MsgBox({.text = text,
+                  .title = std::string(title),
+                  .icon = base::MsgIcon::Information,
+                  .concerns = concerns});
 }
 
 }  // namespace
@@ -140,8 +143,8 @@ void tellOfSkipped(const AddedStops& added) {
         tell(RunGoneText, RunGoneTitle);
     }
     if (!added.withoutTripType.empty()) {
-        tell(fmt::format("{}\n\n{}", NoTripTypeText, listed(added.withoutTripType, whyNoTripType)),
-             NoTripTypeTitle);
+        tell(std::string(NoTripTypeText), NoTripTypeTitle,
+             listed(added.withoutTripType, whyNoTripType));
     }
     if (!added.changedByAnother.empty()) {
         tell(

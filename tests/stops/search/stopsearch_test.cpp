@@ -115,14 +115,17 @@ TEST_F(StopSearch, ShowsWhatTheListsAreToShow) {
     };
     EXPECT_EQ(shown({.stopId = "S4"}),
               "Stop ID=S4|Address= |School=OAK|Description= |Stop Type=REGULAR|Location=N|"
-              "Active=INACTIVE|XPOS=1|YPOS=1|");
+              "Active=INACTIVE|XPOS=1|YPOS=1|=|");
     connection.Execute(
         "UPDATE STOP_TRIPTYPE SET TIME_AT_STOP=#7:05:00 AM#, TIME_TOSTOP=2.5, DIST_TOSTOP=0.75, "
         "RUNSEQ=4 WHERE ID=21");
     EXPECT_EQ(shown({.stopId = "S2", .tripTypes = true, .tripType = "PM"}),
               "Stop ID=S2|Address=120 Elm|School=OAK|Trip Type=PM|Description=Elm|Run=r2|"
-              "Students=0|Stop Time=07:05 AM|Time=2.5|Miles=0.75|Seq=4|Stop Type=REGULAR|"
-              "Location=N|Active=ACTIVE|ID=21|Int. Stop ID=2|XPOS=1|YPOS=1|");
+              "Students=0|Stop Time=07:05 AM|Time=2.50|Miles=0.75|Seq=4|Stop Type=REGULAR|"
+              "Location=N|Active=ACTIVE|ID=21|Int. Stop ID=2|XPOS=1|YPOS=1|=|");
+    for (const auto* unplaced : {"S5", "S8"}) {
+        EXPECT_THAT(shown({.stopId = unplaced}), testing::HasSubstr("|=no place on the map|"));
+    }
 }
 
 }  // namespace

@@ -1,4 +1,7 @@
+#include <QHeaderView>
+#include <QLabel>
 #include <QTest>
+#include <QTextDocumentFragment>
 #include <numeric>
 
 #include "platform/forms/operation.h"
@@ -41,6 +44,12 @@ protected:
         return form;
     }
 
+    void addFirst() {
+        click("cmdSearch");
+        select("lstSTOP_TRIPTYPE", {0});
+        click("AddStop");
+    }
+
     std::string stopIds(const char* name) {
         auto ids = column(name);
         for (const int row : list(name).selectedRows()) {
@@ -63,6 +72,7 @@ TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
     press("lstSTOP_TRIPTYPE", Qt::Key_Insert);
     press("lstSTOP_TRIPTYPE", Qt::Key_Insert);
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2 S4*");
+    EXPECT_EQ(text("Status"), "1 stop added.  S4 is stop 4 and has no time yet.");
 
     list("StopList").setFocus();
     press("StopList", Qt::Key_Home, Qt::AltModifier);
@@ -72,14 +82,67 @@ TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
     click("Move_to_Bottom");
     click("MoveUp");
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S4* S2");
+    answer(base::MsgAnswer::No);
     press("StopList", Qt::Key_Delete);
+    EXPECT_EQ(stopIds("StopList"), "S1 S3 S4* S2");
+    EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of Stops"));
+    answer(base::MsgAnswer::Yes);
+    press("StopList", Qt::Key_Delete);
+    EXPECT_EQ(lastText(),
+              "Are you sure you want to take the stop S4 off this run?\n\nS4\nno passengers\n"
+              "Stop 3 of 4 on run R1");
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2*");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S4 S5");
 
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_THAT(rows("SELECT DISTINCT User FROM RUNLOG"), ElementsAre("PAT"));
     EXPECT_THAT(rows("SELECT ID FROM RUNLOG"), SizeIs(9));
-    EXPECT_THAT(session.boxes.shown, IsEmpty());
+    EXPECT_THAT(titles(), SizeIs(1));
+}
+
+TEST_F(StopForms, ShowsWhatTheRunIsAndWhatItsStopsLack) {
+    const char* stops = "StopList";
+    byOthers("UPDATE STOP SET XPOS=1 WHERE INT_STOPID<>2");
+    byOthers("UPDATE STOP_TRIPTYPE SET RUN='R1', RUNSEQ=ID, NUM_STUDENTS=ID, CUM_TIME=0.44666666");
+    byOthers("UPDATE STOP SET STOPTYPE='SCHOOL' WHERE INT_STOPID=9");
+    byOthers(
+        "UPDATE RUN SET DESCRIPTION='Oak & Elm', SCHOOL='OAK', BELLTIME='1899-12-30 08:00:00', "
+        "VEHTYPE='MINI', CAPACITY='Low' WHERE RUN='R1'");
+    district.sql(data::DatabaseFile::Trip,
+                 "INSERT INTO VEHTYPE (VEHTYPE, LOW) VALUES ('MINI', 12)");
+    const auto plain = [&](const char* name) {
+        return QTextDocumentFragment::fromHtml(control<QLabel>(name).text())
+            .toPlainText()
+            .simplified()
+            .toStdString();
+    };
+    EXPECT_EQ(plain("RunText"),
+              "Oak & Elm Trip Type: AM School: OAK Bell: 08:00 AM Drop Off Bus: MINI");
+    EXPECT_EQ(plain("Passengers"), "Passengers: 15 of 12 seats, 3 too many");
+    EXPECT_EQ(text("Unplaced"), "1 stop has no place on the map: stop 2, S2");
+    EXPECT_EQ(support::joined(column(stops, 19)), "14 12 9 5 0 0") << "on the bus";
+    EXPECT_EQ(row(stops, 1),
+              "S2| ||2|AM|REGULAR| | |0.00|0.00|0.00|0.45|0.00|R1|2|2|2|2|no place "
+              "on the map|12");
+    EXPECT_TRUE(list(stops).isRed(1, 0));
+    EXPECT_FALSE(list(stops).isRed(2, 0));
+    EXPECT_EQ(list(stops).header()->logicalIndex(0), 17) << "the number stands at the edge";
+
+    byOthers("UPDATE STOP_TRIPTYPE SET RUN='R2' WHERE ID=5");
+    const auto at = [&](int row) {
+        return list(stops).visualRect(list(stops).model()->index(row, 17)).center();
+    };
+    auto* rows = list(stops).viewport();
+    select(stops, {0, 2, 4});
+    QTest::mousePress(rows, Qt::LeftButton, {}, at(2));
+    QTest::mouseMove(rows, at(5));
+    QTest::mouseMove(rows, at(5) - QPoint(0, 4));
+    QTest::mouseRelease(rows, Qt::LeftButton, {}, at(5) - QPoint(0, 4));
+    EXPECT_EQ(stopIds(stops), "S2 S4 S1* S3* S9");
+    EXPECT_EQ(text("Status"), "2 stops moved.");
+    EXPECT_THAT(titles(), ElementsAre("Stop Changed by Another User"));
+    QTest::mouseClick(rows, Qt::LeftButton, {}, at(1));
+    EXPECT_EQ(stopIds(stops), "S2 S4* S1 S3 S9");
 }
 
 TEST_F(StopForms, AsksAndTellsWhatAnActionMeets) {
@@ -121,6 +184,12 @@ TEST_F(StopForms, LeavingAsksForDeadHeadAndHandsTheRunToTheMap) {
         EXPECT_EQ(opened("Add_Remove_Stops"), nullptr);
         forms::Application::instance().yield();
     };
+    addFirst();
+    auto held = heldByOthers();
+    QTest::keyClick(&form(), Qt::Key_Escape);
+    EXPECT_TRUE(form().isLoaded());
+    EXPECT_THAT(titles(), ElementsAre("Stops Saved, Form Not Left"));
+    held.reset();
     leave();
     EXPECT_THAT(rows("SELECT NEEDDEADHEADBUILD FROM SYSTEM"), ElementsAre("True"));
     EXPECT_THAT(map.taken, IsEmpty()) << "no exchange with other map software";
@@ -129,19 +198,21 @@ TEST_F(StopForms, LeavingAsksForDeadHeadAndHandsTheRunToTheMap) {
     startup::gMapSoftware = startup::ArcView;
     map.failsAt = 0;
     leave();
-    ASSERT_THAT(session.boxes.shown, SizeIs(1));
-    EXPECT_THAT(session.boxes.shown[0].text, testing::HasSubstr("ArcView is not running."));
+    EXPECT_THAT(lastText(), testing::HasSubstr("ArcView is not running."));
 
     map.failsAt = -1;
     leave();
     ASSERT_THAT(map.taken, testing::Not(IsEmpty()));
     EXPECT_THAT(map.taken.back(), testing::HasSubstr("SolveRun"));
 
+    connection.Execute("UPDATE RUN SET REGENERATE=False");
     leave();
-    ASSERT_THAT(session.boxes.shown, SizeIs(2));
-    EXPECT_EQ(session.boxes.shown[1].title,
-              "Can't Work with MAP - Still Processing Last MAP Session.");
-    EXPECT_EQ(session.boxes.shown[1].text,
+    EXPECT_EQ(storedRun("REGENERATE", "R1"), "False") << "nothing was changed";
+    addFirst();
+    leave();
+    EXPECT_EQ(storedRun("REGENERATE", "R1"), "True");
+    EXPECT_EQ(lastTitle(), "Can't Work with MAP - Still Processing Last MAP Session.");
+    EXPECT_EQ(lastText(),
               "Sorry, Vireo has not finished processing and removing the work files created when "
               "you last worked with this run on the map.  Please wait for a minute or two and try "
               "again.");
