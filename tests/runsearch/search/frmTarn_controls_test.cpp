@@ -106,8 +106,8 @@ TEST_F(TarnForm, SortsTimesAndNumbersByWhatTheyAre) {
     EXPECT_EQ(runs.sortOrder(), Qt::AscendingOrder);
     clickHeader("Total Miles");
     clickHeader("Total Miles");
-    EXPECT_EQ(runs.cellText(0, 10), "12.5");
-    EXPECT_EQ(runs.cellText(1, 10), "9");
+    EXPECT_EQ(runs.cellText(0, 10), "12.50");
+    EXPECT_EQ(runs.cellText(1, 10), "9.00");
     found();
     EXPECT_EQ(runs.sortColumn(), -1);
 }
