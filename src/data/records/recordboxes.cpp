@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <algorithm>
 #include <stdexcept>
@@ -200,9 +201,12 @@ std::string conflictQuestion(const Entries& entries, const Record& stored, std::
                        changesByOthers(entries, stored));
 }
 
-/// Shows the tab that a control is on.
+/// Shows the tab that a control is on, and the part of the form.
 void reveal(QWidget& control) {
     for (QWidget* page = &control; page->parentWidget() != nullptr; page = page->parentWidget()) {
+        if (auto* area = qobject_cast<QScrollArea*>(page->parentWidget()->parentWidget())) {
+            area->ensureWidgetVisible(&control);
+        }
         if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget())) {
             tabs->setCurrentWidget(page);
         }

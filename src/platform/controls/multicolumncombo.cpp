@@ -78,6 +78,7 @@ const table::TextTable& MultiColumnCombo::table() const { return model_->table()
 std::string MultiColumnCombo::text() const { return fromQt(currentText()); }
 
 void MultiColumnCombo::setText(const std::string& text) {
+    typed_ = false;
     setEditText(toQt(text));
     setRowKeepingText(model_->find(currentText()));
 }
@@ -98,6 +99,7 @@ void MultiColumnCombo::clearChoice() {
 }
 
 void MultiColumnCombo::matchTyped(const QString& typed) {
+    typed_ = true;
     const int row = model_->find(typed);
     setRowKeepingText(row);
     if (row >= 0) {
@@ -106,7 +108,7 @@ void MultiColumnCombo::matchTyped(const QString& typed) {
 }
 
 void MultiColumnCombo::takeOnlyFit() {
-    if (!isUnknown() || model_->rowCount() == 0) {
+    if (!typed_ || !isUnknown() || model_->rowCount() == 0) {
         return;
     }
     constexpr int EnoughToTell = 2;

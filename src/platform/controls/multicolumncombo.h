@@ -33,6 +33,8 @@ public:
     [[nodiscard]] std::string columnText(int column) const;
     /// Whether it holds a text that belongs to no row.
     [[nodiscard]] bool isUnknown() const;
+    /// Takes the row that a typed text alone fits, as Enter and leaving do.
+    void takeOnlyFit();
     /// No row and an empty text; the rows stay.
     void clearChoice();
 
@@ -52,10 +54,10 @@ private:
     void offerRowsWhileTyping();
     void makeRoomForCaptions();
     void matchTyped(const QString& typed);
-    void takeOnlyFit();
     void setRowKeepingText(int row);
 
     TableModel* model_;
+    bool typed_ = false;  ///< by the user, since the text was set
 };
 
 }  // namespace controls

@@ -90,8 +90,6 @@ void Run::dress() {
     forms::hideInPlace(*ui_->Status);
     ui_->PreviousRun->setIcon(signIcon(Sign::Left, palette(), QPalette::ButtonText));
     ui_->NextRun->setIcon(signIcon(Sign::Right, palette(), QPalette::ButtonText));
-    sizeFields(*ui_);
-    arrange();
 }
 
 void Run::arrange() {
@@ -181,7 +179,7 @@ void Run::edit(const std::string& run) { begin(run, false); }
 void Run::editNew() { begin({}, true); }
 
 void Run::begin(const std::string& run, bool isNew) {
-    if (isLoaded() && !mayLeave()) {
+    if (isLoaded() && !mayLeave("go to the other run")) {
         return;
     }
     toEdit_ = std::string(base::trim(run));
@@ -197,7 +195,8 @@ void Run::PreviousRun_Click() { walk(-1); }
 
 void Run::walk(int step) {
     const int place = runs_->placeOf(run());
-    if (place == 0 || place + step < 1 || place + step > runs_->count() || !mayLeave()) {
+    if (place == 0 || place + step < 1 || place + step > runs_->count() ||
+        !mayLeave("go to the other run")) {
         return;
     }
     const auto next = runs_->choose(place + step);
@@ -216,6 +215,8 @@ void Run::tellNotFound(const std::string& run) {
 }
 
 void Run::Form_Load() {
+    sizeFields(*ui_);
+    arrange();
     data::Load_cmbSchool(*this);
     data::Load_cmbTRIPTYPE(*this);
     data::Load_cmbRunFamily(*this);

@@ -126,7 +126,8 @@ private:
     /// Its row as it is stored now; nothing where there is none.
     [[nodiscard]] std::optional<data::Record> storedRun() const;
     [[nodiscard]] data::Entries entries() const;
-    bool mayLeave();
+    /// Asks about what is not saved; `toDo` comes next.
+    bool mayLeave(const char* toDo);
 
     bool save();
     bool checkAndSave() { return Check_For_Error() == 0 && confirmDoubts() && save(); }

@@ -26,8 +26,8 @@ using startup::gcnRouting;
 constexpr auto UnsavedTitle = "Run Not Saved";
 constexpr auto UnsavedText =
     "You have changed this run and not saved it.\n\n"
-    "Yes - save it and close.\n"
-    "No - close without saving.\n"
+    "Yes - save it and {0}.\n"
+    "No - {0} without saving.\n"
     "Cancel - go on editing.";
 constexpr auto DoubtTitle = "Please Confirm Saving of this Run";
 constexpr auto DoubtText =
@@ -56,6 +56,9 @@ data::Entries Run::entries() const {
 
 int Run::Check_For_Error() {
     hideSaved();
+    for (auto* combo : findChildren<controls::MultiColumnCombo*>()) {
+        combo->takeOnlyFit();
+    }
     const auto fault = boxes_->refuseFault(entries());
     return fault ? fault->code : 0;
 }
@@ -119,13 +122,14 @@ bool Run::askAboutDeletion() {
     return false;
 }
 
-bool Run::Form_QueryUnload() { return mayLeave(); }
+bool Run::Form_QueryUnload() { return mayLeave("close"); }
 
-bool Run::mayLeave() {
+bool Run::mayLeave(const char* toDo) {
     if (!boxes_->areTouched()) {
         return true;
     }
-    switch (base::MsgBox(UnsavedText, UnsavedTitle, MsgIcon::Question, MsgButtons::YesNoCancel)) {
+    switch (base::MsgBox(fmt::format(UnsavedText, toDo), UnsavedTitle, MsgIcon::Question,
+                         MsgButtons::YesNoCancel)) {
         case MsgAnswer::Yes:
             return checkAndSave();
         case MsgAnswer::No:

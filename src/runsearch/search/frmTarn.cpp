@@ -131,7 +131,7 @@ bool frmTarn::Form_QueryUnload() {
 }
 
 void frmTarn::cmdSearch_Click() {
-    if (refuseBrokenTimes()) {
+    if (refuseBrokenTimes() || refuseUnknownRouteKeys()) {
         return;
     }
     const forms::BusyCursor hourglass;

@@ -79,6 +79,7 @@ private:
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;
     [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
     bool refuseBrokenTimes();
+    bool refuseUnknownRouteKeys();
     void search(const RunSearchQuery& query, bool withRouting);
     void refreshRunList();
     [[nodiscard]] std::string chosenRun() const;

@@ -127,6 +127,23 @@ bool frmTarn::refuseBrokenTimes() {
     return false;
 }
 
+bool frmTarn::refuseUnknownRouteKeys() {
+    for (auto* combo : {ui_->cmbRoute, ui_->cmbEmployee, ui_->cmbVehicle, ui_->cmbAid}) {
+        combo->takeOnlyFit();
+        if (combo->isEnabled() && combo->isUnknown()) {
+            base::MsgBox(fmt::format("Oops, \"{}\" is not in the list.  Please choose a row of it, "
+                                     "or leave the field empty.",
+                                     base::trim(combo->text())),
+                         "Not in the List", base::MsgIcon::Information);
+            ui_->RunTab->setCurrentWidget(ui_->RoutePage);
+            combo->setFocus();
+            combo->lineEdit()->selectAll();
+            return true;
+        }
+    }
+    return false;
+}
+
 void frmTarn::emptyTimes() {
     for (auto* box : ui_->RunPage->findChildren<controls::TimeBox*>()) {
         box->clear();

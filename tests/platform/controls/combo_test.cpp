@@ -91,6 +91,9 @@ TEST_F(ComboTest, TheOneRowThatFitsIsTakenByEnterAndByLeaving) {
     EXPECT_TRUE(after.hasFocus());
     EXPECT_EQ(typedAndKey("lin", Qt::Key_Tab), "lin");  // of two
     EXPECT_TRUE(combo.isUnknown());
+    combo.setText("adam");  // stored so, not typed
+    combo.takeOnlyFit();
+    EXPECT_EQ(combo.text(), "adam");
     EXPECT_EQ(chosen.count(), 2);
 }
 

@@ -54,10 +54,6 @@ TEST_F(RunTimesTest, TellsOfStopsOnTheWrongSideOfTheBell) {
                                      "run arriving after" +
                                      more));
     EXPECT_EQ(warningTypes(), "LATE BELL");
-    EXPECT_EQ(list("WarningList").cellText(0, 2),
-              "StopID: S1 has an arrival time that is later than the bell time you have told the "
-              "run to honor.  The stop's arrival time is: 7:22:00 AM.  The bell time is: 7:20:00 "
-              "AM.");
 
     check("DropOff");
     click("CalcTimes");
@@ -142,20 +138,11 @@ TEST_F(RunTimesTest, SaysWhyARunDoesNotGoToTheMap) {
                                       "Can't Go to Map - Still Processing Last Map Session"));
 }
 
-TEST_F(RunTimesTest, ShowsDirectionsInTheChosenStyle) {
-    byOthers(
-        "INSERT INTO RUNDIR(RUN, LINETYPE, LINETEXT1, SHORTTEXT) VALUES "
-        "('101-AM', 'Start', 'Start at the yard', 'Yard'), "
-        "('101-AM', 'Note', 'Mind the ice', 'Ice')");
+TEST_F(RunTimesTest, ShowsDirectionsInTheChosenStyleAndPicksTheClosedStreetsFile) {
+    byOthers("INSERT INTO RUNDIR(RUN, LINETYPE, SHORTTEXT) VALUES ('101-AM', 'Start', 'Yard')");
     open();
-    EXPECT_EQ(list("DirList").rows(), 2);
     type("cmbDirType", "Very Brief");
-    EXPECT_EQ(list("DirList").rows(), 1);
-    EXPECT_EQ(list("DirList").cellText(0, 0), "Yard");
-}
-
-TEST_F(RunTimesTest, PicksAndClearsTheClosedStreetsFile) {
-    open();
+    EXPECT_EQ(row("DirList", 0), "Yard| ");
     forms::setFileChooser([](const forms::FileQuestion&) { return "/maps/ice.avl"; });
     click("Closed_Browse");
     EXPECT_EQ(text("GIS_CLOSEDSTREETFILENAME"), "/maps/ice.avl");

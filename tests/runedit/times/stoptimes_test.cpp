@@ -120,26 +120,6 @@ TEST(StopTimes, ARepeatedStopCostsNothing) {
     EXPECT_EQ(stops[2].loadMinutes, 4);
 }
 
-TEST(StopTimes, RepeatedStopsShareOneTimeThatASecondCalculationKeeps) {
-    RunGenerator generator(5);
-    for (int run = 0; run < GeneratedRuns; ++run) {
-        auto stops = generator.stops();
-        for (std::size_t i = 1; i < stops.size(); ++i) {
-            stops[i].stopId = generator.oneIn(3) ? stops[i - 1].stopId : stops[i].stopId;
-        }
-        const Date anchor = generator.time();
-        for (const auto& calculate : {start, end}) {
-            const Date other = calculate(stops, anchor);
-            const Times times = timesOf(stops);
-            for (std::size_t i = 1; i < stops.size(); ++i) {
-                ASSERT_TRUE(stops[i].stopId != stops[i - 1].stopId || times[i] == times[i - 1]);
-            }
-            ASSERT_EQ(calculate(stops, anchor), other) << run;
-            ASSERT_EQ(timesOf(stops), times) << run;
-        }
-    }
-}
-
 TEST(StopTimes, ARepeatedStopLosesItsMinutesOnlyWhereTheIdsAgreeToTheBlank) {
     std::vector<TimedStop> stops = {stop("A", 1, 0), stop(" A", 2, 3), stop("a", 0, 4)};
     stops[1].updatesTime = false;
