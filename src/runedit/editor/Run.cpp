@@ -9,8 +9,10 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signdelegate.h"
 #include "platform/controls/signs.h"
 #include "platform/forms/operation.h"
+#include "runedit/editor/crowdeddelegate.h"
 #include "runedit/editor/inks.h"
 #include "runedit/editor/runfields.h"
 #include "runedit/validation/checkedrun.h"
@@ -25,6 +27,7 @@ namespace {
 using base::MsgIcon;
 using controls::fromQt;
 using controls::Sign;
+using controls::SignDelegate;
 using controls::signIcon;
 using controls::toQt;
 using startup::gcnRouting;
@@ -87,6 +90,13 @@ void Run::dress() {
     amber.setColor(QPalette::Window, inks.amberGround);
     ui_->WarningPanel->setPalette(amber);
     ui_->WarningList->header()->setStretchLastSection(true);
+    auto* stops = ui_->StopList;
+    stops->showFirst({"No.", "Map", "StopID", "Addr1", "Description", "Time_At_Stop",
+                      "NUM_STUDENTS", "On the Bus"});
+    stops->drawColumnBy("Map",
+                        new SignDelegate(Sign::NoPlace, SignDelegate::Place::InsteadOfText, stops));
+    onTheBus_ = new CrowdedDelegate(stops);
+    stops->drawColumnBy("On the Bus", onTheBus_);
     forms::hideInPlace(*ui_->Status);
     ui_->PreviousRun->setIcon(signIcon(Sign::Left, palette(), QPalette::ButtonText));
     ui_->NextRun->setIcon(signIcon(Sign::Right, palette(), QPalette::ButtonText));

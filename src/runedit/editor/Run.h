@@ -27,6 +27,8 @@ class MultiColumnCombo;
 
 namespace runedit {
 
+class CrowdedDelegate;
+
 /// The run editor: one run's fields, its stops, directions, warnings and special needs. OK checks
 /// the fields, saves, validates and stays. What another program changes meanwhile is told before
 /// anything is overwritten.
@@ -117,7 +119,6 @@ private:
     [[nodiscard]] int rowOfStop(const std::string& stopId) const;
     void goToStop(const std::string& stopId);
     void showWarning(int row);
-    void orderStopColumns();
     void showUnplaced(const std::vector<std::size_t>& rows);
 
     [[nodiscard]] static bool isBuilt(const QWidget& button);
@@ -149,6 +150,7 @@ private:
     forms::Timer Timer3;  ///< hides the status
     RunSequence* runs_ = nullptr;
     std::string toEdit_;  ///< the run asked for; blank for a new one
+    CrowdedDelegate* onTheBus_ = nullptr;
     std::optional<Arrangement> arrangement_;
     StopTotals totals_;         ///< of the list of stops
     std::string routeVehType_;  ///< of the vehicle of the run's route; blank where there is none

@@ -1,8 +1,7 @@
-#include <QHeaderView>
-
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
+#include "runedit/editor/crowdeddelegate.h"
 #include "runedit/editor/runlists.h"
 #include "runedit/validation/checkedrun.h"
 #include "startup/base/session.h"
@@ -64,7 +63,10 @@ void Run::showTotals() {
     ui_->Seats->setToolTip(routeVehType_.empty() ? tr("The seats of the run's vehicle type.")
                                                  : tr("The vehicle of the run's route decides: %1.")
                                                        .arg(toQt(base::trim(routeVehType_))));
-    ui_->PassengerBar->setLoad(totals_.passengers, seats.value_or(totals_.passengers));
+    ui_->PassengerBar->setValues(static_cast<double>(totals_.passengers),
+                                 static_cast<double>(seats.value_or(0)));
+    onTheBus_->setSeats(seats);
+    ui_->StopList->viewport()->update();
     const auto beyond = seats ? totals_.passengers - *seats : 0;
     ui_->TooMany->setText(beyond > 0 ? tr("%1 too many").arg(beyond) : QString());
 }
@@ -157,24 +159,9 @@ void Run::Build_StopList() {
     showTotals();
     const auto chosen = chosenStopTrip();
     ui_->StopList->setTable(std::move(stops.table));
-    orderStopColumns();
     showUnplaced(stops.unplaced);
     chooseStopTrip(chosen);
     showButtons();
-}
-
-/// What planners look at stands first; the columns keep their numbers.
-void Run::orderStopColumns() {
-    const auto& table = ui_->StopList->table();
-    if (table.columns.empty()) {
-        return;
-    }
-    auto& header = *ui_->StopList->header();
-    int place = 0;
-    for (const auto* name :
-         {"No.", "StopID", "Addr1", "Description", "Time_At_Stop", "NUM_STUDENTS", "On the Bus"}) {
-        header.moveSection(header.visualIndex(static_cast<int>(table.columnOf(name))), place++);
-    }
 }
 
 void Run::showUnplaced(const std::vector<std::size_t>& rows) {

@@ -33,11 +33,13 @@ constexpr ListColumn StopColumns[]{
     {"Sequence", "RunSeq", 0, CellKind::Number},
     {"Int. ID", "Int_STOPID", 0, CellKind::Number},
     {"Int. Stop TripType ID", "ID", 0, CellKind::Number},
-    {"No.", "", 0, CellKind::Number},
-    {"On the Bus", "", 0, CellKind::Number},
+    {"No.", {}, 700, CellKind::Number},
+    {"Map", {}, 400},
+    {"On the Bus", {}, 1000, CellKind::Number},
     data::hidden("XPOS"),
     data::hidden("YPOS"),
 };
+constexpr auto NoPlaceText = "No place on the map";
 constexpr auto StopsOfRun =
     "SELECT STOP.STOPID, STOP.ADDR1, STOP_TRIPTYPE.TIME_AT_STOP, STOP_TRIPTYPE.NUM_STUDENTS, "
     "STOP_TRIPTYPE.TRIPTYPE, STOP.STOPTYPE, STOP.SCHOOL, STOP.DESCRIPTION, STOP.XPOS, STOP.YPOS, "
@@ -111,10 +113,12 @@ StopList readStopList(ado::Connection& routing, std::string_view run, bool toSch
     list.table = readList(StopColumns, fmt::format(StopsOfRun, ado::escaped(base::trim(run))),
                           routing, [&](TextTable& table, std::size_t row) {
                               if (!isPlaced(table, row)) {
+                                  table.setText(row, table.columnOf("Map"), NoPlaceText);
                                   table.colourRed(row, 0, table.columns.size() - 1);
                                   list.unplaced.push_back(row);
                               }
                           });
+    list.table.columns[list.table.columnOf("Map")].caption.clear();
     list.totals = totalsOf(list.table);
     countAlongTheRun(list.table, toSchool);
     return list;

@@ -27,8 +27,8 @@ enum class DirectionStyle {
 struct StopList {
     /// In the order of the run, without turn points; "ID" is the key of the stop's trip-type
     /// record. A stop without a place on the map (both co-ordinates 0 or missing) is all red.
-    /// Behind the columns of the record stand "No." and "On the Bus"; see countAlongTheRun().
-    /// Minutes and miles have two decimals.
+    /// Behind the columns of the record stand "No.", "Map", which says of a red stop that it has no
+    /// place, and "On the Bus"; see countAlongTheRun().
     table::TextTable table;
     /// The red rows: while there is one, the run cannot go to the map.
     std::vector<std::size_t> unplaced = {};

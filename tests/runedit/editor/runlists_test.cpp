@@ -50,10 +50,12 @@ TEST_F(RunLists, StopsStandInTheirOrderAndThoseWithoutAPlaceAreRed) {
     EXPECT_THAT(
         lines(stops),
         ElementsAre(
-            "S1|12 Elm Street|07:30 AM|12|AM|REGULAR| |Elm|0.00|0.00|0.50|0.50|0.00|R1|10|1|2|1|12",
-            "S2| ||0|AM|REGULAR| | |0.00|0.00|0.00|0.00|0.00|R1|20|2|3|2|12",
-            "S5| ||1|AM|REGULAR| | |1.00|1.00|1.00|1.00|1.00|R1|30|5|5|3|13",
-            "OAK| |08:05 AM|9|AM|SCHOOL|OAK| |9.51|3.00|0.00|21.00|5.25|R1|40|4|1|4|13"));
+            "S1|12 Elm Street|07:30 AM|12|AM|REGULAR| |Elm|0.00|0.00|0.50|0.50|0.00|R1|10|1|2|1|"
+            "|12",
+            "S2| ||0|AM|REGULAR| | |0.00|0.00|0.00|0.00|0.00|R1|20|2|3|2|No place on the map|12",
+            "S5| ||1|AM|REGULAR| | |1.00|1.00|1.00|1.00|1.00|R1|30|5|5|3||13",
+            "OAK| |08:05 AM|9|AM|SCHOOL|OAK| |9.51|3.00|0.00|21.00|5.25|R1|40|4|1|4|No place on "
+            "the map|13"));
     EXPECT_EQ(totals.stops, 4);
     EXPECT_EQ(totals.passengers, 13);
     EXPECT_EQ(totals.miles, 4);

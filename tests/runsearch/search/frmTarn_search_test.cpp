@@ -147,7 +147,7 @@ TEST_F(TarnForm, SurvivesWhatIsTypedAndChangesNothing) {
         {"RunDesc", {"[a-", endless + "'"}},
         {"cmbRunFamily", {"a'b", endless}},
         {"cmbLOCCODE", {"#8:00#"}},
-        {"cmbEmployee", {"12; DELETE FROM RUN", "Smith", "12 OR 1=1"}},
+        {"cmbEmployee", {"12; DELETE FROM RUN", "Young", "12 OR 1=1"}},
         {"cmbVehicle", {"B'7"}},
         {"cmbAid", {"("}},
         {"cmbRoute", {"[R1]"}},
@@ -160,7 +160,9 @@ TEST_F(TarnForm, SurvivesWhatIsTypedAndChangesNothing) {
             found();
             const auto boxes = this->texts();
             EXPECT_TRUE(!boxes.empty() || text("TotSel") != "") << box << ": " << typed;
-            EXPECT_THAT(boxes, testing::Each(HasSubstr("cmdSearch_Click of Module: frmTarn.")));
+            EXPECT_THAT(boxes,
+                        testing::Each(testing::ContainsRegex("cmdSearch_Click of Module: frmTarn|"
+                                                             "is not in the list")));
             told += boxes.size();
             click("cmdReset");
             EXPECT_EQ(support::joined(found()), AllRuns) << box << ": " << typed;
