@@ -1,8 +1,12 @@
+#include <algorithm>
+#include <array>
 #include <fstream>
 #include <sstream>
 #include <system_error>
+#include <vector>
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include "tools/district/check/checkparts.h"
 
@@ -12,22 +16,62 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void checkPrivacy(const Folders& folders, CheckReport& report) {
-    CheckFinding open{.what = "Files and folders that others than their owner can read"};
-    std::vector<fs::path> all = {folders.root, folders.data(), folders.programs(),
-                                 folders.common()};
+using fs::perms;
+
+constexpr perms ReadAndWrite = perms::group_read | perms::group_write;
+
+/// Everything of a district that is there, its folders first.
+std::vector<fs::path> placesOf(const Folders& folders) {
+    std::vector<fs::path> places = {folders.root, folders.data(), folders.programs(),
+                                    folders.common()};
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
-        all.push_back(folders.database(file));
+        places.push_back(folders.database(file));
     }
-    for (const fs::path& path : all) {
+    std::erase_if(places, [](const fs::path& place) {
         std::error_code error;
-        const auto mode = fs::status(path, error).permissions();
-        const auto others = fs::perms::group_all | fs::perms::others_all;
-        if (!error && fs::exists(path, error) && (mode & others) != fs::perms::none) {
-            open.add(path.string());
+        return !fs::exists(place, error);
+    });
+    return places;
+}
+
+perms modeOf(const fs::path& path) {
+    std::error_code error;
+    const auto mode = fs::status(path, error).permissions();
+    return error ? perms::none : mode;
+}
+
+gid_t groupOf(const fs::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_gid : static_cast<gid_t>(-1);
+}
+
+/// A district is shared by a group where new files in its folders become that group's.
+bool isShared(const Folders& folders) {
+    return std::ranges::all_of(
+        std::array{folders.data(), folders.programs(), folders.common()},
+        [](const fs::path& folder) { return (modeOf(folder) & perms::set_gid) != perms::none; });
+}
+
+void checkPrivacy(const Folders& folders, CheckReport& report) {
+    const bool shared = isShared(folders);
+    CheckFinding open{.what = shared ? "Files and folders that others than their group can read"
+                                     : "Files and folders that others than their owner can read"};
+    CheckFinding closed{.what = "Files and folders that the group of this district cannot change"};
+    const gid_t group = groupOf(folders.data());
+    for (const fs::path& place : placesOf(folders)) {
+        const perms mode = modeOf(place);
+        const perms others = shared ? perms::others_all : perms::group_all | perms::others_all;
+        if ((mode & others) != perms::none) {
+            open.add(place.string());
+        }
+        const bool isRoot = place == folders.root;  // nobody need write there
+        if (shared && !isRoot &&
+            (groupOf(place) != group || (mode & ReadAndWrite) != ReadAndWrite)) {
+            closed.add(place.string());
         }
     }
     report.add(std::move(open));
+    report.add(std::move(closed));
 }
 
 /// The settings must name this folder's own places, as after a move they do not.

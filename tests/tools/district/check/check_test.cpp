@@ -137,16 +137,31 @@ TEST(Check, SaysWhichFileCannotBeOpenedAndGoesOn) {
     EXPECT_THAT(reportOf(made.folders()), HasSubstr("Looked at 0 rows in 0 tables: "));
 }
 
-TEST(Check, FindsSettingsAstrayAndOpenFiles) {
+TEST(Check, FindsSettingsAstrayAndWhoCanReadAndChangeTheFiles) {
+    using std::filesystem::permissions;
+    using std::filesystem::perms;
     const MadeDistrict made(4);
     const Folders moved{made.folder() + "-moved"};
     std::filesystem::rename(made.folder(), moved.root);
-    std::filesystem::permissions(moved.database(DatabaseFile::Routing),
-                                 std::filesystem::perms::others_read,
-                                 std::filesystem::perm_options::add);
-    const std::string report = reportOf(moved);
+    const auto routing = moved.database(DatabaseFile::Routing);
+    permissions(routing, perms(0660));
+    std::string report = reportOf(moved);
     EXPECT_THAT(report, HasSubstr("Folders that the settings do not name: 3, such as "));
     EXPECT_THAT(report, HasSubstr("Files and folders that others than their owner can read: 1"));
+
+    for (const auto& folder : {moved.data(), moved.programs(), moved.common()}) {
+        permissions(folder, perms(02770));
+    }
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        permissions(moved.database(file), perms(0660));
+    }
+    EXPECT_THAT(reportOf(moved), testing::Not(HasSubstr("Files and folders")));
+    permissions(routing, perms(0640));
+    permissions(moved.database(DatabaseFile::Trip), perms(0664));
+    report = reportOf(moved);
+    EXPECT_THAT(report, HasSubstr("that the group of this district cannot change: 1, such as " +
+                                  routing.string()));
+    EXPECT_THAT(report, HasSubstr("Files and folders that others than their group can read: 1"));
 }
 
 }  // namespace tools::district
