@@ -19,8 +19,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// An answer is looked for every second; it is left to its reader for longer than that.
-constexpr milliseconds TimeToRead{1500};
+constexpr milliseconds Patience{3000};  // with answers to other runs
 constexpr milliseconds Glance{20};
 
 /// Takes back what a hand-over has done, the last first, unless it is kept.
@@ -57,17 +56,17 @@ void exportStops(const HandOver& of, WayBack& back) {
 /// The next answer will be this run's. The one before it may be another run's, written a moment
 /// ago.
 void clearAnswer(const HandOver& of, WayBack& back) {
-    const auto end = std::chrono::steady_clock::now() + TimeToRead;
-    const std::string file = of.files.path(workfile::RunDone);
-    while (lookForAnswer(of.run.run, of.files, of.routing) == RunAnswer::ForAnotherRun &&
-           files::age(file).value_or(TimeToRead) < TimeToRead &&
+    const auto end = std::chrono::steady_clock::now() + Patience;
+    while (isUnreadAnswerOfAnother(of.run.run, of.files, of.routing) &&
            std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(Glance);
         base::ports().repaint();
     }
     if (const auto before = of.files.contentsOf(workfile::RunDone)) {
         of.files.clear(workfile::RunDone);
-        back.add([file, before] { (void)files::writeNew(file, *before); });
+        back.add([file = of.files.path(workfile::RunDone), before] {
+            (void)files::writeNew(file, *before);
+        });
     }
 }
 

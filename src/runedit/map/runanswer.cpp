@@ -8,6 +8,7 @@ namespace runedit {
 namespace {
 
 constexpr std::size_t LongestId = 100;
+constexpr std::chrono::milliseconds TimeToRead{1500};
 
 /// The first line; blank where that cannot be the id of a run.
 std::string_view namedIn(std::string_view contents) {
@@ -28,6 +29,12 @@ RunAnswer lookForAnswer(const std::string& run, const WorkFiles& files, ado::Con
     }
     return !name.empty() && data::runExists(routing, name) ? RunAnswer::ForAnotherRun
                                                            : RunAnswer::Unnamed;
+}
+
+bool isUnreadAnswerOfAnother(const std::string& run, const WorkFiles& files,
+                             ado::Connection& routing) {
+    return files::age(files.path(workfile::RunDone)).value_or(TimeToRead) < TimeToRead &&
+           lookForAnswer(run, files, routing) == RunAnswer::ForAnotherRun;
 }
 
 }  // namespace runedit

@@ -19,4 +19,9 @@ enum class RunAnswer {
 [[nodiscard]] RunAnswer lookForAnswer(const std::string& run, const WorkFiles& files,
                                       ado::Connection& routing);
 
+/// Whether it is another run's and was written so short a time ago that whoever waits for it, and
+/// looks every second, may not have seen it.
+[[nodiscard]] bool isUnreadAnswerOfAnother(const std::string& run, const WorkFiles& files,
+                                           ado::Connection& routing);
+
 }  // namespace runedit

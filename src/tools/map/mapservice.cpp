@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
+#include "runedit/map/runanswer.h"
 #include "tools/map/results.h"
 
 namespace tools::map {
@@ -17,6 +18,8 @@ namespace tools::map {
 namespace {
 
 constexpr std::array OtherScripts{"CloseStreets", "ShowMap", "Show.ShowPoints"};
+
+constexpr MapService::Milliseconds Moment{100};
 
 bool isRunScript(const std::string& script) { return script == "StartRun" || script == "SolveRun"; }
 
@@ -88,16 +91,36 @@ void MapService::takeRun(const std::string& run) {
 }
 
 void MapService::answer(const std::shared_ptr<Job>& job) {
-    const std::string& run = job->solved.run().id;
-    try {
+    orFail(job, [&] {
         writeResults(routing_, job->solved);
-        files::write(files_.path(runedit::workfile::RunDone),
-                     manner_.fault == Fault::BadAnswer ? std::string("\0\xFF\xFE", 3) : run + "\n");
-        manner_.tell(fmt::format("Solved: {}, {} stops, {} miles", run,
-                                 job->solved.run().timedStops(), job->solved.run().totalMiles));
+        tellDone(job);
+    });
+}
+
+void MapService::orFail(const std::shared_ptr<Job>& job, const std::function<void()>& step) {
+    try {
+        step();
     } catch (const std::exception& error) {
-        manner_.tell(fmt::format("Failed: {}: {}", run, error.what()));
+        manner_.tell(fmt::format("Failed: {}: {}", job->solved.run().id, error.what()));
+        holdOn(job);
     }
+}
+
+/// Another run's answer is left to its reader for a moment.
+void MapService::tellDone(const std::shared_ptr<Job>& job) {
+    const auto& run = job->solved.run();
+    if (runedit::isUnreadAnswerOfAnother(run.id, files_, routing_)) {
+        QTimer::singleShot(Moment, this, [this, job] { orFail(job, [&] { tellDone(job); }); });
+        return;
+    }
+    files::write(files_.path(runedit::workfile::RunDone),
+                 manner_.fault == Fault::BadAnswer ? std::string("\0\xFF\xFE", 3) : run.id + "\n");
+    manner_.tell(
+        fmt::format("Solved: {}, {} stops, {} miles", run.id, run.timedStops(), run.totalMiles));
+    holdOn(job);
+}
+
+void MapService::holdOn(const std::shared_ptr<Job>& job) {
     if (manner_.fault != Fault::FileStays) {
         QTimer::singleShot(manner_.hold, this, [this, job] { letGo(*job); });
     } else {

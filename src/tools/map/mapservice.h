@@ -58,6 +58,10 @@ private:
     void take(const runedit::MapRequest& request);
     void takeRun(const std::string& run);
     void answer(const std::shared_ptr<Job>& job);
+    /// A step that fails is told, and the run let go without an answer.
+    void orFail(const std::shared_ptr<Job>& job, const std::function<void()>& step);
+    void tellDone(const std::shared_ptr<Job>& job);
+    void holdOn(const std::shared_ptr<Job>& job);
     void letGo(const Job& job) const;
 
     ado::Connection& routing_;
