@@ -22,7 +22,9 @@ protected:
     [[nodiscard]] std::string in(const std::string& name) const { return folder_.path() + name; }
 };
 
-TEST_F(Files, PrefersTheVeryNameThenTheFirstOfAnotherCase) {
+TEST_F(Files, PrefersTheVeryNameThenTheFirstOfAnotherCaseAndNoFolder) {
+    std::filesystem::create_directory(in("RUNS.TXT"));
+    EXPECT_FALSE(files::exists(in("Runs.txt")) || files::exists("") || files::exists(in("")));
     EXPECT_EQ(files::find(in("Runs.txt")), in("Runs.txt"));
     folder_.write("runs.TXT", "");
     EXPECT_EQ(files::find(in("Runs.txt")), in("runs.TXT"));
@@ -30,16 +32,6 @@ TEST_F(Files, PrefersTheVeryNameThenTheFirstOfAnotherCase) {
     EXPECT_EQ(files::find(in("Runs.txt")), in("RUNS.txt"));
     folder_.write("Runs.txt", "");
     EXPECT_EQ(files::find(in("Runs.txt")), in("Runs.txt"));
-}
-
-TEST_F(Files, FoldersAndEmptyPathsAreNoFiles) {
-    std::filesystem::create_directory(in("Runs.txt"));
-    EXPECT_FALSE(files::exists(in("Runs.txt")));
-    EXPECT_FALSE(files::exists(""));
-    EXPECT_FALSE(files::exists(folder_.path()));
-    EXPECT_FALSE(files::exists(in("missing/Runs.txt")));
-    folder_.write("runs.txt", "");
-    EXPECT_TRUE(files::exists(in("Runs.txt")));
 }
 
 TEST_F(Files, AppendsOneLineEachToTheFileOfAnyCaseAndKeepsItShort) {
@@ -84,7 +76,8 @@ TEST_F(Files, IsWrittenBesideForWhomTheFolderLetsIn) {
         }
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old");
         EXPECT_EQ(contentsOf(in("Runs.txt")), "new");
-        EXPECT_TRUE(files::remove(in("R1.dbf")) && files::remove(in("log.txt")));
+        EXPECT_TRUE(files::remove(in("r1.DBF")) && files::remove(in("log.txt")));
+        EXPECT_FALSE(files::remove(in("R1.dbf")));
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
     }
     ::umask(before);
@@ -107,13 +100,6 @@ TEST_F(Files, AFolderIsLockedForOneProgramUntilThatEndsHoweverItEnds) {
     waitpid(other, nullptr, 0);
     EXPECT_EQ(support::errorOf(lock), 0);
     EXPECT_EQ(support::errorOf(lock), 0);
-}
-
-TEST_F(Files, RemovesOnceAndSaysSo) {
-    folder_.write("RUNDONE.TXT", "");
-    EXPECT_TRUE(files::remove(in("RunDone.txt")));
-    EXPECT_FALSE(std::filesystem::exists(in("RUNDONE.TXT")));
-    EXPECT_FALSE(files::remove(in("RunDone.txt")));
 }
 
 }  // namespace

@@ -76,32 +76,19 @@ TEST_F(Process, RunsUnderTheFirst15CharactersOfItsWholeName) {
     EXPECT_TRUE(waitUntil([] { return !process::host().isRunning("VireoLongName_Test.exe"); }));
 }
 
-// A child of this process that has ended but is not collected, under a name of its own.
-class Zombie {
-public:
-    explicit Zombie(const std::string& program) : child_(fork()) {
-        if (child_ == 0) {
-            execl(program.c_str(), program.c_str(), nullptr);
-            _exit(127);
-        }
-        siginfo_t info{};
-        waitid(P_PID, static_cast<id_t>(child_), &info, WEXITED | WNOWAIT);
-    }
-    ~Zombie() { waitpid(child_, nullptr, 0); }
-    Zombie(const Zombie&) = delete;
-    Zombie& operator=(const Zombie&) = delete;
-    [[nodiscard]] std::string stat() const {
-        return contentsOf("/proc/" + std::to_string(child_) + "/stat");
-    }
-
-private:
-    pid_t child_;
-};
-
 TEST_F(Process, AnEndedProgramThatNobodyCollectedIsNotRunning) {
-    const Zombie zombie(script("VireoZombie.exe", "exit 0"));
-    ASSERT_NE(zombie.stat().find("(VireoZombie.exe) Z"), std::string::npos) << zombie.stat();
+    const std::string program = script("VireoZombie.exe", "exit 0");
+    const pid_t child = fork();
+    if (child == 0) {
+        execl(program.c_str(), program.c_str(), nullptr);
+        _exit(127);
+    }
+    siginfo_t info{};
+    waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT);
+    EXPECT_NE(contentsOf("/proc/" + std::to_string(child) + "/stat").find("(VireoZombie.exe) Z"),
+              std::string::npos);
     EXPECT_FALSE(process::host().isRunning("VireoZombie.exe"));
+    waitpid(child, nullptr, 0);
 }
 
 }  // namespace

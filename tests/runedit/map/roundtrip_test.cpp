@@ -102,22 +102,6 @@ TEST_F(RoundTrip, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
     EXPECT_THAT(workFiles(), testing::Not(testing::Contains(testing::Key("Runs.txt"))));
 }
 
-TEST_F(RoundTrip, ALateAnswerIsWaitedForAndThenTheRunIsFree) {
-    const auto program = map({"--work", "1.2", "--hold", "0"});
-    ASSERT_EQ(mapIt(), "");
-    waitForAnswer();
-    EXPECT_TRUE(reloaded);
-    EXPECT_TRUE(QTest::qWaitFor([] { return !mapFilesLeft("101-AM"); }));
-    EXPECT_EQ(mapIt(), "");
-}
-
-TEST_F(RoundTrip, AnAnswerFileThatNobodyCanReadIsAnAnswer) {
-    const auto program = map({"--work", "0", "--hold", "0", "--play", "bad-answer"});
-    ASSERT_EQ(mapIt(), "");
-    waitForAnswer();
-    EXPECT_TRUE(reloaded);
-}
-
 TEST_F(RoundTrip, AMapThatCannotOrDoesNotAnswerLeavesNothingBehind) {
     struct Case {
         const char* fault;
