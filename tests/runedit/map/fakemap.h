@@ -8,12 +8,17 @@
 #include "platform/base/error.h"
 #include "platform/dde/transport.h"
 
-/// The other side of the exchange in memory; in force while it lives. Records what it is sent, and
-/// fails where it is told to.
+/// The other side of the exchange in memory; in force while it lives, unless it is one of several.
+/// Records what it is sent, and fails where it is told to.
 class FakeMap : public dde::Transport {
 public:
     FakeMap() { dde::setTransport(this); }
-    ~FakeMap() override { dde::setTransport(nullptr); }
+    explicit FakeMap(std::function<void()> taker) : whenTaken(std::move(taker)), inForce_(false) {}
+    ~FakeMap() override {
+        if (inForce_) {
+            dde::setTransport(nullptr);
+        }
+    }
     FakeMap(const FakeMap&) = delete;
     FakeMap& operator=(const FakeMap&) = delete;
 
@@ -32,6 +37,8 @@ public:
     std::function<void()> whenTaken = [] {};
 
 private:
+    bool inForce_ = true;
+
     struct Talk : dde::Conversation {
         Talk(FakeMap& owner, std::string to) : map(owner), prefix(std::move(to)) {}
         void Execute(const std::string& command) override {

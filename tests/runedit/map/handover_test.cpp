@@ -182,34 +182,6 @@ TEST_F(HandOverTest, AFolderThatTakesNoFilesIsToldAndWithoutAnExchangeNothingIsD
     EXPECT_THAT(map.taken, IsEmpty());
 }
 
-/// A map program that compares what stands in the folder and the record with what it is asked for.
-class Witness : public dde::Transport {
-public:
-    explicit Witness(const HandOver& of) : of_(of) {}
-    std::unique_ptr<dde::Conversation> open(const std::string&, const std::string&) override {
-        return std::make_unique<Talk>(*this);
-    }
-    bool isThere(const std::string&) override { return true; }
-    int others = 0;  ///< what was another request's
-
-private:
-    struct Talk : dde::Conversation {
-        explicit Talk(Witness& owner) : witness(owner) {}
-        void Execute(const std::string&) override { witness.look(); }
-        Witness& witness;
-    };
-    void look() {
-        const auto request = lineText(requestFor(of_.run, "Run", of_.seats)) + "\n";
-        const std::vector record{of_.run.run + "|" + base::numberText(of_.seats)};
-        for (const auto* name : {"Runs.txt", "RunsOrg.txt"}) {
-            others += of_.files.contentsOf(name) == request ? 0 : 1;
-        }
-        const auto* query = "SELECT Run, VehCapacity FROM StartEnd";
-        others += support::rowsOf(query, of_.routing) == record ? 0 : 1;
-    }
-    const HandOver& of_;
-};
-
 TEST_F(HandOverTest, ProgramsThatHandOverAtOnceDoNotMix) {
     constexpr std::array Runs{"101-AM", "102-AM", "101-AM"};
     constexpr int Rounds = 15;
@@ -217,28 +189,31 @@ TEST_F(HandOverTest, ProgramsThatHandOverAtOnceDoNotMix) {
     std::atomic<int> busy = 0;
     const auto program = [&](std::size_t number) {
         const auto routing = startup::GetJetConnection(district.path(DatabaseFile::Routing));
+        const WorkFiles files(district.progPath());
         for (int round = 0; round < Rounds; ++round) {
-            HandOver of{.routing = *routing,
-                        .files = WorkFiles(district.progPath()),
-                        .transport = map,
-                        .run = {.run = Runs[number]},
-                        .seats = 100.0 * round + static_cast<double>(number)};
-            Witness own(of);
+            const MapRun run{.run = Runs[number]};
+            const double seats = 100.0 * round + static_cast<double>(number);
+            FakeMap own([&] {  // what it finds is what it is asked for
+                const auto request = lineText(requestFor(run, "Run", seats)) + "\n";
+                EXPECT_EQ(files.contentsOf("Runs.txt"), request);
+                EXPECT_EQ(files.contentsOf("RunsOrg.txt"), request);
+                EXPECT_EQ(support::rowsOf("SELECT Run, VehCapacity FROM StartEnd", *routing)[0],
+                          run.run + "|" + base::numberText(seats));
+            });
             try {
-                handOver({of.routing, of.files, own, of.screen, of.run, of.seats});
+                handOver({*routing, files, own, MapScreen::Run, run, seats});
                 ++sent;
-                of.files.deleteRun(Runs[number]);
+                files.deleteRun(run.run);
             } catch (const StillProcessing&) {
                 ++busy;
             }
-            EXPECT_EQ(own.others, 0);
         }
     };
-    std::vector<std::jthread> others;
-    others.emplace_back(program, 1);
-    others.emplace_back(program, 2);
-    program(0);
-    others.clear();
+    {
+        const std::jthread second(program, 1);
+        const std::jthread third(program, 2);
+        program(0);
+    }
     EXPECT_EQ(sent + busy, 3 * Rounds);
     EXPECT_GE(sent, 2 * Rounds);
 }

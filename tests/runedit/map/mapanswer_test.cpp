@@ -4,13 +4,15 @@
 
 #include "fakemap.h"
 #include "mapsession.h"
+#include "platform/dde/dbustransport.h"
 #include "platform/forms/application.h"
 #include "runedit/map/requestline.h"
+#include "support/privatebus.h"
 
 namespace {
 
-using runedit::MapAnswer;
-using runedit::MapScreen;
+using namespace runedit;
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -124,6 +126,130 @@ TEST_F(MapAnswerTest, StoppedInTheCountdownNothingFollows) {
     events.clear();
     QTest::qWait(150);
     EXPECT_THAT(events, IsEmpty());
+}
+
+/// The real map side on a real bus of its own, with the waiting of the forms sped up.
+class RoundTrip : public MapSession {
+protected:
+    RoundTrip() {
+        forms::Application::instance().startAfresh();
+        forms::Timer::setSpeed(100);
+        dde::setTransport(&transport);
+        sql("UPDATE STOP SET XPOS = 1000 * INT_STOPID, YPOS = 5280, ADDR1 = 'Lot ' || INT_STOPID");
+        sql("UPDATE RUN SET REGENERATE = 1 WHERE RUN = '101-AM'");
+        QObject::connect(&answer, &MapAnswer::reload, [this] { reloaded = true; });
+        QObject::connect(&answer, &MapAnswer::status,
+                         [this](const QString& text) { status = text.toStdString(); });
+    }
+    ~RoundTrip() override {
+        dde::setTransport(nullptr);
+        forms::Timer::setSpeed(1);
+    }
+
+    std::unique_ptr<support::ChildProgram> start(const char* name,
+                                                 const std::vector<std::string>& arguments = {}) {
+        return std::make_unique<support::ChildProgram>(
+            support::programOfBuild(name), arguments,
+            support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
+                                             {"XDG_CONFIG_HOME", district.folder()}});
+    }
+    std::unique_ptr<support::ChildProgram> map(const std::vector<std::string>& arguments) {
+        auto program = start("vireo-map", arguments);
+        EXPECT_TRUE(program->waitForLine("Ready"));
+        return program;
+    }
+    /// What a form tells the planner; blank where the map has the run.
+    static std::string mapIt() {
+        try {
+            sendRunToMap("101-AM", MapScreen::Run);
+        } catch (const base::RunTimeError& error) {
+            return error.what();
+        }
+        return "";
+    }
+    void waitForAnswer() {
+        reloaded = false;
+        answer.start("101-AM");
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !answer.isWaiting(); }));
+    }
+
+    support::PrivateBus bus;
+    dde::DBusTransport transport{bus.address(), 10s};
+    dde::DBusTransport impatient{bus.address(), 400ms};
+    MapAnswer answer{nullptr};
+    std::string status;
+    bool reloaded = false;
+};
+
+TEST_F(RoundTrip, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
+    const auto program = map({"--work", "0.05", "--hold", "1"});
+    ASSERT_EQ(mapIt(), "");
+    EXPECT_EQ(mapIt(), MapStillProcessingText);
+    EXPECT_FALSE(deleteMapFiles("101-AM"));
+    waitForAnswer();
+    EXPECT_TRUE(reloaded);
+    EXPECT_EQ(status, "Information Received from Mapping Software.");
+    // 2,000 feet along the street, 20 miles an hour, counted from the start of the run.
+    EXPECT_EQ(row("SELECT DIST_TOSTOP, CUM_MILES, TIME_AT_STOP FROM STOP_TRIPTYPE WHERE RUN = "
+                  "'101-AM' AND RUNSEQ = 2"),
+              "0.38|0.38|7:06:08 AM");
+    EXPECT_EQ(row("SELECT STARTTIME, ENDTIME, TOTAL_MILES, total_stops, FirstStop, LastStop, "
+                  "REGENERATE FROM RUN WHERE RUN = '101-AM'"),
+              "7:05:00 AM|7:06:08 AM|0.38|2|3|1|False");
+    EXPECT_EQ(row("SELECT LINETEXT1 FROM RUNDIR WHERE RUN = '101-AM' AND LINETYPE = 'Direction'"),
+              "Follow 5th Street, go west");
+}
+
+TEST_F(RoundTrip, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
+    const auto program = map({"--work", "0", "--hold", "60"});
+    ASSERT_EQ(mapIt(), "");
+    write("101-AMtime.txt", "");
+    const auto cleanUp = start("DelWrkFiles.exe");
+    const auto logged = [this](const char* text) {
+        return file("log.txt").find(text) != std::string::npos;
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return logged("able to delete file: 101-AMtime.txt."); }));
+    EXPECT_TRUE(logged("unable to delete file: 101-AM.dbf."));
+    EXPECT_TRUE(mapFilesLeft("101-AM"));
+    program->kill();
+    EXPECT_EQ(cleanUp->readLine(), "");  // it has ended
+    EXPECT_FALSE(mapFilesLeft("101-AM"));
+    EXPECT_THAT(workFiles(), testing::Not(testing::Contains(testing::Key("Runs.txt"))));
+}
+
+TEST_F(RoundTrip, AMapThatCannotOrDoesNotAnswerLeavesNothingBehind) {
+    struct Case {
+        const char* fault;
+        const char* told;
+    };
+    for (const auto& [fault, told] :
+         {Case{"refuse", "ArcView refused the request: The street network is not"},
+          Case{"silence", "ArcView did not answer within 0.4 seconds."}}) {
+        const auto program = map({"--play", fault});
+        dde::setTransport(&impatient);
+        EXPECT_THAT(mapIt(), testing::StartsWith(told));
+        EXPECT_THAT(workFiles(), IsEmpty());
+    }
+    EXPECT_EQ(mapIt(), "ArcView is not running.  Please start it and try again.");
+}
+
+TEST_F(RoundTrip, AMapThatDiesInTheMiddleIsToldAndTheRunCanGoAgain) {
+    {
+        const auto program = map({"--work", "0.1", "--play", "die"});
+        ASSERT_EQ(mapIt(), "");
+        waitForAnswer();
+    }
+    EXPECT_FALSE(reloaded || answer.isWaiting());
+    EXPECT_EQ(file("log.txt"), "");
+    EXPECT_EQ(status, "The mapping software has ended without an answer. Go to the map again.");
+    ASSERT_TRUE(mapFilesLeft("101-AM"));
+    ASSERT_TRUE(deleteMapFiles("101-AM"));
+
+    const auto program = map({"--work", "0", "--play", "file-stays"});
+    ASSERT_EQ(mapIt(), "");
+    answer.start("101-AM");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return status.find("still holds") != std::string::npos; }));
+    EXPECT_TRUE(answer.isWaiting() && mapFilesLeft("101-AM") && !deleteMapFiles("101-AM"));
 }
 
 }  // namespace

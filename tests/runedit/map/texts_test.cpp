@@ -27,12 +27,6 @@ TEST(MapTexts, TheRecordStatementIsWrittenToTheLetter) {
               "UPDATE StartEnd SET StartEnd.StartorEnd = 'End', StartEnd.[CalcTime] = #7:45:09 "
               "AM#, StartEnd.Run='R 7', StartEnd.VehType='LARGE', StartEnd.BellTime=#12:00:00 AM#, "
               "StartEnd.Pickup=True, StartEnd.VehCapacity=74,StartEnd.UpdateMap=YES");
-    MapRun fromStart = morningRun();
-    fromStart.timeToUse = "start time";
-    fromStart.pickup = false;
-    EXPECT_THAT(startEndSql(fromStart, 12.5, "NO"),
-                testing::AllOf(testing::HasSubstr("= 'Start', StartEnd.[CalcTime] = #7:05:00 AM#"),
-                               testing::HasSubstr("Pickup=False, StartEnd.VehCapacity=12.5,")));
 }
 
 TEST(MapTexts, ARequestLineHasEightTrimmedFields) {
@@ -43,14 +37,6 @@ TEST(MapTexts, ARequestLineHasEightTrimmedFields) {
     EXPECT_EQ(lineText({.run = "  R 7 ", .capacity = " 1 "}), "R 7|||||||1");
     EXPECT_EQ(requestIn("R1|Run"), (RequestLine{.run = "R1", .screen = "Run"}));
     EXPECT_EQ(requestIn("1|2|3|4|5|6|7|8|9").capacity, "8");
-}
-
-TEST(MapTexts, ListsAreReadByLines) {
-    EXPECT_THAT(linesOf("R1|Run\r\nno bar\n\nR2|"),
-                testing::ElementsAre("R1|Run", "no bar", "", "R2|"));
-    EXPECT_THAT(linesOf(""), testing::IsEmpty());
-    EXPECT_EQ(runOfLine(" R1 |Run|"), " R1 ");
-    EXPECT_EQ(runOfLine("no bar"), "");
 }
 
 TEST(MapTexts, RequestsNameScriptFilesAndRun) {
@@ -64,6 +50,7 @@ TEST(MapTexts, RequestsNameScriptFilesAndRun) {
               R"("/opt/vireo/R1.dbf", "R1"}))");
     EXPECT_EQ(commandText(solveRunRequest(files, "R\"1")),
               R"(av.Run("SolveRun", {"/opt/vireo/runstop.avl", "R""1"}))");
+    EXPECT_TRUE(canNameFiles("R 7") && !canNameFiles("../a") && !canNameFiles("a|b\n"));
 }
 
 TEST(MapTexts, RequestsAreReadAgainAndNothingElseIs) {
@@ -74,15 +61,6 @@ TEST(MapTexts, RequestsAreReadAgainAndNothingElseIs) {
          {"", "av.Run(\"A\")", "av.Run(\"A\", {", "av.Run(\"A\", {1})", "av.Run(\"A\", {\"x}) ",
           "av.Run(\"A\", {True,})", "av.Run(\"A\", {}) and more", "AV.RUN(\"A\", {})"}) {
         EXPECT_EQ(requestInCommand(other), std::nullopt) << other;
-    }
-}
-
-TEST(MapTexts, NoRunLeadsOutOfTheProgramFolder) {
-    const WorkFiles files("/opt/vireo/");
-    EXPECT_EQ(files.stopExport("R 7 "), "/opt/vireo/R 7.dbf");
-    for (const auto* run : {"../data/routing", "a/b", "a|b", "a\nb"}) {
-        EXPECT_THROW(static_cast<void>(files.stopExport(run)), base::RunTimeError) << run;
-        EXPECT_FALSE(files.isRunAtWork(run)) << run;
     }
 }
 
