@@ -113,8 +113,12 @@ void Application::endByError(const std::exception& error) noexcept {
     }
     exitCode_ = 1;
     try {
-        base::MsgBox(untrappedText(error), applicationName().toStdString(),
-                     base::MsgIcon::Critical);
+        base::MsgBox(
+            {.text = untrappedText(error),
+             .title = applicationName().toStdString(),
+             .icon = base::MsgIcon::Critical,
+             .plainWords = std::string("Oops, the program cannot go on and will now end.") +
+                           "\n\n" + error.what()});
     } catch (const base::EndProgram&) {
         // Thrown by the box because the program is ending already.
     }

@@ -14,6 +14,8 @@
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "startup/base/applicationinfo.h"
+#include "startup/base/plainwords.h"
+#include "startup/base/session.h"
 
 namespace startup {
 
@@ -21,6 +23,7 @@ namespace {
 
 constexpr std::size_t LoggedCharacters = 255;
 constexpr const char* ErrorsTable = "Errors";
+constexpr auto ProgramEnds = "The program will now end.";
 
 int typeNumber(const base::Value& value) {
     enum { Null = 1, Long = 3, Double = 5, Date = 7, String = 8, Boolean = 11, LongLong = 20 };
@@ -246,9 +249,14 @@ void cErrorHandler::writeTable(ado::Recordset* table) const {
 
 void cErrorHandler::showMessage() const {
     base::ports().beep();
-    base::MsgBox(fmt::format("The following error has occurred in procedure: \n{}\n\nError ({}) {}",
-                             currentOperation_, error_.number, error_.description),
-                 title_, base::MsgIcon::Critical);
+    const std::string words = plainWordsFor(error_.number, error_.description).text;
+    base::MsgBox({.text = fmt::format("The following error has occurred in procedure: "
+                                      "\n{}\n\nError ({}) {}",
+                                      currentOperation_, error_.number, error_.description),
+                  .title = title_,
+                  .icon = base::MsgIcon::Critical,
+                  .details = fmt::format("{}, {}", base::Now().text(), gCommandLine),
+                  .plainWords = endsProgram_ ? words + "\n\n" + ProgramEnds : words});
 }
 
 }  // namespace startup

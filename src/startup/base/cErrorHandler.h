@@ -55,9 +55,13 @@ public:
     void CurrentOperation(const std::string& operation) { currentOperation_ = operation; }
     [[nodiscard]] const std::string& CurrentOperation() const { return currentOperation_; }
 
+    /// What the message box says of what follows: the program ends (as at first), or goes on.
+    void endsProgram(bool ends) { endsProgram_ = ends; }
+
     /// Deletes the log file, or the rows of the errors table.
     void ClearLog();
-    /// Reports the run-time error that is being handled.
+    /// Reports the run-time error that is being handled. The message box shows plain words first
+    /// and folds away the text that names procedure and number.
     void HandleError();
     /// Raises "Subscript out of range" (9) past the stack's capacity.
     void Push(std::string_view procedure);
@@ -81,6 +85,7 @@ private:
     std::int16_t maxProcStackItems_ = 100;
     bool includeExpandedInfo_ = true;
     bool displayMsgOnError_ = true;
+    bool endsProgram_ = true;
     CurrentError error_;
     std::string errorProcedure_;
     std::string title_;

@@ -49,12 +49,10 @@ void SetPaths() {
 
 std::unique_ptr<ado::Connection> GetJetConnection(const std::string& path, const std::string&,
                                                   const std::string&, const std::string&) {
-    return trapped("GetJetConnection", "mdlDBConnection", [&] {
-        auto connection = std::make_unique<ado::Connection>();
-        connection->Provider("Microsoft.Jet.OLEDB.4.0");
-        connection->Open(files::find(path), "", "", -1);
-        return connection;
-    });
+    auto connection = std::make_unique<ado::Connection>();
+    connection->Provider("Microsoft.Jet.OLEDB.4.0");
+    connection->Open(files::find(path), "", "", -1);
+    return connection;
 }
 
 void OpenRoutingDatabase() {
@@ -88,11 +86,7 @@ void ShutDown(int exitCode) {
         closeConnections();
         base::ports().forms->unloadAll();
     } catch (const std::exception&) {
-        if (!gErrorHandling || !gErrHandler) {
-            throw;
-        }
-        gErrHandler->CurrentOperation("ShutDown of Module: mdlDBConnection.");
-        gErrHandler->HandleError();
+        report("ShutDown", "mdlDBConnection", AfterError::ProgramEnds);
     }
     throw base::EndProgram{exitCode};
 }

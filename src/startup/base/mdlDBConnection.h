@@ -13,7 +13,7 @@ namespace startup {
 void SetPaths();
 
 /// Opens one database file, found without regard to the case of its name. Raises store::StoreError.
-/// The optional texts are not used.
+/// The optional texts are not used. An error is its caller's.
 std::unique_ptr<ado::Connection> GetJetConnection(const std::string& path,
                                                   const std::string& user = {},
                                                   const std::string& password = {},

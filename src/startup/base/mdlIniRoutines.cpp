@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include <fmt/format.h>
+
 #include "platform/base/ports.h"
 #include "platform/ini/ini.h"
 
@@ -25,10 +27,13 @@ std::string INIGetSettingString(const std::string& section, const std::string& k
                                 const std::string& defaultValue, const std::string& iniFile) {
     std::string value = settingOrEmpty(section, key, defaultValue, iniFile);
     if (value.empty()) {
-        base::MsgBox("Error reading " + iniFile +
-                         ".  Please make sure you have the lastest version of the ini file in the "
-                         "correct path.",
-                     "INIGetSettingString");
+        base::MsgBox({.text = "Error reading " + iniFile +
+                              ".  Please make sure you have the lastest version of the ini file in "
+                              "the correct path.",
+                      .title = "INIGetSettingString",
+                      .concerns = fmt::format("{} in section [{}]\nThe key is missing or has no "
+                                              "value.",
+                                              key, section)});
     }
     return value;
 }

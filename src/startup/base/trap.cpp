@@ -7,11 +7,16 @@
 
 namespace startup {
 
-void report(std::string_view procedure, std::string_view module) {
+std::string operationName(std::string_view procedure, std::string_view module) {
+    return fmt::format("{} of Module: {}.", procedure, module);
+}
+
+void report(std::string_view procedure, std::string_view module, AfterError afterError) {
     if (!gErrorHandling || !gErrHandler) {
         throw;
     }
-    gErrHandler->CurrentOperation(fmt::format("{} of Module: {}.", procedure, module));
+    gErrHandler->CurrentOperation(operationName(procedure, module));
+    gErrHandler->endsProgram(afterError == AfterError::ProgramEnds);
     gErrHandler->HandleError();
 }
 
@@ -26,10 +31,10 @@ bool lockedElsewhere() {
 }
 
 void reportTrapped(std::string_view procedure, std::string_view module) {
-    if (DoorOfForm::isOpen() && lockedElsewhere()) {
+    if (DoorOfForm::isOpen() && refusedByStore()) {
         throw;
     }
-    report(procedure, module);
+    report(procedure, module, AfterError::ProgramEnds);
     ShutDown(1);
 }
 

@@ -5,20 +5,27 @@
 #include <type_traits>
 #include <utility>
 
+#include "startup/base/plainwords.h"
 #include "startup/base/session.h"
 
 namespace startup {
 
-/// Reports the error that is being handled as that of "Procedure of Module: Module.", by
-/// gErrHandler. Throws the error on where errors are not trapped.
-void report(std::string_view procedure, std::string_view module);
+/// "Procedure of Module: Module.", as errors are reported.
+[[nodiscard]] std::string operationName(std::string_view procedure, std::string_view module);
+
+/// What an error leads to, once it is reported.
+enum class AfterError { ProgramEnds, FormStays };
+
+/// Reports the error that is being handled as that of the procedure, by gErrHandler. Throws the
+/// error on where errors are not trapped.
+void report(std::string_view procedure, std::string_view module, AfterError afterError);
 
 /// Whether the error that is being handled is that another program holds the database for longer
 /// than a connection waits.
 [[nodiscard]] bool lockedElsewhere();
 
-/// Lives while a form's procedure runs: the form tells its planner of a lock, so that one inside a
-/// module passes through.
+/// Lives while a form's procedure runs: the form tells its planner where the store refuses to
+/// write, so that such an error inside a module passes through.
 class DoorOfForm {
 public:
     DoorOfForm() { ++open_; }
@@ -43,7 +50,7 @@ void reportTrapped(std::string_view procedure, std::string_view module);
 ///
 /// With gErrorHandling on, an error is reported by gErrHandler and the program shut down (throws
 /// base::EndProgram). With gErrorHandling off, errors pass to the caller. EndProgram always passes,
-/// and so does a lock that a form will tell of.
+/// and so does a refusal of the store that a form will tell of (see refusedByStore).
 template <class Body>
 std::invoke_result_t<Body> trapped(std::string_view procedure, std::string_view module,
                                    Body&& body) {

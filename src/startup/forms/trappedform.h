@@ -11,9 +11,6 @@
 
 namespace startup {
 
-/// What an error in one of a form's procedures leads to, once it is reported.
-enum class AfterError { ProgramEnds, FormStays };
-
 /// A form whose procedures run under the error trap, each under its name, in the form's module,
 /// which is called like the form:
 ///
@@ -21,8 +18,9 @@ enum class AfterError { ProgramEnds, FormStays };
 ///
 /// With gErrorHandling on, an error is reported by gErrHandler as "CloseIt_Click of Module:
 /// MergeRun." and the program shut down, unless the form stays. With gErrorHandling off, errors
-/// pass to the caller. A database that another program keeps locked is no error, whatever the
-/// switch says: the planner is told, nothing typed is lost, and the same button works again.
+/// pass to the caller. A database that another program keeps locked, a full disk, a file that may
+/// only be read are no errors, whatever the switch says: the planner is told in plain words,
+/// nothing typed is lost, and the same button works again.
 class TrappedForm : public forms::Form {
     Q_OBJECT
 
@@ -35,11 +33,8 @@ protected:
     virtual bool Form_QueryUnload() { return true; }
     virtual void Form_Unload() {}
 
+    using Message = PlainWords;
     /// What the planner reads where another program holds the database.
-    struct Message {
-        std::string title;
-        std::string text;
-    };
     [[nodiscard]] virtual Message lockedMessage() const;
 
     /// Connects a control's signal with a procedure of this form: a member function or a callable,
@@ -47,33 +42,36 @@ protected:
     template <class Sender, class Signal, class Handler>
     void on(Sender* sender, Signal signal, const char* procedure, Handler handler) {
         Form::on(sender, signal, [this, procedure, handler](auto&&... arguments) mutable {
-            enter(Lock::Told, procedure, handler, arguments...);
+            enter(Refusal::Told, procedure, handler, arguments...);
         });
     }
 
     /// Runs a procedure of this form that another one calls, under its own name. Where it fails and
-    /// the program goes on, it answers with its type's default; a lock ends the other one, too.
+    /// the program goes on, it answers with its type's default; a refusal of the store ends the
+    /// other one, too.
     template <class Handler, class... Arguments>
     auto trap(const char* procedure, Handler&& handler, Arguments&&... arguments) {
-        return enter(DoorOfForm::isOpen() ? Lock::Passes : Lock::Told, procedure,
+        return enter(DoorOfForm::isOpen() ? Refusal::Passes : Refusal::Told, procedure,
                      std::forward<Handler>(handler), std::forward<Arguments>(arguments)...);
     }
 
-    /// Runs a part of a procedure that has words of its own for a lock; false where they were told.
+    /// Runs a part of a procedure that has words of its own for a lock, and their title for any
+    /// other refusal of the store; false where they were told.
     [[nodiscard]] bool unlessLocked(const Message& message, const std::function<void()>& part);
 
 private:
-    enum class Lock { Told, Passes };
+    enum class Refusal { Told, Passes };
 
     template <class Handler, class... Arguments>
-    auto enter(Lock lock, const char* procedure, Handler&& handler, Arguments&&... arguments) {
+    auto enter(Refusal refusal, const char* procedure, Handler&& handler,
+               Arguments&&... arguments) {
         auto bound = bind(std::forward<Handler>(handler));
         using Result = decltype(forms::callWith(bound, arguments...));
         const DoorOfForm door;
         try {
             return forms::callWith(bound, arguments...);
         } catch (const std::exception&) {
-            failed(lock, procedure);
+            failed(refusal, procedure);
         }
         if constexpr (!std::is_void_v<Result>) {
             return Result{};
@@ -85,9 +83,10 @@ private:
     bool formQueryUnload() final;
     void formUnload() final;
 
-    static void tell(const Message& message);
+    /// Tells of the refusal that is being handled, and in the details where it was met.
+    static void tell(const Message& words, const std::string& where);
     /// Deals with the error that is being handled.
-    void failed(Lock lock, const char* procedure);
+    void failed(Refusal refusal, const char* procedure);
 
     template <class Handler>
     auto bind(Handler handler) {

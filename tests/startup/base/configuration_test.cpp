@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdlib>
 #include <string>
 
@@ -14,8 +15,6 @@
 namespace {
 
 using startup::COSInfo;
-using testing::Each;
-using testing::Field;
 
 // Sets one variable of the environment for the length of a test.
 class Environment {
@@ -93,12 +92,15 @@ TEST_F(Configuration, AMissingFileIsToldOnceForEachKey) {
     startup::SetPaths();
     const std::string text = "Error reading " + folder_.path() +
                              "vireo/route.ini.  Please make sure you have the lastest version of "
-                             "the ini file in the correct path.";
-    ASSERT_EQ(session_.boxes.shown.size(), 4U);
-    EXPECT_THAT(session_.boxes.shown,
-                Each(testing::AllOf(Field(&base::MsgRequest::text, text),
-                                    Field(&base::MsgRequest::title, "INIGetSettingString"),
-                                    Field(&base::MsgRequest::buttons, base::MsgButtons::Ok))));
+                             "the ini file in the correct path.\n\n";
+    const std::array keys{"datapath in section [AppPaths]", "progpath in section [AppPaths]",
+                          "VIREOpath in section [AppPaths]",
+                          "ERRORHANDLING in section [AppSettings]"};
+    ASSERT_EQ(session_.boxes.shown.size(), keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_THAT(session_.boxes.shown[i].text, testing::StartsWith(text + keys[i]));
+        EXPECT_EQ(session_.boxes.shown[i].title, "INIGetSettingString");
+    }
     EXPECT_EQ(startup::gDataPath, "");
     EXPECT_EQ(startup::gReportPath, "RouteRpts");
     EXPECT_FALSE(startup::gErrorHandling);

@@ -41,10 +41,10 @@ TEST_F(Databases, OpenWhateverTheCaseOfTheirNamesAndSeeEachOthersTables) {
 TEST_F(Databases, AMissingFileIsReportedLoggedAndEndsTheProgram) {
     std::filesystem::remove(district_.path(DatabaseFile::DeadCross));
     const std::string text = startError();
-    EXPECT_NE(text.find("\nGetJetConnection of Module: mdlDBConnection.\n"), std::string::npos);
+    EXPECT_NE(text.find("\nOpenRoutingDatabase of Module: mdlDBConnection.\n"), std::string::npos);
     EXPECT_NE(text.find("DEADCROSS.mdb"), std::string::npos) << text;
     EXPECT_NE(contentsOf(district_.progPath() + "Error.txt")
-                  .find("Current Operation: GetJetConnection of Module: mdlDBConnection."),
+                  .find("Current Operation: OpenRoutingDatabase of Module: mdlDBConnection."),
               std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(district_.path(DatabaseFile::DeadCross)));
     EXPECT_FALSE(startup::gcnRouting);

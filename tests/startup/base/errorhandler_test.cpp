@@ -95,7 +95,8 @@ TEST_F(ErrorHandler, ShowsTheMessageUnlessToldNotTo) {
               "Error (53) File not found");
     EXPECT_EQ(box.title, "Vireo Routing - Tarn");
     EXPECT_EQ(box.icon, base::MsgIcon::Critical);
-    EXPECT_EQ(box.buttons, base::MsgButtons::Ok);
+    EXPECT_THAT(box.plainWords, testing::StartsWith("Oops, a file that the program needs is not"));
+    EXPECT_THAT(box.plainWords, testing::EndsWith("The program will now end."));
     handler_.DisplayMsgOnError(true);
     handler_.Destination(folder_.path() + "missing/Error.txt");
     handle(53, "File not found");

@@ -100,6 +100,22 @@ TEST_F(TrappedFormTest, ALockIsToldAndEndsNothingWhereverItComesFrom) {
     }
 }
 
+TEST_F(TrappedFormTest, AFullDiskAndAFileThatMayOnlyBeReadEndNothing) {
+    const auto refusal = [&](store::Fault fault) {
+        clickDoing([=] {
+            trapped("Save", "mdlAny", [=] { throw store::StoreError(fault, "No room left."); });
+        });
+        EXPECT_FALSE(ending());
+        EXPECT_THAT(lastText(), testing::HasSubstr("No room left."));
+        EXPECT_THAT(lastText(), testing::EndsWith("What you have entered is not lost."));
+        EXPECT_THAT(session.boxes.shown.back().details,
+                    testing::StartsWith("Go_Click of Module: AnyForm.\n\nError ("));
+        return lastTitle();
+    };
+    EXPECT_EQ(refusal(store::Fault::Full), "Disk Full");
+    EXPECT_EQ(refusal(store::Fault::ReadOnly), "No Right to Write");
+}
+
 TEST_F(TrappedFormTest, ALockOutsideAFormIsAnErrorOfTheModule) {
     const auto held = heldByOthers();
     EXPECT_THROW(trapped("Save", "mdlAny", writes), base::EndProgram);

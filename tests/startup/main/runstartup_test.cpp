@@ -107,7 +107,7 @@ TEST_F(RunStartup, AMissingDatabaseIsReportedOnceAndEndsTheProgram) {
     std::filesystem::remove(district_.path(DatabaseFile::RouteWrk));
     run("ANN");
     EXPECT_EQ(session_.boxes.shown.size(), 1U);
-    EXPECT_THAT(box(0), HasSubstr("GetJetConnection of Module: mdlDBConnection."));
+    EXPECT_THAT(box(0), HasSubstr("OpenRoutingDatabase of Module: mdlDBConnection."));
     EXPECT_THAT(support::contentsOf(district_.progPath() + "Error.txt"), HasSubstr("RouteWrk.mdb"));
     EXPECT_EQ(application().run(), 1);
     EXPECT_EQ(mainForm(), nullptr);
