@@ -16,6 +16,7 @@
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <type_traits>
 
 #include <fmt/format.h>
 
@@ -67,6 +68,9 @@ public:
     void set(const std::string& text) override {
         if (edit_.isReadOnly()) {
             cannot("is typed into, for it is read-only");
+        }
+        if (std::is_same_v<Edit, QLineEdit> && text.find('\n') != std::string::npos) {
+            cannot("takes a line end");
         }
         focus(edit_);
         retype(edit_, text);

@@ -18,6 +18,7 @@ constexpr std::array Verbs{
     VerbSyntax{Verb::Select, "select", "CR", "select FORM.LIST ROW...|all|none"},
     VerbSyntax{Verb::Cell, "cell", "CNNT", "cell FORM.GRID ROW COLUMN TEXT"},
     VerbSyntax{Verb::Answer, "answer", "B", "answer OK|Cancel|Yes|No|Retry..."},
+    VerbSyntax{Verb::File, "file", "T", "file PATH"},
     VerbSyntax{Verb::Print, "print", "C", "print FORM.CONTROL"},
     VerbSyntax{Verb::State, "state", "C", "state FORM.CONTROL"},
     VerbSyntax{Verb::Forms, "forms", "", "forms"},

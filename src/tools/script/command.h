@@ -17,6 +17,7 @@ enum class Verb {
     Select,
     Cell,
     Answer,
+    File,
     Print,
     State,
     Forms,

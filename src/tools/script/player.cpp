@@ -14,6 +14,7 @@
 
 #include "platform/controls/qtext.h"
 #include "platform/forms/application.h"
+#include "platform/forms/filedialog.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/timer.h"
 #include "tools/script/adapter.h"
@@ -44,14 +45,20 @@ Player::Player(std::ostream& transcript, Program program)
     : transcript_(transcript),
       program_(std::move(program)),
       clock_(*base::ports().clock),
+      programs_([this](const std::string& line) { print(line); }),
       formerPorts_(base::ports()) {
     base::ports().msgBox = &boxes_;
     base::ports().clock = &clock_;
     base::ports().beep = [] {};
+    process::setHost(&programs_);
+    forms::setFileChooser(
+        [this](const forms::FileQuestion& question) { return chosenFile(question); });
 }
 
 Player::~Player() {
     base::ports() = formerPorts_;
+    process::setHost(nullptr);
+    forms::setFileChooser({});
     forms::Timer::setSpeed(1);
 }
 
@@ -65,6 +72,12 @@ void Player::play(std::span<const Command> commands) {
     Command end = commands.back();
     ++end.line;
     failOnUnexpectedBox(end);
+    if (!files_.empty()) {
+        throw ScriptError(end.line,
+                          fmt::format("the script ends with the file \"{}\", which nobody "
+                                      "asked for",
+                                      files_.front()));
+    }
     if (boxes_.answersLeft() > 0) {
         throw ScriptError(end.line, fmt::format("the script ends with {} answers that no box asked",
                                                 boxes_.answersLeft()));
@@ -119,6 +132,7 @@ const Player::Deed& Player::deedOf(Verb verb) {
          {[](Player& p, C c) { p.usable(c)->setCell(c.numbers[0], c.numbers[1], c.text); }, true}},
         {Verb::Close, {[](Player& p, C c) { p.form(c).close(); }, true}},
         {Verb::Answer, {[](Player& p, C c) { p.answer(c); }}},
+        {Verb::File, {[](Player& p, C c) { p.files_.push_back(c.text); }}},
         {Verb::Print, {[](Player& p, C c) { p.print(adapterFor(p.control(c))->lines()); }}},
         {Verb::State, {[](Player& p, C c) { p.printState(c); }}},
         {Verb::Forms, {[](Player& p, C) { p.printForms(); }}},
@@ -160,6 +174,21 @@ void Player::answer(const Command& command) {
     for (const std::string& button : command.words) {
         boxes_.plan(answerNamed(button));
     }
+}
+
+/// The next of the script's files. A dialog that the script has none for is a box that it cancels.
+QString Player::chosenFile(const forms::FileQuestion& question) {
+    if (files_.empty()) {
+        boxes_.show({.text = "Which file? (The script needs a line \"file PATH\" before this.)",
+                     .title = controls::fromQt(question.title),
+                     .icon = base::MsgIcon::Question,
+                     .buttons = base::MsgButtons::OkCancel,
+                     .preferred = base::MsgAnswer::Cancel});
+        return {};
+    }
+    const std::string file = files_.front();
+    files_.pop_front();
+    return toQt(file);
 }
 
 void Player::print(const std::string& line) { transcript_ << indented(line) << "\n"; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <iosfwd>
 #include <memory>
@@ -8,14 +9,17 @@
 #include <vector>
 
 #include "tools/script/command.h"
+#include "tools/script/programsbutlogon.h"
 #include "tools/script/scriptedboxes.h"
 #include "tools/script/scriptedclock.h"
 
+class QString;
 class QWidget;
 
 namespace forms {
 class Form;
-}
+struct FileQuestion;
+}  // namespace forms
 
 namespace script {
 
@@ -37,7 +41,7 @@ struct Program {
 
 /// Plays commands against the program's own forms, as a user at the screen would, and writes a
 /// transcript: comments as headings, each command, and what it printed. While it lives, it answers
-/// the message boxes and sets the clock.
+/// the message boxes and file dialogs and sets the clock.
 class Player {
 public:
     Player(std::ostream& transcript, Program program);
@@ -63,6 +67,7 @@ private:
     void start(const Command& command);
     void select(Adapter& list, const Command& command);
     void answer(const Command& command);
+    [[nodiscard]] QString chosenFile(const forms::FileQuestion& question);
     void print(const std::string& line);
     void print(const std::vector<std::string>& lines);
     void printState(const Command& command);
@@ -93,6 +98,8 @@ private:
     std::vector<std::string> answer_;  ///< to it
     ScriptedBoxes boxes_;
     ScriptedClock clock_;
+    ProgramsButLogon programs_;
+    std::deque<std::string> files_;  ///< for the next file dialogs; "" cancels
     base::Ports formerPorts_;
 };
 

@@ -38,7 +38,8 @@ void pressKey(QWidget& control, int key, Qt::KeyboardModifiers modifiers, const 
 
 void typeText(QWidget& control, const QString& text) {
     for (const QChar letter : text) {
-        pressKey(control, letter.toUpper().unicode(), Qt::NoModifier, letter);
+        const int key = letter == '\n' ? int{Qt::Key_Return} : letter.toUpper().unicode();
+        pressKey(control, key, Qt::NoModifier, letter);
     }
 }
 

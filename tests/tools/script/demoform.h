@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -13,9 +14,11 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/controls/timebox.h"
+#include "platform/forms/filedialog.h"
 #include "platform/forms/form.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/timer.h"
+#include "platform/process/process.h"
 
 /// A small form with one control of each kind that scripts know.
 class DemoForm : public forms::Form {
@@ -60,7 +63,9 @@ private:
         QPushButton* fault = button("cmdFault", second);
         QPushButton* end = button("cmdExit", second);
         QPushButton* later = button("cmdLater", second);
+        QPushButton* browse = button("cmdBrowse", second);
         button("cmdOff", second)->setEnabled(false);
+        add<QPlainTextEdit>("Comment", second);
         add<QLineEdit>("Hidden", second)->hide();
         on(check, &QCheckBox::toggled, [this](bool now) { label_->setText(now ? "on" : "off"); });
         on(remove, &QPushButton::clicked, [this] { cmdDelete_Click(); });
@@ -68,6 +73,10 @@ private:
         on(end, &QPushButton::clicked, [] {
             base::ports().forms->unloadAll();
             throw base::EndProgram{};
+        });
+        on(browse, &QPushButton::clicked, [this] {
+            label_->setText("file " + forms::chooseFile(*this, {"Open", "", ""}));
+            process::host().start("/programs/Logon.Exe", {"TARN"});
         });
         on(later, &QPushButton::clicked, [this] { timer_.startOnce(20); });
         on(&timer_, &forms::Timer::tick, [this] { label_->setText("later"); });

@@ -81,7 +81,9 @@ TEST_F(PlayerTest, TypesAndLeavesAsAUserWould) {
         "state frmDemo.Check\n"
         "expect frmDemo.Tabs More\n"
         "set frmDemo.Tabs Criteria\n"
-        "expect frmDemo.Tabs Criteria\n");
+        "expect frmDemo.Tabs Criteria\n"
+        "set frmDemo.Comment \"two\\nlines\"\n"
+        "expect frmDemo.Comment \"two\\nlines\"\n");
     EXPECT_EQ(commandLine_, "PLANNER");
     EXPECT_THAT(transcript, HasSubstr("\n# Fill the form\n> set frmDemo.RunName Lincoln"));
     EXPECT_THAT(transcript, HasSubstr("    R3\t100\n"));
@@ -124,6 +126,17 @@ TEST_F(PlayerTest, AnswersListsAndExpectsMessageBoxes) {
                          "    Are you sure?\n> boxes\n    none\n"));
 }
 
+TEST_F(PlayerTest, ChoosesFilesAndStartsNoLogonProgram) {
+    EXPECT_THAT(play("file /maps/ice.avl\nclick frmDemo.cmdBrowse\n"
+                     "expect frmDemo.Status file /maps/ice.avl\nfile\nclick frmDemo.cmdBrowse\n"
+                     "expect frmDemo.Status \"file \"\n"),
+                HasSubstr("    The user is not known; the logon program is not started"));
+    EXPECT_THAT(fault("click frmDemo.cmdBrowse\nclick frmDemo.cmdLater\n"),
+                HasSubstr("line 3: before this line came an unexpected box: [Question] \"Open\""));
+    EXPECT_EQ(fault("file a"),
+              "line 3: the script ends with the file \"a\", which nobody asked for");
+}
+
 TEST_F(PlayerTest, StopsAtBoxesThatItWasNotToldOf) {
     EXPECT_THAT(fault("click frmDemo.cmdDelete\nprint frmDemo.List\nset frmDemo.RunName x\n"),
                 HasSubstr("line 4: before this line came an unexpected box: [Question] \"Please"));
@@ -138,6 +151,8 @@ TEST_F(PlayerTest, SaysWhatIsWrongWithAControl) {
     const std::vector<std::pair<std::string, std::string>> table{
         {"click frmDemo.Nothing", "line 2: frmDemo has no control Nothing"},
         {"click frmDemo.cmdOff", "line 2: frmDemo.cmdOff is disabled"},
+        {"set frmDemo.RunName \"a\\nb\"",
+         "line 2: frmDemo.RunName is a text box, none that takes a line end"},
         {"set frmDemo.Hidden x", "line 2: frmDemo.Hidden is hidden"},
         {"select frmDemo.List 4",
          "line 2: frmDemo.List is a list, none that has a row 4, it has 3"},

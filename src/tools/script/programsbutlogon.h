@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/process/process.h"
+
+namespace script {
+
+/// The system's programs, but for the logon program: its form is nobody's to fill, and it would
+/// outlive the script with the caller's output open. A start of it is told instead.
+class ProgramsButLogon : public process::ProcessHost {
+public:
+    explicit ProgramsButLogon(std::function<void(const std::string& line)> tell)
+        : tell_(std::move(tell)), others_(process::host()) {}
+
+    void start(const std::string& program, const std::vector<std::string>& arguments) override;
+    [[nodiscard]] bool isRunning(const std::string& name) override {
+        return others_.isRunning(name);
+    }
+
+private:
+    std::function<void(const std::string& line)> tell_;
+    process::ProcessHost& others_;
+};
+
+}  // namespace script
