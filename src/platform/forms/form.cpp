@@ -3,15 +3,24 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QScrollArea>
 #include <QShortcut>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/screenfit.h"
 
 namespace forms {
 
 using controls::LayoutMemory;
+
+namespace {
+
+constexpr qreal HeadingShare = 1.3;
+
+}  // namespace
 
 Form::Form(const char* name, Form* owner) : QDialog(owner) {
     setObjectName(QString::fromLatin1(name));
@@ -57,6 +66,7 @@ void Form::load() {
     }
     state_ = State::Loading;
     nameControls();
+    growWithFont();
     try {
         formLoad();
     } catch (...) {
@@ -75,7 +85,7 @@ void Form::showForm() {
         return;  // it had nothing to show
     }
     if (!placed_) {
-        restorePlace();
+        place();
         placed_ = true;
     }
     if (isMinimized()) {
@@ -114,6 +124,9 @@ bool Form::closeForm() {
 bool Form::event(QEvent* event) {
     const bool handled = QDialog::event(event);
     if (event->type() == QEvent::WindowActivate && isLoaded()) {
+        if (!isMaximized() && !isFullScreen()) {
+            fitToScreen(*this);  // only now its frame is known
+        }
         Application::instance().guarded([this] { FormRegistry::instance().activated(*this); });
     }
     return handled;
@@ -139,15 +152,64 @@ void Form::key(const QKeySequence& keys, QAbstractButton* button, QWidget* part)
        &QShortcut::activated, [button] { button->click(); });
 }
 
-void Form::restorePlace() {
-    const QByteArray place = LayoutMemory::instance().recall("forms/" + objectName()).toByteArray();
-    if (!place.isEmpty()) {
-        restoreGeometry(place);
+void Form::place() {
+    const bool restored = restorePlace();
+    const QSize room = roomOnScreen(*this).size();
+    scrollBeyond(room);
+    if (restored) {
+        fitToScreen(*this);
+    } else {
+        resize(size().expandedTo(minimumSizeHint()).boundedTo(room));
     }
+}
+
+bool Form::restorePlace() {
+    const QByteArray place = LayoutMemory::instance().recall("forms/" + objectName()).toByteArray();
+    return !place.isEmpty() && restoreGeometry(place);
 }
 
 void Form::rememberPlace() const {
     LayoutMemory::instance().remember("forms/" + objectName(), saveGeometry());
+}
+
+void Form::growWithFont() {
+    constexpr int DesignedHeight = 17;  // of a line at 10 points
+    constexpr int DesignedHeading = 13;
+    const qreal share = std::max(1.0, 1.0 * fontMetrics().height() / DesignedHeight);
+    const auto grown = [share](int size) { return qRound(size * share); };
+    resize(grown(width()), grown(height()));
+    for (QWidget* part : findChildren<QWidget*>()) {
+        if (part->testAttribute(Qt::WA_SetFont) && part->font().pointSize() == DesignedHeading) {
+            QFont heading = part->font();
+            heading.setPointSizeF(font().pointSizeF() * HeadingShare);
+            part->setFont(heading);
+        }
+        part->setMinimumSize(grown(part->minimumWidth()), grown(part->minimumHeight()));
+        if (part->maximumWidth() < QWIDGETSIZE_MAX) {
+            part->setMaximumWidth(grown(part->maximumWidth()));
+        }
+    }
+}
+
+void Form::scrollBeyond(const QSize& room) {
+    const QSize needed = layout() == nullptr ? QSize() : layout()->totalMinimumSize();
+    if (needed.boundedTo(room) == needed) {
+        return;
+    }
+    auto* all = new QWidget(this);
+    all->setLayout(layout());
+    auto* area = new QScrollArea(this);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(all);
+    auto* around = new QVBoxLayout(this);
+    around->setContentsMargins(0, 0, 0, 0);
+    around->addWidget(area);
+    connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* now) {
+        if (now != nullptr && area->isAncestorOf(now)) {
+            area->ensureWidgetVisible(now);
+        }
+    });
 }
 
 void Form::nameControls() {

@@ -14,6 +14,9 @@ namespace forms {
 /// A top-level form. It is made and loaded once, shown and hidden at will, and unloaded when it is
 /// closed; its object lives on until nothing of it is running any more.
 ///
+/// It is always on its screen, title bar and buttons included: what does not fit scrolls. Sizes
+/// in its .ui file are meant for a font of 10 points and grow with the font.
+///
 /// A form class has Q_OBJECT and passes the name that the program knows it by. Events are wired in
 /// its constructor with on(), never by name.
 class Form : public QDialog {
@@ -28,7 +31,8 @@ public:
     /// Runs formLoad() unless the form is loaded already. An error there gives the form up; a form
     /// that unloads itself there is not shown.
     void load();
-    /// Loads, shows and activates the form, in the place and size it had last.
+    /// Loads, shows and activates the form, in the place and size it had last as far as they are on
+    /// the screen.
     void showForm();
     /// Hides and unloads the form, and those it owns, without asking; the form that owns it becomes
     /// active again.
@@ -86,9 +90,14 @@ private:
     /// The forms that a user could go to while this one is busy: those it owns, and its owners up
     /// to the first one that is modal to its own.
     [[nodiscard]] std::vector<Form*> usableBeside() const;
-    void restorePlace();
+    void place();
+    [[nodiscard]] bool restorePlace();
     void rememberPlace() const;
     void nameControls();
+    /// Gives headings and sizes of the .ui file the font in use.
+    void growWithFont();
+    /// Puts everything into an area that scrolls where it needs more than `room`.
+    void scrollBeyond(const QSize& room);
 
     State state_ = State::Made;
     bool busy_ = false;

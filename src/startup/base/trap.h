@@ -18,7 +18,8 @@ enum class AfterError { ProgramEnds, FormStays };
 
 /// Reports the error that is being handled as that of the procedure, by gErrHandler. Throws the
 /// error on where errors are not trapped.
-void report(std::string_view procedure, std::string_view module, AfterError afterError);
+void report(std::string_view procedure, std::string_view module,
+            AfterError afterError = AfterError::FormStays);
 
 /// Whether the error that is being handled is that another program holds the database for longer
 /// than a connection waits.

@@ -188,6 +188,39 @@ TEST_F(FormsTest, ComesBackInTheSizeItWasLeft) {
     EXPECT_EQ(other->size(), QSize(517, 323));
 }
 
+TEST_F(FormsTest, IsOnTheScreenHoweverLargeItIsAndWhereverItWasLeft) {
+    const auto onScreen = [](const QWidget& form) {
+        return form.screen()->availableGeometry().contains(form.frameGeometry());
+    };
+    DemoForm& main = shown("main");
+    OtherForm* other = &otherShown("other", &main);
+    other->move(5000, 4000);
+    other->close();
+    settle();
+    other = &otherShown("other", &main);
+    EXPECT_TRUE(onScreen(*other));
+    auto& large = registry().load<ThirdForm>("large", log, nullptr);
+    large.button.setMinimumSize(300, 2000);
+    large.showForm();
+    waitUntilActive(large);
+    EXPECT_TRUE(onScreen(large));
+    large.stop.setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(large.rect().contains(large.stop.mapTo(&large, QPoint(1, 1)))) << "it scrolls";
+}
+
+TEST_F(FormsTest, GrowsWithTheFont) {
+    const QFont usual = QApplication::font();
+    QApplication::setFont(QFont(usual.family(), 20));
+    auto& form = registry().make<DemoForm>("main", log);
+    QLabel heading("Search Runs", &form);
+    heading.setFont(QFont(usual.family(), 13, QFont::Bold));
+    form.stop.setMaximumWidth(100);
+    form.load();
+    EXPECT_EQ(heading.font().pointSizeF(), 26);
+    EXPECT_GT(form.stop.maximumWidth(), 150);
+    QApplication::setFont(usual);
+}
+
 TEST_F(FormsTest, ControlsAreNamedAfterTheirLabels) {
     auto& form = registry().make<DemoForm>("main", log);
     auto* edit = new QLineEdit(&form);
