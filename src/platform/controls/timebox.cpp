@@ -12,6 +12,16 @@ TimeBox::TimeBox(QWidget* parent) : QLineEdit(parent) {
     setMaxLength(40);
 }
 
+QSize TimeBox::sizeHint() const { return sizeFor(QStringLiteral("00:00:00 AM")); }
+
+QSize TimeBox::minimumSizeHint() const { return sizeFor(QStringLiteral("00:00 AM")); }
+
+QSize TimeBox::sizeFor(const QString& text) const {
+    const QSize oneLetter = QLineEdit::minimumSizeHint();
+    const int edges = oneLetter.width() - fontMetrics().maxWidth() + fontMetrics().height() / 2;
+    return {edges + fontMetrics().horizontalAdvance(text), oneLetter.height()};
+}
+
 std::string TimeBox::tidied() const { return base::tidyTime(fromQt(text())); }
 
 void TimeBox::tidy() {

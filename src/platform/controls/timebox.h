@@ -17,9 +17,16 @@ public:
     [[nodiscard]] std::string tidied() const;
     void tidy();
 
+    /// Wide enough for every time, however large the font.
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    [[nodiscard]] QSize sizeFor(const QString& text) const;
 };
 
 }  // namespace controls

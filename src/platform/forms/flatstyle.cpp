@@ -1,16 +1,27 @@
 #include "platform/forms/flatstyle.h"
 
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QIcon>
 #include <QPainter>
 #include <QStyleOption>
+
+#include "platform/controls/refused.h"
 
 namespace forms {
 
 namespace {
 
 constexpr qreal Radius = 4;
-constexpr int Spacing = 6;
-constexpr int FormMargin = 10;
+constexpr int RingWidth = 2;
+
+int lineHeight() { return QFontMetrics(QApplication::font()).height(); }
+
+/// Pixels of so many lines of text.
+int lines(qreal count) { return qRound(lineHeight() * count); }
+
+/// The grid that distances are counted in, 3.5 to a line of text.
+int steps(qreal count) { return lines(count / 3.5); }
 
 QColor mixed(const QColor& a, const QColor& b, qreal share) {
     const auto part = [share](int x, int y) { return static_cast<int>(x + (y - x) * share); };
@@ -26,12 +37,22 @@ void drawBox(QPainter& painter, const QRect& rect, const QColor& fill, const QCo
     painter.restore();
 }
 
+bool hasFocus(const QStyleOption& option) {
+    return option.state.testFlag(QStyle::State_Enabled) &&
+           option.state.testFlag(QStyle::State_HasFocus);
+}
+
+void drawRing(QPainter& painter, const QRect& rect, const QColor& colour) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, RingWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect).adjusted(1, 1, -1, -1), Radius - 1, Radius - 1);
+    painter.restore();
+}
+
 QColor lineColour(const QStyleOption& option) {
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
-    const bool focused = option.state.testFlag(QStyle::State_HasFocus);
-    if (enabled && focused) {
-        return option.palette.color(QPalette::Highlight);
-    }
     const QColor line = option.palette.color(QPalette::Active, QPalette::Mid);
     return enabled ? line : mixed(line, option.palette.color(QPalette::Window), 0.5);
 }
@@ -48,6 +69,27 @@ void drawButton(const QStyleOptionButton& option, QPainter& painter) {
         fill = mixed(fill, ink, 0.07);
     }
     drawBox(painter, option.rect, fill, accented ? fill : lineColour(option));
+    if (hasFocus(option)) {
+        const QRect inside = option.rect.adjusted(RingWidth, RingWidth, -RingWidth, -RingWidth);
+        drawRing(painter, accented ? inside : option.rect,
+                 palette.color(accented ? QPalette::HighlightedText : QPalette::Highlight));
+    }
+}
+
+/// The edge of a field and what it says of it: the focus, or that its content was refused.
+void drawField(const QStyleOption& option, QPainter& painter, QPalette::ColorRole ground,
+               const QWidget* widget) {
+    drawBox(painter, option.rect, option.palette.color(ground), lineColour(option));
+    if (widget != nullptr && controls::isRefused(*widget)) {
+        drawRing(painter, option.rect, option.palette.color(QPalette::Text));
+        const int side = lines(0.8);
+        controls::drawWarning(painter,
+                              {option.rect.right() - side - steps(1),
+                               option.rect.center().y() - side / 2, side, side},
+                              option.palette.color(QPalette::Text));
+    } else if (hasFocus(option)) {
+        drawRing(painter, option.rect, option.palette.color(QPalette::Highlight));
+    }
 }
 
 void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) {
@@ -93,12 +135,12 @@ void drawStroke(QPainter& painter, const QPolygonF& points, const QColor& colour
 enum class Points { Up, Down };
 
 void drawChevron(QPainter& painter, const QRect& rect, const QColor& colour, Points points) {
-    constexpr qreal Half = 3.5;
-    const qreal tip = points == Points::Down ? 1.5 : -1.5;
+    const qreal half = lineHeight() * 0.22;
+    const qreal tip = half * (points == Points::Down ? 0.43 : -0.43);
     const QPointF middle = QRectF(rect).center();
     drawStroke(
         painter,
-        {middle + QPointF(-Half, -tip), middle + QPointF(0, tip), middle + QPointF(Half, -tip)},
+        {middle + QPointF(-half, -tip), middle + QPointF(0, tip), middle + QPointF(half, -tip)},
         colour, 1.5);
 }
 
@@ -124,13 +166,15 @@ QColor drawIndicatorGround(const QStyleOption& option, QPainter& painter, qreal 
 void drawCheckBox(const QStyleOption& option, QPainter& painter) {
     const QColor ink = drawIndicatorGround(option, painter, 3);
     const QPointF middle = QRectF(option.rect).center();
+    const qreal unit = option.rect.width() / 14.0;
     if (option.state.testFlag(QStyle::State_On)) {
-        drawStroke(
-            painter,
-            {middle + QPointF(-3.5, 0), middle + QPointF(-1, 2.5), middle + QPointF(3.5, -3)}, ink,
-            1.8);
+        drawStroke(painter,
+                   {middle + QPointF(-3.5, 0) * unit, middle + QPointF(-1, 2.5) * unit,
+                    middle + QPointF(3.5, -3) * unit},
+                   ink, 1.8 * unit);
     } else if (option.state.testFlag(QStyle::State_NoChange)) {
-        drawStroke(painter, {middle + QPointF(-3, 0), middle + QPointF(3, 0)}, ink, 1.8);
+        drawStroke(painter, {middle + QPointF(-3, 0) * unit, middle + QPointF(3, 0) * unit}, ink,
+                   1.8 * unit);
     }
 }
 
@@ -141,7 +185,8 @@ void drawOption(const QStyleOption& option, QPainter& painter) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(ink);
-        painter.drawEllipse(QRectF(option.rect).center(), 2.8, 2.8);
+        painter.drawEllipse(QRectF(option.rect).center(), option.rect.width() * 0.2,
+                            option.rect.width() * 0.2);
         painter.restore();
     }
 }
@@ -218,8 +263,18 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         case PE_PanelLineEdit:
             if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
                 frame != nullptr && frame->lineWidth > 0) {
-                return drawBox(*painter, option->rect, palette.color(QPalette::Base),
-                               lineColour(*option));
+                return drawField(*option, *painter, QPalette::Base, widget);
+            }
+            break;
+        case PE_Frame:
+            if (qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
+                painter->setPen(palette.color(QPalette::Active, QPalette::Mid));
+                return painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            }
+            break;
+        case PE_FrameFocusRect:
+            if (qobject_cast<const QAbstractItemView*>(widget) == nullptr) {
+                return drawRing(*painter, option->rect, palette.color(QPalette::Highlight));
             }
             break;
         default:
@@ -268,20 +323,18 @@ void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
         QProxyStyle::drawComplexControl(control, option, painter, widget);
         return;
     }
-    const QPalette& palette = option->palette;
-    drawBox(*painter, option->rect,
-            palette.color(combo->editable ? QPalette::Base : QPalette::Button),
-            lineColour(*option));
+    drawField(*option, *painter, combo->editable ? QPalette::Base : QPalette::Button, widget);
     drawChevron(*painter,
                 subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget).adjusted(2, 0, -2, 0),
-                palette.color(QPalette::ButtonText), Points::Down);
+                option->palette.color(QPalette::ButtonText), Points::Down);
 }
 
 QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
                                 const QWidget* widget) const {
     QRect rect = QProxyStyle::subElementRect(element, option, widget);
     if (element == SE_LineEditContents) {
-        rect.adjust(3, 0, -3, 0);
+        const bool marked = widget != nullptr && controls::isRefused(*widget);
+        rect.adjust(steps(0.6), 0, marked ? -lines(1.2) : -steps(0.6), 0);
     } else if (element == SE_HeaderArrow) {
         rect.moveTop(option->rect.top() + (option->rect.height() - rect.height()) / 2);
     }
@@ -304,26 +357,33 @@ QIcon FlatStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
     }
 }
 
-int FlatStyle::layoutSpacing(QSizePolicy::ControlType, QSizePolicy::ControlType, Qt::Orientation,
-                             const QStyleOption*, const QWidget*) const {
-    return Spacing;
+int FlatStyle::layoutSpacing(QSizePolicy::ControlType, QSizePolicy::ControlType,
+                             Qt::Orientation orientation, const QStyleOption*,
+                             const QWidget*) const {
+    return orientation == Qt::Horizontal ? steps(1.5) : steps(1.2);
 }
 
 int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
     switch (metric) {
         case PM_LayoutHorizontalSpacing:
+            return steps(1.5);
         case PM_LayoutVerticalSpacing:
-            return Spacing;
+            return steps(1.2);
         case PM_LayoutLeftMargin:
         case PM_LayoutTopMargin:
         case PM_LayoutRightMargin:
         case PM_LayoutBottomMargin:
-            return FormMargin;
+            return steps(2.2);
         case PM_HeaderMargin:
-            return 6;
+            return steps(1.4);
         case PM_HeaderMarkSize:
-            return 9;
+            return lines(0.6);
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+            return lines(0.85);
         case PM_FocusFrameHMargin:
             return 5;
         case PM_ButtonShiftHorizontal:
@@ -353,12 +413,12 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     QSize fitted = QProxyStyle::sizeFromContents(type, option, size, widget);
     switch (type) {
         case CT_PushButton:
-            return fitted.expandedTo({72, size.height() + 12});
+            return fitted.expandedTo({lines(4.5), size.height() + lines(0.7)});
         case CT_LineEdit:
         case CT_ComboBox:
-            return fitted.expandedTo({0, size.height() + 10});
+            return fitted.expandedTo({0, size.height() + lines(0.6)});
         case CT_ItemViewItem:
-            fitted.setHeight(fitted.height() + 7);
+            fitted.setHeight(fitted.height() + lines(0.4));
             return fitted;
         default:
             return fitted;

@@ -3,8 +3,10 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -19,6 +21,19 @@ using controls::LayoutMemory;
 namespace {
 
 constexpr qreal HeadingShare = 1.3;
+
+/// The control on a page that Tab comes to first; null without one.
+QWidget* firstStopIn(const QWidget& page) {
+    QWidget* stop = page.nextInFocusChain();
+    while (stop != &page) {
+        if (page.isAncestorOf(stop) && stop->isEnabled() && stop->isVisible() &&
+            (stop->focusPolicy() & Qt::TabFocus) != 0) {
+            return stop;
+        }
+        stop = stop->nextInFocusChain();
+    }
+    return nullptr;
+}
 
 }  // namespace
 
@@ -66,6 +81,7 @@ void Form::load() {
     }
     state_ = State::Loading;
     nameControls();
+    keepDefaultButton();
     growWithFont();
     try {
         formLoad();
@@ -150,6 +166,35 @@ void Form::key(const QKeySequence& keys, QAbstractButton* button) {
 void Form::key(const QKeySequence& keys, QAbstractButton* button, QWidget* part) {
     on(new QShortcut(keys, part, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
        &QShortcut::activated, [button] { button->click(); });
+}
+
+void Form::pageKeys(QTabWidget& tabs) {
+    for (int page = 0; page < tabs.count(); ++page) {
+        tabs.setTabToolTip(page, tr("Alt+%1").arg(page + 1));
+        on(new QShortcut(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + page), this),
+           &QShortcut::activated, [&tabs, page] {
+               tabs.setCurrentIndex(page);
+               if (QWidget* first = firstStopIn(*tabs.widget(page)); first != nullptr) {
+                   first->setFocus(Qt::ShortcutFocusReason);
+               }
+           });
+    }
+}
+
+void Form::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto* button = qobject_cast<QPushButton*>(focusWidget());
+    if (isEnter && button != nullptr && button->isEnabled()) {
+        button->click();
+    } else {
+        QDialog::keyPressEvent(event);
+    }
+}
+
+void Form::keepDefaultButton() {
+    for (QPushButton* button : findChildren<QPushButton*>()) {
+        button->setAutoDefault(button->isDefault());
+    }
 }
 
 void Form::place() {

@@ -8,6 +8,7 @@
 
 class QAbstractButton;
 class QKeySequence;
+class QTabWidget;
 
 namespace forms {
 
@@ -75,7 +76,12 @@ protected:
     void key(const QKeySequence& keys, QAbstractButton* button);
     void key(const QKeySequence& keys, QAbstractButton* button, QWidget* part);
 
+    /// Alt and a digit lead to a page of the tabs and into its first control.
+    void pageKeys(QTabWidget& tabs);
+
     bool event(QEvent* event) override;
+    /// Enter presses the button that has the focus, otherwise the default one.
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     /// Escape presses the button made for it with setCancelButton(); without one it does nothing.
     void reject() override;
@@ -94,6 +100,8 @@ private:
     [[nodiscard]] bool restorePlace();
     void rememberPlace() const;
     void nameControls();
+    /// Leaves the look of a default button to the one that the .ui file says it of.
+    void keepDefaultButton();
     /// Gives headings and sizes of the .ui file the font in use.
     void growWithFont();
     /// Puts everything into an area that scrolls where it needs more than `room`.

@@ -10,12 +10,12 @@ namespace forms {
 namespace {
 
 struct Colours {
-    QColor window, base, alternate, text, faint, button, line, accent, onAccent, tip;
+    QColor window, base, alternate, text, quiet, pale, button, line, accent, onAccent, tip;
 };
 
-const Colours Light{"#f4f5f7", "#ffffff", "#f2f6fb", "#1d2126", "#8b929b",
+const Colours Light{"#f4f5f7", "#ffffff", "#f2f6fb", "#1d2126", "#5f6771", "#8b929b",
                     "#ffffff", "#c3c8cf", "#1f6fd1", "#ffffff", "#fffbe6"};
-const Colours Dark{"#23262b", "#1a1c20", "#212429", "#e7e9ec", "#7d848e",
+const Colours Dark{"#23262b", "#1a1c20", "#212429", "#e7e9ec", "#a3abb5", "#7d848e",
                    "#32363d", "#4a5059", "#2f73c8", "#ffffff", "#3a3d43"};
 
 QPalette paletteOf(const Colours& colours) {
@@ -28,11 +28,12 @@ QPalette paletteOf(const Colours& colours) {
     palette.setColor(QPalette::Highlight, colours.accent);
     palette.setColor(QPalette::HighlightedText, colours.onAccent);
     palette.setColor(QPalette::Link, colours.accent);
-    palette.setColor(QPalette::PlaceholderText, colours.faint);
+    palette.setColor(QPalette::PlaceholderText, colours.quiet);
     palette.setColor(QPalette::ToolTipBase, colours.tip);
     palette.setColor(QPalette::ToolTipText, colours.text);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, colours.faint);
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText}) {
+        palette.setColor(QPalette::Disabled, role, colours.pale);
     }
     palette.setColor(QPalette::Disabled, QPalette::Base, colours.window);
     palette.setColor(QPalette::Disabled, QPalette::Button, colours.window);

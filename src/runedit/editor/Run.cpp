@@ -1,7 +1,6 @@
 #include "runedit/editor/Run.h"
 
 #include <QHeaderView>
-#include <QShortcut>
 
 #include <fmt/format.h>
 
@@ -148,12 +147,7 @@ void Run::wireLists() {
        &Run::GoToStop_Click);
     on(ui_->GoToStop, &QPushButton::clicked, "GoToStop_Click", &Run::GoToStop_Click);
     on(ui_->GoToField, &QPushButton::clicked, "GoToField_Click", &Run::GoToField_Click);
-    for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
-        ui_->RunTab->setTabToolTip(tab, tr("Alt+%1").arg(tab + 1));
-        on(new QShortcut(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab), this),
-           &QShortcut::activated, "RunTab_Click",
-           [this, tab] { ui_->RunTab->setCurrentIndex(tab); });
-    }
+    pageKeys(*ui_->RunTab);
 }
 
 void Run::wireButtons() {

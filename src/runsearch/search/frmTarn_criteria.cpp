@@ -1,4 +1,3 @@
-#include <QShortcut>
 #include <optional>
 
 #include <fmt/format.h>
@@ -47,12 +46,7 @@ void frmTarn::wireCriteria() {
     on(ui_->SearchStops, &QCheckBox::toggled, "SearchStops_Click", &frmTarn::SearchStops_Click);
     on(ui_->Search_Stops_TripType, &QCheckBox::toggled, "Search_Stops_TripType_Click",
        &frmTarn::Search_Stops_TripType_Click);
-    for (int tab = 0; tab < ui_->RunTab->count(); ++tab) {
-        ui_->RunTab->setTabToolTip(tab, tr("Alt+%1").arg(tab + 1));
-        on(new QShortcut(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab), this),
-           &QShortcut::activated, "RunTab_Click",
-           [this, tab] { ui_->RunTab->setCurrentIndex(tab); });
-    }
+    pageKeys(*ui_->RunTab);
 }
 
 void frmTarn::wireRoute() {

@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QTabWidget>
 
 #include "fixture.h"
 #include "platform/forms/operation.h"
@@ -206,6 +207,28 @@ TEST_F(FormsTest, IsOnTheScreenHoweverLargeItIsAndWhereverItWasLeft) {
     EXPECT_TRUE(onScreen(large));
     large.stop.setFocus(Qt::TabFocusReason);
     EXPECT_TRUE(large.rect().contains(large.stop.mapTo(&large, QPoint(1, 1)))) << "it scrolls";
+}
+
+TEST_F(FormsTest, EnterPressesTheButtonThatHasTheFocusAndAltWithADigitLeadsIntoAPage) {
+    auto& form = registry().make<ThirdForm>("main", log, nullptr);
+    form.stop.setDefault(true);
+    QTabWidget tabs(&form);
+    QWidget plain;
+    auto* page = new QWidget;
+    auto* box = new QLineEdit(page);
+    tabs.addTab(&plain, "One");
+    tabs.addTab(page, "Two");
+    form.pages(tabs);
+    form.showForm();
+    waitUntilActive(form);
+    int clicks = 0;
+    form.onClick = [&] { ++clicks; };
+    form.button.setFocus();
+    EXPECT_TRUE(form.stop.isDefault());
+    QTest::keyClick(&form.button, Qt::Key_Return);
+    EXPECT_EQ(clicks, 1);
+    QTest::keyClick(&form.button, Qt::Key_2, Qt::AltModifier);
+    EXPECT_TRUE(box->hasFocus());
 }
 
 TEST_F(FormsTest, GrowsWithTheFont) {

@@ -20,6 +20,8 @@ public:
     }
     ~DemoForm() override { note("destroyed"); }
 
+    void pages(QTabWidget& tabs) { pageKeys(tabs); }
+
     QPushButton button{"Go"};
     QPushButton stop{"Stop"};
     std::function<void()> onClick = [] {};
