@@ -11,6 +11,7 @@
 
 #include "platform/base/datetext.h"
 #include "platform/base/ports.h"
+#include "platform/controls/boxwidth.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/signs.h"
 
@@ -54,6 +55,10 @@ DateBox::DateBox(QWidget* parent) : QLineEdit(parent) {
         addAction(signIcon(Sign::Calendar, palette(), QPalette::PlaceholderText), TrailingPosition);
     sign->setToolTip(tr("Choose from a calendar (F4)"));
     connect(sign, &QAction::triggered, this, [this] { openCalendar(); });
+}
+
+QSize DateBox::minimumSizeHint() const {
+    return sizeForText(*this, QLineEdit::minimumSizeHint(), QStringLiteral("00/00/0000"));
 }
 
 void DateBox::tidy() {

@@ -18,6 +18,9 @@ public:
     void tidy();
     void openCalendar();
 
+    /// Wide enough for every day, however large the font.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 
 #include "platform/base/timetext.h"
+#include "platform/controls/boxwidth.h"
 #include "platform/controls/qtext.h"
 
 namespace controls {
@@ -12,14 +13,12 @@ TimeBox::TimeBox(QWidget* parent) : QLineEdit(parent) {
     setMaxLength(40);
 }
 
-QSize TimeBox::sizeHint() const { return sizeFor(QStringLiteral("00:00:00 AM")); }
+QSize TimeBox::sizeHint() const {
+    return sizeForText(*this, QLineEdit::minimumSizeHint(), QStringLiteral("00:00:00 AM"));
+}
 
-QSize TimeBox::minimumSizeHint() const { return sizeFor(QStringLiteral("00:00 AM")); }
-
-QSize TimeBox::sizeFor(const QString& text) const {
-    const QSize oneLetter = QLineEdit::minimumSizeHint();
-    const int edges = oneLetter.width() - fontMetrics().maxWidth() + fontMetrics().height() / 2;
-    return {edges + fontMetrics().horizontalAdvance(text), oneLetter.height()};
+QSize TimeBox::minimumSizeHint() const {
+    return sizeForText(*this, QLineEdit::minimumSizeHint(), QStringLiteral("00:00 AM"));
 }
 
 std::string TimeBox::tidied() const { return base::tidyTime(fromQt(text())); }

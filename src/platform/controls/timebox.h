@@ -24,9 +24,6 @@ public:
 protected:
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-
-private:
-    [[nodiscard]] QSize sizeFor(const QString& text) const;
 };
 
 }  // namespace controls

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QStyle>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -33,6 +34,36 @@ QWidget* firstStopIn(const QWidget& page) {
         stop = stop->nextInFocusChain();
     }
     return nullptr;
+}
+
+bool holdsColumns(const QLayout& row) {
+    for (int place = 0; place < row.count(); ++place) {
+        if (row.itemAt(place)->layout() == nullptr) {
+            return false;
+        }
+    }
+    return row.count() > 1;
+}
+
+/// An area that a part of a form scrolls in; what gets the focus comes into sight.
+QScrollArea* scrolled(QWidget& part) {
+    auto* area = new QScrollArea(part.parentWidget());
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidget(&part);
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* now) {
+        if (now != nullptr && area->isAncestorOf(now)) {
+            area->ensureWidgetVisible(now);
+        }
+    });
+    return area;
+}
+
+void keepWidth(QScrollArea& column) {
+    column.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    column.setFixedWidth(column.widget()->minimumSizeHint().width() +
+                         column.style()->pixelMetric(QStyle::PM_ScrollBarExtent));
 }
 
 }  // namespace
@@ -241,20 +272,26 @@ void Form::scrollBeyond(const QSize& room) {
     if (needed.boundedTo(room) == needed) {
         return;
     }
-    auto* all = new QWidget(this);
-    all->setLayout(layout());
-    auto* area = new QScrollArea(this);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setWidget(all);
-    auto* around = new QVBoxLayout(this);
-    around->setContentsMargins(0, 0, 0, 0);
-    around->addWidget(area);
-    connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* now) {
-        if (now != nullptr && area->isAncestorOf(now)) {
-            area->ensureWidgetVisible(now);
+    auto* row = qobject_cast<QHBoxLayout*>(layout());
+    if (row == nullptr || !holdsColumns(*row)) {
+        auto* all = new QWidget(this);
+        all->setLayout(layout());
+        row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->addWidget(scrolled(*all));
+        return;
+    }
+    for (int place = 0; place < row->count(); ++place) {
+        const int stretch = row->stretch(place);
+        auto* column = new QWidget(this);
+        column->setLayout(row->takeAt(place)->layout());
+        column->layout()->setContentsMargins(0, 0, 0, 0);
+        QScrollArea* area = scrolled(*column);
+        if (stretch == 0) {
+            keepWidth(*area);
         }
-    });
+        row->insertWidget(place, area, stretch);
+    }
 }
 
 void Form::nameControls() {

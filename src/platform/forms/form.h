@@ -104,7 +104,8 @@ private:
     void keepDefaultButton();
     /// Gives headings and sizes of the .ui file the font in use.
     void growWithFont();
-    /// Puts everything into an area that scrolls where it needs more than `room`.
+    /// Lets everything scroll where it needs more than `room`: the columns of the form each by
+    /// itself, so that the buttons at the side stay.
     void scrollBeyond(const QSize& room);
 
     State state_ = State::Made;

@@ -8,6 +8,7 @@
 #include "platform/store/database.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/cErrorHandler.h"
+#include "startup/base/trap.h"
 #include "support/errors.h"
 #include "support/rows.h"
 #include "support/testsession.h"
@@ -103,6 +104,29 @@ TEST_F(ErrorHandler, ShowsTheMessageUnlessToldNotTo) {
     EXPECT_EQ(session_.boxes.shown.size(), 2U) << "a log that cannot be written";
 }
 
+TEST_F(ErrorHandler, ReportsErrorsOfTheLibraryUnderNumbersOfTheRunTime) {
+    startup::gErrorHandling = true;
+    startup::gErrHandler = std::make_unique<cErrorHandler>();
+    startup::gErrHandler->Destination(log_);
+    const auto reported = [&](const auto& fails) {
+        EXPECT_THROW(startup::trapped("A", "B", fails), base::EndProgram);
+        return session_.boxes.shown.back().text;
+    };
+    EXPECT_THAT(reported([] {
+        throw std::bad_alloc(); }),
+                testing::EndsWith("
+A of Module: B.
+
+Error (7) Out of memory"));
+    EXPECT_THAT(reported([] {
+        throw std::logic_error("odd"); }),
+                testing::EndsWith("Error (51) Internal error: odd"));
+    startup::gErrorHandling = false;
+    EXPECT_THROW(startup::trapped("A", "B", [] {
+        throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_EQ(session_.boxes.shown.size(), 2U);
+}
+
 TEST_F(ErrorHandler, AListenerCanCancelTheReport) {
     std::string order;
     handler_.beforeReport = [&](bool& cancel) {
@@ -127,6 +151,11 @@ TEST_F(ErrorHandler, ShowsTheStackWithItsDepthAndNamesItsTop) {
     EXPECT_NE(text.find("Error Procedure: Inner\n"), std::string::npos);
     EXPECT_NE(text.find("---------------\n01  Outer\n02    Inner\n\n"), std::string::npos);
     EXPECT_EQ(trace(), "Outer\nGone\nInner\n");
+    handler_.TraceExecution(false);
+    handler_.Push("Untraced");
+    EXPECT_EQ(trace(), "Outer\nGone\nInner\n");
+    handler_.TraceExecution(true);
+    EXPECT_EQ(trace(), "");
 }
 
 TEST_F(ErrorHandler, ThePushPastTheCapacityFails) {
@@ -134,18 +163,12 @@ TEST_F(ErrorHandler, ThePushPastTheCapacityFails) {
         handler_.Push("P");
     }
     EXPECT_EQ(errorOf([&] { return handler_.Push("P"), 0; }), base::errors::SubscriptOutOfRange);
-    EXPECT_EQ(errorOf([&] { return handler_.Push("P"), 0; }), base::errors::SubscriptOutOfRange);
-    handle(6, "Overflow");
     for (int depth = 0; depth < 110; ++depth) {
         handler_.Pop();
     }
-    handler_.Push("Again");
-    handle(6, "Overflow");
-    EXPECT_NE(contentsOf(log_).find("01  Again\n"), std::string::npos);
-}
-
-TEST_F(ErrorHandler, ChangingTheCapacityEmptiesTheStack) {
     handler_.Push("Lost");
+    handle(6, "Overflow");
+    EXPECT_NE(contentsOf(log_).find("01  Lost\n"), std::string::npos);
     handler_.MaxProcStackItems(1);
     handler_.Push("First");
     EXPECT_EQ(errorOf([&] { return handler_.Push("Second"), 0; }),
@@ -156,16 +179,6 @@ TEST_F(ErrorHandler, ChangingTheCapacityEmptiesTheStack) {
               base::errors::Overflow);
     handle(6, "Overflow");
     EXPECT_EQ(contentsOf(log_).find("Lost"), std::string::npos);
-}
-
-TEST_F(ErrorHandler, TracingStartsANewFileAndCanBeSwitchedOff) {
-    handler_.Push("Before");
-    handler_.TraceExecution(false);
-    handler_.Push("Untraced");
-    EXPECT_EQ(trace(), "Before\n");
-    handler_.TraceExecution(true);
-    handler_.Push("After");
-    EXPECT_EQ(trace(), "After\n");
 }
 
 TEST_F(ErrorHandler, RefusesAnyOtherDestination) {

@@ -9,12 +9,12 @@ using startup::NoNullNumber;
 using startup::NoNullString;
 
 TEST(NoNullString, TurnsNullAndBlankIntoOneBlankAndKeepsTheRestAsItIs) {
-    EXPECT_EQ(NoNullString({}), Value(" "));
-    EXPECT_EQ(NoNullString(""), Value(" "));
-    EXPECT_EQ(NoNullString("   "), Value(" "));
-    EXPECT_EQ(NoNullString("  a "), Value("  a "));
-    EXPECT_EQ(NoNullString("\t"), Value("\t"));
-    EXPECT_EQ(NoNullString(0), Value(0));
+    for (const Value& blank : {Value(), Value(""), Value("   ")}) {
+        EXPECT_EQ(NoNullString(blank), Value(" "));
+    }
+    for (const Value& kept : {Value("  a "), Value("\t"), Value(0)}) {
+        EXPECT_EQ(NoNullString(kept), kept);
+    }
 }
 
 TEST(NoNullNumber, KeepsWhatStartsWithANumberAndMakesTheRestZero) {

@@ -95,24 +95,6 @@ TEST_F(RunStartup, WithoutAConfigurationFourKeysAreToldAndTheFirstDatabaseEndsTh
     EXPECT_EQ(application().run(), 1);
 }
 
-TEST_F(RunStartup, AnErrorSwitchThatIsNoBooleanEndsTheProgram) {
-    district_.writeIniWithErrorHandling("maybe");
-    run("ANN");
-    EXPECT_EQ(session_.boxes.shown.size(), 1U);
-    EXPECT_THAT(box(0), HasSubstr("Type mismatch"));
-    EXPECT_EQ(application().run(), 1);
-}
-
-TEST_F(RunStartup, AMissingDatabaseIsReportedOnceAndEndsTheProgram) {
-    std::filesystem::remove(district_.path(DatabaseFile::RouteWrk));
-    run("ANN");
-    EXPECT_EQ(session_.boxes.shown.size(), 1U);
-    EXPECT_THAT(box(0), HasSubstr("OpenRoutingDatabase of Module: mdlDBConnection."));
-    EXPECT_THAT(support::contentsOf(district_.progPath() + "Error.txt"), HasSubstr("RouteWrk.mdb"));
-    EXPECT_EQ(application().run(), 1);
-    EXPECT_EQ(mainForm(), nullptr);
-}
-
 // A rule of the validation is a column of District: a district without it must not meet its first
 // validation, nor any form.
 TEST_F(RunStartup, ADistrictOfAnotherVersionIsToldBeforeAnyForm) {
