@@ -14,8 +14,8 @@
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "startup/base/applicationinfo.h"
+#include "startup/base/mdlFileUtilities.h"
 #include "startup/base/plainwords.h"
-#include "startup/base/session.h"
 
 namespace startup {
 
@@ -198,9 +198,9 @@ std::string cErrorHandler::expandedInfo() const {
     return fmt::format(
         "\nAdditional Information\n----------------------\nCurrent Directory: {}\nApp Title: {}\n"
         "App CompanyName: {}\nApp Major: {}\nApp Minor: {}\nApp Revision: {}\nApp Path: {}\n"
-        "App ProductName: {}\n",
+        "App ProductName: {}\nUser: {}\n",
         std::filesystem::current_path(error).string(), app.title, app.companyName, app.major,
-        app.minor, app.revision, app.path, app.productName);
+        app.minor, app.revision, app.path, app.productName, userAndComputer());
 }
 
 // An error on the way to the log must not hide the one that is being reported.
@@ -255,7 +255,7 @@ void cErrorHandler::showMessage() const {
                                       currentOperation_, error_.number, error_.description),
                   .title = title_,
                   .icon = base::MsgIcon::Critical,
-                  .details = fmt::format("{}, {}", base::Now().text(), gCommandLine),
+                  .details = fmt::format("{}, {}", base::Now().text(), userAndComputer()),
                   .plainWords = endsProgram_ ? words + "\n\n" + ProgramEnds : words});
 }
 

@@ -8,6 +8,7 @@
 #include "platform/store/database.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/cErrorHandler.h"
+#include "startup/base/mdlFileUtilities.h"
 #include "startup/base/trap.h"
 #include "support/errors.h"
 #include "support/rows.h"
@@ -67,9 +68,10 @@ TEST_F(ErrorHandler, WritesTheLogToTheLetter) {
                           "App Minor: {}\n"
                           "App Revision: {}\n"
                           "App Path: {}\n"
-                          "App ProductName: Vireo Routing\n",
+                          "App ProductName: Vireo Routing\n"
+                          "User: {}\n",
                           std::filesystem::current_path().string(), app.major, app.minor,
-                          app.revision, app.path));
+                          app.revision, app.path, startup::userAndComputer()));
 }
 
 TEST_F(ErrorHandler, KeepsOnlyTheLatestErrorAndEndsAfterTheStackWithoutExpandedInfo) {
@@ -112,18 +114,12 @@ TEST_F(ErrorHandler, ReportsErrorsOfTheLibraryUnderNumbersOfTheRunTime) {
         EXPECT_THROW(startup::trapped("A", "B", fails), base::EndProgram);
         return session_.boxes.shown.back().text;
     };
-    EXPECT_THAT(reported([] {
-        throw std::bad_alloc(); }),
-                testing::EndsWith("
-A of Module: B.
-
-Error (7) Out of memory"));
-    EXPECT_THAT(reported([] {
-        throw std::logic_error("odd"); }),
+    EXPECT_THAT(reported([] { throw std::bad_alloc(); }),
+                testing::EndsWith("A of Module: B.\n\nError (7) Out of memory"));
+    EXPECT_THAT(reported([] { throw std::logic_error("odd"); }),
                 testing::EndsWith("Error (51) Internal error: odd"));
     startup::gErrorHandling = false;
-    EXPECT_THROW(startup::trapped("A", "B", [] {
-        throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_THROW(startup::trapped("A", "B", [] { throw std::bad_alloc(); }), std::bad_alloc);
     EXPECT_EQ(session_.boxes.shown.size(), 2U);
 }
 
