@@ -47,10 +47,9 @@ TEST_F(FormsTest, AnUntrappedErrorIsShownAndEndsTheProgram) {
     form.onClick = [] { base::raise(base::errors::TypeMismatch); };
     QTimer::singleShot(0, &form, [&form] { form.button.click(); });
     EXPECT_EQ(app().run(), 1);
-    ASSERT_EQ(recorded.boxes.size(), 1U);
-    EXPECT_EQ(recorded.boxes[0].text, "Run-time error 13:\n\nType mismatch");
-    EXPECT_EQ(recorded.boxes[0].title, "Test Program");
-    EXPECT_EQ(recorded.boxes[0].icon, base::MsgIcon::Critical);
+    ASSERT_EQ(recorded.shown.size(), 1U);
+    EXPECT_EQ(recorded.shown[0].text, "Run-time error 13:\n\nType mismatch");
+    EXPECT_EQ(recorded.shown[0].title, "Test Program");
     EXPECT_THAT(log, testing::Contains("main unloaded"));
 }
 

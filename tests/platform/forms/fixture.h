@@ -2,38 +2,22 @@
 
 #include <QTest>
 #include <QTimer>
-#include <deque>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/base/ports.h"
 #include "platform/controls/layoutmemory.h"
+#include "support/fakes.h"
 #include "testform.h"
-
-/// Records the boxes and gives each its default answer.
-class RecordedBoxes : public base::MsgBoxPort {
-public:
-    base::MsgAnswer show(const base::MsgRequest& request) override {
-        boxes.push_back(request);
-        return base::defaultAnswer(request);
-    }
-    std::vector<base::MsgRequest> boxes;
-};
 
 /// The one application of the test program, fresh for each test.
 class FormsTest : public testing::Test {
 protected:
-    FormsTest() {
-        app().startAfresh();
-        desktopBoxes_ = base::ports().msgBox;
-        base::ports().msgBox = &recorded;
-    }
+    FormsTest() { app().startAfresh(); }
     ~FormsTest() override {
         app().startAfresh();
-        base::ports().msgBox = desktopBoxes_;
         controls::LayoutMemory::instance().forget();
     }
 
@@ -62,8 +46,5 @@ protected:
     }
 
     std::vector<std::string> log;
-    RecordedBoxes recorded;
-
-private:
-    base::MsgBoxPort* desktopBoxes_;
+    support::FakeBoxes recorded;
 };

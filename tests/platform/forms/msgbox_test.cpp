@@ -61,14 +61,15 @@ TEST_F(FormsTest, TextsStandAsTheyAreInTheirOrder) {
             box.reject();
         });
     EXPECT_EQ(QApplication::clipboard()->text(), "Oops, <b>two</b>  blanks & more.  The rest.");
-    base::ports().msgBox = new forms::QtMsgBox;
+    forms::QtMsgBox desktop;
+    base::ports().msgBox = &desktop;
     QTimer::singleShot(0, qApp, [] {
         QWidget& box = *QApplication::activeModalWidget();
         EXPECT_EQ(labels(box), QStringList({"Sure?  Really?", "*101-2", "School OAK\nno stops"}));
         box.close();
     });
     EXPECT_FALSE(base::confirmLoss("Sure?  Really?", "Title", "101-2\nSchool OAK\nno stops"));
-    delete std::exchange(base::ports().msgBox, &recorded);
+    base::ports().msgBox = &recorded;
 }
 
 TEST_F(FormsTest, ATextHigherThanTheScreenScrollsAboveItsButtons) {
