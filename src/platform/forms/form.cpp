@@ -251,18 +251,17 @@ void Form::rememberPlace() const {
 void Form::growWithFont() {
     constexpr int DesignedHeight = 17;  // of a line at 10 points
     constexpr int DesignedHeading = 13;
-    const qreal share = std::max(1.0, 1.0 * fontMetrics().height() / DesignedHeight);
-    const auto grown = [share](int size) { return qRound(size * share); };
-    resize(grown(width()), grown(height()));
+    resize(size() * std::max(1.0, 1.0 * fontMetrics().height() / DesignedHeight));
     for (QWidget* part : findChildren<QWidget*>()) {
         if (part->testAttribute(Qt::WA_SetFont) && part->font().pointSize() == DesignedHeading) {
             QFont heading = part->font();
             heading.setPointSizeF(font().pointSizeF() * HeadingShare);
             part->setFont(heading);
         }
-        part->setMinimumSize(grown(part->minimumWidth()), grown(part->minimumHeight()));
-        if (part->maximumWidth() < QWIDGETSIZE_MAX) {
-            part->setMaximumWidth(grown(part->maximumWidth()));
+        const int needed = part->minimumSizeHint().width();
+        if (part->maximumWidth() < needed &&
+            part->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
+            part->setMaximumWidth(needed);
         }
     }
 }

@@ -15,8 +15,8 @@ namespace forms {
 /// A top-level form. It is made and loaded once, shown and hidden at will, and unloaded when it is
 /// closed; its object lives on until nothing of it is running any more.
 ///
-/// It is always on its screen, title bar and buttons included: what does not fit scrolls. Sizes
-/// in its .ui file are meant for a font of 10 points and grow with the font.
+/// It is always on its screen, title bar and buttons included: what does not fit scrolls. It and
+/// its headings grow with the font, and no limit of its .ui file cuts what a control needs.
 ///
 /// A form class has Q_OBJECT and passes the name that the program knows it by. Events are wired in
 /// its constructor with on(), never by name.
@@ -102,7 +102,7 @@ private:
     void nameControls();
     /// Leaves the look of a default button to the one that the .ui file says it of.
     void keepDefaultButton();
-    /// Gives headings and sizes of the .ui file the font in use.
+    /// Gives the form, its headings and the limits of its .ui file the measure of the font in use.
     void growWithFont();
     /// Lets everything scroll where it needs more than `room`: the columns of the form each by
     /// itself, so that the buttons at the side stay.
