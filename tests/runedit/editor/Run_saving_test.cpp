@@ -98,7 +98,18 @@ TEST_F(RunSavingTest, ValidatesWhatItSaved) {
     EXPECT_THAT(titles(), ElementsAre("Too Many Passengers for Vehicle / Vehicle Type"));
     EXPECT_EQ(text("TotalPass"), "50");
     EXPECT_EQ(list("WarningList").rows(), 1);
-    EXPECT_EQ(control<QTabWidget>("RunTab").tabText(2), " * Warnings *");
+    auto& tabs = control<QTabWidget>("RunTab");
+    EXPECT_EQ(tabs.tabText(2), " * Warnings *");
+    EXPECT_EQ(
+        joined({text("Seats"), text("TooMany"), text("WarningHead"), text("WarningStop")}, "|"),
+        "of 48 seats|2 too many|Warning 1 of 1: PASSENGERS|Stop 1 of 2 on the run: S3, Elm "
+        "and Main");
+    tabs.setCurrentIndex(2);
+    click("GoToField");
+    EXPECT_EQ(form().focusWidget(), &combo("cmbVEHTYPE"));
+    activate("WarningList", row("WarningList", 0).substr(0, row("WarningList", 0).find('|')));
+    EXPECT_EQ(tabs.currentIndex(), 0);
+    EXPECT_EQ(list("StopList").chosenRow(), 0);
     EXPECT_EQ(text("Status"), "Run 101-AM saved.");
     EXPECT_EQ(control("Status").palette().color(QPalette::Window), QColor(0, 255, 0));
     type("StartTime", "soon");
