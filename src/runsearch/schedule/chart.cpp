@@ -1,6 +1,7 @@
 #include "runsearch/schedule/chart.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <queue>
@@ -296,9 +297,11 @@ Change changeBetween(const ScheduledRun& former, const ScheduledRun& run, Second
         change.arrives += former.after.time.value_or(0);
         change.sets -= run.before.time.value_or(0);
     } else {
-        const auto& trip = run.before.time ? run.before.time : former.after.time;
-        change.isKnown = trip.has_value();
-        change.arrives += trip.value_or(0);
+        // Stored with both runs; where they differ the trip is one to another run.
+        const auto before = run.before.time.value_or(None);
+        const auto after = former.after.time.value_or(None);
+        change.isKnown = before >= 0 && after >= 0 && std::abs(before - after) < Minute;
+        change.arrives += change.isKnown ? before : 0;
     }
     change.slack = change.sets - change.arrives;
     if (change.isKnown) {

@@ -143,7 +143,7 @@ table::TextTable emptyTable(Grouping grouping) {
                      {"Empty Miles", 1350, CellKind::Number},
                      {"Peak", 800, CellKind::Number},
                      {"At", 1200, CellKind::Time},
-                     {"Buses in Use over the Day", 5200}};
+                     {"Buses in Use over the Day", 3000}};
     return table;
 }
 

@@ -36,7 +36,8 @@ std::string bellText(const ScheduledRun& run) {
 std::string ridersText(const ScheduledRun& run) {
     auto text =
         fmt::format("{} at {}, {:.1f} mi", run.students, counted(run.stops, "stop"), run.miles);
-    return run.seats > 0 ? text + fmt::format(", {} seats", run.seats) : text;
+    return run.seats > 0 && run.students > run.seats ? text + fmt::format(", {} seats", run.seats)
+                                                     : text;
 }
 
 std::string busText(const Plan& plan, const ScheduledRun& run) {
@@ -244,17 +245,16 @@ RowHead headOf(const Plan& plan, const Chart& chart, const Row& row) {
     return route != nullptr ? RowHead{route->id, route->driver} : RowHead{};
 }
 
-std::string schoolText(const Plan& plan, const Chart& chart, int school) {
+std::string schoolText(const Plan& plan, const Chart& chart, int band) {
     int runs = 0;
     int riders = 0;
-    for (const auto& row : chart.rows) {
-        if (row.subject == school) {
-            for (const auto& bar : chart.barsOf(row)) {
-                ++runs;
-                riders += plan.run(bar.run).students;
-            }
+    auto row = static_cast<std::size_t>(band);
+    do {
+        for (const auto& bar : chart.barsOf(chart.rows[row])) {
+            ++runs;
+            riders += plan.run(bar.run).students;
         }
-    }
+    } while (++row < chart.rows.size() && chart.rows[row].kind == RowKind::Lane);
     return fmt::format("{} · {}", counted(runs, "run"), counted(riders, "rider"));
 }
 

@@ -15,6 +15,7 @@ struct CardLine {
     std::string text;
     Trouble trouble = Trouble::Nothing;  ///< shown with its sign
     bool isStrong = false;
+    bool isGood = false;  ///< shown with a tick
 };
 
 struct Card {
@@ -48,8 +49,8 @@ struct RowHead {
 };
 [[nodiscard]] RowHead headOf(const Plan& plan, const Chart& chart, const Row& row);
 
-/// "9 runs · 557 riders" of all rows of a school.
-[[nodiscard]] std::string schoolText(const Plan& plan, const Chart& chart, int school);
+/// "9 runs · 557 riders" of the school whose band is that row, by its place.
+[[nodiscard]] std::string schoolText(const Plan& plan, const Chart& chart, int band);
 
 /// Whether a run is found by what was typed: its id, description, route, vehicle, driver or school.
 [[nodiscard]] bool isFound(const Plan& plan, const ScheduledRun& run, std::string_view typed);

@@ -31,7 +31,7 @@ const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
 /// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
-constexpr std::array NotBuiltYet{"PrintIt", "TimeLine"};
+constexpr std::array NotBuiltYet{"PrintIt"};
 
 bool isBuilt(const QWidget& button) {
     return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
@@ -81,6 +81,7 @@ void frmTarn::wireButtons() {
     on(ui_->cmdNew, &QPushButton::clicked, "cmdNew_Click", &frmTarn::cmdNew_Click);
     on(ui_->Edit, &QPushButton::clicked, "Edit_Click", &frmTarn::Edit_Click);
     on(ui_->Delete, &QPushButton::clicked, "Delete_Click", &frmTarn::Delete_Click);
+    on(ui_->TimeLine, &QPushButton::clicked, "TimeLine_Click", &frmTarn::TimeLine_Click);
     on(ui_->ChangeBell, &QPushButton::clicked, "ChangeBell_Click", &frmTarn::ChangeBell_Click);
     on(ui_->GroupChange, &QPushButton::clicked, "GroupChange_Click", &frmTarn::GroupChange_Click);
     on(ui_->GroupSolve, &QPushButton::clicked, "GroupSolve_Click", &frmTarn::GroupSolve_Click);

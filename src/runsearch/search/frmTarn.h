@@ -36,6 +36,7 @@ public:
     void cmdNew_Click();
     void Edit_Click();
     void Delete_Click();
+    void TimeLine_Click();
     void ChangeBell_Click();
     void GroupChange_Click();
     void GroupSolve_Click();
@@ -84,6 +85,8 @@ private:
     void refreshRunList();
     [[nodiscard]] std::string chosenRun() const;
     void tellRunIsGone(const std::string& run);
+    bool chooseRun(const std::string& run);
+    void editRun(const std::string& run);
 
     void emptyTimes();
     void showButtons();

@@ -13,6 +13,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
 #include "runedit/editor/Run.h"
+#include "runsearch/schedule/frmRunSchdl.h"
 #include "runsearch/search/frmTarn.h"
 #include "runsearch/search/listplace.h"
 #include "runsearch/search/rundeletion.h"
@@ -130,6 +131,42 @@ void frmTarn::refreshRunList() {
     trap("cmdSearch_Click", &frmTarn::cmdSearch_Click);
     place.restore(*ui_->RunList);
     RunList_ClickItem();
+}
+
+/// False where the list does not have it.
+bool frmTarn::chooseRun(const std::string& run) {
+    for (int row = 0; row < ui_->RunList->rows(); ++row) {
+        if (base::trim(ui_->RunList->cellText(row, 0)) == run) {
+            ui_->RunList->choose(row);
+            RunList_ClickItem();
+            return true;
+        }
+    }
+    return false;
+}
+
+void frmTarn::editRun(const std::string& run) {
+    if (chooseRun(run)) {
+        trap("Edit_Click", &frmTarn::Edit_Click);
+    } else {
+        tellRunIsGone(run);
+    }
+}
+
+void frmTarn::TimeLine_Click() {
+    auto& form = forms::FormRegistry::instance().make<schedule::frmRunSchdl>(
+        schedule::RunListPort{.chosen = [this] { return chosenRun(); },
+                              .choose = [this](const std::string& run) { chooseRun(run); },
+                              .edit = [this](const std::string& run) { editRun(run); }},
+        this);
+    if (!form.isLoaded()) {
+        using controls::MultiColumnList;
+        forms::on(ui_->RunList, &MultiColumnList::rowClicked, &form,
+                  [this, &form] { form.follow(chosenRun()); });
+        forms::on(ui_->RunList->model(), &QAbstractItemModel::modelReset, &form,
+                  [&form] { form.listChanged(); });
+    }
+    form.showForm();
 }
 
 void frmTarn::ChangeBell_Click() { openForm<groupops::BellTimeChange>(*this, this); }

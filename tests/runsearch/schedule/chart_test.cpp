@@ -189,7 +189,7 @@ Chart charted(const std::vector<std::pair<Seconds, Seconds>>& times,
         run.route = 1;
         run.start = 8 * Hour + start;
         run.end = 8 * Hour + end;
-        run.before.time = trip;
+        run.before.time = run.after.time = trip;
     }
     return layOut(plan, {.tightUnder = 10 * Minute});
 }

@@ -24,7 +24,10 @@ void fillRuns(const support::TestDistrict& district) {
     district.sql(data::DatabaseFile::Routing,
                  "INSERT INTO RUNWARNING(RUN, WARNINGTYPE) VALUES ('A2', 'Capacity')");
     const auto routed = [](const char* run) {
-        return std::move(RunBuilder(run).with("INT_ROUTEID", 1).with("DEADHEAD_BEFORE_TIME", 5));
+        return std::move(RunBuilder(run)
+                             .with("INT_ROUTEID", 1)
+                             .with("DEADHEAD_BEFORE_TIME", 5)
+                             .with("DEADHEAD_AFTER_TIME", 5));
     };
     routed("A1")
         .school("oak")

@@ -1,0 +1,187 @@
+#include "runsearch/schedule/legend.h"
+
+#include <QFontInfo>
+#include <QPainter>
+
+#include <fmt/format.h>
+
+#include "runsearch/schedule/hovercard.h"
+
+namespace schedule {
+
+namespace {
+
+constexpr double Height = 22;
+constexpr double Swatch = 18;
+constexpr double SwatchHeight = 13;
+
+/// Writes entries one after another while there is room.
+class LegendPainter {
+public:
+    LegendPainter(QPainter& painter, const Frame& frame, const QRectF& area)
+        : painter_(painter), frame_(frame), area_(area), x_(area.left()) {}
+
+    void paint();
+
+private:
+    using Sample = std::function<void(const QRectF&)>;
+    void entry(const std::string& text, const Sample& sample, double width = Swatch);
+    void zoneEntry(const std::string& text, int zone);
+    void lineEntry(const std::string& text, Qt::PenStyle style, double height, bool garage);
+    void tick(const std::string& text, const QColor& colour);
+    void paintSmall();
+    void paintFull();
+    [[nodiscard]] double unit() const { return frame_.unit; }
+
+    QPainter& painter_;
+    const Frame& frame_;
+    QRectF area_;
+    double x_;
+};
+
+void LegendPainter::entry(const std::string& text, const Sample& sample, double width) {
+    const double needed = (width + 6) * unit() + frame_.words->width(text, Type::Normal);
+    if (x_ + needed > area_.right()) {
+        return;
+    }
+    const double y = area_.center().y();
+    sample({x_, y - SwatchHeight * unit() / 2, width * unit(), SwatchHeight * unit()});
+    painter_.setPen(frame_.colours->soft);
+    frame_.words->draw(painter_, x_ + (width + 5) * unit(), y, text, Type::Normal);
+    x_ += needed + 12 * unit();
+}
+
+void LegendPainter::zoneEntry(const std::string& text, int zone) {
+    const auto colours = frame_.colours->zone(zone);
+    const bool isSmall = frame_.detail() < Detail::Outlined;
+    entry(text, [&](const QRectF& rect) {
+        painter_.fillRect(rect, isSmall ? colours.solid : colours.edge);
+        if (!isSmall || zone == None) {
+            painter_.fillRect(rect, colours.edge);
+            painter_.fillRect(rect.adjusted(isSmall ? 1 : 3, 1, -1, -1),
+                              isSmall ? frame_.colours->ground : colours.fill);
+        }
+        if (zone == None && !isSmall) {
+            painter_.fillRect(rect.adjusted(1, 1, -1, -1), QBrush(colours.edge, Qt::BDiagPattern));
+        }
+    });
+}
+
+void LegendPainter::lineEntry(const std::string& text, Qt::PenStyle style, double height,
+                              bool garage) {
+    entry(text, [&](const QRectF& rect) {
+        const double y = rect.center().y();
+        painter_.setPen(
+            QPen(style == Qt::SolidLine ? frame_.colours->emptyTrip : frame_.colours->soft, height,
+                 style, Qt::FlatCap));
+        painter_.drawLine(QPointF(rect.left(), y), QPointF(rect.right(), y));
+        if (garage) {
+            painter_.fillRect(QRectF(rect.left(), y - 4 * unit(), 5 * unit(), 8 * unit()),
+                              frame_.colours->emptyTrip);
+        }
+    });
+}
+
+void LegendPainter::tick(const std::string& text, const QColor& colour) {
+    entry(
+        text,
+        [&](const QRectF& rect) {
+            painter_.fillRect(rect.adjusted(0, 4 * unit(), 0, -4 * unit()), colour);
+        },
+        3);
+}
+
+void LegendPainter::paintSmall() {
+    lineEntry("Empty", Qt::SolidLine, 1, false);
+    if (frame_.chart->layout.order == Order::ByRoute) {
+        tick("Overlap, or empty trip too long", frame_.colours->red);
+        tick(fmt::format("Under {} min", frame_.chart->layout.tightUnder / Minute),
+             frame_.colours->amber);
+    }
+}
+
+void LegendPainter::paintFull() {
+    const auto& colours = *frame_.colours;
+    const bool byRoute = frame_.chart->layout.order == Order::ByRoute;
+    if (byRoute) {
+        entry(
+            "Bell",
+            [&](const QRectF& rect) {
+                painter_.fillRect(QRectF(rect.center().x() - 0.8, rect.top(), 1.6, rect.height()),
+                                  colours.words);
+                painter_.setPen(Qt::NoPen);
+                painter_.setBrush(colours.words);
+                painter_.drawEllipse(QPointF(rect.center().x(), rect.top() + 2.8), 2.8, 2.8);
+            },
+            6);
+        lineEntry("Empty, from garage", Qt::SolidLine, 3 * unit(), true);
+        lineEntry("Idle", Qt::DotLine, 1, false);
+        const auto minutes = std::to_string(frame_.chart->layout.tightUnder / Minute);
+        entry(
+            "Under " + minutes + " min",
+            [&](const QRectF& rect) {
+                painter_.setPen(QPen(colours.amberLine, 1));
+                paintPlate(painter_, frame_, rect.left(), rect.center().y(), "9", colours.amber,
+                           colours.onAmber);
+            },
+            20);
+    }
+    entry("Overlap", [&](const QRectF& rect) {
+        painter_.fillRect(rect, QBrush(colours.red, Qt::BDiagPattern));
+        painter_.fillRect(QRectF(rect.left(), rect.top(), rect.width(), 2.5), colours.red);
+        painter_.fillRect(QRectF(rect.left(), rect.bottom() - 2.5, rect.width(), 2.5), colours.red);
+    });
+    entry(
+        "To be resolved",
+        [&](const QRectF& rect) {
+            painter_.fillRect(rect, QBrush(colours.zone(1).edge, Qt::BDiagPattern));
+        },
+        7);
+    entry(
+        "Warnings",
+        [&](const QRectF& rect) {
+            painter_.setPen(Qt::NoPen);
+            painter_.setBrush(colours.words);
+            painter_.drawPolygon(
+                QPolygonF{rect.topLeft(), rect.topRight(), {rect.right(), rect.top() + 8}});
+        },
+        8);
+}
+
+void LegendPainter::paint() {
+    for (std::size_t i = 0; i < frame_.plan->zones.size(); ++i) {
+        zoneEntry(frame_.plan->zones[i].name, static_cast<int>(i));
+    }
+    zoneEntry("No zone", None);
+    if (frame_.detail() == Detail::Cells) {
+        tick("Overlap", frame_.colours->red);
+    } else if (frame_.detail() < Detail::SmallWords) {
+        paintSmall();
+    } else {
+        paintFull();
+    }
+}
+
+}  // namespace
+
+void paintLegend(QPainter& painter, const Frame& frame, const QRectF& area) {
+    LegendPainter(painter, frame, area).paint();
+}
+
+void Legend::show(const Frame& frame) {
+    frame_ = frame;
+    words_ = std::make_unique<Words>(font(), frame.unit);
+    frame_.words = words_.get();
+    update();
+}
+
+QSize Legend::sizeHint() const { return {600, qRound(Height * std::max(frame_.unit, 1.0))}; }
+
+void Legend::paintEvent(QPaintEvent*) {
+    if (frame_.chart != nullptr) {
+        QPainter painter(this);
+        paintLegend(painter, frame_, rect());
+    }
+}
+
+}  // namespace schedule

@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
+
+#include "runsearch/schedule/frame.h"
+
+namespace schedule {
+
+namespace {
+
+/// Empty trips, idle time and bells of one row of a route.
+class LinkPainter {
+public:
+    LinkPainter(QPainter& painter, const Frame& frame, double y)
+        : painter_(painter),
+          frame_(frame),
+          y_(y),
+          hasWords_(frame.detail() >= Detail::SmallWords) {}
+
+    void paint(std::span<const Bar> bars);
+
+private:
+    void paintFirst(const Bar& bar);
+    void paintLast(const Bar& bar);
+    void paintBetween(const Bar& bar);
+    void paintTrip(double from, double until);
+    void paintMinutes(double from, Seconds time);
+    void paintGarage(double x);
+    void paintIdle(Seconds from, Seconds until);
+    void paintUnknown(Seconds from, Seconds until);
+    void paintDotted(double from, double until, Qt::PenStyle style);
+    void paintPatch(double middle, std::string_view text);
+    void paintBell(Seconds bell);
+    [[nodiscard]] const ScheduledRun& runOf(const Bar& bar) const {
+        return frame_.plan->run(bar.run);
+    }
+
+    QPainter& painter_;
+    const Frame& frame_;
+    double y_;
+    bool hasWords_;
+};
+
+void LinkPainter::paint(std::span<const Bar> bars) {
+    if (bars.empty()) {
+        return;
+    }
+    const Bar* last = &bars.front();
+    for (const auto& bar : bars) {
+        bar.change.former == None ? paintFirst(bar) : paintBetween(bar);
+        last = bar.end >= last->end ? &bar : last;
+    }
+    paintLast(*last);
+    for (const auto& bar : bars) {
+        if (hasWords_ && runOf(bar).bell) {
+            paintBell(*runOf(bar).bell);
+        }
+    }
+}
+
+void LinkPainter::paintFirst(const Bar& bar) {
+    const auto before = runOf(bar).before.time.value_or(0);
+    if (before > 0) {
+        paintTrip(frame_.x(bar.start - before), frame_.x(bar.start));
+        paintGarage(frame_.x(bar.start - before));
+        paintMinutes(frame_.x(bar.start - before), before);
+    }
+}
+
+void LinkPainter::paintLast(const Bar& bar) {
+    const auto after = runOf(bar).after.time.value_or(0);
+    if (after > 0) {
+        paintTrip(frame_.x(bar.end), frame_.x(bar.end + after));
+        paintGarage(frame_.x(bar.end + after));
+        paintMinutes(frame_.x(bar.end), after);
+    }
+}
+
+void LinkPainter::paintBetween(const Bar& bar) {
+    const auto& change = bar.change;
+    if (bar.start <= change.leaves) {
+        return;
+    }
+    if (!change.isKnown) {
+        paintUnknown(change.leaves, bar.start);
+        return;
+    }
+    const auto arrives = std::min(change.arrives, bar.start);
+    const auto sets = std::max(change.sets, arrives);
+    paintTrip(frame_.x(change.leaves), frame_.x(arrives));
+    paintMinutes(frame_.x(change.leaves), change.arrives - change.leaves);
+    if (change.viaGarage) {
+        paintTrip(frame_.x(sets), frame_.x(bar.start));
+        paintGarage(frame_.x(arrives));
+        paintGarage(frame_.x(sets));
+    }
+    if (change.trouble == Trouble::Nothing) {
+        paintIdle(arrives, sets);
+    }
+}
+
+void LinkPainter::paintTrip(double from, double until) {
+    if (until <= frame_.plot.left() || from >= frame_.plot.right()) {
+        return;
+    }
+    const double height = hasWords_ ? 3 * frame_.unit : 1;
+    painter_.fillRect(QRectF(from, std::floor(y_ - height / 2), until - from, height),
+                      frame_.colours->emptyTrip);
+}
+
+void LinkPainter::paintMinutes(double from, Seconds time) {
+    const auto text = fmt::format("{} empty", minutesOf(time));
+    if (frame_.detail() == Detail::TwoLines &&
+        time / frame_.scale.secondsPerPixel > frame_.words->width(text, Type::Small)) {
+        painter_.setPen(frame_.colours->idle);
+        frame_.words->draw(painter_, from + 4 * frame_.unit, y_ + 9 * frame_.unit, text,
+                           Type::Small);
+    }
+}
+
+void LinkPainter::paintGarage(double x) {
+    if (hasWords_) {
+        painter_.fillRect(QRectF(std::round(x) - 2 * frame_.unit, y_ - 4 * frame_.unit,
+                                 5 * frame_.unit, 8 * frame_.unit),
+                          frame_.colours->emptyTrip);
+    }
+}
+
+void LinkPainter::paintDotted(double from, double until, Qt::PenStyle style) {
+    const double left = std::max(from, frame_.plot.left());
+    const double right = std::min(until, frame_.plot.right());
+    if (hasWords_ && right > left) {
+        painter_.setPen(QPen(frame_.colours->soft, 1, style));
+        const double y = std::floor(y_) + 0.5;
+        painter_.drawLine(QPointF(left, y), QPointF(right, y));
+    }
+}
+
+void LinkPainter::paintPatch(double middle, std::string_view text) {
+    const double width = frame_.words->width(text, Type::Small) + 8 * frame_.unit;
+    painter_.fillRect(QRectF(middle - width / 2, y_ - 6 * frame_.unit, width, 12 * frame_.unit),
+                      frame_.colours->ground);
+    painter_.setPen(frame_.colours->idle);
+    frame_.words->drawMiddle(painter_, middle, y_, text, Type::Small);
+}
+
+void LinkPainter::paintIdle(Seconds from, Seconds until) {
+    const double left = frame_.x(from);
+    const double right = frame_.x(until);
+    paintDotted(left, right, Qt::DotLine);
+    const auto minutes = std::to_string(minutesLeft(until - from));
+    const auto room = right - left - 12 * frame_.unit;
+    if (frame_.detail() < Detail::Words || from >= until) {
+        return;
+    }
+    for (const auto& text : {minutes + " min idle", minutes}) {
+        if (frame_.words->width(text, Type::Small) + 8 * frame_.unit <= room) {
+            paintPatch((left + right) / 2, text);
+            return;
+        }
+    }
+}
+
+void LinkPainter::paintUnknown(Seconds from, Seconds until) {
+    const double left = frame_.x(from);
+    const double right = frame_.x(until);
+    paintDotted(left, right, Qt::DashLine);
+    constexpr auto Text = "empty trip not known";
+    if (frame_.detail() >= Detail::Words &&
+        frame_.words->width(Text, Type::Small) + 20 * frame_.unit <= right - left) {
+        paintPatch((left + right) / 2, Text);
+    }
+}
+
+/// A pin with some ground on either side, so that lines behind it do not run into it.
+void LinkPainter::paintBell(Seconds bell) {
+    const double x = frame_.x(bell);
+    if (x < frame_.plot.left() - 4 || x > frame_.plot.right() + 4) {
+        return;
+    }
+    const double unit = frame_.unit;
+    const double width = 1.6 * unit;
+    const double top = y_ - 8 * unit;
+    painter_.fillRect(QRectF(x - width / 2 - 2 * unit, top, width + 4 * unit, 16 * unit),
+                      frame_.colours->ground);
+    painter_.setRenderHint(QPainter::Antialiasing);
+    painter_.fillRect(QRectF(x - width / 2, top, width, 16 * unit), frame_.colours->words);
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(frame_.colours->words);
+    painter_.drawEllipse(QPointF(x, top + 2.8 * unit), 2.8 * unit, 2.8 * unit);
+    painter_.setRenderHint(QPainter::Antialiasing, false);
+}
+
+}  // namespace
+
+void paintLinks(QPainter& painter, const Frame& frame, const Row& row, int number) {
+    if (row.kind == RowKind::Route) {
+        LinkPainter(painter, frame, frame.y(number) + frame.rowHeight / 2)
+            .paint(frame.chart->barsOf(row));
+    }
+}
+
+}  // namespace schedule

@@ -1,0 +1,209 @@
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "runsearch/schedule/hovercard.h"
+#include "runsearch/schedule/scheduleview.h"
+
+namespace schedule {
+
+namespace {
+
+/// The card keeps so many rows away from the bar that is held.
+constexpr double RowsToCard = 5;
+
+}  // namespace
+
+void ScheduleView::pressBar(const Bar& bar, QPointF point) {
+    const bool mayDrag = sketching_.drop && frame_.chart->layout.order == Order::ByRoute &&
+                         frame_.detail() >= Detail::SmallWords && frame_.plan->run(bar.run).start;
+    if (mayDrag) {
+        pressedAt_ = point;
+        grip_ =
+            static_cast<Seconds>(frame_.scale.timeAt(point.x() - frame_.plot.left())) - bar.start;
+    }
+}
+
+/// Whole minutes, with Alt seconds; Shift keeps the time, Ctrl the route.
+void ScheduleView::dragTo(QPointF point, Qt::KeyboardModifiers keys) {
+    const auto& run = frame_.plan->run(frame_.selected);
+    Drag drag{frame_.selected, run.route, *run.start};
+    if ((keys & Qt::ShiftModifier) == 0) {
+        const double time = frame_.scale.timeAt(point.x() - frame_.plot.left()) - grip_;
+        const double snap = (keys & Qt::AltModifier) != 0 ? 1 : Minute;
+        drag.start = std::clamp(static_cast<Seconds>(std::round(time / snap) * snap), 0, Day - 1);
+    }
+    const int row = frame_.rowAt(point.y());
+    if ((keys & Qt::ControlModifier) == 0 && row != None) {
+        const auto& target = frame_.chart->rows[static_cast<std::size_t>(row)];
+        drag.route = target.kind == RowKind::Route     ? target.subject
+                     : target.kind == RowKind::NoRoute ? None
+                                                       : drag.route;
+    }
+    keepDragging(drag);
+}
+
+void ScheduleView::keepDragging(const Drag& drag) {
+    if (!drag_) {
+        frame_.held = drag.run;
+        slacks_ = sketching_.slacks(drag);
+        repaintAll();
+    } else if (drag_->start != drag.start) {
+        slacks_ = sketching_.slacks(drag);
+    }
+    drag_ = drag;
+    cardTimer_.stop();
+    cardRun_ = None;
+    card_->showCard(sketching_.card(drag), frame_.colours->accent, frame_.unit);
+    const double away = RowsToCard * frame_.rowHeight;
+    placeCard(heldRect().adjusted(0, -away, 0, away));
+    viewport()->update();
+}
+
+void ScheduleView::endDrag(bool drops) {
+    pressedAt_.reset();
+    if (!drag_) {
+        return;
+    }
+    const auto drag = *drag_;
+    drag_.reset();
+    slacks_.clear();
+    frame_.held = None;
+    hideCard();
+    repaintAll();
+    const auto& run = frame_.plan->run(drag.run);
+    if (drops && (drag.start != *run.start || drag.route != run.route)) {
+        sketching_.drop(drag);
+    }
+}
+
+/// Without a mouse: Ctrl and the arrows move the selected run, a minute or a row at a time.
+bool ScheduleView::sketchByKey(const QKeyEvent& event) {
+    const auto* bar = selectedBar();
+    if ((event.modifiers() & Qt::ControlModifier) == 0 || !sketching_.drop || bar == nullptr ||
+        frame_.chart->layout.order != Order::ByRoute || !frame_.plan->run(bar->run).start) {
+        return false;
+    }
+    const auto& run = frame_.plan->run(bar->run);
+    Drag drag{bar->run, run.route, *run.start};
+    const auto& rows = frame_.chart->rows;
+    const auto toRow = [&](int direction) {
+        const auto row = static_cast<std::size_t>(bar->row + direction);
+        if (row < rows.size() && rows[row].kind == RowKind::Route) {
+            drag.route = rows[row].subject;
+        }
+    };
+    switch (event.key()) {
+        case Qt::Key_Left:
+        case Qt::Key_Right: {
+            const Seconds step = (event.modifiers() & Qt::ShiftModifier) != 0 ? 5 * Minute : Minute;
+            drag.start += event.key() == Qt::Key_Left ? -step : step;
+            drag.start = std::clamp(drag.start, 0, Day - 1);
+            break;
+        }
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            toRow(event.key() == Qt::Key_Up ? -1 : 1);
+            break;
+        default:
+            return false;
+    }
+    if (drag.start != *run.start || drag.route != run.route) {
+        sketching_.drop(drag);
+        showCard(frame_.selected);
+    }
+    return true;
+}
+
+/// Where the bar that is dragged would stand; the lowest row in view for no route.
+QRectF ScheduleView::heldRect() const {
+    const auto& rows = frame_.chart->rows;
+    const auto row = std::ranges::find_if(rows, [&](const Row& each) {
+        return drag_->route == None ? each.kind == RowKind::NoRoute
+                                    : each.kind == RowKind::Route && each.subject == drag_->route;
+    });
+    const auto& run = frame_.plan->run(drag_->run);
+    const auto height = barRect(drag_->run).height();
+    const double left = frame_.x(drag_->start);
+    const double y =
+        frame_.y(static_cast<int>(row - rows.begin())) + (frame_.rowHeight - height) / 2;
+    const double length = (*run.end - *run.start) / frame_.scale.secondsPerPixel;
+    return {left, y, std::max(length, 2.0), static_cast<double>(height)};
+}
+
+void ScheduleView::paintDrag(QPainter& painter) {
+    if (!drag_) {
+        return;
+    }
+    paintSlacks(painter);
+    painter.save();
+    painter.setClipRect(frame_.plot);
+    const QRectF from(barRect(drag_->run));
+    const auto held = heldRect();
+    const auto& colours = *frame_.colours;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(colours.soft, 1, Qt::DashLine));
+    painter.drawRect(from.adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.setPen(QPen(colours.soft, 1, Qt::DotLine));
+    painter.drawLine(from.center(), held.center());
+    painter.setPen(QPen(colours.accent, 1, Qt::DashLine));
+    painter.drawLine(QPointF(held.left(), frame_.plot.top()), held.topLeft());
+    painter.drawLine(QPointF(held.right(), frame_.plot.top()), held.topRight());
+    const int zone = zoneAt(frame_.plan->zones, drag_->start);
+    painter.fillRect(held, colours.zone(zone).fill);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colours.accent, 2));
+    painter.drawRoundedRect(held.adjusted(-1, -1, 1, 1), 2, 2);
+    painter.setPen(colours.words);
+    frame_.words->draw(painter, held.left() + 7 * frame_.unit, held.center().y(),
+                       frame_.plan->run(drag_->run).id, Type::Bold);
+    painter.restore();
+}
+
+/// For every route sign and minutes: what is left, or what is missing.
+void ScheduleView::paintSlacks(QPainter& painter) {
+    painter.save();
+    painter.setClipRect(QRectF(frame_.heads.left(), frame_.axis.top(), frame_.heads.width(),
+                               frame_.heads.height()));
+    const double right = frame_.heads.right() - 7 * frame_.unit;
+    const auto [first, last] = frame_.rowsInView();
+    const double column = 50 * frame_.unit;
+    const auto clear = [&](double y, double height, const QColor& colour) {
+        painter.fillRect(QRectF(right - column, y, column + 4 * frame_.unit, height), colour);
+    };
+    clear(frame_.axis.top(), frame_.axis.height() - 2, frame_.colours->heads);
+    painter.setPen(frame_.colours->soft);
+    frame_.words->drawRight(painter, right, frame_.axis.bottom() - 12 * frame_.unit, "Slack",
+                            Type::Normal);
+    painter.setClipRect(
+        QRectF(frame_.heads.left(), frame_.plot.top(), frame_.heads.width(), frame_.plot.height()));
+    for (int row = first; row < last; ++row) {
+        const auto& slack = slacks_[static_cast<std::size_t>(row)];
+        const auto& shown = frame_.chart->rows[static_cast<std::size_t>(row)];
+        const double y = frame_.y(row);
+        const double middle = y + frame_.rowHeight / 2;
+        if (!slack) {
+            continue;
+        }
+        clear(y, frame_.rowHeight, row % 2 == 1 ? frame_.colours->oddRow : frame_.colours->heads);
+        const bool isFrom = shown.subject == frame_.plan->run(drag_->run).route;
+        painter.setPen(frame_.colours->words);
+        if (isFrom) {
+            frame_.words->drawRight(painter, right, middle, "from", Type::Normal);
+            continue;
+        }
+        const bool isShort = slack->trouble > Trouble::Tight;
+        const auto minutes = isShort          ? "−" + std::to_string(minutesOf(slack->slack))
+                             : slack->isKnown ? std::to_string(minutesLeft(slack->slack))
+                                              : std::string("?");
+        painter.setPen(isShort ? frame_.colours->redWords : frame_.colours->words);
+        frame_.words->drawRight(painter, right, middle, minutes, Type::Normal);
+        paintSign(painter, {right - 36 * frame_.unit, middle}, frame_.unit, slack->trouble,
+                  *frame_.colours);
+    }
+    painter.restore();
+}
+
+}  // namespace schedule

@@ -1,0 +1,183 @@
+#include "runsearch/schedule/frmRunSchdl.h"
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTest>
+
+#include "runsearch/schedule/scheduleview.h"
+#include "runsearch/schedule/summarypage.h"
+#include "startup/base/session.h"
+#include "support/formtest.h"
+#include "support/runbuilder.h"
+
+namespace schedule {
+
+namespace {
+
+using support::RunBuilder;
+using testing::ElementsAre;
+
+constexpr auto SearchedRuns =
+    "SELECT RUN.*, ROUTE.ROUTEID, ROUTE.VEHICLE, ROUTE.EMPNUM, 'Smith, Ann' AS EMPNAME FROM ROUTE "
+    "RIGHT JOIN RUN ON ROUTE.INT_ROUTEID = RUN.INT_ROUTEID WHERE RUN.RUN LIKE 'S%'";
+
+void fillSchedule(const support::TestDistrict& district) {
+    fillSmall(district);
+    const auto add = [&](const char* run, int route, const char* start, const char* end) {
+        RunBuilder(run)
+            .school("OAK")
+            .starts(start)
+            .ends(end)
+            .with("INT_ROUTEID", route)
+            .with("DEADHEAD_BEFORE_TIME", 10)
+            .with("DEADHEAD_AFTER_TIME", 10)
+            .with("TOTAL_STUDENTS", 12)
+            .with("monday", route == 1)
+            .into(district);
+    };
+    add("S1", 1, "7:00", "7:30");
+    add("S2", 1, "7:35", "8:00");
+    add("S3", 2, "7:10", "7:50");
+    RunBuilder("S4").starts("15:00").ends("15:00").into(district);
+    RunBuilder("S5").into(district);
+}
+
+class RunSchedule : public support::FormTest<> {
+protected:
+    RunSchedule() : FormTest(fillSchedule) { startup::RunSearchSchoolSQL = SearchedRuns; }
+    frmRunSchdl& form() override {
+        return loaded<frmRunSchdl>(
+            RunListPort{.chosen = [this] { return chosen; },
+                        .choose = [this](const std::string& run) { chosen = run; },
+                        .edit = [this](const std::string& run) { edited = run; }});
+    }
+    ScheduleView& view() { return control<ScheduleView>("TimeLine"); }
+    void show() {
+        form().showForm();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form()));
+    }
+    QPoint middleOf(const char* run) { return view().barRect(placeOf(run)).center(); }
+    int placeOf(const std::string& run) {
+        const auto& runs = view().plan()->runs;
+        return static_cast<int>(std::ranges::find(runs, run, &ScheduledRun::id) - runs.begin());
+    }
+    std::string selected() {
+        const int run = view().selected();
+        return run == None ? "" : view().plan()->run(run).id;
+    }
+    void key(Qt::Key pressed, Qt::KeyboardModifiers with = {}) {
+        QTest::keyClick(&view(), pressed, with);
+    }
+
+    std::string chosen, edited;
+};
+
+TEST_F(RunSchedule, ShowsTheSearchedRunsAndFollowsTheListAndLeadsIt) {
+    chosen = "S3";
+    show();
+    EXPECT_EQ(text("Counts"), "5 runs on 2 routes · AM · 1 short");
+    EXPECT_EQ(selected(), "S3");
+    QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, middleOf("S2"));
+    EXPECT_EQ(chosen, "S2");
+    form().follow("S1");
+    EXPECT_EQ(selected(), "S1");
+    QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, middleOf("S2"));
+    EXPECT_EQ(edited, "S2");
+}
+
+TEST_F(RunSchedule, GoesFromBarToBarByKeysAndReadsEachOut) {
+    show();
+    form().follow("S1");
+    key(Qt::Key_Right);
+    EXPECT_EQ(selected(), "S2");
+    key(Qt::Key_Right);
+    EXPECT_EQ(selected(), "S2");
+    key(Qt::Key_Down);
+    EXPECT_EQ(selected(), "S3");
+    key(Qt::Key_N);
+    EXPECT_EQ(selected(), "S2");
+    EXPECT_TRUE(view().isCardShown());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(view().isCardShown());
+    EXPECT_TRUE(form().isVisible());
+    key(Qt::Key_Return);
+    EXPECT_EQ(edited, "S2");
+    auto* access = QAccessible::queryAccessibleInterface(&view());
+    ASSERT_EQ(access->childCount(), 5);
+    EXPECT_THAT(access->focusChild()->text(QAccessible::Name).toStdString(),
+                testing::StartsWith("Run S2, change short by 5 min after S1"));
+}
+
+TEST_F(RunSchedule, KeepsTheTimeUnderThePointerAndAllRowsInAFit) {
+    show();
+    const double x = 300;
+    const double time = view().frame().scale.timeAt(x);
+    view().zoomTime(3, x);
+    EXPECT_NEAR(view().frame().scale.timeAt(x), time, 60);
+    view().verticalScrollBar()->setValue(3);
+    key(Qt::Key_F);
+    EXPECT_EQ(view().frame().rowsInView(), std::pair(0, 4));
+    for (const auto& bar : view().chart()->bars) {
+        EXPECT_TRUE(view().frame().plot.contains(view().frame().rectOf(bar))) << bar.run;
+    }
+}
+
+TEST_F(RunSchedule, FiltersFindsAndSumsUpAllRuns) {
+    show();
+    type("Find", "smith");
+    EXPECT_EQ(text("FindCount"), "3 found");
+    type("Find", "s3");
+    EXPECT_EQ(chosen, "S3");
+    control<QTabWidget>("ScheduleTab").setCurrentIndex(1);
+    auto& page = control<SummaryPage>("SchoolPage");
+    EXPECT_THAT(support::joined({page.list().cellText(0, 0), page.list().cellText(0, 1),
+                                 page.list().cellText(0, 9), page.list().cellText(1, 0),
+                                 page.list().cellText(1, 1), page.list().cellText(1, 9)},
+                                "|"),
+                "Oak School|3|2|No school|2|0");
+    control<QComboBox>("Day").setCurrentIndex(1);
+    EXPECT_EQ(text("Counts"), "2 runs on 1 route · AM · 1 short");
+    EXPECT_EQ(page.list().rows(), 1);
+    control<QComboBox>("Day").setCurrentIndex(5);
+    EXPECT_EQ(text("Counts"), "0 runs on 0 routes · all trip types · no problems");
+    EXPECT_FALSE(isEnabled("PrintIt") || isEnabled("NextProblem"));
+    control<QTabWidget>("ScheduleTab").setCurrentIndex(0);
+    EXPECT_FALSE(form().grab().isNull());
+}
+
+TEST_F(RunSchedule, KeepsTheSelectionWhereOthersDeletedAnotherRun) {
+    chosen = "S3";
+    show();
+    byOthers("DELETE FROM RUN WHERE RUN = 'S1'");
+    form().Reload();
+    EXPECT_EQ(selected(), "S3");
+    EXPECT_EQ(text("Counts"), "4 runs on 2 routes · AM · no problems");
+    byOthers("DELETE FROM RUN WHERE RUN LIKE 'S%'");
+    form().Reload();
+    EXPECT_EQ(selected(), "");
+    key(Qt::Key_Right);
+    key(Qt::Key_N);
+    key(Qt::Key_F);
+    EXPECT_FALSE(form().grab().isNull());
+}
+
+TEST_F(RunSchedule, ClosesASchoolToOneRow) {
+    show();
+    check("BySchool");
+    const auto rows = view().chart()->rows.size();
+    const auto& frame = view().frame();
+    QTest::mouseClick(view().viewport(), Qt::LeftButton, {},
+                      QPoint(10, static_cast<int>(frame.y(1) + 5)));
+    EXPECT_EQ(view().chart()->rows.size(), rows - 3);
+    click("CollapseAll");
+    EXPECT_EQ(view().chart()->rows.size(), rows);
+}
+
+}  // namespace
+
+}  // namespace schedule
