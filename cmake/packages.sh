@@ -28,7 +28,7 @@ need_packages() {
     rm -f "$log"
 }
 
-build_packages=(g++ cmake ninja-build ccache qt6-base-dev libsqlite3-dev
+build_packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev libsqlite3-dev
     libshp-dev dbus libfmt-dev libcrypt-dev fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev dbus procps sqlite3)
 

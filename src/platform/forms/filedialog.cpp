@@ -14,14 +14,22 @@ FileChooser& chooserInForce() {
     return chooser;
 }
 
+QString askForFile(QWidget& over, const FileQuestion& question) {
+    return QFileDialog::getOpenFileName(&over, question.title, question.startAt, question.filter);
+}
+
+QString askForNewFile(QWidget& over, const FileQuestion& question) {
+    return QFileDialog::getSaveFileName(&over, question.title, question.startAt, question.filter);
+}
+
 }  // namespace
 
 QString chooseFile(QWidget& over, const FileQuestion& question) {
     if (chooserInForce()) {
         return chooserInForce()(question);
     }
-    auto file =
-        QFileDialog::getOpenFileName(&over, question.title, question.startAt, question.filter);
+    const auto ask = question.isToWrite ? &askForNewFile : &askForFile;
+    auto file = ask(over, question);
     Application::instance().throwIfEnding();
     return file;
 }

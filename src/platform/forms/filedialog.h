@@ -7,11 +7,12 @@ class QWidget;
 
 namespace forms {
 
-/// What the user is asked for: an existing file.
+/// What the user is asked for: an existing file, or one to write.
 struct FileQuestion {
     QString title;
-    QString startAt;  ///< a file or folder; empty is the last one used
-    QString filter;   ///< "Closed streets (*.avl);;All files (*)"
+    QString startAt;         ///< a file or folder; empty is the last one used
+    QString filter;          ///< "Closed streets (*.avl);;All files (*)"
+    bool isToWrite = false;  ///< the dialog asks before a file is replaced
 };
 
 /// Asks over a form; empty where the user cancels. Throws base::EndProgram when the program ended

@@ -3,17 +3,22 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QShortcut>
 #include <algorithm>
 
 #include <fmt/format.h>
 
+#include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
+#include "platform/forms/filedialog.h"
 #include "platform/forms/operation.h"
 #include "runsearch/schedule/access.h"
 #include "runsearch/schedule/telling.h"
+#include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
 
 #include "ui_frmRunSchdl.h"
@@ -28,6 +33,15 @@ using controls::toQt;
 constexpr auto Form_ = "frmRunSchdl";
 constexpr auto TightKey = "frmRunSchdl/TightUnder";
 constexpr double ZoomStep = 1.4;
+
+constexpr auto NotPrintedTitle = "Not Printed";
+constexpr auto NotPrinted = "Oops, the printer did not take the run schedule.";
+constexpr auto NotExportedTitle = "Not Exported";
+constexpr auto NotExported =
+    "Oops, the file {} could not be written.  Please choose another folder and try again.";
+constexpr auto NoSuchKind =
+    "Oops, {} is no PDF, SVG or PNG file.  Please give it a name that ends in .pdf, .svg or .png "
+    "and try again.";
 
 constexpr std::array Weekdays{"Mondays", "Tuesdays", "Wednesdays", "Thursdays", "Fridays"};
 
@@ -59,6 +73,7 @@ frmRunSchdl::frmRunSchdl(RunListPort list, forms::Form* owner)
     wireControls();
     wireView();
     wireKeys();
+    wireSketch();
 }
 
 frmRunSchdl::~frmRunSchdl() = default;
@@ -87,7 +102,7 @@ void frmRunSchdl::wireControls() {
 
 void frmRunSchdl::wireView() {
     on(ui_->TimeLine, &ScheduleView::runChosen, "TimeLine_ClickItem",
-       [this](int run) { list_.choose(plan_.run(run).id); });
+       [this](int run) { list_.choose(plan().run(run).id); });
     on(ui_->TimeLine, &ScheduleView::runActivated, "TimeLine_DblClick", &frmRunSchdl::editRun);
     on(ui_->TimeLine, &ScheduleView::menuAsked, "TimeLine_Menu", &frmRunSchdl::showMenu);
     on(ui_->TimeLine, &ScheduleView::schoolClicked, "TimeLine_School", &frmRunSchdl::toggleSchool);
@@ -110,6 +125,7 @@ void frmRunSchdl::Form_Load() {
         ui_->TightUnder->setValue(tight.toInt());
     }
     read();
+    follow(list_.chosen());
     ui_->TimeLine->setFocus();
 }
 
@@ -121,10 +137,10 @@ void frmRunSchdl::Form_Activate() {
 }
 
 void frmRunSchdl::follow(const std::string& run) {
-    const auto found = std::ranges::find(plan_.runs, run, &ScheduledRun::id);
-    const int place =
-        found == plan_.runs.end() ? None : static_cast<int>(found - plan_.runs.begin());
-    if (isLoaded() && place != ui_->TimeLine->selected() && !run.empty()) {
+    const auto& runs = plan().runs;
+    const auto found = std::ranges::find(runs, run, &ScheduledRun::id);
+    const int place = found == runs.end() ? None : static_cast<int>(found - runs.begin());
+    if (place != ui_->TimeLine->selected() && !run.empty()) {
         ui_->TimeLine->select(place);
     }
 }
@@ -137,19 +153,21 @@ void frmRunSchdl::read() {
     const forms::BusyCursor hourglass;
     isStale_ = false;
     readSql_ = startup::RunSearchSchoolSQL;
-    plan_ = readPlan(*startup::gcnRouting, readSql_);
-    ui_->DistrictName->setText(toQt(plan_.district));
-    layOutAnew();
+    stored_ = readPlan(*startup::gcnRouting, readSql_);
+    travel_.clear();
+    ui_->DistrictName->setText(toQt(stored_.district));
+    showSketch();
 }
 
 void frmRunSchdl::layOutAnew() {
-    chart_ = layOut(plan_, layout_);
-    ui_->TimeLine->showChart(plan_, chart_);
+    chart_ = layOut(plan(), layout_);
+    ui_->TimeLine->showChart(plan(), chart_);
     const bool byRoute = layout_.order == Order::ByRoute;
     ui_->CollapseAll->setVisible(!byRoute);
     ui_->NextProblem->setEnabled(!chart_.problems.empty());
+    const bool mayPrint = startup::HasAuthority("RTG270", false);
     for (auto* button : {ui_->PrintIt, ui_->ExportIt}) {
-        button->setEnabled(!chart_.runs.empty());
+        button->setEnabled(mayPrint && !chart_.runs.empty());
     }
     showCounts();
     showSummary();
@@ -159,8 +177,8 @@ void frmRunSchdl::layOutAnew() {
 }
 
 void frmRunSchdl::showCounts() {
-    const auto text = fmt::format("{} · {} · {}", countText(plan_, chart_),
-                                  tripTypeText(plan_, chart_), troublesText(chart_.troubles));
+    const auto text = fmt::format("{} · {} · {}", countText(plan(), chart_),
+                                  tripTypeText(plan(), chart_), troublesText(chart_.troubles));
     ui_->Counts->setText(toQt(text));
     ui_->Counts->setToolTip(toQt(text));
 }
@@ -183,7 +201,7 @@ void frmRunSchdl::toggleSchool(int school) {
 
 void frmRunSchdl::CollapseAll_Click() {
     if (layout_.closedSchools.empty()) {
-        for (int school = 0; school < static_cast<int>(plan_.schools.size()); ++school) {
+        for (int school = 0; school < static_cast<int>(plan().schools.size()); ++school) {
             layout_.closedSchools.insert(school);
         }
     } else {
@@ -217,16 +235,16 @@ void frmRunSchdl::showSummary() {
     const int page = ui_->ScheduleTab->currentIndex();
     if (auto* shown = qobject_cast<SummaryPage*>(ui_->ScheduleTab->currentWidget())) {
         const auto grouping = Groupings[static_cast<std::size_t>(page - 1)];
-        shown->showSummaries(plan_, summarise(plan_, chart_.runs, grouping), grouping);
+        shown->showSummaries(plan(), summarise(plan(), chart_.runs, grouping), grouping);
     }
 }
 
 const ScheduledRun* frmRunSchdl::selectedRun() const {
     const int run = ui_->TimeLine->selected();
-    return run == None ? nullptr : &plan_.run(run);
+    return run == None ? nullptr : &plan().run(run);
 }
 
-void frmRunSchdl::editRun(int run) { list_.edit(plan_.run(run).id); }
+void frmRunSchdl::editRun(int run) { list_.edit(plan().run(run).id); }
 
 void frmRunSchdl::showMenu(const QPoint& at) {
     const auto* run = selectedRun();
@@ -252,9 +270,48 @@ void frmRunSchdl::showMenu(const QPoint& at) {
     }
 }
 
-void frmRunSchdl::PrintIt_Click() {}
+Pages frmRunSchdl::pages() const {
+    return {ui_->TimeLine->frame(), font(), fromQt(ui_->Counts->text())};
+}
 
-void frmRunSchdl::ExportIt_Click() {}
+void frmRunSchdl::PrintIt_Click() {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageOrientation(QPageLayout::Landscape);
+    printer.setDocName(tr("Run Schedule"));
+    QPrintDialog dialog(&printer, this);
+    const bool isWanted = dialog.exec() == QDialog::Accepted;
+    forms::Application::instance().throwIfEnding();
+    if (!isWanted) {
+        return;
+    }
+    const forms::BusyCursor hourglass;
+    auto printed = pages();
+    if (!printPages(printed, printer)) {
+        base::MsgBox(NotPrinted, NotPrintedTitle, base::MsgIcon::Information);
+    }
+}
+
+void frmRunSchdl::ExportIt_Click() {
+    auto file = forms::chooseFile(
+        *this, {.title = tr("Export Run Schedule"),
+                .startAt = toQt(startup::gReportPath + "/Run Schedule.pdf"),
+                .filter = tr("PDF, by pages (*.pdf);;SVG, one picture (*.svg);;PNG, one picture "
+                             "(*.png)"),
+                .isToWrite = true});
+    if (file.isEmpty()) {
+        return;
+    }
+    const auto kind = fileKindOf(file);
+    const forms::BusyCursor hourglass;
+    auto saved = pages();
+    if (!kind) {
+        base::MsgBox(fmt::format(NoSuchKind, fromQt(file)), NotExportedTitle,
+                     base::MsgIcon::Information);
+    } else if (!savePages(saved, file, *kind)) {
+        base::MsgBox(fmt::format(NotExported, fromQt(file)), NotExportedTitle,
+                     base::MsgIcon::Information);
+    }
+}
 
 void frmRunSchdl::Exit_Click() { closeForm(); }
 

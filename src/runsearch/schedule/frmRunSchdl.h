@@ -2,11 +2,16 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "runsearch/schedule/chart.h"
+#include "runsearch/schedule/pages.h"
 #include "runsearch/schedule/plan.h"
+#include "runsearch/schedule/sketch.h"
 #include "runsearch/schedule/summaries.h"
 #include "startup/forms/trappedform.h"
 
@@ -48,17 +53,23 @@ public:
     void NextProblem_Click();
     void Fit_Click();
     void ScheduleTab_Click();
+    void UndoSketch_Click();
+    void ThrowAway_Click();
+    void ApplySketch_Click();
     void Reload();
 
 protected:
     void Form_Load() override;
     void Form_Activate() override;
+    bool Form_QueryUnload() override;
 
 private:
     void wireControls();
     void wireView();
     void wireKeys();
+    void wireSketch();
     void read();
+    void showSketch();
     void layOutAnew();
     void showCounts();
     void showSummary();
@@ -66,13 +77,21 @@ private:
     void showMenu(const QPoint& at);
     void editRun(int run);
     void findNext();
+    [[nodiscard]] Pages pages() const;
     [[nodiscard]] const ScheduledRun* selectedRun() const;
 
     std::unique_ptr<Ui::frmRunSchdl> ui_;
     RunListPort list_;
     std::string readSql_;  ///< what the plan was read by
     bool isStale_ = false;
-    Plan plan_;
+    /// With the sketch where there is one.
+    [[nodiscard]] const Plan& plan() const { return sketched_ ? *sketched_ : stored_; }
+    [[nodiscard]] std::optional<Seconds> travelOf(std::int32_t from, std::int32_t to);
+
+    Plan stored_;
+    std::optional<Plan> sketched_;
+    Sketch sketch_;
+    std::map<std::pair<std::int32_t, std::int32_t>, std::optional<Seconds>> travel_;
     Chart chart_;
     Layout layout_;
 };

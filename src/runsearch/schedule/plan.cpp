@@ -115,6 +115,7 @@ private:
     void readRuns(const std::string& sql);
     int routeOf(const RunFields& fields);
     int vehicleTypeOf(const RunFields& fields, int route);
+    void readGarages();
     void sortRoutes();
 
     ado::Connection& routing_;
@@ -147,7 +148,20 @@ void PlanReader::read(const std::string& sql) {
     readVehicles();
     readWarnings();
     readRuns(sql);
+    readGarages();
     sortRoutes();
+}
+
+void PlanReader::readGarages() {
+    forEachRow(routing_, "SELECT ROUTE.INT_ROUTEID, ROUTE.GARAGE_STOPID FROM ROUTE",
+               [this](ado::Recordset& row) {
+                   const auto route =
+                       routes_.find(static_cast<std::int64_t>(numberOf(row.Fields("INT_ROUTEID"))));
+                   if (route != routes_.end()) {
+                       plan_.routes[static_cast<std::size_t>(route->second)].garage =
+                           wholeOf(row.Fields("GARAGE_STOPID"));
+                   }
+               });
 }
 
 void PlanReader::readDistrict() {
@@ -259,6 +273,9 @@ public:
     const ado::Field& miles = of("TOTAL_MILES");
     const ado::Field& pickUp = of("PICKUP");
     const ado::Field& regenerate = of("REGENERATE");
+    const ado::Field& firstStop = of("FirstStop");
+    const ado::Field& lastStop = of("LastStop");
+    const ado::Field& changed = of("changeddt");
     const ado::Field& beforeTime = of("DEADHEAD_BEFORE_TIME");
     const ado::Field& beforeMiles = of("DEADHEAD_MILES_BEFORE");
     const ado::Field& afterTime = of("DEADHEAD_AFTER_TIME");
@@ -285,6 +302,9 @@ void RunFields::readInto(ScheduledRun& run) const {
     for (std::size_t day = 0; day < days.size(); ++day) {
         run.days = static_cast<Days>(run.days | (flagOf(*days[day]) ? 1U << day : 0U));
     }
+    run.firstStop = wholeOf(firstStop);
+    run.lastStop = wholeOf(lastStop);
+    run.changedAt = changed.isNull() ? 0 : changed.Value().asDate().seconds;
     run.isPickUp = flagOf(pickUp);
     run.toGarage = flagOf(toGarage);
     run.fromGarage = flagOf(fromGarage);
@@ -320,7 +340,7 @@ int PlanReader::routeOf(const RunFields& fields) {
     if (isNew) {
         plan_.routes.push_back({key, textOf(fields.routeId), textOf(fields.vehicle),
                                 fields.driverKey.isNull() ? "" : fields.driverKey.asText(),
-                                textOf(fields.driver)});
+                                textOf(fields.driver), 0});
     }
     return known->second;
 }

@@ -48,7 +48,10 @@ struct ScheduledRun {
     int stops = 0;
     int students = 0;
     double miles = 0;
-    int seats = 0;  ///< 0 where the vehicle type does not say
+    int seats = 0;               ///< 0 where the vehicle type does not say
+    std::int32_t firstStop = 0;  ///< internal ids; 0 for none
+    std::int32_t lastStop = 0;
+    std::int64_t changedAt = 0;  ///< when it was last changed, as a base::Date; 0 for never
     Days days = 0;
     bool isPickUp = false;
     bool fromGarage = false;  ///< the bus comes out of the garage for it
@@ -63,6 +66,7 @@ struct Route {
     std::string vehicle;  ///< blank for none
     std::string driverKey;
     std::string driver;
+    std::int32_t garage = 0;  ///< the stop's internal id; 0 for none
 };
 
 /// A code and what planners call it.
@@ -85,6 +89,7 @@ struct TimeZone {
 /// The runs of one search and all that the schedule says of them.
 struct Plan {
     std::string district;
+    double backToGarageGap = 0;  ///< minutes of idle time that are spent in the garage
     std::vector<ScheduledRun> runs;
     std::vector<Route> routes;  ///< those that have runs
     std::vector<School> schools;

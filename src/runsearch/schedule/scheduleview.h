@@ -4,6 +4,7 @@
 #include <QPixmap>
 #include <QTimer>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -68,8 +69,8 @@ public:
     };
     struct Sketching {
         std::function<Card(const Drag&)> card;
-        /// What is left, or missing, on each row's route; nothing for rows without one.
-        std::function<std::vector<std::optional<Change>>(const Drag&)> slacks;
+        /// What would be left, or missing, on a route at the drag's time.
+        std::function<std::optional<Change>(const Drag&, int route)> slack;
         std::function<void(const Drag&)> drop;
     };
     void setSketching(Sketching sketching) { sketching_ = std::move(sketching); }
@@ -139,6 +140,8 @@ private:
     void paintStretch(QPainter& painter);
     void paintDrag(QPainter& painter);
     void paintSlacks(QPainter& painter);
+    void paintSlack(QPainter& painter, int row, double right);
+    [[nodiscard]] const std::optional<Change>& slackOf(int row);
     void paintEmpty(QPainter& painter);
 
     std::unique_ptr<Words> words_;
@@ -161,7 +164,7 @@ private:
     Seconds grip_ = 0;                   ///< how far behind its start the bar is held
     Sketching sketching_;
     std::optional<Drag> drag_;
-    std::vector<std::optional<Change>> slacks_;
+    std::map<int, std::optional<Change>> slacks_;  ///< by row, of those seen at the drag's time
 };
 
 }  // namespace schedule

@@ -48,10 +48,9 @@ void ScheduleView::dragTo(QPointF point, Qt::KeyboardModifiers keys) {
 void ScheduleView::keepDragging(const Drag& drag) {
     if (!drag_) {
         frame_.held = drag.run;
-        slacks_ = sketching_.slacks(drag);
         repaintAll();
     } else if (drag_->start != drag.start) {
-        slacks_ = sketching_.slacks(drag);
+        slacks_.clear();
     }
     drag_ = drag;
     cardTimer_.stop();
@@ -180,30 +179,44 @@ void ScheduleView::paintSlacks(QPainter& painter) {
     painter.setClipRect(
         QRectF(frame_.heads.left(), frame_.plot.top(), frame_.heads.width(), frame_.plot.height()));
     for (int row = first; row < last; ++row) {
-        const auto& slack = slacks_[static_cast<std::size_t>(row)];
-        const auto& shown = frame_.chart->rows[static_cast<std::size_t>(row)];
-        const double y = frame_.y(row);
-        const double middle = y + frame_.rowHeight / 2;
-        if (!slack) {
-            continue;
+        if (frame_.chart->rows[static_cast<std::size_t>(row)].kind == RowKind::Route) {
+            clear(frame_.y(row), frame_.rowHeight,
+                  row % 2 == 1 ? frame_.colours->oddRow : frame_.colours->heads);
+            paintSlack(painter, row, right);
         }
-        clear(y, frame_.rowHeight, row % 2 == 1 ? frame_.colours->oddRow : frame_.colours->heads);
-        const bool isFrom = shown.subject == frame_.plan->run(drag_->run).route;
-        painter.setPen(frame_.colours->words);
-        if (isFrom) {
-            frame_.words->drawRight(painter, right, middle, "from", Type::Normal);
-            continue;
-        }
-        const bool isShort = slack->trouble > Trouble::Tight;
-        const auto minutes = isShort          ? "−" + std::to_string(minutesOf(slack->slack))
-                             : slack->isKnown ? std::to_string(minutesLeft(slack->slack))
-                                              : std::string("?");
-        painter.setPen(isShort ? frame_.colours->redWords : frame_.colours->words);
-        frame_.words->drawRight(painter, right, middle, minutes, Type::Normal);
-        paintSign(painter, {right - 36 * frame_.unit, middle}, frame_.unit, slack->trouble,
-                  *frame_.colours);
     }
     painter.restore();
+}
+
+const std::optional<Change>& ScheduleView::slackOf(int row) {
+    const auto known = slacks_.find(row);
+    if (known != slacks_.end()) {
+        return known->second;
+    }
+    const int route = frame_.chart->rows[static_cast<std::size_t>(row)].subject;
+    return slacks_.emplace(row, sketching_.slack(*drag_, route)).first->second;
+}
+
+void ScheduleView::paintSlack(QPainter& painter, int row, double right) {
+    const double middle = frame_.y(row) + frame_.rowHeight / 2;
+    painter.setPen(frame_.colours->words);
+    if (frame_.chart->rows[static_cast<std::size_t>(row)].subject ==
+        frame_.plan->run(drag_->run).route) {
+        frame_.words->drawRight(painter, right, middle, "from", Type::Normal);
+        return;
+    }
+    const auto& slack = slackOf(row);
+    if (!slack) {
+        return;
+    }
+    const bool isShort = slack->trouble > Trouble::Tight;
+    const auto minutes = isShort          ? "−" + std::to_string(minutesOf(slack->slack))
+                         : slack->isKnown ? std::to_string(minutesLeft(slack->slack))
+                                          : std::string("?");
+    painter.setPen(isShort ? frame_.colours->redWords : frame_.colours->words);
+    frame_.words->drawRight(painter, right, middle, minutes, Type::Normal);
+    paintSign(painter, {right - 36 * frame_.unit, middle}, frame_.unit,
+              slack->isKnown ? slack->trouble : Trouble::Tight, *frame_.colours);
 }
 
 }  // namespace schedule

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QComboBox>
+#include <QFile>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -9,6 +10,7 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include "platform/forms/filedialog.h"
 #include "runsearch/schedule/scheduleview.h"
 #include "runsearch/schedule/summarypage.h"
 #include "startup/base/session.h"
@@ -164,6 +166,79 @@ TEST_F(RunSchedule, KeepsTheSelectionWhereOthersDeletedAnotherRun) {
     key(Qt::Key_N);
     key(Qt::Key_F);
     EXPECT_FALSE(form().grab().isNull());
+}
+
+TEST_F(RunSchedule, SketchesByDragAndByKeysAndSavesOnlyOnApply) {
+    show();
+    EXPECT_FALSE(isShown("SketchBar"));
+    const auto from = middleOf("S3");
+    const auto to = QPoint(from.x(), middleOf("S1").y());
+    QTest::mousePress(view().viewport(), Qt::LeftButton, {}, from);
+    QTest::mouseMove(view().viewport(), to);
+    ASSERT_TRUE(view().drag().has_value());
+    EXPECT_EQ(view().plan()->route(view().drag()->route).id, "R1");
+    EXPECT_FALSE(form().grab().isNull());
+    key(Qt::Key_Escape);
+    QTest::mouseRelease(view().viewport(), Qt::LeftButton, {}, to);
+    EXPECT_FALSE(isShown("SketchBar"));
+    form().follow("S2");
+    key(Qt::Key_Right, Qt::ControlModifier);
+    key(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_EQ(text("SketchText"), "1 change kept: S2 at 7:37 AM.  Nothing is saved before Apply.");
+    EXPECT_EQ(text("Counts"), "5 runs on 2 routes · AM · no problems");
+    EXPECT_EQ(storedRun("STARTTIME", "S2"), "7:35:00 AM");
+    click("UndoSketch");
+    EXPECT_EQ(text("SketchText"), "1 change kept: S2 at 7:36 AM.  Nothing is saved before Apply.");
+    answer(base::MsgAnswer::No);
+    form().Exit_Click();
+    EXPECT_TRUE(form().isLoaded());
+    click("ApplySketch");
+    EXPECT_EQ(storedRun("STARTTIME", "S2"), "7:36:00 AM");
+    EXPECT_FALSE(isShown("SketchBar"));
+    EXPECT_TRUE(startup::RefreshRunList);
+}
+
+TEST_F(RunSchedule, BreaksPagesBetweenRowsAndLosesNone) {
+    show();
+    for (const auto* order : {"ByRoute", "BySchool"}) {
+        check(order);
+        Pages pages(view().frame(), form().font(), "5 runs");
+        // Room for two rows a page.
+        pages.breakFor({800, 182 + 2.4 * view().frame().rowHeight / view().frame().unit});
+        int next = 0;
+        for (int page = 0; page < pages.count(); ++page) {
+            const auto [first, last] = pages.rowsOf(page);
+            EXPECT_EQ(first, next);
+            EXPECT_LT(first, last);
+            EXPECT_LE(last - first, 2);
+            EXPECT_NE(view().chart()->rows[static_cast<std::size_t>(last - 1)].kind,
+                      RowKind::School);
+            next = last;
+        }
+        EXPECT_EQ(next, static_cast<int>(view().chart()->rows.size()));
+    }
+}
+
+TEST_F(RunSchedule, ExportsFilesThatSayWhatTheyAre) {
+    show();
+    const auto begins = [&](const char* name) {
+        const auto file = QString::fromStdString(district.folder() + name);
+        forms::setFileChooser([&](const forms::FileQuestion& asked) {
+            EXPECT_TRUE(asked.isToWrite);
+            return file;
+        });
+        click("ExportIt");
+        QFile written(file);
+        return written.open(QIODevice::ReadOnly) ? written.read(5).toStdString() : "none";
+    };
+    EXPECT_EQ(begins("a.pdf"), "%PDF-");
+    EXPECT_EQ(begins("a.svg"), "<?xml");
+    EXPECT_EQ(begins("a.PNG").substr(1, 3), "PNG");
+    EXPECT_TRUE(titles().empty());
+    EXPECT_EQ(begins("a.doc"), "none");
+    EXPECT_EQ(begins("no/such/a.pdf"), "none");
+    EXPECT_THAT(titles(), ElementsAre("Not Exported", "Not Exported"));
+    forms::setFileChooser({});
 }
 
 TEST_F(RunSchedule, ClosesASchoolToOneRow) {

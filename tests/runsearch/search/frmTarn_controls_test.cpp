@@ -3,6 +3,7 @@
 #include <QTest>
 #include <set>
 
+#include "runsearch/schedule/scheduleview.h"
 #include "tarnform.h"
 
 namespace runsearch {
@@ -181,13 +182,30 @@ TEST_F(TarnForm, RepeatsTheSearchWhenAnotherFormChangedRuns) {
 
 TEST_F(TarnForm, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
     found();
-    for (const auto* name : {"PrintIt", "TimeLine"}) {
-        EXPECT_FALSE(isEnabled(name)) << name;
-        EXPECT_THAT(control<QWidget>(name).toolTip().toStdString(), HasSubstr("Not available yet"));
-    }
+    EXPECT_FALSE(isEnabled("PrintIt"));
+    EXPECT_THAT(control<QWidget>("PrintIt").toolTip().toStdString(),
+                HasSubstr("Not available yet"));
     EXPECT_TRUE(isEnabled("SelectAll"));
     EXPECT_FALSE(isShown("Tarn"));
     EXPECT_FALSE(isShown("chkNew"));
+}
+
+TEST_F(TarnForm, OpensTheScheduleOfItsRunsAndBothKeepOneChosenRun) {
+    EXPECT_FALSE(isEnabled("TimeLine"));
+    found();
+    choose("RunList", "102-AM");
+    click("TimeLine");
+    auto* schedule = opened("frmRunSchdl");
+    ASSERT_NE(schedule, nullptr);
+    auto* view = schedule->findChild<schedule::ScheduleView*>("TimeLine");
+    const auto selected = [&] { return view->plan()->run(view->selected()).id; };
+    EXPECT_EQ(selected(), "102-AM");
+    choose("RunList", "101-AM");
+    EXPECT_EQ(selected(), "101-AM");
+    view->runChosen(view->selected() == 0 ? 3 : 0);
+    EXPECT_NE(text("Tarn"), "101-AM");
+    click("cmdReset");
+    EXPECT_FALSE(isEnabled("TimeLine"));
 }
 
 TEST_F(TarnForm, HasNoAccessKeyTwiceOnATab) {

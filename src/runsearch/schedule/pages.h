@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QFont>
+#include <QPagedPaintDevice>
+#include <QString>
+#include <string>
+#include <vector>
+
+#include "runsearch/schedule/frame.h"
+
+namespace schedule {
+
+/// A chart on paper: the stretch of the day and the height of the rows that are looked at, all
+/// rows, broken between two of them, with hours, curve, legend and a head on every page. Lengths
+/// are in pixels of the measures, of which an inch has 96.
+class Pages {
+public:
+    /// `shown` is what the planner looks at; `counts` says in words what the chart holds.
+    Pages(const Frame& shown, QFont font, std::string counts);
+
+    /// Breaks the rows for pages of that size; a height of 0 puts them all on one.
+    void breakFor(QSizeF page);
+    [[nodiscard]] int count() const { return static_cast<int>(firstRows_.size()); }
+    [[nodiscard]] QSizeF size() const { return page_; }
+    /// The rows of a page, the second one not included.
+    [[nodiscard]] std::pair<int, int> rowsOf(int page) const;
+
+    void paint(QPainter& painter, int page);
+
+private:
+    void paintHead(QPainter& painter);
+    void paintFoot(QPainter& painter, int page);
+
+    Frame frame_;
+    Words words_;
+    std::string counts_;
+    std::string printed_;
+    QSizeF page_;
+    std::vector<int> firstRows_;
+};
+
+/// What a file of such a name holds.
+enum class FileKind { Pdf, Svg, Png };
+[[nodiscard]] std::optional<FileKind> fileKindOf(const QString& file);
+
+/// Prints all pages; false where the device took none.
+bool printPages(Pages& pages, QPagedPaintDevice& device);
+/// Writes them to a file: a PDF by pages, the others as one picture. False where it could not be
+/// written.
+bool savePages(Pages& pages, const QString& file, FileKind kind);
+
+}  // namespace schedule
