@@ -81,6 +81,8 @@ void Connection::checkpoint() { openSession(session_).checkpoint(); }
 
 store::FileMark Connection::mark() const { return openSession(session_).database().mark(); }
 
+void Connection::requireWritable() const { openSession(session_).database().requireWritable(); }
+
 const store::Catalog& Connection::catalog() const {
     return openSession(session_).database().catalog();
 }

@@ -51,6 +51,8 @@ public:
     void setDurability(store::Durability durability);
     void checkpoint();
 
+    /// Raises store::StoreError where the file can be read but not written.
+    void requireWritable() const;
     [[nodiscard]] const store::Catalog& catalog() const;
     [[nodiscard]] store::FileMark mark() const;
     [[nodiscard]] const std::shared_ptr<Session>& session() const { return session_; }

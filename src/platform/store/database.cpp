@@ -14,6 +14,10 @@ int numberOf(Fault fault) {
             return 3049;
         case Fault::Locked:
             return 3260;
+        case Fault::Replaced:
+            return 3043;
+        case Fault::Network:
+            return 3050;
         case Fault::ReadOnly:
             return 3027;
         case Fault::Full:

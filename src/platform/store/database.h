@@ -20,6 +20,8 @@ enum class Fault {
     OtherKind,     ///< an Access file, which must be imported first
     Damaged,       ///< a database whose pages do not fit together
     Locked,        ///< another program held it for longer than the time-out
+    Replaced,      ///< another file stands where the open one was, or none: a write would be lost
+    Network,       ///< on a file system that several machines share, which would damage it
     ReadOnly,      ///< the file or its folder cannot be written
     Full,          ///< no room left on the disk
     Constraint,    ///< a duplicate key, a missing value, a code with trailing blanks
@@ -119,6 +121,10 @@ public:
     virtual ~Database() = default;
 
     [[nodiscard]] virtual const Catalog& catalog() const = 0;
+    /// Raises ReadOnly where this user can read the file but not write it.
+    virtual void requireWritable() const = 0;
+    /// Reads the whole file; what of it does not fit together, in plain words. Empty where it does.
+    [[nodiscard]] virtual std::vector<std::string> damages() = 0;
     [[nodiscard]] virtual FileMark mark() const = 0;
     /// Marks the file; part of the transaction that is open.
     virtual void setMark(FileMark mark) = 0;
@@ -144,9 +150,9 @@ public:
 
     /// Whether a transaction is open; a full disk or a damaged file ends one by rolling it back.
     [[nodiscard]] virtual bool inTransaction() const = 0;
-    /// Takes the write lock at once.
+    /// Takes the write lock at once. Raises Replaced, as does every write outside a transaction.
     virtual void begin() = 0;
-    virtual void commit() = 0;
+    virtual void commit() = 0;  ///< raises Replaced, with the transaction still open
     virtual void rollback() = 0;
 
     /// Raises StoreError inside a transaction.
@@ -177,7 +183,8 @@ public:
 inline constexpr int LockTimeoutMs = 5000;
 
 /// Opens an existing file and reads it once. Never creates one. Raises StoreError: Missing,
-/// NotADatabase, OtherKind, Damaged, Locked; ReadOnly where even reading needs to write beside it.
+/// NotADatabase, OtherKind, Damaged, Locked, Network; ReadOnly where even reading needs to write
+/// beside it.
 std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs = LockTimeoutMs);
 
 /// The same for this program alone: nobody else opens the file until it is closed. Raises Locked at

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
+#include "platform/store/filesystem.h"
 #include "platform/store/sqlitecatalog.h"
 #include "platform/store/sqliteddl.h"
 
@@ -87,9 +88,33 @@ SqliteDatabase::SqliteDatabase(const std::string& path, int lockTimeoutMs, Shari
       rows_(source_) {
     openFile(source_, handle_, sharing);
     addTables("main", path);
+    watch(path);
 }
 
-SqliteDatabase::~SqliteDatabase() { rows_.clear(); }
+// What waits in the log of a file that was replaced must not reach the file that stands there now.
+SqliteDatabase::~SqliteDatabase() {
+    rows_.clear();
+    if (!std::ranges::all_of(source_.files, &OpenFile::isStillThere)) {
+        sqlite3_db_config(source_.handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    }
+}
+
+/// The file and what the engine keeps beside it: whoever writes without the same log and the same
+/// shared memory as the others writes for nobody.
+void SqliteDatabase::watch(const std::string& path) {
+    for (const char* beside : {"", "-wal", "-shm"}) {
+        const OpenFile file(path + beside);
+        if (file.wasThere()) {
+            source_.files.push_back(file);
+        }
+    }
+}
+
+void SqliteDatabase::requireWritable() const {
+    if (sqlite3_db_readonly(source_.handle, "main") == 1 || !isWritable(source_.path)) {
+        raiseReadOnly(source_);
+    }
+}
 
 void SqliteDatabase::addTables(const std::string& attachedAs, const std::string& path) {
     Source source = source_;
@@ -107,6 +132,7 @@ void SqliteDatabase::link(const std::string& path) {
     if (stat(path.c_str(), &status) != 0) {
         raiseMissing(path);
     }
+    refuseNetwork(path);
     const std::string name = fmt::format("linked{}", linked_.size() + 1);
     {
         PreparedStatement attach(source_, "ATTACH ? AS " + quoted(name));
@@ -121,6 +147,7 @@ void SqliteDatabase::link(const std::string& path) {
         throw;
     }
     linked_.emplace_back(name, path);
+    watch(path);
 }
 
 std::int32_t SqliteDatabase::headerNumber(std::string_view name) const {
@@ -176,6 +203,7 @@ void SqliteDatabase::begin() {
         execute("BEGIN IMMEDIATE");
         return;
     }
+    requireSameFiles(source_);
     // An immediate transaction would lock the linked files, too, and wait for whoever writes there.
     // A change to no row takes the lock of this file alone.
     execute("BEGIN");
@@ -187,7 +215,10 @@ void SqliteDatabase::begin() {
     }
 }
 
-void SqliteDatabase::commit() { execute("COMMIT"); }
+void SqliteDatabase::commit() {
+    requireSameFiles(source_);
+    execute("COMMIT");
+}
 
 void SqliteDatabase::rollback() { execute("ROLLBACK"); }
 
@@ -205,6 +236,7 @@ void SqliteDatabase::setLockTimeout(int milliseconds) {
 }
 
 void SqliteDatabase::checkpoint() {
+    requireSameFiles(source_);
     constexpr int PatienceMs = 500;
     sqlite3_busy_timeout(source_.handle, std::min(PatienceMs, source_.lockTimeoutMs));
     const int code = sqlite3_wal_checkpoint_v2(source_.handle, nullptr, SQLITE_CHECKPOINT_TRUNCATE,

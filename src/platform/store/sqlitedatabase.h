@@ -23,6 +23,8 @@ public:
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
     [[nodiscard]] const Catalog& catalog() const override { return catalog_; }
+    void requireWritable() const override;
+    [[nodiscard]] std::vector<std::string> damages() override;
     [[nodiscard]] FileMark mark() const override;
     void setMark(FileMark mark) override;
     void link(const std::string& path) override;
@@ -56,6 +58,7 @@ private:
     void readCatalog();
     [[nodiscard]] std::int32_t headerNumber(std::string_view name) const;
     void addTables(const std::string& attachedAs, const std::string& path);
+    void watch(const std::string& path);
 
     Source source_;
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle_;
@@ -71,6 +74,9 @@ void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handl
 
 /// Creates an empty file that only its owner reads; raises StoreError where one is there.
 void createEmpty(const std::string& path);
+
+/// Raises StoreError where the file lies on a network file system.
+void refuseNetwork(const std::string& path);
 
 /// Looks at the header of an attached file; raises StoreError where it is no sound database.
 void checkHeader(const Source& source, const std::string& attachedAs, const std::string& path);

@@ -1,5 +1,6 @@
 #include "platform/store/sqlitefaults.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <string_view>
 #include <utility>
@@ -35,17 +36,12 @@ std::string constraintText(const Source& source) {
     }
 }
 
-bool isUnwritable(const std::string& path) {
-    const auto slash = path.find_last_of('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    return access(path.c_str(), W_OK) != 0 || access(folder.c_str(), W_OK) != 0;
-}
-
-[[noreturn]] void raiseReadOnly(const Source& source) {
+[[noreturn]] void raiseReplaced(const Source& source) {
     throw StoreError(
-        Fault::ReadOnly,
-        fmt::format("The database file \"{}\" cannot be written: the file or its folder is "
-                    "read-only for this user.",
+        Fault::Replaced,
+        fmt::format("The database file \"{}\" was replaced, moved or deleted while it was open. "
+                    "Nothing was written. Close this program and start it again once the file is "
+                    "in its place.",
                     source.path));
 }
 
@@ -75,6 +71,26 @@ bool isUnwritable(const std::string& path) {
 
 }  // namespace
 
+void raiseReadOnly(const Source& source) {
+    throw StoreError(
+        Fault::ReadOnly,
+        fmt::format("The database file \"{}\" cannot be written: the file or its folder is "
+                    "read-only for this user.",
+                    source.path));
+}
+
+bool isWritable(const std::string& path) {
+    const auto slash = path.find_last_of('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    return access(path.c_str(), W_OK) == 0 && access(folder.c_str(), W_OK) == 0;
+}
+
+void requireSameFiles(const Source& source) {
+    if (!std::ranges::all_of(source.files, &OpenFile::isStillThere)) {
+        raiseReplaced(source);
+    }
+}
+
 void raiseFault(const Source& source, int code) {
     if (source.raised != nullptr) {
         std::rethrow_exception(std::exchange(source.raised, nullptr));
@@ -90,9 +106,12 @@ void raiseFault(const Source& source, int code) {
         case SQLITE_FULL:
             raiseFull(source);
         case SQLITE_READONLY:
+            if (code == SQLITE_READONLY_DBMOVED) {
+                raiseReplaced(source);
+            }
             raiseReadOnly(source);
         case SQLITE_CANTOPEN:
-            if (isUnwritable(source.path)) {
+            if (!isWritable(source.path)) {
                 raiseReadOnly(source);
             }
             raiseOther(source);
@@ -121,6 +140,17 @@ void raiseNotADatabase(const std::string& path) {
     throw StoreError(
         Fault::NotADatabase,
         fmt::format("The file \"{}\" is not a database that this program can read.", path));
+}
+
+void raiseOnNetwork(const std::string& path, const std::string& network) {
+    throw StoreError(
+        Fault::Network,
+        fmt::format(
+            "The database file \"{}\" lies on {}, where programs on two machines would lose "
+            "each other's changes and damage the file. Move the district into a folder on "
+            "this machine. For work from several machines a district belongs on a database "
+            "server.",
+            path, network));
 }
 
 void raiseAccessFile(const std::string& path) {

@@ -2,6 +2,9 @@
 
 #include <exception>
 #include <string>
+#include <vector>
+
+#include "platform/store/openfile.h"
 
 struct sqlite3;
 
@@ -14,7 +17,15 @@ struct Source {
     int lockTimeoutMs = 0;
     /// What a function called from SQL raised, until the statement's fault is reported.
     mutable std::exception_ptr raised;
+    /// What must still be there when something is written.
+    std::vector<OpenFile> files = {};
 };
+
+/// Raises Replaced where one of the files is not the one that was opened.
+void requireSameFiles(const Source& source);
+
+/// Whether this user can write the file and beside it.
+[[nodiscard]] bool isWritable(const std::string& path);
 
 /// Raises the StoreError that a result code of the engine stands for.
 [[noreturn]] void raiseFault(const Source& source, int code);
@@ -22,9 +33,12 @@ struct Source {
 /// Raises unless the code says that all went well.
 void check(const Source& source, int code);
 
+[[noreturn]] void raiseReadOnly(const Source& source);
+
 // The texts of faults that are found before the engine reads the file.
 [[noreturn]] void raiseMissing(const std::string& path);
 [[noreturn]] void raiseNotADatabase(const std::string& path);
+[[noreturn]] void raiseOnNetwork(const std::string& path, const std::string& network);
 [[noreturn]] void raiseAccessFile(const std::string& path);
 [[noreturn]] void raiseDamaged(const std::string& path, const std::string& detail);
 

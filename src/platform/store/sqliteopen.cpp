@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/store/filesystem.h"
 #include "platform/store/sqlitedatabase.h"
 
 namespace store {
@@ -76,13 +77,23 @@ void applySettings(const Source& source) {
     execute(source, "PRAGMA cache_size = -16000");
 }
 
-/// A file that another tool made keeps another journal; where it cannot be changed now it works
-/// as it is.
+/// Writes a log beside the file from now on. The engine answers with the journal that it keeps
+/// instead where programs cannot share memory there; that of a file that this user cannot write
+/// stays as another tool left it.
 void keepLogBeside(const Source& source) {
+    std::string journal;
+    const auto keep = [](void* to, int, char** cells, char**) {
+        *static_cast<std::string*>(to) = cells[0];
+        return 0;
+    };
     const int code =
-        sqlite3_exec(source.handle, "PRAGMA main.journal_mode = WAL", nullptr, nullptr, nullptr);
-    if ((code & 0xff) != SQLITE_READONLY) {
-        check(source, code);
+        sqlite3_exec(source.handle, "PRAGMA main.journal_mode = WAL", keep, &journal, nullptr);
+    if ((code & 0xff) == SQLITE_READONLY || sqlite3_db_readonly(source.handle, "main") == 1) {
+        return;
+    }
+    check(source, code);
+    if (journal != "wal") {
+        raiseOnNetwork(source.path, "a file system without memory that programs can share");
     }
     execute(source, "PRAGMA main.synchronous = FULL");
 }
@@ -115,6 +126,12 @@ void requireFile(const std::string& path) {
 
 }  // namespace
 
+void refuseNetwork(const std::string& path) {
+    if (const std::string network = networkOf(path); !network.empty()) {
+        raiseOnNetwork(path, network);
+    }
+}
+
 // The header is read through the engine: closing a descriptor of our own would drop the locks that
 // other connections of this process hold on the file.
 void checkHeader(const Source& source, const std::string& attachedAs, const std::string& path) {
@@ -136,6 +153,7 @@ void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handl
               Sharing sharing) {
     stopCountingMemory();
     requireFile(source.path);
+    refuseNetwork(source.path);
     const int code = sqlite3_open_v2(source.path.c_str(), &source.handle,
                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     handle.reset(source.handle);

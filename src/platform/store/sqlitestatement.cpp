@@ -67,6 +67,7 @@ PreparedStatement::PreparedStatement(const Source& source, std::string_view sql)
         throw StoreError(Fault::Statement,
                          fmt::format("\"{}\": the statement is empty.", source_.path));
     }
+    writes_ = sqlite3_stmt_readonly(statement_) == 0;
 }
 
 PreparedStatement::~PreparedStatement() { sqlite3_finalize(statement_); }
@@ -76,6 +77,9 @@ void PreparedStatement::bind(int parameter, const base::Value& value) {
 }
 
 bool PreparedStatement::step() {
+    if (writes_ && sqlite3_get_autocommit(source_.handle) != 0) {
+        requireSameFiles(source_);
+    }
     const int code = sqlite3_step(statement_);
     if (code == SQLITE_ROW) {
         return true;

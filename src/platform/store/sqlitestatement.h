@@ -38,6 +38,7 @@ public:
 private:
     const Source& source_;
     sqlite3_stmt* statement_ = nullptr;
+    bool writes_ = false;
 };
 
 }  // namespace store::sqlite

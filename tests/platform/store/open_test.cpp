@@ -1,6 +1,8 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <tuple>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 
 #include "plainfile.h"
 #include "platform/store/database.h"
+#include "platform/store/filesystem.h"
 #include "support/temporaryfolder.h"
 #include "tables.h"
 
@@ -112,8 +115,14 @@ TEST_F(Open, AReadOnlyFileRefusesWritesInPlainWords) {
     }
     {
         const std::string path = sampleFile();
+        EXPECT_NO_THROW(store::open(path)->requireWritable());
         chmod(path.c_str(), 0400);
         const auto database = store::open(path);
+        EXPECT_EQ(refusalOf([&] {
+                      database->requireWritable();
+                      return 0;
+                  }).fault(),
+                  Fault::ReadOnly);
         const auto refusal = refusalOf([&] { return database->execute("DELETE FROM STOPS"); });
         EXPECT_EQ(refusal.fault(), Fault::ReadOnly);
         EXPECT_THAT(refusal.description(), AllOf(HasSubstr(path), HasSubstr("read-only")));
@@ -121,6 +130,82 @@ TEST_F(Open, AReadOnlyFileRefusesWritesInPlainWords) {
     if (getuid() == 0) {
         ASSERT_EQ(seteuid(0), 0);
     }
+}
+
+TEST_F(Open, WritesToAFileThatIsThereNoMoreAreRefused) {
+    const std::string path = sampleFile();
+    const auto newer = support::contentsOf(path);
+    for (const char* beside : {"", "-wal", "-shm"}) {
+        for (const bool isReplaced : {false, true}) {
+            const std::string one = folder.write("one.mdb", newer);
+            const auto database = store::open(one, 50);
+            database->begin();
+            database->execute("UPDATE STOPS SET SEQ = 1 WHERE ID = 1");
+            std::filesystem::rename(one + beside, one + ".old");
+            if (isReplaced) {
+                folder.write(std::string("one.mdb") + beside, newer);
+            }
+            EXPECT_EQ(refusalOf([&] { return database->commit(), 0; }).fault(), Fault::Replaced);
+            database->rollback();
+            EXPECT_EQ(refusalOf([&] { return database->begin(), 0; }).fault(), Fault::Replaced);
+            const auto refusal = refusalOf([&] { return database->execute("DELETE FROM STOPS"); });
+            EXPECT_THAT(refusal.description(), AllOf(HasSubstr(one), HasSubstr("was replaced")));
+            std::filesystem::rename(one + ".old", one + beside);
+            EXPECT_EQ(database->execute("UPDATE STOPS SET SEQ = 1 WHERE ID = 1"), 1);
+        }
+    }
+}
+
+TEST_F(Open, FilesThatOtherMachinesSeeAreRefused) {
+    struct : store::FileSystemPort {
+        [[nodiscard]] std::uint32_t number(const std::string&) const override { return kind; }
+        [[nodiscard]] std::string mountedAs(const std::string&) const override { return name; }
+        std::uint32_t kind = 0;
+        std::string name;
+    } share;
+    const std::string path = sampleFile();
+    auto* const before = std::exchange(store::fileSystems(), &share);
+    constexpr std::uint32_t Fuse = 0x65735546;
+    for (const auto& [kind, name, said] : {std::tuple{0x6969U, "nfs4", "(NFS)"},
+                                           {0xFF534D42U, "cifs", "(SMB/CIFS)"},
+                                           {Fuse, "fuse.sshfs", "(sshfs)"},
+                                           {Fuse, "", "(FUSE)"},
+                                           {Fuse, "fuseblk", ""},
+                                           {0xEF53U, "ext4", ""}}) {
+        share.kind = kind;
+        share.name = name;
+        if (*said == '\0') {
+            EXPECT_NO_THROW(store::open(path)) << name;
+            continue;
+        }
+        const auto refusal = openingOf(path);
+        EXPECT_EQ(refusal.fault(), Fault::Network);
+        EXPECT_THAT(refusal.description(),
+                    AllOf(HasSubstr(said), HasSubstr("a folder on this machine")));
+    }
+    store::fileSystems() = before;
+}
+
+TEST_F(Open, AFileSystemWithoutSharedMemoryIsRefused) {
+    const std::string path = sampleFile();
+    PlainFile(path).run("PRAGMA journal_mode = DELETE");
+    sqlite3_vfs* const usual = sqlite3_vfs_find(nullptr);
+    sqlite3_vfs_register(sqlite3_vfs_find("unix-dotfile"), 1);
+    EXPECT_EQ(openingOf(path).fault(), Fault::Network);
+    sqlite3_vfs_register(usual, 1);
+}
+
+TEST_F(Open, DamageInsideTheFileIsFoundAndNamed) {
+    const std::string path = sampleFile();
+    EXPECT_THAT(store::open(path)->damages(), testing::IsEmpty());
+    breakIndex(path, "index_STOPS_RUN_SEQ", "DELETE FROM STOPS WHERE ID > 1000");
+    EXPECT_THAT(
+        store::open(path)->damages(),
+        testing::ElementsAre("the index index_STOPS_RUN_SEQ does not hold the rows of its table"));
+    std::fstream(path, std::ios::in | std::ios::out | std::ios::binary).seekp(-4096, std::ios::end)
+        << std::string(4096, '\x7f');
+    EXPECT_THAT(store::open(path)->damages(),
+                testing::Contains(HasSubstr("its contents do not fit together (")));
 }
 
 TEST_F(Open, AFullDiskIsNamedAndLeavesTheFileAsItWas) {

@@ -39,6 +39,23 @@ private:
     sqlite3* handle_ = nullptr;
 };
 
+/// Changes a table behind the back of one of its indexes.
+inline void breakIndex(const std::string& path, const std::string& index,
+                       const std::string& change) {
+    const std::string name = "'" + index + "'";
+    const auto schema = [&](const std::string& sql) {
+        return PlainFile(path).run("PRAGMA writable_schema = ON; " + sql);
+    };
+    const auto kept = schema(
+        "SELECT quote(tbl_name) || ',' || rootpage || ',' || quote(sql) FROM "
+        "sqlite_schema WHERE name = " +
+        name);
+    schema("DELETE FROM sqlite_schema WHERE name = " + name);
+    PlainFile(path).run(change);
+    schema("INSERT INTO sqlite_schema (type, name, tbl_name, rootpage, sql) VALUES ('index', " +
+           name + "," + kept + ")");
+}
+
 /// The fault that an action raises; there must be one.
 template <class Action>
 store::StoreError refusalOf(Action&& action) {
