@@ -30,14 +30,20 @@ bool checkVersions(const std::vector<data::FoundFile>& found, const Folders& fol
 
 /// The routing file with the tables of all the others beside its own; null where it cannot be
 /// opened, or the files are none that this program knows.
-std::unique_ptr<store::Database> openAll(const Folders& folders, CheckReport& report) {
+std::unique_ptr<store::Database> openAll(const Folders& folders, CheckReport& report,
+                                         Progress& progress) {
     std::unique_ptr<store::Database> database;
     CheckFinding unopened{.what = "Database files that cannot be opened"};
+    CheckFinding damaged{.what = "Damaged database files, to be restored from a back-up"};
     std::vector<data::FoundFile> found;
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         const std::string path = folders.database(file).string();
         try {
             auto opened = store::open(path);
+            progress.begin(fmt::format("Looking {} over", data::fileName(file)), 0);
+            for (const std::string& damage : opened->damages()) {
+                damaged.add(fmt::format("{}: {}", data::fileName(file), damage));
+            }
             found.push_back(data::lookAt(file, path, opened->mark(), opened->catalog()));
             if (file == DatabaseFile::Routing) {
                 database = std::move(opened);
@@ -49,6 +55,7 @@ std::unique_ptr<store::Database> openAll(const Folders& folders, CheckReport& re
         }
     }
     report.add(std::move(unopened));
+    report.add(std::move(damaged));
     return checkVersions(found, folders, report) ? std::move(database) : nullptr;
 }
 
@@ -97,7 +104,7 @@ std::string CheckReport::text() const {
 CheckReport checkDistrict(const Folders& folders, Progress& progress) {
     CheckReport report;
     checkFiles(folders, report);
-    const auto database = openAll(folders, report);
+    const auto database = openAll(folders, report, progress);
     if (!database) {
         return report;
     }

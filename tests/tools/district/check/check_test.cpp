@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/store/plainfile.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 
@@ -95,6 +96,17 @@ TEST(Check, FindsEveryKindOfDamage) {
     for (const char* said : Said) {
         EXPECT_THAT(report, HasSubstr(said));
     }
+}
+
+TEST(Check, FindsAnIndexThatLostHalfOfItsEntries) {
+    const MadeDistrict made(4);
+    breakIndex(made.folders().database(DatabaseFile::Routing).string(),
+               "index_STOP_TRIPTYPE_RUN_RUNSEQ",
+               "UPDATE STOP_TRIPTYPE SET RUNSEQ = RUNSEQ + 100 WHERE ID < 15");
+    EXPECT_THAT(reportOf(made.folders()),
+                HasSubstr("Damaged database files, to be restored from a back-up: 1, such as "
+                          "routing.mdb: the index index_STOP_TRIPTYPE_RUN_RUNSEQ does not hold the "
+                          "rows of its table."));
 }
 
 TEST(Check, SaysWhichFileCannotBeOpenedAndGoesOn) {
