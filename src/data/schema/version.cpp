@@ -64,10 +64,24 @@ std::string listed(std::span<const FoundFile> files, Age age) {
     return list;
 }
 
-}  // namespace
+/// Blank and empty codes are equal, which a join over an index sees only where they are the same. A
+/// key that is there as a blank already stays empty.
+UpgradeStep blankCodes(std::int32_t number, DatabaseFile file) {
+    UpgradeStep step{number, file, "makes empty codes blank", {}};
+    for (const store::Table& table : tablesOf(file)) {
+        for (const store::Column& column : table.columns) {
+            if (column.kind == store::ColumnKind::Code) {
+                step.statements.push_back(
+                    fmt::format(R"(UPDATE OR IGNORE main."{0}" SET "{1}" = ' ' WHERE "{1}" = '')",
+                                table.name, column.name));
+            }
+        }
+    }
+    return step;
+}
 
-const std::vector<UpgradeStep>& upgradeSteps() {
-    static const std::vector<UpgradeStep> steps = {
+std::vector<UpgradeStep> madeSteps() {
+    std::vector<UpgradeStep> steps = {
         {1,
          DatabaseFile::Routing,
          "gives SYSTEM and StartEnd the one row that they must hold",
@@ -76,6 +90,16 @@ const std::vector<UpgradeStep>& upgradeSteps() {
           "INSERT INTO StartEnd (StartorEnd, CalcTime, Run, VehType, BellTime, VehCapacity)"
           " SELECT 'End', '1899-12-30 00:00:00', ' ', ' ', '1899-12-30 00:00:00', 0"
           " WHERE NOT EXISTS (SELECT 1 FROM StartEnd)"}}};
+    for (const DatabaseFile file : AllDatabaseFiles) {
+        steps.push_back(blankCodes(2, file));
+    }
+    return steps;
+}
+
+}  // namespace
+
+const std::vector<UpgradeStep>& upgradeSteps() {
+    static const std::vector<UpgradeStep> steps = madeSteps();
     return steps;
 }
 

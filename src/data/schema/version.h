@@ -17,8 +17,8 @@ namespace data {
 struct UpgradeStep {
     std::int32_t number = 0;  ///< the version that a district has afterwards
     DatabaseFile file = DatabaseFile::Routing;
-    std::string_view what;                     ///< "adds the missing row of SYSTEM"
-    std::vector<std::string_view> statements;  ///< of the store's own dialect
+    std::string_view what;                ///< "adds the missing row of SYSTEM"
+    std::vector<std::string> statements;  ///< of the store's own dialect
 };
 
 /// Every step, in the order in which they are made.

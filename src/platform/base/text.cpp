@@ -19,7 +19,7 @@ std::string_view trim(std::string_view text) { return trimLeft(trimRight(text));
 
 std::string_view codeOf(std::string_view text) {
     const auto trimmed = trimRight(text);
-    return trimmed.empty() ? text.substr(0, 1) : trimmed;
+    return trimmed.empty() ? " " : trimmed;
 }
 
 std::string lowered(std::string_view text) {

@@ -11,7 +11,7 @@ namespace base {
 [[nodiscard]] std::string_view trimRight(std::string_view text);
 [[nodiscard]] std::string_view trim(std::string_view text);
 
-/// A code as it is stored: without blanks at the right, but for a lone one.
+/// A code as it is stored: without blanks at the right. One of blanks only, or empty, is one blank.
 [[nodiscard]] std::string_view codeOf(std::string_view text);
 
 /// ASCII case folding; other characters stay as they are.

@@ -50,7 +50,7 @@ TEST_F(Writing, ConvertsToTheColumnsKind) {
     records["ACTIVE"].Value(Value());
     records["RUN"].Value("");
     records.Update();
-    EXPECT_EQ(other("SELECT '<' || RUN || '>' || ACTIVE FROM STOP_TRIPTYPE WHERE ID = 1"), "<>0");
+    EXPECT_EQ(other("SELECT '<' || RUN || '>' || ACTIVE FROM STOP_TRIPTYPE WHERE ID = 1"), "< >0");
 }
 
 TEST_F(Writing, RefusesWhatDoesNotFitAndGoesOn) {

@@ -128,7 +128,7 @@ std::vector<std::string> bringUp(store::Database& database, const data::FoundFil
     for (const data::UpgradeStep& step : data::upgradeSteps()) {
         if (step.file == found.file && step.number > found.mark.version) {
             std::int64_t changed = 0;
-            for (const std::string_view statement : step.statements) {
+            for (const std::string& statement : step.statements) {
                 changed += database.execute(statement);
             }
             if (changed > 0) {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "data/schema/version.h"
 #include "platform/password/password.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/madedistrict.h"
@@ -168,6 +169,7 @@ TEST(CommandLine, HelpsWithEachCommandByAnExample) {
 
 TEST(CommandLine, TellsOfADistrictOfAnotherVersion) {
     const MadeDistrict made(1);
+    const std::string version = std::to_string(data::currentVersion());
     const auto file = data::DatabaseFile::QDSC;
     const std::string users = made.folders().database(file).string();
     const auto complaints = [&] {
@@ -185,9 +187,10 @@ TEST(CommandLine, TellsOfADistrictOfAnotherVersion) {
                                              HasSubstr("upgrade \"" + made.folder() + "\"")));
     const Outcome upgraded = run({"upgrade", made.folder()});
     EXPECT_EQ(upgraded.status, ExitStatus::Done);
-    EXPECT_THAT(upgraded.out, testing::EndsWith("\nZBQDSC1.mdb: version 1.\n"));
+    EXPECT_THAT(upgraded.out, testing::EndsWith("\nZBQDSC1.mdb: version " + version + ".\n"));
     EXPECT_THAT(run({"upgrade", made.folder()}).out, HasSubstr("nothing was changed"));
-    EXPECT_THAT(run({"check", made.folder()}).out, testing::StartsWith("Version 1. Looked at "));
+    EXPECT_THAT(run({"check", made.folder()}).out,
+                testing::StartsWith("Version " + version + ". Looked at "));
     const auto mark = made.open(file)->mark();
     made.open(file)->setMark({mark.kind, mark.version + 1});
     EXPECT_THAT(complaints(), HasSubstr("newer than the program"));

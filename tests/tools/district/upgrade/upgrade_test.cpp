@@ -125,6 +125,11 @@ int filesDone(const Folders& folders) {
     return done;
 }
 
+/// "version N", as files are brought to it.
+std::string toVersion(int beyond = 0) {
+    return "version " + std::to_string(data::currentVersion() + beyond);
+}
+
 /// A district as they were before there were versions: no file is marked, and the routing file
 /// lacks columns, an index, a table and a row.
 class Upgrade : public testing::Test {
@@ -138,7 +143,7 @@ protected:
                {"ALTER TABLE District DROP COLUMN CHECKSTOPOVERLAP",
                 "ALTER TABLE STOP_TRIPTYPE DROP COLUMN UPDATE_TIME",
                 "DROP INDEX index_RUN_SCHOOL_BELLTIME", "DROP TABLE RUNWARNING",
-                "DELETE FROM SYSTEM"});
+                "DELETE FROM SYSTEM", "UPDATE RUN SET LOCCODE = ''"});
     }
     static const MadeDistrict& sample() {
         static const MadeDistrict made(4);
@@ -162,10 +167,12 @@ TEST_F(Upgrade, GivesFilesWhatTheyLackAndKeepsWhatTheyWere) {
     const Lines told = upgraded(folders_);
     ASSERT_EQ(told.size(), 7U);
     EXPECT_EQ(told[1],
-              "routing.mdb: version 1; added an index of RUN, added STOP_TRIPTYPE.UPDATE_TIME, "
-              "added District.CHECKSTOPOVERLAP, added RUNWARNING, step 1 gives SYSTEM and StartEnd "
-              "the one row that they must hold.");
-    EXPECT_EQ(told[3], "trip.mdb: version 1.");
+              "routing.mdb: " + toVersion() +
+                  "; added an index of RUN, added STOP_TRIPTYPE.UPDATE_TIME, added "
+                  "District.CHECKSTOPOVERLAP, added RUNWARNING, step 1 gives SYSTEM and StartEnd "
+                  "the one row that they must hold, step 2 makes empty codes blank.");
+    EXPECT_EQ(told[3], "trip.mdb: " + toVersion() + ".");
+    EXPECT_EQ(number("SELECT COUNT(*) FROM RUN WHERE LOCCODE = ''"), 0);
     EXPECT_EQ(number("SELECT COUNT(*) FROM STOP_TRIPTYPE WHERE UPDATE_TIME = 1"), stopTrips);
     EXPECT_EQ(number("SELECT CHECKSTOPOVERLAP FROM District"), 0);
     EXPECT_EQ(number("SELECT COUNT(*) FROM SYSTEM"), 1);
@@ -190,7 +197,7 @@ TEST_F(Upgrade, GivesAMissingColumnToADistrictOfThisVersion) {
     upgraded(folders_);
     change(folders_, DatabaseFile::Trip, {"ALTER TABLE VEHTYPE DROP COLUMN LOWOVERFILL"});
     EXPECT_EQ(found(folders_, DatabaseFile::Trip).age, Age::Older);
-    EXPECT_EQ(upgraded(folders_)[1], "trip.mdb: version 1; added VEHTYPE.LOWOVERFILL.");
+    EXPECT_EQ(upgraded(folders_)[1], "trip.mdb: " + toVersion() + "; added VEHTYPE.LOWOVERFILL.");
     EXPECT_EQ(backups(folders_).size(), 2U);
 }
 
@@ -201,7 +208,8 @@ TEST_F(Upgrade, RefusesWhatIsNoOlderDistrictAndChangesNothing) {
                  fs::copy_options::overwrite_existing);
     };
     const std::vector<std::pair<std::string, std::function<void(const Folders&)>>> cases = {
-        {"newer than the program, which works with version 1: trip.mdb (version 2)",
+        {"newer than the program, which works with " + toVersion() + ": trip.mdb (" + toVersion(1) +
+             ")",
          [&](const Folders& one) { mark(one, DatabaseFile::Trip, newer); }},
         {"no files of a district under such a name: ",
          [&](const Folders& one) { replace(one, DatabaseFile::Trip); }},
