@@ -4,12 +4,12 @@
 #include <QShortcut>
 
 #include "data/lists/listreader.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/jet/error.h"
-#include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 
 #include "ui_RunLogInquiry.h"
@@ -92,14 +92,10 @@ void RunLogInquiry::Form_Load() {
     trap("Bld_DropDown", &RunLogInquiry::Bld_DropDown);
     ui_->LogList->setTable(RunLogReader::emptyTable());
     forgetSearch();
-    connection_ = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
     ui_->RunID->setFocus();
 }
 
-void RunLogInquiry::Form_Unload() {
-    forgetSearch();
-    connection_.reset();
-}
+void RunLogInquiry::Form_Unload() { forgetSearch(); }
 
 void RunLogInquiry::Bld_DropDown() {
     ui_->cmbActivityCode->setTable(
@@ -112,7 +108,8 @@ void RunLogInquiry::ask(const std::string& run) {
     ui_->ActivityDescription->clear();
     ui_->BegDate->clear();
     ui_->EndDate->clear();
-    ui_->RunID->setText(toQt(base::trim(run)));
+    askedRun_ = base::trim(run);
+    ui_->RunID->setText(toQt(askedRun_));
     trap("Search_Click", &RunLogInquiry::Search_Click);
 }
 
@@ -129,9 +126,11 @@ void RunLogInquiry::Search_Click() {
     }
 }
 
+/// The id of the run that the log was opened for is no pattern that a planner typed.
 RunLogFilters RunLogInquiry::filters() const {
-    return {fromQt(ui_->RunID->text()), ui_->cmbActivityCode->text(), fromQt(ui_->BegDate->text()),
-            fromQt(ui_->EndDate->text())};
+    const auto run = fromQt(ui_->RunID->text());
+    return {run == askedRun_ ? ado::escaped(run) : run, ui_->cmbActivityCode->text(),
+            fromQt(ui_->BegDate->text()), fromQt(ui_->EndDate->text())};
 }
 
 /// Tells the planner of the first filter that cannot be searched for and goes there.
@@ -153,7 +152,7 @@ bool RunLogInquiry::refuse(const RunLogFilters& asked) {
 
 void RunLogInquiry::search(const RunLogFilters& asked) {
     forgetSearch();
-    reader_ = std::make_unique<RunLogReader>(*connection_, asked);
+    reader_ = std::make_unique<RunLogReader>(*startup::gcnRouting, asked);
     auto table = RunLogReader::emptyTable();
     reader_->read(BlockEntries, table);
     ui_->LogList->setEmptyText(NothingFound);

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "platform/ado/connection.h"
 #include "platform/forms/timer.h"
 #include "runsearch/log/runlogreader.h"
 #include "startup/forms/trappedform.h"
@@ -56,8 +55,7 @@ private:
     void showCount();
 
     std::unique_ptr<Ui::RunLogInquiry> ui_;
-    /// Its own: what is left to read there bothers no one who writes.
-    std::unique_ptr<ado::Connection> connection_;
+    std::string askedRun_;                  ///< the run that the log was opened for
     std::unique_ptr<RunLogReader> reader_;  ///< null while nothing has been searched for
     table::TextTable read_;                 ///< entries that are not listed yet
     forms::Timer readTimer_;

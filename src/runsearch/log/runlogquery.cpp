@@ -19,13 +19,32 @@ bool isWholeNumber(std::string_view text) {
     return error == std::errc{} && end == text.data() + text.size();
 }
 
-ado::Conditions conditionsOf(const RunLogFilters& filters) {
+/// A run id with something behind it is no column, which keeps its index out.
+ado::Conditions conditionsOf(const RunLogFilters& filters, RunLogWay way = RunLogWay::ByRun) {
     ado::Conditions where;
-    where.addFilled(" RunLOG.RunID LIKE '{}%'", filters.runId);
+    if (way == RunLogWay::ByRun) {
+        where.addFilled(" RunLOG.RunID LIKE '{}%'", filters.runId);
+    } else {
+        where.addFilled(" (RunLOG.RunID & '') LIKE '{}%'", filters.runId);
+    }
     where.addFilled(" RunLOG.ACTIVITYCODE = {}", filters.activityCode);
     where.addFilled(" DateValue(CStr([LOGDATE]))>=#{}#", filters.begDate);
     where.addFilled(" DateValue(CStr([LOGDATE]))<=#{}#", filters.endDate);
     return where;
+}
+
+void goOn(ado::Conditions& where, const RunLogPlace& place) {
+    switch (place.stretch) {
+        case RunLogPlace::Stretch::WholeLog:
+            return;
+        case RunLogPlace::Stretch::SameTime:
+            return where.add(fmt::format(" RUNLOG.LOGDATE = #{}# AND RUNLOG.ID < {}",
+                                         place.time.iso(), place.key));
+        case RunLogPlace::Stretch::Earlier:
+            return where.add(fmt::format(" RUNLOG.LOGDATE < #{}#", place.time.iso()));
+        case RunLogPlace::Stretch::WithoutTime:
+            return where.add(fmt::format(" RUNLOG.LOGDATE Is Null AND RUNLOG.ID < {}", place.key));
+    }
 }
 
 }  // namespace
@@ -57,8 +76,17 @@ std::string runLogQuery(const RunLogFilters& filters) {
                        where.keyword(), where.text());
 }
 
+std::string runLogPageQuery(const RunLogFilters& filters, RunLogWay way, const RunLogPlace& place,
+                            std::size_t most) {
+    auto where = conditionsOf(filters, way);
+    goOn(where, place);
+    return fmt::format(
+        "Select TOP {} RUNLOG.* FROM RUNLOG{}{} ORDER BY RUNLOG.LOGDATE DESC, RUNLOG.ID DESC", most,
+        where.keyword(), where.text());
+}
+
 std::string runLogCountQuery(const RunLogFilters& filters, const std::optional<KeyRange>& keys) {
-    auto where = conditionsOf(filters);
+    auto where = conditionsOf(filters, keys ? RunLogWay::ByTime : RunLogWay::ByRun);
     if (keys) {
         where.add(fmt::format(" RunLOG.ID >= {} AND RunLOG.ID < {}", keys->from, keys->end));
     }

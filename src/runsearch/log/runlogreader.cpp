@@ -1,9 +1,14 @@
 #include "runsearch/log/runlogreader.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <utility>
 
-#include "platform/ado/recordset.h"
+#include <fmt/format.h>
+
+#include "data/lists/listreader.h"
+#include "platform/base/error.h"
 #include "platform/base/text.h"
 
 namespace runsearch {
@@ -22,27 +27,118 @@ constexpr data::ListColumn Columns[]{
 
 /// How many keys are looked at in one part of a count.
 constexpr std::int64_t CountedAtOnce = 100'000;
+/// How many of the newest entries are looked through for what a filter may find among all.
+constexpr std::int64_t Sample = 20'000;
+
+/// Sorting the entries of a run for each screen costs as much as finding a screen among all times
+/// where the run has that many entries.
+std::int64_t worthSorting(std::int64_t entries) {
+    constexpr double Measured = 45;
+    return static_cast<std::int64_t>(Measured * std::sqrt(static_cast<double>(entries)));
+}
 
 }  // namespace
 
 RunLogReader::RunLogReader(ado::Connection& routing, RunLogFilters filters)
-    : routing_(routing),
-      filters_(std::move(filters)),
-      entries_(Columns, runLogQuery(filters_), routing) {}
+    : routing_(routing), filters_(std::move(filters)) {}
 
 table::TextTable RunLogReader::emptyTable() { return data::emptyTable(Columns); }
 
+KeyRange RunLogReader::allKeys() {
+    return {number("Select Min(RUNLOG.ID) AS FIRSTID FROM RUNLOG", "FIRSTID"),
+            number("Select Max(RUNLOG.ID) AS LASTID FROM RUNLOG", "LASTID") + 1};
+}
+
+// The index of the times is the better one where many entries are of such runs, and where the
+// newest ones are as well: what is looked through in vain costs more than sorting.
+RunLogWay RunLogReader::bestWay() {
+    if (base::trim(filters_.runId).empty()) {
+        return RunLogWay::ByTime;
+    }
+    RunLogFilters anyActivity = filters_;
+    anyActivity.activityCode.clear();
+    const std::int64_t found = number(runLogCountQuery(anyActivity), "TOTAL");
+    isShort_ = found <= CountedAtOnce;
+    if (base::trim(filters_.activityCode).empty()) {
+        counted_ = found;
+        isCounted_ = true;
+    }
+    const KeyRange keys = found == 0 ? KeyRange{} : allKeys();
+    const std::int64_t entries = keys.end - keys.from;
+    if (found <= worthSorting(entries) || (!isCounted_ && found * 2 < entries)) {
+        return RunLogWay::ByRun;
+    }
+    const KeyRange newest{std::max(keys.from, keys.end - Sample), keys.end};
+    const std::int64_t among = number(runLogCountQuery(anyActivity, newest), "TOTAL");
+    return among * entries >= found * (newest.end - newest.from) / 4 ? RunLogWay::ByTime
+                                                                     : RunLogWay::ByRun;
+}
+
 void RunLogReader::read(std::size_t entries, table::TextTable& into) {
+    if (!way_) {
+        way_ = bestWay();
+    }
     const std::size_t before = into.rowCount();
-    entries_.read(into, entries);
+    while (!atEnd_ && into.rowCount() < before + entries) {
+        readStretch(entries, before + entries - into.rowCount(), into);
+    }
     read_ += static_cast<std::int64_t>(into.rowCount() - before);
+}
+
+/// Asks for `entries`, always as many, so that one translation serves; takes `most` of them.
+void RunLogReader::readStretch(std::size_t entries, std::size_t most, table::TextTable& into) {
+    ado::Recordset rows;
+    rows.Open(runLogPageQuery(filters_, *way_, place_, entries), routing_);
+    const data::ListFields fields(Columns, rows);
+    const ado::Field& time = rows.Fields("LOGDATE");
+    const ado::Field& key = rows.Fields("ID");
+    std::size_t taken = 0;
+    for (; taken < most && !rows.Eof(); rows.MoveNext()) {
+        fields.addRow(into);
+        if (++taken == most) {
+            return remember(time, key);
+        }
+    }
+    leaveStretch();
+}
+
+// A text that is no time sorts where no question finds it again.
+void RunLogReader::remember(const ado::Field& time, const ado::Field& key) {
+    place_.key = key.asInteger();
+    if (time.isNull()) {
+        place_.stretch = RunLogPlace::Stretch::WithoutTime;
+        return;
+    }
+    const auto read = base::Date::fromIso(time.textView());
+    if (!read) {
+        throw base::RunTimeError(
+            base::errors::TypeMismatch,
+            fmt::format(
+                "The log's entry number {} has the time \"{}\", which is none. What is older "
+                "cannot be listed; \"vireo-district check\" names all such entries.",
+                place_.key, time.textView()));
+    }
+    place_.stretch = RunLogPlace::Stretch::SameTime;
+    place_.time = *read;
+}
+
+void RunLogReader::leaveStretch() {
+    using Stretch = RunLogPlace::Stretch;
+    if (place_.stretch == Stretch::SameTime) {
+        place_.stretch = Stretch::Earlier;
+    } else if (place_.stretch == Stretch::Earlier) {
+        place_.stretch = Stretch::WithoutTime;
+        place_.key = std::numeric_limits<std::int64_t>::max();
+    } else {
+        atEnd_ = true;
+    }
 }
 
 std::optional<std::int64_t> RunLogReader::total() const {
     if (atEnd()) {
         return read_;
     }
-    return isCounted_ ? std::optional(counted_) : std::nullopt;
+    return isCounted_ ? std::optional(std::max(counted_, read_)) : std::nullopt;
 }
 
 // An index tells how many entries a run or a range of days has. The activity stands in the rows
@@ -51,14 +147,13 @@ void RunLogReader::countOn() {
     if (total()) {
         return;
     }
-    if (base::trim(filters_.activityCode).empty()) {
+    if (isShort_ || base::trim(filters_.activityCode).empty()) {
         counted_ = number(runLogCountQuery(filters_), "TOTAL");
         isCounted_ = true;
         return;
     }
     if (!toCount_) {
-        toCount_ = {number("Select Min(RUNLOG.ID) AS FIRSTID FROM RUNLOG", "FIRSTID"),
-                    number("Select Max(RUNLOG.ID) AS LASTID FROM RUNLOG", "LASTID") + 1};
+        toCount_ = allKeys();
     }
     const auto end = std::min(toCount_->from + CountedAtOnce, toCount_->end);
     counted_ += number(runLogCountQuery(filters_, KeyRange{toCount_->from, end}), "TOTAL");

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include "platform/jet/error.h"
 #include "runsearch/log/runlogreader.h"
 #include "startup/base/session.h"
@@ -75,6 +77,38 @@ TEST_F(RunLog, FiltersMeetAndWholeDaysCount) {
     EXPECT_THROW(found({.runId = "it's"}), jet::SqlError);
 }
 
+// Entries of one second, of many and without a time; a run that most entries are of and a rare one,
+// which are found through different indexes.
+TEST_F(RunLog, IsReadInPartsOfAnySizeWithoutAGapOrARepetition) {
+    startup::gcnRouting->Execute("DELETE FROM RUNLOG");
+    const ado::CommitOnExit together(*startup::gcnRouting);
+    for (int id = 1; id <= 4000; ++id) {
+        const std::string time =
+            id <= 40 ? "Null" : fmt::format("#1/1/2026 {}:00 AM#", 1 + id / 400);
+        startup::gcnRouting->Execute(
+            fmt::format("INSERT INTO RUNLOG (RUNID, LOGDATE, ACTIVITYCODE) VALUES ('{}', {}, {})",
+                        id % 50 == 0 ? "R2" : "R10", time, id % 3));
+    }
+    for (const auto& [filters, entries] :
+         {std::pair{RunLogFilters{}, 4000},
+          {RunLogFilters{.runId = "R"}, 4000},
+          {RunLogFilters{.runId = "R1"}, 3920},
+          {RunLogFilters{.runId = "R2"}, 80},
+          {RunLogFilters{.runId = "R1", .activityCode = "1"}, 1307}}) {
+        for (const std::size_t part : {7U, 500U}) {
+            RunLogReader reader(*startup::gcnRouting, filters);
+            auto table = RunLogReader::emptyTable();
+            while (!reader.atEnd()) {
+                reader.read(part, table);
+            }
+            ASSERT_EQ(table.rowCount(), static_cast<std::size_t>(entries)) << filters.runId;
+            for (std::size_t row = 1; row < table.rowCount(); ++row) {
+                ASSERT_GT(std::stoi(table.text(row - 1, "ID")), std::stoi(table.text(row, "ID")));
+            }
+        }
+    }
+}
+
 TEST_F(RunLog, IsReadInPartsWhichTheCountDoesNotDisturb) {
     RunLogReader reader(*startup::gcnRouting, {.activityCode = "1"});
     auto table = RunLogReader::emptyTable();
@@ -85,6 +119,7 @@ TEST_F(RunLog, IsReadInPartsWhichTheCountDoesNotDisturb) {
     EXPECT_FALSE(reader.total()) << "the second hundred thousand keys are still to be looked at";
     reader.countOn();
     EXPECT_EQ(reader.total(), 4);
+    reader.read(2, table);
     reader.read(2, table);
     EXPECT_TRUE(reader.atEnd());
     EXPECT_EQ(table.rowCount(), 4U);
