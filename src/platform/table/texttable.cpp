@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/fold.h"
 #include "platform/base/text.h"
 
 namespace table {
@@ -21,12 +22,17 @@ constexpr std::uint64_t LengthBits = 32;
 std::uint64_t bitsOf(std::int64_t number) { return std::bit_cast<std::uint64_t>(number); }
 std::int64_t integerOf(std::uint64_t bits) { return std::bit_cast<std::int64_t>(bits); }
 
+bool isPlain(char c) { return static_cast<unsigned char>(c) < 0x80U; }
+
 int compareNoCase(std::string_view a, std::string_view b) {
     const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
         return base::lowered(x) == base::lowered(y);
     });
     if (end.first == a.end() || end.second == b.end()) {
         return static_cast<int>(end.first != a.end()) - static_cast<int>(end.second != b.end());
+    }
+    if (!isPlain(*end.first) || !isPlain(*end.second)) {
+        return base::compareFolded(a, b);
     }
     return static_cast<unsigned char>(base::lowered(*end.first)) <
                    static_cast<unsigned char>(base::lowered(*end.second))
@@ -59,12 +65,21 @@ struct TextTable::SortKey {
     std::string_view words;
 
     static SortKey of(std::string_view text) {
-        SortKey key{Words, 0, 0, text};
-        for (std::size_t i = 0; i < sizeof key.start; ++i) {
-            const char c = i < text.size() ? base::lowered(text[i]) : '\0';
-            key.start = (key.start << 8U) | static_cast<unsigned char>(c);
+        const auto first = text.substr(0, sizeof(std::uint64_t));
+        SortKey key{Words, 0, startOf(first), text};
+        if (!base::isAscii(first)) {
+            key.start = startOf(base::folded(text.substr(0, 2 * sizeof key.start)));
         }
         return key;
+    }
+
+    static std::uint64_t startOf(std::string_view text) {
+        std::uint64_t start = 0;
+        for (std::size_t i = 0; i < sizeof start; ++i) {
+            const char c = i < text.size() ? base::lowered(text[i]) : '\0';
+            start = (start << 8U) | static_cast<unsigned char>(c);
+        }
+        return start;
     }
 
     bool operator<(const SortKey& other) const {

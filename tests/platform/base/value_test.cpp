@@ -5,6 +5,7 @@
 
 #include "platform/base/boundedarray.h"
 #include "platform/base/error.h"
+#include "platform/base/fold.h"
 #include "platform/base/text.h"
 #include "support/errors.h"
 
@@ -59,6 +60,14 @@ TEST(Text, ABlankCodeIsOneBlank) {
          {std::pair{"R1  ", "R1"}, {" R1", " R1"}, {"   ", " "}, {"", " "}}) {
         EXPECT_EQ(codeOf(text), code) << '<' << text << '>';
     }
+}
+
+TEST(Text, LetterCaseIsThatOfEveryAlphabet) {
+    EXPECT_EQ(folded("ÉCOLE Łódź ΣΑΣ 😀 \xff"), "école łódź σασ 😀 \xff");
+    EXPECT_EQ(upperCase("école ß") + lowerCase("ŁÓDŹ"), "ÉCOLE ßłódź");
+    EXPECT_LT(compareFolded("éA", "Éb"), 0);
+    EXPECT_EQ(compareFolded("ДА", "да"), 0);
+    EXPECT_GT(compareFolded("Éa", "é"), 0);
 }
 
 TEST(Text, CharactersAreNeverCutApart) {

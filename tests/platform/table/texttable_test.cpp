@@ -66,8 +66,9 @@ TEST(TextTable, SortsTextsWithoutCaseAndKeepsEqualRowsInOrderBothWays) {
     EXPECT_EQ(shown(table, table.sortedBy(1, false)), "2|3|1|4|");
     EXPECT_EQ(shown(table, table.sortedBy(1, true)), "1|4|2|3|");
 
-    EXPECT_EQ(sorted(oneColumn(CellKind::Text, {"Zoo", Value(), "apple", "app", "Émile"})),
-              " |app|apple|Zoo|Émile|");
+    EXPECT_EQ(sorted(oneColumn(CellKind::Text, {"Zoo", Value(), "Émile2", "app", "émile1",
+                                                "Straße É9", "straße é8", "ŁÓDŹ", "łódz"})),
+              " |app|straße é8|Straße É9|Zoo|émile1|Émile2|łódz|ŁÓDŹ|");
 }
 
 TEST(TextTable, KeepsEveryKindOfValueAndShowsNullAsTheColumnAsks) {
