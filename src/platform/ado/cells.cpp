@@ -2,6 +2,7 @@
 
 #include "platform/base/error.h"
 #include "platform/base/text.h"
+#include "platform/jet/functions.h"
 
 namespace ado {
 
@@ -105,7 +106,7 @@ base::Value storedValue(ColumnKind kind, const base::Value& value) {
         case ColumnKind::YesNo:
             return value.asBoolean() ? 1 : 0;
         case ColumnKind::Date:
-            return value.asDate().iso();
+            return jet::withinCalendar(value.asDate()).iso();
     }
     return {};
 }

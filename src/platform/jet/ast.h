@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -88,12 +89,17 @@ struct Expr {
     Expr& operator=(Expr&&) noexcept;
 };
 
-/// A table as FROM names it.
+/// SELECTs one below the other; they give columns of the same kinds.
+using Parts = std::vector<std::unique_ptr<Select>>;
+
+/// A table as FROM names it, or SELECTs that stand for one.
 struct Source {
     std::string_view name;
     std::string_view alias;  ///< empty where the statement gives none
     std::uint32_t offset = 0;
     const store::Table* table = nullptr;
+    std::shared_ptr<Parts> parts = {};        ///< null for a table
+    std::shared_ptr<store::Table> made = {};  ///< what the parts give, once it is bound
 
     [[nodiscard]] std::string_view called() const { return alias.empty() ? name : alias; }
     /// The alias, otherwise the name as the table's owner writes it; once it is bound.
@@ -136,6 +142,7 @@ struct Output {
 };
 
 struct Select {
+    bool isUnion = false;  ///< everything from the parts of its only source
     bool distinct = false;
     std::optional<std::uint32_t> top;
     std::vector<OutputItem> items;
@@ -161,11 +168,12 @@ struct Assignment {
     const store::Column* column = nullptr;
 };
 
-/// One statement. A change keeps its target as the only source of `select`, whose WHERE it uses;
-/// INSERT … SELECT has its target in `target`.
+/// One statement. A change keeps its target among the sources of `select`, whose FROM and WHERE it
+/// uses; INSERT … SELECT has its target in `target`.
 struct Statement {
     StatementKind kind = StatementKind::Select;
     std::unique_ptr<Select> select;
+    std::size_t changed = 0;  ///< index of the source that an UPDATE or DELETE changes
     Source target;
     std::vector<Assignment> assignments;  ///< of an UPDATE, and the columns of an INSERT
     std::string_view deleted;             ///< the table named between DELETE and FROM

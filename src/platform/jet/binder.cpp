@@ -1,6 +1,7 @@
 #include "platform/jet/binder.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -35,22 +36,78 @@ void Binder::bind(Statement& statement) {
 
 void Binder::bindChange(Statement& statement) {
     Select& select = *statement.select;
-    Source& target = select.sources.front();
-    findTable(target);
-    if (!statement.deleted.empty() && !isCalled(target, statement.deleted)) {
-        fail(errors::NoSuchTable, fmt::format("{} is not the table behind FROM", statement.deleted),
-             sql_, statement.deletedOffset);
+    for (Source& source : select.sources) {
+        findTable(source);
     }
+    refuseTwins(select);
+    findChanged(statement);
     Scope scope{select, nullptr};
+    bindJoin(select.from.get(), scope);
     for (Assignment& assignment : statement.assignments) {
-        findTarget(assignment, target);
         bind(*assignment.value, scope);
         refuseAggregate(assignment.value.get(), "SET");
     }
+    refuseSetTwice(statement);
     if (select.where) {
         bind(*select.where, scope);
         refuseAggregate(select.where.get(), "WHERE");
     }
+}
+
+/// The one table whose rows are changed.
+void Binder::findChanged(Statement& statement) const {
+    const Select& select = *statement.select;
+    const bool isJoin = select.sources.size() > 1;
+    if (statement.kind == StatementKind::Delete) {
+        const auto& name = statement.deleted;
+        const auto at = std::ranges::find_if(
+            select.sources, [&](const Source& one) { return name.empty() || isCalled(one, name); });
+        if (at == select.sources.end() || (isJoin && name.empty())) {
+            fail(errors::NoSuchTable,
+                 name.empty() ? std::string("Say whose rows are deleted: DELETE TABLE.* FROM")
+                              : fmt::format("{} is not the table behind FROM", name),
+                 sql_, name.empty() ? select.sources.front().offset : statement.deletedOffset);
+        }
+        statement.changed = static_cast<std::size_t>(at - select.sources.begin());
+    } else if (!isJoin) {
+        for (Assignment& assignment : statement.assignments) {
+            findTarget(assignment, select.sources.front());
+        }
+    } else {
+        std::size_t changed = select.sources.size();
+        for (Assignment& assignment : statement.assignments) {
+            findTarget(assignment, select, changed);
+        }
+        statement.changed = changed;
+    }
+    const Source& target = select.sources[statement.changed];
+    if (isJoin || target.parts) {
+        if (target.table->rowKey.empty()) {
+            failSyntax(fmt::format("The rows of {} cannot be changed", target.called()), sql_,
+                       target.offset);
+        }
+    }
+}
+
+/// Among the joined tables; the first assignment says which one is changed.
+void Binder::findTarget(Assignment& assignment, const Select& select, std::size_t& changed) const {
+    Expr named;
+    named.qualifier = assignment.qualifier;
+    named.name = assignment.name;
+    named.offset = assignment.offset;
+    if (!findInScope(named, select)) {
+        fail(errors::NoSuchColumn,
+             fmt::format("None of the tables used has a column {}", assignment.name), sql_,
+             assignment.offset);
+    }
+    const auto at = static_cast<std::size_t>(named.source);
+    if (changed != select.sources.size() && changed != at) {
+        failSyntax(fmt::format("Rows of {} alone are changed here, not of {}",
+                               select.sources[changed].called(), select.sources[at].called()),
+                   sql_, assignment.offset);
+    }
+    changed = at;
+    assignment.column = named.column;
 }
 
 void Binder::findTarget(Assignment& assignment, const Source& source) const {
@@ -67,6 +124,16 @@ void Binder::findTarget(Assignment& assignment, const Source& source) const {
     }
 }
 
+void Binder::refuseSetTwice(const Statement& statement) const {
+    std::set<const store::Column*> set;
+    for (const Assignment& assignment : statement.assignments) {
+        if (!set.insert(assignment.column).second) {
+            failSyntax(fmt::format("{} is set twice", assignment.column->name), sql_,
+                       assignment.offset);
+        }
+    }
+}
+
 void Binder::bindInsert(Statement& statement) {
     findTable(statement.target);
     if (statement.assignments.empty()) {
@@ -79,6 +146,7 @@ void Binder::bindInsert(Statement& statement) {
             findTarget(assignment, statement.target);
         }
     }
+    refuseSetTwice(statement);
     bindSelect(*statement.select, nullptr);
     const std::size_t values = statement.select->outputs.size();
     if (values != statement.assignments.size()) {
@@ -88,12 +156,66 @@ void Binder::bindInsert(Statement& statement) {
     }
 }
 
-void Binder::findTable(Source& source) const {
+void Binder::findTable(Source& source) {
+    if (source.parts) {
+        return makeTable(source);
+    }
     source.table = catalog_.find(source.name);
     if (source.table == nullptr) {
         fail(errors::NoSuchTable, fmt::format("There is no table {}", source.name), sql_,
              source.offset);
     }
+}
+
+/// The table that SELECTs in FROM stand for: the names of the first, and kinds that fit all.
+void Binder::makeTable(Source& source) {
+    source.made = std::make_shared<store::Table>();
+    for (const auto& part : *source.parts) {
+        bindSelect(*part, nullptr);
+        mergeColumns(*source.made, *part);
+    }
+    source.table = source.made.get();
+}
+
+void Binder::mergeColumns(store::Table& made, const Select& part) const {
+    const bool isFirst = made.columns.empty();
+    if (!isFirst && made.columns.size() != part.outputs.size()) {
+        failSyntax(fmt::format("There are {} columns here and {} in the SELECT before",
+                               part.outputs.size(), made.columns.size()),
+                   sql_, part.offset);
+    }
+    for (std::size_t i = 0; i < part.outputs.size(); ++i) {
+        const Output& output = part.outputs[i];
+        const store::ColumnKind kind = ofColumn(outputKind(output));
+        if (!isFirst) {
+            joinKinds(made.columns[i].kind, kind, part, output);
+            continue;
+        }
+        std::string name = nameOf(output, i);
+        if (made.find(name) != nullptr) {
+            failSyntax(fmt::format("Two columns of the SELECT are called {}: name one AS something "
+                                   "else",
+                                   name),
+                       sql_, part.offset);
+        }
+        made.columns.push_back({std::move(name), kind});
+    }
+}
+
+/// One kind for both; Null goes with any.
+void Binder::joinKinds(store::ColumnKind& kind, store::ColumnKind other, const Select& part,
+                       const Output& output) const {
+    const bool isNull = output.expr != nullptr && output.expr->kind == ExprKind::Null;
+    if (isNull || kind == other) {
+        return;
+    }
+    if (categoryOf(kind) != categoryOf(other)) {
+        fail(errors::TypeMismatch,
+             fmt::format("I cannot put {} into a column with {}", described(categoryOf(other)),
+                         described(categoryOf(kind))),
+             sql_, output.expr != nullptr ? output.expr->offset : part.offset);
+    }
+    kind = categoryOf(kind) == Category::Number ? store::ColumnKind::Number : kind;
 }
 
 void Binder::refuseTwins(const Select& select) const {

@@ -24,7 +24,13 @@ private:
     void bindChange(Statement& statement);
     void bindInsert(Statement& statement);
     void bindSelect(Select& select, Scope* outer);
-    void findTable(Source& source) const;
+    void findTable(Source& source);
+    void makeTable(Source& source);
+    void mergeColumns(store::Table& made, const Select& part) const;
+    void joinKinds(store::ColumnKind& kind, store::ColumnKind other, const Select& part,
+                   const Output& output) const;
+    void findChanged(Statement& statement) const;
+    void findTarget(Assignment& assignment, const Select& select, std::size_t& changed) const;
     void refuseTwins(const Select& select) const;
     void bindJoin(Join* join, Scope& scope);
     void bindOutputs(Scope& scope);
@@ -40,6 +46,7 @@ private:
     void bindColumn(Expr& expr, Scope& scope) const;
     bool findInScope(Expr& expr, const Select& select) const;
     void bindCall(Expr& expr, Scope& scope) const;
+    void refuseSetTwice(const Statement& statement) const;
     void findTarget(Assignment& assignment, const Source& source) const;
     [[noreturn]] void unknownColumn(const Expr& expr, const Scope& scope) const;
 

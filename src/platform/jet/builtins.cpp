@@ -14,7 +14,10 @@ constexpr auto C = Takes::Condition;
 constexpr auto O = Takes::Ordered;
 
 constexpr Builtin Functions[] = {
-    {"IIF", 3, {C, A, A}, Gives::Second, Op::Same},
+    {"IIF", 3, {C, A, A}, Gives::Branch, Op::Same},
+    {"SWITCH", Builtin::AnyPairs, {C, A}, Gives::Branch, Op::Same},
+    {"NZ", 1, {A}, Gives::Branch, Op::Coalesce},
+    {"NZ", 2, {A, A}, Gives::Branch, Op::Coalesce},
     {"ISNULL", 1, {A}, Gives::YesNo, Op::IsNull},
     {"TRIM", 1, {T}, Gives::Text, Op::Trim},
     {"LTRIM", 1, {T}, Gives::Text, Op::TrimLeft},
@@ -27,11 +30,15 @@ constexpr Builtin Functions[] = {
     {"MID", 3, {T, N, N}, Gives::Text, Op::Mid},
     {"LEN", 1, {T}, Gives::Integer, Op::Length},
     {"INSTR", 2, {T, T}, Gives::Integer, Op::Find},
+    {"INSTR", 3, {N, T, T}, Gives::Integer, Op::FindFrom},
+    {"REPLACE", 3, {T, T, T}, Gives::Text, Op::Replace},
+    {"FORMAT", 1, {T}, Gives::Text, Op::Same},
+    {"FORMAT", 2, {A, T}, Gives::Text, Op::FormatText},
     {"VAL", 1, {T}, Gives::Number, Op::LeadingNumber},
     {"CSTR", 1, {T}, Gives::Text, Op::Same},
-    {"STR", 1, {T}, Gives::Text, Op::Same},
-    {"CLNG", 1, {N}, Gives::Integer, Op::ToWhole},
-    {"CINT", 1, {N}, Gives::Integer, Op::ToWhole},
+    {"STR", 1, {N}, Gives::Text, Op::SignedText},
+    {"CLNG", 1, {N}, Gives::Integer, Op::ToLong},
+    {"CINT", 1, {N}, Gives::Integer, Op::ToShort},
     {"CDBL", 1, {N}, Gives::Number, Op::Same},
     {"CSNG", 1, {N}, Gives::Number, Op::ToSingle},
     {"CBOOL", 1, {N}, Gives::YesNo, Op::YesNo},
@@ -50,6 +57,7 @@ constexpr Builtin Functions[] = {
     {"WEEKDAY", 1, {D}, Gives::Integer, Op::Weekday},
     {"DATEADD", 3, {T, N, D}, Gives::Date, Op::DateAdd},
     {"DATEDIFF", 3, {T, D, D}, Gives::Integer, Op::DateDiff},
+    {"DATEPART", 2, {T, D}, Gives::Integer, Op::DateInterval},
     {"ABS", 1, {N}, Gives::First, Op::Abs},
     {"INT", 1, {N}, Gives::Number, Op::Floor},
     {"FIX", 1, {N}, Gives::Number, Op::Truncate},
@@ -76,7 +84,10 @@ const Builtin* findBuiltin(std::string_view name, std::size_t arguments, bool& k
     for (const Builtin& function : Functions) {
         if (base::equalsNoCase(function.name, name)) {
             known = true;
-            if (static_cast<std::size_t>(function.arguments) == arguments) {
+            const bool inPairs = arguments > 0 && arguments % 2 == 0;
+            if (function.arguments == Builtin::AnyPairs
+                    ? inPairs
+                    : static_cast<std::size_t>(function.arguments) == arguments) {
                 return &function;
             }
         }

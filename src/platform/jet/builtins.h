@@ -24,11 +24,13 @@ enum class Gives : std::uint8_t {
     Date,
     YesNo,
     First,   ///< the kind of its first argument
-    Second,  ///< the kind of its second argument (IIF)
+    Branch,  ///< the kind of the first branch that is not Null (IIF, Switch, Nz)
 };
 
 /// A function of the dialect with one number of arguments.
 struct Builtin {
+    static constexpr int AnyPairs = -1;  ///< any even number of arguments
+
     std::string_view name;  ///< upper case, without $
     int arguments;
     Takes takes[3];

@@ -28,19 +28,28 @@ enum class Op : std::uint8_t {
     Mid,
     MidToEnd,
     Find,
+    FindFrom,
+    Replace,
+    FormatText,
+    FormatNumber,
+    FormatDate,
     EmptyForNull,
     // conversions
     NumberText,
+    SignedText,  ///< a blank in the place of a minus
     DateText,
     YesNoText,
     CodeText,
     LeadingNumber,
     ToNumber,
     ToWhole,
+    ToLong,
+    ToShort,
     ToSingle,
     ToDate,
     ToDays,
     YesNo,
+    Coalesce,
     // numbers
     Abs,
     Floor,
@@ -63,6 +72,7 @@ enum class Op : std::uint8_t {
     Weekday,
     DateAdd,
     DateDiff,
+    DateInterval,
     // aggregates
     CountRows,
     Count,
@@ -80,7 +90,8 @@ enum class Op : std::uint8_t {
 
 /// A store's way to write an operation; {0}, {1}, {2} stand for its arguments.
 struct Dialect {
-    char parameterMark;           ///< in front of a parameter's number
+    char parameterMark;           ///< of a parameter
+    bool parametersAreNumbered;   ///< its number stands behind it
     std::string_view resultMark;  ///< in front of a result column that is a bare column
     std::string_view templates[static_cast<int>(Op::End)];
 

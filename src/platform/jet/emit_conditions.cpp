@@ -122,7 +122,11 @@ void Emitter::refuseMismatch(const Expr& left, const Expr& right) const {
 }
 
 void Emitter::compare(const Expr& expr) {
-    const bool exchange = !isColumn(*expr.children[0]) && isColumn(*expr.children[1]);
+    const auto isConstant = [](const Expr& side) {
+        return side.kind == ExprKind::True || side.kind == ExprKind::False;
+    };
+    const bool exchange = isConstant(*expr.children[0]) ||
+                          (!isColumn(*expr.children[0]) && isColumn(*expr.children[1]));
     const Expr& left = *expr.children[exchange ? 1 : 0];
     const Expr& right = *expr.children[exchange ? 0 : 1];
     const Operator op = exchange ? flipped(expr.op) : expr.op;
@@ -170,11 +174,17 @@ void Emitter::compareYesNo(const Expr& left, Operator op, const Expr& right) {
         out_ += comparisonSign(op);
         return numeric(right);
     }
+    if (right.kind == ExprKind::True || right.kind == ExprKind::False) {
+        const bool isYes = (right.kind == ExprKind::True) == (op == Operator::Equal);
+        ranked(left, Sum);
+        out_ += isYes ? " <> 0" : " = 0";
+        return;
+    }
     const auto side = [&](const Expr& expr) {
         if (signedParameter(expr, Binding::YesNo)) {
             return;
         }
-        if (categoryOf(expr) == Category::Number) {
+        if (categoryOf(expr) == Category::Number || isColumn(expr)) {
             expand(Op::YesNo, {&expr, &Emitter::atom});
         } else {
             ranked(expr, Sum);

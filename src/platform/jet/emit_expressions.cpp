@@ -1,8 +1,9 @@
-#include <charconv>
+#include <string>
 
 #include "platform/jet/builtins.h"
 #include "platform/jet/emitter.h"
 #include "platform/jet/kinds.h"
+#include "platform/jet/report.h"
 
 namespace jet {
 
@@ -38,6 +39,13 @@ Op templateOf(Operator op) {
 
 bool isWhole(ColumnKind kind) { return kind == ColumnKind::Integer || kind == ColumnKind::Counter; }
 
+/// Whether there is never a second row.
+bool givesOneRow(const Select& select) {
+    const bool isOneGroup = select.aggregated && select.groupBy.empty();
+    return isOneGroup || select.sources.empty() ||
+           (select.top && *select.top <= 1 && select.orderBy.empty());
+}
+
 /// Yes is -1 in the dialect and 1 in the store, so the least of them is the store's greatest.
 Op exchanged(Op op) { return op == Op::Least ? Op::Greatest : op == Op::Greatest ? Op::Least : op; }
 
@@ -60,10 +68,10 @@ void Emitter::name(std::string_view text) {
 
 void Emitter::parameter(const Expr& literal, Binding binding) {
     parameters_.push_back({literal.literal, binding});
-    char digits[16];
-    const auto end = std::to_chars(digits, digits + sizeof digits, parameters_.size()).ptr;
     out_ += dialect_.parameterMark;
-    out_.append(digits, end);
+    if (dialect_.parametersAreNumbered) {
+        out_ += std::to_string(parameters_.size());
+    }
 }
 
 /// A number with or without a minus as a parameter; false for any other expression.
@@ -268,7 +276,7 @@ void Emitter::numeric(const Expr& expr) {
             return expand(Op::ToDays, {&expr, &Emitter::plain});
         case Category::YesNo:
             out_ += "(-";
-            atom(expr);
+            isColumn(expr) ? expand(Op::YesNo, {&expr, &Emitter::atom}) : atom(expr);
             out_ += ')';
     }
 }
@@ -287,8 +295,8 @@ void Emitter::ordered(const Expr& expr) {
 
 void Emitter::call(const Expr& expr) {
     const Builtin& builtin = *expr.builtin;
-    if (builtin.gives == Gives::Second) {
-        return conditional(expr);
+    if (builtin.gives == Gives::Branch) {
+        return builtin.op == Op::Coalesce ? nz(expr) : conditional(expr);
     }
     const auto formOf = [&](int place) -> Argument {
         if (place >= builtin.arguments) {
@@ -308,27 +316,75 @@ void Emitter::call(const Expr& expr) {
                 return {argument, builtin.op == Op::IsNull ? &Emitter::atom : &Emitter::plain};
         }
     };
+    if (builtin.op == Op::FormatText) {
+        return format(expr);
+    }
     const bool ofYesNo = expr.valueKind == ColumnKind::YesNo;
     expand(ofYesNo ? exchanged(builtin.op) : builtin.op, formOf(0), formOf(1), formOf(2));
 }
 
-/// IIF: both branches are written as the kind of the first.
+/// All branches are written as the kind of the first one that has a kind.
+void Emitter::branch(const Expr& value, const Expr& call) {
+    call.valueKind == ColumnKind::Text ? textual(value) : plain(value);
+}
+
+/// IIF, which has an ELSE, and Switch, which has none.
 void Emitter::conditional(const Expr& expr) {
-    const Form form = expr.valueKind == ColumnKind::Text ? &Emitter::textual : &Emitter::plain;
-    out_ += "CASE WHEN ";
-    condition(*expr.children[0]);
-    out_ += " THEN ";
-    (this->*form)(*expr.children[1]);
-    out_ += " ELSE ";
-    (this->*form)(*expr.children[2]);
+    const bool isSwitch = expr.builtin->arguments == Builtin::AnyPairs;
+    const std::size_t conditions = isSwitch ? expr.children.size() / 2 : 1;
+    out_ += "CASE";
+    for (std::size_t i = 0; i < conditions; ++i) {
+        out_ += " WHEN ";
+        condition(*expr.children[2 * i]);
+        out_ += " THEN ";
+        branch(*expr.children[2 * i + 1], expr);
+    }
+    if (!isSwitch) {
+        out_ += " ELSE ";
+        branch(*expr.children[2], expr);
+    }
     out_ += " END";
+}
+
+/// Without a second argument Null becomes "" or 0.
+void Emitter::nz(const Expr& expr) {
+    const Category category = categoryOf(expr.valueKind);
+    if (expr.children.size() == 1 && category == Category::Date) {
+        failSyntax("Nz of a date needs a second argument", sql_, expr.offset);
+    }
+    out_ += "COALESCE(";
+    branch(*expr.children[0], expr);
+    out_ += ", ";
+    if (expr.children.size() > 1) {
+        branch(*expr.children[1], expr);
+    } else {
+        out_ += category == Category::Text ? "''" : "0";
+    }
+    out_ += ')';
+}
+
+void Emitter::format(const Expr& expr) {
+    const Expr& value = *expr.children[0];
+    const Argument pattern{expr.children[1].get(), &Emitter::textual};
+    switch (categoryOf(value)) {
+        case Category::Number:
+        case Category::YesNo:
+            return expand(Op::FormatNumber, {&value, &Emitter::numeric}, pattern);
+        case Category::Date:
+            return expand(Op::FormatDate, {&value, &Emitter::plain}, pattern);
+        default:
+            return expand(Op::FormatText, {&value, &Emitter::textual}, pattern);
+    }
 }
 
 void Emitter::subSelect(const Expr& expr) {
     const bool exists = expr.kind == ExprKind::Exists;
-    out_ += exists ? "EXISTS (" : "(";
-    emitSelect(*expr.select, exists ? Results::Presence : Results::AsTheyAre);
-    out_ += ')';
+    const bool counts = !exists && !givesOneRow(*expr.select);
+    out_ += exists ? "EXISTS (" : counts ? "(SELECT jet_only(COUNT(*), \"1\") FROM (" : "(";
+    emitSelect(*expr.select, exists   ? Results::Presence
+                             : counts ? Results::Numbered
+                                      : Results::AsTheyAre);
+    out_ += counts ? "))" : ")";
 }
 
 /// A value on its way into a column.

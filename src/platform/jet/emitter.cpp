@@ -1,14 +1,43 @@
 #include "platform/jet/emitter.h"
 
+#include <algorithm>
 #include <string>
 
 #include "platform/jet/kinds.h"
+#include "platform/jet/report.h"
 
 namespace jet {
 
 namespace {
 
 using store::ColumnKind;
+
+bool namesOuter(const Expr& expr, int outwards);
+
+bool namesOuter(const ExprPtr& expr, int outwards) { return expr && namesOuter(*expr, outwards); }
+
+bool namesOuter(const Join* join, int outwards) {
+    return join != nullptr &&
+           (namesOuter(join->on, outwards) || namesOuter(join->left.get(), outwards) ||
+            namesOuter(join->right.get(), outwards));
+}
+
+/// Whether a column of a SELECT that stands more than `outwards` around this one is named in it.
+bool namesOuter(const Select& select, int outwards = 0) {
+    const auto names = [outwards](const ExprPtr& expr) { return namesOuter(expr, outwards); };
+    return std::ranges::any_of(select.items, names, &OutputItem::expr) ||
+           std::ranges::any_of(select.orderBy, names, &OrderItem::expr) ||
+           std::ranges::any_of(select.groupBy, names) || names(select.where) ||
+           names(select.having) || namesOuter(select.from.get(), outwards);
+}
+
+bool namesOuter(const Expr& expr, int outwards) {
+    return (isColumn(expr) && expr.scope > outwards) ||
+           (expr.select && namesOuter(*expr.select, outwards + 1)) ||
+           std::ranges::any_of(expr.children, [outwards](const ExprPtr& child) {
+               return namesOuter(*child, outwards);
+           });
+}
 
 /// A column that a star stands for, as an expression of its own.
 void asExpr(const Output& output, Expr& expr) {
@@ -27,9 +56,12 @@ void Emitter::emit(const Statement& statement) {
         case StatementKind::Insert:
             return emitInsert(statement);
         case StatementKind::Update:
-            return emitUpdate(statement);
         case StatementKind::Delete:
-            return emitDelete(statement);
+            if (statement.select->sources.size() > 1) {
+                return emitJoined(statement);
+            }
+            return statement.kind == StatementKind::Update ? emitUpdate(statement)
+                                                           : emitDelete(statement);
     }
 }
 
@@ -37,6 +69,7 @@ void Emitter::emit(const Statement& statement) {
 void Emitter::emitSelect(const Select& select, Results results, const Targets* targets) {
     scopes_.push_back({select, ColumnNames(select.sources)});
     const JoinOrder order = joinOrder(select.from.get());
+    const bool ranks = results == Results::Rank;
     out_ += "SELECT ";
     // Texts that compare equal are one row, which DISTINCT of the store would not see.
     const bool distinct = select.distinct && !select.grouped();
@@ -51,14 +84,54 @@ void Emitter::emitSelect(const Select& select, Results results, const Targets* t
     }
     emitWhere(select, order);
     emitGrouping(select, distinct);
-    emitOrder(select);
-    if (select.top) {
-        out_ += " LIMIT " + std::to_string(*select.top);
+    if (!ranks) {
+        emitOrder(select);
+        emitLimit(select);
     }
     scopes_.pop_back();
 }
 
+/// Whether no two rows stand at one place of the order.
+bool Emitter::isOrderUnique(const Select& select) {
+    if (select.sources.size() != 1 || select.grouped() || select.distinct) {
+        return false;
+    }
+    const store::Table& table = *select.sources.front().table;
+    return !table.key.empty() && std::ranges::all_of(table.key, [&](const std::string& name) {
+        const store::Column* column = table.find(name);
+        return std::ranges::any_of(select.orderBy, [&](const OrderItem& item) {
+            return item.expr ? isColumn(*item.expr) && item.expr->column == column
+                             : select.outputs[item.position - 1].column == column;
+        });
+    });
+}
+
+/// TOP with an order goes on as long as rows stand at the last one's place.
+void Emitter::emitLimit(const Select& select) {
+    if (!select.top) {
+        return;
+    }
+    out_ += " LIMIT ";
+    if (select.orderBy.empty() || *select.top == 0 || isOrderUnique(select)) {
+        out_ += std::to_string(*select.top);
+        return;
+    }
+    if (scopes_.size() > 1 && namesOuter(select)) {
+        failSyntax("TOP in a SELECT that names columns from outside needs an order without ties",
+                   sql_, select.offset);
+    }
+    out_ += "(SELECT COUNT(*) FROM (";
+    emitSelect(select, Results::Rank);
+    out_ += ") WHERE \"1\" <= " + std::to_string(*select.top) + ')';
+}
+
 void Emitter::emitOutputs(const Select& select, Results results, const Targets* targets) {
+    if (results == Results::Rank) {
+        out_ += "RANK() OVER (";
+        emitOrder(select);
+        out_ += ") AS \"1\"";
+        return;
+    }
     if (results == Results::Presence && !select.grouped()) {
         out_ += '1';
         return;
@@ -68,6 +141,10 @@ void Emitter::emitOutputs(const Select& select, Results results, const Targets* 
         out_ += i > 0 ? ", " : "";
         if (targets == nullptr && results != Results::Trimmed) {
             emitResult(output);
+            if (results == Results::Numbered || results == Results::Named) {
+                out_ += " AS ";
+                name(results == Results::Named ? nameOf(output, i) : std::to_string(i + 1));
+            }
             continue;
         }
         onOutput(output, [&](const Expr& expr) {
@@ -129,7 +206,26 @@ void Emitter::emitSteps(const Select& select, const std::vector<JoinStep>& steps
     }
 }
 
+/// The parts of a UNION, with whatever limits one of them inside parentheses.
+void Emitter::emitParts(const Source& source) {
+    out_ += '(';
+    const bool isUnion = source.parts->size() > 1;
+    for (std::size_t i = 0; i < source.parts->size(); ++i) {
+        const Select& part = *(*source.parts)[i];
+        const bool isLimited = isUnion && part.top;
+        out_ += i > 0 ? " UNION ALL " : "";
+        out_ += isLimited ? "SELECT * FROM (" : "";
+        emitSelect(part, i == 0 ? Results::Named : Results::Numbered);
+        out_ += isLimited ? ")" : "";
+    }
+    out_ += ") AS ";
+    name(source.alias);
+}
+
 void Emitter::emitTarget(const Source& source) {
+    if (source.parts) {
+        return emitParts(source);
+    }
     name(source.table->name);
     if (!source.alias.empty()) {
         out_ += " AS ";
@@ -194,6 +290,40 @@ void Emitter::sortKey(const Expr& expr, bool descending) {
         comparable(expr);
     }
     out_ += descending != (categoryOf(expr) == Category::YesNo) ? " DESC" : "";
+}
+
+/// A change of a joined table goes by the keys of the rows that the join finds there.
+void Emitter::emitJoined(const Statement& statement) {
+    const Select& select = *statement.select;
+    const Source& target = select.sources[statement.changed];
+    const bool updates = statement.kind == StatementKind::Update;
+    out_ += updates ? "UPDATE " : "DELETE FROM ";
+    name(target.table->name);
+    for (std::size_t i = 0; i < statement.assignments.size(); ++i) {
+        out_ += i > 0 ? ", " : " SET ";
+        name(statement.assignments[i].column->name);
+        out_ += " = \"found\".\"" + std::to_string(i + 1) + '"';
+    }
+    out_ += updates ? " FROM (SELECT " : " WHERE " + target.table->rowKey + " IN (SELECT ";
+    scopes_.push_back({select, ColumnNames(select.sources)});
+    name(target.writtenName());
+    out_ += '.' + target.table->rowKey;
+    out_ += updates ? " AS \"key\"" : "";
+    for (std::size_t i = 0; i < statement.assignments.size(); ++i) {
+        out_ += ", ";
+        assigned(*statement.assignments[i].value, *statement.assignments[i].column);
+        out_ += " AS \"" + std::to_string(i + 1) + '"';
+    }
+    const JoinOrder order = joinOrder(select.from.get());
+    out_ += " FROM ";
+    emitSteps(select, order.steps);
+    emitWhere(select, order);
+    out_ += ')';
+    if (updates) {
+        out_ += " AS \"found\" WHERE ";
+        name(target.table->name);
+        out_ += '.' + target.table->rowKey + " = \"found\".\"key\"";
+    }
 }
 
 void Emitter::emitUpdate(const Statement& statement) {

@@ -34,10 +34,15 @@ private:
         Form form;
     };
     using Targets = std::vector<Assignment>;
-    enum class Results { AsTheyAre, WithKeys, Trimmed, Presence };
+    /// Numbered and Named results can be named from outside; a Rank is a row's place in the order.
+    enum class Results { AsTheyAre, WithKeys, Trimmed, Presence, Numbered, Named, Rank };
 
     // statements
     void emitSelect(const Select& select, Results results, const Targets* targets = nullptr);
+    [[nodiscard]] static bool isOrderUnique(const Select& select);
+    void emitLimit(const Select& select);
+    void emitParts(const Source& source);
+    void emitJoined(const Statement& statement);
     void emitOutputs(const Select& select, Results results, const Targets* targets);
     void emitResult(const Output& output);
     template <class F>
@@ -70,7 +75,10 @@ private:
     void arithmetic(const Expr& expr);
     void concatenation(const Expr& expr);
     void call(const Expr& expr);
+    void branch(const Expr& value, const Expr& call);
     void conditional(const Expr& expr);
+    void nz(const Expr& expr);
+    void format(const Expr& expr);
     void subSelect(const Expr& expr);
     void assigned(const Expr& expr, const store::Column& target);
     void assigned(const Expr& expr, Binding binding, bool fits, Op conversion);

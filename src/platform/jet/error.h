@@ -13,7 +13,7 @@ class SqlError : public base::RunTimeError {
 public:
     SqlError(int number, const std::string& description, std::size_t position)
         : base::RunTimeError(number, description), position_(position) {}
-    /// 1-based offset in bytes into the statement; 0 where no one place is wrong.
+    /// The character of the statement, 1-based; 0 where no one place is wrong.
     [[nodiscard]] std::size_t position() const noexcept { return position_; }
 
 private:

@@ -18,6 +18,9 @@ struct StoreFunction {
     base::Value (*call)(std::span<const base::Value> arguments);
 };
 
+/// The date itself; raises "Overflow" (6) for one outside the calendar, the years 100 to 9999.
+[[nodiscard]] base::Date withinCalendar(base::Date date);
+
 /// All of them, jet_like(text, pattern) first.
 [[nodiscard]] std::span<const StoreFunction> storeFunctions();
 

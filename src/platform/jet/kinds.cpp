@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
+
 #include "platform/base/text.h"
 #include "platform/jet/builtins.h"
 
@@ -27,7 +29,7 @@ ColumnKind arithmeticKind(const Expr& expr) {
                 (a == Category::Null && b == Category::Text)) {
                 return ColumnKind::Text;
             }
-            if ((a == Category::Date) != (b == Category::Date)) {
+            if (a == Category::Date || b == Category::Date) {
                 return ColumnKind::Date;
             }
             break;
@@ -47,7 +49,18 @@ ColumnKind arithmeticKind(const Expr& expr) {
     return isWhole(left) && isWhole(right) ? ColumnKind::Integer : ColumnKind::Number;
 }
 
-ColumnKind ofColumn(ColumnKind kind) { return kind == ColumnKind::Code ? ColumnKind::Text : kind; }
+/// The first value that the call may give and that is not Null; the last where all are.
+const Expr& firstBranch(const Expr& expr) {
+    const auto& children = expr.children;
+    const bool isNz = expr.builtin->op == Op::Coalesce;
+    const std::size_t step = expr.builtin->arguments == Builtin::AnyPairs ? 2 : 1;
+    for (std::size_t i = isNz ? 0 : 1; i < children.size(); i += step) {
+        if (categoryOf(*children[i]) != Category::Null) {
+            return *children[i];
+        }
+    }
+    return *children.back();
+}
 
 ColumnKind callKind(const Expr& expr) {
     const auto& children = expr.children;
@@ -64,9 +77,8 @@ ColumnKind callKind(const Expr& expr) {
             return ColumnKind::YesNo;
         case Gives::First:
             return ofColumn(children[0]->valueKind);
-        case Gives::Second:
-            return ofColumn(categoryOf(*children[1]) == Category::Null ? children[2]->valueKind
-                                                                       : children[1]->valueKind);
+        case Gives::Branch:
+            return ofColumn(firstBranch(expr).valueKind);
     }
     return ColumnKind::Text;
 }
@@ -100,6 +112,19 @@ Category categoryOf(ColumnKind kind) {
         default:
             return Category::Number;
     }
+}
+
+ColumnKind ofColumn(ColumnKind kind) {
+    return kind == ColumnKind::Code      ? ColumnKind::Text
+           : kind == ColumnKind::Counter ? ColumnKind::Integer
+                                         : kind;
+}
+
+std::string nameOf(const Output& output, std::size_t place) {
+    if (!output.alias.empty()) {
+        return std::string(output.alias);
+    }
+    return output.column != nullptr ? output.column->name : fmt::format("Expr{}", 1000 + place);
 }
 
 ColumnKind outputKind(const Output& output) {

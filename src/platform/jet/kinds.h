@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "platform/jet/ast.h"
 
 namespace jet {
@@ -10,6 +13,10 @@ enum class Category : std::uint8_t { Null, Text, Number, Date, YesNo };
 [[nodiscard]] Category categoryOf(store::ColumnKind kind);
 /// Of a result column.
 [[nodiscard]] store::ColumnKind outputKind(const Output& output);
+/// What a column's value is once it is no column any more: a code is a text.
+[[nodiscard]] store::ColumnKind ofColumn(store::ColumnKind kind);
+/// A result column's alias, its own name, or "Expr1000" with its place (from 0) among the results.
+[[nodiscard]] std::string nameOf(const Output& output, std::size_t place);
 /// Of a bound expression.
 [[nodiscard]] Category categoryOf(const Expr& expr);
 /// "a text", "a number": for messages.

@@ -168,7 +168,7 @@ void Lexer::number(Token& token) {
     const auto [wholeEnd, wholeError] = std::from_chars(from, last, whole);
     const bool isWhole = wholeError == std::errc{} && wholeEnd == end;
     at_ += static_cast<std::size_t>(end - from);
-    const bool stays = before_ == word("TOP") || inOrder_;
+    const bool stays = before_ == word("TOP") || (startsItem_ && endsItem());
     if (!stays) {
         literal(token, LiteralKind::Number, isWhole ? base::Value(whole) : base::Value(real));
         return;
@@ -178,6 +178,18 @@ void Lexer::number(Token& token) {
     }
     token.kind = TokenKind::Position;
     token.literal = static_cast<std::uint32_t>(whole);
+}
+
+/// Whether a number that ends here is all of an item of ORDER BY, and so the place of a column.
+bool Lexer::endsItem() const {
+    std::size_t next = at_;
+    while (classOf(at(next)) == Blank) {
+        ++next;
+    }
+    const auto word = base::uppered(sql_.substr(next, 4));
+    return next == sql_.size() ||
+           std::string_view(",);").find(at(next)) != std::string_view::npos ||
+           word.starts_with("DESC") || word.starts_with("ASC");
 }
 
 void Lexer::date(Token& token) {
@@ -235,6 +247,8 @@ void Lexer::follow(const Token& token) {
         inOrder_ = true;
         orderDepth_ = depth_;
     }
+    startsItem_ = (token.word == word("BY") && inOrder_) ||
+                  (inOrder_ && depth_ == orderDepth_ && token.symbol == symbol(','));
     before_ = token.word;
     afterName_ = token.kind == TokenKind::Name;
 }

@@ -83,6 +83,7 @@ private:
     void bracketedName(Token& token);
     void text(Token& token, char quote);
     void number(Token& token);
+    [[nodiscard]] bool endsItem() const;
     void date(Token& token);
     void mark(Token& token);
     void literal(Token& token, LiteralKind kind, base::Value value);
@@ -92,10 +93,11 @@ private:
     std::string_view sql_;
     std::size_t at_ = 0;
     std::vector<base::Value> literals_;
-    Word before_ = 0;         // the word before, 0 for any other token
-    bool afterName_ = false;  // a dot here belongs to a name
-    bool inOrder_ = false;    // inside an ORDER BY
-    int depth_ = 0;           // open parentheses
+    Word before_ = 0;          // the word before, 0 for any other token
+    bool afterName_ = false;   // a dot here belongs to a name
+    bool inOrder_ = false;     // inside an ORDER BY
+    bool startsItem_ = false;  // behind BY, or a comma of an ORDER BY
+    int depth_ = 0;            // open parentheses
     int orderDepth_ = 0;
 };
 

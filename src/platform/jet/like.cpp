@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/base/fold.h"
 #include "platform/base/text.h"
 
 namespace jet {
@@ -15,14 +16,8 @@ std::string_view firstCharacter(std::string_view text) {
     return text.substr(0, base::characterSize(text));
 }
 
-/// A character as something to compare: ASCII letters folded, others by their bytes, which sort as
-/// their code points do.
 bool notAfter(std::string_view a, std::string_view b) {
-    const auto folds = [](char x, char y) {
-        return static_cast<unsigned char>(base::lowered(x)) <
-               static_cast<unsigned char>(base::lowered(y));
-    };
-    return !std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(), folds);
+    return base::foldedCharacter(a) <= base::foldedCharacter(b);
 }
 
 /// The characters of a bracket: "a-z", "!abc".
@@ -125,6 +120,9 @@ bool like(std::string_view text, std::string_view pattern) {
 }
 
 std::string_view fixedPrefix(std::string_view pattern) {
+    const auto* plain = std::ranges::find_if(
+        pattern, [](char c) { return static_cast<unsigned char>(c) >= 0x80U; });
+    pattern = pattern.substr(0, static_cast<std::size_t>(plain - pattern.begin()));
     for (auto at = pattern.find_first_of(Wildcards); at != None;
          at = pattern.find_first_of(Wildcards, at + 1)) {
         if (isWild(pattern, at)) {
@@ -139,7 +137,7 @@ LikeForm likeForm(std::string_view pattern) {
     if (prefix.size() == pattern.size()) {
         return LikeForm::Exact;
     }
-    if (hasBrackets(pattern)) {
+    if (hasBrackets(pattern) || !base::isAscii(pattern)) {
         return prefix.empty() ? LikeForm::Brackets : LikeForm::PrefixBrackets;
     }
     const bool onlyPercent = pattern.find_first_not_of('%', prefix.size()) == None;

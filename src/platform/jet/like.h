@@ -7,12 +7,13 @@
 namespace jet {
 
 /// Whether the whole text matches a LIKE pattern: `%` any characters, `_` one, `[a-z]` one of,
-/// `[!a-z]` one not of. ASCII letter case is ignored, trailing blanks count. A bracket that is not
+/// `[!a-z]` one not of. Letter case is ignored, trailing blanks count. A bracket that is not
 /// closed stands for itself; an empty pair matches nothing and takes no character. Linear in the
 /// text for each `%` of the pattern.
 [[nodiscard]] bool like(std::string_view text, std::string_view pattern);
 
-/// What a pattern consists of, as far as it decides how the store searches for it.
+/// What a pattern consists of, as far as it decides how the store searches for it. The store folds
+/// ASCII letters alone, so that a pattern with others counts as one with brackets.
 enum class LikeForm : std::uint8_t {
     None,            ///< not the pattern of a LIKE
     Exact,           ///< no wildcard
@@ -26,7 +27,7 @@ enum class LikeForm : std::uint8_t {
 
 [[nodiscard]] LikeForm likeForm(std::string_view pattern);
 
-/// The part before the first wildcard.
+/// The part before the first wildcard or letter that the store does not fold.
 [[nodiscard]] std::string_view fixedPrefix(std::string_view pattern);
 
 /// A text that sorts behind every text beginning with `prefix`, and before the next prefix of that

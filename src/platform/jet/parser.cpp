@@ -116,6 +116,41 @@ Statement Parser::statement() {
 
 std::unique_ptr<Select> Parser::select() {
     const Nested nested(nesting_, lexer_.sql(), token_.offset);
+    auto result = united(part());
+    orderBy(*result);
+    return result;
+}
+
+/// UNION as a SELECT of everything from its parts, DISTINCT unless ALL stands behind it.
+std::unique_ptr<Select> Parser::united(std::unique_ptr<Select> first) {
+    while (at(word("UNION"))) {
+        const auto offset = token_.offset;
+        advance();
+        const bool all = take(word("ALL"));
+        const bool goesOn = first->isUnion && first->distinct == !all;
+        if (!goesOn) {
+            Source source;
+            source.alias = "union";
+            source.offset = offset;
+            source.parts = std::make_shared<Parts>();
+            auto whole = std::make_unique<Select>();
+            whole->offset = first->offset;
+            whole->isUnion = true;
+            whole->distinct = !all;
+            source.parts->push_back(std::exchange(first, nullptr));
+            whole->sources.push_back(std::move(source));
+            whole->from = std::make_unique<Join>();
+            whole->from->source = 0;
+            whole->items.emplace_back();
+            first = std::move(whole);
+        }
+        first->sources.front().parts->push_back(part());
+    }
+    return first;
+}
+
+/// A SELECT up to its ORDER BY.
+std::unique_ptr<Select> Parser::part() {
     auto result = std::make_unique<Select>();
     result->offset = token_.offset;
     expect(word("SELECT"), "SELECT");
@@ -141,7 +176,6 @@ std::unique_ptr<Select> Parser::select() {
     if (take(word("HAVING"))) {
         result->having = expression();
     }
-    orderBy(*result);
     return result;
 }
 
@@ -221,8 +255,8 @@ Source Parser::target() {
 void Parser::update(Statement& statement) {
     statement.kind = StatementKind::Update;
     statement.select = std::make_unique<Select>();
-    statement.select->sources.push_back(target());
-    expect(word("SET"), "SET: rows of one table are changed");
+    statement.select->from = from(*statement.select);
+    expect(word("SET"), "SET");
     do {
         assignment(statement);
         expect('=', "=");
@@ -257,7 +291,7 @@ void Parser::remove(Statement& statement) {
         }
     }
     expect(word("FROM"), "FROM");
-    statement.select->sources.push_back(target());
+    statement.select->from = from(*statement.select);
     if (take(word("WHERE"))) {
         statement.select->where = expression();
     }
@@ -347,21 +381,41 @@ std::unique_ptr<Join> Parser::joined(JoinKind kind, std::unique_ptr<Join> left,
 }
 
 std::unique_ptr<Join> Parser::joinOperand(Select& select) {
-    if (take('(')) {
+    const auto offset = token_.offset;
+    const bool opens = take('(');
+    const bool isSelect = opens && at(word("SELECT"));
+    if (opens && !isSelect) {
         auto result = joinChain(select);
         expect(')', ") behind the joined tables");
         return result;
     }
-    if (!atPlainName()) {
+    if (!isSelect && !atPlainName()) {
         unexpected("the name of a table");
     }
     if (select.sources.size() == MostSources) {
-        failSyntax("Too many tables", lexer_.sql(), token_.offset);
+        failSyntax("Too many tables", lexer_.sql(), offset);
     }
+    auto source = isSelect ? derived(offset) : target();
     auto join = std::make_unique<Join>();
     join->source = static_cast<int>(select.sources.size());
-    select.sources.push_back(target());
+    select.sources.push_back(std::move(source));
     return join;
+}
+
+/// A SELECT in FROM, behind its opening parenthesis.
+Source Parser::derived(std::uint32_t offset) {
+    Source source;
+    source.offset = offset;
+    source.parts = std::make_shared<Parts>();
+    source.parts->push_back(this->select());
+    requireShallow(depthOf(*source.parts->front()), offset);
+    expect(')', ") behind the SELECT");
+    take(word("AS"));
+    if (!atPlainName()) {
+        unexpected("a name for the SELECT");
+    }
+    source.alias = name("");
+    return source;
 }
 
 }  // namespace jet

@@ -35,6 +35,9 @@ private:
 
     // statements
     std::unique_ptr<Select> select();
+    std::unique_ptr<Select> part();
+    std::unique_ptr<Select> united(std::unique_ptr<Select> first);
+    Source derived(std::uint32_t offset);
     void selectItems(Select& select);
     void selectItem(Select& select);
     void groupBy(Select& select);
@@ -78,6 +81,7 @@ private:
     ExprPtr chain(ExprKind kind, ExprPtr left, ExprPtr right);
     ExprPtr make(ExprKind kind, std::uint32_t offset) const;
     ExprPtr measured(ExprPtr expr) const;
+    void requireShallow(std::uint16_t depth, std::uint32_t offset) const;
     static std::uint16_t depthOf(const Select& select);
 
     Lexer lexer_;

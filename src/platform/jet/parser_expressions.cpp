@@ -94,7 +94,19 @@ std::uint16_t Parser::depthOf(const Select& select) {
     }
     take(select.where);
     take(select.having);
+    for (const Source& source : select.sources) {
+        for (std::size_t i = 0; source.parts && i < source.parts->size(); ++i) {
+            const int inside = depthOf(*(*source.parts)[i]) + 3;
+            deepest = std::max(deepest, static_cast<std::uint16_t>(inside));
+        }
+    }
     return deepest;
+}
+
+void Parser::requireShallow(std::uint16_t depth, std::uint32_t offset) const {
+    if (depth >= DeepestExpression) {
+        failSyntax("The expression is nested too deep", lexer_.sql(), offset);
+    }
 }
 
 ExprPtr Parser::measured(ExprPtr expr) const {
@@ -103,9 +115,7 @@ ExprPtr Parser::measured(ExprPtr expr) const {
     for (const ExprPtr& child : expr->children) {
         deepest = std::max(deepest, child->depth);
     }
-    if (deepest >= DeepestExpression) {
-        failSyntax("The expression is nested too deep", lexer_.sql(), expr->offset);
-    }
+    requireShallow(deepest, expr->offset);
     expr->depth = static_cast<std::uint16_t>(deepest + 1);
     return expr;
 }
@@ -291,8 +301,7 @@ ExprPtr Parser::primary() {
         return literal();
     }
     if (token_.kind == TokenKind::Position) {
-        failSyntax("Only a column, its name or its place can stand in ORDER BY and TOP",
-                   lexer_.sql(), token_.offset);
+        failSyntax("Only the number of rows can stand in TOP", lexer_.sql(), token_.offset);
     }
     if (token_.kind != TokenKind::Name) {
         unexpected("a value");

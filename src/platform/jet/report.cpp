@@ -50,7 +50,10 @@ std::string around(std::string_view sql, std::size_t offset) {
 }
 
 void fail(int number, std::string_view what, std::string_view sql, std::size_t offset) {
-    const std::size_t position = std::min(offset, sql.size()) + 1;
+    const std::string_view before = sql.substr(0, std::min(offset, sql.size()));
+    const auto characters =
+        std::ranges::count_if(before, [](char c) { return !base::continuesCharacter(c); });
+    const std::size_t position = static_cast<std::size_t>(characters) + 1;
     throw SqlError(number,
                    fmt::format("{} at position {}: {}", what, position, around(sql, offset)),
                    position);

@@ -127,6 +127,11 @@ void rewriteJoin(Join* join) {
 }
 
 void rewriteSelect(Select& select) {
+    for (const Source& source : select.sources) {
+        for (std::size_t i = 0; source.parts && i < source.parts->size(); ++i) {
+            rewriteSelect(*(*source.parts)[i]);
+        }
+    }
     for (OutputItem& item : select.items) {
         rewriteExpr(item.expr);
     }

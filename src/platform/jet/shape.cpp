@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "platform/base/text.h"
+#include "platform/jet/functions.h"
 #include "platform/jet/lexer.h"
 #include "platform/jet/like.h"
 #include "platform/jet/translate.h"
@@ -85,7 +86,7 @@ base::Value boundValue(const Parameter& parameter, const std::vector<base::Value
         case Binding::YesNo:
             return {value.asNumber() != 0};
         case Binding::Date:
-            return {value.asDate()};
+            return {withinCalendar(value.asDate())};
         case Binding::DayFrom: {
             const base::Date date = value.asDate();
             return {date == date.dateValue() ? date : nextMidnight(date)};

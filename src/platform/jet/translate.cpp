@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "platform/jet/binder.h"
 #include "platform/jet/emitter.h"
 #include "platform/jet/kinds.h"
@@ -13,13 +11,6 @@
 namespace jet {
 
 namespace {
-
-std::string nameOf(const Output& output, std::size_t place) {
-    if (!output.alias.empty()) {
-        return std::string(output.alias);
-    }
-    return output.column != nullptr ? output.column->name : fmt::format("Expr{}", 1000 + place);
-}
 
 void describeColumns(const Select& select, Translation& translation) {
     translation.columns.reserve(select.outputs.size());

@@ -60,7 +60,7 @@ TEST_F(GroupRunChangeForm, ChangesWhatIsTickedTellsItAndSearchesAgain) {
 TEST_F(GroupRunChangeForm, ATickedEmptyListEmptiesTheColumn) {
     check("ChangeLocation");
     click("ChangeIt");
-    EXPECT_THAT(locationsAndOverfills(), ElementsAre("|Null", "SOUTH|Null", " |Null", "|Null"));
+    EXPECT_THAT(locationsAndOverfills(), ElementsAre(" |Null", "SOUTH|Null", " |Null", " |Null"));
 }
 
 TEST_F(GroupRunChangeForm, RefusesBadValuesBeforeAnythingIsWritten) {

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "district.h"
+#include "platform/base/error.h"
 #include "platform/base/ports.h"
+#include "support/errors.h"
 
 namespace jet::testing {
 
@@ -22,10 +24,35 @@ TEST(Rules, TheClockIsThePorts) {
 }
 
 TEST(Rules, BadArgumentsFailTheStatement) {
-    for (const char* bad :
-         {"CDATE('someday')", "CLNG('many')", "DATEADD('x', 1, #1/1/2026#)", "#1/1/2026# + 1E9",
-          "DATEADD('d', 9000000, #1/1/2026#)", "DATEADD('yyyy', 1E12, #1/1/2026#)"}) {
-        EXPECT_THROW((void)sharedDistrict().run(std::string("SELECT ") + bad), base::RunTimeError)
+    constexpr int Argument = base::errors::InvalidProcedureCall;
+    constexpr int Overflow = base::errors::Overflow;
+    constexpr int Mismatch = base::errors::TypeMismatch;
+    for (const auto& [bad, number] : {std::pair{"CDATE('someday')", Mismatch},
+                                      {"CLNG('many')", Mismatch},
+                                      {"DATEADD('x', 1, #1/1/2026#)", Argument},
+                                      {"#1/1/2026# + 1E9", Overflow},
+                                      {"DATEADD('d', 9000000, #1/1/2026#)", Overflow},
+                                      {"DATEADD('yyyy', 1E12, #1/1/2026#)", Overflow},
+                                      {"CDATE(4E6)", Overflow},
+                                      {"1 / 0", 11},
+                                      {"1 \\ 0.4", 11},
+                                      {"5 MOD 0", 11},
+                                      {"0 ^ -1", Overflow},
+                                      {"(-8) ^ 0.5", Argument},
+                                      {"CINT(32768)", Overflow},
+                                      {"CLNG(3E9)", Overflow},
+                                      {"2 * 9E18 \\ 1", Overflow},
+                                      {"STR('x')", Mismatch},
+                                      {"LEFT('a', -1)", Argument},
+                                      {"RIGHT('a', -1)", Argument},
+                                      {"MID('a', 0)", Argument},
+                                      {"MID('a', 1, -1)", Argument},
+                                      {"INSTR(0, 'a', 'a')", Argument},
+                                      {"FORMAT('a', '#')", Argument},
+                                      {"(SELECT RUN.RUN FROM RUN)", 3354}}) {
+        EXPECT_EQ(support::errorOf(
+                      [sql = std::string("SELECT ") + bad] { (void)sharedDistrict().run(sql); }),
+                  number)
             << bad;
     }
 }

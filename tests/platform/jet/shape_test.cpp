@@ -91,7 +91,7 @@ TEST(Shape, OneTranslationServesAllStatementsOfAShape) {
 TEST(Shape, BindsLiteralsAsTheirColumnsNeedThem) {
     EXPECT_EQ(onlyBound("SELECT RUN.RUN FROM RUN WHERE RUN.RUN = 'R1  '"), "R1");
     EXPECT_EQ(onlyBound("UPDATE RUN SET SCHOOL = '   '"), " ");
-    EXPECT_EQ(onlyBound("UPDATE RUN SET SCHOOL = ''"), "");
+    EXPECT_EQ(onlyBound("UPDATE RUN SET SCHOOL = ''"), " ");
     EXPECT_EQ(onlyBound("UPDATE RUN SET SCHOOL = 12"), "12");
     EXPECT_EQ(onlyBound("UPDATE RUN SET COMMENT = 'x  '"), "x  ");
     EXPECT_EQ(onlyBound("UPDATE RUN SET OverFill = 2.5"), "2");
