@@ -14,10 +14,10 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "runsearch/log/RunLogInquiry.h"
-#include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 #include "startup/main/RunStartup.h"
 #include "support/formprogram.h"
+#include "support/rawdatabase.h"
 
 namespace {
 
@@ -103,26 +103,41 @@ void jumpToEnd(benchmark::State& state) {
 /// Sorting the whole log, once it is read.
 void sort(benchmark::State& state) {
     const int column = static_cast<int>(state.range(0));
+    const auto isSorted = [] { return !control<QLabel>("LogCount").text().contains("Sorting"); };
+    double longest = 0;
     for (auto _ : state) {
+        QElapsedTimer click;
+        click.start();
         inquiry().LogList_ClickColumn(column);
+        longest = std::max({longest, milliseconds(click), longestTurn(isSorted)});
+    }
+    state.counters["longest_turn_ms"] = longest;
+}
+
+/// The raw statement of a search with LIMIT, its columns looked at: what a first screen is compared
+/// with.
+void rawFirstScreen(benchmark::State& state, const char* sql) {
+    inquiry();
+    bench::RawDatabase raw(startup::gDataPath + "routing.mdb");
+    for (auto _ : state) {
+        raw.run(sql, {}, [](sqlite3_stmt* row) {
+            for (int column = 0; column < sqlite3_column_count(row); ++column) {
+                benchmark::DoNotOptimize(sqlite3_column_text(row, column));
+            }
+        });
     }
 }
 
-/// A planner's single save while a log is half read: on a connection of its own, and on hers, which
-/// must read it to the end first.
-void saveBesideHalfReadLog(benchmark::State& state, bool ownConnection) {
+/// A planner's single save while a log is half read.
+void saveBesideHalfReadLog(benchmark::State& state) {
     inquiry();
+    runsearch::RunLogReader reader(*startup::gcnRouting, {});
+    auto entries = runsearch::RunLogReader::emptyTable();
     for (auto _ : state) {
         state.PauseTiming();
-        const auto own = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
-        auto& connection = ownConnection ? *own : *startup::gcnRouting;
-        auto reader =
-            std::make_unique<runsearch::RunLogReader>(connection, runsearch::RunLogFilters{});
+        reader.read(500, entries);
         state.ResumeTiming();
         startup::gcnRouting->Execute("UPDATE SYSTEM SET NEEDDEADHEADBUILD = True");
-        state.PauseTiming();
-        reader.reset();
-        state.ResumeTiming();
     }
 }
 
@@ -146,13 +161,27 @@ void registerAll(const std::string&) {
         ->Iterations(2)
         ->Arg(0)
         ->Arg(2);
-    benchmark::RegisterBenchmark("save_beside_half_read_log/own_connection", saveBesideHalfReadLog,
-                                 true)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("save_beside_half_read_log/planners_connection",
-                                 saveBesideHalfReadLog, false)
+    benchmark::RegisterBenchmark("save_beside_half_read_log", saveBesideHalfReadLog)
         ->Unit(benchmark::kMillisecond)
-        ->Iterations(2);
+        ->Iterations(100);
+    const auto raw = [](const char* name, const char* sql) {
+        benchmark::RegisterBenchmark(name, [sql](benchmark::State& state) {
+            rawFirstScreen(state, sql);
+        })->Unit(benchmark::kMillisecond);
+    };
+    raw("raw_first_screen/whole_log", "SELECT * FROM RUNLOG ORDER BY LOGDATE DESC LIMIT 500");
+    raw("raw_first_screen/one_activity",
+        "SELECT * FROM RUNLOG WHERE ACTIVITYCODE = 3 ORDER BY LOGDATE DESC LIMIT 500");
+    raw("raw_first_screen/unknown_activity",
+        "SELECT * FROM RUNLOG WHERE ACTIVITYCODE = 999 ORDER BY LOGDATE DESC LIMIT 500");
+    raw("raw_first_screen/some_runs",
+        "SELECT * FROM RUNLOG WHERE RUNID >= 'A0027' AND RUNID < 'A0028' ORDER BY LOGDATE DESC "
+        "LIMIT 500");
+    raw("raw_first_screen/half_of_the_runs",
+        "SELECT * FROM RUNLOG WHERE RUNID >= 'A' AND RUNID < 'B' ORDER BY LOGDATE DESC LIMIT 500");
+    raw("raw_first_screen/half_of_the_runs_one_activity",
+        "SELECT * FROM RUNLOG WHERE RUNID >= 'A' AND RUNID < 'B' AND ACTIVITYCODE = 3 ORDER BY "
+        "LOGDATE DESC LIMIT 500");
 }
 
 }  // namespace

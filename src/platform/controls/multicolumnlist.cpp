@@ -175,9 +175,17 @@ void MultiColumnList::toggleSort(int column) {
     if (column < 0 || column >= model_->columnCount()) {
         return;
     }
-    const bool turn = column == sortColumn_ && sortOrder_ == Qt::AscendingOrder;
+    showSorted(column, model_->table().sortedBy(static_cast<std::size_t>(column),
+                                                sortsDescendingNext(column)));
+}
+
+bool MultiColumnList::sortsDescendingNext(int column) const {
+    return column == sortColumn_ && sortOrder_ == Qt::AscendingOrder;
+}
+
+void MultiColumnList::showSorted(int column, std::vector<std::size_t> order) {
+    sortOrder_ = sortsDescendingNext(column) ? Qt::DescendingOrder : Qt::AscendingOrder;
     sortColumn_ = column;
-    sortOrder_ = turn ? Qt::DescendingOrder : Qt::AscendingOrder;
     header()->setSortIndicatorShown(true);
     header()->setSortIndicator(column, sortOrder_);
 
@@ -186,7 +194,7 @@ void MultiColumnList::toggleSort(int column) {
     {
         const QSignalBlocker quiet(this);
         selectNone();
-        model_->sort(column, sortOrder_);
+        model_->showInOrder(std::move(order));
         selectTableRows(selected);
     }
     chosenRow_ = chosenRow_ < 0 ? -1 : model_->shownRow(chosen);

@@ -78,6 +78,10 @@ public:
     /// Sorts by the column, ascending at first and the other way at each repetition; the arrow
     /// shows in that column alone. Selection and chosen row stay with their rows.
     void toggleSort(int column);
+    /// Whether toggleSort() would turn the order round.
+    [[nodiscard]] bool sortsDescendingNext(int column) const;
+    /// What toggleSort() does, with the order of the table's rows that was worked out elsewhere.
+    void showSorted(int column, std::vector<std::size_t> order);
     /// Off: no arrow; the rows stay as they are until the next setTable().
     void sortingOff();
     /// -1 while sorting is off.

@@ -123,9 +123,12 @@ void TableModel::sort(int column, Qt::SortOrder order) {
     if (column < 0 || column >= columnCount()) {
         return;
     }
+    showInOrder(table_.sortedBy(static_cast<std::size_t>(column), order == Qt::DescendingOrder));
+}
+
+void TableModel::showInOrder(std::vector<std::size_t> order) {
     emit layoutAboutToBeChanged({}, VerticalSortHint);
-    const std::vector<std::size_t> former = std::exchange(
-        order_, table_.sortedBy(static_cast<std::size_t>(column), order == Qt::DescendingOrder));
+    const std::vector<std::size_t> former = std::exchange(order_, std::move(order));
     moveCurrentIndexes(former);
     emit layoutChanged({}, VerticalSortHint);
 }

@@ -42,6 +42,8 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role) const override;
     void sort(int column, Qt::SortOrder order) override;
+    /// Shows the rows of the table in that order, which holds each of them once.
+    void showInOrder(std::vector<std::size_t> order);
 
 private:
     [[nodiscard]] bool alignedRight(int column) const;

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QShortcut>
+#include <chrono>
 
 #include "data/lists/listreader.h"
 #include "platform/ado/sqltext.h"
@@ -33,6 +34,8 @@ const auto NothingFound = QStringLiteral("No log entry meets all filters.");
 
 /// Some screens of entries: what is read ahead of the planner.
 constexpr std::size_t BlockEntries = 500;
+/// What is sorted in no time.
+constexpr int SortedAtOnce = 20'000;
 /// How long is read on before the form gets its turn.
 constexpr int SliceMs = 30;
 
@@ -163,6 +166,7 @@ void RunLogInquiry::search(const RunLogFilters& asked) {
 
 void RunLogInquiry::forgetSearch() {
     readTimer_.setEnabled(false);
+    sorting_ = {};  // waits for what looks at the entries listed
     reader_.reset();
     toLastEntry_ = false;
     toSortBy_.reset();
@@ -175,20 +179,24 @@ void RunLogInquiry::forgetSearch() {
 void RunLogInquiry::Exit_Click() { closeForm(); }
 
 void RunLogInquiry::LogList_ClickColumn(int column) {
-    toSortBy_ = column;
-    readToEnd();
+    if (!sorting_.valid()) {
+        toSortBy_ = column;
+        readToEnd();
+    }
 }
 
 /// A slice of what is to be done between two turns of the planner: the entries in all are counted
 /// once the first ones are seen, then entries are read as far as they are wanted.
 void RunLogInquiry::readOn() {
-    if (!reader_->total()) {
+    if (sorting_.valid()) {
+        showSorted();
+    } else if (!reader_->total()) {
         reader_->countOn();
     } else {
         readSlice();
     }
     showCount();
-    readTimer_.setEnabled(!reader_->total() || wantsMore());
+    readTimer_.setEnabled(sorting_.valid() || !reader_->total() || wantsMore());
 }
 
 /// Lists what is still to be read, then does what that was for.
@@ -224,10 +232,8 @@ void RunLogInquiry::readSlice() {
 
 void RunLogInquiry::entriesAreAllListed() {
     read_ = RunLogReader::emptyTable();
-    if (toSortBy_) {
-        const forms::BusyCursor hourglass;
-        ui_->LogList->toggleSort(*toSortBy_);
-        toSortBy_.reset();
+    if (toSortBy_ && !sorting_.valid()) {
+        sortAll(*toSortBy_);
     }
     if (toLastEntry_) {
         ui_->LogList->choose(ui_->LogList->rows() - 1);
@@ -235,11 +241,36 @@ void RunLogInquiry::entriesAreAllListed() {
     }
 }
 
+/// Many entries are put into their order beside the form, which stays at hand meanwhile: nothing
+/// changes what is listed while that goes on.
+void RunLogInquiry::sortAll(int column) {
+    if (ui_->LogList->rows() <= SortedAtOnce) {
+        ui_->LogList->toggleSort(column);
+        toSortBy_.reset();
+        return;
+    }
+    sorting_ =
+        std::async(std::launch::async, [&table = ui_->LogList->table(), column,
+                                        descending = ui_->LogList->sortsDescendingNext(column)] {
+            return table.sortedBy(static_cast<std::size_t>(column), descending);
+        });
+    readTimer_.setEnabled(true);
+}
+
+void RunLogInquiry::showSorted() {
+    if (sorting_.wait_for(std::chrono::milliseconds(SliceMs)) == std::future_status::ready) {
+        ui_->LogList->showSorted(*toSortBy_, sorting_.get());
+        toSortBy_.reset();
+    }
+}
+
 void RunLogInquiry::showCount() {
     const auto read = reader_->entriesRead();
     const auto total = reader_->total();
     QString text;
-    if (reader_->atEnd()) {
+    if (sorting_.valid()) {
+        text = tr("Sorting %1 entries");
+    } else if (reader_->atEnd()) {
         text = read == 0 ? QString() : read == 1 ? tr("1 entry") : tr("%1 entries");
     } else if (!total) {
         text = tr("%1 entries so far");

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/forms/timer.h"
 #include "runsearch/log/runlogreader.h"
@@ -52,6 +55,8 @@ private:
     void readToEnd();
     void readSlice();
     void entriesAreAllListed();
+    void sortAll(int column);
+    void showSorted();
     void showCount();
 
     std::unique_ptr<Ui::RunLogInquiry> ui_;
@@ -61,6 +66,7 @@ private:
     forms::Timer readTimer_;
     bool toLastEntry_ = false;
     std::optional<int> toSortBy_;
+    std::future<std::vector<std::size_t>> sorting_;  ///< the order of all entries, in the making
 };
 
 }  // namespace runsearch

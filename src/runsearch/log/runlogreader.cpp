@@ -1,7 +1,6 @@
 #include "runsearch/log/runlogreader.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -27,15 +26,10 @@ constexpr data::ListColumn Columns[]{
 
 /// How many keys are looked at in one part of a count.
 constexpr std::int64_t CountedAtOnce = 100'000;
-/// How many of the newest entries are looked through for what a filter may find among all.
+/// So many of the newest entries tell which index leads to a filter's entries sooner: that of the
+/// times where one in `Rarest` of them is wanted. Sorting the entries of a run costs more then.
 constexpr std::int64_t Sample = 20'000;
-
-/// Sorting the entries of a run for each screen costs as much as finding a screen among all times
-/// where the run has that many entries.
-std::int64_t worthSorting(std::int64_t entries) {
-    constexpr double Measured = 45;
-    return static_cast<std::int64_t>(Measured * std::sqrt(static_cast<double>(entries)));
-}
+constexpr std::int64_t Rarest = 20;
 
 }  // namespace
 
@@ -49,29 +43,14 @@ KeyRange RunLogReader::allKeys() {
             number("Select Max(RUNLOG.ID) AS LASTID FROM RUNLOG", "LASTID") + 1};
 }
 
-// The index of the times is the better one where many entries are of such runs, and where the
-// newest ones are as well: what is looked through in vain costs more than sorting.
 RunLogWay RunLogReader::bestWay() {
     if (base::trim(filters_.runId).empty()) {
         return RunLogWay::ByTime;
     }
-    RunLogFilters anyActivity = filters_;
-    anyActivity.activityCode.clear();
-    const std::int64_t found = number(runLogCountQuery(anyActivity), "TOTAL");
-    isShort_ = found <= CountedAtOnce;
-    if (base::trim(filters_.activityCode).empty()) {
-        counted_ = found;
-        isCounted_ = true;
-    }
-    const KeyRange keys = found == 0 ? KeyRange{} : allKeys();
-    const std::int64_t entries = keys.end - keys.from;
-    if (found <= worthSorting(entries) || (!isCounted_ && found * 2 < entries)) {
-        return RunLogWay::ByRun;
-    }
-    const KeyRange newest{std::max(keys.from, keys.end - Sample), keys.end};
-    const std::int64_t among = number(runLogCountQuery(anyActivity, newest), "TOTAL");
-    return among * entries >= found * (newest.end - newest.from) / 4 ? RunLogWay::ByTime
-                                                                     : RunLogWay::ByRun;
+    const KeyRange all = allKeys();
+    const KeyRange newest{std::max(all.from, all.end - Sample), all.end};
+    const std::int64_t wanted = number(runLogCountQuery(filters_, newest), "TOTAL");
+    return wanted * Rarest >= newest.end - newest.from ? RunLogWay::ByTime : RunLogWay::ByRun;
 }
 
 void RunLogReader::read(std::size_t entries, table::TextTable& into) {
@@ -147,7 +126,7 @@ void RunLogReader::countOn() {
     if (total()) {
         return;
     }
-    if (isShort_ || base::trim(filters_.activityCode).empty()) {
+    if (base::trim(filters_.activityCode).empty()) {
         counted_ = number(runLogCountQuery(filters_), "TOTAL");
         isCounted_ = true;
         return;
@@ -164,7 +143,8 @@ void RunLogReader::countOn() {
 std::int64_t RunLogReader::number(const std::string& sql, std::string_view name) {
     ado::Recordset row;
     row.Open(sql, routing_);
-    return row.Fields(name).asInteger();
+    const ado::Field& field = row.Fields(name);
+    return field.isNull() ? 0 : field.asInteger();
 }
 
 }  // namespace runsearch

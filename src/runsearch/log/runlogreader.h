@@ -51,7 +51,6 @@ private:
 
     std::int64_t counted_ = 0;
     bool isCounted_ = false;
-    bool isShort_ = false;             ///< the entries of such runs are soon looked through
     std::optional<KeyRange> toCount_;  ///< of a count that is taken in parts
 };
 
