@@ -39,14 +39,6 @@ TEST(Schema, KeysAndIndexesNameColumnsThatExist) {
     }
 }
 
-TEST(Schema, NoTableStandsInTwoFilesThatOneConnectionSees) {
-    for (const auto& one : tablesOf(DatabaseFile::Routing)) {
-        for (const auto& other : tablesOf(DatabaseFile::Trip)) {
-            EXPECT_FALSE(base::equalsNoCase(one.name, other.name)) << one.name;
-        }
-    }
-}
-
 TEST(Schema, TheWorkingCopyHoldsEveryColumnOfAStopTrip) {
     const auto& copy = table(DatabaseFile::RouteWrk, "Temp_Stop_TripType");
     for (const auto& column : table(DatabaseFile::Routing, "STOP_TRIPTYPE").columns) {
@@ -54,20 +46,6 @@ TEST(Schema, TheWorkingCopyHoldsEveryColumnOfAStopTrip) {
     }
     EXPECT_TRUE(has(copy, "StopType"));
     EXPECT_TRUE(has(copy, "StopID"));
-}
-
-TEST(Schema, RunsStartOnNoRouteAndStopTripsFromZero) {
-    for (const auto& column : table(DatabaseFile::Routing, "RUN").columns) {
-        if (column.name == "INT_ROUTEID") {
-            EXPECT_TRUE(column.nullable);
-            EXPECT_TRUE(column.defaultSql.empty());
-        }
-    }
-    for (const auto& column : table(DatabaseFile::Routing, "STOP_TRIPTYPE").columns) {
-        if (column.kind == store::ColumnKind::Single) {
-            EXPECT_EQ(column.defaultSql, "0") << column.name;
-        }
-    }
 }
 
 }  // namespace data

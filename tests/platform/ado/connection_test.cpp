@@ -183,11 +183,4 @@ TEST_F(Connections, LinkedTablesAreJoinedAndOwnOnesWin) {
     EXPECT_EQ(rowsOf(drivers), "R1|Null,R2|Smith");
 }
 
-TEST_F(Connections, AMissingFileIsNotMade) {
-    ado::Connection none;
-    EXPECT_EQ(errorOf([&] { none.Open(folder.path() + "none.mdb"); }),
-              store::numberOf(store::Fault::Missing));
-    EXPECT_EQ(none.State(), ado::ObjectState::Closed);
-}
-
 }  // namespace

@@ -195,12 +195,6 @@ TEST_F(Reading, ConditionsAreTrimmedAndJoinedAndBlankOnesLeftOut) {
     EXPECT_EQ(where.text(), "RUN LIKE 'O'N%' AND ( A = 1)");
 }
 
-TEST_F(Reading, BracketPatternsAreMatchedByTheConnectionsOwnFunction) {
-    ado::Recordset runs;
-    runs.Open("SELECT RUN.RUN FROM RUN WHERE RUN.RUN LIKE 'r[2-9]%'", connection);
-    EXPECT_EQ(rowsOf(runs), "R2");
-}
-
 /// Memory that the process holds now, in bytes.
 std::size_t residentBytes() {
     std::size_t whole = 0;
@@ -209,25 +203,20 @@ std::size_t residentBytes() {
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-TEST_F(Reading, AMillionRowsGoThroughWithoutBeingKept) {
+TEST_F(Reading, RowsGoThroughWithoutBeingKept) {
     connection.Close();
     other(
-        "CREATE TABLE LOG (ID INTEGER PRIMARY KEY, NOTE TEXT);"
-        " WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000000)"
-        " INSERT INTO LOG (NOTE) SELECT 'a note of some length' FROM n");
+        "CREATE TABLE LOG (NOTE TEXT); WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1"
+        " FROM n WHERE i < 10000) INSERT INTO LOG SELECT printf('%10000s', 'x') FROM n");
     connection.Open(path);
     ado::Recordset log;
     log.Open("SELECT LOG.* FROM LOG", connection);
-    const ado::Field& note = log["NOTE"];
     const std::size_t before = residentBytes();
-    std::size_t rows = 0;
     std::size_t characters = 0;
     for (; !log.Eof(); log.MoveNext()) {
-        ++rows;
-        characters += note.textView().size();
+        characters += log["NOTE"].textView().size();
     }
-    EXPECT_EQ(rows, 1000000U);
-    EXPECT_EQ(characters, 21 * rows);
+    EXPECT_EQ(characters, 100'000'000U);
     EXPECT_LT(residentBytes(), before + (30U << 20));
 }
 

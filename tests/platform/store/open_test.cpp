@@ -118,11 +118,7 @@ TEST_F(Open, AReadOnlyFileRefusesWritesInPlainWords) {
         EXPECT_NO_THROW(store::open(path)->requireWritable());
         chmod(path.c_str(), 0400);
         const auto database = store::open(path);
-        EXPECT_EQ(refusalOf([&] {
-                      database->requireWritable();
-                      return 0;
-                  }).fault(),
-                  Fault::ReadOnly);
+        EXPECT_EQ(refusalOf([&] { database->requireWritable(); }).fault(), Fault::ReadOnly);
         const auto refusal = refusalOf([&] { return database->execute("DELETE FROM STOPS"); });
         EXPECT_EQ(refusal.fault(), Fault::ReadOnly);
         EXPECT_THAT(refusal.description(), AllOf(HasSubstr(path), HasSubstr("read-only")));
@@ -145,9 +141,9 @@ TEST_F(Open, WritesToAFileThatIsThereNoMoreAreRefused) {
             if (isReplaced) {
                 folder.write(std::string("one.mdb") + beside, newer);
             }
-            EXPECT_EQ(refusalOf([&] { return database->commit(), 0; }).fault(), Fault::Replaced);
+            EXPECT_EQ(refusalOf([&] { database->commit(); }).fault(), Fault::Replaced);
             database->rollback();
-            EXPECT_EQ(refusalOf([&] { return database->begin(), 0; }).fault(), Fault::Replaced);
+            EXPECT_EQ(refusalOf([&] { database->begin(); }).fault(), Fault::Replaced);
             const auto refusal = refusalOf([&] { return database->execute("DELETE FROM STOPS"); });
             EXPECT_THAT(refusal.description(), AllOf(HasSubstr(one), HasSubstr("was replaced")));
             std::filesystem::rename(one + ".old", one + beside);

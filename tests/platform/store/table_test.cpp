@@ -3,7 +3,6 @@
 
 #include "plainfile.h"
 #include "platform/store/database.h"
-#include "support/errors.h"
 #include "support/temporaryfolder.h"
 #include "tables.h"
 
@@ -118,22 +117,6 @@ TEST_F(Tables, NamesInQuotesAreNamesAndOneTextIsOneStatement) {
     EXPECT_EQ(faultOf("DELETE FROM STOPS; DROP TABLE STOPS"), Fault::Statement);
     EXPECT_EQ(faultOf(" "), Fault::Statement);
     EXPECT_NE(database->catalog().find("STOPS"), nullptr);
-}
-
-TEST_F(Tables, AreReadThroughRegisteredFunctions) {
-    database->registerFunction({"joined", 2, true, [](std::span<const base::Value> arguments) {
-                                    return arguments[0].isNull()
-                                               ? base::Value()
-                                               : base::Value(arguments[0].asText() + "/" +
-                                                             arguments[1].asText());
-                                }});
-    const auto rows = database->prepare("SELECT joined('a', 1.5), joined(NULL, 1)");
-    ASSERT_TRUE(rows->step());
-    EXPECT_EQ(rows->text(0), "a/1.5");
-    EXPECT_EQ(rows->type(1), store::CellType::Null);
-
-    const auto failing = database->prepare("SELECT joined('a', NULL)");
-    EXPECT_EQ(support::errorOf([&] { return failing->step(); }), base::errors::InvalidUseOfNull);
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <fmt/format.h>
-
 #include "platform/jet/error.h"
 #include "runsearch/log/runlogreader.h"
 #include "startup/base/session.h"
@@ -80,15 +78,13 @@ TEST_F(RunLog, FiltersMeetAndWholeDaysCount) {
 // Entries of one second, of many and without a time; a run that most entries are of and a rare one,
 // which are found through different indexes.
 TEST_F(RunLog, IsReadInPartsOfAnySizeWithoutAGapOrARepetition) {
-    startup::gcnRouting->Execute("DELETE FROM RUNLOG");
-    const ado::CommitOnExit together(*startup::gcnRouting);
-    for (int id = 1; id <= 4000; ++id) {
-        const std::string time =
-            id <= 40 ? "Null" : fmt::format("#1/1/2026 {}:00 AM#", 1 + id / 400);
-        startup::gcnRouting->Execute(
-            fmt::format("INSERT INTO RUNLOG (RUNID, LOGDATE, ACTIVITYCODE) VALUES ('{}', {}, {})",
-                        id % 50 == 0 ? "R2" : "R10", time, id % 3));
-    }
+    byOthers("DELETE FROM RUNLOG");
+    EXPECT_EQ(found({.runId = "R"}), "");
+    byOthers(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 4000) INSERT "
+        "INTO "
+        "RUNLOG (ID, RUNID, LOGDATE, ACTIVITYCODE) SELECT i, iif(i % 50 = 0, 'R2', 'R10'), "
+        "iif(i > 40, printf('2026-01-01 %02d:00:00', i / 400), NULL), i % 3 FROM n");
     for (const auto& [filters, entries] :
          {std::pair{RunLogFilters{}, 4000},
           {RunLogFilters{.runId = "R"}, 4000},

@@ -157,16 +157,6 @@ TEST(CommandLine, TellsWhatItDoesNotUnderstand) {
     }
 }
 
-TEST(CommandLine, HelpsWithEachCommandByAnExample) {
-    const std::string all = run({"--help"}).out;
-    for (const std::string name : {"create", "check", "upgrade", "sql", "password", "programs"}) {
-        EXPECT_THAT(all, HasSubstr("vireo-district " + name + " "));
-        const Outcome one = run({name, "--help"});
-        EXPECT_EQ(one.status, ExitStatus::Done);
-        EXPECT_THAT(one.out, HasSubstr("\nExample: vireo-district " + name + " "));
-    }
-}
-
 TEST(CommandLine, TellsOfADistrictOfAnotherVersion) {
     const MadeDistrict made(1);
     const std::string version = std::to_string(data::currentVersion());

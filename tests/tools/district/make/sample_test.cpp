@@ -71,20 +71,4 @@ TEST_F(Sample, CountsEveryStudentOnce) {
               0);
 }
 
-TEST_F(Sample, HoldsWhatEveryDistrictHas) {
-    for (const std::string from :
-         {"RUN WHERE INT_ROUTEID IS NULL AND ACTIVE = 1", "RUN WHERE REGENERATE = 1",
-          "RUN WHERE ACTIVE = 0", "RUN WHERE PICKUP = 0", "STOP WHERE RIGHTSIDE = 1",
-          "STOP WHERE ACTIVE = 0", "STOP WHERE STOPTYPE = 'DIRECTIONAL'",
-          "STOP AS s INNER JOIN STOP_TRIPTYPE AS t ON t.INT_STOPID = s.INT_STOPID"
-          " WHERE s.XPOS = 0 AND s.YPOS = 0 AND t.RUN LIKE 'P%'",
-          "STOP_TRIPTYPE WHERE RUN IS NULL", "STOP_TRIPTYPE WHERE hex(RUN) = '20'",
-          "STOP_TRIPTYPE WHERE hex(RUN) = ''", "ROUTE WHERE AID_EMPNUM IS NOT NULL",
-          "STU_SPECIALNEEDS", "RUNLOG WHERE ACTIVITYCODE = 5", "SCHOOL WHERE ACTIVE = 0"}) {
-        EXPECT_GT(made().number("SELECT COUNT(*) FROM " + from), 0) << from;
-    }
-    EXPECT_EQ(made().number("SELECT COUNT(DISTINCT WARNINGTYPE) FROM RUNWARNING"), 4);
-    EXPECT_EQ(made().number("SELECT COUNT(DISTINCT LINETYPE) FROM RUNDIR"), 6);
-}
-
 }  // namespace tools::district
