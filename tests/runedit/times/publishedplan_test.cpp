@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "platform/base/value.h"
@@ -14,7 +16,6 @@ namespace runedit {
 namespace {
 
 using base::Date;
-using Times = std::vector<Date>;
 
 std::int64_t seconds(std::int64_t milliseconds) {
     return base::roundHalfEven(static_cast<double>(milliseconds) / 1000);
@@ -22,23 +23,15 @@ std::int64_t seconds(std::int64_t milliseconds) {
 
 /// The times of a run of the plan, moved by the sample's shift: the school's arrival, and before it
 /// each gap rounded once.
-Times plannedTimes(const tools::district::PlanRun& run) {
+std::vector<Date> plannedTimes(const tools::district::PlanRun& run) {
     auto visits = run.pickups;
     visits.push_back(run.school);
-    Times times(visits.size());
+    std::vector<Date> times(visits.size());
     times.back() = {seconds(run.school.arrival) + tools::district::SampleShiftSeconds};
     for (std::size_t i = visits.size() - 1; i > 0; --i) {
         times[i - 1] = times[i].plusSeconds(-seconds(visits[i].arrival - visits[i - 1].arrival));
     }
     return times;
-}
-
-std::vector<std::string> textsOf(const Times& times) {
-    std::vector<std::string> texts;
-    for (const auto time : times) {
-        texts.push_back(time.text());
-    }
-    return texts;
 }
 
 }  // namespace
@@ -54,7 +47,9 @@ TEST(PublishedPlan, ComesOutOfTheStoredMinutesOfAllRuns) {
     ASSERT_EQ(plan.runs.size(), 59U);
     for (const auto& planned : plan.runs) {
         const std::string run = tools::district::sampleRunId(planned);
-        Times expected = plannedTimes(planned);
+        const auto expected = plannedTimes(planned);
+        std::vector<std::string> texts(expected.size());
+        std::ranges::transform(expected, texts.begin(), &Date::text);
         const auto expectTimes = [&](std::string mode, Date anchor, Date last) {
             startup::gcnRouting->Execute(
                 "UPDATE STOP_TRIPTYPE SET TIME_AT_STOP = Null WHERE RUN = '" + run + "'");
@@ -62,7 +57,7 @@ TEST(PublishedPlan, ComesOutOfTheStoredMinutesOfAllRuns) {
             EXPECT_EQ(support::rowsOf("SELECT TIME_AT_STOP FROM STOP_TRIPTYPE WHERE RUN='" + run +
                                           "' ORDER BY RUNSEQ",
                                       *startup::gcnRouting),
-                      textsOf(expected))
+                      texts)
                 << run << mode;
         };
         expectTimes("End", expected.back(), expected.front());

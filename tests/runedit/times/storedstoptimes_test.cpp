@@ -7,13 +7,13 @@
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/session.h"
 #include "support/districtsession.h"
+#include "support/runbuilder.h"
 
 namespace runedit {
 
 namespace {
 
 using base::Date;
-using base::Value;
 using Times = std::vector<Date>;
 
 void fillNothing(const support::TestDistrict&) {}
@@ -28,11 +28,14 @@ protected:
         inWorkTable_ = inWorkTable;
         connection().Execute(inWorkTable ? "DELETE FROM Temp_Stop_TripType"
                                          : "DELETE FROM STOP_TRIPTYPE");
+        byOthers("DELETE FROM RUN");
+        support::RunBuilder run("R1");
         for (std::size_t i = 0; i < stops.size(); ++i) {
-            add(turnPoint_, "DIRECTIONAL");
-            add(stops[i], i + 1 == stops.size() ? "SCHOOL" : "REGULAR");
+            add(run, turnPoint_, "DIRECTIONAL");
+            add(run, stops[i], i + 1 == stops.size() ? "SCHOOL" : "REGULAR");
         }
-        add(turnPoint_, "DIRECTIONAL");
+        add(run, turnPoint_, "DIRECTIONAL");
+        run.into(district);
     }
 
     Date calculate(std::string& mode, Date& anchor, const std::string& run = " R1 ") {
@@ -67,34 +70,19 @@ private:
         return inWorkTable_ ? StopRows::Working : StopRows::Routing;
     }
 
-    void add(const TimedStop& stop, const std::string& type) {
-        ++sequence_;
-        ado::Recordset row;
-        const auto set = [&](std::string_view name, const Value& value) { row[name].Value(value); };
-        const auto minutes = [](std::optional<float> given) {
-            return given ? Value(base::singleOf(static_cast<double>(*given))) : Value();
-        };
-        if (inWorkTable_) {
-            row.Open("SELECT * FROM Temp_Stop_TripType", connection());
-            row.AddNew();
-            set("ID", sequence_);
-            set("StopType", type);
-            set("StopID", *stop.stopId);
-        } else {
-            connection().Execute(
-                fmt::format("INSERT INTO STOP (INT_STOPID, STOPID, STOPTYPE) VALUES ({}, '{}', "
-                            "'{}')",
-                            sequence_, *stop.stopId, type));
-            row.Open("SELECT * FROM STOP_TRIPTYPE", connection());
-            row.AddNew();
-            set("INT_STOPID", sequence_);
-            set("RUN", "R1");
+    void add(support::RunBuilder& run, const TimedStop& stop, const std::string& type) {
+        if (!inWorkTable_) {
+            run.stop(*stop.stopId, {.load = *stop.loadMinutes,
+                                    .drive = *stop.driveMinutes,
+                                    .type = type,
+                                    .more = {{"UPDATE_TIME", stop.updatesTime}}});
+            return;
         }
-        set("RUNSEQ", sequence_);
-        set("Load_Time", minutes(stop.loadMinutes));
-        set("time_tostop", minutes(stop.driveMinutes));
-        set("UPDATE_TIME", stop.updatesTime);
-        row.Update();
+        connection().Execute(fmt::format(
+            "INSERT INTO Temp_Stop_TripType (ID, RUNSEQ, StopType, StopID, Load_Time, time_tostop, "
+            "UPDATE_TIME) VALUES ({0}, {0}, '{1}', '{2}', {3}, {4}, {5})",
+            ++sequence_, type, *stop.stopId, *stop.loadMinutes, *stop.driveMinutes,
+            stop.updatesTime ? "True" : "False"));
     }
 
     TimedStop turnPoint_{.stopId = "T", .loadMinutes = 50.0F, .driveMinutes = 60.0F};
