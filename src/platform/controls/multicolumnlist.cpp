@@ -355,13 +355,15 @@ void MultiColumnList::applyWidths() {
     const int arrow =
         headerSorts_ ? style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, header()) + 9 : 0;
     for (int column = 0; column < model_->columnCount(); ++column) {
-        const int twips = table().columns[static_cast<std::size_t>(column)].widthTwips;
-        const int asked = twips > 0 ? pixelsOf(twips, *this)
-                                    : std::clamp(sizeHintForColumn(column), Narrowest, Widest);
+        const auto& shown = table().columns[static_cast<std::size_t>(column)];
+        const int asked = shown.widthTwips > 0
+                              ? pixelsOf(shown.widthTwips, *this)
+                              : std::clamp(sizeHintForColumn(column), Narrowest, Widest);
         header()->resizeSection(column,
                                 column < remembered.size()
                                     ? remembered[column].toInt()
-                                    : std::max(asked, header()->sectionSizeHint(column) + arrow));
+                                    : std::max(asked, header()->sectionSizeHint(column) +
+                                                          (shown.caption.empty() ? 0 : arrow)));
     }
 }
 

@@ -51,6 +51,7 @@ std::string text(const QLineEdit* box) { return fromQt(box->text()); }
 StopSearchPanel::StopSearchPanel(QWidget* parent)
     : QWidget(parent), ui_(std::make_unique<Ui::StopSearchPanel>()) {
     ui_->setupUi(this);
+    makeNarrow();
     turn_.setInterval(0);
     turn_.setSingleShot(true);
     for (QWidget* choice : {ui_->cmbGeocoded, ui_->cmbActive}) {
@@ -58,7 +59,7 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
     }
     ui_->lstStop->showFirst({"Map", "STOPID", "ADDR1", "DESCRIPTION", "STOPTYPE"});
     ui_->lstSTOP_TRIPTYPE->showFirst(
-        {"Map", "STOPID", "ADDR1", "DESCRIPTION", "RUN", "NUM_STUDENTS"});
+        {"Map", "STOPID", "ADDR1", "RUN", "DESCRIPTION", "NUM_STUDENTS"});
     for (auto* list : {ui_->lstStop, ui_->lstSTOP_TRIPTYPE}) {
         list->setEmptyText(BeforeSearch);
         list->drawColumnBy("Map", new SignDelegate(controls::Sign::NoPlace,
@@ -69,6 +70,16 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
 }
 
 StopSearchPanel::~StopSearchPanel() = default;
+
+/// The boxes share what width there is, however long the texts in them are.
+void StopSearchPanel::makeNarrow() {
+    constexpr int Characters = 11;
+    for (auto* box : findChildren<QWidget*>()) {
+        if (qobject_cast<QLineEdit*>(box) != nullptr || qobject_cast<QComboBox*>(box) != nullptr) {
+            box->setMinimumWidth(Characters * fontMetrics().averageCharWidth());
+        }
+    }
+}
 
 void StopSearchPanel::wire() {
     using forms::on;

@@ -57,6 +57,7 @@ private:
         Qt::SortOrder order = Qt::AscendingOrder;
     };
 
+    void makeNarrow();
     void wire();
     void cmdReset_Click();
     void chkTRIPTYPES_Click();

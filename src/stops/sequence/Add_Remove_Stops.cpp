@@ -86,6 +86,7 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     for (auto* hint : {ui_->OrderHint, ui_->MapHint}) {
         hint->setForegroundRole(QPalette::PlaceholderText);
     }
+    ui_->RunSide->installEventFilter(this);
     wireButtons();
     wireKeys();
     wireDragging();
@@ -199,8 +200,23 @@ void Add_Remove_Stops::showPassengers(std::int64_t passengers) {
         text += tr(", <b>%1 too many</b>").arg(passengers - seats);
     }
     ui_->Passengers->setText(text);
-    ui_->Seats->setVisible(seats > 0);
     ui_->Seats->setValues(static_cast<double>(passengers), static_cast<double>(seats));
+    ui_->Seats->setVisible(seats > 0);
+}
+
+/// Where it is narrow the seats stand on a line of their own.
+void Add_Remove_Stops::fitHeading() {
+    constexpr int Characters = 105;
+    const bool narrow = ui_->RunSide->width() < Characters * fontMetrics().averageCharWidth();
+    ui_->runHeading->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    ui_->Passengers->setAlignment(narrow ? Qt::AlignLeft : Qt::AlignRight | Qt::AlignVCenter);
+}
+
+bool Add_Remove_Stops::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->RunSide && event->type() == QEvent::Resize) {
+        fitHeading();
+    }
+    return TrappedForm::eventFilter(watched, event);
 }
 
 void Add_Remove_Stops::showUnplaced(const std::vector<std::size_t>& rows) {
@@ -421,7 +437,7 @@ void Add_Remove_Stops::restoreSplitter() {
     ui_->Splitter->setStretchFactor(1, 1);
     const auto arranged = controls::LayoutMemory::instance().recall(SplitterKey).toByteArray();
     if (!ui_->Splitter->restoreState(arranged)) {
-        ui_->Splitter->setSizes({415, 915});
+        ui_->Splitter->setSizes({390, 940});
     }
 }
 

@@ -50,6 +50,7 @@ protected:
     bool Form_QueryUnload() override;
     void Form_Unload() override;
     [[nodiscard]] Message lockedMessage() const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     using StopTripIds = std::vector<std::int64_t>;
@@ -63,6 +64,7 @@ private:
     void enableButtons();
     void showHead();
     void showPassengers(std::int64_t passengers);
+    void fitHeading();
     void showUnplaced(const std::vector<std::size_t>& rows);
 
     [[nodiscard]] StopTripIds selectedStops() const;

@@ -26,7 +26,7 @@ constexpr data::ListColumn Columns[]{
     {"Trip Type", "TRIPTYPE"},
     {"Stop Type", "STOPTYPE"},
     {"School", "SCHOOL"},
-    {"Description", "DESCRIPTION", 1700},
+    {"Description", "DESCRIPTION", 1800},
     {"Time to Stop", "TIME_TOSTOP", 0, CellKind::Decimal},
     {"Distance to Stop", "DIST_TOSTOP", 0, CellKind::Decimal},
     {"Load Time", "LOAD_TIME", 0, CellKind::Decimal},
