@@ -74,7 +74,7 @@ StopSearchPanel::~StopSearchPanel() = default;
 /// The boxes share what width there is, however long the texts in them are.
 void StopSearchPanel::makeNarrow() {
     constexpr int Characters = 11;
-    for (auto* box : findChildren<QWidget*>()) {
+    for (auto* box : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
         if (qobject_cast<QLineEdit*>(box) != nullptr || qobject_cast<QComboBox*>(box) != nullptr) {
             box->setMinimumWidth(Characters * fontMetrics().averageCharWidth());
         }

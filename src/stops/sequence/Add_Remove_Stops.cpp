@@ -202,14 +202,19 @@ void Add_Remove_Stops::showPassengers(std::int64_t passengers) {
     ui_->Passengers->setText(text);
     ui_->Seats->setValues(static_cast<double>(passengers), static_cast<double>(seats));
     ui_->Seats->setVisible(seats > 0);
+    fitHeading();
 }
 
-/// Where it is narrow the seats stand on a line of their own.
+/// Where it is narrow the seats stand on a line of their own, and it may always become so narrow.
 void Add_Remove_Stops::fitHeading() {
     constexpr int Characters = 105;
     const bool narrow = ui_->RunSide->width() < Characters * fontMetrics().averageCharWidth();
     ui_->runHeading->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     ui_->Passengers->setAlignment(narrow ? Qt::AlignLeft : Qt::AlignRight | Qt::AlignVCenter);
+    const auto width = [](const QLayout* part) { return part->minimumSize().width(); };
+    ui_->RunSide->setMinimumWidth(width(ui_->takeColumn) + width(ui_->orderColumn) +
+                                  std::max(width(ui_->countsRow), width(ui_->seatsRow)) +
+                                  2 * std::max(ui_->runRow->spacing(), 0));
 }
 
 bool Add_Remove_Stops::eventFilter(QObject* watched, QEvent* event) {

@@ -93,6 +93,11 @@ TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
               "Stop 3 of 4 on run R1");
     EXPECT_EQ(stopIds("StopList"), "S1 S3 S2*");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S4 S5");
+    select("lstSTOP_TRIPTYPE", {0});
+    EXPECT_TRUE(isEnabled("AddStop"));
+    click("cmdReset");
+    EXPECT_FALSE(isEnabled("AddStop"));
+    EXPECT_EQ(text("SelectedCount"), "");
 
     EXPECT_TRUE(startup::RefreshRunList);
     EXPECT_THAT(rows("SELECT DISTINCT User FROM RUNLOG"), ElementsAre("PAT"));
