@@ -1,4 +1,3 @@
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "stops/sequence/stopmessages.h"
@@ -163,21 +162,12 @@ TEST_F(StopsDistrict, MovesNumberFromOneAndSeveralKeepTheirOrder) {
     EXPECT_EQ(movesLogged(), "");
 }
 
-/// Dies after some steps of an action.
-class Killer : public base::ProgressPort {
-public:
-    explicit Killer(int steps) : steps_(steps) {}
+/// Dies at the second step of an action.
+struct Killer : base::ProgressPort {
     void progress(double) override {}
     void status(const std::string&) override {}
-    bool yield() override {
-        if (--steps_ == 0) {
-            _exit(9);
-        }
-        return false;
-    }
-
-private:
-    int steps_;
+    bool yield() override { return --steps == 0 ? (_exit(9), false) : false; }
+    int steps = 2;
 };
 
 TEST_F(StopsDistrict, AKilledActionLeavesNothingBehind) {
@@ -185,24 +175,17 @@ TEST_F(StopsDistrict, AKilledActionLeavesNothingBehind) {
     const auto before = rows("SELECT ID, RUN, RUNSEQ FROM STOP_TRIPTYPE ORDER BY ID");
     const auto path = district.path(data::DatabaseFile::Routing);
     connection.Close();
-    for (const bool removing : {true, false}) {
-        const pid_t child = fork();
-        if (child == 0) {
-            ado::Connection victim;
-            victim.Open(path);
-            Killer killer(2);
-            const std::vector places{chosen(6), chosen(4), chosen(5)};
-            if (removing) {
-                removeStops(victim, run, Ids{1}, &killer);
-            } else {
-                addStops(victim, run, places, &killer);
-            }
-            _exit(0);
+    const auto die = [&](bool removing) {
+        ado::Connection victim;
+        victim.Open(path);
+        Killer killer;
+        if (removing) {
+            removeStops(victim, run, Ids{1}, &killer);
         }
-        int status = 0;
-        waitpid(child, &status, 0);
-        ASSERT_EQ(WEXITSTATUS(status), 9);
-    }
+        addStops(victim, run, std::vector{chosen(6), chosen(4), chosen(5)}, &killer);
+    };
+    EXPECT_EXIT(die(true), testing::ExitedWithCode(9), "");
+    EXPECT_EXIT(die(false), testing::ExitedWithCode(9), "");
     connection.Open(path);
     EXPECT_EQ(rows("SELECT ID, RUN, RUNSEQ FROM STOP_TRIPTYPE ORDER BY ID"), before);
     EXPECT_EQ(rows("SELECT ID FROM RUNLOG").size(), 3U);
