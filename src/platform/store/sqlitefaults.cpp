@@ -39,10 +39,11 @@ std::string constraintText(const Source& source) {
 [[noreturn]] void raiseReplaced(const Source& source) {
     throw StoreError(
         Fault::Replaced,
-        fmt::format("The database file \"{}\" was replaced, moved or deleted while it was open. "
-                    "Nothing was written. Close this program and start it again once the file is "
-                    "in its place.",
-                    source.path));
+        fmt::format(
+            "The database file \"{}\" was replaced, moved or deleted while it was open. "
+            "Nothing was written. Where it was only moved, put it back and try again; where "
+            "another file took its place, the program must be started again.",
+            source.path));
 }
 
 [[noreturn]] void raiseFull(const Source& source) {

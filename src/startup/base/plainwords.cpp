@@ -36,6 +36,10 @@ const std::array KnownErrors{
     Words{store::numberOf(Fault::Locked), "Database in Use",
           "Oops, another program is writing to the database just now.",
           "Please wait a moment and try again."},
+    Words{store::numberOf(Fault::Replaced), "File Replaced",
+          "Oops, a file of the district is not the one any more that was opened.", ""},
+    Words{store::numberOf(Fault::Network), "Not on This Machine",
+          "Oops, the district lies where several machines would damage it.", ""},
     Words{store::numberOf(Fault::ReadOnly), "No Right to Write",
           "Oops, a file of the district may only be read.",
           "Please ask whoever looks after the program for the right to write, then try again."},
@@ -77,6 +81,7 @@ bool refusedByStore() {
             case Fault::Locked:
             case Fault::Full:
             case Fault::ReadOnly:
+            case Fault::Replaced:
                 return true;
             default:
                 return false;

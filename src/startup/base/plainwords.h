@@ -15,7 +15,7 @@ struct PlainWords {
 
 /// Whether the error that is being handled is a refusal of the store that wrote nothing and that
 /// the program outlives: another program holds the file for longer than a connection waits, the
-/// disk is full, the file may only be read.
+/// disk is full, the file may only be read or is not the one any more that was opened.
 [[nodiscard]] bool refusedByStore();
 
 }  // namespace startup

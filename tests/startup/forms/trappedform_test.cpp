@@ -114,6 +114,7 @@ TEST_F(TrappedFormTest, AFullDiskAndAFileThatMayOnlyBeReadEndNothing) {
     };
     EXPECT_EQ(refusal(store::Fault::Full), "Disk Full");
     EXPECT_EQ(refusal(store::Fault::ReadOnly), "No Right to Write");
+    EXPECT_EQ(refusal(store::Fault::Replaced), "File Replaced");
 }
 
 TEST_F(TrappedFormTest, ALockOutsideAFormIsAnErrorOfTheModule) {
