@@ -27,7 +27,8 @@ public:
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         CellDelegate::initStyleOption(option, index);
-        if (!index.flags().testFlag(Qt::ItemIsEditable)) {
+        const auto* grid = qobject_cast<const GridModel*>(index.model());
+        if (grid->anyEditable() && !index.flags().testFlag(Qt::ItemIsEditable)) {
             option->backgroundBrush = option->palette.brush(QPalette::AlternateBase);
         }
     }
@@ -95,6 +96,7 @@ Grid::Grid(QWidget* parent)
     layout->addWidget(caption_);
     layout->addWidget(view_);
     caption_->setBuddy(view_);
+    caption_->hide();
     setFocusProxy(view_);
 
     view_->setModel(model_);
@@ -133,7 +135,10 @@ void Grid::addActions() {
 
 QString Grid::caption() const { return caption_->text(); }
 
-void Grid::setCaption(const QString& caption) { caption_->setText(caption); }
+void Grid::setCaption(const QString& caption) {
+    caption_->setText(caption);
+    caption_->setVisible(!caption.isEmpty());
+}
 
 void Grid::setColumns(std::vector<GridColumn> columns) {
     model_->setColumns(std::move(columns));
@@ -151,12 +156,16 @@ int Grid::column(std::string_view field) const {
 
 void Grid::setRows(std::vector<std::vector<std::string>> rows) {
     model_->setRows(std::move(rows));
-    constexpr int Roomy = 16;
-    for (int column = 0; column + 1 < model_->columnCount(); ++column) {
+    fitColumns();
+    emit selectionCountChanged(0);
+}
+
+void Grid::fitColumns() {
+    constexpr int Roomy = 8;
+    for (int column = 0; column < model_->columnCount(); ++column) {
         view_->resizeColumnToContents(column);
         view_->setColumnWidth(column, view_->columnWidth(column) + Roomy);
     }
-    emit selectionCountChanged(0);
 }
 
 int Grid::rows() const { return model_->rowCount(); }
@@ -170,6 +179,13 @@ void Grid::setCellText(int row, int column, const std::string& text) {
 bool Grid::isRed(int row, int column) const { return model_->isRed(row, column); }
 
 void Grid::setRed(int row, int column, bool red) { model_->setRed(row, column, red); }
+
+void Grid::setNote(int row, int column, CellNote note) { model_->setNote(row, column, note); }
+
+void Grid::setWideColumn(int column) {
+    view_->horizontalHeader()->setStretchLastSection(false);
+    view_->horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
+}
 
 std::vector<int> Grid::selectedRows() const {
     std::vector<int> rows;

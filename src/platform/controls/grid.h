@@ -18,7 +18,7 @@ class GridView;
 /// A grid that holds its own cells: a caption, columns with captions and field names, rows to
 /// select, and cells to type into where the column is editable. Typing anywhere in a row goes into
 /// its editable cell, Enter goes on to the next row, Del empties the editable cells of the selected
-/// rows. Rows and columns count from 0.
+/// rows. Without an editable column it is a list to read. Rows and columns count from 0.
 class Grid : public QFrame {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption)
@@ -43,6 +43,8 @@ public:
     void setCellText(int row, int column, const std::string& text);
     [[nodiscard]] bool isRed(int row, int column) const;
     void setRed(int row, int column, bool red);
+    /// The ink of a cell's text and the mark before it.
+    void setNote(int row, int column, CellNote note);
 
     /// Rising.
     [[nodiscard]] std::vector<int> selectedRows() const;
@@ -56,6 +58,11 @@ public:
     void typeInto(int row, int column);
 
     [[nodiscard]] QTableView& view();
+
+    /// As wide as what stands in them now; setRows() does it for the texts.
+    void fitColumns();
+    /// A column that takes the width that is left, alone or with others; the last one unless told.
+    void setWideColumn(int column);
 
 signals:
     /// The user has typed another text into the cell, or emptied it.

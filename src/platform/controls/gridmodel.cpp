@@ -1,5 +1,10 @@
 #include "platform/controls/gridmodel.h"
 
+#include <QFont>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
 #include <algorithm>
 #include <utility>
 
@@ -8,6 +13,21 @@
 #include "platform/controls/qtext.h"
 
 namespace controls {
+
+namespace {
+
+/// Broken at the blank nearest to its middle, so that a caption does not make its column wide.
+QString inTwoLines(QString caption) {
+    constexpr int Short = 8;
+    const auto middle = caption.size() / 2;
+    const auto before = caption.lastIndexOf(u' ', middle);
+    const auto behind = caption.indexOf(u' ', middle);
+    const auto at =
+        before < 0 || (behind >= 0 && behind - middle < middle - before) ? behind : before;
+    return caption.size() > Short && at >= 0 ? caption.replace(at, 1, u'\n') : caption;
+}
+
+}  // namespace
 
 void GridModel::setColumns(std::vector<GridColumn> columns) {
     beginResetModel();
@@ -58,6 +78,34 @@ void GridModel::setRed(int row, int column, bool red) {
     cellChanged(row, column);
 }
 
+void GridModel::setNote(int row, int column, CellNote note) {
+    cell(row, column).note = note;
+    cellChanged(row, column);
+}
+
+bool GridModel::anyEditable() const { return std::ranges::any_of(columns_, &GridColumn::editable); }
+
+/// What is wrong stands out in weight, too.
+QVariant GridModel::dressOf(const CellNote& note, int role) {
+    const QPalette palette = QGuiApplication::palette();
+    if (role == Qt::DecorationRole && note.sign) {
+        const int line = QFontMetrics(QGuiApplication::font()).height();
+        QIcon icon(markFor(*note.sign, inkOf(note.tone, palette), line));
+        icon.addPixmap(markFor(*note.sign, palette.color(QPalette::HighlightedText), line),
+                       QIcon::Selected);
+        return icon;
+    }
+    if (role == Qt::ForegroundRole && note.tone != Tone::Plain) {
+        return inkOf(note.tone, palette);
+    }
+    if (role == Qt::FontRole && note.tone == Tone::Wrong) {
+        QFont bold = QGuiApplication::font();
+        bold.setBold(true);
+        return bold;
+    }
+    return {};
+}
+
 int GridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
@@ -80,7 +128,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         case RedRole:
             return shown.red;
         default:
-            return {};
+            return dressOf(shown.note, role);
     }
 }
 
@@ -100,7 +148,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     }
     const GridColumn& column = columns_.at(static_cast<std::size_t>(section));
     if (role == Qt::DisplayRole) {
-        return toQt(column.caption);
+        return inTwoLines(toQt(column.caption));
     }
     if (role == Qt::TextAlignmentRole) {
         return QVariant::fromValue((column.alignedRight ? Qt::AlignRight : Qt::AlignLeft) |

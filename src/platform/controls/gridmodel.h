@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/controls/notebox.h"
 
 namespace controls {
 
@@ -12,6 +15,12 @@ struct GridColumn {
     std::string field;
     bool editable = false;
     bool alignedRight = false;
+};
+
+/// What a cell is to its reader: the ink of its text, and a mark before it.
+struct CellNote {
+    Tone tone = Tone::Plain;
+    std::optional<Sign> sign = {};
 };
 
 /// The cells of a grid as texts, for its view. An empty cell reads as one blank.
@@ -31,6 +40,8 @@ public:
     void setText(int row, int column, const std::string& text);
     [[nodiscard]] bool isRed(int row, int column) const;
     void setRed(int row, int column, bool red);
+    void setNote(int row, int column, CellNote note);
+    [[nodiscard]] bool anyEditable() const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -48,7 +59,9 @@ private:
     struct Cell {
         std::string text;
         bool red = false;
+        CellNote note = {};
     };
+    [[nodiscard]] static QVariant dressOf(const CellNote& note, int role);
     [[nodiscard]] const Cell& cell(int row, int column) const;
     [[nodiscard]] Cell& cell(int row, int column);
     void cellChanged(int row, int column);

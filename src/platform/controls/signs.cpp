@@ -30,6 +30,11 @@ const Strokes Sheet{{{2, 3}, {14, 3}, {14, 14}, {2, 14}, {2, 3}},
                     {{5, 9.2}, {11.5, 9.2}},
                     {{5, 11.7}, {11.5, 11.7}}};
 
+const Strokes Triangle{
+    {{8, 2}, {14.5, 13.8}, {1.5, 13.8}, {8, 2}}, {{8, 6.6}, {8, 9.6}}, {{8, 11.7}, {8, 11.8}}};
+const Strokes NotEqual{{{3, 6}, {13, 6}}, {{3, 10.5}, {13, 10.5}}, {{11, 3}, {5, 13.5}}};
+const Strokes Check{{{2.5, 8.5}, {6.3, 12.3}, {13.5, 4.2}}};
+
 /// A circle with a stroke through it.
 Strokes crossedCircle() {
     constexpr int Corners = 24;
@@ -71,6 +76,12 @@ Drawing drawingOf(Sign sign) {
             return {crossedCircle()};
         case Sign::Grip:
             return {dots()};
+        case Sign::Warning:
+            return {Triangle};
+        case Sign::Unlike:
+            return {NotEqual};
+        case Sign::Tick:
+            return {Check};
         case Sign::Calendar:
             break;
     }
@@ -106,10 +117,11 @@ QPixmap painted(int pixels, int units, const std::function<void(QPainter&)>& pai
     return pixmap;
 }
 
-QPixmap drawn(const Drawing& drawing, const QColor& colour) {
-    constexpr int Units = 16;
+constexpr int Units = 16;
+
+QPixmap drawn(const Drawing& drawing, const QColor& colour, int size = Units) {
     constexpr int PixelRatio = 3;  // sharp on any screen
-    auto pixmap = painted(Units * PixelRatio, Units, [&](QPainter& painter) {
+    auto pixmap = painted(size * PixelRatio, Units, [&](QPainter& painter) {
         painter.setPen(QPen(colour, drawing.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.translate(Units / 2, Units / 2);
         painter.rotate(drawing.turn);
@@ -139,6 +151,11 @@ QIcon signIcon(Sign sign, const QPalette& palette, QPalette::ColorRole ink) {
     QIcon icon(drawn(drawing, palette.color(QPalette::Active, ink)));
     icon.addPixmap(drawn(drawing, palette.color(QPalette::Disabled, ink)), QIcon::Disabled);
     return icon;
+}
+
+QPixmap markFor(Sign sign, const QColor& ink, int lineHeight) {
+    constexpr double OfLine = 0.8;  // the drawing leaves room around itself
+    return drawn(drawingOf(sign), ink, static_cast<int>(std::lround(OfLine * lineHeight)));
 }
 
 QIcon programIcon() {
