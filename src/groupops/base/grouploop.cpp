@@ -19,6 +19,9 @@ constexpr auto LockedText =
     "Oops, another program has been writing to the database for some time.\n\n{}  {}\n\n"
     "Yes - go on, waiting for it.\nNo - stop here; what is saved stays.";
 
+constexpr auto FaultText =
+    "Oops, {} could not go on{}.  The program tells the fault next and ends.\n\n{}  {}{}";
+
 std::chrono::milliseconds lockPatience = std::chrono::minutes(1);
 
 }  // namespace
@@ -38,7 +41,7 @@ void GroupLoop::setPatience(std::chrono::milliseconds patience) { lockPatience =
 bool GroupLoop::once(const std::function<void()>& work) {
     auto start = Clock::now();
     int turns = 0;
-    while (!outcome_.stopped && !work_.unit(work)) {
+    while (!outcome_.stopped && !tried(work)) {
         if (++turns == SilentTurns) {
             progress_.status(WaitingStatus);
         }
@@ -57,6 +60,25 @@ bool GroupLoop::once(const std::function<void()>& work) {
 bool GroupLoop::turn(const std::function<void()>& work) {
     outcome_.stopped = progress_.yield();
     return once(work);
+}
+
+bool GroupLoop::tried(const std::function<void()>& work) {
+    try {
+        return work_.unit(work);
+    } catch (const std::exception&) {
+        tellFault();
+        throw;
+    }
+}
+
+void GroupLoop::tellFault() const {
+    const bool named = !atHand_.empty();
+    const std::string at = named ? fmt::format(" at {}: {}", words_.thing, atHand_) : "";
+    const std::string part =
+        named ? fmt::format("  The {} named above may be written in part.", words_.thing) : "";
+    base::MsgBox(
+        fmt::format(FaultText, words_.name, at, howFar(outcome_, words_), words_.rest, part),
+        "Not Everything Was Written", base::MsgIcon::Exclamation);
 }
 
 bool GroupLoop::goOnWaiting() {

@@ -4,6 +4,8 @@
 #include <functional>
 #include <optional>
 #include <ranges>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "groupops/base/outcome.h"
@@ -24,6 +26,9 @@ enum class Telling { Before, Done };
 /// While another program keeps the database locked, the status says so; after a minute the planner
 /// is told what is written and what is not, and asked whether to go on or to stop. A unit that met
 /// the lock is done anew, as a whole.
+///
+/// What a unit raises goes on to the caller; before it does, the planner is told what is written
+/// and what is not. What the faulty unit has written until then stays, too.
 class GroupLoop {
 public:
     /// The outcome outlives the loop.
@@ -32,14 +37,15 @@ public:
 
     /// Does `unit` for each item. It answers with what was left out and why, or with nothing where
     /// the item is done. `status` gives what is told of an item; the progress is told the percent
-    /// of the items. False where the planner stopped.
-    ///
-    /// Raises what a unit raises; what was written until then stays.
+    /// of the items. False where the planner stopped. Raises what a unit raises.
     template <class Items, class Unit, class Status>
     bool forEach(const Items& items, Unit unit, Status status, Telling telling = Telling::Done);
 
     /// Does one unit of work that is none of the items; false where the planner stopped.
     bool once(const std::function<void()>& work);
+
+    /// Names the thing that the present unit works on, for the planner who is told of a fault.
+    void worksOn(std::string thing) { atHand_ = std::move(thing); }
 
     /// How long another program may keep the database before the planner is asked. A test shortens
     /// it.
@@ -47,6 +53,8 @@ public:
 
 private:
     bool turn(const std::function<void()>& work);
+    bool tried(const std::function<void()>& work);
+    void tellFault() const;
     bool goOnWaiting();
     void count(std::optional<LeftOut> left);
     void tell(const std::string& status);
@@ -56,6 +64,7 @@ private:
     Wording words_;
     Outcome& outcome_;
     std::string status_;
+    std::string atHand_;
 };
 
 template <class Items, class Unit, class Status>
@@ -69,6 +78,7 @@ bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling te
             progress_.progress(percent);
         }
         std::optional<LeftOut> left;
+        atHand_.clear();
         if (!turn([&] { left = unit(item); })) {
             return false;
         }

@@ -28,12 +28,16 @@ std::optional<LeftOut> changeRow(ado::Connection& routing, const std::string& ru
 Outcome changeRuns(ado::Connection& routing, std::span<const std::string> runs,
                    std::span<const RunChange> changes, base::ProgressPort& progress) {
     Outcome outcome{.asked = static_cast<int>(runs.size())};
-    GroupLoop(routing, progress, runChangeWording(), outcome)
-        .forEach(
-            runs, [&](const std::string& run) { return changeRow(routing, run, changes); },
-            [](const std::string& run) {
-                return fmt::format("Changed information for run: {}.", run);
-            });
+    GroupLoop loop(routing, progress, runChangeWording(), outcome);
+    loop.forEach(
+        runs,
+        [&](const std::string& run) {
+            loop.worksOn(run);
+            return changeRow(routing, run, changes);
+        },
+        [](const std::string& run) {
+            return fmt::format("Changed information for run: {}.", run);
+        });
     return outcome;
 }
 

@@ -135,18 +135,19 @@ Outcome mergeRuns(ado::Connection& routing, const RunMerge& asked, base::Progres
               ado::CursorType::Dynamic);
     Outcome outcome{.asked = static_cast<int>(rows.RecordCount())};
     int standsAt = 1;
-    GroupLoop(routing, progress, mergeWording(merge), outcome)
-        .forEach(
-            numbersTo(outcome.asked),
-            [&](int stop) {
-                for (; standsAt < stop; ++standsAt) {
-                    rows.MoveNext();
-                }
-                return moveStop(routing, rows, merge, log);
-            },
-            [&](int stop) {
-                return fmt::format("Merged stop: {} of {} total stops.", stop, outcome.asked);
-            });
+    GroupLoop loop(routing, progress, mergeWording(merge), outcome);
+    loop.forEach(
+        numbersTo(outcome.asked),
+        [&](int stop) {
+            for (; standsAt < stop; ++standsAt) {
+                rows.MoveNext();
+            }
+            loop.worksOn(fmt::format("{} of run: {}", stop, merge.source));
+            return moveStop(routing, rows, merge, log);
+        },
+        [&](int stop) {
+            return fmt::format("Merged stop: {} of {} total stops.", stop, outcome.asked);
+        });
     return outcome;
 }
 
@@ -163,23 +164,6 @@ table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run)
                                       "= True) AND (RUN.RUN <> '{}') ORDER BY RUN.RUN",
                                       ado::escaped(base::trim(run))),
                           routing);
-}
-
-std::string runSummary(ado::Connection& routing, const std::string& run) {
-    ado::Recordset row;
-    if (!data::openRun(row, routing, base::trim(run))) {
-        return {};
-    }
-    ado::Recordset stops;
-    stops.Open(fmt::format(StopsOfRun, ado::escaped(base::trim(run)), ""), routing,
-               ado::CursorType::Static);
-    std::string text;
-    for (const auto* column : {"DESCRIPTION", "SCHOOL", "TRIPTYPE"}) {
-        const std::string part = textOf(row[column]);
-        text += part == " " ? "" : part + ", ";
-    }
-    const auto count = stops.RecordCount();
-    return text + (count == 1 ? "1 stop" : fmt::format("{} stops", count));
 }
 
 }  // namespace groupops

@@ -42,7 +42,4 @@ Outcome mergeRuns(ado::Connection& routing, const RunMerge& merge, base::Progres
 /// The active runs that a run can be merged with: all but itself.
 [[nodiscard]] table::TextTable readOtherRuns(ado::Connection& routing, const std::string& run);
 
-/// "Oak morning, AM, 12 stops"; "" for a run that does not exist.
-[[nodiscard]] std::string runSummary(ado::Connection& routing, const std::string& run);
-
 }  // namespace groupops

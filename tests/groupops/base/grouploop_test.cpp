@@ -136,12 +136,24 @@ TEST_F(GroupLoopTest, AUnitIsWrittenAsOneAndDoneAnewAsAWholeAfterALock) {
     EXPECT_EQ(tries, 4);
     EXPECT_THAT(rows("SELECT RUN, OverFill FROM RUN WHERE OverFill = 1 ORDER BY RUN"),
                 ElementsAre("101-AM|1", "102-AM|1", "201-PM|1"));
+}
 
-    EXPECT_THROW(change(progress, Runs,
-                        [](const std::string&) -> std::optional<LeftOut> {
-                            throw store::StoreError(store::Fault::Damaged, "damaged");
-                        }),
+TEST_F(GroupLoopTest, BeforeAFaultGoesOnThePlannerIsToldWhatIsWritten) {
+    FakeProgress progress;
+    Outcome outcome{.asked = 3};
+    GroupLoop loop(*startup::gcnRouting, progress, groupops::runChangeWording(), outcome);
+    const auto fails = [&](const std::string& run) {
+        loop.worksOn(run);
+        return run == "102-AM" ? throw store::StoreError(store::Fault::Damaged, "damaged")
+                               : mark(run);
+    };
+    EXPECT_THROW(loop.forEach(Runs, fails, [](const std::string& run) { return run; }),
                  store::StoreError);
+    EXPECT_THAT(lastText(),
+                AllOf(HasSubstr("the change could not go on at run: 102-AM."),
+                      HasSubstr("1 of 3 runs changed and saved.  The runs not yet reached are as"),
+                      HasSubstr("may be written in part")));
+    EXPECT_EQ(stored(Written), "1");
 }
 
 }  // namespace
