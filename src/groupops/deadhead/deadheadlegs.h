@@ -10,10 +10,12 @@
 /// The empty travel of a vehicle before, between and after the runs of its route.
 namespace groupops {
 
-/// A value for each run of a route, by its position in start-time order. A route has 50 runs at
-/// most; the 51st raises "Subscript out of range" (9).
+inline constexpr int MaxRunsOfRoute = 50;
+
+/// A value for each run of a route, by its position in start-time order. Raises "Subscript out of
+/// range" (9) for the 51st.
 template <class T>
-using PerRun = base::BoundedArray<T, 1, 50>;
+using PerRun = base::BoundedArray<T, 1, MaxRunsOfRoute>;
 
 /// One run of a route. Stops are internal ids; below 1 there is none.
 struct RouteRun {
@@ -40,6 +42,8 @@ struct RunLegs {
     Leg after;
     bool showBothBeg = false;
     bool showBothEnd = false;
+
+    friend bool operator==(const RunLegs&, const RunLegs&) = default;
 };
 
 /// Which legs a vehicle drives: from the garage to the first run, from run to run, and back from

@@ -4,6 +4,7 @@
 
 #include "groupops/base/grouploop.h"
 #include "platform/table/itemtable.h"
+#include "startup/base/fieldvalues.h"
 
 namespace groupops {
 
@@ -14,6 +15,7 @@ constexpr auto ResetRuns =
     " RUN.DEADHEAD_BEFORE_STARTTIME = Null, RUN.DEADHEAD_AFTER_STARTTIME = Null,"
     " RUN.SHOW_BOTH_BEG = False, RUN.SHOW_BOTH_END = False";
 constexpr auto ResetRoutes = "UPDATE ROUTE SET ROUTE.DEADERROR = TRUE";
+constexpr auto CalculationIsDue = "UPDATE SYSTEM SET SYSTEM.NEEDDEADHEADBUILD = TRUE";
 constexpr auto AllRoutes = "Select ROUTE.* FROM ROUTE ORDER BY ROUTE.ROUTEID";
 constexpr auto RouteCalculated = "UPDATE ROUTE SET ROUTE.DEADERROR = FALSE WHERE INT_ROUTEID = {}";
 
@@ -37,6 +39,9 @@ std::vector<RouteKey> readRoutes(ado::Connection& routing) {
 /// Marked by a statement of its own: another program's calculation may have marked the route since
 /// the routes were read.
 std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& route) {
+    if (const auto runs = runsOfRoute(data.routing, route.route); runs > MaxRunsOfRoute) {
+        return {{.lack = OpenLeg::Lack::TooManyRuns, .runsOfRoute = runs}};
+    }
     auto open = calculateRoute(data, route.route, route.garage);
     if (open.empty()) {
         data.routing.Execute(fmt::format(RouteCalculated, route.route));
@@ -76,6 +81,9 @@ std::string missing(const OpenLeg& open, ado::Connection& routing) {
         case Stop:
             return open.leg.from < 1 ? "The stop it starts from is not set"
                                      : "The stop it ends at is not set";
+        case TooManyRuns:
+            return fmt::format("The route has {} runs; {} are possible. It was left as it was",
+                               open.runsOfRoute, MaxRunsOfRoute);
         case Travel:
             break;
     }
@@ -89,6 +97,7 @@ void resetDeadHead(ado::Connection& routing) {
     ado::CommitOnExit unit(routing);
     routing.Execute(ResetRuns);
     routing.Execute(ResetRoutes);
+    routing.Execute(CalculationIsDue);
     unit.commit();
 }
 
@@ -103,6 +112,7 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
         loop.forEach(
             routes,
             [&](const RouteKey& route) {
+                loop.worksOn(route.routeId);
                 add(outcome, route, calculateAndMark(data, route));
                 return std::optional<LeftOut>();
             },
@@ -116,6 +126,38 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
         loop.once([&] { markCalculated(data.routing); });
     }
     return outcome;
+}
+
+DeadHeadOutlook deadHeadOutlook(ado::Connection& routing) {
+    DeadHeadOutlook outlook;
+    ado::Recordset rows;
+    rows.Open(
+        "SELECT ROUTE.ROUTEID, COUNT(RUN.RUN) AS RUNS FROM ROUTE LEFT JOIN RUN ON "
+        "ROUTE.INT_ROUTEID = RUN.INT_ROUTEID GROUP BY ROUTE.INT_ROUTEID, ROUTE.ROUTEID ORDER BY "
+        "ROUTE.ROUTEID",
+        routing);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto runs = startup::wholeOf(rows["RUNS"]);
+        ++outlook.routes;
+        outlook.runs += runs;
+        if (runs > MaxRunsOfRoute) {
+            outlook.tooMany.emplace_back(rows["ROUTEID"].asText(), runs);
+        }
+    }
+    return outlook;
+}
+
+std::vector<std::string> textOf(const DeadHeadOutlook& outlook) {
+    std::vector<std::string> lines{
+        fmt::format("{} with {} will be calculated.",
+                    countOf(static_cast<std::size_t>(outlook.routes), "route"),
+                    countOf(static_cast<std::size_t>(outlook.runs), "run"))};
+    for (const auto& [route, runs] : outlook.tooMany) {
+        lines.push_back(
+            fmt::format("Route {} has {} runs; {} are possible. It will be left as it is.", route,
+                        runs, MaxRunsOfRoute));
+    }
+    return lines;
 }
 
 std::string closingMessage(const DeadHeadOutcome& outcome) {
@@ -134,7 +176,9 @@ Wording deadHeadWording(bool wasReset) {
 table::TextTable openLegsTable(const DeadHeadOutcome& outcome, ado::Connection& routing) {
     using Open = const OpenRouteLeg&;
     const auto side = [](Open open) {
-        return open.leg.side == OpenLeg::Side::Before ? "before" : "after";
+        return open.leg.lack == OpenLeg::Lack::TooManyRuns ? ""
+               : open.leg.side == OpenLeg::Side::Before    ? "before"
+                                                           : "after";
     };
     return table::tableOf<OpenRouteLeg>(
         outcome.openLegs,
@@ -150,8 +194,9 @@ std::string lastCalculation(ado::Connection& routing) {
     if (system.Eof() || system["LASTDEADHEADBUILD"].isNull()) {
         return "Not calculated yet.";
     }
-    return fmt::format("Last calculated {}.{}", system["LASTDEADHEADBUILD"].asText(),
-                       system["NEEDDEADHEADBUILD"].asBoolean() ? "  Runs have changed since." : "");
+    return fmt::format(
+        "Last calculated {}.{}", system["LASTDEADHEADBUILD"].asText(),
+        system["NEEDDEADHEADBUILD"].asBoolean() ? "  A new calculation is due." : "");
 }
 
 }  // namespace groupops

@@ -42,10 +42,24 @@ QCheckBox& frmCalcDeadHead::ResetDeadHead() const { return *ui_->ResetDeadHead; 
 
 void frmCalcDeadHead::Form_Load() {
     ui_->LastBuild->setText(toQt(lastCalculation(*startup::gcnRouting)));
+    showOutlook();
+}
+
+void frmCalcDeadHead::showOutlook() {
+    const auto outlook = deadHeadOutlook(*startup::gcnRouting);
+    QStringList lines;
+    for (const std::string& line : textOf(outlook)) {
+        lines << controls::toRich(line);
+    }
+    const bool fine = outlook.tooMany.empty();
+    ui_->Outlook->say(fine ? controls::Tone::Plain : controls::Tone::Look,
+                      lines.join(QStringLiteral("<br>")),
+                      fine ? std::nullopt : std::optional(controls::Sign::Warning));
 }
 
 void frmCalcDeadHead::Calculate_Click() {
     ui_->OpenLegs->clearAll();
+    showOutlook();
     DeadHeadOutcome outcome;
     {
         Operation operation(*this, panel_);

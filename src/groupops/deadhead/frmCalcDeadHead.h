@@ -32,6 +32,7 @@ protected:
 
 private:
     void Timer1_Timer();
+    void showOutlook();
 
     std::unique_ptr<Ui::frmCalcDeadHead> ui_;
     forms::Timer* Timer1;

@@ -142,6 +142,13 @@ std::int32_t internalId(const ado::Field& field) {
     return static_cast<std::int32_t>(id);
 }
 
+std::int64_t runsOfRoute(ado::Connection& routing, std::int32_t route) {
+    ado::Recordset runs;
+    runs.Open(fmt::format("SELECT COUNT(*) AS RUNS FROM RUN WHERE RUN.INT_ROUTEID={}", route),
+              routing);
+    return startup::wholeOf(runs["RUNS"]);
+}
+
 Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
     const Travel travel = firstTravel(cross, fmt::format(TravelSql, a, b));
     return travel.minutes == NoTravel ? firstTravel(cross, fmt::format(AnyTravelSql, a)) : travel;

@@ -27,16 +27,20 @@ struct DeadHeadData {
 struct OpenLeg {
     enum class Side { Before, After };
     enum class Lack {
-        Stop,    ///< the garage's, first or last stop is not set
-        Travel,  ///< no travel record
-        Time,    ///< the run has no start or end time
+        Stop,         ///< the garage's, first or last stop is not set
+        Travel,       ///< no travel record
+        Time,         ///< the run has no start or end time
+        TooManyRuns,  ///< the whole route: it was not calculated
     };
 
-    std::string run;
+    std::string run = {};
     Side side = Side::Before;
     Lack lack = Lack::Travel;
-    Leg leg;
+    Leg leg = {};
+    std::int64_t runsOfRoute = 0;  ///< where these are too many
 };
+
+[[nodiscard]] std::int64_t runsOfRoute(ado::Connection& routing, std::int32_t route);
 
 /// Works out the dead-head of all runs of a route and writes it into them, as one unit of work;
 /// what is missing is written as NoTravel or NoStop. Returns the legs that could not be calculated:
