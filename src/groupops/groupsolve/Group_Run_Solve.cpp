@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "groupops/base/grouploop.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "platform/forms/timer.h"
@@ -41,6 +42,13 @@ constexpr auto NoAnswer =
 constexpr auto NoRunWork =
     "The suite's program {}, which goes on with the solved runs, could not be started:\n{}\n\n"
     "What was solved is in the database.  Tell your administrator.";
+
+QString cleanUpHint() {
+    return Group_Run_Solve::tr(
+               "The clean-up takes %1 runs at most. With more it reports a subscript error and "
+               "removes nothing; close its message to go on.")
+        .arg(CleanUpLimit);
+}
 
 /// Why the program could not be started; blank where it was.
 std::string faultOfStart(const char* program) {
@@ -90,6 +98,7 @@ void Group_Run_Solve::Form_Activate() { showSelected(); }
 void Group_Run_Solve::showSelected() {
     const auto count = selection_.selectedRuns().size();
     ui_->SelectedRuns->setText(toQt(selectedText(count)));
+    hint(count > CleanUpLimit ? cleanUpHint() : QString());
 }
 
 std::vector<std::string> Group_Run_Solve::runsToSend() const {
@@ -184,11 +193,7 @@ bool Group_Run_Solve::cleanUp(std::size_t runs) {
 /// There is no limit to the wait: the clean-up may not come upon files of runs that were sent
 /// since.
 bool Group_Run_Solve::waitForCleanUp(std::size_t runs) {
-    if (runs > CleanUpLimit) {
-        hint(tr("The clean-up takes %1 runs at most. With more it reports a subscript error and "
-                "removes nothing; close its message to go on.")
-                 .arg(CleanUpLimit));
-    }
+    hint(runs > CleanUpLimit ? cleanUpHint() : QString());
     for (int waited = 0; process::host().isRunning(CleanUpProgram); waited += LookMs) {
         if (stops_ > 0) {
             return false;
@@ -200,6 +205,11 @@ bool Group_Run_Solve::waitForCleanUp(std::size_t runs) {
     }
     hint({});
     return true;
+}
+
+bool Group_Run_Solve::awaitDatabase(const Outcome& soFar, base::ProgressPort& progress) {
+    Outcome waiting = soFar;
+    return GroupLoop(*startup::gcnRouting, progress, solveWording(), waiting).once([] {});
 }
 
 void Group_Run_Solve::send(const std::string& run) {

@@ -45,6 +45,7 @@ private:
     void require() override { runedit::requireMapProgram(); }
     std::vector<runedit::UnlistedRun> listRuns(const std::vector<std::string>& runs) override;
     bool cleanUp(std::size_t runs) override;
+    bool awaitDatabase(const Outcome& soFar, base::ProgressPort& progress) override;
     void send(const std::string& run) override;
     MapReply awaitReply(const std::string& run) override;
     void showState(const SolveOutcome& outcome, std::size_t at) override;

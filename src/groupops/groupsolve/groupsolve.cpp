@@ -1,10 +1,12 @@
 #include "groupops/groupsolve/groupsolve.h"
 
 #include <algorithm>
+#include <optional>
 
 #include <fmt/format.h>
 
 #include "platform/dde/transport.h"
+#include "platform/store/database.h"
 #include "runedit/map/handover.h"
 
 namespace groupops {
@@ -28,6 +30,10 @@ bool stopsTheGroup(const base::RunTimeError& fault) {
         default:
             return false;
     }
+}
+
+bool isLock(const base::RunTimeError& fault) {
+    return fault.number() == store::numberOf(store::Fault::Locked);
 }
 
 void leaveOut(SolveRun& run, const base::RunTimeError& fault) {
@@ -61,12 +67,24 @@ private:
         progress_.status(Preparing);
         map_.showState(outcome_, 0);
         map_.require();
-        for (const auto& unlisted : map_.listRuns(outcome_.runsIn(SolveState::NotSent))) {
+        for (const auto& unlisted : listWhenFree()) {
             leaveOut(*std::ranges::find(outcome_.runs, unlisted.run, &SolveRun::run),
                      unlisted.fault);
         }
         const auto listed = outcome_.count(SolveState::NotSent);
-        outcome_.stopped = listed > 0 && !map_.cleanUp(listed);
+        outcome_.stopped = outcome_.stopped || (listed > 0 && !map_.cleanUp(listed));
+    }
+
+    std::vector<runedit::UnlistedRun> listWhenFree() {
+        while (map_.awaitDatabase(outcome_.summary(), progress_)) {
+            progress_.status(Preparing);
+            auto unlisted = map_.listRuns(outcome_.runsIn(SolveState::NotSent));
+            if (std::ranges::none_of(unlisted, isLock, &runedit::UnlistedRun::fault)) {
+                return unlisted;
+            }
+        }
+        outcome_.stopped = true;
+        return {};
     }
 
     void turn(std::size_t at) {
@@ -76,9 +94,8 @@ private:
         }
         SolveRun& run = outcome_.runs[at];
         if (run.state == SolveState::NotSent) {
-            progress_.status(fmt::format(AtWork, run.run));
             map_.showState(outcome_, at);
-            if (send(run)) {
+            if (sendWhenFree(run)) {
                 run.state = SolveState::Sent;
                 map_.showState(outcome_, at);
                 takeReply(run, map_.awaitReply(run.run));
@@ -89,7 +106,19 @@ private:
                            static_cast<double>(outcome_.runs.size()));
     }
 
-    bool send(SolveRun& run) {
+    /// False where the run was left out, or the planner stopped.
+    bool sendWhenFree(SolveRun& run) {
+        std::optional<bool> sent;
+        while (!sent && map_.awaitDatabase(outcome_.summary(), progress_)) {
+            progress_.status(fmt::format(AtWork, run.run));
+            sent = send(run);
+        }
+        outcome_.stopped = !sent;
+        return sent.value_or(false);
+    }
+
+    /// Nothing where another program has locked the database meanwhile.
+    std::optional<bool> send(SolveRun& run) {
         try {
             map_.send(run.run);
             return true;
@@ -99,6 +128,9 @@ private:
         } catch (const base::RunTimeError& fault) {
             if (stopsTheGroup(fault)) {
                 throw;
+            }
+            if (isLock(fault)) {
+                return std::nullopt;
             }
             leaveOut(run, fault);
         }

@@ -29,6 +29,8 @@ public:
     /// Removes what earlier hand-overs of the listed runs have left; false where the planner
     /// stopped.
     virtual bool cleanUp(std::size_t runs) = 0;
+    /// Waits while another program keeps the database locked; false where the planner stopped.
+    virtual bool awaitDatabase(const Outcome& soFar, base::ProgressPort& progress) = 0;
     /// Hands one run over; raises as runedit::sendRunToMap does.
     virtual void send(const std::string& run) = 0;
     virtual MapReply awaitReply(const std::string& run) = 0;
@@ -39,7 +41,8 @@ public:
 /// Sends the runs to the map program to be solved again, one after another: the next one goes when
 /// the answer to the one before is in the database, so that no answer is taken for another run's.
 /// A run with a fault of its own is left out; where the map program or the program folder fails,
-/// no further run is sent. Between two runs the planner may stop.
+/// no further run is sent. A run that meets a locked database is sent when it is free. Between two
+/// runs the planner may stop.
 ///
 /// Raises what is neither the run's fault nor the map's.
 [[nodiscard]] SolveOutcome solveRuns(const std::vector<std::string>& runs, MapSide& map,

@@ -7,7 +7,7 @@
 #include "../../runedit/map/fakemap.h"
 #include "../../runedit/map/mapsession.h"
 #include "../groupsupport.h"
-#include "platform/ado/session.h"
+#include "groupops/base/grouploop.h"
 #include "platform/dde/dbustransport.h"
 #include "platform/forms/timer.h"
 #include "runedit/map/requestline.h"
@@ -33,7 +33,10 @@ protected:
         selection.selected = {"101-AM", "102-AM", "201-PM"};
         map.whenTaken = [this] { answerSoon(); };
     }
-    ~GroupSolveForm() override { forms::Timer::setSpeed(1); }
+    ~GroupSolveForm() override {
+        forms::Timer::setSpeed(1);
+        groupops::GroupLoop::setPatience(std::chrono::minutes(1));
+    }
 
     Group_Run_Solve& form() override { return loaded<Group_Run_Solve>(selection); }
     void solve() { form().ChangeIt_Click(); }
@@ -216,16 +219,35 @@ TEST_F(GroupSolveForm, EscapeEndsTheCleanUpAtOnceAndARunWhenItIsDone) {
     EXPECT_FALSE(form().isBusy());
 }
 
-TEST_F(GroupSolveForm, AFileThatAnotherProgramHoldsEndsNothingAndTheButtonWorksAgain) {
-    auto held = store::open(district.path(DatabaseFile::Routing));
-    startup::gcnRouting->session()->database().setLockTimeout(1);
-    held->begin();
-    click("ChangeIt");
-    EXPECT_THAT(onlyBox(), AllOf(StartsWith("0 of 3 runs solved."), HasSubstr("101-AM")));
+// Held from before the second run is sent until the planner, asked, has it stop or go on.
+TEST_F(GroupSolveForm, WaitsForAnotherProgramLeavesNoRunOutAndAsksInItsOwnWords) {
+    std::shared_ptr<void> held;
+    map.whenTaken = [&] {
+        held = map.taken.size() == 1 ? heldByOthers() : nullptr;
+        answerSoon();
+    };
+    groupops::GroupLoop::setPatience(0ms);
+    session.boxes.answers = {base::MsgAnswer::No};
+    solve();
+    ASSERT_THAT(session.boxes.shown, SizeIs(2));
+    EXPECT_EQ(session.boxes.shown[0].title, "Database in Use");
+    EXPECT_THAT(session.boxes.shown[0].text, HasSubstr("1 of 3 runs solved."));
+    EXPECT_THAT(session.boxes.shown[1].text,
+                AllOf(HasSubstr("You stopped"), HasSubstr("Not sent: 102-AM, 201-PM.")));
     EXPECT_FALSE(ending() || form().isBusy());
+
     held.reset();
-    click("ChangeIt");
-    EXPECT_EQ(text("StatMsg"), "3 of 3 runs solved.");
+    map.whenTaken = [this] { answerSoon(); };
+    groupops::GroupLoop::setPatience(std::chrono::minutes(1));
+    held = heldByOthers();
+    QTimer::singleShot(300, [&] {
+        EXPECT_EQ(text("StatMsg"),
+                  "Waiting for another program that is writing to the database...");
+        held.reset();
+    });
+    solve();
+    EXPECT_EQ(text("StatMsg"), "2 of 2 runs solved.");
+    EXPECT_THAT(session.boxes.shown, SizeIs(2));
 }
 
 TEST_F(GroupSolveForm, CompanionsThatAreMissingAreNamed) {
