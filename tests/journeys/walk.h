@@ -32,6 +32,7 @@ inline void fillForWalk(const support::TestDistrict& district) {
         .stop("W4", {.load = 1, .drive = 5})
         .into(district);
     district.sql(data::DatabaseFile::Routing, "UPDATE STOP SET XPOS=1, YPOS=1");
+    district.sql(data::DatabaseFile::Routing, "UPDATE RUN SET SCHOOL='OAK' WHERE RUN='102-AM'");
     support::RunBuilder("NO STOPS").with("DESCRIPTION", "of no stops").into(district);
     support::RunBuilder("").stop("FREE1").stop("FREE2").stop("FREE3").into(district);
 }
@@ -99,7 +100,7 @@ protected:
         if (auto* search = on.form().findChild<QAbstractButton*>("cmdSearch")) {
             search->click();
         }
-        for (auto* grid : on.form().findChildren<controls::Grid*>()) {
+        for (auto* grid : on.form().findChildren<controls::Grid*>("BellTimeGrid")) {
             grid->selectAllRows();
             grid->setCellText(1, 3, "08:15 AM");
         }

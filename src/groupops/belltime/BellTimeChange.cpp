@@ -1,8 +1,14 @@
 #include "groupops/belltime/BellTimeChange.h"
 
 #include <QCheckBox>
+#include <QLayout>
+#include <QScrollArea>
+#include <QStyle>
+#include <QTableView>
+#include <algorithm>
 #include <cmath>
-#include <map>
+#include <iterator>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -10,6 +16,7 @@
 #include "platform/base/text.h"
 #include "platform/base/timetext.h"
 #include "platform/controls/grid.h"
+#include "platform/controls/notebox.h"
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/timebox.h"
@@ -26,6 +33,7 @@ namespace {
 
 using base::Date;
 using base::MsgIcon;
+using controls::toRich;
 
 constexpr auto BellForm = "BellTimeChange";
 constexpr int ClearStatusMs = 8000;
@@ -33,6 +41,11 @@ constexpr int ClearStatusMs = 8000;
 // Columns of the grid.
 constexpr int CurrentBell = 1;
 constexpr int NewBell = 3;
+constexpr int AfterBell = 4;
+// Columns of the runs before and after.
+constexpr int PreviewDescription = 1;
+constexpr int PreviewEnd = 5;
+constexpr int PreviewAgainst = 6;
 
 constexpr auto NoRowsText =
     "Oops, no row is selected.  Please select the rows whose new bell time is to be set, or press "
@@ -50,8 +63,17 @@ constexpr auto NoNewBellText =
 
 constexpr auto CrowdText =
     "School {} will have {} runs at {} then, and this screen holds no more than {}.  The runs can "
-    "be changed, but the program will end afterwards and has to be started again.  Do you want to "
-    "change them?";
+    "be changed; this screen closes afterwards.  Do you want to change them?";
+
+constexpr auto TooManyTitle = "Too Many Runs";
+constexpr auto TooManyRunsText =
+    "Oops, one school and bell has more runs than this screen can change.";
+constexpr auto TooManyGroupsText =
+    "Oops, the runs found have more schools and bells than this screen can change.";
+constexpr auto NothingChanged = "No run was changed.  Please find fewer runs and try again.";
+constexpr auto ChangeIsDone =
+    "The change is done.  This screen closes; find fewer runs to change more.";
+constexpr auto DeadHeadIsDue = "The dead-head times of the changed runs were not calculated anew.";
 
 std::optional<Date> timeOf(std::string_view text) {
     const auto date = Date::parse(base::tidyTime(text));
@@ -84,6 +106,50 @@ bool wanted(const BellChange& change) {
                         base::MsgButtons::YesNo) == base::MsgAnswer::Yes;
 }
 
+/// Tells the planner what is too many, and where.
+void tellTooMany(const BellExtent& extent, const char* whatIsWritten) {
+    const auto& crowd = extent.crowd;
+    const std::string where =
+        crowd ? fmt::format(
+                    "School {}, bell {}: {} runs\n{} runs of one school and bell are possible.",
+                    named(crowd->school), named(base::tidyTime(crowd->bellTime)), crowd->runs,
+                    BellGroup::MaxRuns)
+              : fmt::format("{} schools and bells\n{} are possible.", extent.groups,
+                            BellGroups::MaxGroups);
+    base::MsgBox({.text = crowd ? TooManyRunsText : TooManyGroupsText,
+                  .title = TooManyTitle,
+                  .icon = MsgIcon::Information,
+                  .concerns = fmt::format("{}\n{}", where, whatIsWritten)});
+}
+
+std::string hhmm(const std::optional<Date>& time) { return time ? time->hhmm() : ""; }
+
+std::vector<std::string> previewRow(const RunForecast& run) {
+    return {run.run,
+            run.description,
+            hhmm(run.now.start),
+            hhmm(run.now.end),
+            hhmm(run.after.start),
+            hhmm(run.after.end),
+            againstBellText(run)};
+}
+
+std::vector<controls::GridColumn> previewColumns(const std::string& bell) {
+    return {{"Run ID", "Run"},
+            {"Description", "Description"},
+            {"Start Now", "StartNow", false, true},
+            {"End Now", "EndNow", false, true},
+            {"Start New", "StartNew", false, true},
+            {"End New", "EndNew", false, true},
+            {"Against " + bell, "AgainstBell", false, true}};
+}
+
+constexpr controls::CellNote Wrong{controls::Tone::Wrong, controls::Sign::Warning};
+constexpr controls::CellNote Mixed{controls::Tone::Look, controls::Sign::Warning};
+constexpr controls::CellNote Fine{controls::Tone::Plain, controls::Sign::Tick};
+
+bool isWrong(const RunForecast& run) { return run.verdict != RunForecast::Verdict::Fine; }
+
 std::vector<std::string> gridRow(const BellGroup& group) {
     return {group.school, base::tidyTime(group.bellTime), std::to_string(group.runCount)};
 }
@@ -104,7 +170,8 @@ BellTimeChange::BellTimeChange(RunSelection& selection, forms::Form* owner)
     ui_->BellTimeGrid->setColumns({{"School", "School"},
                                    {"Current Bell Time", "Current_Bell_Time"},
                                    {"Number of Runs", "NumRuns", false, true},
-                                   {"New Bell Time", "New_Bell_Time", true}});
+                                   {"New Bell Time", "New_Bell_Time", true},
+                                   {"After the Bell", "After_Bell"}});
     panel_ = {{ui_->ProgressBar1, ui_->ProgressBar2},
               ui_->StatMsg,
               ui_->StopChange,
@@ -130,6 +197,11 @@ void BellTimeChange::wire() {
        [this](int row, int) { BellTimeGrid_AfterEdit(row); });
     on(ui_->BellTimeGrid, &controls::Grid::selectionCountChanged, "showSelected",
        &BellTimeChange::showSelected);
+    on(ui_->BellTimeGrid->view().selectionModel(), &QItemSelectionModel::currentRowChanged,
+       "showOutlook", &BellTimeChange::showOutlook);
+    on(ui_->TimeToUse, &QComboBox::currentIndexChanged, "showOutlook",
+       &BellTimeChange::showOutlook);
+    on(ui_->NumOfMinutes, &QLineEdit::textChanged, "showOutlook", &BellTimeChange::showOutlook);
     on(ui_->Change_Run_Time, &QCheckBox::toggled, "Change_Run_Time_Click",
        &BellTimeChange::Change_Run_Time_Click);
     on(ui_->FixedMinutes, &QRadioButton::clicked, "FixedMinutes_Click",
@@ -147,14 +219,65 @@ void BellTimeChange::Form_Load() {
     ui_->TimeToUse->addItems({QStringLiteral("Start Time"), QStringLiteral("End Time")});
     // From the end every stop moves by what the bell moves by, whatever the run.
     ui_->TimeToUse->setCurrentIndex(1);
+    makeRoom();
+    if (buildIfItFits(NothingChanged)) {
+        Change_Run_Time_Click();
+        panel_.clear();
+        ui_->BellTimeGrid->setFocus();
+    }
+}
+
+void BellTimeChange::resizeEvent(QResizeEvent* event) {
+    TrappedForm::resizeEvent(event);
+    constexpr int RoomyCharacters = 175;
+    const bool narrow = width() < RoomyCharacters * fontMetrics().averageCharWidth();
+    if (narrow != narrow_) {
+        narrow_ = narrow;
+        arrange();
+    }
+}
+
+/// Where there is little width, long captions stand in two lines and the runs before and after go
+/// without their descriptions.
+void BellTimeChange::arrange() {
+    for (QAbstractButton* button :
+         std::initializer_list<QAbstractButton*>{ui_->AddMin, ui_->SameGap}) {
+        QString caption = button->text().replace(u'\n', u' ');
+        const auto middle = caption.indexOf(u' ', caption.size() / 2);
+        button->setText(narrow_ ? caption.replace(middle, 1, u'\n') : caption);
+    }
+    ui_->RunsBeforeAfter->view().setColumnHidden(PreviewDescription, narrow_);
+    makeRoom();
+}
+
+/// The runs before and after show at least three rows; what is beside the grid scrolls where the
+/// screen is too low, and is never narrower than its captions.
+void BellTimeChange::makeRoom() {
+    constexpr int HeaderAndThreeRows = 9;  // in line heights
+    ui_->RunsBeforeAfter->setMinimumHeight(HeaderAndThreeRows * fontMetrics().height());
+    ui_->methodPage->layout()->activate();
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    ui_->methodScroll->setMinimumWidth(ui_->methodPage->minimumSizeHint().width() + bar);
+}
+
+/// Counts first; where the runs are too many the planner is told and the form goes.
+bool BellTimeChange::buildIfItFits(const char* whatIsWritten) {
+    if (!startup::RunSearchSchoolSQL.empty()) {
+        const auto extent = bellExtent(*startup::gcnRouting, startup::RunSearchSchoolSQL);
+        if (!extent.fits()) {
+            tellTooMany(extent, whatIsWritten);
+            unload();
+            return false;
+        }
+    }
     trap("Build_Time_List", &BellTimeChange::Build_Time_List);
-    Change_Run_Time_Click();
-    panel_.clear();
-    ui_->BellTimeGrid->setFocus();
+    return true;
 }
 
 void BellTimeChange::Build_Time_List() {
+    forecaster_.reset();
     groups_ = std::make_unique<BellGroups>();
+    changed_.clear();
     ui_->BellTimeGrid->setRows({});
     if (!startup::RunSearchSchoolSQL.empty()) {
         readBellGroups(*startup::gcnRouting, startup::RunSearchSchoolSQL, *groups_);
@@ -164,6 +287,8 @@ void BellTimeChange::Build_Time_List() {
         rows.push_back(gridRow((*groups_)[group]));
     }
     ui_->BellTimeGrid->setRows(std::move(rows));
+    forecaster_ = std::make_unique<BellForecaster>(*startup::gcnRouting, *groups_);
+    showOutlook();
     if (groups_->count() == 1) {
         ui_->BellTimeGrid->selectAllRows();
     }
@@ -180,6 +305,7 @@ void BellTimeChange::BellTimeGrid_AfterEdit(int row) {
     const std::string typed = grid.cellText(row, NewBell);
     grid.setCellText(row, NewBell, base::tidyTime(typed));
     grid.setRed(row, NewBell, !isBlank(typed) && !timeOf(typed));
+    showOutlook();
 }
 
 void BellTimeChange::setNewBell(int row, Date time) {
@@ -209,6 +335,7 @@ void BellTimeChange::SetTimes_Click() {
     for (const int row : rowsToSet()) {
         setNewBell(row, *time);
     }
+    showOutlook();
 }
 
 /// Counts from the current bell time, not from a new one entered before: pressed twice it does not
@@ -223,6 +350,7 @@ void BellTimeChange::AddMin_Click() {
             setNewBell(row, bell->plusSeconds(std::int64_t{*minutes} * 60));
         }
     }
+    showOutlook();
 }
 
 void BellTimeChange::Change_Run_Time_Click() {
@@ -239,11 +367,13 @@ void BellTimeChange::Change_Run_Time_Click() {
 void BellTimeChange::FixedMinutes_Click() {
     ui_->NumOfMinutes->setEnabled(true);
     ui_->NumOfMinutes_Caption->setEnabled(true);
+    showOutlook();
 }
 
 void BellTimeChange::SameGap_Click() {
     ui_->NumOfMinutes->setEnabled(false);
     ui_->NumOfMinutes_Caption->setEnabled(false);
+    showOutlook();
 }
 
 void BellTimeChange::refuseNewBell(int row) {
@@ -279,18 +409,129 @@ std::optional<BellTimeChange::NewBells> BellTimeChange::newBells() {
     return bells;
 }
 
-std::optional<BellMethod> BellTimeChange::method() {
+BellTimeChange::NewBells BellTimeChange::enteredBells() const {
+    NewBells bells;
+    for (int row = 0; row < ui_->BellTimeGrid->rows(); ++row) {
+        bells.push_back(timeOf(ui_->BellTimeGrid->cellText(row, NewBell)));
+    }
+    return bells;
+}
+
+std::optional<BellMethod> BellTimeChange::enteredMethod() const {
     BellMethod method;
     method.fromEnd = base::trim(controls::fromQt(ui_->TimeToUse->currentText())) == "End Time";
     if (ui_->FixedMinutes->isChecked()) {
-        const auto minutes = minutesIn(*ui_->NumOfMinutes);
+        const auto minutes = ui_->NumOfMinutes->number();
         if (!minutes) {
             return std::nullopt;
         }
         method.gap = BellMethod::Gap::FixedMinutes;
-        method.minutes = *minutes;
+        method.minutes = static_cast<std::int32_t>(*minutes);
     }
     return method;
+}
+
+std::optional<BellMethod> BellTimeChange::method() {
+    if (ui_->FixedMinutes->isChecked() && !minutesIn(*ui_->NumOfMinutes)) {
+        return std::nullopt;
+    }
+    return enteredMethod();
+}
+
+/// What the entries would do now; in a form that is being filled or closed, nothing.
+void BellTimeChange::showOutlook() {
+    if (!forecaster_) {
+        return;
+    }
+    const forms::BusyCursor busy;
+    const NewBells bells = enteredBells();
+    const auto how = enteredMethod();
+    const BellChange change{*groups_, how ? bells : NewBells(), how.value_or(BellMethod())};
+    BellChange fromOtherEnd = change;
+    fromOtherEnd.method.fromEnd = !change.method.fromEnd;
+    const auto groups = forecaster_->forecast(change);
+    const auto outlook = outlookOf(groups);
+    ui_->OutlookCount->say(controls::Tone::Plain, toRich(countText(outlook)));
+    showWarnings(
+        warningsOf(outlook, change.method, outlookOf(forecaster_->forecast(fromOtherEnd))));
+    ui_->OutlookRest->setText(controls::toQt(restText(outlook)));
+    ui_->BesideChange->say(
+        controls::Tone::Plain, toRich(shortText(outlook)),
+        outlook.isFine() ? std::nullopt : std::optional(controls::Sign::Warning));
+    showJudgements(groups);
+    showChosen(groups, bells);
+}
+
+void BellTimeChange::showWarnings(const std::vector<BellWarning>& warnings) {
+    QString text;
+    for (const BellWarning& warning : warnings) {
+        text += (text.isEmpty() ? "<b>" : "<br><b>") + toRich(warning.headline) + "</b> " +
+                toRich(warning.explanation);
+    }
+    ui_->OutlookWarning->say(controls::Tone::Wrong, text, controls::Sign::Warning);
+    ui_->OutlookWarning->setVisible(!warnings.empty());
+}
+
+/// Beside the new bells; beside the others how many runs the last change has moved there.
+void BellTimeChange::showJudgements(const std::vector<GroupForecast>& groups) {
+    auto& grid = *ui_->BellTimeGrid;
+    for (int row = 0; row < grid.rows(); ++row) {
+        const GroupForecast& group = groups[static_cast<std::size_t>(row)];
+        const int all = (*groups_)[row + 1].runCount;
+        const int moved = changed_.contains(row) ? changed_.at(row) : 0;
+        if (!group.runs.empty()) {
+            const bool wrong = std::ranges::any_of(group.runs, isWrong);
+            grid.setCellText(row, AfterBell, judgementText(group));
+            grid.setNote(row, AfterBell, wrong ? Wrong : Fine);
+        } else {
+            grid.setCellText(row, AfterBell,
+                             moved == 0     ? ""
+                             : moved == all ? "changed"
+                                            : fmt::format("{} of {} changed", moved, all));
+            grid.setNote(row, AfterBell,
+                         moved == 0     ? controls::CellNote()
+                         : moved == all ? Fine
+                                        : Mixed);
+        }
+    }
+}
+
+/// The row that the planner stands on, else the first one that changes.
+void BellTimeChange::showChosen(const std::vector<GroupForecast>& groups, const NewBells& bells) {
+    const auto changing =
+        std::ranges::find_if(bells, [](const auto& entered) { return entered.has_value(); });
+    const int current = ui_->BellTimeGrid->view().currentIndex().row();
+    const auto row = current >= 0 ? current : static_cast<int>(changing - bells.begin());
+    auto& list = *ui_->RunsBeforeAfter;
+    const bool any =
+        row < std::ssize(groups) && !groups[static_cast<std::size_t>(row)].runs.empty();
+    const std::string bell =
+        any ? base::tidyTime(bells[static_cast<std::size_t>(row)]->timeValue().text()) : "";
+    list.setColumns(previewColumns(any ? bell : "the Bell"));
+    list.setWideColumn(PreviewDescription);
+    list.view().setColumnHidden(PreviewDescription, narrow_);
+    ui_->ChosenGroup->setVisible(any);
+    if (!any) {
+        return;
+    }
+    const auto& runs = groups[static_cast<std::size_t>(row)].runs;
+    const BellGroup& group = (*groups_)[row + 1];
+    ui_->ChosenGroup->say(
+        controls::Tone::Plain,
+        tr("Chosen row: <b>%1, %2 to %3</b>, its %4 before and after")
+            .arg(toRich(named(group.school)), toRich(named(base::tidyTime(group.bellTime))),
+                 toRich(bell), toRich(countOf(runs.size(), "run"))));
+    std::vector<std::vector<std::string>> rows;
+    std::ranges::transform(runs, std::back_inserter(rows), previewRow);
+    list.setRows(std::move(rows));
+    for (int at = 0; at < list.rows(); ++at) {
+        if (isWrong(runs[static_cast<std::size_t>(at)])) {
+            list.setNote(at, 0, {controls::Tone::Plain, controls::Sign::Warning});
+            list.setNote(at, PreviewEnd, {controls::Tone::Wrong});
+            list.setNote(at, PreviewAgainst, {controls::Tone::Wrong});
+        }
+    }
+    list.fitColumns();
 }
 
 void BellTimeChange::ChangeBell_Click() {
@@ -304,31 +545,49 @@ void BellTimeChange::ChangeBell_Click() {
         return;
     }
     const Outcome outcome = change(asked);
-    if (ui_->Change_Run_Time->isChecked() && outcome.done > 0 && !outcome.stopped) {
+    const bool deadHeadFollows =
+        ui_->Change_Run_Time->isChecked() && outcome.done > 0 && !outcome.stopped;
+    if (deadHeadFollows) {
         calculateDeadHead();
     }
-    rebuild(outcome.stopped);
+    rebuild(asked, outcome.stopped);
     selection_.searchAgain();
-    tellWhatWasLeft(outcome);
+    tellWhatWasLeft(outcome, outcome.done > 0 && !deadHeadFollows);
 }
 
-/// After a stop the new bell times stay with the groups that still have their old one.
-void BellTimeChange::rebuild(bool keepsNewBells) {
-    auto& grid = *ui_->BellTimeGrid;
+/// Marks the rows that runs were moved to. After a stop the new bell times stay with the groups
+/// that still have their old one; one that got runs of another group loses it, for these would be
+/// moved once more.
+void BellTimeChange::rebuild(const BellChange& change, bool stopped) {
+    const auto placeOf = [](const BellGroup& group) { return group.school + "|" + group.bellTime; };
     std::map<std::string, std::string> entered;
-    const auto group = [&](int row) {
-        return grid.cellText(row, 0) + "|" + grid.cellText(row, CurrentBell);
-    };
-    for (int row = 0; keepsNewBells && row < grid.rows(); ++row) {
-        entered[group(row)] = grid.cellText(row, NewBell);
+    std::map<std::string, std::string> target;
+    for (int group = 1; group <= groups_->count(); ++group) {
+        const BellGroup& from = (*groups_)[group];
+        const auto bell = newBellOf(change, group);
+        for (int slot = 1; bell && bell->text() != from.bellTime && slot <= from.runCount; ++slot) {
+            target[from.runs[slot]] = from.school + "|" + bell->text();
+        }
+        entered[placeOf(from)] = ui_->BellTimeGrid->cellText(group - 1, NewBell);
     }
-    trap("Build_Time_List", &BellTimeChange::Build_Time_List);
-    for (int row = 0; keepsNewBells && row < grid.rows(); ++row) {
-        grid.setCellText(row, NewBell, entered[group(row)]);
+    if (!buildIfItFits(ChangeIsDone)) {
+        return;
     }
+    for (int group = 1; group <= groups_->count(); ++group) {
+        const BellGroup& now = (*groups_)[group];
+        for (int slot = 1; slot <= now.runCount; ++slot) {
+            const auto place = target.find(now.runs[slot]);
+            changed_[group - 1] += place != target.end() && place->second == placeOf(now) ? 1 : 0;
+        }
+        if (stopped && changed_[group - 1] == 0) {
+            ui_->BellTimeGrid->setCellText(group - 1, NewBell, entered[placeOf(now)]);
+        }
+    }
+    showOutlook();
 }
 
 Outcome BellTimeChange::change(const BellChange& change) {
+    ui_->BesideChange->say(controls::Tone::Plain, {});
     Operation operation(*this, panel_);
     const auto showGroups = [this](double percent) {
         ui_->ProgressBar2->setValue(static_cast<int>(std::lround(percent)));
@@ -348,15 +607,20 @@ void BellTimeChange::calculateDeadHead() {
     form.Calculate_Click();
 }
 
-void BellTimeChange::tellWhatWasLeft(const Outcome& outcome) {
-    auto left = whatWasLeft(outcome, runChangeWording());
-    if (left.empty()) {
-        return;
+/// The words about the dead-head stay in the form until the planner enters something.
+void BellTimeChange::tellWhatWasLeft(const Outcome& outcome, bool deadHeadIsDue) {
+    if (deadHeadIsDue) {
+        ui_->OutlookWarning->say(controls::Tone::Look,
+                                 tr("<b>%1</b> Calculate Dead Head on the main form does it.")
+                                     .arg(toRich(DeadHeadIsDue)),
+                                 controls::Sign::Warning);
+        ui_->OutlookWarning->show();
     }
-    if (outcome.stopped && outcome.done > 0 && ui_->Change_Run_Time->isChecked()) {
-        left += "\n\nThe dead-head times of the changed runs were not calculated anew.";
+    const auto left = whatWasLeft(outcome, runChangeWording());
+    if (!left.empty()) {
+        base::MsgBox(left + (deadHeadIsDue ? fmt::format("\n\n{}", DeadHeadIsDue) : ""),
+                     "Bell Time Change", MsgIcon::Information);
     }
-    base::MsgBox(left, "Bell Time Change", MsgIcon::Information);
 }
 
 void BellTimeChange::Exit_Change_Click() { closeForm(); }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "groupops/base/runselection.h"
 #include "groupops/belltime/bellchange.h"
+#include "groupops/belltime/bellforecast.h"
+#include "groupops/belltime/belloutlook.h"
 #include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
 
@@ -16,7 +20,8 @@ class BellTimeChange;
 namespace groupops {
 
 /// Changes the bell times of the runs that the last search found, by school and bell time, and with
-/// them the times of the runs. The run list must outlive the form.
+/// them the times of the runs; shows before what will come of it. The run list must outlive the
+/// form. Where the runs are more than it holds, it says so and does not open.
 class BellTimeChange : public startup::TrappedForm {
     Q_OBJECT
 
@@ -37,6 +42,7 @@ public:
 
 protected:
     void Form_Load() override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     using NewBells = std::vector<std::optional<base::Date>>;
@@ -56,14 +62,29 @@ private:
 
     Outcome change(const BellChange& change);
     void calculateDeadHead();
-    void rebuild(bool keepsNewBells);
-    void tellWhatWasLeft(const Outcome& outcome);
+    void tellWhatWasLeft(const Outcome& outcome, bool deadHeadIsDue);
+
+    void makeRoom();
+    void arrange();
+    bool buildIfItFits(const char* whatIsWritten);
+    void rebuild(const BellChange& change, bool stopped);
+
+    /// As far as it is entered and needs no message.
+    [[nodiscard]] NewBells enteredBells() const;
+    [[nodiscard]] std::optional<BellMethod> enteredMethod() const;
+    void showOutlook();
+    void showWarnings(const std::vector<BellWarning>& warnings);
+    void showJudgements(const std::vector<GroupForecast>& groups);
+    void showChosen(const std::vector<GroupForecast>& groups, const NewBells& bells);
 
     RunSelection& selection_;
     std::unique_ptr<Ui::BellTimeChange> ui_;
     forms::Timer* Timer1;
     forms::OperationPanel panel_;
     std::unique_ptr<BellGroups> groups_;
+    std::unique_ptr<BellForecaster> forecaster_;
+    bool narrow_ = false;
+    std::map<int, int> changed_;  ///< by row, how many of its runs the last change has moved there
 };
 
 }  // namespace groupops

@@ -16,13 +16,6 @@ namespace {
 
 constexpr auto ChangedBy = "BELL TIME CHANGE";
 
-/// A time of day, whichever day the bell's arithmetic has come to.
-std::optional<base::Date> newBell(const BellChange& change, int group) {
-    const auto place = static_cast<std::size_t>(group - 1);
-    const bool changes = place < change.newBells.size() && change.newBells[place];
-    return changes ? std::optional(change.newBells[place]->timeValue()) : std::nullopt;
-}
-
 /// One bell change under way.
 class Changing {
 public:
@@ -45,16 +38,20 @@ Outcome Changing::all() {
     Outcome outcome;
     const int count = change_.groups.count();
     for (int group = 1; group <= count; ++group) {
-        outcome.asked += newBell(change_, group) ? change_.groups[group].runCount : 0;
+        outcome.asked += newBellOf(change_, group) ? change_.groups[group].runCount : 0;
     }
     GroupLoop loop(routing_, report_.runs, runChangeWording(), outcome);
     for (int group = 1; group <= count && !outcome.stopped; ++group) {
         report_.groups(100.0 * group / count);
-        const auto bell = newBell(change_, group);
+        const auto bell = newBellOf(change_, group);
         const auto& runs = change_.groups[group].runs;
         const int inGroup = bell ? change_.groups[group].runCount : 0;
         loop.forEach(
-            numbersTo(inGroup), [&](int slot) { return changeRun(runs[slot], *bell); },
+            numbersTo(inGroup),
+            [&](int slot) {
+                loop.worksOn(runs[slot]);
+                return changeRun(runs[slot], *bell);
+            },
             [](int) { return ChangingBells; });
     }
     return outcome;
@@ -73,7 +70,15 @@ std::optional<LeftOut> Changing::changeRun(const std::string& run, base::Date be
                        run};
     }
     gap_ = anchor->gapMinutes;
-    write(row, run, bell, anchor->time);
+    try {
+        write(row, run, bell, anchor->time);
+    } catch (const base::RunTimeError& error) {
+        // Raised before anything of the run is written.
+        if (error.number() != base::errors::InvalidUseOfNull) {
+            throw;
+        }
+        return LeftOut{"Left as they were, for a stop has no loading or driving minutes", run};
+    }
     return std::nullopt;
 }
 
@@ -94,11 +99,18 @@ void Changing::write(ado::Recordset& row, const std::string& run, base::Date bel
 
 }  // namespace
 
+/// Whichever day the bell's arithmetic has come to.
+std::optional<base::Date> newBellOf(const BellChange& change, int group) {
+    const auto place = static_cast<std::size_t>(group - 1);
+    const bool changes = place < change.newBells.size() && change.newBells[place];
+    return changes ? std::optional(change.newBells[place]->timeValue()) : std::nullopt;
+}
+
 std::optional<BellCrowd> crowdAfter(const BellChange& change) {
     std::map<std::pair<std::string, std::string>, int> runs;
     for (int group = 1; group <= change.groups.count(); ++group) {
         const BellGroup& before = change.groups[group];
-        const auto bell = newBell(change, group);
+        const auto bell = newBellOf(change, group);
         runs[{before.school, bell ? bell->text() : before.bellTime}] += before.runCount;
     }
     for (const auto& [place, count] : runs) {

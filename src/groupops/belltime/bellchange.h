@@ -22,16 +22,12 @@ struct BellChange {
     BellMethod method;
 };
 
-/// The runs that a school would have at one bell time.
-struct BellCrowd {
-    std::string school;
-    std::string bellTime;  ///< "9:30:00 AM"
-    int runs = 0;
-};
-
 /// The first school that would have more runs at one bell time after the change than a group holds:
 /// its groups could not be built again.
 [[nodiscard]] std::optional<BellCrowd> crowdAfter(const BellChange& change);
+
+/// The new bell time of a group as a time of day; nothing where it stays.
+[[nodiscard]] std::optional<base::Date> newBellOf(const BellChange& change, int group);
 
 inline constexpr auto ChangingBells = "*** Changing Bell Times ***";
 
@@ -43,8 +39,8 @@ struct BellReport {
 };
 
 /// Gives the runs of the groups their new bell time, computes and writes all their stop times, and
-/// writes start, end and the audit columns. A run is one unit of work. Runs that are gone, or that
-/// have no end time to keep a gap from, are left out; see GroupLoop.
+/// writes start, end and the audit columns. A run is one unit of work. Runs that are gone, that
+/// have no end time to keep a gap from, or a stop without its minutes, are left out; see GroupLoop.
 ///
 /// Raises what runedit::timeStoredStops raises, store::StoreError; what was written until then
 /// stays.

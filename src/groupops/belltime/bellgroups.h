@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,6 +39,24 @@ private:
     base::BoundedArray<BellGroup, 1, MaxGroups> groups_;
     int count_ = 0;
 };
+
+/// Runs of one school at one bell time.
+struct BellCrowd {
+    std::string school;
+    std::string bellTime;  ///< as in BellGroup
+    int runs = 0;
+};
+
+/// How many groups the runs of a query would fill.
+struct BellExtent {
+    int groups = 0;
+    std::optional<BellCrowd> crowd = {};  ///< the first group with more runs than one holds
+
+    [[nodiscard]] bool fits() const { return groups <= BellGroups::MaxGroups && !crowd; }
+};
+
+/// Counts what readBellGroups would read, whatever the bounds. Raises what the query raises.
+[[nodiscard]] BellExtent bellExtent(ado::Connection& routing, const std::string& runsSql);
 
 /// Adds the runs of a query, which has no ORDER BY clause, to `groups`. Raises what the query and
 /// BellGroups::add raise.

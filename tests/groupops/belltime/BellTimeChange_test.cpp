@@ -9,6 +9,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -126,6 +127,7 @@ TEST_F(BellTimeForm, LeavesTheDeadHeadAloneWhereRunTimesNeedNotHonorTheBell) {
     click("ChangeBell");
     EXPECT_EQ(text("StatMsg"), "Bell Times Changed. 1 Runs changed.");
     EXPECT_EQ(opened("frmCalcDeadHead"), nullptr);
+    EXPECT_THAT(text("OutlookWarning"), HasSubstr("dead-head times of the changed runs were not"));
 }
 
 TEST_F(BellTimeForm, RefusesBadEntriesBeforeAnythingIsWritten) {
@@ -149,16 +151,7 @@ TEST_F(BellTimeForm, RefusesBadEntriesBeforeAnythingIsWritten) {
     EXPECT_EQ(selection.searches, 0);
 }
 
-TEST_F(BellTimeForm, ThirtyOneRunsOfAGroupAreASubscriptError) {
-    byOthers(ThirtyRuns);
-    byOthers(
-        "INSERT INTO RUN(RUN, SCHOOL, BELLTIME) SELECT 'Y', SCHOOL, BELLTIME FROM RUN WHERE "
-        "RUN = 'X1'");
-    EXPECT_THROW(form(), base::EndProgram);
-    EXPECT_THAT(texts(), ElementsAre(HasSubstr("Build_Time_List of Module: BellTimeChange.")));
-}
-
-TEST_F(BellTimeForm, AsksBeforeItMakesAGroupThatItCannotHold) {
+TEST_F(BellTimeForm, SaysWhatIsTooManyAndWhereAndTheProgramGoesOn) {
     byOthers(ThirtyRuns);
     typeCell(1, "9:00");
     const auto before = rows("SELECT * FROM RUN");
@@ -167,9 +160,51 @@ TEST_F(BellTimeForm, AsksBeforeItMakesAGroupThatItCannotHold) {
     EXPECT_EQ(lastTitle(), "Many Runs at One Bell Time");
     EXPECT_THAT(lastText(), HasSubstr("School OAK will have 31 runs at 09:00 AM"));
     EXPECT_EQ(rows("SELECT * FROM RUN"), before);
-    typeCell(1, "9:01");
+    texts();
+
+    click("ChangeBell");
+    EXPECT_THAT(texts(), ElementsAre(HasSubstr("31 runs"),
+                                     AllOf(HasSubstr("School OAK, bell 09:00 AM: 31 runs"),
+                                           HasSubstr("The change is done."))));
+    EXPECT_EQ(opened("BellTimeChange"), nullptr);
+    EXPECT_FALSE(form().isLoaded()) << "nor does it open again";
+    EXPECT_THAT(lastText(), HasSubstr("No run was changed."));
+}
+
+// From the start of a run to school its end comes late: 101-AM takes ten minutes.
+TEST_F(BellTimeForm, SaysBeforeWhatWillHappen) {
+    byOthers("UPDATE RUN SET PICKUP = 1");
+    byOthers(
+        "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ, LOAD_TIME, TIME_TOSTOP) "
+        "VALUES (3, 'AM', '101-AM', 1, 1, 0), (1, 'AM', '101-AM', 2, 0, 9), "
+        "(1, 'AM', '102-AM', 1, 0, 0), (3, 'AM', '102-AM', 2, NULL, 1)");
+    EXPECT_EQ(text("OutlookCount"), "No row has a new bell time yet.");
+    typeCell(1, "8:15");
+    EXPECT_EQ(text("OutlookCount"), "1 run in 1 of 4 rows will change.");
+    EXPECT_EQ(grid().cellText(1, 4), "none late");
+    EXPECT_FALSE(isShown("OutlookWarning"));
+
+    control<QComboBox>("TimeToUse").setCurrentIndex(0);
+    click("FixedMinutes");
+    type("NumOfMinutes", "5");
+    EXPECT_EQ(grid().cellText(1, 4), "1 of 1 late");
+    EXPECT_THAT(text("OutlookWarning"),
+                HasSubstr("1 run will arrive after their bell. Calculated from Start Time, a run "
+                          "to school starts 5 minutes before the bell; calculated from End Time "
+                          "it would end then, and none would be late."));
+    EXPECT_EQ(text("BesideChange"), "1 run will change, 1 arrive after their bell");
+    auto& list = control<controls::Grid>("RunsBeforeAfter");
+    EXPECT_EQ(list.cellText(0, 0) + list.cellText(0, 3) + list.cellText(0, 5) + list.cellText(0, 6),
+              "101-AM07:45 AM08:20 AM5 min after");
+
+    typeCell(3, "1 am");
+    EXPECT_THAT(text("OutlookWarning"),
+                HasSubstr("102-AM: A stop has no loading or driving minutes."));
     click("ChangeBell");
     EXPECT_EQ(text("StatMsg"), "Bell Times Changed. 1 Runs changed.");
+    EXPECT_THAT(lastText(), HasSubstr("no loading or driving minutes: 102-AM."));
+    EXPECT_EQ(storedRun("ENDTIME"), "8:20:00 AM") << "as was foretold";
+    EXPECT_EQ(grid().cellText(1, 4), "changed");
 }
 
 }  // namespace

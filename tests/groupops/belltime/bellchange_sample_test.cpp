@@ -1,12 +1,13 @@
 // Bell changes of a whole school of the sample district, and all that they move.
 
+#include <algorithm>
 #include <map>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include "../groupsupport.h"
-#include "groupops/belltime/bellchange.h"
+#include "groupops/belltime/bellforecast.h"
 #include "support/rows.h"
 #include "tools/district/make/madedistrict.h"
 
@@ -82,19 +83,43 @@ TEST_F(SchoolTest, FifteenMinutesMoveEveryStopByThatAndNothingElse) {
     }
 }
 
-TEST(School, TheFirstChangeRoundsTheGapToWholeMinutesAndKeepsTheLengthOfTheRuns) {
+/// Every run of the district, by each method, gets the times that were foretold.
+TEST(School, TheForecastIsWhatIsWritten) {
     const tools::district::MadeDistrict made;
-    const auto number = [&](const char* sql) {
-        return made.number(std::string(sql) + " FROM RUN WHERE SCHOOL = 'NFES'");
-    };
-    constexpr auto OddGaps =
-        "SELECT sum((strftime('%s', BELLTIME) - strftime('%s', ENDTIME)) % 60 <> 0)";
-    constexpr auto Length = "SELECT sum(strftime('%s', ENDTIME) - strftime('%s', STARTTIME))";
-    const auto lengthBefore = number(Length);
-    EXPECT_GT(number(OddGaps), 0);
-    moveBells(made.folders().database(DatabaseFile::Routing).string(), 15);
-    EXPECT_EQ(number(OddGaps), 0);
-    EXPECT_EQ(number(Length), lengthBefore);
+    ado::Connection routing;
+    routing.Open(made.folders().database(DatabaseFile::Routing).string());
+    using Gap = groupops::BellMethod::Gap;
+    for (const auto& method :
+         {groupops::BellMethod{Gap::FixedMinutes, 10, false},
+          groupops::BellMethod{Gap::Same, 0, true}, groupops::BellMethod{Gap::Same, 0, false}}) {
+        groupops::BellGroups groups;
+        readBellGroups(routing, "SELECT RUN.* FROM RUN WHERE RUN.SCHOOL<>'NFES'", groups);
+        groupops::BellChange change{groups, {}, method};
+        for (int group = 1; group <= groups.count(); ++group) {
+            const auto bell = base::Date::parse(groups[group].bellTime);
+            change.newBells.push_back(bell ? std::optional(bell->plusSeconds(group % 3 * 300))
+                                           : std::nullopt);
+        }
+        std::vector<std::string> foretold;
+        for (const auto& group : groupops::BellForecaster(routing, groups).forecast(change)) {
+            for (const auto& run : group.runs) {
+                const bool left = run.verdict == groupops::RunForecast::Verdict::LeftOut;
+                const auto& times = left ? run.now : run.after;
+                foretold.push_back(run.run + "|" + times.start->timeValue().text() + "|" +
+                                   times.end->timeValue().text());
+            }
+        }
+        FakeProgress quiet;
+        const auto outcome = changeBellTimes(routing, change, {quiet, [](double) {}});
+        EXPECT_GT(outcome.done, 50);
+        std::ranges::sort(foretold);
+        auto written = rowsOf(
+            "SELECT RUN, STARTTIME, ENDTIME FROM RUN WHERE RUN.SCHOOL<>'NFES' "
+            "AND RUN.BELLTIME Is Not Null",
+            routing);
+        std::ranges::sort(written);
+        EXPECT_EQ(foretold, written);
+    }
 }
 
 }  // namespace

@@ -17,21 +17,6 @@ using groupops::BellMethod;
 
 Value at(int hour, int minute) { return Date::timeOfDay(hour, minute); }
 
-TEST(BellGroups, ASchoolOrBellTimeThatDiffersBeginsAGroup) {
-    BellGroups groups;
-    groups.add("ASH", Value(), "103-PM");
-    groups.add("OAK", at(8, 0), "101-AM");
-    groups.add("OAK", at(8, 0), "102-AM");
-    groups.add("OAK", at(15, 0), "201-PM");
-    groups.add("PINE", at(15, 0), "202-PM");
-    ASSERT_EQ(groups.count(), 4);
-    EXPECT_EQ(groups[1].bellTime, " ");
-    EXPECT_EQ(groups[2].bellTime, "8:00:00 AM");
-    EXPECT_EQ(groups[2].runCount, 2);
-    EXPECT_EQ(groups[2].runs[2], "102-AM");
-    EXPECT_EQ(groups[4].school, "PINE");
-}
-
 TEST(BellGroups, HoldThirtyRunsAGroupAndThreeHundredGroups) {
     BellGroups full;
     for (int run = 1; run <= 30; ++run) {

@@ -1,6 +1,7 @@
 // What the forms of all group operations have in common: how they run, stop, wait and are guarded.
 
 #include <QProgressBar>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -29,6 +30,7 @@ class OperationForms : public support::FormTest<> {
 protected:
     OperationForms() {
         forms::WorkSlice::endAllAtOnce(true);
+        byOthers("UPDATE RUN SET SCHOOL = 'OAK'");
         startup::RunSearchSchoolSQL = "SELECT RUN.* FROM RUN";
         selection.selected = {"101-AM", "102-AM", "201-PM"};
     }
@@ -76,11 +78,19 @@ struct Operation {
     friend void PrintTo(const Operation& one, std::ostream* out) { *out << one.name; }
 };
 
+template <class Form>
+forms::Form& open(support::FakeSelection& selection) {
+    auto& registry = forms::FormRegistry::instance();
+    if constexpr (std::is_constructible_v<Form, groupops::RunSelection&>) {
+        return registry.load<Form>(selection);
+    } else {
+        return registry.load<Form>();
+    }
+}
+
 const Operation All[] = {
     {"BellChange",
-     [](support::FakeSelection& selection) -> forms::Form& {
-         return forms::FormRegistry::instance().load<BellTimeChange>(selection);
-     },
+     open<BellTimeChange>,
      [](support::Controls& form) {
          form.control<controls::Grid>("BellTimeGrid").selectAllRows();
          form.click("SetTimes");
@@ -93,9 +103,7 @@ const Operation All[] = {
      BellsWritten,
      4},
     {"GroupChange",
-     [](support::FakeSelection& selection) -> forms::Form& {
-         return forms::FormRegistry::instance().load<groupops::frmGroupRunChange>(selection);
-     },
+     open<groupops::frmGroupRunChange>,
      [](support::Controls& form) { form.check("ChangeOverfill"); },
      "ChangeIt",
      "StopIt",
@@ -104,12 +112,11 @@ const Operation All[] = {
      "SELECT COUNT(*) FROM RUN WHERE OverFill = 9",
      3},
     {"Merge",
-     [](support::FakeSelection&) -> forms::Form& {
-         auto& form = forms::FormRegistry::instance().load<groupops::MergeRun>();
-         form.receive("102-AM");
-         return form;
+     open<groupops::MergeRun>,
+     [](support::Controls& form) {
+         dynamic_cast<groupops::MergeRun&>(form.form()).receive("102-AM");
+         form.type("cmbRUN", "101-AM");
      },
-     [](support::Controls&) {},
      "Merge",
      "Stop",
      "StatusMsg",
@@ -117,9 +124,7 @@ const Operation All[] = {
      "SELECT COUNT(*) FROM RUNLOG WHERE ActivityCode = 5",
      2},
     {"DeadHead",
-     [](support::FakeSelection&) -> forms::Form& {
-         return forms::FormRegistry::instance().load<frmCalcDeadHead>();
-     },
+     open<frmCalcDeadHead>,
      [](support::Controls&) {},
      "Calculate",
      "Stop",
@@ -202,6 +207,33 @@ TEST_P(EachOperation, AFileThatAnotherProgramHoldsEndsNothingAndTheButtonWorksAg
 
 INSTANTIATE_TEST_SUITE_P(GroupOperations, EachOperation, testing::ValuesIn(All),
                          [](const auto& one) { return one.param.name; });
+
+TEST_F(OperationForms, AStoppedBellChangeMarksWhatIsDoneAndMovesNoRunTwice) {
+    auto& bells = loaded<BellTimeChange>(selection);
+    form_ = &bells;
+    bells.showForm();
+    auto& grid = control<controls::Grid>("BellTimeGrid");
+    const auto enter = [&](int row, const char* time) {
+        auto* model = grid.view().model();
+        model->setData(model->index(row, 3), time);
+    };
+    enter(1, "8:00");
+    enter(2, "9:00");
+    enter(3, "3:30 pm");
+    click("ChangeBell", [&] {
+        if (bells.isBusy() && stored(BellsWritten) == "1") {
+            escape();
+        }
+    });
+    const auto row = [&](int at) {
+        return grid.cellText(at, 1) + "|" + grid.cellText(at, 3) + "|" + grid.cellText(at, 4);
+    };
+    EXPECT_EQ(row(1), "08:00 AM| |1 of 2 changed") << "12:15 AM is done and stands with 8:00 now";
+    EXPECT_EQ(row(2), "03:00 PM|03:30 PM|none late");
+    EXPECT_THAT(lastText(), HasSubstr("dead-head times of the changed runs were not calculated"));
+    click("ChangeBell");
+    EXPECT_EQ(stored(BellsWritten), "2");
+}
 
 // The dead-head that a bell change has opened, and the one that is started in the form it left
 // open.
