@@ -5,7 +5,8 @@
 #include <vector>
 
 #include "groupops/base/runselection.h"
-#include "groupops/groupchange/runchange.h"
+#include "groupops/groupchange/runsnow.h"
+#include "platform/controls/notebox.h"
 #include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
 
@@ -18,8 +19,9 @@ class frmGroupRunChange;
 
 namespace groupops {
 
-/// Sets one or more attributes to the same value on every run that is selected in the run list. The
-/// list must outlive the form.
+/// Sets one or more attributes to the same value on every run that is selected in the run list;
+/// shows what the runs have now, and says before what will happen. The list must outlive the
+/// form.
 class frmGroupRunChange : public startup::TrappedForm {
     Q_OBJECT
 
@@ -27,13 +29,13 @@ public:
     explicit frmGroupRunChange(RunSelection& selection, forms::Form* owner = nullptr);
     ~frmGroupRunChange() override;
 
-    void ChangeRunFamily_Click() { enableTicked(); }
-    void ChangeLocation_Click() { enableTicked(); }
-    void ChangeSchool_Click() { enableTicked(); }
-    void ChangeTripType_Click() { enableTicked(); }
-    void ChangeVehType_Click() { enableTicked(); }
-    void ChangeCapacity_Click() { enableTicked(); }
-    void ChangeOverfill_Click() { enableTicked(); }
+    void ChangeRunFamily_Click() { tick(); }
+    void ChangeLocation_Click() { tick(); }
+    void ChangeSchool_Click() { tick(); }
+    void ChangeTripType_Click() { tick(); }
+    void ChangeVehType_Click() { tick(); }
+    void ChangeCapacity_Click() { tick(); }
+    void ChangeOverfill_Click() { tick(); }
     void ChangeIt_Click();
     void CloseIt_Click();
     void Timer1_Timer();
@@ -47,6 +49,7 @@ private:
     struct Attribute {
         QCheckBox* box;
         QWidget* value;
+        controls::NoteBox* now;  ///< what the runs have
         const char* column;
         const char* name;  ///< for messages
         const char* procedure;
@@ -54,15 +57,22 @@ private:
     };
 
     [[nodiscard]] std::vector<Attribute> attributes() const;
+    void tick();
     void enableTicked();
-    [[nodiscard]] std::optional<base::Value> valueOf(const Attribute& attribute);
+    [[nodiscard]] static std::optional<base::Value> valueOf(const Attribute& attribute);
     [[nodiscard]] std::optional<std::vector<RunChange>> changes();
     void refuse(const Attribute& attribute);
     void change(const std::vector<std::string>& runs, const std::vector<RunChange>& changes);
     void showSelected();
+    void readRuns();
+    void showNow(const Attribute& attribute) const;
+    void showWhatWillHappen();
+    /// The ticked attributes with the values that are fit to be written.
+    [[nodiscard]] std::vector<RunChange> enteredChanges() const;
 
     RunSelection& selection_;
     std::unique_ptr<Ui::frmGroupRunChange> ui_;
+    std::unique_ptr<RunsNow> runs_;
     forms::Timer* Timer1;
     forms::OperationPanel panel_;
 };

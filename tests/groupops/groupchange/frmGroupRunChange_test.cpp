@@ -25,13 +25,12 @@ protected:
 };
 
 TEST_F(GroupRunChangeForm, EachBoxEnablesItsField) {
-    const std::vector<std::pair<const char*, const char*>> pairs = {
+    const std::vector<std::pair<const char*, const char*>> lines{
         {"ChangeRunFamily", "cmbRunFamily"}, {"ChangeLocation", "cmbLOCCODE"},
         {"ChangeSchool", "cmbSchool"},       {"ChangeTripType", "cmbTripType"},
         {"ChangeVehType", "cmbVEHTYPE"},     {"ChangeCapacity", "cmbCapacity"},
         {"ChangeOverfill", "OverFill"}};
-    for (const auto& [box, field] : pairs) {
-        EXPECT_FALSE(isEnabled(field)) << field;
+    for (const auto& [box, field] : lines) {
         check(box);
         EXPECT_TRUE(isEnabled(field)) << field;
         check(box, false);
@@ -57,8 +56,22 @@ TEST_F(GroupRunChangeForm, ChangesWhatIsTickedTellsItAndSearchesAgain) {
     EXPECT_EQ(text("StatMsg"), "Changing Run Information");
 }
 
-TEST_F(GroupRunChangeForm, ATickedEmptyListEmptiesTheColumn) {
+TEST_F(GroupRunChangeForm, ATickedEmptyListEmptiesTheColumnAndSaysSoBefore) {
+    EXPECT_EQ(text("NowTripType") + ", " + text("NowSchool"), "AM (1), PM (1), all OAK");
+    EXPECT_FALSE(isShown("WhatWillHappen"));
     check("ChangeLocation");
+    EXPECT_EQ(combo("cmbLOCCODE").lineEdit()->placeholderText(), "(will be emptied)");
+    byOthers("UPDATE STOP_TRIPTYPE SET NUM_STUDENTS = 50");
+    type("cmbVEHTYPE", "LARGE");
+    check("ChangeVehType");
+    EXPECT_EQ(text("WhatWillHappen"),
+              "2 runs: Location is emptied, Vehicle Type becomes LARGE.\nThere is no undo.");
+    type("cmbCapacity", "Low");
+    check("ChangeCapacity");
+    EXPECT_THAT(text("WhatWillHappen"),
+                HasSubstr("2 of them will carry more passengers than they have seats then."));
+    check("ChangeCapacity", false);
+    check("ChangeVehType", false);
     click("ChangeIt");
     EXPECT_THAT(locationsAndOverfills(), ElementsAre(" |Null", "SOUTH|Null", " |Null", " |Null"));
 }

@@ -31,23 +31,9 @@ TEST_F(RunChangeTest, SetsTheColumnsOnTheRunsAndNothingElse) {
     EXPECT_THAT(progress.texts, ElementsAre("Changed information for run: 101-AM.",
                                             "Changed information for run: 103-PM."));
     EXPECT_THAT(progress.percents, ElementsAre(50, 100));
-    routing.Execute(
-        "UPDATE RUN SET RUNFAMILY='REG', Capacity='High', OverFill=Null "
-        "WHERE RUN='101-AM'");
-    routing.Execute(
-        "UPDATE RUN SET RUNFAMILY=Null, Capacity=Null, OverFill=Null "
-        "WHERE RUN='103-PM'");
+    byOthers("UPDATE RUN SET RUNFAMILY='REG', Capacity='High', OverFill=Null WHERE RUN='101-AM'");
+    byOthers("UPDATE RUN SET RUNFAMILY=Null, Capacity=Null, OverFill=Null WHERE RUN='103-PM'");
     EXPECT_EQ(rows("SELECT * FROM RUN"), before);
-}
-
-TEST_F(RunChangeTest, LeavesOutDeletedRuns) {
-    const std::vector<std::string> runs{"101-AM", "GONE", "201-PM"};
-    const std::vector<RunChange> changes{{"LocCode", "SOUTH"}};
-    const auto outcome = changeRuns(routing, runs, changes, progress);
-    EXPECT_EQ(whatWasLeft(outcome, groupops::runChangeWording()),
-              "2 of 3 runs changed and saved.\n\nDeleted by another program meanwhile: GONE.");
-    EXPECT_THAT(rows("SELECT RUN FROM RUN WHERE LocCode='SOUTH' ORDER BY RUN"),
-                ElementsAre("101-AM", "102-AM", "201-PM"));
 }
 
 }  // namespace

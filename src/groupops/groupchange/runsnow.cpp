@@ -1,0 +1,127 @@
+#include "groupops/groupchange/runsnow.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "data/runs/runrow.h"
+#include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
+#include "platform/base/text.h"
+#include "startup/base/fieldvalues.h"
+
+namespace groupops {
+
+namespace {
+
+constexpr std::string_view Columns[]{"RunFamily", "LocCode",  "School",  "TripType",
+                                     "VehType",   "Capacity", "OverFill"};
+constexpr auto AllRuns =
+    "SELECT RUN.RUN, RUN.RunFamily, RUN.LocCode, RUN.School, RUN.TripType, RUN.VehType, "
+    "RUN.Capacity, RUN.OverFill FROM RUN";
+constexpr auto Passengers =
+    "SELECT STOP_TRIPTYPE.RUN, SUM(STOP_TRIPTYPE.NUM_STUDENTS) AS PASSENGERS FROM STOP INNER JOIN "
+    "STOP_TRIPTYPE ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP.STOPTYPE='REGULAR'{} "
+    "GROUP BY STOP_TRIPTYPE.RUN";
+/// So many runs are asked for by name; beyond that all are read, which is quicker then.
+constexpr std::size_t FewRuns = 200;
+
+template <class Names>
+std::string conditionFor(std::string_view column, const Names& names) {
+    std::vector<std::string> literals;
+    for (const auto& name : names) {
+        literals.push_back(fmt::format("'{}'", ado::escaped(name)));
+    }
+    return fmt::format("{} IN ({})", column, fmt::join(literals, ","));
+}
+
+/// An entry of a group change that is written, else what stands.
+std::string valueAfter(std::span<const RunChange> changes, std::string_view column,
+                       const std::string& now) {
+    const auto found = std::ranges::find(changes, column, &RunChange::column);
+    return found == changes.end() ? now : found->value.asText();
+}
+
+}  // namespace
+
+RunsNow::RunsNow(ado::Connection& routing, std::span<const std::string> runs) : routing_(routing) {
+    for (const std::string& run : runs) {
+        runs_[base::lowered(run)];
+    }
+    const bool few = runs.size() <= FewRuns;
+    ado::Recordset rows;
+    if (!runs.empty()) {
+        rows.Open(
+            few ? fmt::format("{} WHERE {}", AllRuns, conditionFor("RUN.RUN", runs)) : AllRuns,
+            routing);
+    }
+    for (; !runs.empty() && !rows.Eof(); rows.MoveNext()) {
+        const auto place = runs_.find(base::lowered(rows["RUN"].asText()));
+        for (const auto column : Columns) {
+            if (place != runs_.end()) {
+                place->second[column] = base::trim(startup::textOf(rows[column]));
+            }
+        }
+    }
+    std::erase_if(runs_, [](const auto& run) { return run.second.empty(); });
+}
+
+std::string RunsNow::text(std::string_view column) const {
+    std::map<std::string, int> counts;
+    for (const auto& [run, row] : runs_) {
+        const std::string& value = row.at(column);
+        ++counts[value.empty() ? "empty" : value];
+    }
+    if (counts.size() == 1) {
+        return "all " + counts.begin()->first;
+    }
+    std::vector<std::pair<std::string, int>> values(counts.begin(), counts.end());
+    std::ranges::stable_sort(values, std::greater(), &std::pair<std::string, int>::second);
+    constexpr std::size_t Shown = 4;
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < std::min(Shown, values.size()); ++i) {
+        texts.push_back(fmt::format("{} ({})", values[i].first, values[i].second));
+    }
+    const auto more =
+        values.size() > Shown ? fmt::format(" and {} more", values.size() - Shown) : "";
+    return fmt::format("{}{}", fmt::join(texts, ", "), more);
+}
+
+void RunsNow::readPassengers() {
+    std::vector<std::string> names;
+    std::ranges::transform(runs_, std::back_inserter(names),
+                           [](const auto& run) { return run.first; });
+    const bool few = names.size() <= FewRuns;
+    passengers_.emplace();
+    ado::Recordset rows;
+    rows.Open(fmt::format(Passengers,
+                          few ? " AND " + conditionFor("STOP_TRIPTYPE.RUN", names) : std::string()),
+              routing_);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        (*passengers_)[base::lowered(rows["RUN"].asText())] = startup::wholeOf(rows["PASSENGERS"]);
+    }
+}
+
+int RunsNow::tooFullAfter(std::span<const RunChange> changes, const SeatsOf& seatsOf) {
+    if (!passengers_ && !runs_.empty()) {
+        readPassengers();
+    }
+    std::map<std::pair<std::string, std::string>, std::optional<std::int64_t>> known;
+    return static_cast<int>(std::ranges::count_if(runs_, [&](const auto& run) {
+        const auto& [id, row] = run;
+        const std::pair bus(valueAfter(changes, "VehType", row.at("VehType")),
+                            valueAfter(changes, "Capacity", row.at("Capacity")));
+        const auto [place, isNew] = known.try_emplace(bus);
+        if (isNew) {
+            place->second = seatsOf(bus.first, bus.second.empty() ? "Medium" : bus.second);
+        }
+        const auto passengers = passengers_->find(id);
+        return place->second && passengers != passengers_->end() &&
+               passengers->second > *place->second;
+    }));
+}
+
+}  // namespace groupops

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "groupops/base/seats.h"
+#include "groupops/groupchange/runchange.h"
+
+namespace groupops {
+
+/// What the runs of a selection have now in the columns that a group change can set.
+class RunsNow {
+public:
+    /// Reads the runs; those that are gone are left out. Raises store::StoreError.
+    RunsNow(ado::Connection& routing, std::span<const std::string> runs);
+
+    [[nodiscard]] int count() const { return static_cast<int>(runs_.size()); }
+    /// The values of a column with the number of their runs, the most frequent first: "all AM",
+    /// "SW (3), NE (1)".
+    [[nodiscard]] std::string text(std::string_view column) const;
+    /// How many runs will carry more passengers than they have seats then; those without a known
+    /// vehicle type do not count. Passengers are counted from the stops. Raises store::StoreError.
+    [[nodiscard]] int tooFullAfter(std::span<const RunChange> changes, const SeatsOf& seatsOf);
+
+private:
+    using Row = std::map<std::string_view, std::string>;
+
+    void readPassengers();
+
+    ado::Connection& routing_;
+    std::map<std::string, Row> runs_;  ///< by the id in small letters
+    std::optional<std::map<std::string, std::int64_t>> passengers_;
+};
+
+}  // namespace groupops
