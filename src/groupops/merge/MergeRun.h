@@ -1,9 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "groupops/merge/runmerge.h"
+#include "groupops/merge/mergecomparison.h"
 #include "platform/forms/operation.h"
 #include "startup/forms/trappedform.h"
 
@@ -13,7 +14,8 @@ class MergeRun;
 
 namespace groupops {
 
-/// Moves all stops of a run that the planner chooses onto the end of the run it was opened for.
+/// Moves all stops of a run that the planner chooses onto the end of the run it was opened for, and
+/// shows both side by side before. Merge is the default button only where they are alike.
 class MergeRun : public startup::TrappedForm {
     Q_OBJECT
 
@@ -34,12 +36,17 @@ private:
     void Timer1_Timer();
 
     void showRuns();
-    void showSource();
+    void showBoth();
+    void showLines();
+    void showUnlike();
+    void showAfter();
     [[nodiscard]] RunMerge asked() const;
     bool refuse(const RunMerge& merge);
+    [[nodiscard]] bool isMeant(const RunMerge& merge) const;
     void merge(const RunMerge& merge);
 
     std::unique_ptr<Ui::MergeRun> ui_;
+    std::optional<MergeComparison> both_;  ///< nothing while no source is chosen
     forms::Timer* Timer1;
     forms::OperationPanel panel_;
 };

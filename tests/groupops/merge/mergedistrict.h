@@ -24,10 +24,14 @@ inline void fillMerge(const support::TestDistrict& district) {
         "INSERT INTO RUN(RUN, DESCRIPTION, SCHOOL, TRIPTYPE, ACTIVE) VALUES ('TO', NULL, NULL, "
         "'AM', 1), ('FROM', 'Oak morning', 'OAK', 'AM', 1), ('EMPTY', NULL, NULL, NULL, 1), "
         "('OLD', NULL, NULL, NULL, 0)");
+    routing("UPDATE RUN SET VEHTYPE = 'SMALL', Capacity = 'Low' WHERE RUN = 'TO'");
+    district.sql(data::DatabaseFile::Trip,
+                 "INSERT INTO VEHTYPE(VEHTYPE, LOW) VALUES ('SMALL', 12)");
     routing(
         "INSERT INTO STOP_TRIPTYPE(INT_STOPID, TRIPTYPE, RUN, RUNSEQ) VALUES (1, 'AM', 'TO', 5), "
         "(5, 'AM', 'TO', 7), (99, 'PM', 'FROM', 9), (2, 'AM', 'FROM', 2), (4, 'AM', 'FROM', 4), "
         "(3, 'AM', 'OLD', 1)");
+    routing("UPDATE STOP_TRIPTYPE SET NUM_STUDENTS = 20 WHERE INT_STOPID < 5");
 }
 
 }  // namespace groupops

@@ -50,25 +50,6 @@ TEST_F(RunMergeTest, MovesAllStopsInTheirOrderAndLogsThem) {
     EXPECT_THAT(stopsOf("EMPTY"), ElementsAre("1|3|AM|EMPTY"));
 }
 
-TEST_F(RunMergeTest, RefusesWhatIsNoRunWithAReason) {
-    struct Case {
-        RunMerge merge;
-        MergeObstacle obstacle;
-        std::string message;
-    };
-    for (const auto& [merge, obstacle, message] :
-         {Case{{"TO", "to ", ""}, MergeObstacle::SameRun, ""},
-          Case{{"TO", " ", ""}, MergeObstacle::NoSource, "Please select the run"},
-          Case{{"TO", "O'HARE", ""}, MergeObstacle::UnknownSource, "there is no run: O'HARE."},
-          Case{{"GONE", "FROM", ""}, MergeObstacle::UnknownReceiving, "run: GONE does not exist"},
-          Case{{"TO", "EMPTY", ""}, MergeObstacle::NoStops, "run: EMPTY has no stops"}}) {
-        EXPECT_EQ(mergeObstacle(*startup::gcnRouting, merge), obstacle) << merge.source;
-        const auto told = messageOf(obstacle, merge);
-        EXPECT_THAT(told ? told->text : "", HasSubstr(message));
-        EXPECT_EQ(told.has_value(), !message.empty());
-    }
-}
-
 // The other program's changes come between the reading of the stops and their moving.
 TEST_F(RunMergeTest, LeavesAloneWhatAnotherProgramMovedOrDeleted) {
     FakeProgress progress([&](int turn) {
@@ -94,8 +75,6 @@ TEST_F(RunMergeTest, OffersAllActiveRunsButItself) {
     const auto runs = readOtherRuns(*startup::gcnRouting, "to ");
     ASSERT_EQ(runs.rowCount(), 2U);
     EXPECT_EQ(runs.text(0, 0) + runs.text(1, 0) + runs.text(1, 1), "EMPTYFROMOak morning");
-    EXPECT_EQ(runSummary(*startup::gcnRouting, "FROM"), "Oak morning, OAK, AM, 3 stops");
-    EXPECT_EQ(runSummary(*startup::gcnRouting, "NONE"), "");
 }
 
 }  // namespace
