@@ -178,28 +178,18 @@ TEST_F(FormsTest, AFaultWhileLoadingLeavesNoFormBehind) {
     EXPECT_THAT(log, ElementsAre("broken loaded", "broken destroyed"));
 }
 
-TEST_F(FormsTest, ComesBackInTheSizeItWasLeft) {
-    DemoForm& main = shown("main");
-    OtherForm* other = &otherShown("other", &main);
-    other->resize(517, 323);
-    settle();
-    other->close();
-    settle();
-    other = &otherShown("other", &main);
-    EXPECT_EQ(other->size(), QSize(517, 323));
-}
-
 TEST_F(FormsTest, IsOnTheScreenHoweverLargeItIsAndWhereverItWasLeft) {
     const auto onScreen = [](const QWidget& form) {
         return form.screen()->availableGeometry().contains(form.frameGeometry());
     };
     DemoForm& main = shown("main");
     OtherForm* other = &otherShown("other", &main);
-    other->move(5000, 4000);
+    other->setGeometry(5000, 4000, 517, 323);
     other->close();
     settle();
     other = &otherShown("other", &main);
     EXPECT_TRUE(onScreen(*other));
+    EXPECT_EQ(other->size(), QSize(517, 323)) << "as it was left";
     auto& large = registry().load<ThirdForm>("large", log, nullptr);
     large.button.setMinimumSize(300, 2000);
     large.showForm();

@@ -64,13 +64,6 @@ TEST_F(Databases, ADamagedFileAndOneOfAnotherKindAreReported) {
     }
 }
 
-TEST_F(Databases, WithErrorHandlingOffAMissingFileIsAPlainError) {
-    district_.writeIniWithErrorHandling("False");
-    std::filesystem::remove(district_.path(DatabaseFile::Trip));
-    EXPECT_THROW(session_.start(district_.configFolder()), base::RunTimeError);
-    EXPECT_TRUE(session_.boxes.shown.empty());
-}
-
 TEST_F(Databases, ShutDownKeepsWhatAnOpenUnitOfWorkHadWritten) {
     session_.start(district_.configFolder());
     const auto faultInsideAUnit = [] {

@@ -41,6 +41,9 @@ TEST_F(Permissions, AKnownUserMayDoWhatWasGrantedByExactCode) {
     startup::gPermCode = {"", "RTG210", "RTG210"};
     startup::gPermAuthority = {false, true, false};
     EXPECT_FALSE(HasAuthority("RTG210", false)) << "the last row of a code counts";
+    district.sql(DatabaseFile::QDSC, "DELETE FROM QDSCPP");
+    EXPECT_THROW(LoadUserPermissions("BEN"), base::EndProgram) << "more rows than points";
+    EXPECT_THAT(lastText(), testing::EndsWith("Error (9) Subscript out of range"));
 }
 
 TEST_F(Permissions, RefusalIsToldOnlyWhenAsked) {
@@ -65,21 +68,6 @@ TEST_F(Permissions, OnlyTheBuiltInAccountWithoutAPasswordIsAllowedEverything) {
     EXPECT_FALSE(LoadUserPermissions("R.T.E."));
     EXPECT_TRUE(startup::gSecurityOn);
     EXPECT_FALSE(HasAuthority("RTG210", false));
-}
-
-TEST_F(Permissions, WithoutPermissionPointsEverythingIsRefused) {
-    district.sql(DatabaseFile::QDSC, "DELETE FROM QDSCPP");
-    EXPECT_FALSE(LoadUserPermissions("BEN"));
-    EXPECT_EQ(startup::gPermCount, 0);
-    EXPECT_FALSE(HasAuthority("RTG210", false));
-}
-
-TEST_F(Permissions, MoreRowsThanPointsIsASubscriptError) {
-    grant("ANN", "RTG250", true);
-    EXPECT_THROW(LoadUserPermissions("ANN"), base::EndProgram);
-    EXPECT_TRUE(session.boxes.shown.at(0).text.ends_with(
-        "\nLoadUserPermissions of Module: mdlSecurity_Routines.\n\n"
-        "Error (9) Subscript out of range"));
 }
 
 TEST_F(Permissions, AnApostropheInTheUserIsReportedNotObeyed) {

@@ -58,6 +58,10 @@ constexpr auto Reported =
     "Type mismatch";
 
 TEST_F(TrappedFormTest, AnErrorIsReportedAndEndsTheProgram) {
+    gErrorHandling = false;
+    EXPECT_THROW(form().answer(fails), base::RunTimeError);
+    EXPECT_THAT(texts(), IsEmpty());
+    gErrorHandling = true;
     clickDoing(fails);
     EXPECT_THAT(texts(), ElementsAre(Reported));
     EXPECT_TRUE(ending());
@@ -73,12 +77,6 @@ TEST_F(TrappedFormTest, AFormThatStaysGoesOnWithTheDefaultOfWhatFailed) {
     EXPECT_THAT(texts(), ElementsAre(testing::HasSubstr("Inner of Module: AnyForm."), Reported));
     EXPECT_FALSE(ending());
     EXPECT_TRUE(gcnRouting);
-}
-
-TEST_F(TrappedFormTest, WithoutErrorHandlingAnErrorPassesUnreported) {
-    gErrorHandling = false;
-    EXPECT_THROW(form().answer(fails), base::RunTimeError);
-    EXPECT_THAT(texts(), IsEmpty());
 }
 
 TEST_F(TrappedFormTest, ALockIsToldAndEndsNothingWhereverItComesFrom) {

@@ -86,15 +86,6 @@ TEST_F(RunStartup, AFailedHandOverIsToldAndEndsTheProgram) {
     EXPECT_EQ(application().run(), 1);
 }
 
-TEST_F(RunStartup, WithoutAConfigurationFourKeysAreToldAndTheFirstDatabaseEndsTheProgram) {
-    std::filesystem::remove(district_.configFolder() + "/route.ini");
-    run("ANN");
-    ASSERT_EQ(session_.boxes.shown.size(), 5U);
-    EXPECT_THAT(box(3), HasSubstr("Error reading "));
-    EXPECT_THAT(box(4), HasSubstr("routing.mdb"));
-    EXPECT_EQ(application().run(), 1);
-}
-
 // A rule of the validation is a column of District: a district without it must not meet its first
 // validation, nor any form.
 TEST_F(RunStartup, ADistrictOfAnotherVersionIsToldBeforeAnyForm) {
