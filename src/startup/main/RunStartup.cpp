@@ -1,8 +1,10 @@
 #include "startup/main/RunStartup.h"
 
 #include "platform/base/error.h"
+#include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
 #include "platform/process/process.h"
+#include "platform/store/database.h"
 #include "runsearch/search/frmTarn.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlErrorHandler.h"
@@ -24,6 +26,41 @@ void requireFittingDistrict() {
                     {DatabaseFile::VIREORpt, *gcnVIREORpt},
                     {DatabaseFile::DeadCross, *gcnDeadCross},
                     {DatabaseFile::QDSC, *gcnQDSC}});
+}
+
+constexpr auto LookOnlyTitle = "Nothing Can Be Saved";
+constexpr auto LookOnlyText =
+    "Oops, you can look at this district, but not all of it can be changed.  Please ask whoever "
+    "looks after the program for the right to write to the files below.";
+
+bool isWritable(const ado::Connection& connection) {
+    try {
+        connection.requireWritable();
+        return true;
+    } catch (const store::StoreError&) {
+        return false;
+    }
+}
+
+/// At the start, so that nobody types in vain.
+void tellOfFilesToLookAtOnly() {
+    using data::DatabaseFile;
+    const std::initializer_list<OpenFile> changed{{DatabaseFile::Routing, *gcnRouting},
+                                                  {DatabaseFile::RouteWrk, *gcnRouteWrk},
+                                                  {DatabaseFile::Trip, *gcnTrip},
+                                                  {DatabaseFile::DeadCross, *gcnDeadCross}};
+    std::string unwritable;
+    for (const auto& [file, connection] : changed) {
+        if (!isWritable(connection)) {
+            unwritable += (unwritable.empty() ? "" : "\n") + std::string(data::fileName(file));
+        }
+    }
+    if (!unwritable.empty()) {
+        base::MsgBox({.text = LookOnlyText,
+                      .title = LookOnlyTitle,
+                      .icon = base::MsgIcon::Exclamation,
+                      .concerns = unwritable});
+    }
 }
 
 [[noreturn]] void handOverToLogon() {
@@ -51,6 +88,7 @@ void Main(const std::string& commandLine) {
         if (isRefused(gCommandLine)) {
             handOverToLogon();
         }
+        tellOfFilesToLookAtOnly();
         mainForm.showForm();
     });
 }

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include "data/schema/version.h"
 #include "platform/base/error.h"
@@ -84,6 +85,26 @@ TEST_F(RunStartup, AFailedHandOverIsToldAndEndsTheProgram) {
     run("");
     EXPECT_THAT(box(0), HasSubstr("File not found"));
     EXPECT_EQ(application().run(), 1);
+}
+
+TEST_F(RunStartup, AFileThatMayOnlyBeReadIsToldAtTheStart) {
+    support::fillSmall(district_);
+    const std::string routing = district_.path(DatabaseFile::Routing);
+    std::filesystem::permissions(routing, std::filesystem::perms::owner_read);
+    constexpr uid_t Nobody = 65534;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(district_.folder())) {
+        if (geteuid() == 0 && chown(entry.path().c_str(), Nobody, 0) != 0) {
+            GTEST_SKIP() << "cannot give up the right to write everything";
+        }
+    }
+    const bool gaveUp =
+        geteuid() == 0 && chown(district_.folder().c_str(), Nobody, 0) == 0 && seteuid(Nobody) == 0;
+    run("ANN");
+    EXPECT_THAT(box(0), testing::EndsWith("\n\nrouting.mdb"));
+    EXPECT_NE(mainForm(), nullptr);
+    application().startAfresh();
+    startup::resetSession();
+    EXPECT_TRUE(!gaveUp || seteuid(0) == 0);
 }
 
 // A rule of the validation is a column of District: a district without it must not meet its first
