@@ -44,7 +44,9 @@ TEST_F(FittingWalk, NoLabelButtonOrTimeIsCutAndEveryFormIsOnTheScreen) {
             if (!pages.empty()) {
                 pages.front()->setCurrentIndex(page);
             }
-            forms::Application::instance().yield();
+            for (int turn = 0; turn < 5; ++turn) {
+                forms::Application::instance().yield();
+            }
             expectNothingCut(form);
         }
         EXPECT_TRUE(form.screen()->availableGeometry().contains(form.geometry())) << station.form;

@@ -22,6 +22,7 @@ using controls::LayoutMemory;
 namespace {
 
 constexpr qreal HeadingShare = 1.3;
+constexpr int DesignedHeading = 13;  // points in the .ui files
 
 /// The control on a page that Tab comes to first; null without one.
 QWidget* firstStopIn(const QWidget& page) {
@@ -34,6 +35,20 @@ QWidget* firstStopIn(const QWidget& page) {
         stop = stop->nextInFocusChain();
     }
     return nullptr;
+}
+
+/// Lets a control have the width that it needs.
+void raiseLimits(QWidget& part) {
+    const int needed = part.minimumSizeHint().width();
+    if (part.sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) {
+        return;
+    }
+    if (part.maximumWidth() < needed) {
+        part.setMaximumWidth(needed);
+    }
+    if (part.minimumWidth() > 0 && part.minimumWidth() < needed) {
+        part.setMinimumWidth(needed);
+    }
 }
 
 bool holdsColumns(const QLayout& row) {
@@ -250,20 +265,16 @@ void Form::rememberPlace() const {
 
 void Form::growWithFont() {
     constexpr int DesignedHeight = 17;  // of a line at 10 points
-    constexpr int DesignedHeading = 13;
     resize(size() * std::max(1.0, 1.0 * fontMetrics().height() / DesignedHeight));
-    for (QWidget* part : findChildren<QWidget*>()) {
+    const auto parts = findChildren<QWidget*>();
+    std::for_each(parts.rbegin(), parts.rend(), [this](QWidget* part) {  // what is inside first
         if (part->testAttribute(Qt::WA_SetFont) && part->font().pointSize() == DesignedHeading) {
             QFont heading = part->font();
             heading.setPointSizeF(font().pointSizeF() * HeadingShare);
             part->setFont(heading);
         }
-        const int needed = part->minimumSizeHint().width();
-        if (part->maximumWidth() < needed &&
-            part->sizePolicy().horizontalPolicy() != QSizePolicy::Ignored) {
-            part->setMaximumWidth(needed);
-        }
-    }
+        raiseLimits(*part);
+    });
 }
 
 void Form::scrollBeyond(const QSize& room) {

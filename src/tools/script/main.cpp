@@ -2,6 +2,7 @@
 #include <QFile>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 
@@ -10,6 +11,7 @@
 #include "platform/files/files.h"
 #include "platform/forms/application.h"
 #include "platform/forms/look.h"
+#include "platform/forms/screenless.h"
 #include "startup/base/session.h"
 #include "startup/main/RunStartup.h"
 #include "tools/district/command/sqlcommand.h"
@@ -85,7 +87,9 @@ QString fileIn(const QCoreApplication& application) {
 // the configuration folder names, as for the program itself.
 int main(int argc, char** argv) {
     qInstallMessageHandler(warnUnlessScreenless);
+    std::optional<forms::ScreenlessScreen> screen(std::in_place, QSize(1366, 768));
     forms::Application application(argc, argv);
+    screen.reset();
     const QString file = fileIn(application);
     QApplication::setApplicationName(QStringLiteral("tarn-script"));
     forms::applyLook(application, forms::Scheme::Light);

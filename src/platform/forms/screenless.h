@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+#include <QTemporaryFile>
+
+namespace forms {
+
+/// Gives the toolkit's platform without a screen ("offscreen") one of that size, in pixels, where
+/// it would have a small square. It lives while the application is made; other platforms keep their
+/// screens.
+class ScreenlessScreen {
+public:
+    explicit ScreenlessScreen(QSize size);
+    ~ScreenlessScreen();
+    ScreenlessScreen(const ScreenlessScreen&) = delete;
+    ScreenlessScreen& operator=(const ScreenlessScreen&) = delete;
+
+private:
+    QByteArray platform_;
+    QTemporaryFile description_;
+};
+
+}  // namespace forms
