@@ -22,11 +22,8 @@ QColor SignDelegate::inkOf(const QStyleOptionViewItem& option, const QModelIndex
     if (selected || index.data(RedRole).toBool()) {
         return selected ? Qt::white : Qt::black;
     }
-    if (place_ == Place::BesideText) {
-        return option.palette.color(QPalette::PlaceholderText);
-    }
-    const bool dark = option.palette.color(QPalette::Base).lightness() < 128;
-    return dark ? QColor(0xff, 0x8a, 0x85) : QColor(0xb3, 0x15, 0x1b);
+    return place_ == Place::BesideText ? option.palette.color(QPalette::PlaceholderText)
+                                       : wrongInk(option.palette);
 }
 
 void SignDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

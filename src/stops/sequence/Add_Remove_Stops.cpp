@@ -86,6 +86,11 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     for (auto* hint : {ui_->OrderHint, ui_->MapHint}) {
         hint->setForegroundRole(QPalette::PlaceholderText);
     }
+    QPalette wrong = palette();
+    wrong.setColor(QPalette::WindowText, controls::wrongInk(wrong));
+    ui_->Unplaced->setPalette(wrong);
+    ui_->UnplacedSign->setPixmap(controls::signIcon(Sign::NoPlace, wrong, QPalette::WindowText)
+                                     .pixmap(fontMetrics().height()));
     ui_->RunSide->installEventFilter(this);
     wireButtons();
     wireKeys();
@@ -197,7 +202,9 @@ void Add_Remove_Stops::showPassengers(std::int64_t passengers) {
         text += tr(" of %1 seats").arg(seats);
     }
     if (seats > 0 && passengers > seats) {
-        text += tr(", <b>%1 too many</b>").arg(passengers - seats);
+        text += tr(", <b style='color:%1'>%2 too many</b>")
+                    .arg(controls::wrongInk(palette()).name())
+                    .arg(passengers - seats);
     }
     ui_->Passengers->setText(text);
     ui_->Seats->setValues(static_cast<double>(passengers), static_cast<double>(seats));
@@ -238,7 +245,7 @@ void Add_Remove_Stops::showUnplaced(const std::vector<std::size_t>& rows) {
                                 ? tr("1 stop has no place on the map: ")
                                 : tr("%1 stops have no place on the map: ").arg(rows.size())) +
                            named.join("; "));
-    ui_->Unplaced->setVisible(!rows.empty());
+    ui_->UnplacedLine->setVisible(!rows.empty());
 }
 
 void Add_Remove_Stops::enableButtons() {
