@@ -174,6 +174,7 @@ void Run::wireButtons() {
 void Run::wireMap() {
     on(&answer_, &MapAnswer::status, "MapAnswer_Status",
        [this](const QString& text) { showStatus(text); });
+    on(&answer_, &MapAnswer::ended, "refresh", &Run::refresh);
     on(&answer_, &MapAnswer::reload, "Command1_Click", &Run::Command1_Click);
     on(&answer_, &MapAnswer::lists, "buildLists", &Run::buildLists);
 }

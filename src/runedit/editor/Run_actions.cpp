@@ -89,6 +89,7 @@ bool Run::Check_Run_LateBellTime(base::Date bell) {
 void Run::MapIt_Click() {
     if (mapFilesLeft(run())) {
         markToBeResolved(run());
+        refresh();
         if (base::MsgBox(MapBusyQuestion, MapBusyTitle, MsgIcon::Question, MsgButtons::YesNo) ==
             MsgAnswer::Yes) {
             showStatus(deleteMapFiles(run()) ? MapFilesDeletedText : MapFilesHeldText);
@@ -126,6 +127,7 @@ void Run::sendToMap() {
         answer_.start(run());
     } else {
         showStatus("");
+        refresh();
         base::MsgBox(failure, MapFailedTitle, MsgIcon::Exclamation);
     }
 }

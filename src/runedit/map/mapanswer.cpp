@@ -144,6 +144,7 @@ void MapAnswer::countDown() {
 void MapAnswer::giveUp() {
     stop();
     markToBeResolved(run_);
+    emit ended();
     emit status(Ended);
 }
 

@@ -36,6 +36,8 @@ public:
 
 signals:
     void status(const QString& text);
+    /// No answer comes any more; the run was marked to be resolved, and a status will say so.
+    void ended();
     /// The run was deleted while it was with the map program; a status has said so, and nothing
     /// else follows.
     void gone();

@@ -112,6 +112,7 @@ void markToBeResolved(const std::string& run) {
     try {
         startup::gcnRouting->Execute("UPDATE RUN SET RUN.REGENERATE = True WHERE RUN.RUN='" +
                                      ado::escaped(base::trim(run)) + "'");
+        startup::RefreshRunList = true;
     } catch (const base::RunTimeError&) {
         // Why the run could not go is the one to tell.
     }

@@ -125,8 +125,8 @@ TEST_F(RunTimesTest, SaysWhyARunDoesNotGoToTheMap) {
     session.boxes.answers = {MsgAnswer::No};
     click("MapIt");
     EXPECT_THAT(titles(), ElementsAre("Run Not Saved", "Can't Go to Map"));
-    EXPECT_TRUE(form().isLoaded());
-    EXPECT_TRUE(isEnabled("OK"));
+    EXPECT_TRUE(form().isLoaded() && isEnabled("OK"));
+    EXPECT_TRUE(isChecked("Regenerate")) << "it is to be sent later";
 
     std::ofstream(district.progPath() + "101-AM.dbf") << "left";
     session.boxes.answers = {MsgAnswer::No, MsgAnswer::Yes};
