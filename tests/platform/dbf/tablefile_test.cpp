@@ -64,12 +64,8 @@ TEST(TableFile, RefusesBytesThatAreNone) {
         EXPECT_THROW(static_cast<void>(dbf::tableIn(bytes)), base::RunTimeError);
     }
     for (const double wild : {1e30, HUGE_VAL}) {
-        try {
-            static_cast<void>(dbf::bytesOf({{{"A"}, {"X", Kind::Number, 4}}, {{1, 1}, {2, wild}}}));
-            ADD_FAILURE() << wild;
-        } catch (const dbf::TooWide& wide) {
-            EXPECT_EQ(wide.row + wide.column, 2U);
-        }
+        const dbf::Table table{{{"X", Kind::Number, 4}}, {{wild}}};
+        EXPECT_THROW(static_cast<void>(dbf::bytesOf(table)), dbf::TooWide);
     }
 }
 
