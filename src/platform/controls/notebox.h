@@ -5,15 +5,9 @@
 #include <string_view>
 
 #include "platform/controls/signs.h"
+#include "platform/controls/tones.h"
 
 namespace controls {
-
-/// What a note is to its reader.
-enum class Tone { Plain, Look, Wrong };
-
-/// The ink of a tone, and the ground that it stands on, in light and in dark.
-[[nodiscard]] QColor inkOf(Tone tone, const QPalette& palette);
-[[nodiscard]] QColor groundOf(Tone tone, const QPalette& palette);
 
 /// A text as it stands in rich text.
 [[nodiscard]] QString toRich(std::string_view text);

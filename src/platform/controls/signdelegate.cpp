@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include "platform/controls/tones.h"
+
 namespace controls {
 
 SignDelegate::SignDelegate(Sign sign, Place place, QObject* parent)
@@ -23,7 +25,7 @@ QColor SignDelegate::inkOf(const QStyleOptionViewItem& option, const QModelIndex
         return selected ? Qt::white : Qt::black;
     }
     return place_ == Place::BesideText ? option.palette.color(QPalette::PlaceholderText)
-                                       : wrongInk(option.palette);
+                                       : controls::inkOf(Tone::Wrong, option.palette);
 }
 
 void SignDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -153,9 +153,9 @@ QIcon signIcon(Sign sign, const QPalette& palette, QPalette::ColorRole ink) {
     return icon;
 }
 
-QColor wrongInk(const QPalette& palette) {
-    const bool dark = palette.color(QPalette::Base).lightness() < 128;
-    return dark ? QColor(0xff, 0x8a, 0x85) : QColor(0xb3, 0x15, 0x1b);
+QPixmap markFor(Sign sign, const QColor& ink, int lineHeight) {
+    constexpr double OfLine = 0.8;  // the drawing leaves room around itself
+    return drawn(drawingOf(sign), ink, static_cast<int>(std::lround(OfLine * lineHeight)));
 }
 
 QIcon programIcon() {

@@ -30,8 +30,8 @@ enum class Sign {
 /// Draws a sign as large as fits into the middle of a rectangle.
 void paintSign(QPainter& painter, const QRect& rect, Sign sign, const QColor& ink);
 
-/// The ink of what is wrong, readable on the palette's grounds, light or dark.
-[[nodiscard]] QColor wrongInk(const QPalette& palette);
+/// A mark beside a text of so many pixels line height.
+[[nodiscard]] QPixmap markFor(Sign sign, const QColor& ink, int lineHeight);
 
 /// The program's icon, a school bus, in the usual sizes.
 [[nodiscard]] QIcon programIcon();

@@ -10,9 +10,9 @@
 #include "platform/controls/qtext.h"
 #include "platform/controls/signdelegate.h"
 #include "platform/controls/signs.h"
+#include "platform/controls/tones.h"
 #include "platform/forms/operation.h"
 #include "runedit/editor/crowdeddelegate.h"
-#include "runedit/editor/inks.h"
 #include "runedit/editor/runfields.h"
 #include "runedit/validation/checkedrun.h"
 #include "startup/base/session.h"
@@ -28,6 +28,7 @@ using controls::fromQt;
 using controls::Sign;
 using controls::SignDelegate;
 using controls::signIcon;
+using controls::Tone;
 using controls::toQt;
 using startup::gcnRouting;
 
@@ -80,13 +81,12 @@ void Run::dress() {
                         ui_->LevelSeats, ui_->StopHint}) {
         quiet->setForegroundRole(QPalette::PlaceholderText);
     }
-    const auto inks = inksOf(palette());
     auto red = palette();
-    red.setColor(QPalette::WindowText, inks.red);
+    red.setColor(QPalette::WindowText, inkOf(Tone::Wrong, red));
     strong(ui_->TooMany, 1);
     ui_->TooMany->setPalette(red);
     auto amber = palette();
-    amber.setColor(QPalette::Window, inks.amberGround);
+    amber.setColor(QPalette::Window, groundOf(Tone::Look, amber));
     ui_->WarningPanel->setPalette(amber);
     ui_->WarningList->header()->setStretchLastSection(true);
     auto* stops = ui_->StopList;

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/controls/celldelegate.h"
-#include "runedit/editor/inks.h"
+#include "platform/controls/tones.h"
 
 namespace runedit {
 
@@ -23,7 +23,8 @@ protected:
         }
         option->font.setBold(true);
         if (!index.data(controls::RedRole).toBool()) {
-            option->palette.setColor(QPalette::Text, inksOf(option->palette).red);
+            option->palette.setColor(QPalette::Text,
+                                     controls::inkOf(controls::Tone::Wrong, option->palette));
         }
     }
 

@@ -70,12 +70,6 @@ std::optional<RunLogFault> firstFault(const RunLogFilters& filters) {
     return std::nullopt;
 }
 
-std::string runLogQuery(const RunLogFilters& filters) {
-    const auto where = conditionsOf(filters);
-    return fmt::format("Select RUNLOG.* FROM RUNLOG{}{} ORDER BY RUNLOG.LOGDATE DESC",
-                       where.keyword(), where.text());
-}
-
 std::string runLogPageQuery(const RunLogFilters& filters, RunLogWay way, const RunLogPlace& place,
                             std::size_t most) {
     auto where = conditionsOf(filters, way);

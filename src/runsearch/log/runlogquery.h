@@ -27,9 +27,6 @@ struct RunLogFault {
 /// The first filter that is no whole number or no day; nothing where all are good.
 [[nodiscard]] std::optional<RunLogFault> firstFault(const RunLogFilters& filters);
 
-/// The entries that meet every filter, newest first. The filters go into the question as typed.
-[[nodiscard]] std::string runLogQuery(const RunLogFilters& filters);
-
 /// Where reading goes on: behind an entry of that time and key, newest first. Entries without a
 /// time stand last, and those of one time by their keys.
 struct RunLogPlace {
@@ -47,7 +44,8 @@ struct RunLogPlace {
 /// or that of the times, whose entries must then be looked through for the run.
 enum class RunLogWay { ByRun, ByTime };
 
-/// The next entries that meet every filter, at most so many, from one stretch of the log.
+/// The next entries that meet every filter, newest first, at most so many, from one stretch of the
+/// log. The filters go into the question as typed.
 [[nodiscard]] std::string runLogPageQuery(const RunLogFilters& filters, RunLogWay way,
                                           const RunLogPlace& place, std::size_t most);
 

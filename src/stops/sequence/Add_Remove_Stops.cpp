@@ -17,6 +17,7 @@
 #include "platform/controls/rowdrag.h"
 #include "platform/controls/signdelegate.h"
 #include "platform/controls/signs.h"
+#include "platform/controls/tones.h"
 #include "platform/forms/operation.h"
 #include "runedit/map/maphandoff.h"
 #include "startup/base/session.h"
@@ -32,6 +33,7 @@ namespace {
 using controls::MultiColumnList;
 using controls::Sign;
 using controls::SignDelegate;
+using controls::Tone;
 using controls::toQt;
 
 constexpr auto Module = "Add_Remove_Stops";
@@ -87,10 +89,10 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
         hint->setForegroundRole(QPalette::PlaceholderText);
     }
     QPalette wrong = palette();
-    wrong.setColor(QPalette::WindowText, controls::wrongInk(wrong));
+    wrong.setColor(QPalette::WindowText, inkOf(Tone::Wrong, wrong));
     ui_->Unplaced->setPalette(wrong);
-    ui_->UnplacedSign->setPixmap(controls::signIcon(Sign::NoPlace, wrong, QPalette::WindowText)
-                                     .pixmap(fontMetrics().height()));
+    ui_->UnplacedSign->setPixmap(
+        markFor(Sign::NoPlace, inkOf(Tone::Wrong, wrong), fontMetrics().height()));
     ui_->RunSide->installEventFilter(this);
     wireButtons();
     wireKeys();
@@ -203,7 +205,7 @@ void Add_Remove_Stops::showPassengers(std::int64_t passengers) {
     }
     if (seats > 0 && passengers > seats) {
         text += tr(", <b style='color:%1'>%2 too many</b>")
-                    .arg(controls::wrongInk(palette()).name())
+                    .arg(inkOf(Tone::Wrong, palette()).name())
                     .arg(passengers - seats);
     }
     ui_->Passengers->setText(text);

@@ -24,8 +24,9 @@ TEST(RunLogQuery, JoinsTheFiltersThatAreFilled) {
          "DateValue(CStr([LOGDATE]))>=#1/2/26# AND DateValue(CStr([LOGDATE]))<=#2026-01-04#"},
     };
     for (const auto& [filters, between] : cases) {
-        EXPECT_EQ(runLogQuery(filters), std::string("Select RUNLOG.* FROM RUNLOG") + between +
-                                            " ORDER BY RUNLOG.LOGDATE DESC");
+        EXPECT_EQ(runLogPageQuery(filters, RunLogWay::ByRun, {}, 50),
+                  std::string("Select TOP 50 RUNLOG.* FROM RUNLOG") + between +
+                      " ORDER BY RUNLOG.LOGDATE DESC, RUNLOG.ID DESC");
     }
 }
 
