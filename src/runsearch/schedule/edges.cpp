@@ -221,27 +221,31 @@ void paintSteps(QPainter& painter, const QRectF& area, const TimeScale& scale,
     if (full <= 0) {
         return;
     }
-    const auto& steps = curve.steps();
-    // Where many steps share a pixel the greatest is seen.
-    for (std::size_t i = 0; i + 1 < steps.size();) {
-        const double left = std::floor(scale.xOf(steps[i].at));
-        int count = steps[i].count;
-        double right = scale.xOf(steps[i + 1].at);
-        while (right < left + 1 && i + 2 < steps.size()) {
-            ++i;
-            count = std::max(count, steps[i].count);
-            right = scale.xOf(steps[i + 1].at);
-        }
-        ++i;
-        const double height = area.height() * count / full;
-        if (count > 0 && right >= 0 && left <= area.width()) {
-            const double from = std::max(left, 0.0);
+    const auto column = [&](double left, double right, int count) {
+        const double from = std::max(left, 0.0);
+        const double until = std::min(right, area.width());
+        if (count > 0 && until > from) {
+            const double height = area.height() * count / full;
             painter.fillRect(
-                QRectF(area.left() + from, area.bottom() - height,
-                       std::min(std::floor(right), area.width()) - from + 0.01, height),
-                colour);
+                QRectF(area.left() + from, area.bottom() - height, until - from, height), colour);
         }
+    };
+    const auto& steps = curve.steps();
+    // Of many steps in one pixel the greatest is seen.
+    double pixel = -1;
+    int most = 0;
+    for (std::size_t i = 0; i + 1 < steps.size(); ++i) {
+        const double left = std::floor(scale.xOf(steps[i].at));
+        const double right = std::floor(scale.xOf(steps[i + 1].at));
+        if (left != pixel) {
+            column(pixel, pixel + 1, most);
+            pixel = left;
+            most = 0;
+        }
+        most = std::max(most, steps[i].count);
+        column(left, right, steps[i].count);
     }
+    column(pixel, pixel + 1, most);
 }
 
 void paintCurve(QPainter& painter, const Frame& frame) {

@@ -128,10 +128,13 @@ CardLine bellLine(const ScheduledRun& run) {
 
 std::string timesLine(const ScheduledRun& before, const ScheduledRun& after) {
     const auto moved = *after.start - *before.start;
-    return spanText(*after.start, *after.end) +
-           (moved == 0
-                ? ", not changed"
-                : fmt::format(", {} min {}", minutesOf(moved), moved > 0 ? "later" : "earlier"));
+    const auto times = spanText(*after.start, *after.end);
+    if (moved == 0) {
+        return times + ", not changed";
+    }
+    return minutesOf(moved) == 0 ? times + ", by seconds"
+                                 : fmt::format("{}, {} min {}", times, minutesOf(moved),
+                                               moved > 0 ? "later" : "earlier");
 }
 
 }  // namespace
@@ -166,7 +169,9 @@ Plan Sketch::applied(const Plan& stored, const TravelTime& travel) const {
         auto& run = *std::ranges::find(plan.runs, move.run, &ScheduledRun::id);
         const int route = routeOfKey(plan, move.route);
         routes.insert({run.route, route});
-        run = movedTo(std::move(run), route, move.start);
+        run.end = move.start + *run.end - *run.start;
+        run.start = move.start;
+        run.route = route;
     }
     routes.erase(None);
     for (const int route : routes) {
@@ -188,7 +193,9 @@ std::optional<Change> fitOn(const Plan& plan, const Chart& chart, int run, int r
         const auto rank = [](const Change& of) {
             return std::tuple(of.trouble, !of.isKnown, -of.slack);
         };
-        worst = !worst || rank(change) > rank(*worst) ? change : *worst;
+        if (!worst || rank(change) > rank(*worst)) {
+            worst = change;
+        }
     };
     if (beside.former != None) {
         consider(changeOf(plan, plan.run(beside.former), moved, route, tight, travel));

@@ -74,7 +74,11 @@ bool Saving::isAsRead(ado::Recordset& row, const ScheduledRun& run) const {
 }
 
 void Saving::writeRun(ado::Recordset& row, const ScheduledRun& run, const Move& move) const {
-    row["INT_ROUTEID"].Value(move.route == 0 ? base::Value() : base::Value(move.route));
+    if (move.route == 0) {
+        row["INT_ROUTEID"].Value(base::Value());
+    } else {
+        row["INT_ROUTEID"].Value(move.route);
+    }
     row["STARTTIME"].Value(timeOfDay(move.start));
     row["ENDTIME"].Value(timeOfDay(move.start + *run.end - *run.start));
     for (const auto* column : {"DEADHEAD_BEFORE_TIME", "DEADHEAD_AFTER_TIME"}) {

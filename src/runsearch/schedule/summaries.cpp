@@ -107,27 +107,28 @@ private:
 
 double rounded(double number) { return std::round(number * 10) / 10; }
 
-base::Value timeValue(std::optional<Seconds> time) {
-    return time ? base::Value(base::Date{*time % Day}) : base::Value();
-}
-
 void addRow(table::TextTable& table, const Summary& sum) {
     const auto row = table.addRow();
+    std::size_t column = 0;
+    const auto add = [&](const base::Value& value) { table.set(row, column++, value); };
+    const auto addTime = [&](std::optional<Seconds> time) {
+        if (time) {
+            table.set(row, column, base::Date{*time % Day});
+        }
+        ++column;
+    };
     const auto peak = sum.buses.peak();
-    const base::Value cells[] = {sum.name,
-                                 sum.runs,
-                                 sum.stops,
-                                 sum.students,
-                                 timeValue(sum.firstStart),
-                                 timeValue(sum.lastEnd),
-                                 rounded(sum.hours),
-                                 rounded(sum.miles),
-                                 rounded(sum.emptyMiles),
-                                 peak.count,
-                                 timeValue(peak.count > 0 ? std::optional(peak.at) : std::nullopt)};
-    for (std::size_t i = 0; i < std::size(cells); ++i) {
-        table.set(row, i, cells[i]);
-    }
+    add(sum.name);
+    add(sum.runs);
+    add(sum.stops);
+    add(sum.students);
+    addTime(sum.firstStart);
+    addTime(sum.lastEnd);
+    add(rounded(sum.hours));
+    add(rounded(sum.miles));
+    add(rounded(sum.emptyMiles));
+    add(peak.count);
+    addTime(peak.count > 0 ? std::optional(peak.at) : std::nullopt);
 }
 
 table::TextTable emptyTable(Grouping grouping) {

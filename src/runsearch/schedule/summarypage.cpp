@@ -129,7 +129,6 @@ SummaryPage::SummaryPage(QWidget* parent)
       foot_(new QLabel(this)) {
     auto* column = new QVBoxLayout(this);
     column->setSpacing(0);
-    list_->setObjectName("SummaryList");
     list_->setAccessibleName(tr("Summary"));
     list_->setMinimumHeight(120);
     list_->header()->setStretchLastSection(true);
@@ -152,6 +151,7 @@ const Summary& SummaryPage::groupOf(int row) const {
 }
 
 void SummaryPage::showSummaries(const Plan& plan, Summaries summaries, Grouping grouping) {
+    list_->setObjectName(objectName() + "List");
     const auto chosen = list_->chosenKey();
     const int sorted = list_->sortColumn();
     const auto order = list_->sortOrder();
