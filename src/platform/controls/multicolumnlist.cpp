@@ -16,17 +16,28 @@
 #include <utility>
 
 #include "platform/controls/layoutmemory.h"
+#include "platform/controls/listheader.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/rowdelegate.h"
 #include "platform/controls/tablemodel.h"
 #include "platform/controls/twips.h"
 #include "platform/table/tablecopy.h"
 
 namespace controls {
 
+namespace {
+
+constexpr qint64 TypingPauseMs = 1000;
+
+bool sameLetters(const QString& text) { return text.count(text.front()) == text.size(); }
+
+}  // namespace
+
 MultiColumnList::MultiColumnList(QWidget* parent)
-    : QTreeView(parent), model_(new TableModel(this)) {
+    : QTreeView(parent), model_(new TableModel(this)), captions_(new ListHeader(this)) {
+    setHeader(captions_);
     setModel(model_);
-    setItemDelegate(new CellDelegate(this));
+    setItemDelegate(new RowDelegate(*this));
     setUniformRowHeights(true);
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -54,8 +65,10 @@ MultiColumnList::MultiColumnList(QWidget* parent)
         }
     });
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
-        chosenRow_ = index.row();
-        emit rowClicked(chosenRow_);
+        setChosen(index.row());
+        if (!pressTold_) {
+            emit rowClicked(chosenRow_);
+        }
     });
     connect(this, &QAbstractItemView::doubleClicked, this,
             [this](const QModelIndex& index) { emit rowActivated(index.row()); });
@@ -123,11 +136,39 @@ std::string MultiColumnList::chosenKey() const {
 }
 
 void MultiColumnList::choose(int row) {
-    chosenRow_ = std::min(row, rows() - 1);
+    setChosen(std::min(row, rows() - 1));
     const QModelIndex index = model_->index(chosenRow_, 0);
     selectionModel()->setCurrentIndex(
         index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(index);
+}
+
+void MultiColumnList::chooseAmongSelected(int row) {
+    setChosen(std::min(row, rows() - 1));
+    standAt(chosenRow_);
+    scrollTo(currentIndex());
+}
+
+void MultiColumnList::standAt(int row) {
+    selectionModel()->setCurrentIndex(model_->index(std::min(row, rows() - 1), 0),
+                                      QItemSelectionModel::NoUpdate);
+}
+
+void MultiColumnList::setChosen(int row) {
+    chosenRow_ = row;
+    viewport()->update();
+}
+
+void MultiColumnList::asUser(const std::function<void()>& act) {
+    const int before = chosenRow_;
+    {
+        const QScopedValueRollback<bool> acting(userActs_, true);
+        act();
+    }
+    pressTold_ = chosenRow_ != before;
+    if (pressTold_) {
+        emit rowClicked(chosenRow_);
+    }
 }
 
 bool MultiColumnList::isRowSelected(int row) const {
@@ -250,7 +291,7 @@ void MultiColumnList::setEmptyText(const QString& text) {
 void MultiColumnList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
     if (userActs_ && current.isValid()) {
-        chosenRow_ = current.row();
+        setChosen(current.row());
     }
 }
 
@@ -260,13 +301,17 @@ void MultiColumnList::selectionChanged(const QItemSelection& on, const QItemSele
 }
 
 void MultiColumnList::mousePressEvent(QMouseEvent* event) {
-    const QScopedValueRollback<bool> acting(userActs_, true);
-    QTreeView::mousePressEvent(event);
+    asUser([&] {
+        QTreeView::mousePressEvent(event);
+        // A row that was the current one already tells nothing of itself.
+        if (const QModelIndex pressed = indexAt(event->pos()); pressed.isValid()) {
+            setChosen(pressed.row());
+        }
+    });
 }
 
 void MultiColumnList::mouseMoveEvent(QMouseEvent* event) {
-    const QScopedValueRollback<bool> acting(userActs_, true);
-    QTreeView::mouseMoveEvent(event);
+    asUser([&] { QTreeView::mouseMoveEvent(event); });
 }
 
 void MultiColumnList::keyPressEvent(QKeyEvent* event) {
@@ -283,14 +328,7 @@ void MultiColumnList::keyPressEvent(QKeyEvent* event) {
         }
         return;
     }
-    const int before = chosenRow_;
-    {
-        const QScopedValueRollback<bool> acting(userActs_, true);
-        QTreeView::keyPressEvent(event);
-    }
-    if (chosenRow_ != before) {
-        emit rowClicked(chosenRow_);
-    }
+    asUser([&] { QTreeView::keyPressEvent(event); });
     if (event->key() == Qt::Key_End) {
         emit endAsked();
     }
@@ -317,13 +355,133 @@ void MultiColumnList::paintEvent(QPaintEvent* event) {
 
 void MultiColumnList::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
+    fillMenu(menu);
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
+    menu.exec(byKey ? viewport()->mapToGlobal(visualRect(currentIndex()).center())
+                    : event->globalPos());
+}
+
+void MultiColumnList::fillMenu(QMenu& menu) {
+    menu.addActions(actions());
+    menu.addSeparator();
     QAction* copy =
         menu.addAction(tr("&Copy Rows"), QKeySequence::Copy, this, [this] { copyRows(); });
     copy->setEnabled(chosenRow_ >= 0 || selectionModel()->hasSelection());
     QAction* all = menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this,
                                   [this] { selectAllRows(); });
     all->setEnabled(rows() > 0 && selectionMode() != SingleSelection);
-    menu.exec(event->globalPos());
+}
+
+void MultiColumnList::setMarksRows(bool on) {
+    constexpr qreal GutterLines = 1.8;
+    marksRows_ = on;
+    setRootIsDecorated(on);
+    const int gutter = on ? qRound(fontMetrics().height() * GutterLines) : 0;
+    setIndentation(gutter);
+    captions_->setGutter(gutter);
+}
+
+void MultiColumnList::setTwoLineCaptions(bool on) {
+    twoLineCaptions_ = on;
+    captions_->setTwoLines(on);
+}
+
+void MultiColumnList::setRowsShown(int rows) {
+    rowsShown_ = rows;
+    updateGeometry();
+}
+
+int MultiColumnList::heightOf(double rows) const {
+    constexpr qreal RowInLines = 1.45;
+    const int row =
+        this->rows() > 0 ? sizeHintForRow(0) : qRound(fontMetrics().height() * RowInLines);
+    return header()->sizeHint().height() + qRound(row * rows) + 2 * frameWidth();
+}
+
+QSize MultiColumnList::sizeHint() const {
+    const QSize size = QTreeView::sizeHint();
+    return rowsShown_ > 0 ? QSize(size.width(), heightOf(rowsShown_)) : size;
+}
+
+QSize MultiColumnList::minimumSizeHint() const {
+    constexpr double FewestRows = 4.5;
+    const QSize size = QTreeView::minimumSizeHint();
+    return rowsShown_ > 0 ? QSize(size.width(), heightOf(FewestRows)) : size;
+}
+
+void MultiColumnList::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        setMarksRows(marksRows_);
+    }
+}
+
+void MultiColumnList::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
+    QStyleOptionViewItem row = option;
+    if (marksRows_ && index.row() != chosenRow_) {
+        tintSelection(row.palette);
+    }
+    QTreeView::drawRow(painter, row, index);
+    if (marksRows_ && hasFocus() && index.row() == currentIndex().row()) {
+        const bool solid = index.row() == chosenRow_ && isRowSelected(chosenRow_);
+        drawRowFocus(*painter, {0, row.rect.y(), viewport()->width(), row.rect.height()},
+                     palette().color(solid ? QPalette::HighlightedText : QPalette::Highlight));
+    }
+}
+
+void MultiColumnList::drawBranches(QPainter* painter, const QRect& rect,
+                                   const QModelIndex& index) const {
+    if (!marksRows_) {
+        return QTreeView::drawBranches(painter, rect, index);
+    }
+    const bool chosen = index.row() == chosenRow_;
+    drawRowMarks(*painter, rect, palette(),
+                 {.chosen = chosen,
+                  .selected = isRowSelected(index.row()),
+                  .warns = index.siblingAtColumn(0).data(RedRole).toBool()});
+}
+
+void MultiColumnList::keyboardSearch(const QString& letters) {
+    if (letters.trimmed().isEmpty() || rows() == 0) {
+        typed_.clear();
+        return;
+    }
+    const bool goesOn = !typed_.isEmpty() && sinceTyped_.elapsed() < TypingPauseMs;
+    typed_ = goesOn ? typed_ + letters : letters;
+    sinceTyped_.start();
+    const int current = std::max(currentIndex().row(), 0);
+    int found = rowTyped(typed_, current);
+    if (found < 0 && sameLetters(typed_)) {
+        found = rowTyped(typed_.left(1), current + 1);
+    }
+    if (found >= 0) {
+        const auto how = selectionMode() == MultiSelection
+                             ? QItemSelectionModel::NoUpdate
+                             : QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+        selectionModel()->setCurrentIndex(model_->index(found, 0), how);
+        scrollTo(currentIndex());
+    }
+}
+
+/// The row at or below `from`, else the first one from the top.
+int MultiColumnList::rowTyped(const QString& typed, int from) const {
+    for (int column = 0; column < std::min(model_->columnCount(), 2); ++column) {
+        for (int step = 0; step < rows(); ++step) {
+            const int row = (from + step) % rows();
+            if (startsRow(typed, row, column)) {
+                return row;
+            }
+        }
+    }
+    return -1;
+}
+
+/// In the first column the letters start the text, in the second one a word of it.
+bool MultiColumnList::startsRow(const QString& typed, int row, int column) const {
+    const QString text = toQt(cellText(row, column));
+    return text.startsWith(typed, Qt::CaseInsensitive) ||
+           (column > 0 && text.contains(QChar(' ') + typed, Qt::CaseInsensitive));
 }
 
 int MultiColumnList::sizeHintForColumn(int column) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTreeView>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -9,21 +11,36 @@
 
 #include "platform/table/texttable.h"
 
+class QMenu;
+
 namespace controls {
 
+class ListHeader;
 class TableModel;
 
 /// A list with column headers, several rows to select, red cells, and sorting by a click on a
 /// header. Rows count from 0 in the order shown; -1 is no row.
 ///
-/// The chosen row is the list's own: a click or an arrow key chooses, tabbing into the list does
-/// not. What the user makes of the column widths is remembered for each set of captions.
+/// The chosen row is the list's own: a click of any button, a drag, an arrow key or typing chooses,
+/// tabbing into the list does not. Typing looks for a row whose first column starts with the
+/// letters, otherwise for one with a word in the second column that does; where each click selects
+/// another row, typing only goes there and the space bar selects. What the user makes of the column
+/// widths is remembered for each set of captions.
 class MultiColumnList : public QTreeView {
     Q_OBJECT
     /// Shown in the middle while there are no rows.
     Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)
     /// Whether a click on a header sorts by that column. On from the start.
     Q_PROPERTY(bool headerSorts READ headerSorts WRITE setHeaderSorts)
+    /// Whether a gutter at the left edge carries marks: a triangle for the chosen row, a warning
+    /// for one whose first cell is red. The chosen row is then solid and the other selected ones
+    /// tinted.
+    Q_PROPERTY(bool marksRows READ marksRows WRITE setMarksRows)
+    /// Whether captions of several words stand on two lines.
+    Q_PROPERTY(bool twoLineCaptions READ twoLineCaptions WRITE setTwoLineCaptions)
+    /// How many rows it would like to show; it then never shrinks below four and a half. 0 leaves
+    /// its height to the form.
+    Q_PROPERTY(int rowsShown READ rowsShown WRITE setRowsShown)
 
 public:
     explicit MultiColumnList(QWidget* parent = nullptr);
@@ -65,6 +82,10 @@ public:
     [[nodiscard]] std::string chosenKey() const;
     /// Chooses, selects and shows a row without a signal; a row behind the last is the last.
     void choose(int row);
+    /// Chooses and shows a row without a signal and leaves the selection as it is.
+    void chooseAmongSelected(int row);
+    /// Where keys go on from, without choosing or selecting a row.
+    void standAt(int row);
 
     [[nodiscard]] bool isRowSelected(int row) const;
     /// Rising.
@@ -95,6 +116,18 @@ public:
     void setEmptyText(const QString& text);
     [[nodiscard]] bool headerSorts() const { return headerSorts_; }
     void setHeaderSorts(bool on) { headerSorts_ = on; }
+    [[nodiscard]] bool marksRows() const { return marksRows_; }
+    void setMarksRows(bool on);
+    [[nodiscard]] bool twoLineCaptions() const { return twoLineCaptions_; }
+    void setTwoLineCaptions(bool on);
+    [[nodiscard]] int rowsShown() const { return rowsShown_; }
+    void setRowsShown(int rows);
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+    /// What stands in the menu of a right click: the actions of the list, Copy Rows, Select All.
+    void fillMenu(QMenu& menu);
+    void keyboardSearch(const QString& letters) override;
 
     void selectAll() override { selectAllRows(); }
     void reset() override;
@@ -118,12 +151,23 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) const override;
+    void drawBranches(QPainter* painter, const QRect& rect,
+                      const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     [[nodiscard]] int sizeHintForColumn(int column) const override;
 
 private:
     void arrangeColumns();
+    /// Does what the user does, and tells of the row that it chose.
+    void asUser(const std::function<void()>& act);
+    void setChosen(int row);
+    [[nodiscard]] int rowTyped(const QString& typed, int from) const;
+    [[nodiscard]] bool startsRow(const QString& typed, int row, int column) const;
+    [[nodiscard]] int heightOf(double rows) const;
     void applyWidths();
     void rememberWidths();
     [[nodiscard]] QString layoutKey() const;
@@ -131,14 +175,21 @@ private:
     void selectTableRows(const std::vector<std::size_t>& tableRows);
 
     TableModel* model_;
+    ListHeader* captions_;
     QString emptyText_;
     std::vector<std::string> shownFirst_;
     std::vector<std::pair<std::string, QAbstractItemDelegate*>> delegates_;
+    QString typed_;
+    QElapsedTimer sinceTyped_;
     int chosenRow_ = -1;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     bool headerSorts_ = true;
+    int rowsShown_ = 0;
+    bool marksRows_ = false;
+    bool twoLineCaptions_ = false;
     bool userActs_ = false;
+    bool pressTold_ = false;  ///< the press of this click has told of its row
     bool settingWidths_ = false;
     bool widthsFitRows_ = false;  ///< found for these columns when there were rows to measure
 };

@@ -107,7 +107,8 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 bool TableModel::alignedRight(int column) const {
-    return table::isNumber(table_.columns[static_cast<std::size_t>(column)].kind);
+    const auto kind = table_.columns[static_cast<std::size_t>(column)].kind;
+    return table::isNumber(kind) || kind == table::CellKind::Time;
 }
 
 QString TableModel::rowText(std::size_t row) const {

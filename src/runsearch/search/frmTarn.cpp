@@ -1,12 +1,12 @@
 #include "runsearch/search/frmTarn.h"
 
+#include <QAction>
 #include <QShortcut>
 #include <array>
 
 #include "data/lookups/mdlLOAD_lstcmb.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
-#include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "runsearch/search/runlist.h"
@@ -22,8 +22,6 @@ namespace runsearch {
 namespace {
 
 using controls::toQt;
-
-constexpr auto SplitterKey = "frmTarn/Splitter";
 
 const auto BeforeSearch = QStringLiteral(
     "Enter what you look for and press Find Now.\nWithout any criterion every run is listed.");
@@ -54,7 +52,10 @@ frmTarn::frmTarn()
     wireRoute();
     wireRunList();
     wireButtons();
-    restoreSplitter();
+    wireMenu();
+    wireKeys();
+    dress();
+    showButtons();
 }
 
 frmTarn::~frmTarn() = default;
@@ -69,10 +70,8 @@ void frmTarn::wireRunList() {
        &frmTarn::showSelectedCount);
     on(ui_->RunList, &MultiColumnList::rowActivated, "RunList_DblClick",
        &frmTarn::RunList_DblClick);
+    on(ui_->Tarn, &QLineEdit::textChanged, "showChosenRun", &frmTarn::showChosenRun);
     key(QKeySequence::Delete, ui_->Delete, ui_->RunList);
-    on(ui_->Splitter, &QSplitter::splitterMoved, "Splitter_Moved", [this] {
-        controls::LayoutMemory::instance().remember(SplitterKey, ui_->Splitter->saveState());
-    });
 }
 
 void frmTarn::wireButtons() {
@@ -91,6 +90,51 @@ void frmTarn::wireButtons() {
     on(ui_->Exit, &QPushButton::clicked, "Exit_Click", &frmTarn::Exit_Click);
     on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "cmdSearch_Click",
        &frmTarn::cmdSearch_Click);
+}
+
+/// What goes to the chosen run, in the menu of the list too.
+void frmTarn::wireMenu() {
+    for (auto* button : {ui_->Edit, ui_->Delete, ui_->MergeRuns}) {
+        auto* action = new QAction(button->text(), ui_->RunList);
+        QObject::connect(action, &QAction::triggered, button, &QPushButton::click);
+        ui_->RunList->addAction(action);
+        offered_.emplace_back(action, button);
+    }
+    const auto offer = [this](const QString& text, const char* procedure, auto handler) {
+        auto* action = new QAction(text, ui_->RunList);
+        on(action, &QAction::triggered, procedure, handler);
+        ui_->RunList->addAction(action);
+        offered_.emplace_back(action, ui_->Edit);
+    };
+    offer(tr("Ma&p"), "Map_Click", &frmTarn::Map_Click);
+    offer(tr("Run L&og"), "Log_Click", &frmTarn::Log_Click);
+}
+
+/// Down leads from a criterion into the list, F6 there and back.
+void frmTarn::wireKeys() {
+    for (auto* box : ui_->RunPage->findChildren<QLineEdit*>()) {
+        if (box->parentWidget() == ui_->runBox) {
+            auto* down = new QShortcut(Qt::Key_Down, box);
+            down->setContext(Qt::WidgetShortcut);
+            on(down, &QShortcut::activated, "enterList", &frmTarn::enterList);
+        }
+    }
+    on(new QShortcut(Qt::Key_F6, this), &QShortcut::activated, "F6_KeyPress",
+       [this] { ui_->RunList->hasFocus() ? enterCriteria() : enterList(); });
+}
+
+void frmTarn::enterList() {
+    ui_->RunList->setFocus(Qt::ShortcutFocusReason);
+    if (ui_->RunList->chosenRow() < 0 && ui_->RunList->rows() > 0) {
+        ui_->RunList->choose(std::max(ui_->RunList->currentIndex().row(), 0));
+        RunList_ClickItem();
+    }
+}
+
+void frmTarn::enterCriteria() {
+    ui_->RunTab->setCurrentWidget(ui_->RunPage);
+    ui_->RunId->setFocus(Qt::ShortcutFocusReason);
+    ui_->RunId->selectAll();
 }
 
 void frmTarn::Form_Load() {
@@ -157,7 +201,7 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
         ui_->RunList->clearAll();
         ui_->TotSel->setText("0");
         ui_->RunList->setEmptyText(NothingFound);
-        return;
+        return showToResolve();
     }
     // The columns stay for now: a search with the same ones keeps their widths.
     ui_->RunList->clearRows();
@@ -166,6 +210,7 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     startup::RunSearchSQL = query.runs;
     startup::RunSearchSchoolSQL = query.runsSchool;
     runs.Close();
+    showToResolve();
     buttons_.afterRunsFound(
         [](std::string_view task) { return startup::HasAuthority(std::string(task), false); });
     showButtons();
@@ -194,6 +239,7 @@ void frmTarn::cmdReset_Click() {
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunList->clearAll();
     ui_->RunList->setEmptyText(BeforeSearch);
+    showToResolve();
     buttons_.afterReset();
     showButtons();
     showFilledCriteria();
@@ -222,6 +268,9 @@ void frmTarn::showButtons() {
     show(*ui_->ChangeBell, buttons_.ChangeBell);
     show(*ui_->GroupChange, buttons_.GroupChange);
     show(*ui_->GroupSolve, buttons_.GroupSolve);
+    for (const auto& [action, button] : offered_) {
+        action->setEnabled(button->isEnabled());
+    }
 }
 
 void frmTarn::showSelectedCount() {
@@ -229,12 +278,26 @@ void frmTarn::showSelectedCount() {
     ui_->SelectedCount->setText(count == 0 ? QString() : tr("%n selected", nullptr, count));
 }
 
-/// The criteria get the height they need, the list the rest, until the planner arranges it anew.
-void frmTarn::restoreSplitter() {
-    ui_->Splitter->setStretchFactor(1, 1);
-    const auto arranged = controls::LayoutMemory::instance().recall(SplitterKey).toByteArray();
-    if (!ui_->Splitter->restoreState(arranged)) {
-        ui_->Splitter->setSizes({1, maximumHeight()});
+void frmTarn::showToResolve() {
+    const auto& runs = ui_->RunList->table();
+    int count = 0;
+    for (std::size_t row = 0; row < runs.rowCount(); ++row) {
+        count += runs.isRed(row, 0) ? 1 : 0;
+    }
+    ui_->ToResolve->setText(tr("%1 to be resolved on the map").arg(count));
+    ui_->ToResolve->setVisible(count > 0);
+    ui_->ToResolveSign->setVisible(count > 0);
+}
+
+void frmTarn::showChosenRun() {
+    const auto run = chosenRun();
+    const int row = placeOf(run) - 1;
+    const auto description = row < 0 ? QString() : toQt(ui_->RunList->cellText(row, 1)).trimmed();
+    ui_->ChosenRun->setText(toQt(run));
+    ui_->ChosenDescription->setText(description);
+    for (auto* part : std::initializer_list<QWidget*>{ui_->ChosenSign, ui_->ChosenLabel,
+                                                      ui_->ChosenRun, ui_->ChosenDescription}) {
+        part->setVisible(!run.empty());
     }
 }
 

@@ -2,9 +2,12 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "groupops/base/runselection.h"
+#include "runedit/editor/runsequence.h"
+#include "runsearch/search/listplace.h"
 #include "runsearch/search/runbuttons.h"
 #include "runsearch/search/runsearchquery.h"
 #include "startup/forms/trappedform.h"
@@ -14,7 +17,9 @@ class MultiColumnCombo;
 class TimeBox;
 }  // namespace controls
 
+class QAction;
 class QLabel;
+class QPushButton;
 
 namespace Ui {
 class frmTarn;
@@ -23,8 +28,10 @@ class frmTarn;
 namespace runsearch {
 
 /// The main form: finds runs by the criteria on its tabs and starts every action on the runs found.
-/// The run clicked last is in `Tarn`.
-class frmTarn : public startup::TrappedForm, public groupops::RunSelection {
+/// The chosen run is in `Tarn`; every action on one run goes to it.
+class frmTarn : public startup::TrappedForm,
+                public groupops::RunSelection,
+                public runedit::RunSequence {
     Q_OBJECT
 
 public:
@@ -41,6 +48,8 @@ public:
     void GroupChange_Click();
     void GroupSolve_Click();
     void MergeRuns_Click();
+    void Map_Click();
+    void Log_Click();
     void DeadHead_Click();
     void SelectAll_Click();
     void Exit_Click();
@@ -63,10 +72,15 @@ public:
     [[nodiscard]] std::vector<std::string> selectedRuns() const override;
     void searchAgain() override;
 
+    [[nodiscard]] int placeOf(const std::string& run) const override;
+    [[nodiscard]] int count() const override;
+    std::string choose(int place) override;
+
 protected:
     void Form_Load() override;
     void Form_Activate() override;
     bool Form_QueryUnload() override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     static constexpr auto Module = "frmTarn";  ///< what the error trap calls it
@@ -75,6 +89,8 @@ private:
     void wireRoute();
     void wireButtons();
     void wireRunList();
+    void wireMenu();
+    void wireKeys();
 
     [[nodiscard]] RunSearchCriteria criteria() const;
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;
@@ -82,8 +98,11 @@ private:
     bool refuseBrokenTimes();
     bool refuseUnknownRouteKeys();
     void search(const RunSearchQuery& query, bool withRouting);
-    void refreshRunList();
+    void refreshRunList(ListPlace::WhenGone whenGone = ListPlace::WhenGone::NoneChosen);
     [[nodiscard]] std::string chosenRun() const;
+    /// Opens the chosen run in the editor; false where none is chosen or it is gone, which is told.
+    bool openChosenRun(const char* noneChosen);
+    bool refuseMissingRun(const std::string& run, const char* noneChosen);
     void tellRunIsGone(const std::string& run);
     bool chooseRun(const std::string& run);
     void editRun(const std::string& run);
@@ -92,12 +111,21 @@ private:
     void showButtons();
     void showFilledCriteria();
     void showSelectedCount();
-    void restoreSplitter();
+    void showChosenRun();
+    void showToResolve();
+    void enterList();
+    void enterCriteria();
+    void dress();
+    void followPage();
+    void arrangeCriteria();
 
     std::unique_ptr<Ui::frmTarn> ui_;
     RunButtons buttons_;
+    /// What the menus offer besides, as enabled as its button.
+    std::vector<std::pair<QAction*, QPushButton*>> offered_;
     /// What an empty time box shows; a box with any other text is a criterion.
     std::string EmptyTimeText;
+    bool wide_ = false;  ///< the criteria stand in three columns
 };
 
 }  // namespace runsearch

@@ -13,10 +13,12 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
 #include "runedit/editor/Run.h"
+#include "runsearch/log/RunLogInquiry.h"
 #include "runsearch/schedule/frmRunSchdl.h"
 #include "runsearch/search/frmTarn.h"
 #include "runsearch/search/listplace.h"
 #include "runsearch/search/rundeletion.h"
+#include "runsearch/search/runlist.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
@@ -37,6 +39,12 @@ constexpr auto NoRunToDelete =
     "Oops, you did not select run to delete.  Please click on the desired run and try again.";
 constexpr auto NoRunToMerge =
     "Oops, you did not select run to merge.  Please click on the desired run and try again.";
+constexpr auto NoRunForMap =
+    "Oops, you did not select run to send to the map.  Please click on the desired run and try "
+    "again.";
+constexpr auto NoRunForLog =
+    "Oops, you did not select run to see the log of.  Please click on the desired run and try "
+    "again.";
 constexpr auto ConfirmDeletionTitle = "Please Confirm Removal of this Run";
 constexpr auto ConfirmDeletion = "Are you sure you want to remove this run?";
 constexpr auto HasStopsTitle = "Cannot Delete - Run Has Stops Assigned to it";
@@ -54,11 +62,6 @@ void openForm(Arguments&&... arguments) {
 
 void inform(const std::string& text, const char* title) {
     base::MsgBox(text, title, base::MsgIcon::Information);
-}
-
-bool confirmed(const char* question, const char* title) {
-    return base::MsgBox(question, title, base::MsgIcon::Question, base::MsgButtons::YesNo) ==
-           base::MsgAnswer::Yes;
 }
 
 }  // namespace
@@ -87,18 +90,51 @@ void frmTarn::cmdNew_Click() {
     editor.showForm();
 }
 
-void frmTarn::Edit_Click() {
-    ui_->Tarn->setText(toQt(startup::NoNullString(ui_->RunList->chosenKey()).asText()));
-    const std::string run = chosenRun();
+/// True where no run is chosen, or another user has removed it; both are told.
+bool frmTarn::refuseMissingRun(const std::string& run, const char* noneChosen) {
     if (run.empty()) {
-        return inform(NoRunToEdit, NoRunSelectedTitle);
+        inform(noneChosen, NoRunSelectedTitle);
+        return true;
     }
     if (!data::runExists(*startup::gcnRouting, run)) {
-        return tellRunIsGone(run);
+        tellRunIsGone(run);
+        return true;
+    }
+    return false;
+}
+
+bool frmTarn::openChosenRun(const char* noneChosen) {
+    ui_->Tarn->setText(toQt(startup::NoNullString(ui_->RunList->chosenKey()).asText()));
+    const std::string run = chosenRun();
+    if (refuseMissingRun(run, noneChosen)) {
+        return false;
     }
     auto& editor = forms::FormRegistry::instance().make<runedit::Run>(this);
+    editor.follow(*this);
     editor.edit(run);
     editor.showForm();
+    return true;
+}
+
+void frmTarn::Edit_Click() { (void)openChosenRun(NoRunToEdit); }
+
+/// The editor hands the run over and waits for the map's answer.
+void frmTarn::Map_Click() {
+    if (openChosenRun(NoRunForMap)) {
+        if (auto* editor = forms::FormRegistry::instance().find("Run"); editor != nullptr) {
+            editor->findChild<QPushButton*>("MapIt")->click();
+        }
+    }
+}
+
+void frmTarn::Log_Click() {
+    const std::string run = chosenRun();
+    if (run.empty()) {
+        return inform(NoRunForLog, NoRunSelectedTitle);
+    }
+    auto& log = forms::FormRegistry::instance().make<RunLogInquiry>(this);
+    log.ask(run);
+    log.showForm();
 }
 
 void frmTarn::Delete_Click() {
@@ -107,8 +143,10 @@ void frmTarn::Delete_Click() {
         inform(NoRunToDelete, NoRunSelectedTitle);
         return;
     }
-    if (!startup::HasAuthority("RTG230", true) ||
-        !confirmed(ConfirmDeletion, ConfirmDeletionTitle)) {
+    const int place = placeOf(run);
+    if (place == 0 || !startup::HasAuthority("RTG230", true) ||
+        !base::confirmLoss(ConfirmDeletion, ConfirmDeletionTitle,
+                           runInWords(ui_->RunList->table(), ui_->RunList->tableRow(place - 1)))) {
         return;
     }
     switch (deleteRun(*startup::gcnRouting, run)) {
@@ -117,7 +155,7 @@ void frmTarn::Delete_Click() {
         case Deletion::NoSuchRun:
             return tellRunIsGone(run);
         case Deletion::Done:
-            return trap("cmdSearch_Click", &frmTarn::cmdSearch_Click);
+            return refreshRunList(ListPlace::WhenGone::NextChosen);
     }
 }
 
@@ -125,24 +163,45 @@ std::vector<std::string> frmTarn::selectedRuns() const { return selectedKeys(*ui
 
 void frmTarn::searchAgain() { refreshRunList(); }
 
-/// Nothing that the planner has arranged in the list is lost when another form changed runs.
-void frmTarn::refreshRunList() {
+/// Nothing that the planner has arranged in the list is lost when runs were changed.
+void frmTarn::refreshRunList(ListPlace::WhenGone whenGone) {
     const ListPlace place(*ui_->RunList);
     trap("cmdSearch_Click", &frmTarn::cmdSearch_Click);
-    place.restore(*ui_->RunList);
+    place.restore(*ui_->RunList, whenGone);
     RunList_ClickItem();
+}
+
+int frmTarn::placeOf(const std::string& run) const {
+    const int chosen = ui_->RunList->chosenRow();
+    const auto isIt = [&](int row) {
+        return base::trim(ui_->RunList->cellText(row, 0)) == base::trim(run);
+    };
+    if (chosen >= 0 && isIt(chosen)) {
+        return chosen + 1;
+    }
+    for (int row = 0; row < ui_->RunList->rows(); ++row) {
+        if (isIt(row)) {
+            return row + 1;
+        }
+    }
+    return 0;
+}
+
+int frmTarn::count() const { return ui_->RunList->rows(); }
+
+std::string frmTarn::choose(int place) {
+    ui_->RunList->choose(place - 1);
+    RunList_ClickItem();
+    return chosenRun();
 }
 
 /// False where the list does not have it.
 bool frmTarn::chooseRun(const std::string& run) {
-    for (int row = 0; row < ui_->RunList->rows(); ++row) {
-        if (base::trim(ui_->RunList->cellText(row, 0)) == run) {
-            ui_->RunList->choose(row);
-            RunList_ClickItem();
-            return true;
-        }
+    const int place = placeOf(run);
+    if (place > 0) {
+        (void)choose(place);
     }
-    return false;
+    return place > 0;
 }
 
 void frmTarn::editRun(const std::string& run) {
@@ -177,11 +236,8 @@ void frmTarn::GroupSolve_Click() { openForm<groupops::Group_Run_Solve>(*this, th
 
 void frmTarn::MergeRuns_Click() {
     const std::string run = chosenRun();
-    if (run.empty()) {
-        return inform(NoRunToMerge, NoRunSelectedTitle);
-    }
-    if (!data::runExists(*startup::gcnRouting, run)) {
-        return tellRunIsGone(run);
+    if (refuseMissingRun(run, NoRunToMerge)) {
+        return;
     }
     auto& merge = forms::FormRegistry::instance().make<groupops::MergeRun>(this);
     merge.receive(run);

@@ -11,16 +11,27 @@ class MultiColumnList;
 namespace runsearch {
 
 /// How a planner has arranged a list: the column it is sorted by, the rows selected and the one
-/// chosen. Taken before the list is filled anew and put back afterwards.
+/// chosen, and how far it is scrolled. Taken before the list is filled anew and put back
+/// afterwards.
 class ListPlace {
 public:
+    /// What becomes of the choice where the chosen row is gone.
+    enum class WhenGone {
+        NoneChosen,  ///< keys go on from where it stood
+        NextChosen,  ///< the row that stands at its place now
+    };
+
     explicit ListPlace(const controls::MultiColumnList& list);
 
-    /// Rows are known by their first column. Where the chosen row is gone, the one that stands at
-    /// its place is chosen; where its columns are others now, the list stays unsorted.
-    void restore(controls::MultiColumnList& list) const;
+    /// Rows are known by their first column. Where the list's columns are others now, it stays
+    /// unsorted.
+    void restore(controls::MultiColumnList& list, WhenGone whenGone) const;
 
 private:
+    void sort(controls::MultiColumnList& list) const;
+    void chooseRow(controls::MultiColumnList& list, WhenGone whenGone) const;
+
+    int scrolled_;
     int chosenRow_;
     std::string chosenKey_;
     std::vector<std::string> selectedKeys_;

@@ -1,9 +1,13 @@
 #include "runsearch/search/runlist.h"
 
 #include <algorithm>
+#include <string_view>
 #include <vector>
 
+#include <fmt/format.h>
+
 #include "data/lists/listreader.h"
+#include "platform/base/text.h"
 
 namespace runsearch {
 
@@ -70,6 +74,24 @@ table::TextTable readRuns(ado::Recordset& runs, bool withRouting) {
             table.colourRed(row, 0, lastRed);
         }
     });
+}
+
+std::string runInWords(const table::TextTable& runs, std::size_t row) {
+    const auto known = [&](std::string_view before, std::string_view column) {
+        const auto text = runs.text(row, column);
+        const auto trimmed = base::trim(text);
+        return trimmed.empty() ? std::string() : fmt::format("{}{}", before, trimmed);
+    };
+    std::string facts;
+    for (const auto& fact : {known("school ", "School"), known("trip type ", "TripType"),
+                             known("bell ", "BellTime")}) {
+        facts += (facts.empty() || fact.empty() ? "" : ", ") + fact;
+    }
+    if (!facts.empty()) {
+        facts.front() = base::uppered(facts.front());
+        facts.insert(0, "\n");
+    }
+    return known("", "Run") + known(", ", "Description") + facts;
 }
 
 }  // namespace runsearch

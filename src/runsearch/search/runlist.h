@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/ado/recordset.h"
 #include "platform/table/texttable.h"
 
@@ -8,5 +10,9 @@ namespace runsearch {
 /// The table of all runs from the current one on, one row a run, with or without the four route
 /// columns. A run that must be regenerated is red.
 [[nodiscard]] table::TextTable readRuns(ado::Recordset& runs, bool withRouting);
+
+/// What a question about a run of that table names: "102-AM, Pine School", and in a line below it
+/// school, trip type and bell as far as they are known.
+[[nodiscard]] std::string runInWords(const table::TextTable& runs, std::size_t row);
 
 }  // namespace runsearch

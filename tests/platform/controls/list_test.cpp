@@ -144,6 +144,7 @@ TEST_F(ListTest, OnlyWhatTheUserDoesChooses) {
 
     QTest::mouseClick(list.viewport(), Qt::RightButton, {}, centre(4));
     EXPECT_EQ(list.chosenRow(), 4);
+    EXPECT_EQ(clicked.count(), 1);
     QTest::mousePress(list.viewport(), Qt::LeftButton, {}, centre(1));
     QMouseEvent drag(QEvent::MouseMove, centre(3), list.viewport()->mapToGlobal(centre(3)),
                      Qt::NoButton, Qt::LeftButton, {});
@@ -162,6 +163,60 @@ TEST_F(ListTest, OnlyWhatTheUserDoesChooses) {
     EXPECT_EQ(list.chosenKey(), "R7");
     list.setCurrentIndex(current(0));
     EXPECT_EQ(list.chosenKey(), "R7") << "the user's act has ended with its key";
+}
+
+TEST_F(ListTest, TypingGoesToACodeOrANameAndSelectsNothingWhereClicksToggle) {
+    list.setSelectionMode(QAbstractItemView::MultiSelection);
+    list.setTable(runs(20));
+    list.setFocus();
+    const auto typed = [&](const char* letters) {
+        QTest::keyClicks(&list, letters);
+        const int row = list.currentIndex().row();
+        EXPECT_EQ(list.selectedCount(), 0) << letters;
+        QTest::keyClick(&list, Qt::Key_Space);
+        EXPECT_EQ(list.selectedRows(), std::vector{row}) << letters;
+        QTest::keyClick(&list, Qt::Key_Space);
+        return list.chosenKey();
+    };
+    EXPECT_EQ(typed("r17"), "R17");
+    EXPECT_EQ(typed("14"), "R14") << "a word of the name";
+    EXPECT_EQ(typed("zz"), "R14");
+}
+
+TEST_F(ListTest, MarksTheChosenRowAmongSelectedOnes) {
+    const auto accent = list.palette().color(QPalette::Highlight);
+    list.setMarksRows(true);
+    TextTable table = runs(4);
+    table.colourRed(3, 0, 2);
+    list.setTable(std::move(table));
+    list.choose(1);
+    list.selectRows(std::vector{1, 2});
+    const auto image = [&] { return list.viewport()->grab().toImage(); };
+    const auto cell = [&](int row) {
+        const QRect rect = list.visualRect(list.model()->index(row, 1));
+        return image().pixelColor(rect.right() - 3, rect.top() + 4);
+    };
+    const auto gutter = [&](int row, const QColor& ink) {
+        const QRect rect = list.visualRect(list.model()->index(row, 0));
+        const QImage marks = image().copy(0, rect.top(), rect.left(), rect.height());
+        for (int x = 0; x < marks.width(); ++x) {
+            for (int y = 0; y < marks.height(); ++y) {
+                if (marks.pixelColor(x, y) == ink) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_EQ(cell(1), accent);
+    EXPECT_NE(cell(2), accent) << "selected, but not chosen";
+    EXPECT_NE(cell(2), list.palette().color(QPalette::Base));
+    EXPECT_TRUE(gutter(1, list.palette().color(QPalette::HighlightedText)));
+    EXPECT_FALSE(gutter(2, list.palette().color(QPalette::HighlightedText)));
+    EXPECT_TRUE(gutter(3, Qt::black)) << "a warning on red";
+    list.chooseAmongSelected(0);
+    EXPECT_TRUE(gutter(0, accent));
+    EXPECT_EQ(list.selectedRows(), (std::vector{1, 2}));
 }
 
 TEST_F(ListTest, HeaderClicksSortBothWaysWithTheRowsKeptTogether) {

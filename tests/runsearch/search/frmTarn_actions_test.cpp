@@ -1,4 +1,4 @@
-#include <QHeaderView>
+#include <QMenu>
 #include <QTest>
 
 #include "support/runbuilder.h"
@@ -63,18 +63,82 @@ TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
               "again.");
     EXPECT_THAT(titles(), ElementsAre("No Run Selected"));
 
-    choose("103-PM");
-    answer(base::MsgAnswer::No);
+    list("RunList").toggleSort(0);
+    choose("102-AM");
     click("Delete");
-    EXPECT_EQ(chosen(), "103-PM");
+    EXPECT_EQ(lastText(),
+              "Are you sure you want to remove this run?\n\n102-AM, Pine 100%\n"
+              "School PINE, trip type AM, bell 12:15 AM");
+    EXPECT_EQ(chosen(), "102-AM") << "No is the default";
+    choose("103-PM");
     answer(base::MsgAnswer::Yes);
     click("Delete");
-    EXPECT_THAT(titles(), ElementsAre("Please Confirm Removal of this Run",
-                                      "Please Confirm Removal of this Run"));
+    EXPECT_EQ(lastText(),
+              "Are you sure you want to remove this run?\n\n103-PM\nSchool ASH, trip type PM");
     EXPECT_EQ(text("TotSel"), "3");
-    EXPECT_EQ(text("SelectedCount"), "") << "nothing is selected in the new list";
-    EXPECT_EQ(chosen(), "");
     EXPECT_EQ(row("103-PM"), "");
+    EXPECT_EQ(list("RunList").sortColumn(), 0) << "order and place stay";
+    EXPECT_EQ(chosen(), "201-PM") << "the next row";
+}
+
+TEST_F(ActionsTest, GoesToTheRowThatWasClickedLastByAnyButton) {
+    form().showForm();
+    auto& runs = list("RunList");
+    const auto centre = [&](const char* run) {
+        return runs.visualRect(runs.model()->index(rowOf("RunList", run), 0)).center();
+    };
+    QTest::mouseClick(runs.viewport(), Qt::LeftButton, {}, centre("101-AM"));
+    QTest::mouseClick(runs.viewport(), Qt::RightButton, {}, centre("103-PM"));
+    EXPECT_EQ(text("ChosenRun"), "103-PM");
+    QTest::mouseClick(runs.viewport(), Qt::LeftButton, Qt::ControlModifier, centre("101-AM"));
+    EXPECT_EQ(text("ChosenRun") + ", " + text("ChosenDescription"), "101-AM, Oak morning");
+    QTest::mouseClick(runs.viewport(), Qt::RightButton, {}, centre("103-PM"));
+    EXPECT_EQ(text("SelectedCount"), "2 selected") << "they stay selected";
+    answer(base::MsgAnswer::Yes);
+    click("Delete");
+    EXPECT_EQ(column("RunList").size(), 3U);
+    EXPECT_EQ(row("103-PM"), "");
+    EXPECT_THAT(form().selectedRuns(), ElementsAre("101-AM"));
+}
+
+TEST_F(ActionsTest, OffersInTheMenuOfTheListWhatGoesToTheChosenRun) {
+    const auto offered = [&] {
+        QMenu menu;
+        list("RunList").fillMenu(menu);
+        std::string texts;
+        for (const auto* action : menu.actions()) {
+            texts += action->isSeparator() ? "|" : action->text().remove('&').toStdString();
+            texts += action->isEnabled() ? " " : "- ";
+        }
+        return texts;
+    };
+    EXPECT_THAT(offered(),
+                testing::StartsWith("Edit Delete Merge Runs Map Run Log | Copy Rows- Select All "));
+    startup::gSecurityOn = true;
+    found();
+    EXPECT_THAT(offered(), testing::StartsWith("Edit Delete- Merge Runs Map "));
+    startup::gSecurityOn = false;
+
+    list("RunList").actions().at(4)->trigger();
+    EXPECT_EQ(lastTitle(), "No Run Selected");
+    choose("101-AM");
+    list("RunList").actions().at(4)->trigger();
+    ASSERT_NE(opened("RunLogInquiry"), nullptr);
+    list("RunList").actions().at(3)->trigger();
+    ASSERT_NE(opened("Run"), nullptr) << "it hands the run over and waits for the answer";
+}
+
+TEST_F(ActionsTest, LendsTheEditorTheListedRunsInTheirOrder) {
+    auto& runs = list("RunList");
+    runs.toggleSort(0);
+    runs.toggleSort(0);
+    runedit::RunSequence& sequence = form();
+    EXPECT_EQ(sequence.count(), 4);
+    EXPECT_EQ(sequence.placeOf("102-AM"), 3);
+    EXPECT_EQ(sequence.placeOf("NONE"), 0);
+    EXPECT_EQ(sequence.choose(4), "101-AM");
+    EXPECT_EQ(chosen(), "101-AM");
+    EXPECT_EQ(runs.chosenRow(), 3);
 }
 
 TEST_F(ActionsTest, RefusesToDeleteARunWithStops) {
@@ -140,7 +204,8 @@ TEST_F(ActionsTest, KeepsOrderSelectionAndChoiceWhenItSearchesAgain) {
 
     byOthers("DELETE FROM RUN WHERE RUN = '102-AM'");
     form().searchAgain();
-    EXPECT_EQ(chosen(), "101-AM");
+    EXPECT_EQ(chosen(), "") << "nobody picked another one";
+    EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM"));
     found();
     EXPECT_EQ(chosen(), "");
     EXPECT_EQ(runs.sortColumn(), -1);

@@ -167,6 +167,43 @@ TEST_F(TarnForm, SearchesOnEnterAndF5) {
     EXPECT_EQ(text("TotSel"), "1");
 }
 
+TEST_F(TarnForm, LeadsFromACriterionIntoTheListAndBack) {
+    found();
+    form().showForm();
+    QCoreApplication::processEvents();
+    control("RunId").setFocus();
+    press("RunId", Qt::Key_Down);
+    EXPECT_TRUE(list("RunList").hasFocus());
+    EXPECT_EQ(text("Tarn"), list("RunList").cellText(0, 0));
+    press("RunList", Qt::Key_F6);
+    EXPECT_TRUE(control("RunId").hasFocus());
+    press("RunId", Qt::Key_F6);
+    QTest::keyClicks(&list("RunList"), "103");
+    EXPECT_EQ(text("Tarn"), "103-PM");
+}
+
+TEST_F(TarnForm, OffersNoGroupActionBeforeRunsWereFound) {
+    const auto buttons = {"ChangeBell", "GroupChange", "GroupSolve"};
+    const auto expectEnabled = [&](bool enabled) {
+        for (const auto* name : buttons) {
+            EXPECT_EQ(isEnabled(name), enabled) << name;
+        }
+    };
+    expectEnabled(false);
+    type("RunId", "none");
+    found();
+    expectEnabled(false);
+    type("RunId", "");
+    found();
+    expectEnabled(true);
+    click("cmdReset");
+    expectEnabled(false);
+    startup::gSecurityOn = true;
+    found();
+    EXPECT_FALSE(isEnabled("ChangeBell"));
+    EXPECT_FALSE(isEnabled("GroupChange"));
+}
+
 TEST_F(TarnForm, RepeatsTheSearchWhenAnotherFormChangedRuns) {
     found();
     list("RunList").choose(3);
