@@ -40,17 +40,28 @@ QSize ListHeader::sectionSizeFromContents(int logicalIndex) const {
 void ListHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int logicalIndex) const {
     QHeaderView::initStyleOptionForIndex(option, logicalIndex);
     option->text = captionOf(logicalIndex);
+    if (twoLines_) {
+        option->sortIndicator = QStyleOptionHeader::None;  // it stands above the caption
+    }
 }
 
 void ListHeader::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const {
-    if (logicalIndex != 0 || gutter_ == 0) {
-        return QHeaderView::paintSection(painter, rect, logicalIndex);
+    const bool first = logicalIndex == 0 && gutter_ > 0;
+    const QRect captioned = first ? rect.adjusted(gutter_, 0, 0, 0) : rect;
+    QHeaderView::paintSection(painter, captioned, logicalIndex);
+    QStyleOptionHeaderV2 part;
+    initStyleOption(&part);
+    if (first) {
+        part.rect = {rect.left(), rect.top(), gutter_, rect.height()};
+        style()->drawControl(QStyle::CE_HeaderSection, &part, painter, this);
     }
-    QHeaderView::paintSection(painter, rect.adjusted(gutter_, 0, 0, 0), logicalIndex);
-    QStyleOptionHeaderV2 corner;
-    initStyleOption(&corner);
-    corner.rect = {rect.left(), rect.top(), gutter_, rect.height()};
-    style()->drawControl(QStyle::CE_HeaderSection, &corner, painter, this);
+    if (twoLines_ && isSortIndicatorShown() && sortIndicatorSection() == logicalIndex) {
+        part.rect = {captioned.left(), rect.top(), captioned.width(), fontMetrics().height() / 2};
+        part.sortIndicator = sortIndicatorOrder() == Qt::AscendingOrder
+                                 ? QStyleOptionHeader::SortDown
+                                 : QStyleOptionHeader::SortUp;
+        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &part, painter, this);
+    }
 }
 
 }  // namespace controls

@@ -31,6 +31,51 @@ constexpr qint64 TypingPauseMs = 1000;
 
 bool sameLetters(const QString& text) { return text.count(text.front()) == text.size(); }
 
+int contentWidth(const QAbstractItemView& list, int column) {
+    return list.sizeHintForColumn(column);
+}
+
+/// With room for the sort arrow beside the caption, where there is one and the arrow not above it.
+int captionWidth(const MultiColumnList& list, int column) {
+    constexpr int Edges = 9;
+    const auto& header = *list.header();
+    const bool arrow = list.headerSorts() && !list.twoLineCaptions() &&
+                       !list.table().columns[static_cast<std::size_t>(column)].caption.empty();
+    return header.sectionSizeHint(column) +
+           (arrow ? header.style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, &header) + Edges
+                  : 0);
+}
+
+int fittingWidth(const MultiColumnList& list, int column) {
+    constexpr int NarrowestInLetters = 7;
+    constexpr int WidestInLetters = 31;
+    const int letter = list.fontMetrics().averageCharWidth();
+    const auto& shown = list.table().columns[static_cast<std::size_t>(column)];
+    const int content = contentWidth(list, column);
+    const int caption = captionWidth(list, column);
+    if (shown.widthTwips > 0) {
+        const int whole = shown.kind == table::CellKind::Time ? content : caption;
+        return std::max({pixelsOf(shown.widthTwips, list), whole, caption});
+    }
+    const int least = list.twoLineCaptions() ? 0 : NarrowestInLetters * letter;
+    return std::max(std::clamp(content, least, WidestInLetters * letter), caption);
+}
+
+/// Room that is left goes to the widest column of texts, up to what its texts take.
+void widenForTexts(const MultiColumnList& list) {
+    const auto& columns = list.table().columns;
+    const auto widest = std::ranges::max_element(columns, {}, &table::TableColumn::widthTwips);
+    if (widest == columns.end() || widest->kind != table::CellKind::Text) {
+        return;
+    }
+    const int column = static_cast<int>(widest - columns.begin());
+    const int around = list.verticalScrollBar()->sizeHint().width() + 2 * list.frameWidth();
+    const int width = list.header()->sectionSize(column);
+    const int left = std::max(list.width() - around - list.header()->length(), 0);
+    list.header()->resizeSection(column,
+                                 std::clamp(contentWidth(list, column), width, width + left));
+}
+
 }  // namespace
 
 MultiColumnList::MultiColumnList(QWidget* parent)
@@ -508,20 +553,12 @@ void MultiColumnList::applyWidths() {
     const QScopedValueRollback<bool> setting(settingWidths_, true);
     widthsFitRows_ = rows() > 0;
     const QVariantList remembered = LayoutMemory::instance().recall(layoutKey()).toList();
-    constexpr int Narrowest = 56;
-    constexpr int Widest = 220;
-    const int arrow =
-        headerSorts_ ? style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, header()) + 9 : 0;
     for (int column = 0; column < model_->columnCount(); ++column) {
-        const auto& shown = table().columns[static_cast<std::size_t>(column)];
-        const int asked = shown.widthTwips > 0
-                              ? pixelsOf(shown.widthTwips, *this)
-                              : std::clamp(sizeHintForColumn(column), Narrowest, Widest);
-        header()->resizeSection(column,
-                                column < remembered.size()
-                                    ? remembered[column].toInt()
-                                    : std::max(asked, header()->sectionSizeHint(column) +
-                                                          (shown.caption.empty() ? 0 : arrow)));
+        header()->resizeSection(column, column < remembered.size() ? remembered[column].toInt()
+                                                                   : fittingWidth(*this, column));
+    }
+    if (remembered.isEmpty() && twoLineCaptions_) {
+        widenForTexts(*this);
     }
 }
 

@@ -1,5 +1,7 @@
 #include <QPainter>
 #include <QResizeEvent>
+#include <QStackedWidget>
+#include <algorithm>
 
 #include "platform/controls/rowdelegate.h"
 #include "runsearch/search/frmTarn.h"
@@ -58,22 +60,25 @@ void frmTarn::dress() {
     ui_->ToResolve->setForegroundRole(QPalette::PlaceholderText);
 }
 
-/// The tabs are as high as the page that is shown.
+/// The tabs are as high as the page that is shown, and leave most of the form to the list.
 void frmTarn::followPage() {
-    for (int page = 0; page < ui_->RunTab->count(); ++page) {
-        const bool shown = page == ui_->RunTab->currentIndex();
-        ui_->RunTab->widget(page)->setSizePolicy(
-            QSizePolicy::Preferred, shown ? QSizePolicy::Preferred : QSizePolicy::Ignored);
-    }
+    constexpr double MostOfForm = 0.4;
+    const QWidget& page = *ui_->RunTab->currentWidget();
+    const auto& pages = *ui_->RunTab->findChild<QStackedWidget*>();
+    const int around = ui_->RunTab->sizeHint().height() - pages.sizeHint().height();
+    const int least = page.minimumSizeHint().height();
+    const int most = std::max(least, static_cast<int>(height() * MostOfForm));
+    ui_->RunTab->setFixedHeight(around + std::clamp(page.sizeHint().height(), least, most));
 }
 
 void frmTarn::resizeEvent(QResizeEvent* event) {
     TrappedForm::resizeEvent(event);
     arrangeCriteria();
+    followPage();
 }
 
 void frmTarn::arrangeCriteria() {
-    constexpr int WideInCharacters = 165;
+    constexpr int WideInCharacters = 185;
     const bool wide = width() >= WideInCharacters * fontMetrics().averageCharWidth();
     if (wide == wide_) {
         return;

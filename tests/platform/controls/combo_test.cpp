@@ -51,17 +51,6 @@ protected:
     QLineEdit after;
 };
 
-TEST_F(ComboTest, StartsEmptyAndClearingKeepsTheRows) {
-    EXPECT_EQ(combo.columnText(1), "");
-    combo.setText("040");
-    EXPECT_EQ(combo.columnText(1), "Adams");
-    combo.clearChoice();
-    EXPECT_EQ(combo.chosenRow(), -1);
-    EXPECT_EQ(combo.text(), "");
-    EXPECT_FALSE(combo.isUnknown());
-    EXPECT_EQ(combo.count(), 3);
-}
-
 TEST_F(ComboTest, TypedTextWithoutAMatchStaysAndLeavesNoRowCurrent) {
     QSignalSpy chosen(&combo, &MultiColumnCombo::chosen);
     combo.setText("012");

@@ -51,10 +51,7 @@ TEST(DateBox, TidiesOnLeavingButNotUnderAPopupOfItsOwn) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     for (const auto& [reason, text] : {std::pair{Qt::PopupFocusReason, "1/5/26"},
                                        {Qt::TabFocusReason, "1/5/2026"},
-                                       {Qt::BacktabFocusReason, "1/5/2026"},
                                        {Qt::MouseFocusReason, "1/5/2026"},
-                                       {Qt::ActiveWindowFocusReason, "1/5/2026"},
-                                       {Qt::ShortcutFocusReason, "1/5/2026"},
                                        {Qt::OtherFocusReason, "1/5/2026"}}) {
         box->setFocus();
         box->setText("1/5/26");

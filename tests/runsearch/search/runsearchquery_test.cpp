@@ -130,11 +130,8 @@ TEST(RunSearchQuery, JoinsCriteriaInTheirOrderWithSingleBlanks) {
 TEST(RunSearchQuery, LooksForSchoolStops) {
     auto stops = criteria([](auto& c) {
         c.searchSchoolStops = true;
-        c.schools = schools({"A"});
+        c.schools = schools({"A", "B"});
     });
-    expectBoth(stops, " Where RUN.RUN IN (" + SchoolStops +
-                          " HAVING  STOP.SCHOOL = 'A' AND STOP.STOPTYPE='SCHOOL' )");
-    stops.schools = schools({"A", "B"});
     expectBoth(stops, " Where RUN.RUN IN (" + SchoolStops +
                           " HAVING STOP.SCHOOL = 'A' AND STOP.STOPTYPE='SCHOOL' OR STOP.SCHOOL = "
                           "'B' AND STOP.STOPTYPE='SCHOOL' )");
@@ -146,27 +143,17 @@ TEST(RunSearchQuery, LooksForSchoolStops) {
                           "STOP.STOPTYPE='SCHOOL' )");
 }
 
-TEST(RunSearchQuery, LooksForTheTripTypesOfStops) {
+TEST(RunSearchQuery, LooksForTheTripTypesOfStopsBesideFurtherConditions) {
     auto stops = criteria([](auto& c) {
         c.searchTripTypeStops = true;
-        c.tripTypes = {"AM"};
+        c.tripTypes = {"AM", "PM"};
     });
+    const auto in = " Where RUN.RUN IN (" + TripTypeStops;
     expectBoth(stops,
-               " Where RUN.RUN IN (" + TripTypeStops + " HAVING  STOP_TRIPTYPE.TRIPTYPE = 'AM')");
-    stops.tripTypes = {"AM", "PM"};
-    expectBoth(stops, " Where RUN.RUN IN (" + TripTypeStops +
-                          " HAVING STOP_TRIPTYPE.TRIPTYPE = 'AM' OR STOP_TRIPTYPE.TRIPTYPE = "
-                          "'PM')");
-}
-
-TEST(RunSearchQuery, PutsOneBlankBetweenSubQueryAndFurtherConditions) {
-    auto stops = criteria([](auto& c) {
-        c.searchTripTypeStops = true;
-        c.tripTypes = {"AM"};
-        c.runId = "12";
-    });
-    const auto sub =
-        " Where RUN.RUN IN (" + TripTypeStops + " HAVING  STOP_TRIPTYPE.TRIPTYPE = 'AM')";
+               in + " HAVING STOP_TRIPTYPE.TRIPTYPE = 'AM' OR STOP_TRIPTYPE.TRIPTYPE = 'PM')");
+    stops.tripTypes = {"AM"};
+    stops.runId = "12";
+    const auto sub = in + " HAVING  STOP_TRIPTYPE.TRIPTYPE = 'AM')";
     expectBoth(stops, sub + " AND Run.Run LIKE '12%'");
     stops.needsResolve = true;
     expectBoth(stops, sub + " AND Run.Run LIKE '12%' AND Run.Regenerate = True");
@@ -174,15 +161,6 @@ TEST(RunSearchQuery, PutsOneBlankBetweenSubQueryAndFurtherConditions) {
     stops.needsResolve = false;
     stops.schools = schools({"C"});
     expectBoth(stops, sub + " AND ( RUN.SCHOOL = 'C')");
-}
-
-TEST(RunSearchQuery, IgnoresASwitchWithoutAnythingToLookFor) {
-    const auto switches = criteria([](auto& c) {
-        c.searchSchoolStops = c.searchTripTypeStops = true;
-        c.schools = schools({});
-        c.runId = "7";
-    });
-    expectBoth(switches, " Where  Run.Run LIKE '7%'");
 }
 
 TEST(RunSearchQuery, FindsTheSchoolsOfATypeWhateverIsSelected) {
