@@ -19,9 +19,9 @@ constexpr auto ToldAt =
     "Add_Remove_Stops.AddStop Add_Remove_Stops.DelStop Add_Remove_Stops.ExitAddRun "
     "Add_Remove_Stops.MoveDown Add_Remove_Stops.MoveUp Add_Remove_Stops.Move_To_Top "
     "Add_Remove_Stops.Move_to_Bottom Add_Remove_Stops.lstSTOP_TRIPTYPE BellTimeChange.ChangeBell "
-    "Group_Run_Solve.ChangeIt MergeRun.Merge Run.CalcTimes Run.Exit_Run Run.MapIt Run.OK "
-    "Run.Remove "
-    "frmCalcDeadHead.Calculate frmGroupRunChange.ChangeIt frmSelStops.cmdChoose "
+    "Group_Run_Solve.ChangeIt MergeRun.Merge Run.CalcTimes Run.Exit_Run Run.MapIt Run.NextRun "
+    "Run.OK Run.PreviousRun Run.Remove frmCalcDeadHead.Calculate frmGroupRunChange.ChangeIt "
+    "frmSelStops.cmdChoose "
     "frmSelStops.lstSTOP_TRIPTYPE frmStopTripType.CalcTimes frmStopTripType.Exit_StopTrip "
     "frmStopTripType.NextStop frmStopTripType.OK frmStopTripType.PreviousStop frmTarn.Delete";
 

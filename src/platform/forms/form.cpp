@@ -186,10 +186,11 @@ bool Form::closeForm() {
 bool Form::event(QEvent* event) {
     const bool handled = QDialog::event(event);
     if (event->type() == QEvent::WindowActivate && isLoaded()) {
-        if (!isMaximized() && !isFullScreen()) {
-            fitToScreen(*this);  // only now its frame is known
-        }
         Application::instance().guarded([this] { FormRegistry::instance().activated(*this); });
+        fitAgain();  // only now its frame is known
+    } else if (event->type() == QEvent::LayoutRequest && isLoaded() &&
+               needsMoreThan(roomOnScreen(*this).size())) {
+        fitAgain();  // what it was filled with wants more
     }
     return handled;
 }
@@ -277,9 +278,23 @@ void Form::growWithFont() {
     });
 }
 
-void Form::scrollBeyond(const QSize& room) {
+bool Form::needsMoreThan(const QSize& room) const {
     const QSize needed = layout() == nullptr ? QSize() : layout()->totalMinimumSize();
-    if (needed.boundedTo(room) == needed) {
+    return needed.boundedTo(room) != needed;
+}
+
+void Form::fitAgain() {
+    if (isLoaded() && !isMaximized() && !isFullScreen()) {
+        scrollBeyond(roomOnScreen(*this).size());
+        if (layout() != nullptr) {
+            layout()->activate();  // gives up the least size that it had
+        }
+        fitToScreen(*this);
+    }
+}
+
+void Form::scrollBeyond(const QSize& room) {
+    if (!needsMoreThan(room)) {
         return;
     }
     auto* row = qobject_cast<QHBoxLayout*>(layout());

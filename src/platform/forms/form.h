@@ -107,6 +107,8 @@ private:
     /// Lets everything scroll where it needs more than `room`: the columns of the form each by
     /// itself, so that the buttons at the side stay.
     void scrollBeyond(const QSize& room);
+    [[nodiscard]] bool needsMoreThan(const QSize& room) const;
+    void fitAgain();
 
     State state_ = State::Made;
     bool busy_ = false;
