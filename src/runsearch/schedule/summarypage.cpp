@@ -103,15 +103,15 @@ private:
         const auto* header = list_.header();
         const int left = header->sectionViewportPosition(column) + list_.frameWidth();
         const QRect cell(left, 1, header->sectionSize(column), height() - 1);
-        const auto& kind = table_.columns[static_cast<std::size_t>(column)].kind;
         if (column + 1 == header->count()) {
             paintDay(painter, QRectF(cell).adjusted(0, 3, 0, -2), *curve_, *plan_, *curve_,
                      palette(), {});
             return;
         }
         painter.setPen(palette().color(QPalette::Text));
-        const auto align = kind == table::CellKind::Number ? Qt::AlignRight : Qt::AlignLeft;
-        painter.drawText(cell.adjusted(6, 0, -6, 0), static_cast<int>(align | Qt::AlignVCenter),
+        const int align =
+            list_.model()->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+        painter.drawText(cell.adjusted(6, 0, -6, 0), align | Qt::AlignVCenter,
                          toQt(table_.text(0, static_cast<std::size_t>(column))));
     }
 

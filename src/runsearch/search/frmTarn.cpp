@@ -295,8 +295,7 @@ void frmTarn::showChosenRun() {
     const auto description = row < 0 ? QString() : toQt(ui_->RunList->cellText(row, 1)).trimmed();
     ui_->ChosenRun->setText(toQt(run));
     ui_->ChosenDescription->setText(description);
-    for (auto* part : std::initializer_list<QWidget*>{ui_->ChosenSign, ui_->ChosenLabel,
-                                                      ui_->ChosenRun, ui_->ChosenDescription}) {
+    for (auto* part : {ui_->ChosenSign, ui_->ChosenLabel, ui_->ChosenRun}) {
         part->setVisible(!run.empty());
     }
 }

@@ -1,3 +1,4 @@
+#include <QHeaderView>
 #include <optional>
 
 #include <fmt/format.h>
@@ -41,6 +42,7 @@ void frmTarn::wireCriteria() {
         on(box, &QCheckBox::toggled, "showFilledCriteria", changed);
     }
     for (auto* list : {ui_->lstSchool, ui_->lstTripType}) {
+        list->header()->setStretchLastSection(true);
         on(list, &controls::MultiColumnList::selectionCountChanged, "showFilledCriteria", changed);
     }
     on(ui_->SearchStops, &QCheckBox::toggled, "SearchStops_Click", &frmTarn::SearchStops_Click);
