@@ -123,9 +123,9 @@ QPixmap drawn(const Drawing& drawing, const QColor& colour, int size = Units) {
     constexpr int PixelRatio = 3;  // sharp on any screen
     auto pixmap = painted(size * PixelRatio, Units, [&](QPainter& painter) {
         painter.setPen(QPen(colour, drawing.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.translate(Units / 2, Units / 2);
+        painter.translate(Units / 2.0, Units / 2.0);
         painter.rotate(drawing.turn);
-        painter.translate(-Units / 2, -Units / 2);
+        painter.translate(-Units / 2.0, -Units / 2.0);
         for (const QPolygonF& stroke : drawing.strokes) {
             painter.drawPolyline(stroke);
         }

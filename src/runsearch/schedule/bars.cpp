@@ -22,7 +22,9 @@ void hatch(QPainter& painter, const QRectF& rect, const QColor& colour, double a
     painter.setClipRect(rect, Qt::IntersectClip);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(colour, width));
-    for (double x = rect.left() - rect.height(); x < rect.right(); x += apart) {
+    const int lines = static_cast<int>(std::ceil((rect.width() + rect.height()) / apart));
+    for (int line = 0; line < lines; ++line) {
+        const double x = rect.left() - rect.height() + line * apart;
         painter.drawLine(QPointF(x, rect.bottom()), QPointF(x + rect.height(), rect.top()));
     }
     painter.restore();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <functional>
 #include <map>
 #include <tuple>
@@ -73,7 +74,7 @@ EmptyTrip emptyTrip(const ado::Field& minutes, const ado::Field& miles) {
     if (time < 0) {
         return {};
     }
-    return {static_cast<Seconds>(time * Minute + 0.5), std::max(0.0, numberOf(miles))};
+    return {static_cast<Seconds>(std::lround(time * Minute)), std::max(0.0, numberOf(miles))};
 }
 
 void forEachRow(ado::Connection& connection, std::string_view sql,

@@ -23,7 +23,7 @@ std::string timesText(const ScheduledRun& run) {
 }
 
 std::string bellText(const ScheduledRun& run) {
-    const auto bell = clockText(*run.bell, HalfOfDay::Told);
+    auto bell = clockText(*run.bell, HalfOfDay::Told);
     if (!run.start) {
         return bell;
     }

@@ -73,8 +73,8 @@ TEST_F(MapAnswerTest, GoesFromWaitingThroughTheCountdownToTheLists) {
         "In Tarn, in Timer1 Rundone.txt found so Timer1 code will continue after 10 second pause. ",
         "In Tarn, in Timer1 code will now continue... ",
         "In Tarn, in Timer2 about to do Command1_Click ",
-        "In Tarn, in Timer2 performed Command1_Click and about to see if Build_StopList should be "
-        "run.  TotSavedRuns: 3",
+        std::string("In Tarn, in Timer2 performed Command1_Click and about to see if ") +
+            "Build_StopList should be run.  TotSavedRuns: 3",
         "In Tarn, in Timer2 after Build_StopList ",
         "In Tarn, in Timer2 after Build_WarnList ",
         "In Tarn, in Timer2 after Build_DirList ",

@@ -79,8 +79,8 @@ TEST_F(TarnForm, FindsRunsByEachCriterion) {
         std::function<void()> fill;
         std::string runs;
     };
-    const auto schools = [this](std::vector<int> rows) { select("lstSchool", rows); };
-    const auto tripTypes = [this](std::vector<int> rows) { select("lstTripType", rows); };
+    const auto schools = [this](const std::vector<int>& rows) { select("lstSchool", rows); };
+    const auto tripTypes = [this](const std::vector<int>& rows) { select("lstTripType", rows); };
     const auto onRoute = [this](const char* combo, const char* code) {
         return [=, this] { check("UseRoute"), type(combo, code); };
     };
@@ -138,7 +138,7 @@ TEST_F(TarnForm, SurvivesWhatIsTypedAndChangesNothing) {
             type(box, typed);
             found();
             const auto boxes = this->texts();
-            EXPECT_TRUE(!boxes.empty() || text("TotSel") != "") << box << ": " << typed;
+            EXPECT_TRUE(!boxes.empty() || !text("TotSel").empty()) << box << ": " << typed;
             EXPECT_THAT(boxes,
                         testing::Each(testing::ContainsRegex("cmdSearch_Click of Module: frmTarn|"
                                                              "is not in the list")));
