@@ -139,12 +139,11 @@ void frmTarn::Log_Click() {
 
 void frmTarn::Delete_Click() {
     const std::string run = chosenRun();
-    if (run.empty()) {
-        inform(NoRunToDelete, NoRunSelectedTitle);
-        return;
-    }
     const int place = placeOf(run);
-    if (place == 0 || !startup::HasAuthority("RTG230", true) ||
+    if (run.empty() || place == 0) {
+        return inform(NoRunToDelete, NoRunSelectedTitle);
+    }
+    if (!startup::HasAuthority("RTG230", true) ||
         !base::confirmLoss(ConfirmDeletion, ConfirmDeletionTitle,
                            runInWords(ui_->RunList->table(), ui_->RunList->tableRow(place - 1)))) {
         return;
