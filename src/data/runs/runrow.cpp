@@ -22,4 +22,9 @@ bool runExists(ado::Connection& routing, std::string_view run) {
     return !row.Eof();
 }
 
+void markForMap(ado::Connection& routing, std::string_view run) {
+    routing.Execute("UPDATE RUN SET RUN.REGENERATE=True WHERE RUN.RUN='" +
+                    ado::escaped(base::trim(run)) + "'");
+}
+
 }  // namespace data

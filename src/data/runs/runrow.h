@@ -17,4 +17,8 @@ namespace data {
 /// Blanks around the id do not count.
 [[nodiscard]] bool runExists(ado::Connection& routing, std::string_view run);
 
+/// The search for runs to be resolved on the map finds the run from then on. Raises what
+/// Connection::Execute raises.
+void markForMap(ado::Connection& routing, std::string_view run);
+
 }  // namespace data

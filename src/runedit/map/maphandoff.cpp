@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "data/lookups/mdlGetItems.h"
-#include "platform/ado/sqltext.h"
+#include "data/runs/runrow.h"
 #include "platform/base/text.h"
 #include "runedit/map/handover.h"
 #include "runedit/map/requestline.h"
@@ -110,8 +110,7 @@ void markToBeResolved(const std::string& run) {
         return;
     }
     try {
-        startup::gcnRouting->Execute("UPDATE RUN SET RUN.REGENERATE = True WHERE RUN.RUN='" +
-                                     ado::escaped(base::trim(run)) + "'");
+        data::markForMap(*startup::gcnRouting, run);
         startup::RefreshRunList = true;
     } catch (const base::RunTimeError&) {
         // Why the run could not go is the one to tell.

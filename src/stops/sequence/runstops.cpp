@@ -64,12 +64,6 @@ ChosenStop withFreeRecord(ado::Connection& connection, ChosenStop stop, std::str
     return stop;
 }
 
-/// The search for runs to be resolved on the map finds it.
-void markForMap(ado::Connection& connection, std::string_view run) {
-    connection.Execute(fmt::format("UPDATE RUN SET RUN.REGENERATE=True WHERE RUN.RUN='{}'",
-                                   ado::escaped(base::trim(run))));
-}
-
 /// Gives one stop after the other its place behind the run's last one.
 class StopAdder {
 public:
@@ -133,7 +127,7 @@ private:
         if (std::ranges::find(added.takenFrom, former.run) == added.takenFrom.end()) {
             added.takenFrom.push_back(former.run);
             if (run_.isMapped) {
-                markForMap(connection_, former.run);
+                data::markForMap(connection_, former.run);
             }
         }
     }
