@@ -28,7 +28,7 @@ need_packages() {
     rm -f "$log"
 }
 
-build_packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev libsqlite3-dev
+build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libsqlite3-dev
     libshp-dev dbus libfmt-dev libcrypt-dev libcairo2-dev libharfbuzz-dev libfribidi-dev
     libfontconfig-dev libxlsxwriter-dev libtiff-dev libcups2-dev fonts-roboto-unhinted
     fonts-dejavu-core)

@@ -1,0 +1,168 @@
+#include "reports/page/characters.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include <fribidi.h>
+
+#include "reports/page/fonts.h"
+
+namespace reports {
+
+namespace {
+
+constexpr char32_t Replacement = 0xFFFD;
+
+struct Decoded {
+    char32_t code = Replacement;
+    std::size_t size = 1;
+};
+
+bool isSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
+
+/// The character of `size` bytes whose first byte holds `bits` of it; none where it is written
+/// wrongly or longer than it must be.
+std::optional<char32_t> several(std::string_view text, std::size_t size, char32_t bits) {
+    constexpr char32_t Least[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (text.size() < size) {
+        return std::nullopt;
+    }
+    for (std::size_t at = 1; at < size; ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        if ((byte & 0xC0U) != 0x80U) {
+            return std::nullopt;
+        }
+        bits = bits << 6U | (byte & 0x3FU);
+    }
+    const bool isRight = bits >= Least[size] && bits <= 0x10FFFF && !isSurrogate(bits);
+    return isRight ? std::optional(bits) : std::nullopt;
+}
+
+Decoded decoded(std::string_view text) {
+    const auto first = static_cast<unsigned char>(text.front());
+    if (first < 0x80) {
+        return {first, 1};
+    }
+    const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4) {
+        return {};
+    }
+    const auto code = several(text, size, first & (0xFFU >> (size + 1)));
+    return code ? Decoded{*code, size} : Decoded{};
+}
+
+bool isControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
+
+/// What a painter refuses: neither a character nor a blank of any kind.
+bool isFault(std::string_view text, const Decoded& character) {
+    const bool isBroken = character.code == Replacement && character.size == 1;
+    return isBroken || isControl(character.code) || text.empty();
+}
+
+}  // namespace
+
+Characters charactersOf(std::string_view text) {
+    Characters characters;
+    characters.codes.reserve(text.size());
+    characters.starts.reserve(text.size() + 1);
+    for (std::size_t at = 0; at < text.size();) {
+        const Decoded character = decoded(text.substr(at));
+        characters.codes.push_back(isControl(character.code) ? U' ' : character.code);
+        characters.starts.push_back(static_cast<std::uint32_t>(at));
+        at += character.size;
+    }
+    characters.starts.push_back(static_cast<std::uint32_t>(text.size()));
+    return characters;
+}
+
+bool isClean(std::string_view text) {
+    if (std::ranges::all_of(text, [](char c) { return c >= 0x20 && c < 0x7F; })) {
+        return true;
+    }
+    for (std::size_t at = 0; at < text.size();) {
+        const Decoded character = decoded(text.substr(at));
+        if (isFault(text, character)) {
+            return false;
+        }
+        at += character.size;
+    }
+    return true;
+}
+
+std::string cleaned(std::string_view text) {
+    std::string clean;
+    clean.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const Decoded character = decoded(text.substr(at));
+        if (isControl(character.code)) {
+            clean += ' ';
+        } else if (isFault(text, character)) {
+            clean += "\xEF\xBF\xBD";
+        } else {
+            clean += text.substr(at, character.size);
+        }
+        at += character.size;
+    }
+    return clean;
+}
+
+bool mayRunRightToLeft(std::string_view text) {
+    // The bytes that begin U+0580 to U+0FFF, U+F000 to U+FFFF and the planes above.
+    return std::ranges::any_of(text, [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return (byte >= 0xD6 && byte <= 0xE0) || byte >= 0xEF;
+    });
+}
+
+std::vector<Stretch> stretchesOf(const Characters& characters, bool rightToLeft) {
+    const auto count = static_cast<FriBidiStrIndex>(characters.codes.size());
+    const auto* codes = reinterpret_cast<const FriBidiChar*>(characters.codes.data());
+    std::vector<FriBidiCharType> types(characters.codes.size());
+    std::vector<FriBidiBracketType> brackets(characters.codes.size());
+    std::vector<FriBidiLevel> levels(characters.codes.size());
+    FriBidiParType base = rightToLeft ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
+    fribidi_get_bidi_types(codes, count, types.data());
+    fribidi_get_bracket_types(codes, count, types.data(), brackets.data());
+    if (fribidi_get_par_embedding_levels_ex(types.data(), brackets.data(), count, &base,
+                                            levels.data()) == 0) {
+        return {{0, characters.codes.size(), rightToLeft}};
+    }
+    std::vector<Stretch> stretches;
+    std::vector<FriBidiLevel> of;
+    for (std::size_t at = 0; at < levels.size(); ++at) {
+        if (of.empty() || of.back() != levels[at]) {
+            stretches.push_back({at, 0, levels[at] % 2 != 0});
+            of.push_back(levels[at]);
+        }
+        ++stretches.back().count;
+    }
+    // Every sequence at or above a level is turned, from the highest level down to the first odd.
+    for (int level = of.empty() ? 0 : *std::ranges::max_element(of); level > 0; --level) {
+        for (std::size_t at = 0; at < of.size();) {
+            std::size_t end = at;
+            while (end < of.size() && of[end] >= level) {
+                ++end;
+            }
+            const auto from = static_cast<std::ptrdiff_t>(at),
+                       to = static_cast<std::ptrdiff_t>(end);
+            std::reverse(stretches.begin() + from, stretches.begin() + to);
+            std::reverse(of.begin() + from, of.begin() + to);
+            at = end + 1;
+        }
+    }
+    return stretches;
+}
+
+bool startsRightToLeft(std::string_view text) {
+    if (!mayRunRightToLeft(text)) {
+        return false;
+    }
+    const auto characters = charactersOf(text);
+    const auto strong = std::ranges::find_if(characters.codes, [](char32_t code) {
+        return FRIBIDI_IS_STRONG(fribidi_get_bidi_type(code)) != 0;
+    });
+    return strong != characters.codes.end() && FRIBIDI_IS_RTL(fribidi_get_bidi_type(*strong)) != 0;
+}
+
+}  // namespace reports

@@ -1,0 +1,192 @@
+#include "reports/page/fonts.h"
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <unordered_map>
+
+#include <hb.h>
+
+#include "reports/page/characters.h"
+#include "reports/page/fontfiles.h"
+
+namespace reports {
+
+namespace {
+
+constexpr std::size_t FaceCount = 6;
+constexpr std::size_t MostWords = 50'000;  ///< of a face that are kept, some 15 MB
+
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+        return std::hash<std::string_view>{}(text);
+    }
+};
+
+/// Glyphs of a stretch of one font, added from the left.
+void addGlyphs(Shaped& shaped, const OpenFont& font, hb_buffer_t* buffer) {
+    unsigned count = 0;
+    const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
+    const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
+    const auto em = static_cast<float>(font.file().unitsPerEm);
+    auto& glyphs = shaped.runs.emplace_back(GlyphRun{&font.file(), {}}).glyphs;
+    glyphs.reserve(count);
+    for (unsigned at = 0; at < count; ++at) {
+        const auto& position = positions[at];
+        const float advance = static_cast<float>(position.x_advance) / em;
+        glyphs.push_back({infos[at].codepoint, infos[at].cluster,
+                          shaped.width + static_cast<float>(position.x_offset) / em,
+                          static_cast<float>(-position.y_offset) / em, advance});
+        shaped.width += advance;
+    }
+}
+
+bool goesOn(char32_t code) {
+    const auto category = hb_unicode_general_category(hb_unicode_funcs_get_default(), code);
+    return category == HB_UNICODE_GENERAL_CATEGORY_NON_SPACING_MARK ||
+           category == HB_UNICODE_GENERAL_CATEGORY_ENCLOSING_MARK ||
+           category == HB_UNICODE_GENERAL_CATEGORY_SPACING_MARK ||
+           category == HB_UNICODE_GENERAL_CATEGORY_FORMAT;
+}
+
+struct Word {
+    std::string_view text;
+    std::size_t start = 0;  ///< in the whole text
+    bool rightToLeft = false;
+};
+
+/// The words and the blanks between them of a text without right-to-left letters.
+template <class Take>
+void eachWord(std::string_view text, std::size_t start, bool rightToLeft, const Take& take) {
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end =
+            text[at] == ' ' ? at + 1 : std::min(text.find(' ', at), text.size());
+        take(Word{text.substr(at, end - at), start + at, rightToLeft});
+        at = end;
+    }
+}
+
+/// All words from left to right as they are seen.
+template <class Take>
+void eachSeenWord(std::string_view text, bool rightToLeft, const Take& take) {
+    if (!rightToLeft && !mayRunRightToLeft(text)) {
+        eachWord(text, 0, false, take);
+        return;
+    }
+    const auto characters = charactersOf(text);
+    for (const Stretch& stretch : stretchesOf(characters, rightToLeft)) {
+        const auto from = characters.starts[stretch.first];
+        const auto end = characters.starts[stretch.first + stretch.count];
+        std::vector<Word> words;
+        eachWord(text.substr(from, end - from), from, stretch.rightToLeft,
+                 [&](const Word& word) { words.push_back(word); });
+        if (stretch.rightToLeft) {
+            std::reverse(words.begin(), words.end());
+        }
+        std::ranges::for_each(words, take);
+    }
+}
+
+}  // namespace
+
+struct Fonts::Parts {
+    using Words =
+        std::unordered_map<std::string, std::shared_ptr<const Shaped>, TextHash, std::equal_to<>>;
+
+    std::shared_ptr<const Shaped> word(Face face, const Word& word) {
+        Words& known = words[static_cast<std::size_t>(face) * 2 + (word.rightToLeft ? 1 : 0)];
+        const auto found = known.find(word.text);
+        if (found != known.end()) {
+            return found->second;
+        }
+        if (known.size() >= MostWords) {
+            known.clear();
+        }
+        return known.emplace(word.text, made(face, word)).first->second;
+    }
+
+    std::shared_ptr<const Shaped> made(Face face, const Word& word);
+    void shapePart(Shaped& shaped, const OpenFont& font, const Characters& characters,
+                   const Stretch& part);
+
+    std::mutex mutex;
+    FontFiles files;
+    std::array<Words, FaceCount * 2> words;
+    std::unique_ptr<hb_buffer_t, decltype(&hb_buffer_destroy)> buffer{hb_buffer_create(),
+                                                                      &hb_buffer_destroy};
+};
+
+void Fonts::Parts::shapePart(Shaped& shaped, const OpenFont& font, const Characters& characters,
+                             const Stretch& part) {
+    hb_buffer_clear_contents(buffer.get());
+    for (std::size_t at = part.first; at < part.first + part.count; ++at) {
+        hb_buffer_add(buffer.get(), characters.codes[at], characters.starts[at]);
+    }
+    hb_buffer_set_content_type(buffer.get(), HB_BUFFER_CONTENT_TYPE_UNICODE);
+    hb_buffer_set_direction(buffer.get(), part.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
+    hb_buffer_guess_segment_properties(buffer.get());
+    hb_shape(font.font(), buffer.get(), nullptr, 0);
+    addGlyphs(shaped, font, buffer.get());
+}
+
+std::shared_ptr<const Shaped> Fonts::Parts::made(Face face, const Word& word) {
+    const auto characters = charactersOf(word.text);
+    std::vector<Stretch> parts;
+    std::vector<const OpenFont*> fonts;
+    for (std::size_t at = 0; at < characters.codes.size(); ++at) {
+        const char32_t code = characters.codes[at];
+        const OpenFont* font = at > 0 && goesOn(code) ? fonts.back() : &files.of(face, code);
+        if (fonts.empty() || fonts.back() != font) {
+            parts.push_back({at, 0, word.rightToLeft});
+            fonts.push_back(font);
+        }
+        ++parts.back().count;
+    }
+    if (word.rightToLeft) {
+        std::reverse(parts.begin(), parts.end());
+        std::reverse(fonts.begin(), fonts.end());
+    }
+    auto shaped = std::make_shared<Shaped>();
+    for (std::size_t at = 0; at < parts.size(); ++at) {
+        shapePart(*shaped, *fonts[at], characters, parts[at]);
+    }
+    return shaped;
+}
+
+Fonts& Fonts::instance() {
+    static Fonts fonts;
+    return fonts;
+}
+
+Fonts::Fonts() : parts_(std::make_unique<Parts>()) {}
+Fonts::~Fonts() = default;
+
+float Fonts::width(Face face, std::string_view text) {
+    const std::lock_guard lock(parts_->mutex);
+    float width = 0;
+    eachSeenWord(text, false, [&](const Word& word) { width += parts_->word(face, word)->width; });
+    return width;
+}
+
+Shaped Fonts::shape(Face face, std::string_view text, bool rightToLeft) {
+    const std::lock_guard lock(parts_->mutex);
+    Shaped line;
+    eachSeenWord(text, rightToLeft, [&](const Word& word) {
+        const auto shaped = parts_->word(face, word);
+        for (const GlyphRun& run : shaped->runs) {
+            if (line.runs.empty() || line.runs.back().file != run.file) {
+                line.runs.push_back({run.file, {}});
+            }
+            for (Glyph glyph : run.glyphs) {
+                glyph.x += line.width;
+                glyph.cluster += static_cast<std::uint32_t>(word.start);
+                line.runs.back().glyphs.push_back(glyph);
+            }
+        }
+        line.width += shaped->width;
+    });
+    return line;
+}
+
+}  // namespace reports

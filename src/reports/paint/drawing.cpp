@@ -1,0 +1,225 @@
+#include "reports/paint/drawing.h"
+
+#include <algorithm>
+#include <numbers>
+#include <string>
+
+#include "reports/page/fonts.h"
+
+namespace reports {
+
+namespace {
+
+constexpr std::uint8_t FaxWhite = 200;  ///< words and lines of a darker grey are black
+constexpr std::uint8_t FaxBand = 225;   ///< a lighter grey only guides the eye
+constexpr double FaxLine = 0.4;         ///< points
+
+/// Where each letter of a text begins that has glyphs, in order.
+std::vector<std::uint32_t> lettersOf(const Shaped& shaped) {
+    std::vector<std::uint32_t> letters;
+    for (const GlyphRun& run : shaped.runs) {
+        for (const Glyph& glyph : run.glyphs) {
+            letters.push_back(glyph.cluster);
+        }
+    }
+    std::ranges::sort(letters);
+    const auto rest = std::ranges::unique(letters);
+    letters.erase(rest.begin(), rest.end());
+    return letters;
+}
+
+/// The byte behind the letter that begins at `cluster`.
+std::size_t endOf(std::uint32_t cluster, const std::vector<std::uint32_t>& letters,
+                  std::size_t textSize) {
+    const auto next = std::ranges::upper_bound(letters, cluster);
+    return next == letters.end() ? textSize : *next;
+}
+
+}  // namespace
+
+Drawing::Drawing(cairo_t* cairo, Medium medium) : cairo_(cairo), medium_(medium) {
+    if (medium == Medium::Fax) {
+        // White must cover black, which on alpha only replacing does.
+        cairo_set_operator(cairo_, CAIRO_OPERATOR_SOURCE);
+    }
+    cairo_font_options_t* options = cairo_font_options_create();
+    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+    cairo_set_font_options(cairo_, options);
+    cairo_font_options_destroy(options);
+}
+
+void Drawing::clear() {
+    cairo_set_source_rgba(cairo_, 0, 0, 0, 0);
+    cairo_paint(cairo_);
+}
+
+void Drawing::ink(std::uint8_t grey) {
+    if (medium_ == Medium::Fax) {
+        cairo_set_source_rgba(cairo_, 0, 0, 0, grey < FaxWhite ? 1 : 0);
+        return;
+    }
+    const double value = grey / 255.0;
+    cairo_set_source_rgb(cairo_, value, value, value);
+}
+
+void Drawing::traceRectangle(const Shape& shape) {
+    const double corner = std::min({shape.corner, shape.width / 2, shape.height / 2});
+    if (corner <= 0) {
+        cairo_rectangle(cairo_, shape.x, shape.y, shape.width, shape.height);
+        return;
+    }
+    const double left = shape.x + corner, right = shape.x + shape.width - corner;
+    const double top = shape.y + corner, bottom = shape.y + shape.height - corner;
+    constexpr double Quarter = std::numbers::pi / 2;
+    cairo_new_sub_path(cairo_);
+    cairo_arc(cairo_, right, top, corner, -Quarter, 0);
+    cairo_arc(cairo_, right, bottom, corner, 0, Quarter);
+    cairo_arc(cairo_, left, bottom, corner, Quarter, 2 * Quarter);
+    cairo_arc(cairo_, left, top, corner, 2 * Quarter, 3 * Quarter);
+    cairo_close_path(cairo_);
+}
+
+void Drawing::trace(const Shape& shape) {
+    switch (shape.kind) {
+        case Shape::Kind::Rectangle:
+            traceRectangle(shape);
+            break;
+        case Shape::Kind::Line:
+            cairo_move_to(cairo_, shape.x, shape.y);
+            cairo_rel_line_to(cairo_, shape.width, shape.height);
+            break;
+        case Shape::Kind::Disc:
+            cairo_new_sub_path(cairo_);
+            cairo_arc(cairo_, shape.x, shape.y, shape.width / 2, 0, 2 * std::numbers::pi);
+            break;
+        case Shape::Kind::Polygon:
+            for (std::size_t at = 0; at + 1 < shape.points.size(); at += 2) {
+                cairo_line_to(cairo_, shape.points[at], shape.points[at + 1]);
+            }
+            if (shape.filled) {
+                cairo_close_path(cairo_);
+            }
+            break;
+    }
+}
+
+/// Greys become outlines where there are none: a band its lower edge, a bar its frame.
+void Drawing::fill(const Shape& shape) {
+    if (medium_ == Medium::Document || shape.ink == 0 || shape.ink == 255) {
+        ink(shape.ink);
+        cairo_fill(cairo_);
+        return;
+    }
+    if (shape.ink >= FaxBand && shape.corner <= 0) {
+        cairo_new_path(cairo_);
+        cairo_move_to(cairo_, shape.x, shape.y + shape.height);
+        cairo_rel_line_to(cairo_, shape.width, 0);
+    }
+    ink(0);
+    cairo_set_dash(cairo_, nullptr, 0, 0);
+    cairo_set_line_width(cairo_, FaxLine);
+    cairo_stroke(cairo_);
+}
+
+void Drawing::paint(const Shape& shape) {
+    trace(shape);
+    if (shape.filled && shape.kind != Shape::Kind::Line) {
+        fill(shape);
+        return;
+    }
+    const double dash = shape.dash;
+    ink(shape.ink);
+    cairo_set_dash(cairo_, &dash, dash > 0 ? 1 : 0, 0);
+    cairo_set_line_width(cairo_, shape.thick);
+    cairo_stroke(cairo_);
+}
+
+void Drawing::shapes(const Page& page) {
+    for (const Shape& shape : page.shapes) {
+        paint(shape);
+    }
+}
+
+void Drawing::box(const Page& page, const Box& box) {
+    std::string text(page.textOf(box));
+    if (medium_ == Medium::Document && box.role != Role::Artifact && !box.rightToLeft) {
+        text += ' ';  // Read aloud, cells of a row would otherwise run into each other.
+    }
+    const Shaped shaped = Fonts::instance().shape(box.face, text, box.rightToLeft);
+    const auto letters = lettersOf(shaped);
+    ink(box.ink);
+    apart_ = 0;
+    cairo_set_font_size(cairo_, box.size);
+    for (const GlyphRun& run : shaped.runs) {
+        glyphs(box, run, text, letters);
+    }
+}
+
+std::vector<Drawing::Letter> Drawing::lettersIn(const GlyphRun& run, std::string_view text,
+                                                const std::vector<std::uint32_t>& letters) {
+    std::vector<Letter> of;
+    for (std::size_t at = 0; at < run.glyphs.size(); ++at) {
+        const std::uint32_t cluster = run.glyphs[at].cluster;
+        if (of.empty() || of.back().from != cluster) {
+            of.push_back({cluster, endOf(cluster, letters, text.size()), at, 0});
+        }
+        ++of.back().glyphs;
+    }
+    return of;
+}
+
+void Drawing::glyphs(const Box& box, const GlyphRun& run, std::string_view text,
+                     const std::vector<std::uint32_t>& letters) {
+    cairo_set_font_face(cairo_, faces_.of(*run.file));
+    const auto seen = lettersIn(run, text, letters);
+    placed_.clear();
+    for (const Letter& letter : seen) {
+        for (std::size_t at = letter.first; at < letter.first + letter.glyphs; ++at) {
+            const Glyph& glyph = run.glyphs[at];
+            placed_.push_back(
+                {glyph.id, box.x + glyph.x * box.size + apart_, box.baseline + glyph.y * box.size});
+        }
+        apart_ += box.spacing;
+    }
+    if (medium_ == Medium::Fax) {
+        cairo_show_glyphs(cairo_, placed_.data(), static_cast<int>(placed_.size()));
+        return;
+    }
+    for (std::size_t at = 0; at < seen.size();) {
+        at += showFrom(seen, at, text);
+    }
+}
+
+/// Shows the letters that follow each other in the text, one way or the other; how many.
+std::size_t Drawing::showFrom(const std::vector<Letter>& seen, std::size_t at,
+                              std::string_view text) {
+    const auto follows = [&](std::size_t next, bool isBackward) {
+        return isBackward ? seen[next].end == seen[next - 1].from
+                          : seen[next].from == seen[next - 1].end;
+    };
+    const bool isBackward = at + 1 < seen.size() && follows(at + 1, true);
+    std::size_t end = at + 1;
+    while (end < seen.size() && follows(end, isBackward)) {
+        ++end;
+    }
+    clusters_.clear();
+    int glyphs = 0;
+    for (std::size_t letter = at; letter < end; ++letter) {
+        clusters_.push_back({static_cast<int>(seen[letter].end - seen[letter].from),
+                             static_cast<int>(seen[letter].glyphs)});
+        glyphs += clusters_.back().num_glyphs;
+    }
+    if (isBackward) {
+        std::ranges::reverse(clusters_);
+    }
+    const std::size_t from = std::min(seen[at].from, seen[end - 1].from);
+    const std::size_t bytes = std::max(seen[at].end, seen[end - 1].end) - from;
+    cairo_show_text_glyphs(
+        cairo_, text.data() + from, static_cast<int>(bytes), placed_.data() + seen[at].first,
+        glyphs, clusters_.data(), static_cast<int>(clusters_.size()),
+        isBackward ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : static_cast<cairo_text_cluster_flags_t>(0));
+    return end - at;
+}
+
+}  // namespace reports
