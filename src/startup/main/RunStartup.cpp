@@ -12,6 +12,7 @@
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/trap.h"
+#include "startup/logon/logonticket.h"
 #include "startup/version/districtversion.h"
 
 namespace startup {
@@ -69,7 +70,10 @@ void tellOfFilesToLookAtOnly() {
 }
 
 bool isRefused(const std::string& user) {
-    return NoNullString(user) == base::Value(" ") || LoadUserPermissions(gCommandLine);
+    if (NoNullString(user) == base::Value(" ") || LoadUserPermissions(gCommandLine)) {
+        return true;
+    }
+    return requiresPassword() && !tookTicketFor(user);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "platform/process/process.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
+#include "startup/logon/logonticket.h"
 #include "tools/logon/programs.h"
 
 #include "ui_logonform.h"
@@ -31,6 +32,15 @@ bool tellsOfCapsLock(const QKeyEvent& key) {
         return false;
     }
     return text[0].isUpper() != key.modifiers().testFlag(Qt::ShiftModifier);
+}
+
+bool mustGetPassword(const User& user) {
+    return startup::requiresPassword() && password::kindOf(user.password) == password::Stored::None;
+}
+
+QString withoutPassword() {
+    return startup::requiresPassword() ? LogonForm::tr("No password yet")
+                                       : LogonForm::tr("No password needed");
 }
 
 bool isLetter(const QKeyEvent& key) { return key.text().size() == 1 && key.text()[0].isLetter(); }
@@ -85,7 +95,7 @@ void LogonForm::showUser() {
     const bool asks = user == nullptr || password::kindOf(user->password) != password::Stored::None;
     ui_->Password->setEnabled(asks);
     ui_->ShowPassword->setEnabled(asks);
-    ui_->Password->setPlaceholderText(asks ? QString() : tr("No password needed"));
+    ui_->Password->setPlaceholderText(asks ? QString() : withoutPassword());
     if (!asks) {
         ui_->Password->clear();
     }
@@ -99,8 +109,13 @@ void LogonForm::logOn() {
     users_ = readUsers(*startup::gcnQDSC);
     const User* user = findUser(users_, ui_->UserId->text());
     const Verdict verdict = admit(user, fromQt(ui_->Password->text()));
-    if (verdict == Verdict::Admitted) {
-        startProgram(user->id);
+    if (verdict == Verdict::Admitted && mustGetPassword(*user)) {
+        showMessage(
+            tr("Oops, %1 has no password yet, and nobody works here without one. Whoever looks "
+               "after the district sets it with vireo-district users.")
+                .arg(toQt(user->id)));
+    } else if (verdict == Verdict::Admitted) {
+        startProgram(*user);
     } else {
         refuse(verdict);
     }
@@ -131,7 +146,7 @@ void LogonForm::letWait(int seconds) {
 
 void LogonForm::waitOneSecond() { letWait(secondsLeft_ - 1); }
 
-void LogonForm::startProgram(const std::string& user) {
+void LogonForm::startProgram(const User& user) {
     std::vector<std::string> folders = foldersOfPath();
     folders.insert(folders.begin(), {files::programFolder(), startup::gProgPath});
     const std::string program = findProgram(program_, folders);
@@ -140,8 +155,11 @@ void LogonForm::startProgram(const std::string& user) {
                         .arg(toQt(program_), toQt(folders[0]), toQt(folders[1])));
         return;
     }
-    process::host().start(program, {user});
-    controls::LayoutMemory::instance().remember(LastUserKey, toQt(user));
+    if (startup::requiresPassword()) {
+        startup::leaveTicket(user.id, user.password);
+    }
+    process::host().start(program, {user.id});
+    controls::LayoutMemory::instance().remember(LastUserKey, toQt(user.id));
     startup::ShutDown();
 }
 

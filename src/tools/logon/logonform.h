@@ -15,7 +15,8 @@ class Logon;
 namespace tools::logon {
 
 /// Asks for a user and the user's password and starts a program with the user's identifier as its
-/// command line. After a wrong password it waits, longer each time.
+/// command line. Where route.ini asks for passwords, a user without one is told so and starts
+/// nothing. After a wrong password it waits, longer each time.
 class LogonForm : public startup::TrappedForm {
     Q_OBJECT
 
@@ -37,7 +38,7 @@ private:
     void refuse(Verdict verdict);
     void letWait(int seconds);
     void waitOneSecond();
-    void startProgram(const std::string& user);
+    void startProgram(const User& user);
     void showMessage(const QString& text);
 
     std::unique_ptr<Ui::Logon> ui_;

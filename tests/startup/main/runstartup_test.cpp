@@ -15,9 +15,11 @@
 #include "platform/forms/application.h"
 #include "platform/forms/form.h"
 #include "platform/forms/formregistry.h"
+#include "platform/password/password.h"
 #include "platform/store/database.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/session.h"
+#include "startup/logon/logonticket.h"
 #include "support/smalldistrict.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
@@ -78,6 +80,28 @@ TEST_F(RunStartup, NobodyAndAnUnknownUserAreSentToTheLogonProgram) {
         EXPECT_EQ(startup::gCommandLine, user);
     }
     EXPECT_THAT(session_.boxes.shown, IsEmpty());
+}
+
+TEST_F(RunStartup, WhereAPasswordIsRequiredOnlyTheLogonProgramLetsAUserIn) {
+    support::fillSmall(district_);
+    const std::string hash = password::hashed("Blue Bus");
+    district_.addUser("BO", hash, {});
+    district_.writeIni(support::contentsOf(district_.configFolder() + "/route.ini") +
+                       "RequirePassword=True\n");
+    const auto starts = [&] {
+        session_.processes.started.clear();
+        application().startAfresh();
+        startup::resetSession();
+        run("BO");
+        return session_.processes.started.empty();
+    };
+    EXPECT_FALSE(starts());
+    startup::leaveTicket("ANN", "secret");
+    EXPECT_FALSE(starts());
+    startup::leaveTicket("BO", hash);
+    EXPECT_TRUE(starts());
+    EXPECT_NE(mainForm(), nullptr);
+    EXPECT_FALSE(starts()) << "the ticket is good once";
 }
 
 TEST_F(RunStartup, AFailedHandOverIsToldAndEndsTheProgram) {

@@ -3,12 +3,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <cstdlib>
+#include <ctime>
 #include <filesystem>
 
 #include <gmock/gmock.h>
 
 #include "platform/password/password.h"
 #include "startup/base/session.h"
+#include "startup/logon/logonticket.h"
 #include "support/formtest.h"
 #include "tools/logon/programs.h"
 
@@ -92,6 +95,25 @@ TEST_F(LogonFormTest, NeverComparesAPlainTextOfAnotherProgram) {
     setPassword(*startup::gcnQDSC, "CY", "new");
     logOn("CY", "new");
     EXPECT_THAT(session.processes.started, ElementsAre(probe_ + " CY"));
+}
+
+TEST_F(LogonFormTest, LetsNobodyInWithoutAPasswordWhereTheSettingsSaySo) {
+    district.writeIni(support::contentsOf(district.configFolder() + "/route.ini") +
+                      "RequirePassword=True\n");
+    logOn("BO");
+    EXPECT_THAT(session.processes.started, IsEmpty());
+    EXPECT_THAT(text("Message"), HasSubstr("BO has no password yet"));
+    EXPECT_FALSE(startup::tookTicketFor("BO"));
+    const std::string stored = findUser(readUsers(*startup::gcnQDSC), "ANN")->password;
+    logOn("ann", "Blue Bus");
+    EXPECT_THAT(session.processes.started, ElementsAre(probe_ + " ANN"));
+    const std::string ticket = std::getenv("VIREO_LOGON_TICKET");
+    const auto now = std::time(nullptr);
+    EXPECT_TRUE(startup::isTicketFor(ticket, "ANN", stored, now));
+    EXPECT_FALSE(startup::isTicketFor(ticket, "BO", stored, now));
+    EXPECT_FALSE(startup::isTicketFor(ticket, "ANN", stored, now + startup::TicketSeconds + 1));
+    EXPECT_FALSE(startup::isTicketFor(ticket, "ANN", stored, now - 1000));
+    EXPECT_FALSE(startup::isTicketFor("9" + ticket, "ANN", stored, now));
 }
 
 TEST_F(LogonFormTest, ShowsThePasswordOnRequestAndTellsOfCapsLock) {

@@ -14,8 +14,10 @@
 #include "tools/district/base/progress.h"
 #include "tools/district/base/terminal.h"
 #include "tools/district/check/checks.h"
+#include "tools/district/command/misuse.h"
 #include "tools/district/command/passwordcommand.h"
 #include "tools/district/command/sqlcommand.h"
+#include "tools/district/command/userscommand.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/create.h"
 #include "tools/district/make/generator.h"
@@ -24,11 +26,6 @@
 namespace tools::district {
 
 namespace {
-
-/// Thrown for a command line that is not understood.
-struct Misuse {
-    std::string what;
-};
 
 // The toolkit's texts carry the bytes of the command line as they are: a folder's name may be in
 // any encoding.
@@ -113,6 +110,14 @@ bool password(const Call& call) {
                        call.in, call.out, call.complaints);
 }
 
+bool users(const Call& call) {
+    return runUsers({.folders = foldersOf(call.words[0]),
+                     .words = {call.words.begin() + 1, call.words.end()},
+                     .asJson = call.options.isSet("json"),
+                     .ask = &call.in == &std::cin && isTyped()},
+                    call.in, call.out, call.complaints);
+}
+
 bool programs(const Call& call) {
     const Folders folders = foldersOf(call.words[0]);
     for (const std::string& name : linkCompanions(files::programFolder(), folders.programs())) {
@@ -156,12 +161,27 @@ Asks on the terminal, twice and unseen; elsewhere it reads one line of standard 
 password takes it away.
 
 Example: vireo-district password ~/sample PLANNER)";
+constexpr std::string_view UsersHelp = R"(list and change users and what they may do
+
+list                        who there is, and who has which permission; --json for programs
+add USER [PERMISSION...]    a new user; asks on the terminal for a password, none elsewhere
+remove USER                 with the user's permissions in all programs of the suite
+grant USER PERMISSION...    from the next start of the program on
+revoke USER PERMISSION...
+password USER               as the command password
+
+Permissions: new (RTG210), delete (RTG230), bell-times (RTG250), group-change (RTG260),
+print (RTG270), or all.
+
+Example: vireo-district users ~/sample add ANN new group-change print)";
 constexpr std::string_view ProgramsHelp = R"(link the companion programs again
 
 Links Logon.Exe and the other programs that the suite starts from the program folder, as create
 does; for a district that was made without them, or after they have moved.
 
 Example: vireo-district programs ~/sample)";
+
+constexpr std::size_t MostUserWords = 20;
 
 struct Command {
     std::string_view name;
@@ -184,6 +204,12 @@ const std::vector<Command>& commands() {
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
         {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
+        {"users",
+         "FOLDER [ACTION [USER [PERMISSION...]]]",
+         {1, MostUserWords},
+         UsersHelp,
+         users,
+         {{"json", ""}}},
         {"programs", "FOLDER", {1, 1}, ProgramsHelp, programs}};
     return all;
 }

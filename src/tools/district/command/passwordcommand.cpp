@@ -24,16 +24,6 @@ std::string listed(const std::vector<logon::User>& users) {
     return names.empty() ? "none" : names;
 }
 
-std::optional<std::string> askTwice(const std::string& user, std::ostream& complaints) {
-    std::string password =
-        askHidden(fmt::format("New password of {} (nothing for none; it is not shown): ", user));
-    if (askHidden("The same again: ") != password) {
-        complaints << "These are two different passwords; nothing was changed.\n";
-        return std::nullopt;
-    }
-    return password;
-}
-
 std::optional<std::string> readLine(std::istream& in, std::ostream& complaints) {
     std::string line;
     if (!std::getline(in, line)) {
@@ -58,6 +48,16 @@ bool canBeStored(const std::string& password, std::ostream& complaints) {
 
 }  // namespace
 
+std::optional<std::string> askPassword(const std::string& user, std::ostream& complaints) {
+    std::string password =
+        askHidden(fmt::format("New password of {} (nothing for none; it is not shown): ", user));
+    if (askHidden("The same again: ") != password) {
+        complaints << "These are two different passwords; nothing was changed.\n";
+        return std::nullopt;
+    }
+    return canBeStored(password, complaints) ? std::optional(password) : std::nullopt;
+}
+
 bool runPassword(const PasswordOptions& options, std::istream& in, std::ostream& out,
                  std::ostream& complaints) {
     ado::Connection connection;
@@ -69,7 +69,8 @@ bool runPassword(const PasswordOptions& options, std::istream& in, std::ostream&
                                   listed(users));
         return false;
     }
-    const auto password = options.ask ? askTwice(user->id, complaints) : readLine(in, complaints);
+    const auto password =
+        options.ask ? askPassword(user->id, complaints) : readLine(in, complaints);
     if (!password || !canBeStored(*password, complaints)) {
         return false;
     }

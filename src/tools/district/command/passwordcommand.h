@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "tools/district/base/folders.h"
@@ -13,6 +14,11 @@ struct PasswordOptions {
     /// Asks on the terminal, twice and unseen; otherwise the first line of `in` is the password.
     bool ask = false;
 };
+
+/// Asks on the terminal for a user's new password, twice and unseen; empty for none. Nothing, after
+/// a complaint, where it cannot be one. Raises Interrupted.
+[[nodiscard]] std::optional<std::string> askPassword(const std::string& user,
+                                                     std::ostream& complaints);
 
 /// Sets a user's password; an empty one takes it away. Returns whether it did, complaining
 /// otherwise. Raises Interrupted, base::RunTimeError, store::StoreError where the file cannot be

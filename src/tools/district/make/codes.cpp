@@ -99,24 +99,14 @@ CodeRows activityCodes() {
              {data::activity::Merged, "Stop merged from another run"}}};
 }
 
-struct PermissionPoint {
-    const char* code;
-    const char* description;
-};
-constexpr std::array<PermissionPoint, 5> PermissionPoints = {{{"RTG210", "Make a new run"},
-                                                              {"RTG230", "Delete a run"},
-                                                              {"RTG250", "Change bell times"},
-                                                              {"RTG260", "Change a group of runs"},
-                                                              {"RTG270", "Print and export"}}};
-
 void addPermissions(std::vector<CodeRows>& all) {
     CodeRows points{DatabaseFile::QDSC, "QDSCPP", {"PRODUCT", "PERM", "DESCRIPTION"}, {}};
     CodeRows rights{DatabaseFile::QDSC, "QDSCU_PP", {"PRODUCT", "QDSC1", "PERM", "Authority"}, {}};
-    for (const auto& [code, description] : PermissionPoints) {
-        const bool printing = std::string_view(code) == "RTG270";
-        points.rows.push_back({"ROUTING", code, description});
-        rights.rows.push_back({"ROUTING", user::Planner, code, true});
-        rights.rows.push_back({"ROUTING", user::Clerk, code, printing});
+    for (const Permission& permission : Permissions) {
+        const bool printing = permission.word == "print";
+        points.rows.push_back({Product, permission.code, permission.description});
+        rights.rows.push_back({Product, user::Planner, permission.code, true});
+        rights.rows.push_back({Product, user::Clerk, permission.code, printing});
     }
     points.rows.push_back({"STUDENTS", "STU110", "Change a student"});
     rights.rows.push_back({"STUDENTS", user::Clerk, "STU110", true});

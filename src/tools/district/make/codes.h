@@ -8,6 +8,7 @@
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
 #include "runedit/validation/Check_SpecialNeeds.h"
+#include "tools/district/users/permissions.h"
 
 namespace tools::district {
 
@@ -44,7 +45,7 @@ inline constexpr std::string_view Summer = "SUM";
 namespace user {
 inline constexpr std::string_view Planner = "PLANNER";
 inline constexpr std::string_view Clerk = "CLERK";
-inline constexpr std::string_view BuiltIn = "R.T.E.";
+inline constexpr std::string_view BuiltIn = BuiltInAccount;
 }  // namespace user
 
 /// Rows of one table that every district starts with.

@@ -123,6 +123,52 @@ TEST(CommandLine, SetsAndTakesAwayAPassword) {
     EXPECT_EQ(password::kindOf(stored()), password::Stored::None);
 }
 
+TEST(CommandLine, KeepsUsersAndWhatTheyMayDo) {
+    const MadeDistrict made(1);
+    const auto users = [&](std::vector<std::string> words, const std::string& input = {}) {
+        words.insert(words.begin(), {"users", made.folder()});
+        return run(words, input);
+    };
+    EXPECT_THAT(users({"add", "Zoë", "new", "Change Bell Times", "rtg260"}).out,
+                HasSubstr("Added Zoë without a password; may use New (RTG210), Change Bell"));
+    EXPECT_EQ(users({"revoke", "ZOë", "bell-times"}).status, ExitStatus::Done);
+    EXPECT_EQ(users({"password", "zoë"}, "Blue Bus\n").out, "The password of Zoë was set.\n");
+    EXPECT_EQ(users({}).out,
+              "User     Password  New     Delete  Change Bell Times  Group Change  Print\n"
+              "                   RTG210  RTG230  RTG250             RTG260        RTG270\n"
+              "CLERK    none      -       -       -                  -             yes\n"
+              "PLANNER  none      yes     yes     yes                yes           yes\n"
+              "R.T.E.   none      yes     yes     yes                yes           yes\n"
+              "Zoë      set       yes     -       -                  yes           -\n");
+    EXPECT_THAT(users({"list", "--json"}).out, HasSubstr("\"user\": \"Zoë\""));
+    EXPECT_EQ(users({"remove", "CLERK"}).out,
+              "Removed CLERK with 6 permissions of all programs of the suite.\n");
+    EXPECT_EQ(run({"check", made.folder()}).status, ExitStatus::Done);
+
+    for (const char* id : {"", " ", "zoë", "O'BRIAN", "-style", "A  B", "\xff"}) {
+        EXPECT_NE(users({"add", id}).status, ExitStatus::Done) << id;
+    }
+    EXPECT_EQ(users({"grant", "NOBODY", "all"}).complaints, "There is no user NOBODY.\n");
+    EXPECT_EQ(users({"grant", "PLANNER", "fly"}).status, ExitStatus::Misused);
+    EXPECT_EQ(users({"promote", "PLANNER"}).status, ExitStatus::Misused);
+}
+
+TEST(CommandLine, GrantsWhatTheProgramCounts) {
+    const MadeDistrict made(1);
+    const auto file = data::DatabaseFile::QDSC;
+    made.execute(file, "DELETE FROM QDSCPP WHERE PERM = 'RTG270'");
+    made.execute(file, "DELETE FROM QDSCU_PP WHERE PERM = 'RTG270'");
+    made.execute(file, "UPDATE QDSCU_PP SET PERM = 'rtg260' WHERE PERM = 'RTG260'");
+    run({"users", made.folder(), "grant", "CLERK", "all"});
+    const auto row = made.open(file)->prepare(
+        "SELECT (SELECT COUNT(*) FROM QDSCPP WHERE PRODUCT = 'ROUTING'), COUNT(*),"
+        " MIN(PERM = upper(PERM)) FROM QDSCU_PP WHERE QDSC1 = 'CLERK' AND PRODUCT = 'ROUTING'");
+    row->step();
+    EXPECT_EQ(row->integer(0), 5);
+    EXPECT_EQ(row->integer(1), 5);
+    EXPECT_EQ(row->integer(2), 1) << "the program compares codes exactly";
+}
+
 TEST(Companions, AreLinkedButNeverReplaceAFile) {
     const support::TemporaryFolder from;
     const support::TemporaryFolder to;
