@@ -47,7 +47,7 @@ struct Shape {
     float corner = 0;             ///< the radius of a rectangle's corners
     float thick = 0;              ///< of a line, or of what is not filled
     float dash = 0;               ///< length of dashes and gaps; 0 is a whole line
-    std::vector<float> points;    ///< of a polygon: x and y in turn
+    std::vector<float> points;    ///< of a polygon: x and y in turn; one not filled stays open
 };
 
 /// A place to jump to: bookmarks of a file, contents of the preview.

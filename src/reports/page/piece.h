@@ -18,6 +18,7 @@ struct Style {
 };
 
 /// Greys of the pages: of labels, of what is said beside, of bands.
+inline constexpr std::uint8_t Black = 0;
 inline constexpr std::uint8_t White = 255;
 inline constexpr std::uint8_t LabelInk = 77;
 inline constexpr std::uint8_t QuietInk = 64;
