@@ -223,10 +223,16 @@ int main(int count, char** words) {
     base::ports().clock = &clock;
     std::cout << std::unitbuf;
     try {
+        if (count == 4 && words[1] == std::string("perform")) {
+            District district(words[3]);
+            operationOf(words[2]).perform(district);
+            return 0;
+        }
         if (count > 2) {
             return run(std::stoi(words[1]), words[2], {words + 3, words + count});
         }
-        std::cerr << "Usage: group-operations COUNT FOLDER [OPERATION...]\n";
+        std::cerr << "Usage: group-operations COUNT FOLDER [OPERATION...]\n"
+                     "       group-operations perform OPERATION DISTRICT\n";
         return 2;
     } catch (const std::exception& error) {
         std::cerr << error.what() << "\n";

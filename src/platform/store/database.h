@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -115,6 +116,9 @@ struct FileMark {
     friend bool operator==(const FileMark&, const FileMark&) = default;
 };
 
+/// Told now and then while a file is copied, of the pages that are and of all.
+using CopyProgress = std::function<void(std::int64_t done, std::int64_t all)>;
+
 /// One open database file. SQL given here is the store's own dialect.
 class Database {
 public:
@@ -154,6 +158,9 @@ public:
     virtual void begin() = 0;
     virtual void commit() = 0;  ///< raises Replaced, with the transaction still open
     virtual void rollback() = 0;
+    /// From here to `rollback` this database and the linked ones are read as they are now, whatever
+    /// others write meanwhile; see StandStill for one moment in several files.
+    virtual void beginReading() = 0;
 
     /// Raises StoreError inside a transaction.
     virtual void setDurability(Durability durability) = 0;
@@ -175,8 +182,10 @@ public:
     /// to have a value and no default.
     virtual std::vector<std::string> complete(const Table& table) = 0;
 
-    /// Writes the file as it is now, page by page, to a new one that only its owner reads.
-    virtual void copyTo(const std::string& path) = 0;
+    /// Writes the file as it is now, page by page, to a new one that only its owner reads. What
+    /// `progress` raises ends it and leaves the new file unfinished. What others write meanwhile
+    /// lets it begin anew, but not after `beginReading`.
+    virtual void copyTo(const std::string& path, const CopyProgress& progress) = 0;
 };
 
 /// How long a locked file is waited for, in milliseconds, unless told otherwise.

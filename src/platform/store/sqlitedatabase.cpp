@@ -222,6 +222,19 @@ void SqliteDatabase::commit() {
 
 void SqliteDatabase::rollback() { execute("ROLLBACK"); }
 
+void SqliteDatabase::beginReading() {
+    execute("BEGIN");
+    try {  // the engine's moment is the first reading of each file
+        execute("SELECT COUNT(*) FROM main.sqlite_master");
+        for (const auto& [name, path] : linked_) {
+            execute(fmt::format("SELECT COUNT(*) FROM {}.sqlite_master", quoted(name)));
+        }
+    } catch (const StoreError&) {
+        rollback();
+        throw;
+    }
+}
+
 void SqliteDatabase::setDurability(Durability durability) {
     const std::string_view level = durability == Durability::PowerCut ? "FULL" : "NORMAL";
     execute(fmt::format("PRAGMA main.synchronous = {}", level));
@@ -299,17 +312,22 @@ std::vector<std::string> SqliteDatabase::complete(const Table& table) {
     return added;
 }
 
-void SqliteDatabase::copyTo(const std::string& path) {
+void SqliteDatabase::copyTo(const std::string& path, const CopyProgress& progress) {
+    constexpr int PagesAtOnce = 1000;
     createEmpty(path);
     sqlite3* made = nullptr;
     const int opened = sqlite3_open_v2(path.c_str(), &made, SQLITE_OPEN_READWRITE, nullptr);
     const Source copy{made, path, source_.lockTimeoutMs, nullptr};
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle(made, sqlite3_close_v2);
     check(copy, opened);
-    sqlite3_backup* backup = sqlite3_backup_init(made, "main", source_.handle, "main");
+    std::unique_ptr<sqlite3_backup, int (*)(sqlite3_backup*)> backup(
+        sqlite3_backup_init(made, "main", source_.handle, "main"), sqlite3_backup_finish);
     check(copy, backup == nullptr ? sqlite3_errcode(made) : SQLITE_OK);
-    sqlite3_backup_step(backup, -1);
-    check(copy, sqlite3_backup_finish(backup));
+    while (sqlite3_backup_step(backup.get(), PagesAtOnce) == SQLITE_OK) {
+        const int all = sqlite3_backup_pagecount(backup.get());
+        progress(all - sqlite3_backup_remaining(backup.get()), all);
+    }
+    check(copy, sqlite3_backup_finish(backup.release()));
 }
 
 void SqliteDatabase::readCatalog() {

@@ -44,6 +44,7 @@ public:
     void begin() override;
     void commit() override;
     void rollback() override;
+    void beginReading() override;
 
     void setDurability(Durability durability) override;
     void setLockTimeout(int milliseconds) override;
@@ -52,7 +53,7 @@ public:
     void create(const Table& table) override;
     void createIndexes(const Table& table) override;
     std::vector<std::string> complete(const Table& table) override;
-    void copyTo(const std::string& path) override;
+    void copyTo(const std::string& path, const CopyProgress& progress) override;
 
 private:
     void readCatalog();

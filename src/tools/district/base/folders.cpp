@@ -1,17 +1,25 @@
 #include "tools/district/base/folders.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <sstream>
 #include <system_error>
+#include <utility>
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 
 #include "platform/base/error.h"
+#include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "platform/ini/ini.h"
+#include "tools/district/base/refuse.h"
 
 namespace tools::district {
 
@@ -21,10 +29,6 @@ namespace fs = std::filesystem;
 
 /// The longest value that a settings file hands out.
 constexpr std::size_t LongestSetting = 255;
-
-[[noreturn]] void refuse(const std::string& why) {
-    throw base::RunTimeError(base::errors::PathFileAccess, why);
-}
 
 void checkName(const Folders& wanted) {
     const std::string longest = wanted.common().string() + "/";
@@ -65,10 +69,33 @@ fs::path tidied(const fs::path& path) {
     return whole.has_filename() ? whole : whole.parent_path();
 }
 
+constexpr std::string_view Making = ".making-";
+
+bool isInUse(const fs::path& folder) {
+    try {
+        const files::FolderLock lock(folder.string(), std::chrono::milliseconds(0));
+        return false;
+    } catch (const base::RunTimeError&) {
+        return true;
+    }
+}
+
+/// Those that killed programs left.
+void removeAbandoned(const fs::path& wanted) {
+    std::error_code error;
+    const std::string beginning = wanted.filename().string() + std::string(Making);
+    for (const auto& entry : fs::directory_iterator(wanted.parent_path(), error)) {
+        if (entry.path().filename().string().starts_with(beginning) && entry.is_directory(error) &&
+            !isInUse(entry.path())) {
+            fs::remove_all(entry.path(), error);
+        }
+    }
+}
+
 fs::path makeBeside(const fs::path& wanted) {
     std::error_code error;
     fs::create_directories(wanted.parent_path(), error);
-    std::string name = wanted.string() + ".making-XXXXXX";
+    std::string name = wanted.string() + std::string(Making) + "XXXXXX";
     if (error || ::mkdtemp(name.data()) == nullptr) {
         refuse(fmt::format("The folder {} cannot be made: {}.", wanted.string(),
                            error ? error.message() : std::strerror(errno)));
@@ -112,10 +139,15 @@ Folders foldersOf(const fs::path& root) {
     return folders;
 }
 
-FolderInTheMaking::FolderInTheMaking(const fs::path& wanted) : wanted_{tidied(wanted)} {
+FolderInTheMaking::FolderInTheMaking(const fs::path& wanted, Place place)
+    : wanted_{tidied(wanted)}, place_(place) {
     checkName(wanted_);
-    checkFree(wanted_);
+    if (place == Place::Free) {
+        checkFree(wanted_);
+    }
+    removeAbandoned(wanted_.root);
     making_.root = makeBeside(wanted_.root);
+    inUse_ = std::make_unique<files::FolderLock>(making_.root.string(), std::chrono::seconds(1));
     for (const fs::path& folder : {making_.data(), making_.reports(), making_.programs(),
                                    making_.common(), making_.settings().parent_path()}) {
         makePrivate(folder);
@@ -130,13 +162,12 @@ FolderInTheMaking::~FolderInTheMaking() {
 }
 
 void FolderInTheMaking::finish() {
-    std::error_code error;
-    fs::rename(making_.root, wanted_.root, error);
-    if (error) {
+    const unsigned flags = place_ == Place::District ? RENAME_EXCHANGE : 0;
+    if (::renameat2(AT_FDCWD, making_.root.c_str(), AT_FDCWD, wanted_.root.c_str(), flags) != 0) {
         refuse(fmt::format("The district cannot be moved to {}: {}.", wanted_.root.string(),
-                           error.message()));
+                           std::strerror(errno)));
     }
-    finished_ = true;
+    finished_ = place_ == Place::Free;
 }
 
 void writeSettings(const Folders& making, const Folders& wanted) {
@@ -151,6 +182,23 @@ void writeSettings(const Folders& making, const Folders& wanted) {
                     "ERRORHANDLING=True\n"
                     "MAPSoftware=ArcView3.2\n",
                     wanted.data().string(), wanted.programs().string(), wanted.common().string()));
+}
+
+std::string settingsFor(const Folders& wanted, std::string_view settings) {
+    const std::pair<std::string_view, fs::path> places[] = {{"datapath", wanted.data()},
+                                                            {"progpath", wanted.programs()},
+                                                            {"VIREOpath", wanted.common()}};
+    std::string text;
+    std::istringstream lines{std::string(settings)};
+    for (std::string line; std::getline(lines, line);) {
+        const auto key = base::trim(std::string_view(line).substr(0, line.find('=')));
+        const auto* const place = std::ranges::find_if(
+            places, [&](const auto& one) { return base::equalsNoCase(one.first, key); });
+        text += place == std::end(places) || line.find('=') == std::string::npos
+                    ? line + '\n'
+                    : fmt::format("{}={}/\n", place->first, place->second.string());
+    }
+    return text;
 }
 
 void writePrivateFile(const fs::path& path, std::string_view text) {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "data/schema/schema.h"
+#include "platform/files/files.h"
 
 namespace tools::district {
 
@@ -39,13 +41,20 @@ struct Folders {
 [[nodiscard]] Folders foldersOf(const std::filesystem::path& root);
 
 /// A new folder beside the one that is asked for, which takes that one's place when all is done.
-/// Until then it is removed again by the destructor, so that a failure leaves nothing behind.
-/// Everything below it is for its owner only.
+/// Until then it is removed again by the destructor, so that a failure leaves nothing behind; what
+/// a killed program left is removed by the next one that makes the same. Everything below it is for
+/// its owner only.
 class FolderInTheMaking {
 public:
-    /// Raises base::RunTimeError where the folder holds something already, cannot be made, or has a
-    /// name that the settings file cannot hold.
-    explicit FolderInTheMaking(const std::filesystem::path& wanted);
+    /// What may stand in the place of the folder that is asked for.
+    enum class Place {
+        Free,      ///< nothing, or an empty folder
+        District,  ///< a district that this one replaces
+    };
+
+    /// Raises base::RunTimeError where something else stands there, the folder cannot be made, or
+    /// has a name that the settings file cannot hold.
+    explicit FolderInTheMaking(const std::filesystem::path& wanted, Place place = Place::Free);
     ~FolderInTheMaking();
     FolderInTheMaking(const FolderInTheMaking&) = delete;
     FolderInTheMaking& operator=(const FolderInTheMaking&) = delete;
@@ -54,17 +63,24 @@ public:
     /// Where it will stand.
     [[nodiscard]] const Folders& wanted() const { return wanted_; }
 
-    /// Moves it to its place. Raises base::RunTimeError.
+    /// Moves it to its place; what it replaces stands there up to that moment, and is removed by
+    /// the destructor. Raises base::RunTimeError.
     void finish();
 
 private:
     Folders wanted_;
     Folders making_;
+    Place place_;
+    std::unique_ptr<files::FolderLock> inUse_;
     bool finished_ = false;
 };
 
 /// Writes the settings file of a district that will stand at `wanted`.
 void writeSettings(const Folders& making, const Folders& wanted);
+
+/// The text of a settings file with the folders of the district at `wanted` in the place of those
+/// that it names; everything else stays.
+[[nodiscard]] std::string settingsFor(const Folders& wanted, std::string_view settings);
 
 /// Writes a text file that only its owner reads. Raises base::RunTimeError.
 void writePrivateFile(const std::filesystem::path& path, std::string_view text);

@@ -59,6 +59,13 @@ void Progress::step() {
     }
 }
 
+void Progress::reach(std::int64_t done, std::int64_t steps) {
+    done_ = done;
+    steps_ = steps;
+    show();
+    throwIfInterrupted();
+}
+
 void Progress::show() {
     if (terminal_) {
         const auto percent = steps_ > 0 ? done_ * 100 / steps_ : 0;

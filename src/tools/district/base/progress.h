@@ -6,7 +6,7 @@
 namespace tools::district {
 
 /// One line on standard error that is written over as work goes on; silent where standard error is
-/// no terminal. Raises Interrupted from `step` once the user has pressed Ctrl+C.
+/// no terminal. Raises Interrupted from all but `clear` once the user has pressed Ctrl+C.
 class Progress {
 public:
     Progress();
@@ -17,6 +17,8 @@ public:
     /// A new piece of work of so many steps.
     void begin(std::string what, std::int64_t steps);
     void step();
+    /// So many of so many steps are done.
+    void reach(std::int64_t done, std::int64_t steps);
     /// Takes the line away, for what is written on the terminal next.
     void clear() const;
 

@@ -7,6 +7,7 @@
 
 #include "data/schema/version.h"
 #include "platform/store/database.h"
+#include "platform/store/standstill.h"
 #include "tools/district/check/checkparts.h"
 
 namespace tools::district {
@@ -59,6 +60,21 @@ std::unique_ptr<store::Database> openAll(const Folders& folders, CheckReport& re
     return checkVersions(found, folders, report) ? std::move(database) : nullptr;
 }
 
+/// All tables are read as they are at one moment, where somebody works in the district meanwhile.
+/// Not where the files may only be read.
+void beginReading(store::Database& database, const Folders& folders) {
+    std::vector<std::string> paths;
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        paths.push_back(folders.database(file).string());
+    }
+    try {
+        const store::StandStill still(paths, store::StandStillPatience);
+        database.beginReading();
+    } catch (const store::StoreError&) {
+        return;
+    }
+}
+
 void checkTables(store::Database& database, CheckReport& report, Progress& progress) {
     checkSchema(database, report);
     checkCells(database, report, progress);
@@ -109,6 +125,7 @@ CheckReport checkDistrict(const Folders& folders, Progress& progress) {
         return report;
     }
     try {
+        beginReading(*database, folders);
         checkTables(*database, report, progress);
     } catch (const store::StoreError& error) {
         CheckFinding broken{.what = "Faults that ended the check"};

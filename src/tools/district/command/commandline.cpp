@@ -10,6 +10,8 @@
 #include <fmt/format.h>
 
 #include "platform/files/files.h"
+#include "tools/district/backup/backup.h"
+#include "tools/district/backup/restore.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
 #include "tools/district/base/terminal.h"
@@ -96,6 +98,41 @@ bool upgrade(const Call& call) {
     return true;
 }
 
+std::string megabytes(std::int64_t bytes) {
+    constexpr double Megabyte = 1e6;
+    return fmt::format("{:.1f} MB", static_cast<double>(bytes) / Megabyte);
+}
+
+bool backUp(const Call& call) {
+    BackupOptions options{.folders = foldersOf(call.words[0]), .target = call.words[1]};
+    if (const auto keep = call.number("keep", 1, UINT32_MAX)) {
+        options.keep = *keep;
+    }
+    Progress progress;
+    const BackupOutcome made = backUpDistrict(options, progress);
+    progress.clear();
+    call.out << fmt::format("Backed up {} of {} as {} in {}.\n", megabytes(made.bytes),
+                            options.folders.root.string(), megabytes(made.packedBytes),
+                            made.file.string());
+    for (const auto& older : made.removed) {
+        call.out << fmt::format("Removed {}.\n", older.string());
+    }
+    return true;
+}
+
+bool restore(const Call& call) {
+    Progress progress;
+    const auto former = restoreDistrict(call.words[0], call.words[1], progress);
+    progress.clear();
+    const Folders folders = foldersOf(call.words[1]);
+    linkCompanions(files::programFolder(), folders.programs());
+    call.out << fmt::format("Restored {}.\n", folders.root.string());
+    if (former) {
+        call.out << fmt::format("The files as they were are in {}.\n", former->string());
+    }
+    return check({call.options, {call.words[1]}, call.in, call.out, call.complaints});
+}
+
 bool sql(const Call& call) {
     return runSql({.file = call.words[0],
                    .statement = call.words.size() > 1 ? std::optional(call.words[1]) : std::nullopt,
@@ -146,6 +183,22 @@ what they lack. Refuses while somebody works in the district, and a newer one. B
 killed, it leaves each file as before or as after: run it again.
 
 Example: vireo-district upgrade ~/sample)";
+constexpr std::string_view BackupHelp = R"(write a district into one file while planners work
+
+Writes the six files as they are at one moment, and the settings, into the archive TARGET, or
+into the folder TARGET under the district's name and the date; tar --zstd takes it apart, too.
+--keep N removes the oldest of those whose names differ in their digits alone, and keeps N.
+Broken off or killed, it leaves no archive.
+
+Example: vireo-district backup ~/sample ~/backups --keep 14)";
+constexpr std::string_view RestoreHelp = R"(put a district back from such a file
+
+Restores the archive FILE to a new FOLDER, or in the place of the district there, while nobody
+works in it; the files as they were are kept in a folder of it, "backup-" and the date. Broken
+off or killed, it leaves the folder as before or restored. Then it looks the district over as
+check does, and ends with 1 where that finds anything.
+
+Example: vireo-district restore ~/backups/sample-2026-11-22-020000.tar.zst ~/sample)";
 constexpr std::string_view SqlHelp = R"(run statements on one database file
 
 Takes statements from standard input, one a line, where none is given; lines that are empty or
@@ -202,10 +255,12 @@ const std::vector<Command>& commands() {
          {{"runs", "", "N"}, {"seed", "", "S"}}},
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
+        {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
+        {"restore", "FILE FOLDER", {2, 2}, RestoreHelp, restore},
         {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
         {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
         {"users",
-         "FOLDER [ACTION [USER [PERMISSION...]]]",
+         "FOLDER [ACTION [USER [PERMISSION]...]]",
          {1, MostUserWords},
          UsersHelp,
          users,
@@ -221,7 +276,7 @@ std::string usageOf(const Command& command) {
 std::string help() {
     std::string text = "Usage:\n";
     for (const Command& command : commands()) {
-        text += fmt::format("  {:<52}{}\n", usageOf(command),
+        text += fmt::format("  {:<58}{}\n", usageOf(command),
                             command.help.substr(0, command.help.find('\n')));
     }
     return text +

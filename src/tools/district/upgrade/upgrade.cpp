@@ -12,6 +12,7 @@
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/store/database.h"
+#include "tools/district/base/openalone.h"
 
 namespace tools::district {
 
@@ -31,20 +32,6 @@ using OpenFile = std::unique_ptr<store::Database> (*)(const std::string& path);
 
 std::unique_ptr<store::Database> openBesideOthers(const std::string& path) {
     return store::open(path);
-}
-
-std::unique_ptr<store::Database> openAlone(const std::string& path) {
-    try {
-        return store::openAlone(path);
-    } catch (const store::StoreError& error) {
-        if (error.fault() != store::Fault::Locked) {
-            throw;
-        }
-    }
-    refuse(fmt::format(
-        "Somebody works in this district: {} is open in another program. Close it there and try "
-        "again; nothing was changed.",
-        path));
 }
 
 /// All six files, open.
@@ -110,7 +97,9 @@ fs::path backUp(const Folders& folders, const OpenFiles& files, Progress& progre
     for (std::size_t i = 0; i < files.found().size(); ++i) {
         const DatabaseFile file = files.found()[i].file;
         progress.begin(fmt::format("Backing up {}", data::fileName(file)), 0);
-        files.database(i).copyTo(making.folders().database(file).string());
+        files.database(i).copyTo(
+            making.folders().database(file).string(),
+            [&](std::int64_t done, std::int64_t all) { progress.reach(done, all); });
     }
     making.finish();
     return wanted.root;

@@ -1,0 +1,236 @@
+#include "tools/district/backup/archive.h"
+
+#include <QCryptographicHash>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "tools/district/base/refuse.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* SumsName = "B2SUMS";
+constexpr std::size_t BlockSize = 1 << 18;
+constexpr int OwnerReadsAndWrites = 0600;
+
+/// The hash of which `b2sum` writes the sums.
+class Sum {
+public:
+    void add(std::string_view bytes) {
+        hash_.addData(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    }
+    [[nodiscard]] std::string text() const { return hash_.result().toHex().toStdString(); }
+
+private:
+    QCryptographicHash hash_{QCryptographicHash::Blake2b_512};
+};
+
+/// Each line a sum, two blanks, a name.
+std::map<std::string, std::string> sumsByName(const std::string& text) {
+    std::map<std::string, std::string> sums;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (const auto blanks = line.find("  "); blanks != std::string::npos) {
+            sums[line.substr(blanks + 2)] = line.substr(0, blanks);
+        }
+    }
+    return sums;
+}
+
+void requireWritten(archive& one, la_ssize_t code) {
+    if (code < ARCHIVE_OK) {
+        refuse(fmt::format("The back-up cannot be written: {}.", archive_error_string(&one)));
+    }
+}
+
+/// Reads one archive; anything but a plain success is a fault.
+class Reader {
+public:
+    explicit Reader(const fs::path& file) : file_(file) {
+        archive_read_support_filter_zstd(archive_.get());
+        archive_read_support_format_tar(archive_.get());
+        require(archive_read_open_filename(archive_.get(), file.c_str(), BlockSize));
+    }
+
+    /// The name of the next file; empty behind the last.
+    std::string next() {
+        archive_entry* entry = nullptr;
+        const int code = archive_read_next_header(archive_.get(), &entry);
+        if (code == ARCHIVE_EOF) {
+            return {};
+        }
+        require(code);
+        const char* name = archive_entry_pathname(entry);
+        return name == nullptr ? "?" : name;
+    }
+
+    /// The next bytes of that file; empty at its end.
+    std::string_view block() {
+        const la_ssize_t got = archive_read_data(archive_.get(), buffer_.data(), buffer_.size());
+        require(got);
+        return {buffer_.data(), static_cast<std::size_t>(got)};
+    }
+
+private:
+    void require(la_ssize_t code) const {
+        if (code < ARCHIVE_OK) {
+            const char* reason = archive_error_string(archive_.get());
+            refuse(fmt::format("{} is no back-up, or a damaged one: {}.", file_.string(),
+                               reason == nullptr ? "it cannot be read" : reason));
+        }
+    }
+
+    fs::path file_;
+    std::unique_ptr<archive, void (*)(archive*)> archive_{
+        archive_read_new(), [](archive* one) { archive_read_free(one); }};
+    std::array<char, BlockSize> buffer_{};
+};
+
+/// A new file that only its owner reads.
+class PrivateFile {
+public:
+    explicit PrivateFile(fs::path path)
+        : path_(std::move(path)),
+          handle_(
+              ::open(path_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, OwnerReadsAndWrites)) {
+        require(handle_ >= 0);
+    }
+    ~PrivateFile() { ::close(handle_); }
+    PrivateFile(const PrivateFile&) = delete;
+    PrivateFile& operator=(const PrivateFile&) = delete;
+
+    void append(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const auto written = ::write(handle_, bytes.data(), bytes.size());
+            require(written > 0);
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+    }
+    void sync() { require(::fsync(handle_) == 0); }
+
+private:
+    void require(bool isWell) const {
+        if (!isWell) {
+            refuse(fmt::format("{} cannot be written: {}.", path_.string(), std::strerror(errno)));
+        }
+    }
+
+    fs::path path_;
+    int handle_;
+};
+
+std::string sumOfUnpacked(Reader& reader, const fs::path& to, const BytesRead& read) {
+    Sum sum;
+    PrivateFile file(to);
+    for (auto block = reader.block(); !block.empty(); block = reader.block()) {
+        sum.add(block);
+        file.append(block);
+        read(static_cast<std::int64_t>(block.size()));
+    }
+    file.sync();
+    return sum.text();
+}
+
+std::string textOf(Reader& reader) {
+    constexpr std::size_t Longest = 1 << 16;
+    std::string text;
+    for (auto block = reader.block(); !block.empty() && text.size() < Longest;
+         block = reader.block()) {
+        text += block;
+    }
+    return text;
+}
+
+}  // namespace
+
+ArchiveWriter::ArchiveWriter(int file)
+    : archive_(archive_write_new(), [](archive* one) { archive_write_free(one); }) {
+    archive& one = *archive_;
+    requireWritten(one, archive_write_add_filter_zstd(&one));
+    requireWritten(one, archive_write_set_format_pax_restricted(&one));
+    requireWritten(one, archive_write_open_fd(&one, file));
+}
+
+ArchiveWriter::~ArchiveWriter() = default;
+
+void ArchiveWriter::beginEntry(const std::string& name, std::int64_t size) {
+    const std::unique_ptr<archive_entry, void (*)(archive_entry*)> entry(archive_entry_new(),
+                                                                         archive_entry_free);
+    archive_entry_set_pathname(entry.get(), name.c_str());
+    archive_entry_set_filetype(entry.get(), AE_IFREG);
+    archive_entry_set_perm(entry.get(), OwnerReadsAndWrites);
+    archive_entry_set_size(entry.get(), size);
+    archive_entry_set_mtime(entry.get(), std::time(nullptr), 0);
+    requireWritten(*archive_, archive_write_header(archive_.get(), entry.get()));
+}
+
+void ArchiveWriter::append(std::string_view bytes) {
+    requireWritten(*archive_, archive_write_data(archive_.get(), bytes.data(), bytes.size()));
+}
+
+void ArchiveWriter::add(const std::string& name, const fs::path& file, const BytesRead& read) {
+    Sum sum;
+    std::ifstream in(file, std::ios::binary);
+    beginEntry(name, static_cast<std::int64_t>(fs::file_size(file)));
+    std::array<char, BlockSize> buffer{};
+    while (in.read(buffer.data(), buffer.size()) || in.gcount() > 0) {
+        const std::string_view block{buffer.data(), static_cast<std::size_t>(in.gcount())};
+        sum.add(block);
+        append(block);
+        read(static_cast<std::int64_t>(block.size()));
+    }
+    if (in.bad()) {
+        refuse(fmt::format("{} cannot be read.", file.string()));
+    }
+    sums_ += fmt::format("{}  {}\n", sum.text(), name);
+}
+
+void ArchiveWriter::addText(const std::string& name, std::string_view text) {
+    Sum sum;
+    sum.add(text);
+    beginEntry(name, static_cast<std::int64_t>(text.size()));
+    append(text);
+    sums_ += fmt::format("{}  {}\n", sum.text(), name);
+}
+
+void ArchiveWriter::finish() {
+    beginEntry(SumsName, static_cast<std::int64_t>(sums_.size()));
+    append(sums_);
+    requireWritten(*archive_, archive_write_close(archive_.get()));
+}
+
+void unpackArchive(const fs::path& file,
+                   const std::function<fs::path(const std::string& name)>& target,
+                   const BytesRead& read) {
+    Reader reader(file);
+    std::map<std::string, std::string> found;
+    std::map<std::string, std::string> wanted;
+    for (std::string name = reader.next(); !name.empty(); name = reader.next()) {
+        if (name == SumsName) {
+            wanted = sumsByName(textOf(reader));
+        } else if (const fs::path to = target(name); !to.empty()) {
+            found[name] = sumOfUnpacked(reader, to, read);
+        }
+    }
+    for (const auto& [name, sum] : found) {
+        if (wanted[name] != sum) {
+            refuse(fmt::format("{} in {} was changed or cut short: its checksum is another one.",
+                               name, file.string()));
+        }
+    }
+}
+
+}  // namespace tools::district

@@ -1,0 +1,210 @@
+#include "tools/district/backup/backup.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <memory>
+
+#include <fcntl.h>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "platform/files/files.h"
+#include "platform/store/standstill.h"
+#include "tools/district/backup/archive.h"
+#include "tools/district/base/refuse.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using data::DatabaseFile;
+
+constexpr std::string_view Making = ".making-";
+
+/// The name with one sign in the place of each number.
+std::string kindOf(std::string_view name) {
+    std::string kind;
+    for (const char c : name) {
+        if (std::isdigit(static_cast<unsigned char>(c)) == 0) {
+            kind += c;
+        } else if (!kind.ends_with('#')) {
+            kind += '#';
+        }
+    }
+    return kind;
+}
+
+fs::path fileOf(const BackupOptions& options) {
+    const fs::path target = fs::absolute(options.target).lexically_normal();
+    const fs::path file = fs::is_directory(target)
+                              ? target / fmt::format("{}-{:%Y-%m-%d-%H%M%S}.tar.zst",
+                                                     options.folders.root.filename().string(),
+                                                     fmt::localtime(std::time(nullptr)))
+                              : target;
+    if (fs::exists(file)) {
+        refuse(fmt::format("There is a file {} already. Choose another name.", file.string()));
+    }
+    if (!fs::is_directory(file.parent_path())) {
+        refuse(fmt::format("There is no folder {}.", file.parent_path().string()));
+    }
+    return file;
+}
+
+/// The archive under another name until it is whole. It is held, so that no other back-up takes it
+/// for one that was left behind.
+class NewFile {
+public:
+    explicit NewFile(const fs::path& wanted)
+        : wanted_(wanted), making_(wanted.string() + std::string(Making) + "XXXXXX") {
+        removeAbandoned();
+        handle_ = ::mkostemp(making_.data(), O_CLOEXEC);
+        if (handle_ < 0) {
+            refuse(fmt::format("{} cannot be made: {}.", wanted.string(), std::strerror(errno)));
+        }
+        hold_ = std::make_unique<files::Hold>(making_);
+    }
+    ~NewFile() {
+        ::close(handle_);
+        if (!finished_) {
+            ::unlink(making_.c_str());
+        }
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    [[nodiscard]] int handle() const { return handle_; }
+
+    void finish() {
+        if (::fsync(handle_) != 0 || !moved()) {
+            refuse(
+                fmt::format("{} cannot be written: {}.", wanted_.string(), std::strerror(errno)));
+        }
+        finished_ = true;
+    }
+
+private:
+    /// Not every file system can move without replacing.
+    [[nodiscard]] bool moved() const {
+        if (::renameat2(AT_FDCWD, making_.c_str(), AT_FDCWD, wanted_.c_str(), RENAME_NOREPLACE) ==
+            0) {
+            return true;
+        }
+        return errno == EINVAL && !fs::exists(wanted_) &&
+               ::rename(making_.c_str(), wanted_.c_str()) == 0;
+    }
+
+    void removeAbandoned() const {
+        const std::string kind = kindOf(wanted_.filename().string());
+        for (const auto& entry : fs::directory_iterator(wanted_.parent_path())) {
+            const std::string name = entry.path().filename().string();
+            const auto making = name.find(Making);
+            if (making != std::string::npos && kindOf(name.substr(0, making)) == kind) {
+                files::removeUnheld(entry.path().string());
+            }
+        }
+    }
+
+    fs::path wanted_;
+    std::string making_;
+    int handle_ = -1;
+    std::unique_ptr<files::Hold> hold_;
+    bool finished_ = false;
+};
+
+void copyFiles(const Folders& from, const Folders& to, Progress& progress) {
+    std::vector<std::string> paths;
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        paths.push_back(from.database(file).string());
+    }
+    progress.begin("Waiting for a moment at which nobody writes", 0);
+    const auto databases = store::openAtOneMoment(paths);
+    for (std::size_t i = 0; i < databases.size(); ++i) {
+        const DatabaseFile file = data::AllDatabaseFiles[i];
+        progress.begin(fmt::format("Copying {}", data::fileName(file)), 0);
+        databases[i]->copyTo(to.database(file).string(), [&](std::int64_t done, std::int64_t all) {
+            progress.reach(done, all);
+        });
+    }
+}
+
+/// A damaged file must not push older, sound back-ups out.
+void requireSound(const Folders& copies, Progress& progress) {
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        progress.begin(fmt::format("Looking {} over", data::fileName(file)), 0);
+        const auto damages = store::open(copies.database(file).string())->damages();
+        if (!damages.empty()) {
+            refuse(fmt::format("{} is damaged: {}. No back-up was made; restore an older one.",
+                               data::fileName(file), damages.front()));
+        }
+    }
+}
+
+std::int64_t sizeOf(const Folders& folders) {
+    std::int64_t size = 0;
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        size += static_cast<std::int64_t>(fs::file_size(folders.database(file)));
+    }
+    return size;
+}
+
+void pack(const Folders& copies, const fs::path& settings, int handle, Progress& progress) {
+    ArchiveWriter archive(handle);
+    const std::int64_t all = sizeOf(copies);
+    std::int64_t done = 0;
+    progress.begin("Packing", all);
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        const fs::path path = copies.database(file);
+        archive.add(path.lexically_relative(copies.root).string(), path,
+                    [&](std::int64_t bytes) { progress.reach(done += bytes, all); });
+    }
+    if (fs::exists(settings)) {
+        archive.addText(SettingsInArchive, files::read(settings.string()));
+    }
+    archive.finish();
+}
+
+std::vector<fs::path> removeOlder(const fs::path& made, std::size_t keep) {
+    const std::string kind = kindOf(made.filename().string());
+    std::vector<fs::path> older;
+    for (const auto& entry : fs::directory_iterator(made.parent_path())) {
+        if (entry.is_regular_file() && entry.path() != made &&
+            kindOf(entry.path().filename().string()) == kind) {
+            older.push_back(entry.path());
+        }
+    }
+    std::ranges::sort(older, std::greater<>(),
+                      [](const fs::path& one) { return fs::last_write_time(one); });
+    older.erase(older.begin(),
+                older.begin() + static_cast<std::ptrdiff_t>(std::min(keep - 1, older.size())));
+    for (const fs::path& one : older) {
+        fs::remove(one);
+    }
+    return older;
+}
+
+}  // namespace
+
+BackupOutcome backUpDistrict(const BackupOptions& options, Progress& progress) {
+    BackupOutcome outcome{.file = fileOf(options)};
+    const FolderInTheMaking copies(options.folders.data().parent_path() / "backup-copies");
+    copyFiles(options.folders, copies.folders(), progress);
+    requireSound(copies.folders(), progress);
+    outcome.bytes = sizeOf(copies.folders());
+    NewFile file(outcome.file);
+    pack(copies.folders(), options.folders.settings(), file.handle(), progress);
+    file.finish();
+    outcome.packedBytes = static_cast<std::int64_t>(fs::file_size(outcome.file));
+    if (options.keep) {
+        outcome.removed = removeOlder(outcome.file, *options.keep);
+    }
+    return outcome;
+}
+
+}  // namespace tools::district

@@ -1,0 +1,212 @@
+#include "tools/district/backup/restore.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/files/files.h"
+#include "platform/ini/ini.h"
+#include "platform/store/database.h"
+#include "tools/district/backup/archive.h"
+#include "tools/district/base/folders.h"
+#include "tools/district/base/openalone.h"
+#include "tools/district/base/refuse.h"
+
+namespace tools::district {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using data::DatabaseFile;
+
+constexpr std::array Beside{"", "-wal"};
+
+/// The district that stands in a folder already, if one does.
+std::optional<Folders> districtIn(const fs::path& folder) {
+    if (!fs::is_directory(folder)) {
+        return std::nullopt;
+    }
+    const Folders folders = foldersOf(folder);
+    const bool isThere = std::ranges::any_of(data::AllDatabaseFiles, [&](DatabaseFile file) {
+        return fs::exists(folders.database(file));
+    });
+    if (!isThere) {
+        return std::nullopt;
+    }
+    if (folders.elsewhere) {
+        refuse(
+            fmt::format("The settings of {} name folders elsewhere. Restore to a new folder, "
+                        "and copy its files to where the others are.",
+                        folder.string()));
+    }
+    return folders;
+}
+
+/// Keeps everybody out of the files of a district, as far as they can be opened: a damaged one is
+/// why somebody restores.
+std::vector<std::unique_ptr<store::Database>> shut(const Folders& folders) {
+    constexpr std::array Harmless{store::Fault::Missing, store::Fault::NotADatabase,
+                                  store::Fault::OtherKind, store::Fault::Damaged};
+    std::vector<std::unique_ptr<store::Database>> files;
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        try {
+            files.push_back(openAlone(folders.database(file).string()));
+            files.back()->checkpoint();
+        } catch (const store::StoreError& error) {
+            if (std::ranges::find(Harmless, error.fault()) == Harmless.end()) {
+                throw;
+            }
+        }
+    }
+    return files;
+}
+
+void unpack(const fs::path& file, const Folders& making, Progress& progress) {
+    std::map<std::string, fs::path> targets{{SettingsInArchive, making.settings()}};
+    for (const DatabaseFile one : data::AllDatabaseFiles) {
+        const fs::path path = making.database(one);
+        targets[path.lexically_relative(making.root).string()] = path;
+    }
+    std::int64_t megabytes = 0;
+    std::int64_t bytes = 0;
+    progress.begin("Unpacking", 0);
+    const auto target = [&](const std::string& name) {
+        const auto found = targets.find(name);
+        return found == targets.end() ? fs::path() : found->second;
+    };
+    unpackArchive(file, target, [&](std::int64_t more) {
+        bytes += more;
+        if (constexpr std::int64_t Megabyte = 1000000; bytes / Megabyte != megabytes) {
+            megabytes = bytes / Megabyte;
+            progress.begin(fmt::format("Unpacked {} MB", megabytes), 0);
+        }
+    });
+    for (const auto& [name, path] : targets) {
+        if (path != making.settings() && !fs::exists(path)) {
+            refuse(fmt::format("{} holds no {}; it is no back-up of a district.", file.string(),
+                               name));
+        }
+    }
+}
+
+void nameOwnFolders(const FolderInTheMaking& making) {
+    const fs::path settings = making.folders().settings();
+    const std::string text =
+        fs::exists(settings) ? ini::decoded(files::read(settings.string())) : std::string();
+    if (ini::valueIn(text, "AppPaths", "datapath", "").empty()) {
+        writeSettings(making.folders(), making.wanted());
+    } else {
+        writePrivateFile(settings, settingsFor(making.wanted(), text));
+    }
+}
+
+/// Who owns it and who may read it, as far as this account may say so.
+void makeLike(const fs::path& former, const fs::path& made) {
+    constexpr mode_t Permissions = 07777;
+    struct stat status {};
+    if (::stat(former.c_str(), &status) == 0) {
+        [[maybe_unused]] const int given = ::chown(made.c_str(), status.st_uid, status.st_gid);
+        ::chmod(made.c_str(), status.st_mode & Permissions);
+    }
+}
+
+/// Files are linked, not copied: they are the same afterwards, and it takes no time.
+void carryOver(const fs::directory_entry& entry, const fs::path& to) {
+    if (entry.is_symlink()) {
+        fs::copy_symlink(entry.path(), to);
+    } else if (entry.is_directory()) {
+        fs::create_directories(to);
+        makeLike(entry.path(), to);
+    } else if (entry.is_regular_file()) {
+        fs::create_hard_link(entry.path(), to);
+    }
+}
+
+/// What a restored district brings with it.
+std::vector<fs::path> replacedFiles(const Folders& folders) {
+    std::vector<fs::path> files{folders.settings()};
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        for (const char* beside : Beside) {
+            files.emplace_back(folders.database(file).string() + beside);
+        }
+    }
+    return files;
+}
+
+void carryOverAll(const Folders& from, const Folders& to) {
+    const auto replaced = replacedFiles(from);
+    for (const auto& entry : fs::recursive_directory_iterator(from.root)) {
+        const bool isShared =
+            entry.path().string().ends_with("-shm");  // made anew by whoever opens
+        if (!isShared && std::ranges::find(replaced, entry.path()) == replaced.end()) {
+            carryOver(entry, to.root / entry.path().lexically_relative(from.root));
+        }
+    }
+    for (const DatabaseFile file : data::AllDatabaseFiles) {
+        makeLike(from.database(file), to.database(file));
+    }
+    makeLike(from.settings(), to.settings());
+    makeLike(from.root, to.root);
+}
+
+/// Under a name that nothing has yet; of its owner only.
+std::string keepFormer(const Folders& from, const Folders& to) {
+    std::string name = fmt::format("backup-{:%Y-%m-%d-%H%M%S}", fmt::localtime(std::time(nullptr)));
+    while (fs::exists(from.root / name)) {
+        name += "-2";
+    }
+    for (const fs::path& file : replacedFiles(from)) {
+        const fs::path kept = to.root / name / file.lexically_relative(from.root);
+        fs::create_directories(kept.parent_path());
+        if (fs::exists(file) && fs::file_size(file) > 0) {  // a log is empty mostly
+            fs::create_hard_link(file, kept);
+        }
+    }
+    fs::permissions(to.root / name, fs::perms::owner_all);
+    return name;
+}
+
+/// Everything is on the disk before the district takes its place.
+void sync(const fs::path& folder) {
+    const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool isDone = handle >= 0 && ::syncfs(handle) == 0;
+    ::close(handle);
+    if (!isDone) {
+        refuse(fmt::format("{} cannot be written: {}.", folder.string(), std::strerror(errno)));
+    }
+}
+
+}  // namespace
+
+std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& folder,
+                                        Progress& progress) {
+    using Place = FolderInTheMaking::Place;
+    const auto former = districtIn(folder);
+    const auto keptShut = former ? shut(*former) : decltype(shut(*former)){};
+    FolderInTheMaking making(folder, former ? Place::District : Place::Free);
+    unpack(file, making.folders(), progress);
+    nameOwnFolders(making);
+    std::optional<fs::path> kept;
+    if (former) {
+        kept = making.wanted().root / keepFormer(*former, making.folders());
+        carryOverAll(*former, making.folders());
+    }
+    sync(making.folders().root);
+    making.finish();
+    return kept;
+}
+
+}  // namespace tools::district
