@@ -162,7 +162,7 @@ std::vector<Drawing::Letter> Drawing::lettersIn(const GlyphRun& run, std::string
     for (std::size_t at = 0; at < run.glyphs.size(); ++at) {
         const std::uint32_t cluster = run.glyphs[at].cluster;
         if (of.empty() || of.back().from != cluster) {
-            of.push_back({cluster, endOf(cluster, letters, text.size()), at, 0});
+            of.push_back({cluster, endOf(cluster, letters, text.size()), 0});
         }
         ++of.back().glyphs;
     }
@@ -175,8 +175,8 @@ void Drawing::glyphs(const Box& box, const GlyphRun& run, std::string_view text,
     const auto seen = lettersIn(run, text, letters);
     placed_.clear();
     for (const Letter& letter : seen) {
-        for (std::size_t at = letter.first; at < letter.first + letter.glyphs; ++at) {
-            const Glyph& glyph = run.glyphs[at];
+        for (std::size_t count = 0; count < letter.glyphs; ++count) {
+            const Glyph& glyph = run.glyphs[placed_.size()];
             placed_.push_back(
                 {glyph.id, box.x + glyph.x * box.size + apart_, box.baseline + glyph.y * box.size});
         }
@@ -186,40 +186,23 @@ void Drawing::glyphs(const Box& box, const GlyphRun& run, std::string_view text,
         cairo_show_glyphs(cairo_, placed_.data(), static_cast<int>(placed_.size()));
         return;
     }
-    for (std::size_t at = 0; at < seen.size();) {
-        at += showFrom(seen, at, text);
-    }
+    show(seen, text);
 }
 
-/// Shows the letters that follow each other in the text, one way or the other; how many.
-std::size_t Drawing::showFrom(const std::vector<Letter>& seen, std::size_t at,
-                              std::string_view text) {
-    const auto follows = [&](std::size_t next, bool isBackward) {
-        return isBackward ? seen[next].end == seen[next - 1].from
-                          : seen[next].from == seen[next - 1].end;
-    };
-    const bool isBackward = at + 1 < seen.size() && follows(at + 1, true);
-    std::size_t end = at + 1;
-    while (end < seen.size() && follows(end, isBackward)) {
-        ++end;
-    }
+/// Writes letters in the order in which they are seen, as readers of such files expect it: they
+/// turn what runs from right to left themselves.
+void Drawing::show(const std::vector<Letter>& seen, std::string_view text) {
     clusters_.clear();
-    int glyphs = 0;
-    for (std::size_t letter = at; letter < end; ++letter) {
-        clusters_.push_back({static_cast<int>(seen[letter].end - seen[letter].from),
-                             static_cast<int>(seen[letter].glyphs)});
-        glyphs += clusters_.back().num_glyphs;
+    seenText_.clear();
+    for (const Letter& letter : seen) {
+        seenText_ += text.substr(letter.from, letter.end - letter.from);
+        clusters_.push_back(
+            {static_cast<int>(letter.end - letter.from), static_cast<int>(letter.glyphs)});
     }
-    if (isBackward) {
-        std::ranges::reverse(clusters_);
-    }
-    const std::size_t from = std::min(seen[at].from, seen[end - 1].from);
-    const std::size_t bytes = std::max(seen[at].end, seen[end - 1].end) - from;
-    cairo_show_text_glyphs(
-        cairo_, text.data() + from, static_cast<int>(bytes), placed_.data() + seen[at].first,
-        glyphs, clusters_.data(), static_cast<int>(clusters_.size()),
-        isBackward ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : static_cast<cairo_text_cluster_flags_t>(0));
-    return end - at;
+    cairo_show_text_glyphs(cairo_, seenText_.data(), static_cast<int>(seenText_.size()),
+                           placed_.data(), static_cast<int>(placed_.size()), clusters_.data(),
+                           static_cast<int>(clusters_.size()),
+                           static_cast<cairo_text_cluster_flags_t>(0));
 }
 
 }  // namespace reports

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "reports/page/page.h"
@@ -27,7 +28,6 @@ private:
     struct Letter {
         std::size_t from;
         std::size_t end;
-        std::size_t first;  ///< of its glyphs in the run
         std::size_t glyphs;
     };
 
@@ -40,7 +40,7 @@ private:
                 const std::vector<std::uint32_t>& letters);
     static std::vector<Letter> lettersIn(const GlyphRun& run, std::string_view text,
                                          const std::vector<std::uint32_t>& letters);
-    std::size_t showFrom(const std::vector<Letter>& seen, std::size_t at, std::string_view text);
+    void show(const std::vector<Letter>& seen, std::string_view text);
 
     cairo_t* cairo_;
     Medium medium_;
@@ -48,6 +48,7 @@ private:
     double apart_ = 0;  ///< what stands between the letters of a box so far
     std::vector<cairo_glyph_t> placed_;
     std::vector<cairo_text_cluster_t> clusters_;
+    std::string seenText_;
 };
 
 }  // namespace reports
