@@ -26,23 +26,23 @@ enum class CellKind {
 enum class Total { None, Sum, Least, Greatest, Ratio };
 
 struct Column {
-    std::string field;    ///< of the work table
-    std::string caption;  ///< "At School"
+    std::string field = {};    ///< of the work table
+    std::string caption = {};  ///< "At School"
     CellKind kind = CellKind::Text;
     double width = 0;     ///< points on a page; what is left over goes to the columns that may grow
     bool grows = false;   ///< takes a share of what is left over, and gives where it is short
     bool strong = false;  ///< what people call out: bold
     bool condensed = false;  ///< short of room: names
     Total total = Total::None;
-    std::string ratioOf,
-        ratioTo;  ///< the columns, by field, whose sums a Ratio divides, in percent
+    std::string ratioOf = {},
+                ratioTo = {};  ///< the columns, by field, whose sums a Ratio divides, in percent
 };
 
 /// Rows that belong together: under a head of their own, with their totals behind them.
 struct Group {
-    std::string field;  ///< a new value begins a new group
-    std::string title;  ///< the field that stands in the head
-    std::string note;   ///< what the head counts: "run" gives "9 runs"; empty counts nothing
+    std::string field = {};  ///< a new value begins a new group
+    std::string title = {};  ///< the field that stands in the head
+    std::string note = {};   ///< what the head counts: "run" gives "9 runs"; empty counts nothing
     bool totals = true;
 };
 
@@ -58,18 +58,18 @@ enum class Form {
 enum class PageBreak { None, Run, Route, School };
 
 struct Report {
-    std::string id;     ///< what scripts and settings call it: "run-list"
-    std::string title;  ///< "Run list"
-    std::string
-        purpose;  ///< one line for who chooses: "Compare the runs of a school: times, load, …"
+    std::string id = {};     ///< what scripts and settings call it: "run-list"
+    std::string title = {};  ///< "Run list"
+    /// One line for who chooses: "Compare the runs of a school: times, load, …".
+    std::string purpose = {};
     Form form = Form::List;
-    std::vector<Column> columns;
-    std::vector<Group> groups;  ///< outermost first
+    std::vector<Column> columns = {};
+    std::vector<Group> groups = {};  ///< outermost first
     std::vector<PageBreak> breaks = {PageBreak::None};
     bool landscape = false;
     Confidential confidential = Confidential::Never;
-    bool mayName = false;  ///< can be had with students' names
-    std::string foot;      ///< what holds for every row, said once on each page
+    bool mayName = false;   ///< can be had with students' names
+    std::string foot = {};  ///< what holds for every row, said once on each page
 };
 
 enum class Paper { Letter, A4 };
@@ -84,12 +84,12 @@ struct Options {
 
 /// What stands at the head and foot of every page, made when the report is.
 struct Heading {
-    std::string title;      ///< "Run list"
-    std::string selection;  ///< in words: "Active morning runs, by school and start time"
-    std::string district;   ///< "Four Towns Unified School District"
-    std::string printed;    ///< "Nov 21, 2026 9:41 AM"
-    std::string user;       ///< "PLANNER"
-    std::string foot;
+    std::string title = {};      ///< "Run list"
+    std::string selection = {};  ///< in words: "Active morning runs, by school and start time"
+    std::string district = {};   ///< "Four Towns Unified School District"
+    std::string printed = {};    ///< "Nov 21, 2026 9:41 AM"
+    std::string user = {};       ///< "PLANNER"
+    std::string foot = {};
     bool confidential = false;
 };
 
