@@ -222,9 +222,10 @@ std::vector<Table> findings() {
              .indexes = {on({"LOGDATE"}), on({"RUNID", "LOGDATE"})}}};
 }
 
-void append(std::vector<Table>& tables, std::vector<Table> more) {
-    for (auto& table : more) {
-        tables.push_back(std::move(table));
+template <class Item>
+void append(std::vector<Item>& items, std::vector<Item> more) {
+    for (auto& item : more) {
+        items.push_back(std::move(item));
     }
 }
 
@@ -296,6 +297,95 @@ std::vector<Table> permissions() {
          .key = {"PRODUCT", "QDSC1", "PERM"}}};
 }
 
+/// What the rows of a report have in common: the preparation they belong to, and the run. Their
+/// keys are generated in the order in which the report shows them.
+Table reportTable(std::string name, std::vector<Column> columns) {
+    Table table{.name = std::move(name),
+                .columns = {counter("ID"), whole("SESSION"), whole("RUNID")},
+                .key = {"ID"},
+                .indexes = {on({"SESSION", "RUNID"})}};
+    append(table.columns, std::move(columns));
+    return table;
+}
+
+/// A run with everything that any report says of it.
+Table reportedRun() {
+    return {.name = "RPT_RUN",
+            .columns = {counter("ID"),
+                        whole("SESSION"),
+                        code("RUN"),
+                        text("DESCRIPTION"),
+                        code("SCHOOL"),
+                        text("SCHOOLNAME"),
+                        text("SCHOOLTYPENAME"),
+                        text("TRIPTYPENAME"),
+                        text("RUNFAMILYNAME"),
+                        text("LOCNAME"),
+                        whole("ROUTEKEY"),
+                        code("ROUTEID"),
+                        code("VEHICLE"),
+                        text("DRIVER"),
+                        text("AIDE"),
+                        yesNo("PICKUP"),
+                        date("STARTTIME"),
+                        date("ENDTIME"),
+                        date("BELLTIME"),
+                        text("DAYS"),
+                        text("PLACE"),
+                        number("MINUTES"),
+                        number("MILES"),
+                        whole("STOPS"),
+                        whole("RIDERS"),
+                        whole("RIDING"),
+                        whole("SEATS"),
+                        number("BEFOREMINUTES"),
+                        number("BEFOREMILES"),
+                        date("BEFORESTART"),
+                        number("AFTERMINUTES"),
+                        number("AFTERMILES"),
+                        date("AFTERSTART"),
+                        yesNo("TOGARAGE"),
+                        yesNo("FROMGARAGE"),
+                        date("BEGINS"),
+                        date("ENDS"),
+                        number("HOURS"),
+                        number("EMPTYMILES"),
+                        number("COST"),
+                        text("COMMENT"),
+                        yesNo("REGENERATE"),
+                        text("GARAGE"),
+                        code("PREVRUN"),
+                        code("NEXTRUN"),
+                        code("BUSRUN"),
+                        text("BUSSCHOOL"),
+                        date("BUSSTART"),
+                        yesNo("BUSPICKUP"),
+                        date("CHANGED"),
+                        code("CHANGEDBY")},
+            .key = {"ID"},
+            .indexes = {on({"SESSION", "ROUTEKEY", "BEGINS"})}};
+}
+
+std::vector<Table> reports() {
+    return {{.name = "RPT_SESSION",
+             .columns = {counter("SESSION"), text("OWNER"), date("STARTED")},
+             .key = {"SESSION"}},
+            reportedRun(),
+            reportTable("RPT_STOP",
+                        {whole("RUNSEQ"), whole("INT_STOPID"), code("STOPID"), code("STOPTYPE"),
+                         code("TRIPTYPE"), date("TIME_AT_STOP"), text("ADDRESS"),
+                         text("DESCRIPTION"), whole("RIDERS"), number("MINUTES"), number("MILES"),
+                         yesNo("LEFTSIDE"), text("COMMENT")}),
+            reportTable("RPT_STUDENT",
+                        {whole("STOPROW"), whole("INT_STUID"), code("STUID"), text("NAME"),
+                         text("ADDRESS"), text("PHONE"), text("DAYS"), text("NEEDS")}),
+            reportTable("RPT_LINE",
+                        {whole("INT_STOPID"), code("STOPID"), code("LINETYPE"), text("LINETEXT1"),
+                         text("LINETEXT2"), text("SHORTTEXT"), text("SHORTDIST")}),
+            reportTable("RPT_NOTE",
+                        {code("KIND"), date("NOTED"), code("WHO"), code("STOPID"), text("NOTE")})};
+}
+
 }  // namespace
 
 std::string_view fileName(DatabaseFile file) {
@@ -318,7 +408,7 @@ std::string_view fileName(DatabaseFile file) {
 
 const std::vector<Table>& tablesOf(DatabaseFile file) {
     static const std::array<std::vector<Table>, AllDatabaseFiles.size()> tables = {
-        routing(), routeWrk(), trip(), {}, deadCross(), permissions()};
+        routing(), routeWrk(), trip(), reports(), deadCross(), permissions()};
     return tables[static_cast<std::size_t>(file)];
 }
 

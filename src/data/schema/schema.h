@@ -20,7 +20,7 @@ inline constexpr std::array AllDatabaseFiles = {DatabaseFile::Routing,   Databas
 [[nodiscard]] std::string_view fileName(DatabaseFile file);
 
 /// The tables that a new file gets, with keys, defaults and indexes. Tables that another file holds
-/// and a connection only links are not among them; the report file starts empty.
+/// and a connection only links are not among them.
 [[nodiscard]] const std::vector<store::Table>& tablesOf(DatabaseFile file);
 
 /// The code texts that rules and queries name.

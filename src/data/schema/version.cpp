@@ -12,10 +12,11 @@ namespace {
 /// "VIR" and a digit.
 constexpr std::int32_t FirstKind = 0x56495230;
 
-/// The tables of a file that somebody else made for something else have other names.
+/// The tables of a file that somebody else made for something else have other names. The report
+/// file had none before version 3.
 bool hasAnyTable(DatabaseFile file, const store::Catalog& catalog) {
-    const auto& tables = tablesOf(file);
-    return tables.empty() || std::ranges::any_of(tables, [&](const store::Table& table) {
+    return file == DatabaseFile::VIREORpt ||
+           std::ranges::any_of(tablesOf(file), [&](const store::Table& table) {
                return catalog.find(table.name) != nullptr;
            });
 }
@@ -93,6 +94,7 @@ std::vector<UpgradeStep> madeSteps() {
     for (const DatabaseFile file : AllDatabaseFiles) {
         steps.push_back(blankCodes(2, file));
     }
+    steps.push_back({3, DatabaseFile::VIREORpt, "gives the report file its work tables", {}});
     return steps;
 }
 

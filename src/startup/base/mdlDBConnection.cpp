@@ -62,6 +62,8 @@ void OpenRoutingDatabase() {
         gcnTrip = GetJetConnection(gVIREOPath + TripFile);
         gcnRouting->link(files::find(gVIREOPath + TripFile));
         gcnVIREORpt = GetJetConnection(gDataPath + "VIREORpt.mdb");
+        gcnVIREORpt->link(files::find(gDataPath + "routing.mdb"));
+        gcnVIREORpt->link(files::find(gVIREOPath + TripFile));
         gcnDeadCross = GetJetConnection(gDataPath + "DEADCROSS.mdb");
         gcnQDSC = GetJetConnection(gVIREOPath + "ZBQDSC1.mdb");
     });
