@@ -1,0 +1,302 @@
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "data/schema/schema.h"
+#include "platform/base/text.h"
+#include "reports/catalog/reading.h"
+#include "reports/catalog/sheetwords.h"
+
+namespace reports {
+
+namespace {
+
+constexpr auto Sheets = "SELECT R.* FROM RPT_RUN AS R WHERE R.SESSION={0}";
+constexpr auto StopsOfSheet =
+    "SELECT S.* FROM RPT_STOP AS S WHERE S.SESSION={} AND S.RUNID={} ORDER BY S.ID";
+constexpr auto LinesOfSheet =
+    "SELECT L.* FROM RPT_LINE AS L WHERE L.SESSION={} AND L.RUNID={} ORDER BY L.ID";
+constexpr auto NamesOfSheet =
+    "SELECT N.* FROM RPT_STUDENT AS N WHERE N.SESSION={} AND N.RUNID={} ORDER BY N.ID";
+
+struct SheetRow {
+    std::int64_t id = 0;  ///< RPT_STOP.ID
+    std::int64_t stop = 0;
+    std::string type;
+    SheetStop shown;
+
+    [[nodiscard]] bool is(std::string_view wanted) const {
+        return base::equalsNoCase(type, wanted);
+    }
+};
+
+/// The directions of a run: for each stop the lines that lead to it, in the order of its visits.
+class WayTo {
+public:
+    void add(std::int64_t stop) { ways_[stop].push_back(std::exchange(pending_, {})); }
+    void add(SheetWay way) { pending_.push_back(std::move(way)); }
+    [[nodiscard]] std::vector<SheetWay> take(std::int64_t stop);
+    [[nodiscard]] bool empty() const { return ways_.empty(); }
+
+private:
+    std::vector<SheetWay> pending_;
+    std::map<std::int64_t, std::deque<std::vector<SheetWay>>> ways_;
+};
+
+std::vector<SheetWay> WayTo::take(std::int64_t stop) {
+    auto& visits = ways_[stop];
+    if (visits.empty()) {
+        return {};
+    }
+    auto lines = std::move(visits.front());
+    visits.pop_front();
+    return lines;
+}
+
+class SheetContent final : public StoredContent {
+public:
+    explicit SheetContent(const Stored& stored);
+
+protected:
+    bool readOn() override;
+
+private:
+    void openOf(ado::Recordset& rows, const char* question) const;
+    [[nodiscard]] std::vector<SheetRow> readStops() const;
+    [[nodiscard]] WayTo readWays() const;
+    void readNames(std::vector<SheetRow>& stops) const;
+    void countRiders(std::vector<SheetRow>& stops) const;
+    void addHead();
+    void addStops();
+    void addRemarks();
+    void addRemark(std::vector<SheetWay::Piece> pieces, bool quiet = false);
+    void addBefore();
+    void addAfter();
+    void addEmpty(std::string place, const char* time, const char* miles);
+    [[nodiscard]] std::string text(const char* field) const { return wordsOf(run(field)); }
+    [[nodiscard]] bool flag(const char* field) const {
+        return !run(field).isNull() && run(field).asBoolean();
+    }
+    [[nodiscard]] const ado::Field& run(const char* field) const { return runs_.Fields(field); }
+
+    mutable ado::Recordset runs_;
+    bool hasDirections_ = false;
+};
+
+SheetContent::SheetContent(const Stored& stored) : StoredContent(stored) {
+    size_ = counted(Sheets);
+    open(runs_, fmt::format("{} ORDER BY R.ID", Sheets));
+}
+
+void SheetContent::openOf(ado::Recordset& rows, const char* question) const {
+    rows.Open(fmt::format(fmt::runtime(question), stored_.session, run("ID").asInteger()),
+              stored_.work);
+}
+
+bool SheetContent::readOn() {
+    if (runs_.Eof()) {
+        return false;
+    }
+    addHead();
+    addBefore();
+    addStops();
+    addAfter();
+    addRemarks();
+    runs_.MoveNext();
+    return true;
+}
+
+void SheetContent::addHead() {
+    const auto time = [&](const char* field) {
+        const auto shown = cellText(CellKind::Time, run(field).Value());
+        return shown.empty() ? std::string("–") : shown;
+    };
+    const auto person = [&](const char* field) {
+        const auto name = calledName(text(field));
+        return name.empty() ? std::string("–") : name;
+    };
+    SheetHead head{.plate = text("RUN"), .title = text("SCHOOLNAME")};
+    head.subtitle = fmt::format("{} · {}", text("TRIPTYPENAME"), weekdays(text("DAYS")));
+    head.right = text("VEHICLE").empty() ? "No bus" : "Bus " + text("VEHICLE");
+    head.rightSub = text("ROUTEID").empty() ? "On no route" : "Route " + text("ROUTEID");
+    head.facts = {{"DRIVER", person("DRIVER")}, {"AIDE", person("AIDE")}};
+    if (flag("PICKUP")) {
+        head.facts.push_back({"FIRST STOP", time("STARTTIME")});
+        head.facts.push_back({"AT SCHOOL", time("ENDTIME")});
+        head.facts.push_back({"BELL", time("BELLTIME")});
+    } else {
+        head.facts.push_back({"BELL", time("BELLTIME")});
+        head.facts.push_back({"FROM SCHOOL", time("STARTTIME")});
+        head.facts.push_back({"LAST STOP", time("ENDTIME")});
+    }
+    head.facts.push_back({"STUDENTS", cellText(CellKind::Whole, run("RIDING").Value())});
+    head.facts.push_back({"MILES", cellText(CellKind::Decimal, run("MILES").Value())});
+    waiting_.emplace_back(std::move(head));
+}
+
+std::vector<SheetRow> SheetContent::readStops() const {
+    std::vector<SheetRow> stops;
+    ado::Recordset rows;
+    openOf(rows, StopsOfSheet);
+    int number = 0;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        SheetRow row{.id = rows["ID"].asInteger(),
+                     .stop = rows["INT_STOPID"].asInteger(),
+                     .type = wordsOf(rows["STOPTYPE"]),
+                     .shown = {}};
+        const auto address = wordsOf(rows["ADDRESS"]);
+        const auto description = wordsOf(rows["DESCRIPTION"]);
+        row.shown.time = rows["TIME_AT_STOP"].Value();
+        row.shown.id = wordsOf(rows["STOPID"]);
+        row.shown.note = wordsOf(rows["COMMENT"]);
+        row.shown.leftSide = rows["LEFTSIDE"].asBoolean();
+        if (row.is(data::stoptype::School)) {
+            row.shown.kind = SheetStop::Kind::School;
+            row.shown.place = description.empty() ? address : description;
+            row.shown.corner = description.empty() ? std::string() : address;
+            row.shown.leftSide = false;
+        } else {
+            row.shown.number = row.is(data::stoptype::Garage) ? 0 : ++number;
+            row.shown.place = address.empty() ? description : address;
+            row.shown.corner = address.empty() ? std::string() : cornerOf(description, address);
+        }
+        if (row.is(data::stoptype::Regular)) {
+            const int riders =
+                static_cast<int>(rows["RIDERS"].Value().isNull() ? 0 : rows["RIDERS"].asInteger());
+            row.shown.students = flag("PICKUP") ? riders : -riders;
+        }
+        stops.push_back(std::move(row));
+    }
+    return stops;
+}
+
+/// Along a run to school they get on and leave the bus at its last school; on a run home they are
+/// on it from its first one.
+void SheetContent::countRiders(std::vector<SheetRow>& stops) const {
+    const auto isSchool = [](const SheetRow& row) { return row.is(data::stoptype::School); };
+    const bool toSchool = flag("PICKUP");
+    const int all = run("RIDING").isNull() ? 0 : static_cast<int>(run("RIDING").asInteger());
+    const auto first = std::ranges::find_if(stops, isSchool);
+    const auto last = std::find_if(stops.rbegin(), stops.rend(), isSchool);
+    if (first != stops.end()) {
+        (toSchool ? *last : *first).shown.students = toSchool ? -all : all;
+    }
+    int onBus = toSchool || first != stops.end() ? 0 : all;
+    for (SheetRow& row : stops) {
+        onBus += row.shown.students.value_or(0);
+        row.shown.onBus = onBus;
+    }
+}
+
+WayTo SheetContent::readWays() const {
+    WayTo ways;
+    ado::Recordset rows;
+    openOf(rows, LinesOfSheet);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto type = wordsOf(rows["LINETYPE"]);
+        if (base::equalsNoCase(type, "Stop")) {
+            ways.add(rows["INT_STOPID"].isNull() ? 0 : rows["INT_STOPID"].asInteger());
+        } else if (!base::equalsNoCase(type, "Start") && !base::equalsNoCase(type, "Total")) {
+            ways.add(wayOf(type, wordsOf(rows["LINETEXT1"]), wordsOf(rows["LINETEXT2"])));
+        }
+    }
+    return ways;
+}
+
+void SheetContent::readNames(std::vector<SheetRow>& stops) const {
+    ado::Recordset rows;
+    openOf(rows, NamesOfSheet);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto stop = std::ranges::find(stops, rows["STOPROW"].asInteger(), &SheetRow::id);
+        if (stop != stops.end()) {
+            const auto needs = wordsOf(rows["NEEDS"]);
+            stop->shown.names.push_back(wordsOf(rows["NAME"]) +
+                                        (needs.empty() ? "" : fmt::format(" ({})", needs)));
+        }
+    }
+}
+
+void SheetContent::addStops() {
+    auto stops = readStops();
+    countRiders(stops);
+    if (stored_.options.names) {
+        readNames(stops);
+    }
+    auto ways = readWays();
+    hasDirections_ = !ways.empty();
+    for (SheetRow& row : stops) {
+        for (SheetWay& way : ways.take(row.stop)) {
+            waiting_.emplace_back(std::move(way));
+        }
+        waiting_.emplace_back(std::move(row.shown));
+    }
+    if (stops.empty()) {
+        addRemark({{"There are no stops on this run."}});
+    }
+}
+
+void SheetContent::addEmpty(std::string place, const char* time, const char* miles) {
+    SheetStop leg{.kind = SheetStop::Kind::Empty, .place = std::move(place)};
+    leg.time = run(time).Value();
+    leg.miles = run(miles).Value();
+    waiting_.emplace_back(std::move(leg));
+}
+
+/// Out of the garage for the first run of the route, and where the bus was there since the last.
+void SheetContent::addBefore() {
+    if (run("BEFOREMINUTES").isNull()) {
+        return;
+    }
+    const auto before = text("PREVRUN");
+    const bool fromGarage = before.empty() || flag("FROMGARAGE");
+    const auto garage = text("GARAGE");
+    addEmpty(fromGarage ? fmt::format("Leave the bus garage{}; empty to the first stop",
+                                      garage.empty() ? "" : ", " + garage)
+                        : fmt::format("Empty from the end of run {} to the first stop", before),
+             "BEFORESTART", "BEFOREMILES");
+}
+
+/// The way to the next run stands on that run's sheet.
+void SheetContent::addAfter() {
+    const bool toGarage = text("NEXTRUN").empty() || flag("TOGARAGE");
+    if (run("AFTERMINUTES").isNull() || !toGarage) {
+        return;
+    }
+    const auto garage = text("GARAGE");
+    addEmpty(fmt::format("Empty back to the bus garage{}", garage.empty() ? "" : ", " + garage),
+             "ENDTIME", "AFTERMILES");
+}
+
+void SheetContent::addRemark(std::vector<SheetWay::Piece> pieces, bool quiet) {
+    waiting_.emplace_back(SheetRemark{std::move(pieces), quiet});
+}
+
+void SheetContent::addRemarks() {
+    if (const auto next = text("BUSRUN"); !next.empty()) {
+        const auto start = cellText(CellKind::Time, run("BUSSTART").Value());
+        addRemark({{"Next: run "},
+                   {next, true},
+                   {fmt::format(", {}, {} {}", text("BUSSCHOOL"),
+                                flag("BUSPICKUP") ? "first stop at" : "from school at", start)}});
+    }
+    if (const auto comment = text("COMMENT"); !comment.empty()) {
+        addRemark({{comment}});
+    }
+    if (!hasDirections_) {
+        addRemark({{"There are no directions: the map has not solved this run yet."}});
+    } else if (flag("REGENERATE")) {
+        addRemark({{"The run was changed after these directions were made.", true}});
+    }
+    addRemark({{"Pick up on the right-hand side unless the stop is marked LEFT SIDE."}}, true);
+}
+
+}  // namespace
+
+std::unique_ptr<Content> sheetContent(const Stored& stored) {
+    return std::make_unique<SheetContent>(stored);
+}
+
+}  // namespace reports

@@ -1,0 +1,130 @@
+#include "reports/catalog/worksession.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string_view>
+#include <vector>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
+
+namespace reports {
+
+namespace {
+
+constexpr std::array WorkTables{"RPT_RUN",  "RPT_STOP", "RPT_STUDENT",
+                                "RPT_LINE", "RPT_NOTE", "RPT_SESSION"};
+
+std::string firstLine(const std::string& path) {
+    std::ifstream file(path);
+    std::string line;
+    std::getline(file, line);
+    return line;
+}
+
+/// When a process began, in the machine's ticks; blank for one that is not, or not to be seen. The
+/// program's name, which stands in the line, may hold blanks.
+std::string beginningOf(pid_t process) {
+    const std::string line = firstLine(fmt::format("/proc/{}/stat", process));
+    const auto afterName = line.rfind(')');
+    if (afterName == std::string::npos) {
+        return {};
+    }
+    constexpr int Beginning = 19;  // fields behind the state, which follows the name
+    std::istringstream fields(line.substr(afterName + 1));
+    std::string field;
+    for (int i = 0; i <= Beginning; ++i) {
+        fields >> field;
+    }
+    return field;
+}
+
+/// This start of the machine, and this container of it.
+std::string machine() {
+    std::error_code none;
+    return firstLine("/proc/sys/kernel/random/boot_id") + ' ' +
+           std::filesystem::read_symlink("/proc/self/ns/pid", none).string();
+}
+
+struct Mark {
+    std::string boot, space;
+    pid_t process = 0;
+    std::string beginning;
+};
+
+Mark read(const std::string& text) {
+    Mark mark;
+    std::istringstream(text) >> mark.boot >> mark.space >> mark.process >> mark.beginning;
+    return mark;
+}
+
+bool isRunning(const Mark& mark) {
+    if (::kill(mark.process, 0) != 0 && errno == ESRCH) {
+        return false;
+    }
+    const auto beginning = beginningOf(mark.process);
+    return beginning.empty() || beginning == mark.beginning;
+}
+
+void removeRows(ado::Session& file, std::int64_t key) {
+    for (const char* table : WorkTables) {
+        file.execute(fmt::format("DELETE FROM {} WHERE SESSION={}", table, key));
+    }
+}
+
+std::vector<std::int64_t> leftBehind(ado::Connection& work) {
+    std::vector<std::int64_t> keys;
+    ado::Recordset sessions;
+    sessions.Open("SELECT RPT_SESSION.SESSION, RPT_SESSION.OWNER FROM RPT_SESSION", work);
+    for (; !sessions.Eof(); sessions.MoveNext()) {
+        if (sessions["OWNER"].isNull() || isGone(sessions["OWNER"].asText())) {
+            keys.push_back(sessions["SESSION"].asInteger());
+        }
+    }
+    return keys;
+}
+
+}  // namespace
+
+std::string processMark() {
+    return fmt::format("{} {} {}", machine(), ::getpid(), beginningOf(::getpid()));
+}
+
+bool isGone(const std::string& mark) {
+    const Mark other = read(mark);
+    const Mark here = read(processMark());
+    return other.boot != here.boot || (other.space == here.space && !isRunning(other));
+}
+
+WorkSession::WorkSession(ado::Connection& work, base::Date now) : file_(work.session()) {
+    ado::CommitOnExit unit(work);
+    for (const auto key : leftBehind(work)) {
+        removeRows(*work.session(), key);
+    }
+    work.Execute(fmt::format("INSERT INTO RPT_SESSION (OWNER, STARTED) VALUES ('{}', #{}#)",
+                             ado::escaped(processMark()), now.text()));
+    ado::Recordset own;
+    own.Open("SELECT MAX(RPT_SESSION.SESSION) AS OWN FROM RPT_SESSION", work);
+    key_ = own["OWN"].asInteger();
+    unit.commit();
+}
+
+WorkSession::~WorkSession() {
+    try {
+        if (const auto file = file_.lock()) {
+            removeRows(*file, key_);
+        }
+    } catch (const base::RunTimeError&) {  // held by another program, or closed
+    }
+}
+
+}  // namespace reports

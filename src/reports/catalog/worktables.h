@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/ado/connection.h"
+#include "platform/base/date.h"
+
+namespace reports {
+
+/// Some of a preparation's runs, by their keys in RPT_RUN.
+struct Batch {
+    ado::Connection& work;  ///< sees the tables of routing and trip, too
+    std::int64_t session = 0;
+    std::int64_t first = 0, last = 0;
+    base::Date now;
+    base::Date since;  ///< what was noted before it is left out
+};
+
+/// Puts the runs that a condition on RUN holds for into the work table, in an order by its columns;
+/// `runCost` is the district's of a mile.
+void fillRuns(ado::Connection& work, std::int64_t session, const std::string& condition,
+              const std::string& order, double runCost);
+
+// Each adds what belongs to the runs of a batch, in their order.
+
+/// Stops by sequence, without turn points; on regular ones with those who get on or off.
+void fillStops(const Batch& batch);
+/// Who gets on or off at the stops that are there already, on the day of `now`.
+void fillStudents(const Batch& batch);
+/// The lines of the directions as the map delivered them.
+void fillDirections(const Batch& batch);
+/// Warnings by their rule, newest first.
+void fillWarnings(const Batch& batch);
+/// Who changed what: the run's own columns, and the entries of the log.
+void fillChanges(const Batch& batch);
+/// The runs before and after on the route, and the bus's next one that shares a day.
+void fillNeighbours(const Batch& batch);
+
+/// A column of the runs' work table, so that an order may name it.
+[[nodiscard]] bool isRunColumn(std::string_view column);
+
+}  // namespace reports
