@@ -34,7 +34,7 @@ build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev
     libfontconfig-dev libxlsxwriter-dev libtiff-dev libcups2-dev mdbtools-dev fonts-roboto-unhinted
     fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev dbus procps sqlite3 poppler-utils qpdf python3-openpyxl
-    unrtf libtiff-tools zstd)
+    unrtf libtiff-tools libxml2-utils tidy zstd)
 
 # Configures and builds a preset; prints what the build does only when it does something or fails.
 build_preset() {

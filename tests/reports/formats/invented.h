@@ -1,0 +1,139 @@
+#pragma once
+
+#include <array>
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "reports/base/content.h"
+#include "support/temporaryfolder.h"
+
+namespace reports {
+
+/// A report whose items a test names.
+class Invented : public Content {
+public:
+    Invented(Report report, std::vector<Item> items)
+        : report_(std::move(report)), items_(std::move(items)) {
+        heading_ = {"Run list & more",
+                    "Active <runs>",
+                    "Łódź Unified",
+                    "Nov 21, 2026 9:41 AM",
+                    "O'HARA",
+                    "Foot.",
+                    true};
+    }
+
+    [[nodiscard]] const Report& report() const override { return report_; }
+    [[nodiscard]] const Options& options() const override { return options_; }
+    [[nodiscard]] const Heading& heading() const override { return heading_; }
+    [[nodiscard]] std::size_t size() const override { return items_.size(); }
+    std::optional<Item> next() override {
+        return at_ < items_.size() ? std::optional(items_[at_++]) : std::nullopt;
+    }
+    void rewind() { at_ = 0; }
+
+    Options options_ = {Paper::A4, true};
+
+private:
+    Report report_;
+    Heading heading_;
+    std::vector<Item> items_;
+    std::size_t at_ = 0;
+};
+
+inline Column column(const char* field, CellKind kind, Total total = Total::None) {
+    Column made;
+    made.field = field;
+    made.caption = std::string(field).substr(0, 1) + " & " + field;
+    made.kind = kind;
+    made.width = 60;
+    made.grows = kind == CellKind::Text;
+    made.total = total;
+    return made;
+}
+
+inline const std::vector<std::string>& nastyTexts() {
+    static const std::vector<std::string> texts = {"O'Brien & Sons <b>\"x\"</b>; a,b",
+                                                   "François, Łódź",
+                                                   "גן ילדים, רחוב 5",
+                                                   "شارع المدرسة at 5th Avenue",
+                                                   "🚌 bus 👩‍👧, 学校",
+                                                   std::string(200, 'W'),
+                                                   "line one\r\nline two\rthree",
+                                                   "=1+1",
+                                                   "+4",
+                                                   "-x",
+                                                   "@home",
+                                                   "'quoted'",
+                                                   "tab\there \x01 bell",
+                                                   "back\\slash {brace} \\u8",
+                                                   "  blanks  ",
+                                                   "not \xff utf",
+                                                   "107-1"};
+    return texts;
+}
+
+/// A group with a row of each nasty text, its totals, the report's totals.
+inline Invented nastyList() {
+    Report report;
+    report.title = "Run list";
+    report.columns = {column("RUN", CellKind::Text),
+                      column("START", CellKind::Time),
+                      column("DAY", CellKind::Date),
+                      column("STOPS", CellKind::Whole, Total::Sum),
+                      column("MILES", CellKind::Decimal, Total::Greatest),
+                      column("COST", CellKind::Money),
+                      column("LOAD", CellKind::Load, Total::Ratio)};
+    report.columns.back().ratioOf = "STOPS";
+    report.columns.back().ratioTo = "MILES";
+    Group school;
+    school.field = "SCHOOL";
+    school.title = "SCHOOL_NAME";
+    report.groups = {school};
+    std::vector<Item> items = {GroupHead{0, "École <1>", "2 runs", false}};
+    for (const std::string& text : nastyTexts()) {
+        items.emplace_back(Row{{text, base::Date::timeOfDay(0, 0), base::Date::of(2026, 1, 5), 1234,
+                                13.14, 1204.5, 117}});
+    }
+    items.emplace_back(GroupHead{0, "Zweite", "1 run", true});
+    items.emplace_back(Row{{"last", base::Date::timeOfDay(17, 31), {}, {}, {}, {}, {}}});
+    items.emplace_back(Remark{"Too <many>\nriders"});
+    items.emplace_back(Totals{0, "Zweite, total", {{}, {}, {}, 0, 0.0, {}, {}}});
+    const auto stops = static_cast<int>(1234 * nastyTexts().size());
+    items.emplace_back(Totals{{}, "All", {{}, {}, {}, stops, 13.14, {}, 117}});
+    return {std::move(report), std::move(items)};
+}
+
+/// What a command writes, with what it complains of.
+inline std::string outputOf(const std::string& command) {
+    std::string output;
+    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
+    std::array<char, 4096> block{};
+    for (std::size_t count = 1; pipe != nullptr && count > 0;) {
+        count = std::fread(block.data(), 1, block.size(), pipe);
+        output.append(block.data(), count);
+    }
+    return ::pclose(pipe) == 0 ? output : "failed: " + output;
+}
+
+using Rows = std::vector<std::vector<std::string>>;
+
+/// A file's rows as another program reads them.
+inline Rows readBack(const std::string& file, const std::string& what = "") {
+    Rows rows;
+    std::istringstream all(outputOf(
+        "/usr/bin/python3 '" VIREO_SOURCE_DIR "/tests/reports/formats/readback.py' '" + file + "' " + what));
+    for (std::string row; std::getline(all, row, '\x1e');) {
+        auto& cells = rows.emplace_back();
+        std::istringstream line(row + '\x1f');
+        for (std::string cell; std::getline(line, cell, '\x1f');) {
+            cells.push_back(cell);
+        }
+    }
+    return rows;
+}
+
+}  // namespace reports
