@@ -145,7 +145,7 @@ bool writePdf(const Pages& pages, const std::string& path, const KeepGoing& keep
         if (output.isStopped) {
             return false;
         }
-        if (!document.isWell() || std::fflush(file.get()) != 0) {
+        if (output.error != 0 || !document.isWell() || std::fflush(file.get()) != 0) {
             raiseFor(path, output.error != 0 ? output.error : errno);
         }
     }
