@@ -19,6 +19,7 @@ struct SchoolRow {
     std::string code;
     std::string schoolType;
     bool selected = false;
+    std::string name = {};
 };
 
 /// What the planner is looking for. A text is filled when something is left of it after trimming;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QRawFont>
+#include <map>
+#include <utility>
+
+#include "reports/page/page.h"
+
+class QPainter;
+
+namespace reports {
+
+struct FontFile;
+
+/// Paints laid out pages on the screen, from the same glyphs and the same font files as the file
+/// and the printer get.
+class PagePainter {
+public:
+    /// Paints the shapes and texts of a page, so many pixels to the point, from the painter's
+    /// origin on. The paper is the caller's.
+    void paint(QPainter& painter, const Page& page, double scale);
+
+private:
+    void paintShape(QPainter& painter, const Shape& shape, double scale) const;
+    void paintBox(QPainter& painter, const Page& page, const Box& box, double scale);
+    /// A file that the toolkit cannot read gives a font that draws nothing.
+    [[nodiscard]] const QRawFont& fontOf(const FontFile& file, double pixels);
+
+    std::map<std::pair<const FontFile*, int>, QRawFont> fonts_;  ///< by 64ths of a pixel
+};
+
+}  // namespace reports

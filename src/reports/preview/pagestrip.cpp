@@ -1,0 +1,128 @@
+#include "reports/preview/pagestrip.h"
+
+#include <QAbstractListModel>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+
+#include "reports/preview/pagepainter.h"
+
+namespace reports {
+
+class PageStripModel : public QAbstractListModel {
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    void showPages(const Pages* pages) {
+        beginResetModel();
+        pages_ = pages;
+        count_ = laidOut();
+        endResetModel();
+    }
+    void grow() {
+        if (laidOut() > count_) {
+            beginInsertRows({}, count_, laidOut() - 1);
+            count_ = laidOut();
+            endInsertRows();
+        }
+    }
+    [[nodiscard]] int rowCount(const QModelIndex& parent) const override {
+        return parent.isValid() ? 0 : count_;
+    }
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+        const bool isRead = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+        return isRead ? tr("Page %1").arg(index.row() + 1) : QVariant();
+    }
+    [[nodiscard]] const Pages* pages() const { return pages_; }
+
+private:
+    [[nodiscard]] int laidOut() const {
+        return pages_ == nullptr ? 0 : static_cast<int>(pages_->pages.size());
+    }
+
+    const Pages* pages_ = nullptr;
+    int count_ = 0;
+};
+
+namespace {
+
+constexpr int Around = 8;
+
+/// A page with its number below it.
+class PageDelegate : public QStyledItemDelegate {
+public:
+    explicit PageDelegate(const PageStripModel& model, QObject* parent)
+        : QStyledItemDelegate(parent), model_(model) {}
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& /*index*/) const override {
+        const QSize paper = paperIn(option.fontMetrics);
+        return {paper.width() + 2 * Around,
+                paper.height() + option.fontMetrics.height() + 2 * Around};
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        const QSize size = paperIn(option.fontMetrics);
+        const QRect paper({option.rect.center().x() - size.width() / 2, option.rect.top() + Around},
+                          size);
+        const bool isCurrent = (option.state & QStyle::State_Selected) != 0;
+        const QColor accent = option.palette.color(QPalette::Highlight);
+        painter->save();
+        painter->fillRect(paper, Qt::white);
+        painter->setPen(
+            QPen(isCurrent ? accent : option.palette.color(QPalette::Mid), isCurrent ? 3 : 1));
+        painter->drawRect(paper.adjusted(-1, -1, 0, 0));
+        painter->setPen(isCurrent ? accent : option.palette.color(QPalette::Text));
+        painter->drawText(option.rect.adjusted(0, 0, 0, -Around / 2),
+                          Qt::AlignHCenter | Qt::AlignBottom, QString::number(index.row() + 1));
+        painter->translate(paper.topLeft());
+        painter->setClipRect(QRect({0, 0}, size));
+        pages_.paint(*painter, model_.pages()->pages[static_cast<std::size_t>(index.row())],
+                     1.0 * size.width() / model_.pages()->size.width);
+        painter->restore();
+    }
+
+private:
+    /// As large as some lines of text, so that it grows with the font.
+    [[nodiscard]] QSize paperIn(const QFontMetrics& metrics) const {
+        constexpr double LongSideInLines = 9;
+        const auto size = model_.pages() == nullptr ? PageSize() : model_.pages()->size;
+        return QSizeF(size.width, size.height)
+            .scaled(LongSideInLines * metrics.height(), LongSideInLines * metrics.height(),
+                    Qt::KeepAspectRatio)
+            .toSize();
+    }
+
+    const PageStripModel& model_;
+    mutable PagePainter pages_;
+};
+
+}  // namespace
+
+PageStrip::PageStrip(QWidget* parent) : QListView(parent), model_(new PageStripModel(this)) {
+    setModel(model_);
+    setItemDelegate(new PageDelegate(*model_, this));
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAccessibleName(tr("Pages in small"));
+}
+
+void PageStrip::showPages(const Pages* pages) { model_->showPages(pages); }
+
+void PageStrip::grow() { model_->grow(); }
+
+void PageStrip::follow(int page) {
+    const QScopedValueRollback rollback(following_, true);
+    setCurrentIndex(model_->index(page));
+}
+
+void PageStrip::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QListView::currentChanged(current, previous);
+    if (!following_ && current.isValid() && hasFocus()) {
+        emit pageChosen(current.row());
+    }
+}
+
+}  // namespace reports

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QListView>
+
+#include "reports/page/layout.h"
+
+namespace reports {
+
+class PageStripModel;
+
+/// The pages of a report in small, one of them current. Pages count from 0.
+class PageStrip : public QListView {
+    Q_OBJECT
+
+public:
+    explicit PageStrip(QWidget* parent = nullptr);
+
+    /// The pages outlive the strip, or another showPages().
+    void showPages(const Pages* pages);
+    /// More pages are laid out.
+    void grow();
+    /// Makes a page current without a signal.
+    void follow(int page);
+
+signals:
+    /// The user made a page current.
+    void pageChosen(int page);
+
+protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    PageStripModel* model_;
+    bool following_ = false;
+};
+
+}  // namespace reports
