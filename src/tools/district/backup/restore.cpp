@@ -193,10 +193,10 @@ void sync(const fs::path& folder) {
 
 std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& folder,
                                         Progress& progress) {
-    using Place = FolderInTheMaking::Place;
+    using Place = NewFolder::Place;
     const auto former = districtIn(folder);
     const auto keptShut = former ? shut(*former) : decltype(shut(*former)){};
-    FolderInTheMaking making(folder, former ? Place::District : Place::Free);
+    FolderInTheMaking making(folder, former ? Place::Replaced : Place::Free);
     unpack(file, making.folders(), progress);
     nameOwnFolders(making);
     std::optional<fs::path> kept;

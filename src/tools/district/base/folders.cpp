@@ -1,17 +1,11 @@
 #include "tools/district/base/folders.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <system_error>
 #include <utility>
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 
@@ -43,64 +37,18 @@ void checkName(const Folders& wanted) {
     }
 }
 
-void checkFree(const Folders& wanted) {
+Folders allowed(Folders wanted, NewFolder::Place place) {
+    checkName(wanted);
     std::error_code error;
-    if (fs::exists(wanted.settings(), error) ||
-        fs::exists(wanted.database(data::DatabaseFile::Routing), error)) {
+    if (place == NewFolder::Place::Free &&
+        (fs::exists(wanted.settings(), error) ||
+         fs::exists(wanted.database(data::DatabaseFile::Routing), error))) {
         refuse(
             fmt::format("There is a district in {} already. Choose another folder, or remove "
                         "that one first.",
                         wanted.root.string()));
     }
-    if (fs::exists(wanted.root, error)) {
-        if (!fs::is_directory(wanted.root, error)) {
-            refuse(fmt::format("{} is a file, not a folder.", wanted.root.string()));
-        }
-        if (!fs::is_empty(wanted.root, error) || error) {
-            refuse(fmt::format("The folder {} is not empty. A district needs a folder of its own.",
-                               wanted.root.string()));
-        }
-    }
-}
-
-/// Absolute, without a separator at its end.
-fs::path tidied(const fs::path& path) {
-    const fs::path whole = fs::absolute(path).lexically_normal();
-    return whole.has_filename() ? whole : whole.parent_path();
-}
-
-constexpr std::string_view Making = ".making-";
-
-bool isInUse(const fs::path& folder) {
-    try {
-        const files::FolderLock lock(folder.string(), std::chrono::milliseconds(0));
-        return false;
-    } catch (const base::RunTimeError&) {
-        return true;
-    }
-}
-
-/// Those that killed programs left.
-void removeAbandoned(const fs::path& wanted) {
-    std::error_code error;
-    const std::string beginning = wanted.filename().string() + std::string(Making);
-    for (const auto& entry : fs::directory_iterator(wanted.parent_path(), error)) {
-        if (entry.path().filename().string().starts_with(beginning) && entry.is_directory(error) &&
-            !isInUse(entry.path())) {
-            fs::remove_all(entry.path(), error);
-        }
-    }
-}
-
-fs::path makeBeside(const fs::path& wanted) {
-    std::error_code error;
-    fs::create_directories(wanted.parent_path(), error);
-    std::string name = wanted.string() + std::string(Making) + "XXXXXX";
-    if (error || ::mkdtemp(name.data()) == nullptr) {
-        refuse(fmt::format("The folder {} cannot be made: {}.", wanted.string(),
-                           error ? error.message() : std::strerror(errno)));
-    }
-    return name;
+    return wanted;
 }
 
 void makePrivate(const fs::path& folder) {
@@ -139,35 +87,12 @@ Folders foldersOf(const fs::path& root) {
     return folders;
 }
 
-FolderInTheMaking::FolderInTheMaking(const fs::path& wanted, Place place)
-    : wanted_{tidied(wanted)}, place_(place) {
-    checkName(wanted_);
-    if (place == Place::Free) {
-        checkFree(wanted_);
-    }
-    removeAbandoned(wanted_.root);
-    making_.root = makeBeside(wanted_.root);
-    inUse_ = std::make_unique<files::FolderLock>(making_.root.string(), std::chrono::seconds(1));
+FolderInTheMaking::FolderInTheMaking(const fs::path& wanted, NewFolder::Place place)
+    : wanted_{allowed({tidied(wanted)}, place)}, folder_(wanted, place), making_{folder_.path()} {
     for (const fs::path& folder : {making_.data(), making_.reports(), making_.programs(),
                                    making_.common(), making_.settings().parent_path()}) {
         makePrivate(folder);
     }
-}
-
-FolderInTheMaking::~FolderInTheMaking() {
-    if (!finished_) {
-        std::error_code ignored;
-        fs::remove_all(making_.root, ignored);
-    }
-}
-
-void FolderInTheMaking::finish() {
-    const unsigned flags = place_ == Place::District ? RENAME_EXCHANGE : 0;
-    if (::renameat2(AT_FDCWD, making_.root.c_str(), AT_FDCWD, wanted_.root.c_str(), flags) != 0) {
-        refuse(fmt::format("The district cannot be moved to {}: {}.", wanted_.root.string(),
-                           std::strerror(errno)));
-    }
-    finished_ = place_ == Place::Free;
 }
 
 void writeSettings(const Folders& making, const Folders& wanted) {

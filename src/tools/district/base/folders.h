@@ -1,13 +1,12 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "data/schema/schema.h"
-#include "platform/files/files.h"
+#include "tools/district/base/newfolder.h"
 
 namespace tools::district {
 
@@ -40,39 +39,25 @@ struct Folders {
 /// otherwise those that its settings name. Raises base::RunTimeError where there is no such folder.
 [[nodiscard]] Folders foldersOf(const std::filesystem::path& root);
 
-/// A new folder beside the one that is asked for, which takes that one's place when all is done.
-/// Until then it is removed again by the destructor, so that a failure leaves nothing behind; what
-/// a killed program left is removed by the next one that makes the same. Everything below it is for
-/// its owner only.
+/// A new folder with the folders of a district in it, for its owner only; see NewFolder.
 class FolderInTheMaking {
 public:
-    /// What may stand in the place of the folder that is asked for.
-    enum class Place {
-        Free,      ///< nothing, or an empty folder
-        District,  ///< a district that this one replaces
-    };
-
     /// Raises base::RunTimeError where something else stands there, the folder cannot be made, or
     /// has a name that the settings file cannot hold.
-    explicit FolderInTheMaking(const std::filesystem::path& wanted, Place place = Place::Free);
-    ~FolderInTheMaking();
-    FolderInTheMaking(const FolderInTheMaking&) = delete;
-    FolderInTheMaking& operator=(const FolderInTheMaking&) = delete;
+    explicit FolderInTheMaking(const std::filesystem::path& wanted,
+                               NewFolder::Place place = NewFolder::Place::Free);
 
     [[nodiscard]] const Folders& folders() const { return making_; }
     /// Where it will stand.
     [[nodiscard]] const Folders& wanted() const { return wanted_; }
 
-    /// Moves it to its place; what it replaces stands there up to that moment, and is removed by
-    /// the destructor. Raises base::RunTimeError.
-    void finish();
+    /// Moves it to its place. Raises base::RunTimeError.
+    void finish() { folder_.finish(); }
 
 private:
     Folders wanted_;
+    NewFolder folder_;
     Folders making_;
-    Place place_;
-    std::unique_ptr<files::FolderLock> inUse_;
-    bool finished_ = false;
 };
 
 /// Writes the settings file of a district that will stand at `wanted`.

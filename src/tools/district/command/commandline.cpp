@@ -16,6 +16,7 @@
 #include "tools/district/base/progress.h"
 #include "tools/district/base/terminal.h"
 #include "tools/district/check/checks.h"
+#include "tools/district/command/exportcommand.h"
 #include "tools/district/command/misuse.h"
 #include "tools/district/command/passwordcommand.h"
 #include "tools/district/command/sqlcommand.h"
@@ -133,6 +134,14 @@ bool restore(const Call& call) {
     return check({call.options, {call.words[1]}, call.in, call.out, call.complaints});
 }
 
+bool exportAll(const Call& call) {
+    runExport({.folders = foldersOf(call.words[0]),
+               .target = call.words[1],
+               .withoutNames = call.options.isSet("without-names")},
+              call.out);
+    return true;
+}
+
 bool sql(const Call& call) {
     return runSql({.file = call.words[0],
                    .statement = call.words.size() > 1 ? std::optional(call.words[1]) : std::nullopt,
@@ -199,6 +208,13 @@ off or killed, it leaves the folder as before or restored. Then it looks the dis
 check does, and ends with 1 where that finds anything.
 
 Example: vireo-district restore ~/backups/sample-2026-11-22-020000.tar.zst ~/sample)";
+constexpr std::string_view ExportHelp = R"(write all tables as CSV while planners work
+
+Writes each table of one moment as a file into the new folder TARGET, for other programs and
+for import. --without-names replaces the names, numbers, addresses and phones of students and
+the names of staff by invented ones and leaves passwords out, to show the district to others.
+
+Example: vireo-district export ~/sample ~/sample-tables --without-names)";
 constexpr std::string_view SqlHelp = R"(run statements on one database file
 
 Takes statements from standard input, one a line, where none is given; lines that are empty or
@@ -257,10 +273,16 @@ const std::vector<Command>& commands() {
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
         {"restore", "FILE FOLDER", {2, 2}, RestoreHelp, restore},
+        {"export",
+         "FOLDER TARGET [--without-names]",
+         {2, 2},
+         ExportHelp,
+         exportAll,
+         {{"without-names", ""}}},
         {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
         {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
         {"users",
-         "FOLDER [ACTION [USER [PERMISSION]...]]",
+         "FOLDER [ACTION [USER ...]]",
          {1, MostUserWords},
          UsersHelp,
          users,

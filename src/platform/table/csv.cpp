@@ -1,0 +1,61 @@
+#include "platform/table/csv.h"
+
+#include "platform/base/text.h"
+
+namespace table {
+
+namespace {
+
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
+
+bool needsQuotes(std::string_view text) {
+    return text.empty() || text.find_first_of(",\"\r\n") != std::string_view::npos ||
+           base::trim(text).size() != text.size();
+}
+
+}  // namespace
+
+void CsvWriter::separate() {
+    if (!isFirst_) {
+        out_ << ',';
+    }
+    isFirst_ = false;
+}
+
+void CsvWriter::text(std::string_view text) {
+    separate();
+    if (!needsQuotes(text)) {
+        out_ << text;
+        return;
+    }
+    out_ << '"';
+    for (const char c : text) {
+        if (c == '"') {
+            out_ << '"';
+        }
+        out_ << c;
+    }
+    out_ << '"';
+}
+
+void CsvWriter::endRow() {
+    out_ << "\r\n";
+    isFirst_ = true;
+}
+
+void writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out) {
+    CsvWriter csv(out << Utf8Mark);
+    for (const TableColumn& column : table.columns) {
+        csv.text(column.caption);
+    }
+    csv.endRow();
+    for (const std::size_t row : rows) {
+        for (std::size_t column = 0; column < table.columns.size(); ++column) {
+            const std::string text = table.text(row, column);
+            base::trim(text).empty() ? csv.null() : csv.text(text);
+        }
+        csv.endRow();
+    }
+}
+
+}  // namespace table

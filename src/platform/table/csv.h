@@ -1,0 +1,34 @@
+#pragma once
+
+#include <ostream>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/table/texttable.h"
+
+namespace table {
+
+/// Writes comma-separated values (RFC 4180): lines end in CR LF; a text stands in quotes where it
+/// holds a comma, a quote, a line end or a blank at one of its ends. The empty text is `""`, so
+/// that Null, which is nothing, stays apart from it.
+class CsvWriter {
+public:
+    explicit CsvWriter(std::ostream& out) : out_(out) {}
+
+    void text(std::string_view text);
+    void null() { separate(); }
+    void endRow();
+
+private:
+    void separate();
+
+    std::ostream& out_;
+    bool isFirst_ = true;
+};
+
+/// What a spreadsheet opens: a mark that says UTF-8, a row of captions, and the given rows of a
+/// table as a list shows them.
+void writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out);
+
+}  // namespace table

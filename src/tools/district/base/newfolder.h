@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "platform/files/files.h"
+
+namespace tools::district {
+
+/// Absolute, without a separator at its end.
+[[nodiscard]] std::filesystem::path tidied(const std::filesystem::path& path);
+
+/// A new folder beside the one that is asked for, which takes that one's place when all is done.
+/// Until then it is removed again by the destructor, so that a failure leaves nothing behind; what
+/// a killed program left is removed by the next one that makes the same. It is for its owner only.
+class NewFolder {
+public:
+    /// What may stand in the place of the folder that is asked for.
+    enum class Place {
+        Free,     ///< nothing, or an empty folder
+        Replaced  ///< a folder, which stands there up to the end and is removed then
+    };
+
+    /// Raises base::RunTimeError where something else stands there, or it cannot be made.
+    explicit NewFolder(const std::filesystem::path& wanted, Place place = Place::Free);
+    ~NewFolder();
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& path() const { return making_; }
+    /// Where it will stand.
+    [[nodiscard]] const std::filesystem::path& wanted() const { return wanted_; }
+
+    /// Moves it to its place. Raises base::RunTimeError.
+    void finish();
+
+private:
+    std::filesystem::path wanted_;
+    Place place_;
+    std::filesystem::path making_;
+    std::unique_ptr<files::FolderLock> inUse_;
+    bool finished_ = false;
+};
+
+}  // namespace tools::district
