@@ -1,6 +1,7 @@
 #include "reports/page/columns.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 
 #include "platform/base/fold.h"
@@ -9,14 +10,31 @@ namespace reports {
 
 namespace {
 
-constexpr float Gap = 9;
-constexpr float LeastFlexible = 34;
+constexpr float LeastShare = 0.62F;  ///< of its wish that a column keeps while there is another way
+constexpr Style NarrowLabel{Face::CondensedBold, 6.5F, LabelInk, Role::Artifact, 0.2F};
+
+/// One way of setting a table, the best first.
+struct Setting {
+    float scale;
+    bool breaksCaptions;
+    bool isNarrow;
+
+    [[nodiscard]] Style caption() const { return isNarrow ? NarrowLabel : LabelStyle; }
+    [[nodiscard]] float gap() const { return isNarrow ? 6 : 9; }
+};
+
+constexpr Setting Settings[] = {
+    {1, false, false},    {1, true, false},    {0.95F, true, false}, {0.9F, true, false},
+    {0.85F, true, false}, {0.8F, true, false}, {0.8F, true, true},
+};
 
 bool endsAtRight(CellKind kind) { return kind != CellKind::Text && kind != CellKind::Days; }
 
 /// The widest value that a kind usually has.
-float usualWidth(const Column& column, float size) {
-    const Face face = column.strong ? Face::Bold : Face::Regular;
+float usualWidth(const Column& column, const Setting& setting) {
+    const float size = 10 * setting.scale;
+    const Face face = setting.isNarrow ? (column.strong ? Face::CondensedBold : Face::Condensed)
+                                       : (column.strong ? Face::Bold : Face::Regular);
     switch (column.kind) {
         case CellKind::Text:
             return 0;
@@ -37,12 +55,12 @@ float usualWidth(const Column& column, float size) {
         case CellKind::Load:
             break;
     }
-    return LoadBar + 12 + widthOf(Face::Bold, size, "188");
+    return LoadBar + 12 + widthOf(setting.isNarrow ? Face::CondensedBold : Face::Bold, size, "188");
 }
 
-std::vector<std::string> captionLines(const std::string& caption, bool isBroken) {
+std::vector<std::string> captionLines(const std::string& caption, const Setting& setting) {
     const std::string capitals = base::upperCase(caption);
-    if (!isBroken) {
+    if (!setting.breaksCaptions) {
         return {capitals};
     }
     std::vector<std::string> lines;
@@ -54,41 +72,55 @@ std::vector<std::string> captionLines(const std::string& caption, bool isBroken)
     return lines;
 }
 
-float widest(const std::vector<std::string>& lines) {
+float widest(const std::vector<std::string>& lines, const Style& style) {
     float width = 0;
     for (const std::string& line : lines) {
-        width = std::max(width, widthOf(LabelStyle, line));
+        width = std::max(width, widthOf(style, line));
     }
     return width;
 }
 
 /// Lines that a column is too narrow for are broken once more.
-std::vector<std::string> fittedLines(const std::vector<std::string>& lines, float width) {
+std::vector<std::string> partsOf(const std::vector<std::string>& lines, const Style& style,
+                                 float width) {
     std::vector<std::string> fitted;
     for (const std::string& line : lines) {
-        if (widthOf(LabelStyle, line) <= width + 0.01F) {
+        if (widthOf(style, line) <= width + 0.01F) {
             fitted.push_back(line);
             continue;
         }
-        for (const Line& part : wrapped(LabelStyle.face, LabelStyle.size * 1.15F, line, width)) {
+        for (const Line& part : wrapped(style.face, style.size * 1.15F, line, width)) {
             fitted.emplace_back(part.text);
         }
     }
     return fitted;
 }
 
+/// A caption in as few lines as its column allows.
+std::vector<std::string> fittedLines(const std::string& caption, const Setting& setting,
+                                     float width) {
+    const Setting whole{setting.scale, false, setting.isNarrow};
+    const auto line = captionLines(caption, whole);
+    return widest(line, setting.caption()) <= width
+               ? line
+               : partsOf(captionLines(caption, setting), setting.caption(), width);
+}
+
 /// Widths of all columns, gaps included, at one size of type.
 class Sharing {
 public:
-    Sharing(const std::vector<Column>& columns, float scale, bool breakCaptions) {
+    Sharing(const std::vector<Column>& columns, const Setting& setting) {
+        const float scale = setting.scale;
+        const float gap = setting.gap();
         for (const Column& column : columns) {
-            const float caption = widest(captionLines(column.caption, breakCaptions)) + Gap;
-            const float usual = usualWidth(column, 10 * scale) + Gap;
+            const auto lines = captionLines(column.caption, setting);
+            const float caption = widest(lines, setting.caption()) + gap;
+            const float usual = usualWidth(column, setting) + gap;
             const bool gives = column.grows || column.condensed;
             const float asked = static_cast<float>(column.width) * scale;
             const float wish = std::max({asked, caption, usual});
             wishes.push_back(wish);
-            least_.push_back(gives ? std::max({caption, usual, LeastFlexible * scale}) : wish);
+            least_.push_back(gives ? std::max({caption, usual, asked * LeastShare}) : wish);
             grows_.push_back(column.grows);
         }
     }
@@ -143,16 +175,17 @@ void Sharing::squeezeTo(float room) {
     }
 }
 
-Table placed(const std::vector<Column>& columns, const Sharing& sharing, float left, float scale,
-             bool breakCaptions) {
+Table placed(const std::vector<Column>& columns, const Sharing& sharing, float left,
+             const Setting& setting) {
     Table table;
-    table.scale = scale;
+    table.scale = setting.scale;
+    table.narrow = setting.isNarrow;
+    table.caption = setting.caption();
     for (std::size_t at = 0; at < columns.size(); ++at) {
         const float width = sharing.wishes[at];
-        const float right = left + width - std::min(Gap, width / 3);
-        table.columns.push_back(
-            {left, right, endsAtRight(columns[at].kind),
-             fittedLines(captionLines(columns[at].caption, breakCaptions), right - left)});
+        const float right = left + width - std::min(setting.gap(), width / 3);
+        table.columns.push_back({left, right, endsAtRight(columns[at].kind),
+                                 fittedLines(columns[at].caption, setting, right - left)});
         left += width;
     }
     return table;
@@ -161,19 +194,19 @@ Table placed(const std::vector<Column>& columns, const Sharing& sharing, float l
 }  // namespace
 
 Table tableOf(const std::vector<Column>& columns, float left, float right) {
-    const float room = right - left + Gap;
-    for (const float scale : {1.0F, 0.95F, 0.9F, 0.85F, 0.8F}) {
-        for (const bool breakCaptions : {false, true}) {
-            Sharing sharing(columns, scale, breakCaptions);
-            if (sharing.shrinkTo(room)) {
-                sharing.growTo(room);
-                return placed(columns, sharing, left, scale, breakCaptions);
-            }
+    const Setting* setting = std::begin(Settings);
+    for (;; ++setting) {
+        const float room = right - left + setting->gap();
+        Sharing sharing(columns, *setting);
+        const bool fits = sharing.shrinkTo(room);
+        if (!fits && setting + 1 == std::end(Settings)) {
+            sharing.squeezeTo(room);
+        } else if (!fits) {
+            continue;
         }
+        sharing.growTo(room);
+        return placed(columns, sharing, left, *setting);
     }
-    Sharing sharing(columns, 0.8F, true);
-    sharing.squeezeTo(room);
-    return placed(columns, sharing, left, 0.8F, true);
 }
 
 }  // namespace reports

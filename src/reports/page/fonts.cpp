@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <mutex>
 #include <unordered_map>
 
@@ -126,7 +127,11 @@ void Fonts::Parts::shapePart(Shaped& shaped, const OpenFont& font, const Charact
     hb_buffer_set_content_type(buffer.get(), HB_BUFFER_CONTENT_TYPE_UNICODE);
     hb_buffer_set_direction(buffer.get(), part.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
     hb_buffer_guess_segment_properties(buffer.get());
-    hb_shape(font.font(), buffer.get(), nullptr, 0);
+    // A letter a glyph: what is drawn as one sign is found and copied as one by few programs.
+    constexpr hb_feature_t Apart[] = {
+        {HB_TAG('l', 'i', 'g', 'a'), 0, HB_FEATURE_GLOBAL_START, HB_FEATURE_GLOBAL_END},
+        {HB_TAG('c', 'l', 'i', 'g'), 0, HB_FEATURE_GLOBAL_START, HB_FEATURE_GLOBAL_END}};
+    hb_shape(font.font(), buffer.get(), Apart, std::size(Apart));
     addGlyphs(shaped, font, buffer.get());
 }
 

@@ -11,7 +11,6 @@ namespace reports {
 namespace {
 
 constexpr float RowHeight = 14.6F;
-constexpr float RowBaseline = 10.6F;
 constexpr float LinePitch = 12.4F;
 constexpr float LeastSize = 6;  ///< of a number that its column is too narrow for
 constexpr double Full = 100;
@@ -117,7 +116,7 @@ Block BlockMaker::continued(std::size_t level, const std::string& title) const {
 Style BlockMaker::rowStyle(std::size_t column) const {
     const Column& of = columns_[column];
     Style style{of.strong ? Face::Bold : Face::Regular, 10 * table_.scale};
-    if (of.condensed) {
+    if (of.condensed || table_.narrow) {
         style.face = of.strong ? Face::CondensedBold : Face::Condensed;
     }
     if (of.strong && column == firstStrong_) {
@@ -133,7 +132,7 @@ void BlockMaker::number(Block& block, std::size_t column, const std::string& tex
     const float room = place.right - place.left - (isLoad ? LoadBar + 10 : 0);
     style = fittingNumber(style, text, room);
     const auto lines = wrapped(style, text, place.right - place.left);
-    put(block.piece, style, lines, place.right, RowBaseline, block.pitch, Align::Right,
+    put(block.piece, style, lines, place.right, rowBaseline(), block.pitch, Align::Right,
         {row, static_cast<std::uint16_t>(column)});
     block.lines = std::max(block.lines, static_cast<int>(lines.size()));
 }
@@ -146,26 +145,27 @@ void BlockMaker::days(Block& block, std::size_t column, const std::string& text,
         0.9F * style.size, (place.right - place.left) / static_cast<float>(std::max<std::size_t>(
                                                             characters.codes.size(), 1)));
     style.face = Face::Medium;
-    style.size *= 0.88F;
+    style.size = std::min(0.88F * style.size, pitch / 0.9F);
     float x = place.left + pitch / 2;
     for (std::size_t at = 0; at < characters.codes.size(); ++at, x += pitch) {
         const auto from = characters.starts[at];
         put(block.piece, style,
-            std::string_view(text).substr(from, characters.starts[at + 1] - from), x, RowBaseline,
+            std::string_view(text).substr(from, characters.starts[at + 1] - from), x, rowBaseline(),
             Align::Centre, {row, static_cast<std::uint16_t>(column)});
     }
 }
 
 void BlockMaker::load(Block& block, std::size_t column, double percent) const {
-    constexpr float Height = 6.4F, Top = 4.1F;
+    constexpr float Height = 6.4F;
+    const float top = rowBaseline() - 6.5F;
     constexpr double Most = 125;
     const float left = table_.columns[column].left;
     const auto filled = static_cast<float>(std::clamp(percent, 0.0, Most) / Full) * LoadBar;
     if (percent < Full) {
-        rectangle(block.piece, left + filled, Top, LoadBar - filled, Height, 217);
+        rectangle(block.piece, left + filled, top, LoadBar - filled, Height, 217);
     }
-    rectangle(block.piece, left, Top, filled, Height, percent > Full ? 0 : 115);
-    line(block.piece, left + LoadBar, Top - 2, 0, Height + 4, 0.9F);
+    rectangle(block.piece, left, top, filled, Height, percent > Full ? 0 : 115);
+    line(block.piece, left + LoadBar, top - 2, 0, Height + 4, 0.9F);
 }
 
 void BlockMaker::cell(Block& block, std::size_t column, const base::Value& value, Style style,
@@ -175,31 +175,32 @@ void BlockMaker::cell(Block& block, std::size_t column, const base::Value& value
         return;
     }
     const CellKind kind = columns_[column].kind;
-    if (kind == CellKind::Days) {
+    constexpr std::size_t MostDays = 7;
+    if (kind == CellKind::Days && text.size() <= MostDays) {
         days(block, column, text, style, row);
         return;
     }
-    if (kind != CellKind::Text) {
+    if (kind != CellKind::Text && kind != CellKind::Days) {
         number(block, column, text, style, row);
         return;
     }
     const ColumnPlace& place = table_.columns[column];
     const auto lines = wrapped(style, text, place.right - place.left);
     const bool isTurned = lines.front().rightToLeft;
-    put(block.piece, style, lines, isTurned ? place.right : place.left, RowBaseline, block.pitch,
+    put(block.piece, style, lines, isTurned ? place.right : place.left, rowBaseline(), block.pitch,
         isTurned ? Align::Right : Align::Left, {row, static_cast<std::uint16_t>(column)});
     block.lines = std::max(block.lines, static_cast<int>(lines.size()));
 }
 
 Block BlockMaker::row(const Row& row, std::uint32_t number) const {
-    Block block = blockOf(Block::Kind::Row, RowHeight, LinePitch);
+    Block block = blockOf(Block::Kind::Row, RowHeight * table_.scale, LinePitch * table_.scale);
     const std::size_t count = std::min(row.cells.size(), columns_.size());
     for (std::size_t column = 0; column < count; ++column) {
         const base::Value& value = row.cells[column];
         Style style = rowStyle(column);
         if (columns_[column].kind == CellKind::Load && !value.isNull()) {
             load(block, column, value.asNumber());
-            style.face = value.asNumber() > Full ? Face::Bold : style.face;
+            style.face = value.asNumber() > Full ? boldFace() : style.face;
         }
         cell(block, column, value, style, number);
     }
@@ -213,13 +214,15 @@ void BlockMaker::addRemark(Block& block, const Remark& remark, std::uint32_t num
     const auto lines = wrapped(style, remark.text, right_ - left);
     const bool isTurned = lines.front().rightToLeft;
     put(block.piece, style, lines, isTurned ? right_ : left,
-        RowBaseline + LinePitch * static_cast<float>(block.lines), LinePitch,
+        rowBaseline() + block.pitch * static_cast<float>(block.lines), block.pitch,
         isTurned ? Align::Right : Align::Left,
         {number, static_cast<std::uint16_t>(columns_.size())});
     block.lines += static_cast<int>(lines.size());
 }
 
-void BlockMaker::totalsTitle(Block& block, const Totals& totals, const Style& style) const {
+/// The title beside the first value, or above all of them where it is too long for that.
+void BlockMaker::totalsTitle(Block& block, const Totals& totals, const Style& style,
+                             float baseline) const {
     const auto valued = std::ranges::find_if(
         totals.cells, [](const base::Value& value) { return !value.isNull(); });
     const auto first =
@@ -229,38 +232,36 @@ void BlockMaker::totalsTitle(Block& block, const Totals& totals, const Style& st
     const float right = first >= columns_.size() ? right_ : table_.columns[first].left - 12;
     const auto beside = wrapped(style, totals.title, std::max(right - left, 1.0F));
     if (beside.size() == 1) {
-        put(block.piece, style, beside, left, block.first == RowHeight ? RowBaseline : 12.2F,
-            LinePitch);
+        put(block.piece, style, beside, left, baseline, block.pitch);
         return;
     }
     const auto above = wrapped(style, totals.title, right_ - left_);
-    const auto more = static_cast<float>(above.size());
-    for (Box& box : block.piece.boxes) {
-        box.baseline += more * block.pitch;
-    }
-    put(block.piece, style, above, left_, block.first == RowHeight ? RowBaseline : 12.2F,
-        block.pitch);
+    put(block.piece, style, above, left_, baseline, block.pitch);
     block.lines += static_cast<int>(above.size());
 }
 
 Block BlockMaker::totals(const Totals& totals) const {
-    Block block = blockOf(Block::Kind::Totals, totals.level ? RowHeight : 18, LinePitch);
-    block.level = totals.level;
     const bool isWhole = !totals.level;
-    const std::uint8_t ink = isWhole ? White : 0;
+    const std::uint8_t ink = isWhole ? White : Black;
+    const float size = 10 * table_.scale;
+    Block block = blockOf(Block::Kind::Totals, isWhole ? 18 : RowHeight * table_.scale,
+                          LinePitch * table_.scale);
+    block.level = totals.level;
+    block.above = isWhole ? 10 : 0;
+    const float lower = isWhole ? 12.2F - rowBaseline() : 0;
+    totalsTitle(block, totals, {isWhole ? Face::Bold : Face::Italic, size, ink},
+                rowBaseline() + lower);
+    Block values = blockOf(Block::Kind::Totals, block.first, block.pitch);
     const std::size_t count = std::min(totals.cells.size(), columns_.size());
     for (std::size_t column = 0; column < count; ++column) {
-        cell(block, column, totals.cells[column], {Face::Bold, 10 * table_.scale, ink}, 0);
+        cell(values, column, totals.cells[column], {boldFace(), size, ink}, 0);
     }
+    const auto titleLines = static_cast<float>(block.lines - 1);
+    place(block.piece, values.piece, lower + titleLines * block.pitch);
+    block.lines += values.lines - 1;
     if (isWhole) {
-        block.above = 10;
-        for (Box& box : block.piece.boxes) {
-            box.baseline += 1.6F;
-        }
-    }
-    totalsTitle(block, totals, {isWhole ? Face::Bold : Face::Italic, 10, ink});
-    if (isWhole) {
-        rectangle(block.piece, left_ - Hang, 0, right_ - left_ + 2 * Hang, block.height(), 0, 2);
+        rectangle(block.piece, left_ - Hang, 0, right_ - left_ + 2 * Hang, block.height(), Black,
+                  2);
     } else {
         line(block.piece, left_ - Hang, 0.3F, right_ - left_ + 2 * Hang, 0, 0.7F);
     }

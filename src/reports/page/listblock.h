@@ -50,8 +50,10 @@ private:
     void days(Block& block, std::size_t column, const std::string& text, Style style,
               std::uint32_t row) const;
     void load(Block& block, std::size_t column, double percent) const;
-    void totalsTitle(Block& block, const Totals& totals, const Style& style) const;
+    void totalsTitle(Block& block, const Totals& totals, const Style& style, float baseline) const;
     [[nodiscard]] Style rowStyle(std::size_t column) const;
+    [[nodiscard]] float rowBaseline() const { return 10.6F * table_.scale; }
+    [[nodiscard]] Face boldFace() const { return table_.narrow ? Face::CondensedBold : Face::Bold; }
     [[nodiscard]] Block headBlock(std::size_t level, const std::string& title,
                                   const std::string& note, Role role) const;
 

@@ -101,7 +101,7 @@ void Framing::captions(const std::vector<Column>& columns, const Table& table) {
         const ColumnPlace& column = table.columns[at];
         float y = baseline - 9 * static_cast<float>(column.caption.size() - 1);
         for (const std::string& caption : column.caption) {
-            put(frame_.piece, LabelStyle, caption, column.atEnd ? column.right : column.left, y,
+            put(frame_.piece, table.caption, caption, column.atEnd ? column.right : column.left, y,
                 column.atEnd ? Align::Right : Align::Left);
             y += 9;
         }

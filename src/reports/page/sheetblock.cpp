@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint8_t BandInk = 232;
 constexpr float BandLine = 17;        ///< of each further line of a band
-constexpr std::size_t BandLines = 8;  ///< the rest of a longer text stands below the band
+constexpr std::size_t BandLines = 4;  ///< the rest of a longer text stands below the band
 constexpr float NamePitch = 12.4F;
 constexpr std::size_t NameColumns = 4;
 constexpr std::string_view LeftSide = "LEFT SIDE";
@@ -100,9 +100,8 @@ float SheetBlockMaker::figures(Page& page, const SheetStop& stop, float baseline
     return grid_.students() - std::max(width, 24.0F) - 10;
 }
 
-void SheetBlockMaker::leftSide(SheetBlock& block, const std::vector<FlowLine>& lines, float room,
-                               float baseline) {
-    float x = lines.empty() ? 0 : widthOf(lines.back()) + 10;
+/// The sign behind the words, or below them where they leave no room.
+void SheetBlockMaker::leftSide(SheetBlock& block, float x, float room, float baseline) const {
     if (x + tagWidth(LeftSide) > room) {
         x = 0;
         baseline += BandLine;
@@ -139,7 +138,7 @@ void SheetBlockMaker::addBand(const SheetStop& stop, std::uint32_t row) {
     rectangle(page, grid_.hungLeft(), 0, grid_.hungWidth(), block.height, isSchool ? 0 : BandInk,
               3);
     if (stop.leftSide) {
-        leftSide(block, lines, room, baseline + more);
+        leftSide(block, inBand == 0 ? 0 : widthOf(lines[inBand - 1]) + 10, room, baseline + more);
         page.shapes.front().height = block.height;
     }
     reports::place(page, numbers, 0);

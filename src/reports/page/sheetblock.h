@@ -76,8 +76,7 @@ private:
     void time(Page& page, const base::Value& time, float size, float baseline, std::uint8_t ink,
               std::uint32_t row) const;
     float figures(Page& page, const SheetStop& stop, float baseline, std::uint32_t row) const;
-    void leftSide(SheetBlock& block, const std::vector<FlowLine>& lines, float room,
-                  float baseline);
+    void leftSide(SheetBlock& block, float x, float room, float baseline) const;
 
     SheetGrid grid_;
     Density density_;

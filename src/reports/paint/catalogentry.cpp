@@ -79,10 +79,11 @@ std::string catalogOf(std::istream& file, const Trailer& trailer) {
 }
 
 std::string update(const Trailer& trailer, const std::string& catalog, Offset at) {
+    const bool isMarked = catalog.find("/MarkInfo") != std::string::npos;
     const std::string object = fmt::format(
-        "{} 0 obj\n<<{}/MarkInfo << /Marked true >>\n/Lang (en-US)\n"
-        "/ViewerPreferences << /DisplayDocTitle true >>\n>>\nendobj\n",
-        trailer.root, catalog);
+        "{} 0 obj\n<<{}{}/Lang (en-US)\n/ViewerPreferences << /DisplayDocTitle true >>\n>>\n"
+        "endobj\n",
+        trailer.root, catalog, isMarked ? "" : "/MarkInfo << /Marked true >>\n");
     return fmt::format(
         "{}xref\n{} 1\n{:010} 00000 n \ntrailer\n<< /Size {} /Root {} 0 R /Info {} 0 R /Prev {} "
         ">>\nstartxref\n{}\n%%EOF\n",

@@ -143,9 +143,21 @@ void Drawing::shapes(const Page& page) {
 
 void Drawing::box(const Page& page, const Box& box) {
     std::string text(page.textOf(box));
-    if (medium_ == Medium::Document && box.role != Role::Artifact && !box.rightToLeft) {
-        text += ' ';  // Read aloud, cells of a row would otherwise run into each other.
+    // Read aloud, cells of a row would run into each other without a blank between them.
+    const bool isRead = medium_ == Medium::Document && box.role != Role::Artifact;
+    if (isRead && !box.rightToLeft) {
+        text += ' ';
     }
+    words(box, text);
+    if (isRead && box.rightToLeft) {
+        Box blank = box;
+        blank.x += box.width;
+        blank.rightToLeft = false;
+        words(blank, " ");
+    }
+}
+
+void Drawing::words(const Box& box, std::string_view text) {
     const Shaped shaped = Fonts::instance().shape(box.face, text, box.rightToLeft);
     const auto letters = lettersOf(shaped);
     ink(box.ink);

@@ -36,6 +36,7 @@ private:
     void traceRectangle(const Shape& shape);
     void paint(const Shape& shape);
     void fill(const Shape& shape);
+    void words(const Box& box, std::string_view text);
     void glyphs(const Box& box, const GlyphRun& run, std::string_view text,
                 const std::vector<std::uint32_t>& letters);
     static std::vector<Letter> lettersIn(const GlyphRun& run, std::string_view text,

@@ -17,7 +17,7 @@ void raiseFor(const std::string& path, int reason) {
 
 PaintedFile::~PaintedFile() {
     std::error_code ignored;
-    if (!isKept_) {
+    if (!isKept_ && std::filesystem::is_regular_file(path_, ignored)) {
         std::filesystem::remove(path_, ignored);
     }
 }

@@ -46,6 +46,7 @@ public:
         describe(CAIRO_PDF_METADATA_TITLE, pages.heading.title);
         describe(CAIRO_PDF_METADATA_SUBJECT, pages.heading.selection);
         describe(CAIRO_PDF_METADATA_AUTHOR, pages.heading.district);
+        cairo_tag_begin(cairo_, "Document", "");
     }
     ~Document() {
         cairo_destroy(cairo_);
@@ -55,7 +56,10 @@ public:
     Document& operator=(const Document&) = delete;
 
     void page(std::size_t number);
-    void finish() { cairo_surface_finish(surface_); }
+    void finish() {
+        cairo_tag_end(cairo_, "Document");
+        cairo_surface_finish(surface_);
+    }
     [[nodiscard]] bool isWell() const {
         return cairo_status(cairo_) == CAIRO_STATUS_SUCCESS &&
                cairo_surface_status(surface_) == CAIRO_STATUS_SUCCESS;

@@ -1,0 +1,138 @@
+#include <array>
+#include <cstdio>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "reports/page/invented.h"
+#include "reports/page/layout.h"
+#include "reports/paint/pdf.h"
+#include "reports/paint/tiff.h"
+#include "support/errors.h"
+#include "support/temporaryfolder.h"
+
+namespace reports {
+namespace {
+
+using testing::HasSubstr;
+
+/// What another program prints.
+std::string outputOf(const std::string& command) {
+    const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen((command + " 2>&1").c_str(), "r"),
+                                                        pclose);
+    std::string output;
+    std::array<char, 4096> part{};
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe.get())) {
+        output.append(part.data(), count);
+    }
+    return output;
+}
+
+int countOf(const std::string& text, const std::string& word) {
+    int count = 0;
+    for (auto at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+class Painting : public testing::Test {
+protected:
+    Painting() {
+        content_.said.title = "Listę <stops> & \"names\"";
+        content_.addColumn(CellKind::Whole, 40);
+        content_.addColumn(CellKind::Text, 200).grows = true;
+        content_.addColumn(CellKind::Text, 90).condensed = true;
+        content_.addColumn(CellKind::Load, 70);
+        for (int group = 0; group < 3; ++group) {
+            content_.items.emplace_back(GroupHead{0, "בית ספר " + std::to_string(group), "runs"});
+            for (int row = 0; row < 40; ++row) {
+                content_.items.emplace_back(
+                    Row{{row, names[static_cast<std::size_t>(row) % names.size()], "O'Brien",
+                         row * 4}});
+            }
+        }
+    }
+
+    std::string path(const std::string& name) { return folder_.path() + name; }
+
+    std::vector<std::string> names = {"שרה כהן",
+                                      "مدرسة النور",
+                                      "<Annex> & \"Łódź\"",
+                                      "François",
+                                      "office affluent",
+                                      "broken \xFF\xC3 bytes",
+                                      "שדרות רוטשילד 15 at 5th Avenue"};
+    support::TemporaryFolder folder_;
+    Invented content_;
+};
+
+TEST_F(Painting, ADocumentIsReadByOtherProgramsAsItWasWritten) {
+    const Pages pages = layOut(content_);
+    ASSERT_TRUE(paintPdf(pages, path("list.pdf")));
+    const std::string text = outputOf("pdftotext -enc UTF-8 " + path("list.pdf") + " -");
+    for (const char* written : {"שרה כהן", "مدرسة النور", "<Annex> & \"Łódź\"", "François",
+                                "office affluent", "broken", "רוטשילד", "5th Avenue", "O'Brien"}) {
+        EXPECT_THAT(text, HasSubstr(written));
+    }
+    const std::string info = outputOf("pdfinfo -enc UTF-8 " + path("list.pdf"));
+    EXPECT_THAT(info, HasSubstr("Title:           Listę <stops> & \"names\""));
+    EXPECT_THAT(info, HasSubstr("Pages:           " + std::to_string(pages.pages.size()) + "\n"));
+    EXPECT_THAT(info, testing::ContainsRegex("Tagged: +yes"));
+    EXPECT_THAT(outputOf("qpdf --check " + path("list.pdf")),
+                testing::AllOf(HasSubstr("No syntax"), testing::Not(HasSubstr("WARNING"))));
+    const std::string outline = outputOf("qpdf --json --json-key=outlines " + path("list.pdf"));
+    EXPECT_EQ(countOf(outline, "בית ספר"), 3);
+    EXPECT_THAT(outline, HasSubstr("\"destpageposfrom1\": " + std::to_string(pages.pages.size())));
+    const std::string tree = outputOf("pdfinfo -struct-text " + path("list.pdf"));
+    EXPECT_TRUE(tree.starts_with("Document\n")) << tree.substr(0, 200);
+    EXPECT_EQ(countOf(tree, "  P (block)"), 120);
+    EXPECT_EQ(countOf(tree, "  H2 (block)"), 3);
+    EXPECT_THAT(tree, HasSubstr("\"4 office affluent O'Brien 16 \""));
+    EXPECT_THAT(tree, testing::Not(HasSubstr("Page 1")));
+}
+
+TEST_F(Painting, AFaxHasEachPageInDots) {
+    const Pages pages = layOut(content_);
+    ASSERT_TRUE(paintTiff(pages, path("list.tiff")));
+    const std::string info = outputOf("tiffinfo " + path("list.tiff"));
+    EXPECT_EQ(countOf(info, "TIFF Directory at"), static_cast<int>(pages.pages.size()));
+    EXPECT_THAT(info, HasSubstr("Image Width: 1700 Image Length: 2200"));
+    EXPECT_THAT(info, HasSubstr("CCITT Group 4"));
+    // The dots are those of the document, drawn by another program at the same size.
+    ASSERT_TRUE(paintPdf(pages, path("list.pdf")));
+    outputOf("cd " + folder_.path() +
+             " && pdftoppm -mono -r 200 -f 1 -l 1 -singlefile list.pdf pdf"
+             " && tiffcp -c none list.tiff,0 one.tiff && tiff2bw one.tiff bw.tiff");
+    const std::string drawn = support::contentsOf(path("pdf.pbm"));
+    const std::string dots = support::contentsOf(path("one.tiff"));
+    const auto dark = [](std::string_view bytes) {
+        long count = 0;
+        for (const char byte : bytes) {
+            count += __builtin_popcount(static_cast<unsigned char>(byte));
+        }
+        return static_cast<double>(count);
+    };
+    const auto bytes = static_cast<std::size_t>((1700 + 7) / 8 * 2200);
+    ASSERT_GT(drawn.size(), bytes);
+    ASSERT_GT(dots.size(), bytes);
+    const double wanted = dark(std::string_view(drawn).substr(drawn.size() - bytes));
+    EXPECT_NEAR(dark(std::string_view(dots).substr(8, bytes)), wanted, wanted / 4);
+}
+
+TEST_F(Painting, WhatIsStoppedOrFailsLeavesNoFile) {
+    const Pages pages = layOut(content_);
+    for (const auto& paint : {&paintPdf, &paintTiff}) {
+        EXPECT_FALSE(paint(pages, path("half"), [](double done) { return done < 0.4; }));
+        EXPECT_FALSE(std::filesystem::exists(path("half")));
+        EXPECT_EQ(support::errorOf([&] { return paint(pages, path("no/such"), {}); }),
+                  base::errors::PathFileAccess);
+    }
+    EXPECT_EQ(support::errorOf([&] { return paintPdf(pages, "/dev/full"); }),
+              base::errors::PathFileAccess);
+    EXPECT_TRUE(std::filesystem::exists("/dev/full"));
+}
+
+}  // namespace
+}  // namespace reports
