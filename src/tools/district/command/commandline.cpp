@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QStringList>
+#include <QTimeZone>
 #include <algorithm>
 #include <exception>
 #include <iostream>
@@ -9,6 +10,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/date.h"
+#include "platform/base/ports.h"
 #include "platform/files/files.h"
 #include "tools/district/backup/backup.h"
 #include "tools/district/backup/restore.h"
@@ -24,6 +27,7 @@
 #include "tools/district/make/companions.h"
 #include "tools/district/make/create.h"
 #include "tools/district/make/generator.h"
+#include "tools/district/place/centre.h"
 #include "tools/district/upgrade/upgrade.h"
 
 namespace tools::district {
@@ -134,7 +138,51 @@ bool restore(const Call& call) {
     return check({call.options, {call.words[1]}, call.in, call.out, call.complaints});
 }
 
+base::Date day(const Call& call, const char* option, base::Date otherwise) {
+    if (!call.options.isSet(option)) {
+        return otherwise;
+    }
+    const std::string text = fromParser(call.options.value(option));
+    const auto date = base::Date::fromIso(text + " 00:00:00");
+    if (!date) {
+        throw Misuse{fmt::format("--{} takes a day such as 2026-08-24, not \"{}\".", option, text)};
+    }
+    return *date;
+}
+
+FeedOptions feedOptions(const Call& call) {
+    constexpr std::int64_t Year = 365 * base::Date::SecondsPerDay;
+    FeedOptions options{.folders = foldersOf(call.words[0]), .target = call.words[1]};
+    if (call.options.isSet("centre")) {
+        const std::string text = fromParser(call.options.value("centre"));
+        options.centre = degreesFrom(text);
+        if (!options.centre) {
+            throw Misuse{
+                fmt::format("--centre takes degrees such as 41.8818,-87.6232, not \"{}\".", text)};
+        }
+    }
+    options.timezone = QTimeZone::systemTimeZoneId().toStdString();
+    if (call.options.isSet("timezone")) {
+        options.timezone = fromParser(call.options.value("timezone"));
+        if (!QTimeZone::isTimeZoneIdAvailable(QByteArray::fromStdString(options.timezone))) {
+            throw Misuse{fmt::format("There is no time zone \"{}\".", options.timezone)};
+        }
+    }
+    options.url =
+        call.options.isSet("url") ? fromParser(call.options.value("url")) : "https://example.org/";
+    options.from = day(call, "from", base::Now().dateValue());
+    options.until = day(call, "until", options.from.plusSeconds(Year));
+    if (options.until < options.from) {
+        throw Misuse{"--until is a day before --from."};
+    }
+    return options;
+}
+
 bool exportAll(const Call& call) {
+    if (call.options.isSet("gtfs")) {
+        runFeedExport(feedOptions(call), call.out);
+        return true;
+    }
     runExport({.folders = foldersOf(call.words[0]),
                .target = call.words[1],
                .withoutNames = call.options.isSet("without-names")},
@@ -208,13 +256,20 @@ off or killed, it leaves the folder as before or restored. Then it looks the dis
 check does, and ends with 1 where that finds anything.
 
 Example: vireo-district restore ~/backups/sample-2026-11-22-020000.tar.zst ~/sample)";
-constexpr std::string_view ExportHelp = R"(write all tables as CSV while planners work
+constexpr std::string_view ExportHelp = R"(write all tables as CSV, or the runs as GTFS
 
 Writes each table of one moment as a file into the new folder TARGET, for other programs and
-for import. --without-names replaces the names, numbers, addresses and phones of students and
-the names of staff by invented ones and leaves passwords out, to show the district to others.
+for import, while planners work. --without-names replaces the names, numbers, addresses and
+phones of students and the names of staff by invented ones and leaves passwords out.
 
-Example: vireo-district export ~/sample ~/sample-tables --without-names)";
+With --gtfs it writes the active runs as a transit feed, into a folder or a TARGET.zip.
+--centre LAT,LON       where the middle of the stops lies; needed once, the district keeps it
+--timezone ZONE        of the district; without it this computer's
+--url URL              of the district's page
+--from DAY --until DAY on which the runs are driven; without them a year from today
+
+Example: vireo-district export ~/sample ~/sample-tables --without-names
+         vireo-district export ~/sample ~/runs.zip --gtfs --centre 38.97,-95.24)";
 constexpr std::string_view SqlHelp = R"(run statements on one database file
 
 Takes statements from standard input, one a line, where none is given; lines that are empty or
@@ -274,11 +329,17 @@ const std::vector<Command>& commands() {
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
         {"restore", "FILE FOLDER", {2, 2}, RestoreHelp, restore},
         {"export",
-         "FOLDER TARGET [--without-names]",
+         "FOLDER TARGET [--without-names | --gtfs]",
          {2, 2},
          ExportHelp,
          exportAll,
-         {{"without-names", ""}}},
+         {{"without-names", ""},
+          {"gtfs", ""},
+          {"centre", "", "LAT,LON"},
+          {"timezone", "", "ZONE"},
+          {"url", "", "URL"},
+          {"from", "", "DAY"},
+          {"until", "", "DAY"}}},
         {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
         {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
         {"users",

@@ -1,14 +1,59 @@
 #include "tools/district/command/exportcommand.h"
 
+#include <cmath>
 #include <ostream>
 
 #include <fmt/format.h>
 
 #include "tools/district/base/newfolder.h"
 #include "tools/district/base/progress.h"
+#include "tools/district/base/refuse.h"
+#include "tools/district/export/runfeed.h"
 #include "tools/district/export/tables.h"
+#include "tools/district/export/zip.h"
+#include "tools/district/place/centre.h"
 
 namespace tools::district {
+
+namespace {
+
+/// The kept centre, else the given one where the middle of the stops is.
+geo::Centre centreOf(const FeedOptions& options, const DistrictSnapshot& district) {
+    constexpr double Near = 1e-6;
+    const auto kept = keptCentre(options.folders);
+    if (kept) {
+        const auto isOther = [](double one, double other) { return std::abs(one - other) > Near; };
+        if (options.centre && (isOther(kept->degrees.latitude, options.centre->latitude) ||
+                               isOther(kept->degrees.longitude, options.centre->longitude))) {
+            refuse(fmt::format(
+                "The district keeps the centre {},{} already. With another one all its stops would "
+                "lie elsewhere; take it out of {} first if it is wrong.",
+                kept->degrees.latitude, kept->degrees.longitude,
+                options.folders.settings().string()));
+        }
+        return *kept;
+    }
+    if (!options.centre) {
+        refuse(
+            "The district does not say where on the earth it lies. Name the middle of its stops "
+            "once: --centre LATITUDE,LONGITUDE.");
+    }
+    return {*options.centre, middleOfStops(district.database(data::DatabaseFile::Routing))};
+}
+
+void writeFeed(const FeedOptions& options, const feed::Feed& feed) {
+    if (options.target.extension() != ".zip") {
+        NewFolder folder(options.target);
+        feed::write(feed, folder.path());
+        folder.finish();
+        return;
+    }
+    const NewFolder scratch(options.target.string() + ".files");
+    feed::write(feed, scratch.path());
+    zipFolder(scratch.path(), options.target);
+}
+
+}  // namespace
 
 void runExport(const ExportOptions& options, std::ostream& out) {
     Progress progress;
@@ -19,6 +64,32 @@ void runExport(const ExportOptions& options, std::ostream& out) {
     progress.clear();
     out << fmt::format("Wrote {} rows of {} tables{} to {}.\n", written.rows, written.tables,
                        options.withoutNames ? " without names" : "", folder.wanted().string());
+}
+
+void runFeedExport(const FeedOptions& options, std::ostream& out) {
+    Progress progress;
+    progress.begin("Reading the runs", 0);
+    const DistrictSnapshot district(options.folders);
+    const geo::Centre centre = centreOf(options, district);
+    RunFeed runs = feedOfRuns(district, geo::Projection(centre));
+    for (const auto& [run, reason] : runs.leftOut) {
+        out << fmt::format("Left out {}: {}.\n", run, reason);
+    }
+    if (runs.feed.trips.empty()) {
+        refuse("No run can be a trip of a feed; nothing was written.");
+    }
+    runs.feed.agency.url = options.url;
+    runs.feed.agency.timezone = options.timezone;
+    runs.feed.from = options.from;
+    runs.feed.until = options.until;
+    progress.begin("Writing the feed", 0);
+    writeFeed(options, runs.feed);
+    if (!keptCentre(options.folders)) {
+        keepCentre(options.folders, centre);
+    }
+    progress.clear();
+    out << fmt::format("Wrote {} trips of {} routes and {} stops to {}.\n", runs.feed.trips.size(),
+                       runs.feed.routes.size(), runs.feed.stops.size(), options.target.string());
 }
 
 }  // namespace tools::district

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/geo/projection.h"
+#include "tools/district/base/folders.h"
+
+namespace tools::district {
+
+/// Where a district's plane of feet touches the earth: "Centre=latitude,longitude,x,y" in the
+/// section [District] of its settings, in degrees and feet. It is kept for good: with another one
+/// every stop would lie elsewhere. Nothing where the district keeps none; raises base::RunTimeError
+/// for one that cannot be.
+[[nodiscard]] std::optional<geo::Centre> keptCentre(const Folders& folders);
+
+/// Writes it into the settings. Raises base::RunTimeError.
+void keepCentre(const Folders& folders, const geo::Centre& centre);
+
+/// "41.8818,-87.6232"; nothing for any other text and for what is nowhere on the earth.
+[[nodiscard]] std::optional<geo::Degrees> degreesFrom(std::string_view text);
+
+/// The text of a settings file with another value, or one more.
+[[nodiscard]] std::string withSetting(std::string_view settings, std::string_view section,
+                                      std::string_view key, std::string_view value);
+
+}  // namespace tools::district
