@@ -95,7 +95,7 @@ ListContent::ListContent(const Stored& stored)
     const Definition& definition = stored.definition;
     size_ = counted(definition.rows);
     countGroups();
-    open(rows_, definition.rows + " ORDER BY " + definition.order);
+    open(rows_, definition.rows + " ORDER BY " + stored.order);
     findFields();
 }
 

@@ -79,6 +79,34 @@ std::string orderOf(const Definition& definition, const Request& request) {
     return fmt::format("{}", fmt::join(order, ", "));
 }
 
+bool hasColumn(const Report& report, std::string_view field) {
+    return std::ranges::any_of(report.columns, [&](const Column& column) {
+        return base::equalsNoCase(column.field, field);
+    });
+}
+
+/// Fields of runs have ordered the runs already.
+std::string rowOrderOf(const Definition& definition, const Request& request) {
+    std::vector<std::string> order;
+    addAll(order, definition.groupedBy);
+    for (const SortField& sort : request.sort) {
+        const auto field = base::uppered(base::trim(sort.field));
+        if (definition.sortsRows && hasColumn(definition.report, field) && !isRunColumn(field)) {
+            addOnce(order, field + (sort.descending ? " DESC" : ""));
+        }
+    }
+    addAll(order, definition.order);
+    return fmt::format("{}", fmt::join(order, ", "));
+}
+
+/// Where all runs lead the same way, the end that is at the school says so.
+void nameSchoolTime(Report& report, const std::string& field, const std::string& caption) {
+    const auto column = std::ranges::find(report.columns, field, &Column::field);
+    if (column != report.columns.end()) {
+        column->caption = caption;
+    }
+}
+
 std::string conditionOf(const Definition& definition, const Request& request) {
     if (base::trim(request.runs).empty()) {
         return "False";
@@ -139,16 +167,19 @@ Heading headingOf(const Sources& sources, const Request& request, const Report& 
 struct Extent {
     std::int64_t first = 0;
     std::int64_t count = 0;
+    std::int64_t toSchool = 0;
 };
 
 Extent extentOf(ado::Connection& work, std::int64_t session) {
     ado::Recordset row;
-    row.Open(fmt::format("SELECT MIN(R.ID) AS FIRSTID, COUNT(*) AS N FROM RPT_RUN AS R WHERE "
+    row.Open(fmt::format("SELECT MIN(R.ID) AS FIRSTID, COUNT(*) AS N, SUM(IIF(R.PICKUP,1,0)) AS "
+                         "TOSCHOOL FROM RPT_RUN AS R WHERE "
                          "R.SESSION={}",
                          session),
              work);
     const auto count = row["N"].asInteger();
-    return {count == 0 ? 0 : row["FIRSTID"].asInteger(), count};
+    return count == 0 ? Extent()
+                      : Extent{row["FIRSTID"].asInteger(), count, row["TOSCHOOL"].asInteger()};
 }
 
 class PreparedReport final : public Prepared {
@@ -183,13 +214,18 @@ private:
 bool PreparedReport::fill(const Sources& sources, const Request& request,
                           const KeepGoing& keepGoing) {
     const District district = readDistrict(sources.routing);
-    stored_ = std::make_unique<Stored>(
-        Stored{work_, session_.key(), definition_, definition_.report, options_,
-               headingOf(sources, request, definition_.report, district.name)});
+    stored_ = std::make_unique<Stored>(Stored{
+        work_, session_.key(), definition_, definition_.report, rowOrderOf(definition_, request),
+        options_, headingOf(sources, request, definition_.report, district.name)});
     fillRuns(work_, session_.key(), conditionOf(definition_, request),
              orderOf(definition_, request), district.runCost);
     const Extent extent = extentOf(work_, session_.key());
     runs_ = extent.count;
+    if (runs_ > 0 && extent.toSchool == runs_) {
+        nameSchoolTime(stored_->report, "ENDTIME", "At School");
+    } else if (runs_ > 0 && extent.toSchool == 0) {
+        nameSchoolTime(stored_->report, "STARTTIME", "From School");
+    }
     for (std::int64_t done = 0; done < extent.count; done += BatchRuns) {
         if (keepGoing &&
             !keepGoing(static_cast<double>(done) / static_cast<double>(extent.count))) {

@@ -52,7 +52,8 @@ public:
     Prepared(const Prepared&) = delete;
     Prepared& operator=(const Prepared&) = delete;
 
-    /// Reads the report from its beginning; may be called again.
+    /// Reads the report from its beginning; may be called again. What it gives must not outlive
+    /// this.
     [[nodiscard]] virtual std::unique_ptr<Content> content() = 0;
     /// How many runs it shows.
     [[nodiscard]] virtual std::size_t runs() const = 0;

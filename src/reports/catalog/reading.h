@@ -17,7 +17,8 @@ struct Stored {
     ado::Connection& work;
     std::int64_t session = 0;
     const Definition& definition;
-    Report report;  ///< with captions as its runs want them
+    Report report;      ///< with captions as its runs want them
+    std::string order;  ///< of a list's rows
     Options options;
     Heading heading;
 };

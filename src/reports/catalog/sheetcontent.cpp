@@ -25,13 +25,45 @@ constexpr auto NamesOfSheet =
 struct SheetRow {
     std::int64_t id = 0;  ///< RPT_STOP.ID
     std::int64_t stop = 0;
-    std::string type;
-    SheetStop shown;
+    std::string type = {};
+    SheetStop shown = {};
 
     [[nodiscard]] bool is(std::string_view wanted) const {
         return base::equalsNoCase(type, wanted);
     }
 };
+
+std::string orDash(const std::string& text) { return text.empty() ? "–" : text; }
+
+int wholeOf(const ado::Field& field) {
+    return field.isNull() ? 0 : static_cast<int>(field.asInteger());
+}
+
+/// A school is called by its name, any other stop by its address.
+void name(SheetStop& shown, bool isSchool, const std::string& address,
+          const std::string& description) {
+    const std::string& first = isSchool ? description : address;
+    const std::string& second = isSchool ? address : description;
+    shown.place = first.empty() ? second : first;
+    if (!first.empty()) {
+        shown.corner = isSchool ? second : cornerOf(second, first);
+    }
+}
+
+/// A stop by itself, without its number and who gets on or off.
+SheetRow rowOf(ado::Recordset& rows) {
+    SheetRow row{.id = rows["ID"].asInteger(),
+                 .stop = rows["INT_STOPID"].asInteger(),
+                 .type = wordsOf(rows["STOPTYPE"])};
+    const bool isSchool = row.is(data::stoptype::School);
+    row.shown.kind = isSchool ? SheetStop::Kind::School : SheetStop::Kind::Stop;
+    row.shown.time = rows["TIME_AT_STOP"].Value();
+    row.shown.id = wordsOf(rows["STOPID"]);
+    row.shown.note = wordsOf(rows["COMMENT"]);
+    row.shown.leftSide = !isSchool && rows["LEFTSIDE"].asBoolean();
+    name(row.shown, isSchool, wordsOf(rows["ADDRESS"]), wordsOf(rows["DESCRIPTION"]));
+    return row;
+}
 
 /// The directions of a run: for each stop the lines that lead to it, in the order of its visits.
 class WayTo {
@@ -69,6 +101,7 @@ private:
     [[nodiscard]] WayTo readWays() const;
     void readNames(std::vector<SheetRow>& stops) const;
     void countRiders(std::vector<SheetRow>& stops) const;
+    [[nodiscard]] std::vector<Fact> facts() const;
     void addHead();
     void addStops();
     void addRemarks();
@@ -79,6 +112,9 @@ private:
     [[nodiscard]] std::string text(const char* field) const { return wordsOf(run(field)); }
     [[nodiscard]] bool flag(const char* field) const {
         return !run(field).isNull() && run(field).asBoolean();
+    }
+    [[nodiscard]] std::string shown(CellKind kind, const char* field) const {
+        return cellText(kind, run(field).Value());
     }
     [[nodiscard]] const ado::Field& run(const char* field) const { return runs_.Fields(field); }
 
@@ -109,66 +145,50 @@ bool SheetContent::readOn() {
     return true;
 }
 
-void SheetContent::addHead() {
-    const auto time = [&](const char* field) {
-        const auto shown = cellText(CellKind::Time, run(field).Value());
-        return shown.empty() ? std::string("–") : shown;
-    };
-    const auto person = [&](const char* field) {
-        const auto name = calledName(text(field));
-        return name.empty() ? std::string("–") : name;
-    };
-    SheetHead head{.plate = text("RUN"), .title = text("SCHOOLNAME")};
-    head.subtitle = fmt::format("{} · {}", text("TRIPTYPENAME"), weekdays(text("DAYS")));
-    head.right = text("VEHICLE").empty() ? "No bus" : "Bus " + text("VEHICLE");
-    head.rightSub = text("ROUTEID").empty() ? "On no route" : "Route " + text("ROUTEID");
-    head.facts = {{"DRIVER", person("DRIVER")}, {"AIDE", person("AIDE")}};
+std::vector<Fact> SheetContent::facts() const {
+    const auto time = [this](const char* field) { return orDash(shown(CellKind::Time, field)); };
+    const auto person = [this](const char* field) { return orDash(calledName(text(field))); };
+    std::vector<Fact> all{{"DRIVER", person("DRIVER")}, {"AIDE", person("AIDE")}};
     if (flag("PICKUP")) {
-        head.facts.push_back({"FIRST STOP", time("STARTTIME")});
-        head.facts.push_back({"AT SCHOOL", time("ENDTIME")});
-        head.facts.push_back({"BELL", time("BELLTIME")});
+        all.push_back({"FIRST STOP", time("STARTTIME")});
+        all.push_back({"AT SCHOOL", time("ENDTIME")});
+        all.push_back({"BELL", time("BELLTIME")});
     } else {
-        head.facts.push_back({"BELL", time("BELLTIME")});
-        head.facts.push_back({"FROM SCHOOL", time("STARTTIME")});
-        head.facts.push_back({"LAST STOP", time("ENDTIME")});
+        all.push_back({"BELL", time("BELLTIME")});
+        all.push_back({"FROM SCHOOL", time("STARTTIME")});
+        all.push_back({"LAST STOP", time("ENDTIME")});
     }
-    head.facts.push_back({"STUDENTS", cellText(CellKind::Whole, run("RIDING").Value())});
-    head.facts.push_back({"MILES", cellText(CellKind::Decimal, run("MILES").Value())});
-    waiting_.emplace_back(std::move(head));
+    all.push_back({"STUDENTS", shown(CellKind::Whole, "RIDING")});
+    all.push_back({"MILES", orDash(shown(CellKind::Decimal, "MILES"))});
+    return all;
+}
+
+void SheetContent::addHead() {
+    const auto bus = text("VEHICLE");
+    const auto route = text("ROUTEID");
+    waiting_.emplace_back(
+        SheetHead{.plate = text("RUN"),
+                  .title = text("SCHOOLNAME"),
+                  .subtitle = fmt::format("{} · {}", text("TRIPTYPENAME"), weekdays(text("DAYS"))),
+                  .right = bus.empty() ? "No bus" : "Bus " + bus,
+                  .rightSub = route.empty() ? "On no route" : "Route " + route,
+                  .facts = facts()});
 }
 
 std::vector<SheetRow> SheetContent::readStops() const {
     std::vector<SheetRow> stops;
     ado::Recordset rows;
     openOf(rows, StopsOfSheet);
+    const bool toSchool = flag("PICKUP");
     int number = 0;
     for (; !rows.Eof(); rows.MoveNext()) {
-        SheetRow row{.id = rows["ID"].asInteger(),
-                     .stop = rows["INT_STOPID"].asInteger(),
-                     .type = wordsOf(rows["STOPTYPE"]),
-                     .shown = {}};
-        const auto address = wordsOf(rows["ADDRESS"]);
-        const auto description = wordsOf(rows["DESCRIPTION"]);
-        row.shown.time = rows["TIME_AT_STOP"].Value();
-        row.shown.id = wordsOf(rows["STOPID"]);
-        row.shown.note = wordsOf(rows["COMMENT"]);
-        row.shown.leftSide = rows["LEFTSIDE"].asBoolean();
-        if (row.is(data::stoptype::School)) {
-            row.shown.kind = SheetStop::Kind::School;
-            row.shown.place = description.empty() ? address : description;
-            row.shown.corner = description.empty() ? std::string() : address;
-            row.shown.leftSide = false;
-        } else {
-            row.shown.number = row.is(data::stoptype::Garage) ? 0 : ++number;
-            row.shown.place = address.empty() ? description : address;
-            row.shown.corner = address.empty() ? std::string() : cornerOf(description, address);
-        }
+        SheetRow& row = stops.emplace_back(rowOf(rows));
         if (row.is(data::stoptype::Regular)) {
-            const int riders =
-                static_cast<int>(rows["RIDERS"].Value().isNull() ? 0 : rows["RIDERS"].asInteger());
-            row.shown.students = flag("PICKUP") ? riders : -riders;
+            const int riders = wholeOf(rows["RIDERS"]);
+            row.shown.students = toSchool ? riders : -riders;
         }
-        stops.push_back(std::move(row));
+        const bool isNumbered = !row.is(data::stoptype::School) && !row.is(data::stoptype::Garage);
+        row.shown.number = isNumbered ? ++number : 0;
     }
     return stops;
 }
@@ -178,7 +198,7 @@ std::vector<SheetRow> SheetContent::readStops() const {
 void SheetContent::countRiders(std::vector<SheetRow>& stops) const {
     const auto isSchool = [](const SheetRow& row) { return row.is(data::stoptype::School); };
     const bool toSchool = flag("PICKUP");
-    const int all = run("RIDING").isNull() ? 0 : static_cast<int>(run("RIDING").asInteger());
+    const int all = wholeOf(run("RIDING"));
     const auto first = std::ranges::find_if(stops, isSchool);
     const auto last = std::find_if(stops.rbegin(), stops.rend(), isSchool);
     if (first != stops.end()) {
@@ -276,7 +296,7 @@ void SheetContent::addRemark(std::vector<SheetWay::Piece> pieces, bool quiet) {
 
 void SheetContent::addRemarks() {
     if (const auto next = text("BUSRUN"); !next.empty()) {
-        const auto start = cellText(CellKind::Time, run("BUSSTART").Value());
+        const auto start = shown(CellKind::Time, "BUSSTART");
         addRemark({{"Next: run "},
                    {next, true},
                    {fmt::format(", {}, {} {}", text("BUSSCHOOL"),

@@ -57,7 +57,8 @@ Definition stopList() {
         .ofOneRun = true,
         .fills = {fillStops},
         .rows = StopRows,
-        .order = "S.RUNID, S.ID",
+        .groupedBy = "S.RUNID",
+        .order = "S.ID",
         .counts = "stop",
         .all = "All runs",
         .nothing = "There is no stop on these runs.",
@@ -89,7 +90,9 @@ Definition studentList() {
             "R.SCHOOLNAME, R.RUN & ', ' & R.SCHOOLNAME AS RUNTITLE FROM (RPT_STUDENT AS N "
             "INNER JOIN RPT_STOP AS S ON N.STOPROW=S.ID) INNER JOIN RPT_RUN AS R ON "
             "N.RUNID=R.ID WHERE N.SESSION={0}",
-        .order = "N.RUNID, N.ID",
+        .groupedBy = "N.RUNID",
+        .order = "N.ID",
+        .sortsRows = true,
         .counts = "student",
         .nothing = "No student rides on these runs today."};
 }

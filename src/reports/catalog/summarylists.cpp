@@ -65,6 +65,7 @@ Definition summaryBy(const Summary& summary) {
                                "miles times the district's cost of a mile."},
             .rows = rowsOf(summary),
             .order = "2, 1",
+            .sortsRows = true,
             .counts = summary.counts,
             .all = "All",
             .divided = "SEATED"};

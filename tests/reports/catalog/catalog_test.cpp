@@ -342,7 +342,7 @@ TEST_F(Sheets, ADriverReadsTheWholeRun) {
     EXPECT_EQ(support::joined(told(request), "\n"),
               "[A-1] Oak School, Morning · Monday and Wednesday, Bus B7, Route R1: DRIVER Ann "
               "Smith, AIDE Bo Adams, FIRST STOP 7:10 AM, AT SCHOOL 7:50 AM, BELL 8:00 AM, "
-              "STUDENTS 3, MILES ,\n"
+              "STUDENTS 3, MILES –,\n"
               "0|6:58 AM|Leave the bus garage; empty to the first stop|||0/0|4.2|\n"
               "1|7:10 AM|12 Elm Street|at 2nd Avenue LEFT|Hill, Kim & O'Hara, Zoe "
               "(Wheelchair)|2/2||(dog)\n"
@@ -388,6 +388,10 @@ TEST_F(Sheets, EveryReportBearsWhatIsMissing) {
                 testing::IsSupersetOf({"No school: 1 run (new page)", "O||.....|||||||||||",
                                        "Oak School: 3 runs (new page)",
                                        "St. Mary's \"<&>\": 1 run (new page)"}));
+    EXPECT_THAT(told(asked("summary-school")).back(), testing::StartsWith("All, 4 schools = |6|"));
+    auto students = asked("run-students");
+    students.sort = {{"NAME", true}};
+    EXPECT_THAT(told(students).at(1), testing::HasSubstr("O'Hara, Zoe"));
     const auto lines = told(request);
     const auto placeOf = [&](const std::string& run) {
         return std::ranges::find_if(lines, [&](const auto& line) { return line.starts_with(run); });
