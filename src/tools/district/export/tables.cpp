@@ -122,6 +122,9 @@ TablesWritten writeTables(const DistrictSnapshot& district, const fs::path& fold
     TablesWritten written;
     std::set<std::string> names;
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
+        if (file == data::DatabaseFile::VIREORpt) {
+            continue;
+        }
         store::Database& database = district.database(file);
         for (const store::Table& table : database.catalog().tables()) {
             // Of two files' tables of one name the routing file's is the one that counts.
