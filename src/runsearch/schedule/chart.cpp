@@ -207,6 +207,8 @@ void Placing::addOverlaps() {
 void Placing::addProblems() {
     for (std::size_t i = 0; i < chart_.bars.size(); ++i) {
         const auto& bar = chart_.bars[i];
+        auto& worst = chart_.rows[static_cast<std::size_t>(bar.row)].worst;
+        worst = std::max(worst, chart_.troubleOf(bar));
         const bool overlaps = chart_.overlaps[static_cast<std::size_t>(bar.run)].other != None;
         const auto trouble = overlaps ? Trouble::Overlap : bar.change.trouble;
         if (trouble != Trouble::Nothing) {

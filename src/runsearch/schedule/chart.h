@@ -26,15 +26,16 @@ struct Layout {
 
 enum class RowKind : std::uint8_t { Route, NoRoute, NoTimes, School, ClosedSchool, Lane };
 
+enum class Trouble : std::uint8_t { Nothing, Tight, Short, Overlap };
+
 /// One row of the chart with its bars, which follow one another in Chart::bars by start.
 struct Row {
     RowKind kind = RowKind::Route;
     int subject = None;  ///< the route or the school; None for rows that have neither
     std::size_t first = 0;
     std::size_t count = 0;
+    Trouble worst = Trouble::Nothing;  ///< of its bars
 };
-
-enum class Trouble : std::uint8_t { Nothing, Tight, Short, Overlap };
 
 /// What lies between a bar and the one before it in the row of a route.
 struct Change {

@@ -1,3 +1,4 @@
+#include <QPaintEngine>
 #include <QPainterPath>
 #include <algorithm>
 #include <array>
@@ -15,6 +16,9 @@ constexpr double LineApart = 24;
 constexpr double PeakLabel = 14;
 /// Rows without words name every tenth, and none nearer than this.
 constexpr double NameApart = 40;
+constexpr double SlackColumn = 44;
+/// Ground without stripes is painted in parts of this height.
+constexpr double PartHeight = 24;
 
 Seconds firstMultiple(double time, Seconds step) {
     return static_cast<Seconds>(std::ceil(time / step)) * step;
@@ -32,18 +36,6 @@ bool isHour(Seconds time) { return time % Hour == 0; }
 /// AM and PM stand at the first hour in view and at noon and midnight.
 bool tellsHalf(const Frame& frame, Seconds at) {
     return at % (Day / 2) == 0 || at == firstMultiple(frame.scale.origin, Hour);
-}
-
-void paintGrid(QPainter& painter, const Frame& frame) {
-    const auto step = stepOf(frame.scale, LineApart * frame.unit);
-    forEachStep(frame, step, [&](Seconds at) {
-        painter.setPen(isHour(at) ? frame.colours->hours : frame.colours->grid);
-        if (at % Day == 0) {
-            painter.setPen(QPen(frame.colours->soft, 1));
-        }
-        const double x = std::floor(frame.x(at)) + 0.5;
-        painter.drawLine(QPointF(x, frame.plot.top()), QPointF(x, frame.plot.bottom()));
-    });
 }
 
 void paintPeakLine(QPainter& painter, const Frame& frame) {
@@ -161,17 +153,45 @@ void paintBands(QPainter& painter, const Frame& frame, double height) {
 
 }  // namespace
 
+void paintGrid(QPainter& painter, const Frame& frame, const QRectF& area) {
+    const auto step = stepOf(frame.scale, LineApart * frame.unit);
+    forEachStep(frame, step, [&](Seconds at) {
+        const auto& colour = at % Day == 0 ? frame.colours->soft
+                             : isHour(at)  ? frame.colours->hours
+                                           : frame.colours->grid;
+        painter.fillRect(QRectF(std::floor(frame.x(at)), area.top(), 1, area.height()), colour);
+    });
+}
+
+namespace {
+
+/// Ground and hours from one height to another. A picture is filled from top to bottom, so that its
+/// lines meet pixels that were just written; on paper a line goes through in one.
+void paintPart(QPainter& painter, const Frame& frame, const QRectF& part, const QColor& colour) {
+    painter.fillRect(part, colour);
+    if (painter.paintEngine()->type() == QPaintEngine::Raster) {
+        paintGrid(painter, frame, part);
+    }
+}
+
+}  // namespace
+
 void paintGround(QPainter& painter, const Frame& frame) {
-    painter.fillRect(frame.plot, frame.colours->ground);
     const auto [first, last] = frame.rowsInView();
     const bool stripes =
         frame.detail() >= Detail::SmallWords && frame.chart->layout.order == Order::ByRoute;
-    for (int row = first | 1; stripes && row < last; row += 2) {
-        painter.fillRect(
-            QRectF(frame.plot.left(), frame.y(row), frame.plot.width(), frame.rowHeight),
-            frame.colours->oddRow);
+    const double height = stripes ? frame.rowHeight : PartHeight;
+    const double until = std::max(frame.plot.bottom(), frame.y(last));
+    int part = first;
+    for (double top = stripes ? frame.y(first) : frame.plot.top(); top < until; top += height) {
+        const bool isOdd = stripes && part < last && part % 2 == 1;
+        paintPart(painter, frame, {frame.plot.left(), top, frame.plot.width(), height},
+                  isOdd ? frame.colours->oddRow : frame.colours->ground);
+        ++part;
     }
-    paintGrid(painter, frame);
+    if (painter.paintEngine()->type() != QPaintEngine::Raster) {
+        paintGrid(painter, frame, frame.plot);
+    }
     paintPeakLine(painter, frame);
     // A band that is scrolled away still has its bells in the lanes below it.
     for (int row = bandOver(frame, first); row < last; ++row) {
@@ -198,7 +218,8 @@ void paintAxis(QPainter& painter, const Frame& frame) {
     if (byRoute && frame.detail() >= Detail::SmallWords) {
         frame.words->draw(painter, left + frame.words->width(title, Type::CaptionBold) + 6 * unit,
                           y, "Driver", Type::Normal);
-        frame.words->drawRight(painter, frame.heads.right() - 7 * unit, y, "Bus", Type::Normal);
+        frame.words->drawRight(painter, frame.heads.right() - 7 * unit, y,
+                               frame.held == None ? "Bus" : "Slack", Type::Normal);
     }
     painter.setClipRect(frame.axis);
     paintBands(painter, frame, ZoneBand * unit);
@@ -216,36 +237,51 @@ void paintAxis(QPainter& painter, const Frame& frame) {
     paintFrameLines(painter, frame);
 }
 
+namespace {
+
+/// The greatest number that each pixel of a width holds.
+std::vector<int> mostOfPixels(double width, const TimeScale& scale, const StepCurve& curve) {
+    std::vector<int> most(static_cast<std::size_t>(std::ceil(width)));
+    const auto& steps = curve.steps();
+    const double perSecond = 1 / scale.secondsPerPixel;
+    double right = steps.empty() ? 0 : (steps.front().at - scale.origin) * perSecond;
+    for (std::size_t i = 0; i + 1 < steps.size() && right < width; ++i) {
+        const double left = std::max(right, 0.0);
+        right = (steps[i + 1].at - scale.origin) * perSecond;
+        if (right >= 0) {
+            const auto from = static_cast<std::size_t>(left);
+            const auto until = std::max(static_cast<std::size_t>(std::min(right, width)), from + 1);
+            for (auto x = from; x < until; ++x) {
+                most[x] = std::max(most[x], steps[i].count);
+            }
+        }
+    }
+    return most;
+}
+
+}  // namespace
+
 void paintSteps(QPainter& painter, const QRectF& area, const TimeScale& scale,
                 const StepCurve& curve, int full, const QColor& colour) {
     if (full <= 0) {
         return;
     }
-    const auto column = [&](double left, double right, int count) {
-        const double from = std::max(left, 0.0);
-        const double until = std::min(right, area.width());
-        if (count > 0 && until > from) {
-            const double height = area.height() * count / full;
-            painter.fillRect(
-                QRectF(area.left() + from, area.bottom() - height, until - from, height), colour);
+    const auto most = mostOfPixels(area.width(), scale, curve);
+    const auto pixels = most.size();
+    for (std::size_t left = 0; left < pixels;) {
+        auto right = left + 1;
+        while (right < pixels && most[right] == most[left]) {
+            ++right;
         }
-    };
-    const auto& steps = curve.steps();
-    // Of many steps in one pixel the greatest is seen.
-    double pixel = -1;
-    int most = 0;
-    for (std::size_t i = 0; i + 1 < steps.size(); ++i) {
-        const double left = std::floor(scale.xOf(steps[i].at));
-        const double right = std::floor(scale.xOf(steps[i + 1].at));
-        if (left != pixel) {
-            column(pixel, pixel + 1, most);
-            pixel = left;
-            most = 0;
+        if (most[left] > 0) {
+            const double height = area.height() * most[left] / full;
+            const double until = std::min(static_cast<double>(right), area.width());
+            painter.fillRect(QRectF(area.left() + static_cast<double>(left), area.bottom() - height,
+                                    until - static_cast<double>(left), height),
+                             colour);
         }
-        most = std::max(most, steps[i].count);
-        column(left, right, steps[i].count);
+        left = right;
     }
-    column(pixel, pixel + 1, most);
 }
 
 void paintCurve(QPainter& painter, const Frame& frame) {
@@ -272,20 +308,20 @@ void paintCurve(QPainter& painter, const Frame& frame) {
 
 namespace {
 
-Trouble worstOf(const Frame& frame, const Row& row) {
-    auto worst = Trouble::Nothing;
-    for (const auto& bar : frame.chart->barsOf(row)) {
-        worst = std::max(worst, frame.chart->troubleOf(bar));
-    }
-    return worst;
-}
-
-void paintStrip(QPainter& painter, const Frame& frame, const Row& row, double y) {
-    const auto worst = worstOf(frame, row);
-    if (worst != Trouble::Nothing) {
-        painter.fillRect(QRectF(frame.heads.right() - 6 * frame.unit, y, 4 * frame.unit,
-                                std::max(frame.rowHeight, 1.0)),
-                         worst == Trouble::Tight ? frame.colours->amber : frame.colours->red);
+/// The worst of each row at its head; rows lower than a pixel share one.
+void paintStrips(QPainter& painter, const Frame& frame, int first, int last) {
+    for (int row = first; row < last;) {
+        const double y = frame.y(row);
+        auto worst = Trouble::Nothing;
+        do {
+            worst = std::max(worst, frame.chart->rows[static_cast<std::size_t>(row)].worst);
+            ++row;
+        } while (row < last && frame.y(row) < y + 1);
+        if (worst != Trouble::Nothing) {
+            painter.fillRect(QRectF(frame.heads.right() - 6 * frame.unit, y, 4 * frame.unit,
+                                    std::max(frame.rowHeight, 1.0)),
+                             worst == Trouble::Tight ? frame.colours->amber : frame.colours->red);
+        }
     }
 }
 
@@ -324,7 +360,11 @@ void paintHead(QPainter& painter, const Frame& frame, const Row& row, double y) 
                             noDetail ? frame.heads.right() - nameAt - 6 * unit : 60 * unit,
                             head.name, nameType);
     painter.setPen(frame.colours->soft);
-    const double busWidth = head.bus.empty() ? 0 : frame.words->width(head.bus, Type::Bold) + 6;
+    // While a run is held the slack stands there.
+    const bool showsBus = !head.bus.empty() && frame.held == None;
+    const double busWidth = frame.held != None ? SlackColumn * unit
+                            : showsBus         ? frame.words->width(head.bus, Type::Bold) + 6
+                                               : 0;
     const double detailAt =
         twoLines ? nameAt
                  : std::max(nameAt + 38 * unit,
@@ -334,7 +374,7 @@ void paintHead(QPainter& painter, const Frame& frame, const Row& row, double y) 
         frame.words->drawWithin(painter, detailAt, middle + (twoLines ? 17 * unit : 0), room,
                                 head.detail, Type::Normal);
     }
-    if (!head.bus.empty()) {
+    if (showsBus) {
         painter.setPen(head.isBusTwice ? frame.colours->redWords : frame.colours->soft);
         frame.words->drawRight(painter, frame.heads.right() - 7 * unit, middle, head.bus,
                                head.isBusTwice ? Type::Bold : Type::Normal);
@@ -386,21 +426,18 @@ void paintHeads(QPainter& painter, const Frame& frame) {
     painter.fillRect(column, frame.colours->heads);
     const auto [first, last] = frame.rowsInView();
     const bool named = frame.detail() >= Detail::SmallWords;
-    for (int row = first; row < last; ++row) {
+    for (int row = first; row < last && named; ++row) {
         const auto& each = frame.chart->rows[static_cast<std::size_t>(row)];
         const double y = frame.y(row);
-        if (named) {
-            const bool band = each.kind == RowKind::School || each.kind == RowKind::ClosedSchool;
-            if (band || (row % 2 == 1 && frame.chart->layout.order == Order::ByRoute)) {
-                painter.fillRect(QRectF(column.left(), y, column.width(), frame.rowHeight),
-                                 band ? frame.colours->grid : frame.colours->oddRow);
-            }
-            paintHead(painter, frame, each, y);
-        } else {
-            paintStrip(painter, frame, each, y);
+        const bool band = each.kind == RowKind::School || each.kind == RowKind::ClosedSchool;
+        if (band || (row % 2 == 1 && frame.chart->layout.order == Order::ByRoute)) {
+            painter.fillRect(QRectF(column.left(), y, column.width(), frame.rowHeight),
+                             band ? frame.colours->grid : frame.colours->oddRow);
         }
+        paintHead(painter, frame, each, y);
     }
     if (!named) {
+        paintStrips(painter, frame, first, last);
         paintTenths(painter, frame, first, last);
     }
     painter.restore();

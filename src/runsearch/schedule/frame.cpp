@@ -97,10 +97,10 @@ void divide(Frame& frame, const QRectF& area) {
 void paintFrame(QPainter& painter, const Frame& frame) {
     painter.save();
     painter.setClipRect(frame.plot);
-    paintGround(painter, frame);
     if (frame.detail() == Detail::Cells) {
         paintCells(painter, frame);
     } else {
+        paintGround(painter, frame);
         const auto [first, last] = frame.rowsInView();
         for (const auto paint : {&paintLinks, &paintBars, &paintTroubles}) {
             for (int row = first; row < last; ++row) {

@@ -59,7 +59,10 @@ void paintGround(QPainter& painter, const Frame& frame);
 void paintLinks(QPainter& painter, const Frame& frame, const Row& row, int number);
 void paintBars(QPainter& painter, const Frame& frame, const Row& row, int number);
 void paintTroubles(QPainter& painter, const Frame& frame, const Row& row, int number);
+/// All rows in small cells, the ground with them.
 void paintCells(QPainter& painter, const Frame& frame);
+/// The lines of the hours and of their parts through an area of the plot.
+void paintGrid(QPainter& painter, const Frame& frame, const QRectF& area);
 void paintHeads(QPainter& painter, const Frame& frame);
 void paintAxis(QPainter& painter, const Frame& frame);
 void paintCurve(QPainter& painter, const Frame& frame);

@@ -169,10 +169,16 @@ void paintLegend(QPainter& painter, const Frame& frame, const QRectF& area) {
 }
 
 void Legend::show(const Frame& frame) {
+    const auto& layout = frame.chart->layout;
+    Shown shown{frame.plan->zones, layout.order, layout.tightUnder,
+                frame.detail(),    frame.unit,   frame.colours};
     frame_ = frame;
-    words_ = std::make_unique<Words>(font(), frame.unit);
+    if (words_ == nullptr || shown != shown_) {
+        words_ = std::make_unique<Words>(font(), frame.unit);
+        shown_ = std::move(shown);
+        update();
+    }
     frame_.words = words_.get();
-    update();
 }
 
 QSize Legend::sizeHint() const { return {600, qRound(Height * std::max(frame_.unit, 1.0))}; }

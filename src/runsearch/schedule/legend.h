@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "runsearch/schedule/chart.h"
 #include "runsearch/schedule/frame.h"
@@ -16,6 +17,7 @@ class Legend : public QWidget {
 public:
     explicit Legend(QWidget* parent = nullptr) : QWidget(parent) {}
 
+    /// Paints itself anew only where that changes what it says.
     void show(const Frame& frame);
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return {100, sizeHint().height()}; }
@@ -24,7 +26,20 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// All that decides what it says.
+    struct Shown {
+        std::vector<TimeZone> zones;
+        Order order = Order::ByRoute;
+        Seconds tightUnder = 0;
+        Detail detail = Detail::Cells;
+        double unit = 0;
+        const Colours* colours = nullptr;
+
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+
     Frame frame_;
+    Shown shown_;
     std::unique_ptr<Words> words_;
 };
 

@@ -1,3 +1,4 @@
+#include <QPaintEngine>
 #include <algorithm>
 #include <cmath>
 
@@ -8,6 +9,19 @@
 namespace schedule {
 
 namespace {
+
+void paintPin(QPainter& painter, const Frame& frame, const QRectF& rect) {
+    const double x = rect.center().x();
+    const double stem = 0.8 * frame.unit;
+    painter.fillRect(rect, frame.colours->ground);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(QRectF(x - stem, rect.top(), 2 * stem, rect.height()), frame.colours->words);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(frame.colours->words);
+    painter.drawEllipse(QPointF(x, rect.top() + rect.width() / 2), rect.width() / 2,
+                        rect.width() / 2);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+}
 
 /// Empty trips, idle time and bells of one row of a route.
 class LinkPainter {
@@ -32,6 +46,10 @@ private:
     void paintDotted(double from, double until, Qt::PenStyle style);
     void paintPatch(double middle, std::string_view text);
     void paintBell(Seconds bell);
+    /// Whether the run before it or it itself is being moved.
+    [[nodiscard]] bool touchesHeld(const Bar& bar) const {
+        return frame_.held != None && (bar.run == frame_.held || bar.change.former == frame_.held);
+    }
     [[nodiscard]] const ScheduledRun& runOf(const Bar& bar) const {
         return frame_.plan->run(bar.run);
     }
@@ -48,12 +66,16 @@ void LinkPainter::paint(std::span<const Bar> bars) {
     }
     const Bar* last = &bars.front();
     for (const auto& bar : bars) {
-        bar.change.former == None ? paintFirst(bar) : paintBetween(bar);
+        if (!touchesHeld(bar)) {
+            bar.change.former == None ? paintFirst(bar) : paintBetween(bar);
+        }
         last = bar.end >= last->end ? &bar : last;
     }
-    paintLast(*last);
+    if (last->run != frame_.held) {
+        paintLast(*last);
+    }
     for (const auto& bar : bars) {
-        if (hasWords_ && runOf(bar).bell) {
+        if (hasWords_ && bar.run != frame_.held && runOf(bar).bell) {
             paintBell(*runOf(bar).bell);
         }
     }
@@ -179,17 +201,16 @@ void LinkPainter::paintBell(Seconds bell) {
     if (x < frame_.plot.left() - 4 || x > frame_.plot.right() + 4) {
         return;
     }
-    const double unit = frame_.unit;
-    const double width = 1.6 * unit;
-    const double top = y_ - 8 * unit;
-    painter_.fillRect(QRectF(x - width / 2 - 2 * unit, top, width + 4 * unit, 16 * unit),
-                      frame_.colours->ground);
-    painter_.setRenderHint(QPainter::Antialiasing);
-    painter_.fillRect(QRectF(x - width / 2, top, width, 16 * unit), frame_.colours->words);
-    painter_.setPen(Qt::NoPen);
-    painter_.setBrush(frame_.colours->words);
-    painter_.drawEllipse(QPointF(x, top + 2.8 * unit), 2.8 * unit, 2.8 * unit);
-    painter_.setRenderHint(QPainter::Antialiasing, false);
+    const QSizeF size(5.6 * frame_.unit, 16 * frame_.unit);
+    const QPointF corner(x - size.width() / 2, y_ - size.height() / 2);
+    if (painter_.paintEngine()->type() == QPaintEngine::Raster) {
+        const auto& pin = frame_.words->sign(
+            size, painter_.device()->devicePixelRatioF(),
+            [&](QPainter& painter) { paintPin(painter, frame_, QRectF(QPointF(), size)); });
+        painter_.drawPixmap(QPointF(std::round(corner.x()), std::round(corner.y())), pin);
+    } else {
+        paintPin(painter_, frame_, QRectF(corner, size));
+    }
 }
 
 }  // namespace

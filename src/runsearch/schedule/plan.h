@@ -84,6 +84,8 @@ struct TimeZone {
     std::string name;
     Seconds start = 0;
     Seconds end = 0;  ///< after the start, beyond Day where it passes midnight
+
+    friend bool operator==(const TimeZone&, const TimeZone&) = default;
 };
 
 /// The runs of one search and all that the schedule says of them.

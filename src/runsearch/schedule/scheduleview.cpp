@@ -210,9 +210,12 @@ void ScheduleView::paintEvent(QPaintEvent*) {
         return;
     }
     const auto ratio = devicePixelRatioF();
-    if (!isPainted_ || picture_.size() != viewport()->size() * ratio) {
+    if (picture_.size() != viewport()->size() * ratio) {
         picture_ = QPixmap(viewport()->size() * ratio);
         picture_.setDevicePixelRatio(ratio);
+        isPainted_ = false;
+    }
+    if (!isPainted_) {
         QPainter body(&picture_);
         body.setFont(font());
         frame_.faded = faded_.empty() ? nullptr : &faded_;

@@ -1,6 +1,7 @@
 #include "runsearch/schedule/words.h"
 
 #include <QFontMetricsF>
+#include <cmath>
 
 #include "platform/controls/qtext.h"
 
@@ -44,6 +45,20 @@ const Words::Laid& Words::laid(std::string_view text, Type type) {
     made.text.prepare({}, font(type));
     made.size = made.text.size();
     return known.emplace(text, std::move(made)).first->second;
+}
+
+const QPixmap& Words::sign(QSizeF size, double ratio,
+                           const std::function<void(QPainter&)>& painted) {
+    const QSize pixels(static_cast<int>(std::ceil(size.width() * ratio)),
+                       static_cast<int>(std::ceil(size.height() * ratio)));
+    if (sign_.size() != pixels) {
+        sign_ = QPixmap(pixels);
+        sign_.setDevicePixelRatio(ratio);
+        sign_.fill(Qt::transparent);
+        QPainter painter(&sign_);
+        painted(painter);
+    }
+    return sign_;
 }
 
 double Words::width(std::string_view text, Type type) { return laid(text, type).size.width(); }

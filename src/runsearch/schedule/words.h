@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QPainter>
+#include <QPixmap>
 #include <QStaticText>
 #include <array>
 #include <functional>
@@ -29,6 +30,9 @@ public:
     void drawWithin(QPainter& painter, double x, double y, double width, std::string_view text,
                     Type type);
     [[nodiscard]] const QFont& font(Type type) const;
+    /// A sign that stands in a picture many times; painted once. `ratio` is pixels of the device
+    /// for one of the sign.
+    const QPixmap& sign(QSizeF size, double ratio, const std::function<void(QPainter&)>& painted);
 
 private:
     struct Hash {
@@ -44,6 +48,7 @@ private:
     const Laid& laid(std::string_view text, Type type);
 
     static constexpr std::size_t Types = 7;
+    QPixmap sign_;
     std::array<QFont, Types> fonts_;
     std::array<std::unordered_map<std::string, Laid, Hash, std::equal_to<>>, Types> laid_;
 };
