@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <numeric>
+#include <optional>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -45,6 +47,14 @@ std::string_view nullText(CellKind kind) {
            : kind == CellKind::Number  ? "0"
            : kind == CellKind::Decimal ? "0.00"
                                        : "";
+}
+
+/// A number that was set as a text, for its decimals.
+std::optional<double> numberIn(std::string_view text) {
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number)
+                                                                    : std::nullopt;
 }
 
 std::string twoDecimals(double number) {
@@ -220,8 +230,10 @@ TextTable::SortKey TextTable::sortKey(std::size_t row, std::size_t column) const
     switch (held_[at]) {
         case Held::Null:
             return {isNumber(kind) ? SortKey::Number : SortKey::Nothing, 0, 0, {}};
-        case Held::Text:
-            return SortKey::of(pooled(at));
+        case Held::Text: {
+            const auto number = isNumber(kind) ? numberIn(pooled(at)) : std::nullopt;
+            return number ? SortKey{SortKey::Number, *number, 0, {}} : SortKey::of(pooled(at));
+        }
         case Held::Number:
             return {SortKey::Number, std::bit_cast<double>(bits_[at]), 0, {}};
         case Held::Date: {

@@ -1,7 +1,6 @@
 #include "runsearch/schedule/summaries.h"
 
 #include <algorithm>
-#include <cmath>
 #include <tuple>
 
 #include <fmt/format.h>
@@ -105,8 +104,6 @@ private:
     std::vector<int> busOf_;
 };
 
-double rounded(double number) { return std::round(number * 10) / 10; }
-
 void addRow(table::TextTable& table, const Summary& sum) {
     const auto row = table.addRow();
     std::size_t column = 0;
@@ -117,6 +114,9 @@ void addRow(table::TextTable& table, const Summary& sum) {
         }
         ++column;
     };
+    const auto addTenths = [&](double number) {
+        table.setText(row, column++, fmt::format("{:.1f}", std::max(number, 0.0)));
+    };
     const auto peak = sum.buses.peak();
     add(sum.name);
     add(sum.runs);
@@ -124,9 +124,9 @@ void addRow(table::TextTable& table, const Summary& sum) {
     add(sum.students);
     addTime(sum.firstStart);
     addTime(sum.lastEnd);
-    add(rounded(sum.hours));
-    add(rounded(sum.miles));
-    add(rounded(sum.emptyMiles));
+    addTenths(sum.hours);
+    addTenths(sum.miles);
+    addTenths(sum.emptyMiles);
     add(peak.count);
     addTime(peak.count > 0 ? std::optional(peak.at) : std::nullopt);
 }
