@@ -120,19 +120,6 @@ private:
     Findings findings_;
 };
 
-std::vector<NeedCount> carriedBy(const std::string& vehType, ado::Connection& trip) {
-    ado::Recordset rows;
-    rows.Open(fmt::format("SELECT VEHTYPE_SPECIALNEEDS.* FROM VEHTYPE_SPECIALNEEDS Where "
-                          "VEHTYPE_SPECIALNEEDS.VEHTYPE='{}'",
-                          ado::escaped(vehType)),
-              trip);
-    std::vector<NeedCount> carried;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        carried.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["Capacity"])});
-    }
-    return carried;
-}
-
 std::string needsSql(const StopRow& stop) {
     return fmt::format(
         "SELECT STU_ADDR_TRIPTYPE.INT_STOPID, STU_SPECIALNEEDS.SPECIALNEEDS_CODE, "
@@ -173,14 +160,31 @@ Findings needsNotMet(const CheckedRun& run, const std::vector<StopNeeds>& stops,
     return std::move(counter).findings();
 }
 
-Findings Check_SpecialNeeds(const CheckedRun& run, const ValidationDatabases& databases) {
-    const auto carried = carriedBy(run.vehType, databases.trip);
-    std::vector<StopNeeds> stops;
-    for (StopRow& stop : readStops(databases.routing, regularStopsOf(run.run))) {
-        auto needs = needsAt(stop, databases.routing);
-        stops.push_back({std::move(stop), std::move(needs)});
+std::vector<NeedCount> needsCarriedBy(const std::string& vehType, ado::Connection& trip) {
+    ado::Recordset rows;
+    rows.Open(fmt::format("SELECT VEHTYPE_SPECIALNEEDS.* FROM VEHTYPE_SPECIALNEEDS Where "
+                          "VEHTYPE_SPECIALNEEDS.VEHTYPE='{}'",
+                          ado::escaped(vehType)),
+              trip);
+    std::vector<NeedCount> carried;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        carried.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["Capacity"])});
     }
-    return needsNotMet(run, stops, carried);
+    return carried;
+}
+
+std::vector<StopNeeds> readStopNeeds(const StopRows& regularStops, ado::Connection& routing) {
+    std::vector<StopNeeds> stops;
+    for (const StopRow& stop : regularStops) {
+        stops.push_back({stop, needsAt(stop, routing)});
+    }
+    return stops;
+}
+
+Findings Check_SpecialNeeds(const CheckedRun& run, const ValidationDatabases& databases) {
+    const auto carried = needsCarriedBy(run.vehType, databases.trip);
+    const auto stops = readStops(databases.routing, regularStopsOf(run.run));
+    return needsNotMet(run, readStopNeeds(stops, databases.routing), carried);
 }
 
 }  // namespace runedit

@@ -36,6 +36,13 @@ inline constexpr std::string_view SpecialNeedsSeparator = "      *** ";
 [[nodiscard]] Findings needsNotMet(const CheckedRun& run, const std::vector<StopNeeds>& stops,
                                    const std::vector<NeedCount>& carried);
 
+/// The needs of the passengers at each stop, in the order of their codes.
+[[nodiscard]] std::vector<StopNeeds> readStopNeeds(const StopRows& regularStops,
+                                                   ado::Connection& routing);
+/// What a vehicle type can carry, as it is stored.
+[[nodiscard]] std::vector<NeedCount> needsCarriedBy(const std::string& vehType,
+                                                    ado::Connection& trip);
+
 /// The same for the stored run. A stop's needs are taken in the order of their codes.
 /// Cost: one statement for the vehicle type, one for the stops and one for each of them.
 [[nodiscard]] Findings Check_SpecialNeeds(const CheckedRun& run,

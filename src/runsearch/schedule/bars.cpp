@@ -400,7 +400,9 @@ void paintTroubles(QPainter& painter, const Frame& frame, const Row& row, int) {
     }
     TroublePainter troubles(painter, frame, row);
     for (const auto& bar : frame.chart->barsOf(row)) {
-        if (bar.run != frame.held &&
+        const bool touchesHeld =
+            frame.held != None && (bar.run == frame.held || bar.change.former == frame.held);
+        if (!touchesHeld &&
             isInView(frame, frame.rectOf(bar).adjusted(-160 * frame.unit, 0, 0, 0))) {
             troubles.paint(bar);
         }

@@ -248,10 +248,9 @@ std::vector<int> mostOfPixels(double width, const TimeScale& scale, const StepCu
     for (std::size_t i = 0; i + 1 < steps.size() && right < width; ++i) {
         const double left = std::max(right, 0.0);
         right = (steps[i + 1].at - scale.origin) * perSecond;
-        if (right >= 0) {
-            const auto from = static_cast<std::size_t>(left);
-            const auto until = std::max(static_cast<std::size_t>(std::min(right, width)), from + 1);
-            for (auto x = from; x < until; ++x) {
+        if (right > 0) {
+            const auto until = static_cast<std::size_t>(std::ceil(std::min(right, width)));
+            for (auto x = static_cast<std::size_t>(left); x < until; ++x) {
                 most[x] = std::max(most[x], steps[i].count);
             }
         }

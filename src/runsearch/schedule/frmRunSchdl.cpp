@@ -1,7 +1,9 @@
 #include "runsearch/schedule/frmRunSchdl.h"
 
 #include <QClipboard>
+#include <QDateTime>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -38,7 +40,10 @@ constexpr auto NotPrintedTitle = "Not Printed";
 constexpr auto NotPrinted = "Oops, the printer did not take the run schedule.";
 constexpr auto NotExportedTitle = "Not Exported";
 constexpr auto NotExported =
-    "Oops, the file {} could not be written.  Please choose another folder and try again.";
+    "Oops, the file {} could not be written: {}.  What was there before is as it was.  Please "
+    "choose "
+    "another folder and try again.";
+constexpr auto PrintedFormat = "MMM d, yyyy h:mm AP";
 constexpr auto NoSuchKind =
     "Oops, {} is no PDF, SVG or PNG file.  Please give it a name that ends in .pdf, .svg or .png "
     "and try again.";
@@ -67,6 +72,9 @@ frmRunSchdl::frmRunSchdl(RunListPort list, forms::Form* owner)
     ui_->Day->addItem(tr("All days"));
     for (const auto* day : Weekdays) {
         ui_->Day->addItem(tr(day));
+    }
+    for (auto* zoom : {ui_->ZoomOut, ui_->ZoomIn}) {
+        zoom->setFixedWidth(2 * fontMetrics().height());
     }
     ui_->SketchBar->hide();
     setCancelButton(ui_->Exit);
@@ -155,6 +163,7 @@ void frmRunSchdl::read() {
     readSql_ = startup::RunSearchSchoolSQL;
     stored_ = readPlan(*startup::gcnRouting, readSql_);
     travel_.clear();
+    checks_.emplace(runedit::ValidationDatabases{*startup::gcnRouting, *startup::gcnTrip});
     ui_->DistrictName->setText(toQt(stored_.district));
     showSketch();
 }
@@ -270,8 +279,23 @@ void frmRunSchdl::showMenu(const QPoint& at) {
     }
 }
 
+/// "By route, Tuesdays: 59 runs on 31 routes, AM; 2 overlaps, 1 short"
+std::string frmRunSchdl::selectionText() const {
+    const auto day = ui_->Day->currentIndex() == 0 ? "all days" : fromQt(ui_->Day->currentText());
+    return fmt::format(
+        "{}, {}: {}, {}; {}", layout_.order == Order::ByRoute ? "By route" : "By school", day,
+        countText(plan(), chart_), tripTypeText(plan(), chart_), troublesText(chart_.troubles));
+}
+
 Pages frmRunSchdl::pages() const {
-    return {ui_->TimeLine->frame(), font(), fromQt(ui_->Counts->text())};
+    reports::Heading heading;
+    heading.title = "Run schedule";
+    heading.selection = selectionText();
+    heading.district = plan().district;
+    const auto now = QDateTime::fromString(toQt(base::Now().iso()), Qt::ISODate);
+    heading.printed = fromQt(QLocale::c().toString(now, PrintedFormat));
+    heading.user = startup::gCommandLine;
+    return {ui_->TimeLine->frame(), font(), std::move(heading)};
 }
 
 void frmRunSchdl::PrintIt_Click() {
@@ -307,8 +331,8 @@ void frmRunSchdl::ExportIt_Click() {
     if (!kind) {
         base::MsgBox(fmt::format(NoSuchKind, fromQt(file)), NotExportedTitle,
                      base::MsgIcon::Information);
-    } else if (!savePages(saved, file, *kind)) {
-        base::MsgBox(fmt::format(NotExported, fromQt(file)), NotExportedTitle,
+    } else if (const auto reason = savePages(saved, file, *kind); !reason.isEmpty()) {
+        base::MsgBox(fmt::format(NotExported, fromQt(file), fromQt(reason)), NotExportedTitle,
                      base::MsgIcon::Information);
     }
 }

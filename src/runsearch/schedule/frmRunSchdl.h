@@ -12,6 +12,7 @@
 #include "runsearch/schedule/pages.h"
 #include "runsearch/schedule/plan.h"
 #include "runsearch/schedule/sketch.h"
+#include "runsearch/schedule/sketchchecks.h"
 #include "runsearch/schedule/summaries.h"
 #include "startup/forms/trappedform.h"
 
@@ -77,6 +78,7 @@ private:
     void showMenu(const QPoint& at);
     void editRun(int run);
     void findNext();
+    [[nodiscard]] std::string selectionText() const;
     [[nodiscard]] Pages pages() const;
     [[nodiscard]] const ScheduledRun* selectedRun() const;
 
@@ -86,11 +88,14 @@ private:
     bool isStale_ = false;
     /// With the sketch where there is one.
     [[nodiscard]] const Plan& plan() const { return sketched_ ? *sketched_ : stored_; }
+    [[nodiscard]] MoveChecks checksOf(const Drag& drag);
+    void applyMoves(const std::vector<Move>& moves);
     [[nodiscard]] std::optional<Seconds> travelOf(std::int32_t from, std::int32_t to);
 
     Plan stored_;
     std::optional<Plan> sketched_;
     Sketch sketch_;
+    std::optional<SketchChecks> checks_;  ///< of what is read now
     std::map<std::pair<std::int32_t, std::int32_t>, std::optional<Seconds>> travel_;
     Chart chart_;
     Layout layout_;

@@ -1,4 +1,5 @@
 #include <QShortcut>
+#include <algorithm>
 #include <cmath>
 
 #include "groupops/base/outcome.h"
@@ -25,7 +26,6 @@ constexpr auto AppliedTitle = "Apply the Sketch";
 }  // namespace
 
 void frmRunSchdl::wireSketch() {
-    using Drag = ScheduleView::Drag;
     on(ui_->UndoSketch, &QPushButton::clicked, "UndoSketch_Click", &frmRunSchdl::UndoSketch_Click);
     on(ui_->ThrowAway, &QPushButton::clicked, "ThrowAway_Click", &frmRunSchdl::ThrowAway_Click);
     on(ui_->ApplySketch, &QPushButton::clicked, "ApplySketch_Click",
@@ -35,12 +35,9 @@ void frmRunSchdl::wireSketch() {
     ui_->TimeLine->setSketching(
         {.card =
              [this, travel](const Drag& drag) {
-                 return moveCard(plan(), chart_, drag.run, drag.route, drag.start, travel);
+                 return moveCard(plan(), chart_, drag, travel, checksOf(drag));
              },
-         .slack =
-             [this, travel](const Drag& drag, int route) {
-                 return fitOn(plan(), chart_, drag.run, route, drag.start, travel);
-             },
+         .fit = [this, travel](const Drag& drag) { return fitOn(plan(), chart_, drag, travel); },
          .drop =
              [this](const Drag& drag) {
                  trap("TimeLine_Drop", [this, drag] {
@@ -71,12 +68,29 @@ std::optional<Seconds> frmRunSchdl::travelOf(std::int32_t from, std::int32_t to)
     return known->second;
 }
 
+/// Rules that cannot be asked just now are told as that, and the drag goes on.
+MoveChecks frmRunSchdl::checksOf(const Drag& drag) {
+    try {
+        return checks_->of(stored_, drag);
+    } catch (const std::exception&) {
+        return {.riders = {}, .lines = {{"Checks", "could not be made just now", Trouble::Tight}}};
+    }
+}
+
+void frmRunSchdl::applyMoves(const std::vector<Move>& moves) {
+    sketched_ = sketch_.applied(stored_, [this](auto from, auto to) { return travelOf(from, to); });
+    for (const auto& move : moves) {
+        auto& run = *std::ranges::find(sketched_->runs, move.run, &ScheduledRun::id);
+        const auto place = static_cast<int>(&run - sketched_->runs.data());
+        run.hasWarnings = !checksOf({place, run.route, *run.start}).lines.empty();
+    }
+}
+
 void frmRunSchdl::showSketch() {
     const auto moves = sketch_.moves(stored_);
     sketched_.reset();
     if (!moves.empty()) {
-        sketched_ =
-            sketch_.applied(stored_, [this](auto from, auto to) { return travelOf(from, to); });
+        applyMoves(moves);
     }
     ui_->SketchBar->setVisible(!sketch_.isEmpty());
     ui_->ApplySketch->setEnabled(!moves.empty());

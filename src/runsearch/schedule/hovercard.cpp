@@ -1,12 +1,15 @@
 #include "runsearch/schedule/hovercard.h"
 
 #include <QPainter>
+#include <algorithm>
 
 namespace schedule {
 
 namespace {
 
 constexpr double Width = 292;
+constexpr double WidestCard = 420;
+constexpr double SignWidth = 14;
 constexpr double Line = 17;
 constexpr double LinesFrom = 46;
 constexpr double LabelAt = 20;
@@ -48,11 +51,22 @@ void HoverCard::showCard(const Card& card, const QColor& edge, double unit) {
     edge_ = edge;
     unit_ = unit;
     words_ = std::make_unique<Words>(font(), unit);
-    resize(qRound(Width * unit),
+    resize(qRound(std::clamp(neededWidth(), Width * unit, WidestCard * unit)),
            qRound((LinesFrom + Line * static_cast<double>(card.lines.size()) + Margin) * unit));
     update();
     show();
     raise();
+}
+
+double HoverCard::neededWidth() const {
+    double width = words_->width(card_.run + "   " + card_.school, Type::Title) + LabelAt * unit_;
+    for (const auto& line : card_.lines) {
+        const bool hasSign = line.trouble != Trouble::Nothing || line.isGood;
+        width =
+            std::max(width, words_->width(line.text, line.isStrong ? Type::Bold : Type::Normal) +
+                                (ValueAt + (hasSign ? SignWidth : 0)) * unit_);
+    }
+    return width + Margin * unit_;
 }
 
 void HoverCard::paintEvent(QPaintEvent*) {
@@ -82,7 +96,7 @@ void HoverCard::paintEvent(QPaintEvent*) {
         words_->draw(painter, LabelAt * unit, y, line.label, Type::Normal);
         if (line.trouble != Trouble::Nothing || line.isGood) {
             paintSign(painter, {x + 4 * unit, y}, unit, line.trouble, colours);
-            x += 14 * unit;
+            x += SignWidth * unit;
         }
         painter.setPen(isBad ? colours.redWords : colours.words);
         words_->drawWithin(painter, x, y, width() - x - 8 * unit, line.text,

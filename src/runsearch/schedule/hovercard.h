@@ -24,6 +24,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    [[nodiscard]] double neededWidth() const;
+
     Card card_;
     QColor edge_;
     double unit_ = 1;

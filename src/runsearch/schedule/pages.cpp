@@ -1,6 +1,7 @@
 #include "runsearch/schedule/pages.h"
 
 #include <QFileInfo>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
@@ -12,8 +13,8 @@
 
 #include <fmt/format.h>
 
-#include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
+#include "reports/page/pagehead.h"
 #include "runsearch/schedule/legend.h"
 
 namespace schedule {
@@ -22,7 +23,18 @@ namespace {
 
 constexpr double PixelsPerInch = 96;
 constexpr double PixelsPerPoint = PixelsPerInch / 72;
-constexpr double HeadHeight = 40;
+// Of the head, in points as a report has them.
+constexpr double TitleSize = 24;
+constexpr double SelectionSize = 12;
+constexpr double DistrictSize = 10;
+constexpr double PrintedSize = 8.5;
+constexpr double TitleBaseline = 22;
+constexpr double DistrictBaseline = 10;
+constexpr double PrintedBaseline = 22.2;
+constexpr double SelectionBelow = 18;
+constexpr double BelowBaseline = 13.5;
+constexpr double Apart = 24;
+constexpr QRgb Quiet = 0xff4d4d4d;
 constexpr double FootHeight = 40;
 constexpr double AboveRows = 102;  ///< hours and curve
 constexpr double LeastPrintedRow = 4;
@@ -34,10 +46,15 @@ constexpr double PictureMargin = 16;
 constexpr int PdfDotsPerInch = 600;
 constexpr double PageMarginMillimetres = 12;
 
-QFont fontOf(QFont font, double points, bool isBold) {
-    font.setPixelSize(qRound(points * PixelsPerPoint));
-    font.setBold(isBold);
+QFont onPaper(QFont font) {
+    font.setFamilies({"Roboto", font.family()});
     return font;
+}
+
+double pixelsOf(double points) { return points * PixelsPerPoint; }
+
+double widthOf(const QFont& font, const std::string& text) {
+    return QFontMetricsF(font).horizontalAdvance(controls::toQt(text));
 }
 
 QPageLayout letterAcross() {
@@ -48,8 +65,8 @@ QPageLayout letterAcross() {
 
 }  // namespace
 
-Pages::Pages(const Frame& shown, QFont font, std::string counts)
-    : frame_(shown), words_(font, 1), counts_(std::move(counts)), printed_(base::Now().text()) {
+Pages::Pages(const Frame& shown, const QFont& font, reports::Heading heading)
+    : frame_(shown), words_(onPaper(font), 1), heading_(std::move(heading)) {
     frame_.unit = 1;
     frame_.words = &words_;
     frame_.colours = &coloursOfPaper();
@@ -57,18 +74,39 @@ Pages::Pages(const Frame& shown, QFont font, std::string counts)
     frame_.rowHeight = std::clamp(shown.rowHeight / shown.unit, LeastPrintedRow, LargestPrintedRow);
 }
 
+QFont Pages::fontOf(double points, bool isBold) const {
+    auto font = words_.font(Type::Normal);
+    font.setPixelSize(qRound(pixelsOf(points)));
+    font.setBold(isBold);
+    return font;
+}
+
+double Pages::around() const { return head_ + AboveRows + FootHeight; }
+
+/// What the planner chose stands beside the title where there is room, else below it.
+void Pages::measureHead() {
+    const double right =
+        std::max(widthOf(fontOf(DistrictSize, true), heading_.district),
+                 widthOf(fontOf(PrintedSize, false), reports::printedBy(heading_)));
+    const double needed = widthOf(fontOf(TitleSize, true), heading_.title) +
+                          widthOf(fontOf(SelectionSize, false), heading_.selection) + right +
+                          2 * pixelsOf(Apart);
+    isSelectionBelow_ = needed > page_.width();
+    head_ = pixelsOf(TitleBaseline + (isSelectionBelow_ ? SelectionBelow : 0) + BelowBaseline) + 6;
+}
+
 void Pages::breakFor(QSizeF page) {
     const int rows = static_cast<int>(frame_.chart->rows.size());
-    const double around = HeadHeight + AboveRows + FootHeight;
     const double from = frame_.scale.origin;
     const double until = frame_.scale.timeAt(frame_.plot.width());
     page_ = page;
+    measureHead();
     if (page.height() <= 0) {
         frame_.rowHeight =
-            std::min(frame_.rowHeight, (HighestPicture - around) / std::max(rows, 1));
-        page_.setHeight(std::ceil(around + rows * frame_.rowHeight));
+            std::min(frame_.rowHeight, (HighestPicture - around()) / std::max(rows, 1));
+        page_.setHeight(std::ceil(around() + rows * frame_.rowHeight));
     }
-    const int most = std::max(1, static_cast<int>((page_.height() - around) / frame_.rowHeight));
+    const int most = std::max(1, static_cast<int>((page_.height() - around()) / frame_.rowHeight));
     firstRows_ = {0};
     for (int next = most; next < rows; next += most) {
         // A school's band never ends a page.
@@ -78,7 +116,7 @@ void Pages::breakFor(QSizeF page) {
         next -= endsWithBand ? 1 : 0;
         firstRows_.push_back(next);
     }
-    divide(frame_, QRectF(0, HeadHeight, page_.width(), page_.height() - HeadHeight - FootHeight));
+    divide(frame_, QRectF(0, head_, page_.width(), page_.height() - head_ - FootHeight));
     frame_.scale = {from, (until - from) / frame_.plot.width()};
 }
 
@@ -104,28 +142,38 @@ void Pages::paint(QPainter& painter, int page) {
     paintFoot(painter, page);
 }
 
-void Pages::paintHead(QPainter& painter) {
+void Pages::paintRule(QPainter& painter, double y, double points) const {
+    painter.fillRect(QRectF(0, y, page_.width(), pixelsOf(points)), Qt::black);
+}
+
+void Pages::paintHead(QPainter& painter) const {
+    const auto draw = [&](double x, double baseline, const std::string& text) {
+        painter.drawText(QPointF(x, pixelsOf(baseline)), controls::toQt(text));
+    };
+    const auto drawRight = [&](double baseline, const std::string& text) {
+        draw(page_.width() - widthOf(painter.font(), text), baseline, text);
+    };
     painter.setPen(Qt::black);
-    const QRectF head(0, 0, page_.width(), HeadHeight - 8);
-    painter.setFont(fontOf(words_.font(Type::Normal), 18, true));
-    QRectF taken;
-    painter.drawText(head, Qt::AlignLeft | Qt::AlignVCenter, "Run Schedule", &taken);
-    painter.setFont(fontOf(words_.font(Type::Normal), 9, false));
-    const auto right = controls::toQt(frame_.plan->district + "   " + printed_);
-    QRectF rightTaken;
-    painter.drawText(head, Qt::AlignRight | Qt::AlignVCenter, right, &rightTaken);
-    const QRectF middle(taken.right() + 14, 2, rightTaken.left() - taken.right() - 28,
-                        head.height());
-    painter.drawText(middle, Qt::AlignLeft | Qt::AlignVCenter, controls::toQt(counts_));
-    painter.setPen(QPen(Qt::black, 1.4 * PixelsPerPoint));
-    painter.drawLine(QPointF(0, HeadHeight - 6), QPointF(page_.width(), HeadHeight - 6));
+    painter.setFont(fontOf(TitleSize, true));
+    draw(0, TitleBaseline, heading_.title);
+    const double beside = widthOf(painter.font(), heading_.title) + pixelsOf(Apart);
+    painter.setFont(fontOf(DistrictSize, true));
+    drawRight(DistrictBaseline, heading_.district);
+    painter.setFont(fontOf(SelectionSize, false));
+    draw(isSelectionBelow_ ? 0 : beside, TitleBaseline + (isSelectionBelow_ ? SelectionBelow : 0),
+         heading_.selection);
+    painter.setFont(fontOf(PrintedSize, false));
+    painter.setPen(QColor(Quiet));
+    drawRight(PrintedBaseline, reports::printedBy(heading_));
+    paintRule(painter, head_ - 6, 1.4);
 }
 
 void Pages::paintFoot(QPainter& painter, int page) {
-    const QRectF foot(0, page_.height() - FootHeight + 6, page_.width(), 20);
+    paintRule(painter, page_.height() - FootHeight + 10, 0.5);
+    const QRectF foot(0, page_.height() - FootHeight + 14, page_.width(), 20);
     paintLegend(painter, frame_, foot.adjusted(0, 0, -110, 0));
     painter.setPen(Qt::black);
-    painter.setFont(fontOf(words_.font(Type::Normal), 10, true));
+    painter.setFont(fontOf(DistrictSize, true));
     painter.drawText(foot, Qt::AlignRight | Qt::AlignVCenter,
                      controls::toQt(fmt::format("Page {} of {}", page + 1, count())));
 }
@@ -197,10 +245,10 @@ bool savePng(Pages& pages, QIODevice& file) {
 
 }  // namespace
 
-bool savePages(Pages& pages, const QString& file, FileKind kind) {
+QString savePages(Pages& pages, const QString& file, FileKind kind) {
     QSaveFile target(file);
     if (!target.open(QIODevice::WriteOnly)) {
-        return false;
+        return target.errorString();
     }
     if (kind != FileKind::Pdf) {
         pages.breakFor({PictureWidth, 0});
@@ -208,7 +256,7 @@ bool savePages(Pages& pages, const QString& file, FileKind kind) {
     const bool isPainted = kind == FileKind::Pdf   ? savePdf(pages, target)
                            : kind == FileKind::Svg ? saveSvg(pages, target)
                                                    : savePng(pages, target);
-    return isPainted && target.commit();
+    return isPainted && target.commit() ? QString() : target.errorString();
 }
 
 }  // namespace schedule

@@ -86,16 +86,12 @@ void forEachRow(ado::Connection& connection, std::string_view sql,
     }
 }
 
-struct VehicleType {
-    int high = 0, medium = 0, low = 0;
-
-    [[nodiscard]] int seats(std::string_view level) const {
-        return base::equalsNoCase(level, "High")     ? high
-               : base::equalsNoCase(level, "Medium") ? medium
-               : base::equalsNoCase(level, "Low")    ? low
-                                                     : 0;
-    }
-};
+SeatLevel seatLevelOf(std::string_view level) {
+    return level.empty() || base::equalsNoCase(level, "Medium") ? SeatLevel::Medium
+           : base::equalsNoCase(level, "High")                  ? SeatLevel::High
+           : base::equalsNoCase(level, "Low")                   ? SeatLevel::Low
+                                                                : SeatLevel::Unknown;
+}
 
 struct RunFields;
 
@@ -115,7 +111,7 @@ private:
     void readWarnings();
     void readRuns(const std::string& sql);
     int routeOf(const RunFields& fields);
-    int vehicleTypeOf(const RunFields& fields, int route);
+    [[nodiscard]] int typeOfVehicle(const std::string& vehicle) const;
     void readGarages();
     void sortRoutes();
 
@@ -127,8 +123,7 @@ private:
     Interned<Named> locations_{plan_.locations};
     Interned<Named> vehicleTypes_{plan_.vehicleTypes};
     std::unordered_map<std::int64_t, int> routes_;
-    std::unordered_map<std::string, std::string> typeOfVehicle_;
-    std::unordered_map<int, VehicleType> seats_;  ///< by the place of the type
+    std::unordered_map<std::string, int> typeOfVehicle_;
     std::unordered_set<std::string> warned_;
 };
 
@@ -166,8 +161,11 @@ void PlanReader::readGarages() {
 }
 
 void PlanReader::readDistrict() {
-    forEachRow(routing_, "SELECT District.DistName FROM District",
-               [this](ado::Recordset& row) { plan_.district = textOf(row.Fields("DistName")); });
+    forEachRow(routing_, "SELECT District.DistName, District.Back_To_Garage_Gap FROM District",
+               [this](ado::Recordset& row) {
+                   plan_.district = textOf(row.Fields("DistName"));
+                   plan_.backToGarageGap = numberOf(row.Fields("Back_To_Garage_Gap"));
+               });
 }
 
 void PlanReader::readZones() {
@@ -212,13 +210,14 @@ void PlanReader::readVehicles() {
         if (auto name = textOf(row.Fields("VTYPDESC")); !name.empty()) {
             plan_.vehicleTypes[static_cast<std::size_t>(place)].name = std::move(name);
         }
-        seats_[place] = {wholeOf(row.Fields("HIGH")), wholeOf(row.Fields("MEDIUM")),
-                         wholeOf(row.Fields("LOW"))};
+        plan_.seats.resize(plan_.vehicleTypes.size());
+        plan_.seats[static_cast<std::size_t>(place)] = {
+            wholeOf(row.Fields("HIGH")), wholeOf(row.Fields("MEDIUM")), wholeOf(row.Fields("LOW"))};
     });
     forEachRow(routing_, "SELECT VEHICLE.VEHICLE, VEHICLE.VEHTYPE FROM VEHICLE",
                [this](ado::Recordset& row) {
                    typeOfVehicle_[base::lowered(textOf(row.Fields("VEHICLE")))] =
-                       textOf(row.Fields("VEHTYPE"));
+                       vehicleTypes_.placeOf(row.Fields("VEHTYPE").textView());
                });
 }
 
@@ -232,6 +231,8 @@ void PlanReader::readWarnings() {
 /// A run that has but one of its times stands there without length; one that ends before it starts
 /// passes midnight.
 void settleTimes(ScheduledRun& run) {
+    run.lacksStart = !run.start;
+    run.lacksEnd = !run.end;
     if (!run.start || !run.end) {
         run.start = run.end = run.start ? run.start : run.end;
     } else if (*run.end < *run.start) {
@@ -260,7 +261,6 @@ public:
     const ado::Field& location = of("LOCCODE");
     const ado::Field& vehicleType = of("VEHTYPE");
     const ado::Field& capacity = of("Capacity");
-    const ado::Field& overFill = of("OverFill");
     const ado::Field& routeKey = of("INT_ROUTEID");
     const ado::Field& routeId = of("ROUTEID");
     const ado::Field& vehicle = of("VEHICLE");
@@ -306,6 +306,8 @@ void RunFields::readInto(ScheduledRun& run) const {
     run.firstStop = wholeOf(firstStop);
     run.lastStop = wholeOf(lastStop);
     run.changedAt = changed.isNull() ? 0 : changed.Value().asDate().seconds;
+    run.routeKey = routeKey.isNull() ? 0 : routeKey.asInteger();
+    run.seatLevel = seatLevelOf(base::trim(capacity.textView()));
     run.isPickUp = flagOf(pickUp);
     run.toGarage = flagOf(toGarage);
     run.fromGarage = flagOf(fromGarage);
@@ -322,12 +324,8 @@ void PlanReader::readRuns(const std::string& sql) {
         run.school = schools_.placeOf(fields.school.textView());
         run.tripType = tripTypes_.placeOf(fields.tripType.textView());
         run.location = locations_.placeOf(fields.location.textView());
-        run.route = routeOf(fields);
-        run.vehicleType = vehicleTypeOf(fields, run.route);
-        if (const auto type = seats_.find(run.vehicleType); type != seats_.end()) {
-            run.seats = type->second.seats(base::trim(fields.capacity.textView())) +
-                        wholeOf(fields.overFill);
-        }
+        run.ownVehicleType = vehicleTypes_.placeOf(fields.vehicleType.textView());
+        plan_.putOnRoute(run, routeOf(fields));
         run.hasWarnings = !warned_.empty() && warned_.contains(base::lowered(run.id));
     }
 }
@@ -341,19 +339,14 @@ int PlanReader::routeOf(const RunFields& fields) {
     if (isNew) {
         plan_.routes.push_back({key, textOf(fields.routeId), textOf(fields.vehicle),
                                 fields.driverKey.isNull() ? "" : fields.driverKey.asText(),
-                                textOf(fields.driver), 0});
+                                textOf(fields.driver), 0, typeOfVehicle(textOf(fields.vehicle))});
     }
     return known->second;
 }
 
-int PlanReader::vehicleTypeOf(const RunFields& fields, int route) {
-    if (route != None) {
-        const auto known = typeOfVehicle_.find(base::lowered(plan_.route(route).vehicle));
-        if (known != typeOfVehicle_.end()) {
-            return vehicleTypes_.placeOf(known->second);
-        }
-    }
-    return vehicleTypes_.placeOf(fields.vehicleType.textView());
+int PlanReader::typeOfVehicle(const std::string& vehicle) const {
+    const auto known = typeOfVehicle_.find(base::lowered(vehicle));
+    return known == typeOfVehicle_.end() ? None : known->second;
 }
 
 void PlanReader::sortRoutes() {
@@ -397,6 +390,20 @@ Plan readPlan(ado::Connection& routing, const std::string& runSearchSchoolSql) {
     Plan plan;
     PlanReader(routing, plan).read(runSearchSchoolSql);
     return plan;
+}
+
+int Plan::seatsOf(int vehicleType, SeatLevel level) const {
+    const auto type = static_cast<std::size_t>(vehicleType);
+    return type < seats.size() && level != SeatLevel::Unknown
+               ? seats[type][static_cast<std::size_t>(level)]
+               : 0;
+}
+
+void Plan::putOnRoute(ScheduledRun& run, int place) const {
+    run.route = place;
+    const int ofRoute = place == None ? None : route(place).vehicleType;
+    run.vehicleType = ofRoute == None ? run.ownVehicleType : ofRoute;
+    run.seats = seatsOf(run.vehicleType, run.seatLevel);
 }
 
 int zoneAt(const std::vector<TimeZone>& zones, Seconds time) {

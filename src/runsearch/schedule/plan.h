@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -24,6 +25,9 @@ constexpr int None = -1;
 using Days = std::uint8_t;
 constexpr Days AllDays = 0x1F;
 
+/// How full the buses of a run may be; each vehicle type has seats for each.
+enum class SeatLevel : std::uint8_t { High, Medium, Low, Unknown };
+
 /// One leg without riders.
 struct EmptyTrip {
     std::optional<Seconds> time;  ///< nothing where it was not or could not be calculated
@@ -40,9 +44,13 @@ struct ScheduledRun {
     int tripType = 0;
     int location = 0;
     int vehicleType = 0;  ///< the route's vehicle's where it has one, else the run's own
+    int ownVehicleType = 0;
+    SeatLevel seatLevel = SeatLevel::Medium;
     std::optional<Seconds> start;
     std::optional<Seconds> end;  ///< never before the start: a run past midnight ends after Day
     std::optional<Seconds> bell;
+    bool lacksStart = false;  ///< one of them stands in for the other, which is not stored
+    bool lacksEnd = false;
     EmptyTrip before;
     EmptyTrip after;
     int stops = 0;
@@ -51,6 +59,7 @@ struct ScheduledRun {
     int seats = 0;               ///< 0 where the vehicle type does not say
     std::int32_t firstStop = 0;  ///< internal ids; 0 for none
     std::int32_t lastStop = 0;
+    std::int64_t routeKey = 0;   ///< as stored: 0 for none, else it may be one that is gone
     std::int64_t changedAt = 0;  ///< when it was last changed, as a base::Date; 0 for never
     Days days = 0;
     bool isPickUp = false;
@@ -67,6 +76,7 @@ struct Route {
     std::string driverKey;
     std::string driver;
     std::int32_t garage = 0;  ///< the stop's internal id; 0 for none
+    int vehicleType = None;   ///< of its vehicle; None where it has none or it is not known
 };
 
 /// A code and what planners call it.
@@ -99,7 +109,8 @@ struct Plan {
     std::vector<Named> tripTypes;
     std::vector<Named> locations;
     std::vector<Named> vehicleTypes;
-    std::vector<TimeZone> zones;  ///< by start, then end
+    std::vector<std::array<int, 3>> seats;  ///< by vehicle type and SeatLevel
+    std::vector<TimeZone> zones;            ///< by start, then end
 
     [[nodiscard]] const ScheduledRun& run(int place) const {
         return runs[static_cast<std::size_t>(place)];
@@ -110,6 +121,10 @@ struct Plan {
     [[nodiscard]] const Route& route(int place) const {
         return routes[static_cast<std::size_t>(place)];
     }
+    /// 0 where the type has no such level.
+    [[nodiscard]] int seatsOf(int vehicleType, SeatLevel level) const;
+    /// Puts a run on a route, or on None; vehicle type and seats become those that it has there.
+    void putOnRoute(ScheduledRun& run, int route) const;
     /// The run's route; null where it is on none.
     [[nodiscard]] const Route* routeOf(const ScheduledRun& of) const {
         return of.route == None ? nullptr : &route(of.route);

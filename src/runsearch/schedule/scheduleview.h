@@ -13,6 +13,7 @@
 #include "runsearch/schedule/chart.h"
 #include "runsearch/schedule/frame.h"
 #include "runsearch/schedule/plan.h"
+#include "runsearch/schedule/sketch.h"
 #include "runsearch/schedule/telling.h"
 
 namespace schedule {
@@ -62,15 +63,9 @@ public:
 
     /// What a drag does: where it may go, and what is told meanwhile. Without one nothing is
     /// dragged.
-    struct Drag {
-        int run = None;
-        int route = None;
-        Seconds start = 0;
-    };
     struct Sketching {
         std::function<Card(const Drag&)> card;
-        /// What would be left, or missing, on a route at the drag's time.
-        std::function<std::optional<Change>(const Drag&, int route)> slack;
+        std::function<Fit(const Drag&)> fit;
         std::function<void(const Drag&)> drop;
     };
     void setSketching(Sketching sketching) { sketching_ = std::move(sketching); }
@@ -133,6 +128,7 @@ private:
     void dragTo(QPointF point, Qt::KeyboardModifiers keys);
     void keepDragging(const Drag& drag);
     void endDrag(bool drops);
+    void tellMoved(const Card& card);
 
     [[nodiscard]] QRectF heldRect() const;
     void paintPointer(QPainter& painter);
@@ -141,6 +137,7 @@ private:
     void paintDrag(QPainter& painter);
     void paintSlacks(QPainter& painter);
     void paintSlack(QPainter& painter, int row, double right);
+    void paintHeldTrips(QPainter& painter, const QRectF& held);
     [[nodiscard]] const std::optional<Change>& slackOf(int row);
     void paintEmpty(QPainter& painter);
 

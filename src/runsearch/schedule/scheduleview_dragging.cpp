@@ -1,11 +1,15 @@
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
 
+#include <fmt/format.h>
+
 #include "runsearch/schedule/hovercard.h"
 #include "runsearch/schedule/scheduleview.h"
+#include "runsearch/schedule/timescale.h"
 
 namespace schedule {
 
@@ -13,6 +17,8 @@ namespace {
 
 /// The card keeps so many rows away from the bar that is held.
 constexpr double RowsToCard = 5;
+/// So far to the side a run that is taken to another route keeps its time.
+constexpr double Sideways = 8;
 
 }  // namespace
 
@@ -26,21 +32,24 @@ void ScheduleView::pressBar(const Bar& bar, QPointF point) {
     }
 }
 
-/// Whole minutes, with Alt seconds; Shift keeps the time, Ctrl the route.
+/// Whole minutes, with Alt seconds; Shift keeps the time, Ctrl the route. On the way to another
+/// route the time stays until the pointer has clearly gone sideways.
 void ScheduleView::dragTo(QPointF point, Qt::KeyboardModifiers keys) {
     const auto& run = frame_.plan->run(frame_.selected);
     Drag drag{frame_.selected, run.route, *run.start};
-    if ((keys & Qt::ShiftModifier) == 0) {
-        const double time = frame_.scale.timeAt(point.x() - frame_.plot.left()) - grip_;
-        const double snap = (keys & Qt::AltModifier) != 0 ? 1 : Minute;
-        drag.start = std::clamp(static_cast<Seconds>(std::round(time / snap) * snap), 0, Day - 1);
-    }
     const int row = frame_.rowAt(point.y());
     if ((keys & Qt::ControlModifier) == 0 && row != None) {
         const auto& target = frame_.chart->rows[static_cast<std::size_t>(row)];
         drag.route = target.kind == RowKind::Route     ? target.subject
                      : target.kind == RowKind::NoRoute ? None
                                                        : drag.route;
+    }
+    const bool isSideways = drag.route == run.route || !pressedAt_ ||
+                            std::abs(point.x() - pressedAt_->x()) >= Sideways * frame_.unit;
+    if ((keys & Qt::ShiftModifier) == 0 && isSideways) {
+        const double time = frame_.scale.timeAt(point.x() - frame_.plot.left()) - grip_;
+        const double snap = (keys & Qt::AltModifier) != 0 ? 1 : Minute;
+        drag.start = std::clamp(static_cast<Seconds>(std::round(time / snap) * snap), 0, Day - 1);
     }
     keepDragging(drag);
 }
@@ -110,10 +119,28 @@ bool ScheduleView::sketchByKey(const QKeyEvent& event) {
             return false;
     }
     if (drag.start != *run.start || drag.route != run.route) {
+        const auto card = sketching_.card(drag);
         sketching_.drop(drag);
-        showCard(frame_.selected);
+        tellMoved(card);
     }
     return true;
+}
+
+/// The card of a run that was moved by a key, beside its new place.
+void ScheduleView::tellMoved(const Card& card) {
+    const auto* bar = selectedBar();
+    if (bar == nullptr) {
+        return;
+    }
+    reveal(*bar);
+    cardRun_ = bar->run;
+    card_->showCard(card, frame_.colours->accent, frame_.unit);
+    placeCard(frame_.rectOf(*bar));
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        event.setChild(static_cast<int>(bar - frame_.chart->bars.data()));
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 /// Where the bar that is dragged would stand; the lowest row in view for no route.
@@ -150,6 +177,7 @@ void ScheduleView::paintDrag(QPainter& painter) {
     painter.setPen(QPen(colours.accent, 1, Qt::DashLine));
     painter.drawLine(QPointF(held.left(), frame_.plot.top()), held.topLeft());
     painter.drawLine(QPointF(held.right(), frame_.plot.top()), held.topRight());
+    paintHeldTrips(painter, held);
     const int zone = zoneAt(frame_.plan->zones, drag_->start);
     painter.fillRect(held, colours.zone(zone).fill);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -161,6 +189,42 @@ void ScheduleView::paintDrag(QPainter& painter) {
     painter.restore();
 }
 
+/// The empty trips that the bus would have to it and from it, and what is left of their time or
+/// missing.
+void ScheduleView::paintHeldTrips(QPainter& painter, const QRectF& held) {
+    const auto fit = sketching_.fit(*drag_);
+    const double y = held.center().y();
+    const double unit = frame_.unit;
+    const auto trip = [&](Seconds from, Seconds until) {
+        painter.fillRect(QRectF(frame_.x(from), std::floor(y - 1.5 * unit),
+                                frame_.x(until) - frame_.x(from), 3 * unit),
+                         frame_.colours->accent);
+    };
+    const auto paint = [&](const Change& change, Seconds until, double plateEnd) {
+        if (change.trouble == Trouble::Overlap || !change.isKnown) {
+            return;
+        }
+        trip(change.leaves, std::min(change.arrives, until));
+        trip(std::max(change.sets, change.leaves), until);
+        if (change.trouble != Trouble::Nothing) {
+            const bool isTight = change.trouble == Trouble::Tight;
+            const auto text = isTight ? fmt::format("{} min", minutesLeft(change.slack))
+                                      : fmt::format("{} min short", minutesOf(change.slack));
+            painter.setPen(isTight ? QPen(frame_.colours->amberLine, 1) : QPen(Qt::NoPen));
+            paintPlate(painter, frame_, plateEnd - plateWidth(frame_, text), y, text,
+                       isTight ? frame_.colours->amber : frame_.colours->red,
+                       isTight ? frame_.colours->onAmber : frame_.colours->onRed);
+        }
+    };
+    if (fit.before) {
+        paint(*fit.before, drag_->start, held.left() - 4 * unit);
+    }
+    if (fit.after) {
+        const auto next = *frame_.plan->run(fit.next).start;
+        paint(*fit.after, next, frame_.x(next) - 4 * unit);
+    }
+}
+
 /// For every route sign and minutes: what is left, or what is missing.
 void ScheduleView::paintSlacks(QPainter& painter) {
     painter.save();
@@ -168,11 +232,6 @@ void ScheduleView::paintSlacks(QPainter& painter) {
                                frame_.heads.height()));
     const double right = frame_.heads.right() - 7 * frame_.unit;
     const auto [first, last] = frame_.rowsInView();
-    const double column = 50 * frame_.unit;
-    const auto clear = [&](double y, double height, const QColor& colour) {
-        painter.fillRect(QRectF(right - column, y, column + 4 * frame_.unit, height), colour);
-    };
-    clear(frame_.axis.top(), frame_.axis.height() - 2, frame_.colours->heads);
     painter.setPen(frame_.colours->soft);
     frame_.words->drawRight(painter, right, frame_.axis.bottom() - 12 * frame_.unit, "Slack",
                             Type::Normal);
@@ -180,8 +239,6 @@ void ScheduleView::paintSlacks(QPainter& painter) {
         QRectF(frame_.heads.left(), frame_.plot.top(), frame_.heads.width(), frame_.plot.height()));
     for (int row = first; row < last; ++row) {
         if (frame_.chart->rows[static_cast<std::size_t>(row)].kind == RowKind::Route) {
-            clear(frame_.y(row), frame_.rowHeight,
-                  row % 2 == 1 ? frame_.colours->oddRow : frame_.colours->heads);
             paintSlack(painter, row, right);
         }
     }
@@ -194,7 +251,8 @@ const std::optional<Change>& ScheduleView::slackOf(int row) {
         return known->second;
     }
     const int route = frame_.chart->rows[static_cast<std::size_t>(row)].subject;
-    return slacks_.emplace(row, sketching_.slack(*drag_, route)).first->second;
+    const Drag there{drag_->run, route, drag_->start};
+    return slacks_.emplace(row, sketching_.fit(there).worse()).first->second;
 }
 
 void ScheduleView::paintSlack(QPainter& painter, int row, double right) {

@@ -29,11 +29,11 @@ std::string nameOfRoute(const Plan& plan, int route) {
     return route == None ? "no route" : "route " + plan.route(route).id;
 }
 
-/// Where the run would be, nothing else of it changed.
-ScheduledRun movedTo(ScheduledRun run, int route, Seconds start) {
+/// Where the run would be.
+ScheduledRun movedTo(const Plan& plan, ScheduledRun run, int route, Seconds start) {
     run.end = start + *run.end - *run.start;
     run.start = start;
-    run.route = route;
+    plan.putOnRoute(run, route);
     return run;
 }
 
@@ -86,14 +86,14 @@ struct Neighbours {
 };
 
 /// Beside a run on a route at a time; the former is the one that ends last.
-Neighbours neighboursOf(const Plan& plan, const Chart& chart, int run, int route, Seconds start) {
+Neighbours neighboursOf(const Plan& plan, const Chart& chart, const Drag& drag) {
     Neighbours found;
     for (const int other : chart.runs) {
         const auto& beside = plan.run(other);
-        if (beside.route != route || other == run || !beside.start) {
+        if (beside.route != drag.route || other == drag.run || !beside.start) {
             continue;
         }
-        const bool isBefore = *beside.start <= start;
+        const bool isBefore = *beside.start <= drag.start;
         int& place = isBefore ? found.former : found.next;
         const bool isNearer = place == None || (isBefore ? *beside.end >= *plan.run(place).end
                                                          : *beside.start < *plan.run(place).start);
@@ -126,6 +126,20 @@ CardLine bellLine(const ScheduledRun& run) {
             spare < 0 && run.isPickUp ? Trouble::Short : Trouble::Nothing};
 }
 
+/// The bus that it would have there, and whether it has seats for all.
+CardLine busLine(const Plan& plan, const ScheduledRun& moved, int riders) {
+    const auto* route = plan.routeOf(moved);
+    const auto& type = plan.vehicleTypes[static_cast<std::size_t>(moved.vehicleType)].code;
+    auto bus = route == nullptr || route->vehicle.empty() ? "none" : route->vehicle;
+    bus += type.empty() ? "" : ", " + type;
+    if (moved.seats == 0) {
+        return {"Bus", bus + ": its seats are not known"};
+    }
+    const bool isFull = riders > moved.seats;
+    return {"Bus", fmt::format("{}: {} riders on {} seats", bus, riders, moved.seats),
+            isFull ? Trouble::Tight : Trouble::Nothing, isFull, !isFull};
+}
+
 std::string timesLine(const ScheduledRun& before, const ScheduledRun& after) {
     const auto moved = *after.start - *before.start;
     const auto times = spanText(*after.start, *after.end);
@@ -138,6 +152,11 @@ std::string timesLine(const ScheduledRun& before, const ScheduledRun& after) {
 }
 
 }  // namespace
+
+base::Date movedTime(base::Date time, Seconds by) {
+    const auto moved = time.plusSeconds(by);
+    return moved.seconds < 0 ? moved.plusSeconds(Day) : moved;
+}
 
 void Sketch::undo() {
     if (!steps_.empty()) {
@@ -169,9 +188,7 @@ Plan Sketch::applied(const Plan& stored, const TravelTime& travel) const {
         auto& run = *std::ranges::find(plan.runs, move.run, &ScheduledRun::id);
         const int route = routeOfKey(plan, move.route);
         routes.insert({run.route, route});
-        run.end = move.start + *run.end - *run.start;
-        run.start = move.start;
-        run.route = route;
+        run = movedTo(plan, std::move(run), route, move.start);
     }
     routes.erase(None);
     for (const int route : routes) {
@@ -180,67 +197,57 @@ Plan Sketch::applied(const Plan& stored, const TravelTime& travel) const {
     return plan;
 }
 
-std::optional<Change> fitOn(const Plan& plan, const Chart& chart, int run, int route, Seconds start,
-                            const TravelTime& travel) {
-    if (route == None) {
-        return std::nullopt;
-    }
-    const auto moved = movedTo(plan.run(run), route, start);
-    const auto beside = neighboursOf(plan, chart, run, route, start);
-    const auto tight = chart.layout.tightUnder;
-    std::optional<Change> worst;
-    const auto consider = [&](const Change& change) {
-        const auto rank = [](const Change& of) {
-            return std::tuple(of.trouble, !of.isKnown, -of.slack);
-        };
-        if (!worst || rank(change) > rank(*worst)) {
-            worst = change;
-        }
+std::optional<Change> Fit::worse() const {
+    const auto rank = [](const Change& of) {
+        return std::tuple(of.trouble, !of.isKnown, -of.slack);
     };
-    if (beside.former != None) {
-        consider(changeOf(plan, plan.run(beside.former), moved, route, tight, travel));
-    }
-    if (beside.next != None) {
-        consider(changeOf(plan, moved, plan.run(beside.next), route, tight, travel));
-    }
-    return worst;
+    return !before || (after && rank(*after) > rank(*before)) ? after : before;
 }
 
-Card moveCard(const Plan& plan, const Chart& chart, int number, int route, Seconds start,
-              const TravelTime& travel) {
-    const auto& run = plan.run(number);
-    const auto moved = movedTo(run, route, start);
+Fit fitOn(const Plan& plan, const Chart& chart, const Drag& drag, const TravelTime& travel) {
+    if (drag.route == None) {
+        return {};
+    }
+    const auto moved = movedTo(plan, plan.run(drag.run), drag.route, drag.start);
+    const auto beside = neighboursOf(plan, chart, drag);
+    const auto tight = chart.layout.tightUnder;
+    Fit fit;
+    fit.former = beside.former;
+    fit.next = beside.next;
+    if (beside.former != None) {
+        fit.before = changeOf(plan, plan.run(beside.former), moved, drag.route, tight, travel);
+    }
+    if (beside.next != None) {
+        fit.after = changeOf(plan, moved, plan.run(beside.next), drag.route, tight, travel);
+    }
+    return fit;
+}
+
+Card moveCard(const Plan& plan, const Chart& chart, const Drag& drag, const TravelTime& travel,
+              const MoveChecks& checks) {
+    const auto& run = plan.run(drag.run);
+    const auto moved = movedTo(plan, run, drag.route, drag.start);
     Card card;
-    card.run = route == run.route
+    card.run = drag.route == run.route
                    ? fmt::format("Sketch: {}", run.id)
-                   : fmt::format("Sketch: {} to {}", run.id, nameOfRoute(plan, route));
+                   : fmt::format("Sketch: {} to {}", run.id, nameOfRoute(plan, drag.route));
     card.description = "Drop to keep it in the sketch; Esc puts it back";
     card.lines.push_back({"Times", timesLine(run, moved), Trouble::Nothing, true});
     if (run.bell) {
         card.lines.push_back(bellLine(moved));
     }
-    if (route == None) {
-        card.lines.push_back({"Bus", "none"});
-        return card;
+    const auto fit = fitOn(plan, chart, drag, travel);
+    if (fit.before) {
+        card.lines.push_back(changeLine(plan, "From", fit.former, *fit.before));
     }
-    const auto beside = neighboursOf(plan, chart, number, route, start);
-    const auto tight = chart.layout.tightUnder;
-    if (beside.former != None) {
-        card.lines.push_back(
-            changeLine(plan, "From", beside.former,
-                       changeOf(plan, plan.run(beside.former), moved, route, tight, travel)));
+    if (fit.after) {
+        card.lines.push_back(changeLine(plan, "To", fit.next, *fit.after));
     }
-    if (beside.next != None) {
-        card.lines.push_back(
-            changeLine(plan, "To", beside.next,
-                       changeOf(plan, moved, plan.run(beside.next), route, tight, travel)));
+    card.lines.push_back(busLine(plan, moved, checks.riders.value_or(run.students)));
+    if (const auto* route = plan.routeOf(moved)) {
+        card.lines.push_back({"Driver", route->driver.empty() ? "none" : route->driver});
     }
-    const auto& target = plan.route(route);
-    card.lines.push_back({"Bus", target.vehicle.empty() ? "none" : target.vehicle});
-    card.lines.push_back({"Driver", target.driver.empty() ? "none" : target.driver});
-    if (run.hasWarnings) {
-        card.lines.push_back({"Checks", "the run has warnings", Trouble::Tight});
-    }
+    card.lines.insert(card.lines.end(), checks.lines.begin(), checks.lines.end());
     return card;
 }
 

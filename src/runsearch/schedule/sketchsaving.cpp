@@ -60,17 +60,17 @@ std::optional<groupops::LeftOut> Saving::save(const Move& move) {
 }
 
 bool Saving::isAsRead(ado::Recordset& row, const ScheduledRun& run) const {
-    const auto time = [&](const char* column) {
+    const auto isTime = [&](const char* column, Seconds time, bool isLacking) {
         const auto value = row[column].Value();
-        return value.isNull() ? base::Date{None} : value.asDate();
+        return value.isNull() ? isLacking
+                              : !isLacking && value.asDate().timeValue() == timeOfDay(time);
     };
     const auto& changed = row["changeddt"];
     const auto& route = row["INT_ROUTEID"];
-    const auto key = route.isNull() ? 0 : route.asInteger();
-    return time("STARTTIME").timeValue() == timeOfDay(*run.start) &&
-           time("ENDTIME").timeValue() == timeOfDay(*run.end) &&
+    return isTime("STARTTIME", *run.start, run.lacksStart) &&
+           isTime("ENDTIME", *run.end, run.lacksEnd) &&
            (changed.isNull() ? 0 : changed.Value().asDate().seconds) == run.changedAt &&
-           (run.route == None || key == stored_.route(run.route).key);
+           (route.isNull() ? 0 : route.asInteger()) == run.routeKey;
 }
 
 void Saving::writeRun(ado::Recordset& row, const ScheduledRun& run, const Move& move) const {
@@ -79,8 +79,12 @@ void Saving::writeRun(ado::Recordset& row, const ScheduledRun& run, const Move& 
     } else {
         row["INT_ROUTEID"].Value(move.route);
     }
-    row["STARTTIME"].Value(timeOfDay(move.start));
-    row["ENDTIME"].Value(timeOfDay(move.start + *run.end - *run.start));
+    if (!run.lacksStart) {
+        row["STARTTIME"].Value(timeOfDay(move.start));
+    }
+    if (!run.lacksEnd) {
+        row["ENDTIME"].Value(timeOfDay(move.start + *run.end - *run.start));
+    }
     for (const auto* column : {"DEADHEAD_BEFORE_TIME", "DEADHEAD_AFTER_TIME"}) {
         row[column].Value(NotCalculated);
     }
@@ -103,7 +107,7 @@ void Saving::shiftStops(const Move& move, Seconds by) const {
     for (; !stops.Eof(); stops.MoveNext()) {
         auto& time = stops["TIME_AT_STOP"];
         if (!time.isNull()) {
-            time.Value(time.Value().asDate().plusSeconds(Day + by).timeValue());
+            time.Value(movedTime(time.Value().asDate(), by));
             stops.Update();
         }
     }

@@ -1,6 +1,8 @@
 #include "runsearch/schedule/sketch.h"
 
 #include "groupops/groupsupport.h"
+#include "runedit/validation/mdlValidate_Runs.h"
+#include "runsearch/schedule/sketchchecks.h"
 #include "runsearch/schedule/sketchsaving.h"
 #include "startup/base/session.h"
 #include "support/districtsession.h"
@@ -28,7 +30,19 @@ void fillSketch(const support::TestDistrict& district) {
                              .with("DEADHEAD_BEFORE_TIME", 10)
                              .with("DEADHEAD_AFTER_TIME", 10));
     };
-    run("S1", 1, "7:00", "7:30", 10).stop("S1a", {.at = "7:02"}).into(district);
+    run("S1", 1, "7:00", "7:30", 10)
+        .bell("7:30")
+        .with("PICKUP", true)
+        .stop("S1a", {.students = 10, .at = "7:02", .stop = 91})
+        .stop("S1b", {.students = 9, .at = "7:29", .more = {{"CUM_TIME", 40}}})
+        .into(district);
+    const auto sql = [&](const char* text) { district.sql(data::DatabaseFile::Routing, text); };
+    sql("UPDATE ROUTE SET VEHICLE = 'B8' WHERE INT_ROUTEID = 2");
+    sql("UPDATE District SET CHECKRUNNUMPASS = 1, CHECKRUNRIGHT = 1, CHECKRUNEARLYBELL = 1,"
+        " CHECKRUNLATEBELL = 1, CHECKRUNRIDETIME = 1, CHECKRUNSPECIAL = 1, CHECKSTOPOVERLAP = 1,"
+        " MaxRideTime = 30, Back_To_Garage_Gap = 240");
+    sql("INSERT INTO STU_ADDR_TRIPTYPE(INT_STUID, INT_STOPID, TRIPTYPE) VALUES (501, 91, 'AM')");
+    sql("INSERT INTO STU_SPECIALNEEDS(INT_STUID, SPECIALNEEDS_CODE) VALUES (501, 'WC')");
     run("S2", 2, "8:00", "8:30", 20).into(district);
     run("S3", 2, "9:00", "9:30", 30).into(district);
 }
@@ -36,13 +50,14 @@ void fillSketch(const support::TestDistrict& district) {
 class SketchedPlan : public support::DistrictSession {
 protected:
     SketchedPlan()
-        : DistrictSession(fillSketch), stored(readPlan(*startup::gcnRouting, SketchedRuns)) {
-        stored.backToGarageGap = 240;
-    }
+        : DistrictSession(fillSketch), stored(readPlan(*startup::gcnRouting, SketchedRuns)) {}
     std::optional<Change> fit(const char* run, const char* route, Seconds start) {
+        return fitOn(stored, layOut(stored, {}), drag(run, route, start), travel).worse();
+    }
+    Drag drag(const char* run, std::string_view route, Seconds start) {
         const auto onRoute = std::ranges::find(stored.routes, route, &Route::id);
-        return fitOn(stored, layOut(stored, {}), placeOf(run),
-                     static_cast<int>(onRoute - stored.routes.begin()), start, travel);
+        return {placeOf(run),
+                route.empty() ? None : static_cast<int>(onRoute - stored.routes.begin()), start};
     }
     int placeOf(const char* run) {
         return static_cast<int>(std::ranges::find(stored.runs, run, &ScheduledRun::id) -
@@ -104,7 +119,62 @@ TEST_F(SketchedPlan, SavesARunWithItsStopsAndSaysSoInTheLog) {
     EXPECT_EQ(DistrictSession::stored("SELECT NEEDDEADHEADBUILD FROM SYSTEM"), "True");
 }
 
+/// How many findings each check has.
+std::vector<std::string> countsOf(const MoveChecks& checks) {
+    std::vector<std::string> counts;
+    for (const auto& line : checks.lines) {
+        counts.push_back(line.text.substr(0, line.text.find(' ')));
+    }
+    return counts;
+}
+
+TEST_F(SketchedPlan, SaysBeforehandWhatTheValidationFindsAfterwards) {
+    const runedit::ValidationDatabases databases{*startup::gcnRouting, *startup::gcnTrip};
+    // Another run keeps the route in the plan.
+    byOthers("INSERT INTO RUN(RUN, INT_ROUTEID) VALUES ('S9', 1)");
+    stored = readPlan(*startup::gcnRouting, SketchedRuns);
+    std::set<std::string> seen;
+    for (const auto& [route, start] : {std::pair{"R1", 7 * Hour},
+                                       {"R2", 7 * Hour},
+                                       {"", 6 * Hour},
+                                       {"R1", 7 * Hour + 90},
+                                       {"R2", 9 * Hour},
+                                       {"R1", 5 * Hour}}) {
+        const auto held = drag("S1", route, start);
+        const auto beforehand = SketchChecks(databases).of(stored, held);
+        EXPECT_EQ(beforehand.riders, 19);
+        sketch.keep({"S1", held.route == None ? 0 : stored.route(held.route).key, start});
+        EXPECT_TRUE(save().complete());
+        runedit::CheckRun("S1", 0, false, "Y");
+        EXPECT_THAT(countsOf(beforehand),
+                    testing::UnorderedElementsAreArray(DistrictSession::rows(
+                        "SELECT Count(*) FROM RUNWARNING WHERE RUN='S1' GROUP BY WARNINGTYPE")))
+            << route << " at " << start;
+        for (const auto& type : DistrictSession::rows("SELECT WARNINGTYPE FROM RUNWARNING")) {
+            seen.insert(type);
+        }
+        sketch.clear();
+        stored = readPlan(*startup::gcnRouting, SketchedRuns);
+    }
+    EXPECT_EQ(seen, (std::set<std::string>{"LATE BELL", "PASSENGERS", "RIDETIME", "SPECIAL"}));
+}
+
+TEST_F(SketchedPlan, SavesARunThatHasOnlyOneOfItsTimes) {
+    byOthers("UPDATE RUN SET ENDTIME = NULL, INT_ROUTEID = NULL WHERE RUN = 'S2'");
+    stored = readPlan(*startup::gcnRouting, SketchedRuns);
+    sketch.keep({"S2", 1, 8 * Hour + Minute});
+    EXPECT_TRUE(save().complete());
+    EXPECT_EQ(DistrictSession::stored("SELECT STARTTIME, ENDTIME FROM RUN WHERE RUN='S2'"),
+              "8:01:00 AM|Null");
+}
+
 TEST_F(SketchedPlan, RefusesARunThatOthersChangedOrDeleted) {
+    byOthers("UPDATE RUN SET INT_ROUTEID = NULL WHERE RUN = 'S2'");
+    stored = readPlan(*startup::gcnRouting, SketchedRuns);
+    byOthers("UPDATE RUN SET INT_ROUTEID = 1 WHERE RUN = 'S2'");
+    sketch.keep({"S2", 2, 8 * Hour});
+    EXPECT_EQ(save().leftOut.size(), 1);
+    sketch.clear();
     byOthers("UPDATE RUN SET ENDTIME = '1899-12-30 08:31:00' WHERE RUN = 'S2'");
     byOthers("UPDATE RUN SET changeddt = '2026-01-01 08:31:00' WHERE RUN = 'S1'");
     byOthers("DELETE FROM RUN WHERE RUN = 'S3'");
