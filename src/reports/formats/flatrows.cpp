@@ -10,10 +10,14 @@ namespace reports {
 
 namespace {
 
-/// "SCHOOL_NAME" as "School name".
-std::string captionOf(const std::string& field) {
+/// "SCHOOLNAME" and "SCHOOLTITLE" as "School".
+std::string captionOfField(std::string_view field) {
+    for (const std::string_view ending : {"NAME", "TITLE"}) {
+        if (field.size() > ending.size() && field.ends_with(ending)) {
+            field.remove_suffix(ending.size());
+        }
+    }
     std::string caption = base::lowered(field);
-    std::ranges::replace(caption, '_', ' ');
     if (!caption.empty()) {
         caption.front() = base::uppered(caption.front());
     }
@@ -39,7 +43,7 @@ FlatRows::FlatRows(const KnownContent& content, OnRow onRow)
             std::ranges::find(report.columns, group.title, &Column::field) != report.columns.end();
         columnOfGroup_.push_back(isColumn ? std::nullopt : std::optional(first_++));
         if (!isColumn) {
-            columns_.push_back(textColumn(group.title, captionOf(group.title), 120));
+            columns_.push_back(textColumn(group.title, captionOfField(group.title), 120));
         }
     }
     titles_.resize(first_);

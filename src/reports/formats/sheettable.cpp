@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/base/fold.h"
+#include "platform/base/text.h"
 #include "reports/formats/texts.h"
 
 namespace reports {
@@ -60,10 +62,20 @@ std::string sideOf(const SheetStop& stop) {
     return stop.leftSide ? "Left" : "Right";
 }
 
+/// "FIRST STOP" as "First stop".
+std::string captionOf(const Fact& fact) {
+    std::string caption = base::isAscii(fact.label) ? base::lowered(fact.label) : fact.label;
+    if (!caption.empty()) {
+        caption.front() = base::uppered(caption.front());
+    }
+    return caption;
+}
+
+/// All that the head says, which has no columns.
 std::string factsOf(const SheetHead& head) {
-    std::vector<std::string> facts = {head.subtitle, head.rightSub};
+    std::vector<std::string> facts = {head.title, head.subtitle, head.right, head.rightSub};
     for (const Fact& fact : head.facts) {
-        facts.push_back(fact.label + ": " + fact.value);
+        facts.push_back(captionOf(fact) + ": " + fact.value);
     }
     return joined(facts, "; ");
 }
@@ -93,7 +105,7 @@ void SheetTable::put(const SheetHead& head) {
     endSheet();
     run_ = head.plate;
     hasStops_ = false;
-    ready_.emplace_back(GroupHead{0, joined({head.plate, head.title}, "  "), head.right, true});
+    ready_.emplace_back(GroupHead{0, head.plate, "", true});
     ready_.emplace_back(Remark{factsOf(head)});
 }
 

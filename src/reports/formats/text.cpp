@@ -71,16 +71,23 @@ private:
 
     void put(const Totals& totals) {
         line(rule(totals.cells));
+        const std::vector<std::string> texts = textsOf(totals.cells);
         const std::string title = plain(totals.title);
-        std::vector<std::string> texts = textsOf(totals.cells);
-        const auto first = static_cast<std::size_t>(
-            std::ranges::find_if_not(texts, &std::string::empty) - texts.begin());
-        if (first > 0 && columnsOf(title) <= widths_[0]) {
-            texts[0] = title;
+        std::string whole;
+        std::size_t at = 0;
+        for (; at < texts.size() && texts[at].empty(); ++at) {
+            whole.append(widths_[at] + Gap, ' ');
+        }
+        if (columnsOf(title) + Gap <= whole.size()) {
+            whole = padded(title, whole.size(), false);
         } else {
             block(title, 0);
         }
-        write(texts);
+        for (; at < texts.size(); ++at) {
+            whole +=
+                padded(texts[at], widths_[at], isNumber(columns_[at].kind)) + std::string(Gap, ' ');
+        }
+        line(whole);
     }
 
     template <class Other>

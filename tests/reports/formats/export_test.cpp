@@ -103,8 +103,8 @@ TEST_F(Export, ATableIsRowsThatStandAlone) {
     Invented list = nastyList();
     const Rows rows = readBack(exported(list, Format::Csv));
     EXPECT_THAT(rows.front(),
-                ElementsAre("School name", "R & RUN", "S & START", "D & DAY", "S & STOPS",
-                            "M & MILES", "C & COST", "L & LOAD", "Remarks", "Report"));
+                ElementsAre("School", "R & RUN", "S & START", "D & DAY", "S & STOPS", "M & MILES",
+                            "C & COST", "L & LOAD", "Remarks", "Report"));
     const std::string origin =
         "Confidential; Run list & more; Active <runs>; Łódź Unified; Printed Nov 21, 2026 9:41 AM "
         "by O'HARA";
@@ -213,7 +213,7 @@ TEST_F(Export, ADriversSheetIsARowAStopOrAPageOfItsOwn) {
     stop.names = {"Garza, Ann", "Łuc, J"};
     stop.note = "Gate";
     const SheetHead head{"107-1",   "West & Ridge", "Morning",
-                         "Bus 107", "Route 107",    {{"Driver", "Grace Garza"}}};
+                         "Bus 107", "Route 107",    {{"DRIVER", "Grace Garza"}}};
     Invented sheets(
         report,
         {head, garage, stop, SheetWay{SheetWay::Sign::Left, {{"Turn onto "}, {"17th", true}}, 0.6},
@@ -221,7 +221,8 @@ TEST_F(Export, ADriversSheetIsARowAStopOrAPageOfItsOwn) {
          SheetRemark{{{"Next: "}, {"107-2", true}}}, SheetHead{"107-2", "", "", "", "", {}}});
     const Rows rows = readBack(exported(sheets, Format::Csv));
     ASSERT_EQ(rows.size(), 4U);
-    EXPECT_THAT(rows[1], testing::Contains("Morning; Route 107; Driver: Grace Garza"));
+    EXPECT_THAT(rows[1], testing::Contains(
+                             "West & Ridge; Morning; Bus 107; Route 107; Driver: Grace Garza"));
     EXPECT_THAT(rows[1], testing::Contains("18.1"));
     EXPECT_THAT(std::vector(rows[2].begin(), rows[2].end() - 1),
                 ElementsAre("107-1", "5:23 AM", "1", "2380 <65th> Street", "at 23rd", "Left", "-4",

@@ -91,7 +91,7 @@ inline Invented nastyList() {
     report.columns.back().ratioTo = "MILES";
     Group school;
     school.field = "SCHOOL";
-    school.title = "SCHOOL_NAME";
+    school.title = "SCHOOLNAME";
     report.groups = {school};
     std::vector<Item> items = {GroupHead{0, "École <1>", "2 runs", false}};
     for (const std::string& text : nastyTexts()) {
