@@ -22,6 +22,7 @@
 #include "tools/district/command/exportcommand.h"
 #include "tools/district/command/misuse.h"
 #include "tools/district/command/passwordcommand.h"
+#include "tools/district/command/reportcommand.h"
 #include "tools/district/command/sqlcommand.h"
 #include "tools/district/command/userscommand.h"
 #include "tools/district/make/companions.h"
@@ -212,6 +213,35 @@ bool users(const Call& call) {
                     call.in, call.out, call.complaints);
 }
 
+bool report(const Call& call) {
+    const auto text = [&](const char* option) { return fromParser(call.options.value(option)); };
+    const bool hasName = call.words.size() > 1;
+    if (hasName == call.options.isSet("list")) {
+        throw Misuse{hasName ? "--list takes no report." : "The report's name is missing."};
+    }
+    if (call.options.isSet("landscape") && call.options.isSet("portrait")) {
+        throw Misuse{"--landscape and --portrait exclude each other."};
+    }
+    ReportOptions options{.folders = foldersOf(call.words[0]),
+                          .report = hasName ? call.words[1] : "",
+                          .runs = text("runs"),
+                          .selection = text("selection"),
+                          .format = text("format"),
+                          .output = text("output"),
+                          .paper = text("paper"),
+                          .pageBreak = text("break"),
+                          .changedSince = text("changed-since"),
+                          .user = text("user"),
+                          .names = call.options.isSet("names")};
+    options.orientation = call.options.isSet("landscape")  ? "landscape"
+                          : call.options.isSet("portrait") ? "portrait"
+                                                           : "";
+    for (const QString& field : call.options.values("sort")) {
+        options.sort.push_back(fromParser(field));
+    }
+    return runReport(options, call.out, call.complaints);
+}
+
 bool programs(const Call& call) {
     const Folders folders = foldersOf(call.words[0]);
     for (const std::string& name : linkCompanions(files::programFolder(), folders.programs())) {
@@ -305,6 +335,24 @@ does; for a district that was made without them, or after they have moved.
 
 Example: vireo-district programs ~/sample)";
 
+constexpr std::string_view ReportHelp = R"(make a file of a report, without a display
+
+--list                      the reports and their names
+--runs WHICH                run ids parted by commas, or a condition on table RUN; otherwise all
+--format FORMAT             PDF, RTF, HTML, Excel, text, TIFF or CSV; otherwise by the file's name
+--output FILE               otherwise "VIREOReport" in the district's folder of reports
+--names                     with the students' names, where a report may show them
+--changed-since DATE        only runs that were changed after it
+--break run|route|school    where a new page begins
+--sort FIELD                of a run, as STARTTIME or "BELLTIME DESC"; may be given more than once
+--paper Letter|A4, --landscape, --portrait
+--selection TEXT            the runs in words, for the head of the pages
+--user NAME                 who made it, for the head; otherwise the user of the computer
+
+The file gets its name when it is whole, and is readable as its folder is.
+
+Example: vireo-district report ~/sample run-list --runs "SCHOOL='WRHS'" --output runs.xlsx)";
+
 constexpr std::size_t MostUserWords = 20;
 
 struct Command {
@@ -348,6 +396,24 @@ const std::vector<Command>& commands() {
          UsersHelp,
          users,
          {{"json", ""}}},
+        {"report",
+         "FOLDER (NAME | --list)",
+         {1, 2},
+         ReportHelp,
+         report,
+         {{"list", ""},
+          {"runs", "", "WHICH"},
+          {"selection", "", "TEXT"},
+          {"format", "", "FORMAT"},
+          {"output", "", "FILE"},
+          {"paper", "", "PAPER"},
+          {"landscape", ""},
+          {"portrait", ""},
+          {"break", "", "WHERE"},
+          {"sort", "", "FIELD"},
+          {"changed-since", "", "DATE"},
+          {"user", "", "NAME"},
+          {"names", ""}}},
         {"programs", "FOLDER", {1, 1}, ProgramsHelp, programs}};
     return all;
 }
