@@ -26,7 +26,8 @@ target_compile_options(vireo_flags INTERFACE
   -Woverloaded-virtual -Werror
   # g++ 12 warns wrongly under -O3 about a literal assigned to a string, and about variants that are
   # moved in aggregates; clang, which looks at the same code, does not.
-  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-maybe-uninitialized>
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-maybe-uninitialized>
   # In a unity build a test and its fixture are no longer in the file that is compiled.
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wno-subobject-linkage>)
 target_include_directories(vireo_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
