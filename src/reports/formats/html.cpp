@@ -284,6 +284,7 @@ private:
             (stop.corner.empty() ? "" : ' ' + element("span", "", stop.corner)) +
             (stop.leftSide ? " <em class=\"side\">Left side</em>" : "");
         const std::string miles = cellText(CellKind::Decimal, stop.miles);
+        const bool isRegular = stop.kind == SheetStop::Kind::Stop;
         write(fmt::format(
             "<li class=\"{}\"><div class=\"band\">{}{}<span "
             "class=\"place\">{}</span>{}{}{}</div>\n",
@@ -291,7 +292,7 @@ private:
             stop.number > 0 ? placed("number", std::to_string(stop.number)) : "<span>&#160;</span>",
             place, placed("students", signedNumber(stop.students)),
             placed("bus", stop.onBus ? std::to_string(*stop.onBus) : ""),
-            placed("id", miles.empty() && !stop.id.empty() ? "no. " + stop.id : miles)));
+            placed("id", isRegular && !stop.id.empty() ? "no. " + stop.id : miles)));
         write(element("p", "note", stop.note));
         putNames(stop.names);
     }

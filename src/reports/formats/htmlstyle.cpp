@@ -40,9 +40,8 @@ tr.sum th{font-weight:400;font-style:italic}
 tr.sum td{font-weight:700}
 tr.sum th,tr.sum td{border-top:1px solid var(--ink)}
 tr.all th,tr.all td{background:var(--ink);color:var(--paper);font-weight:700}
-.load{background:linear-gradient(var(--bar),var(--bar)) .2rem .5rem/calc(min(var(--load),140)*.3%) .5rem no-repeat}
-.over{font-weight:700}
-.over::after{content:" !"}
+.load{background:linear-gradient(var(--ink),var(--ink)) 2.1em .4em/1px .8em no-repeat,linear-gradient(var(--bar),var(--bar)) .1em .55em/calc(min(var(--load),140)*.02em) .5em no-repeat}
+.over{--bar:var(--ink);font-weight:700}
 )";
 
 constexpr std::string_view Sheets = R"(
@@ -55,11 +54,11 @@ constexpr std::string_view Sheets = R"(
 .facts{display:flex;flex-wrap:wrap;gap:.4rem 1.8rem;padding:.5rem 0;border-bottom:1px solid var(--hair)}
 .facts span{display:block;color:var(--soft);font-size:.72rem;letter-spacing:.05em;text-transform:uppercase}
 .facts b{font-size:1.05rem}
-.band{display:grid;grid-template-columns:5.2rem 2.2rem 1fr 3.4rem 3rem 5.6rem;gap:.3rem;align-items:baseline;margin-top:.45rem;padding:.3rem .5rem;border-radius:.2rem;background:var(--band)}
+.band{display:grid;grid-template-columns:5.2rem 2.2rem 1fr 4.8rem 3.8rem 5.6rem;gap:.3rem;align-items:baseline;margin-top:.45rem;padding:.3rem .5rem;border-radius:.2rem;background:var(--band)}
 .band>*{text-align:right}
 .band .place{text-align:left}
 .time{font-size:1.2rem;font-weight:700;white-space:nowrap}
-.number{justify-self:center;min-width:1.5rem;padding:0 .3rem;border-radius:1rem;background:var(--ink);color:var(--paper);font-weight:700;text-align:center}
+.number{justify-self:center;min-width:1.5rem;border-radius:1rem;line-height:1.5rem;background:var(--ink);color:var(--paper);font-weight:700;text-align:center}
 .place b{font-size:1.1rem}
 .side{display:inline-block;margin-left:.4rem;padding:0 .4rem;border-radius:.2rem;background:var(--ink);color:var(--paper);font-size:.75rem;font-style:normal;font-weight:700;text-transform:uppercase}
 .students{font-size:1.1rem;font-weight:700}
@@ -83,7 +82,7 @@ constexpr std::string_view Sheets = R"(
 }
 @media print{
 .sheet{break-before:page;max-width:none;margin:0;content-visibility:visible}
-.head+.sheet{break-before:auto}
+.sheet:first-of-type{break-before:auto}
 .sheet li{break-inside:avoid}
 }
 )";
@@ -118,13 +117,14 @@ std::string styleText(const std::string& text) {
 std::string columnStyle(const Content& content) {
     std::string columns;
     std::string cards =
-        "@media screen and (max-width:600px){body{padding:.8rem}thead,col{display:none}"
+        "@media screen and (max-width:600px){body{padding:.8rem}.made{text-align:left}"
+        "thead,col{display:none}.load{background:none}"
         "table,tbody{display:block;min-width:0}"
         "tr{display:block}tr.r{display:grid;grid-template-columns:1fr 1fr;gap:0 .8rem;"
         "padding:.4rem 0;border-bottom:1px solid var(--hair)}"
         "tr.r>td{display:flex;justify-content:space-between;gap:.6rem}"
         "tr.r>td:empty{display:none}th[colspan],td[colspan]{display:block}"
-        "tr.r>td::before{color:var(--soft);font-weight:400}\n";
+        "tr.r>td::before{color:var(--soft);font-weight:400;letter-spacing:normal}\n";
     int number = 0;
     for (const Column& column : content.report().columns) {
         ++number;

@@ -286,6 +286,7 @@ private:
         const std::string colour = isSchool ? "\\cf4" : "";
         const std::string strong = (isEmpty ? "\\i\\fs22" : "\\b\\fs24") + colour;
         const std::string miles = cellText(CellKind::Decimal, stop.miles);
+        const bool isRegular = !isSchool && !isEmpty;
         row({withMarks("\\b\\fs24" + colour, cellText(CellKind::Time, stop.time)),
              withMarks("\\b\\fs20" + colour, stop.number > 0 ? std::to_string(stop.number) : ""),
              withMarks(strong, stop.place) +
@@ -294,7 +295,7 @@ private:
              withMarks("\\b\\fs24" + colour, signedNumber(stop.students)),
              withMarks("\\fs22" + colour, stop.onBus ? std::to_string(*stop.onBus) : ""),
              withMarks("\\fs16" + colour,
-                       miles.empty() && !stop.id.empty() ? "no. " + stop.id : miles)},
+                       isRegular && !stop.id.empty() ? "no. " + stop.id : miles)},
             isSchool  ? Dark
             : isEmpty ? std::string_view()
                       : Band,
