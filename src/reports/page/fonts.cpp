@@ -16,7 +16,7 @@ namespace reports {
 namespace {
 
 constexpr std::size_t FaceCount = 6;
-constexpr std::size_t MostWords = 50'000;  ///< of a face that are kept, some 15 MB
+constexpr std::size_t MostWords = 20'000;  ///< of a face that are kept, some 6 MB
 
 struct TextHash {
     using is_transparent = void;

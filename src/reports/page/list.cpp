@@ -85,12 +85,8 @@ Block ListMaking::next() {
     if (const auto* row = std::get_if<Row>(&item)) {
         return nextRow(*row);
     }
-    Block block = maker_.row({}, rows_);
-    if (const auto* remark = std::get_if<Remark>(&item)) {
-        block.lines = 0;
-        maker_.addRemark(block, *remark, rows_);
-    }
-    return block;
+    const auto* remark = std::get_if<Remark>(&item);
+    return maker_.remark(remark != nullptr ? *remark : Remark{});
 }
 
 void ListMaking::readAhead() {
@@ -166,7 +162,7 @@ void ListMaking::continueHeads(const Block& first) {
 
 void ListMaking::placeLines(const Block& block, int from, int count) {
     const float height = block.heightOf(count);
-    if (block.kind == Kind::Row && inGroup_ % 2 == 0) {
+    if (block.isBanded && inGroup_ % 2 == 0) {
         rectangle(page_, frame_.left - Hang, y_, frame_.right - frame_.left + 2 * Hang, height,
                   BandInk);
     }

@@ -130,10 +130,15 @@ void BlockMaker::number(Block& block, std::size_t column, const std::string& tex
     const ColumnPlace& place = table_.columns[column];
     const bool isLoad = columns_[column].kind == CellKind::Load;
     const float room = place.right - place.left - (isLoad ? LoadBar + 10 : 0);
+    const Place of{row, static_cast<std::uint16_t>(column)};
+    const float width = widthOf(style, text);
+    if (width <= room) {
+        put(block.piece, style, Line{text, width}, place.right, rowBaseline(), Align::Right, of);
+        return;
+    }
     style = fittingNumber(style, text, room);
     const auto lines = wrapped(style, text, place.right - place.left);
-    put(block.piece, style, lines, place.right, rowBaseline(), block.pitch, Align::Right,
-        {row, static_cast<std::uint16_t>(column)});
+    put(block.piece, style, lines, place.right, rowBaseline(), block.pitch, Align::Right, of);
     block.lines = std::max(block.lines, static_cast<int>(lines.size()));
 }
 
@@ -185,16 +190,18 @@ void BlockMaker::cell(Block& block, std::size_t column, const base::Value& value
         return;
     }
     const ColumnPlace& place = table_.columns[column];
-    const auto lines = wrapped(style, text, place.right - place.left);
-    const bool isTurned = lines.front().rightToLeft;
-    put(block.piece, style, lines, isTurned ? place.right : place.left, rowBaseline(), block.pitch,
-        isTurned ? Align::Right : Align::Left, {row, static_cast<std::uint16_t>(column)});
-    block.lines = std::max(block.lines, static_cast<int>(lines.size()));
+    const int lines =
+        putParagraph(block.piece, style, text, {place.left, place.right}, rowBaseline(),
+                     block.pitch, {row, static_cast<std::uint16_t>(column)});
+    block.lines = std::max(block.lines, lines);
 }
 
 Block BlockMaker::row(const Row& row, std::uint32_t number) const {
     Block block = blockOf(Block::Kind::Row, RowHeight * table_.scale, LinePitch * table_.scale);
+    block.isBanded = true;
     const std::size_t count = std::min(row.cells.size(), columns_.size());
+    block.piece.boxes.reserve(count + 2);
+    block.piece.text.reserve(count * 16);
     for (std::size_t column = 0; column < count; ++column) {
         const base::Value& value = row.cells[column];
         Style style = rowStyle(column);
@@ -207,17 +214,20 @@ Block BlockMaker::row(const Row& row, std::uint32_t number) const {
     return block;
 }
 
+Block BlockMaker::remark(const Remark& remark) const {
+    Block block = blockOf(Block::Kind::Row, RowHeight, LinePitch);
+    block.lines =
+        putParagraph(block.piece, {}, remark.text, {left_, right_}, rowBaseline(), LinePitch, {});
+    return block;
+}
+
 void BlockMaker::addRemark(Block& block, const Remark& remark, std::uint32_t number) const {
     const std::size_t under = columns_.size() > 1 ? 1 : 0;
     const float left = table_.columns.empty() ? left_ : table_.columns[under].left;
     const Style style{Face::Regular, 9.5F * table_.scale, QuietInk};
-    const auto lines = wrapped(style, remark.text, right_ - left);
-    const bool isTurned = lines.front().rightToLeft;
-    put(block.piece, style, lines, isTurned ? right_ : left,
-        rowBaseline() + block.pitch * static_cast<float>(block.lines), block.pitch,
-        isTurned ? Align::Right : Align::Left,
-        {number, static_cast<std::uint16_t>(columns_.size())});
-    block.lines += static_cast<int>(lines.size());
+    block.lines += putParagraph(block.piece, style, remark.text, {left, right_},
+                                rowBaseline() + block.pitch * static_cast<float>(block.lines),
+                                block.pitch, {number, static_cast<std::uint16_t>(columns_.size())});
 }
 
 /// The title beside the first value, or above all of them where it is too long for that.

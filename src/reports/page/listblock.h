@@ -19,6 +19,7 @@ struct Block {
     std::optional<std::size_t> level;  ///< of a head or of totals
     std::string title;                 ///< of a head
     bool newPage = false;
+    bool isBanded = false;  ///< may stand on grey
 
     [[nodiscard]] float heightOf(int count) const {
         return first + pitch * static_cast<float>(count - 1);
@@ -38,6 +39,8 @@ public:
     /// The head again on the next page.
     [[nodiscard]] Block continued(std::size_t level, const std::string& title) const;
     [[nodiscard]] Block row(const Row& row, std::uint32_t number) const;
+    /// A remark that belongs to no row.
+    [[nodiscard]] Block remark(const Remark& remark) const;
     void addRemark(Block& block, const Remark& remark, std::uint32_t number) const;
     [[nodiscard]] Block totals(const Totals& totals) const;
     [[nodiscard]] Block nothing() const;

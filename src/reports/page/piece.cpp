@@ -61,7 +61,11 @@ void put(Page& page, const Style& style, const Line& line, float x, float baseli
     box.at = static_cast<std::uint32_t>(page.text.size());
     box.row = place.row;
     box.column = place.column;
-    page.text += isClean(line.text) ? std::string(line.text) : cleaned(line.text);
+    if (isClean(line.text)) {
+        page.text += line.text;
+    } else {
+        page.text += cleaned(line.text);
+    }
     box.length = static_cast<std::uint32_t>(page.text.size()) - box.at;
     page.boxes.push_back(box);
 }
@@ -72,6 +76,21 @@ void put(Page& page, const Style& style, const std::vector<Line>& lines, float x
         put(page, style, line, x, baseline, align, place);
         baseline += pitch;
     }
+}
+
+int putParagraph(Page& page, const Style& style, std::string_view text, const Edges& edges,
+                 float baseline, float pitch, Place place) {
+    const bool isTurned = startsRightToLeft(text);
+    const float x = isTurned ? edges.right : edges.left;
+    const Align align = isTurned ? Align::Right : Align::Left;
+    const float whole = widthOf(style.face, style.size, text);
+    if (whole <= edges.right - edges.left && text.find('\n') == std::string_view::npos) {
+        put(page, style, Line{text, whole, isTurned}, x, baseline, align, place);
+        return 1;
+    }
+    const auto lines = wrapped(style, text, edges.right - edges.left);
+    put(page, style, lines, x, baseline, pitch, align, place);
+    return static_cast<int>(lines.size());
 }
 
 Shape& rectangle(Page& page, float x, float y, float width, float height, std::uint8_t ink,

@@ -50,6 +50,15 @@ void put(Page& page, const Style& style, const Line& line, float x, float baseli
 void put(Page& page, const Style& style, const std::vector<Line>& lines, float x, float baseline,
          float pitch, Align align = Align::Left, Place place = {});
 
+struct Edges {
+    float left = 0;
+    float right = 0;
+};
+
+/// Puts a text between two edges, from where lines of its direction begin; in how many lines.
+int putParagraph(Page& page, const Style& style, std::string_view text, const Edges& edges,
+                 float baseline, float pitch, Place place);
+
 Shape& rectangle(Page& page, float x, float y, float width, float height, std::uint8_t ink,
                  float corner = 0);
 Shape& line(Page& page, float x, float y, float width, float height, float thick,
