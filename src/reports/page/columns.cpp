@@ -47,11 +47,11 @@ float usualWidth(const Column& column, const Setting& setting) {
         case CellKind::Money:
             return widthOf(face, size, "8,888.88");
         case CellKind::Time:
-            return widthOf(face, size, "12:58 PM");
+            return widthOf(face, size, "12:58 AM");
         case CellKind::Date:
             return widthOf(face, size, "12/28/2028");
         case CellKind::DateTime:
-            return widthOf(face, size, "12/28/2028 12:58 PM");
+            return widthOf(face, size, "12/28/2028 12:58 AM");
         case CellKind::Load:
             break;
     }

@@ -42,7 +42,7 @@ private:
     void continueHeads(const Block& first);
     void placeLines(const Block& block, int from, int count);
     void placeSplit(const Block& block);
-    void place(Block block);
+    void place(const Block& block);
     void follow(const Block& block);
     void endPage();
 
@@ -142,6 +142,7 @@ bool ListMaking::endsPage() const {
 void ListMaking::beginPage(const Block* first) {
     page_ = frame_.piece;
     y_ = frame_.top;
+    inGroup_ = 0;
     isFresh_ = true;
     isBegun_ = true;
     if (first != nullptr) {
@@ -180,8 +181,10 @@ void ListMaking::placeSplit(const Block& block) {
         placeLines(block, from, count);
         from += count;
         if (from < block.lines) {
+            const std::size_t inGroup = inGroup_;
             endPage();
             beginPage(&block);
+            inGroup_ = inGroup;
             isFresh_ = false;
         }
     }
@@ -200,7 +203,7 @@ void ListMaking::follow(const Block& block) {
     }
 }
 
-void ListMaking::place(Block block) {
+void ListMaking::place(const Block& block) {
     y_ += isFresh_ ? 0 : block.above;
     hasHeadsOnly_ = block.kind == Kind::Head && (isFresh_ || hasHeadsOnly_);
     isFresh_ = false;
@@ -224,9 +227,9 @@ bool ListMaking::layPage() {
     readAhead();
     beginPage(ahead_.empty() ? nullptr : &ahead_.front());
     while (!ahead_.empty() && !endsPage()) {
-        Block block = std::move(ahead_.front());
+        const Block block = std::move(ahead_.front());
         ahead_.pop_front();
-        place(std::move(block));
+        place(block);
         readAhead();
     }
     endPage();

@@ -87,7 +87,7 @@ Block BlockMaker::headBlock(std::size_t level, const std::string& title, const s
     const auto lines = wrapped(titleStyle, title, right_ - left_);
     put(block.piece, titleStyle, lines, left_, look.baseline, block.pitch);
     block.lines = static_cast<int>(lines.size());
-    float x = left_ + lines.back().width + (title.empty() ? 0 : 8);
+    float x = left_ + lines.back().width + (title.empty() ? 0.0F : 8.0F);
     if (x + noteWidth > right_) {
         x = left_;
         ++block.lines;

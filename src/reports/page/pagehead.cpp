@@ -41,7 +41,8 @@ private:
     float district();
     void title(float room);
     void rule(float y, float thick) {
-        line(frame_.piece, frame_.left - Hang, y, frame_.right - frame_.left + 2 * Hang, 0, thick);
+        line(frame_.piece, frame_.left - Hang, y, frame_.right - frame_.left + 2 * Hang, 0, thick,
+             thick < 1 ? HairInk : Black);
     }
 
     const Heading& heading_;
@@ -112,7 +113,7 @@ void Framing::captions(const std::vector<Column>& columns, const Table& table) {
 
 void Framing::foot(bool hasLoad) {
     constexpr std::string_view LoadSign = "Black bar and bold: more riders than seats.";
-    const float room = frame_.right - frame_.left - (heading_.confidential ? 180 : 100);
+    const float room = frame_.right - frame_.left - (heading_.confidential ? 180.0F : 100.0F);
     const bool isSaid = !hasLoad || heading_.foot.find("lack bar") != std::string::npos;
     const auto lines = wrapped(FootStyle, heading_.foot, room);
     const bool isBeside =

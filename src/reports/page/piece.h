@@ -17,11 +17,12 @@ struct Style {
     float spacing = 0;
 };
 
-/// Greys of the pages: of labels, of what is said beside, of bands.
+/// Greys of the pages: of labels, of what is said beside, of thin rules.
 inline constexpr std::uint8_t Black = 0;
 inline constexpr std::uint8_t White = 255;
 inline constexpr std::uint8_t LabelInk = 77;
 inline constexpr std::uint8_t QuietInk = 64;
+inline constexpr std::uint8_t HairInk = 90;
 
 /// Labels in capitals, apart from each other.
 inline constexpr Style LabelStyle{Face::Medium, 7.5F, LabelInk, Role::Artifact, 0.6F};

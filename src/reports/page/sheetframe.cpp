@@ -46,7 +46,8 @@ private:
         return style;
     }
     void rule(float y, float thick) {
-        line(frame_.piece, grid_.hungLeft(), y, grid_.hungWidth(), 0, thick);
+        line(frame_.piece, grid_.hungLeft(), y, grid_.hungWidth(), 0, thick,
+             thick < 1 ? HairInk : Black);
     }
     void lines(const Style& style, const std::string& text, float x, float width, float pitch,
                float& baseline, Align align = Align::Left);
@@ -193,7 +194,8 @@ void SheetFraming::captions() {
 }
 
 void SheetFraming::foot() {
-    const float room = grid_.right - grid_.left - NumberWidth - (heading_.confidential ? 74 : 0);
+    const float room =
+        grid_.right - grid_.left - NumberWidth - (heading_.confidential ? 74.0F : 0.0F);
     const std::string where =
         fmt::format("{}  ·  {}  ·  Run {}", heading_.district, heading_.title, head_.plate);
     const std::string when = heading_.foot.empty()

@@ -137,7 +137,9 @@ void SheetPaging::notes() {
     box.filled = false;
     box.thick = 0.6F;
     put(page_, LabelStyle, "NOTES", grid_.hungLeft() + 8, top + 12);
-    for (float y = top + 34; y < top + height - 8; y += NotesPitch) {
+    const int lines = static_cast<int>((height - 42) / NotesPitch) + 1;
+    for (int at = 0; at < lines; ++at) {
+        const float y = top + 34 + NotesPitch * static_cast<float>(at);
         line(page_, grid_.hungLeft() + 8, y, grid_.hungWidth() - 16, 0, 0.8F, 170).dash = 1.2F;
     }
 }

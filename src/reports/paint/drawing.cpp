@@ -23,8 +23,7 @@ std::vector<std::uint32_t> lettersOf(const Shaped& shaped) {
         }
     }
     std::ranges::sort(letters);
-    const auto rest = std::ranges::unique(letters);
-    letters.erase(rest.begin(), rest.end());
+    letters.erase(std::unique(letters.begin(), letters.end()), letters.end());
     return letters;
 }
 
