@@ -170,8 +170,8 @@ void Drawing::words(const Box& box, std::string_view text) {
 std::vector<Drawing::Letter> Drawing::lettersIn(const GlyphRun& run, std::string_view text,
                                                 const std::vector<std::uint32_t>& letters) {
     std::vector<Letter> of;
-    for (std::size_t at = 0; at < run.glyphs.size(); ++at) {
-        const std::uint32_t cluster = run.glyphs[at].cluster;
+    for (const Glyph& glyph : run.glyphs) {
+        const std::uint32_t cluster = glyph.cluster;
         if (of.empty() || of.back().from != cluster) {
             of.push_back({cluster, endOf(cluster, letters, text.size()), 0});
         }
