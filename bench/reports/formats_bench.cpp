@@ -92,7 +92,8 @@ void write(benchmark::State& state, Format format) {
 int main(int argc, char** argv) {
     for (const Format format : {Format::Csv, Format::Text, Format::Html, Format::Rtf, Format::Excel,
                                 Format::Pdf, Format::Tiff}) {
-        benchmark::RegisterBenchmark(std::string(nameOf(format)).c_str(), write, format)
+        benchmark::RegisterBenchmark(std::string(nameOf(format)).c_str(),
+                                     [format](benchmark::State& state) { write(state, format); })
             ->Unit(benchmark::kMillisecond)
             ->Iterations(2);
     }

@@ -68,7 +68,7 @@ constexpr std::string_view Sheets = R"(
 .empty>.band{background:none;font-style:italic}
 .labels{background:none;color:var(--soft);font-size:.72rem;text-transform:uppercase}
 .names,.note{margin:.15rem .5rem .15rem 8rem}
-.names{columns:12rem;font-size:.9rem}
+.names{columns:10rem;font-size:.9rem}
 .turns li{display:grid;grid-template-columns:1.3rem 1fr 3rem;gap:.4rem;padding:.1rem .5rem .1rem 8rem}
 .turns .miles{text-align:right}
 .turns svg{width:1.1rem;height:1.1rem;fill:none;stroke:currentColor;stroke-width:2.2;stroke-linejoin:miter;align-self:center}

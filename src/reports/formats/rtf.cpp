@@ -164,14 +164,19 @@ private:
         }
     }
 
+    /// A mark in the text: not every reader heeds that of a paragraph.
+    void breakPage() { write("\\pard\\plain \\page\n"); }
+
     // ---- A list
 
     void put(const GroupHead& head) {
-        const std::string_view page = head.newPage && hasRows_ ? "\\pagebb" : "";
+        if (head.newPage && hasRows_) {
+            breakPage();
+        }
         const std::string note =
             head.note.empty() ? "" : "  " + withMarks("\\fs18\\cf3", head.note);
         write(paragraph(
-            fmt::format("\\keepn\\sb200\\sa60\\outlinelevel{}{}{}\\f0\\fs{}", head.level, page,
+            fmt::format("\\keepn\\sb200\\sa60\\outlinelevel{}{}\\f0\\fs{}", head.level,
                         startsRightToLeft(head.title) ? "\\rtlpar" : "", head.level == 0 ? 26 : 22),
             withMarks("\\b", head.title) + note));
         hasCaptions_ = false;
@@ -236,8 +241,13 @@ private:
     // ---- A sheet
 
     void put(const SheetHead& head) {
-        const std::string_view page = std::exchange(hasRows_, true) ? "\\pagebb" : "";
-        write(paragraph(fmt::format("{}\\keepn\\sb120\\outlinelevel0\\f0\\fs44", page),
+        if (std::exchange(hasRows_, true)) {
+            breakPage();
+        }
+        if (heading_.confidential) {
+            write(paragraph("\\keepn\\qr\\f0\\fs18", withMarks("\\b", ConfidentialText)));
+        }
+        write(paragraph("\\keepn\\sb120\\outlinelevel0\\f0\\fs44",
                         withMarks("\\b\\chcbpat1\\cb1\\cf4", ' ' + head.plate + ' ') + "  " +
                             withMarks("\\b\\fs34", head.title)));
         const std::string tab = fmt::format("\\keepn\\tqr\\tx{}\\f0\\fs24", twips(width_));
