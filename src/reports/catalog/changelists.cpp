@@ -24,9 +24,9 @@ Definition changedRuns() {
             "SELECT C.*, R.RUN, R.ROUTEID, R.SCHOOLNAME, R.RUN & ', ' & R.SCHOOLNAME AS "
             "RUNTITLE FROM RPT_NOTE AS C INNER JOIN RPT_RUN AS R ON C.RUNID=R.ID WHERE "
             "C.SESSION={0}",
-        .groupedBy = "C.RUNID",
-        .order = "C.NOTED, C.ID",
+        .order = "C.RUNID, C.NOTED, C.ID",
         .sortsRows = true,
+        .sortedBy = "C.RUNID",
         .counts = "change",
         .nothing = "None of these runs was changed."};
 }

@@ -29,9 +29,10 @@ struct Definition {
     /// The question for a list's rows, without order; {0} is the session. It gives every field that
     /// columns and groups name.
     std::string rows = {};
-    std::string groupedBy = {};       ///< how the rows are ordered first: "S.RUNID"
-    std::string order = {};           ///< and then
-    bool sortsRows = false;           ///< whether a planner's fields may come between
+    /// Of the rows: keys stand in the order of the runs and of what belongs to them.
+    std::string order = {};
+    bool sortsRows = false;           ///< whether a planner's fields may come before that
+    std::string sortedBy = {};        ///< and what keeps the groups together then: "N.RUNID"
     std::string remark = {};          ///< the field of the text below a row
     std::string counts = "run";       ///< what a row is
     std::string all = "All";          ///< what the last line adds up: "All schools"

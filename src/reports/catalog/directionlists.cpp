@@ -47,7 +47,6 @@ Definition ofLines() {
                                   PageBreak::School}},
             .ofOneRun = true,
             .fills = {fillDirections},
-            .groupedBy = "L.RUNID",
             .order = "L.ID",
             .counts = "line",
             .nothing = "There are no directions: the map has not solved these runs yet."};

@@ -19,7 +19,7 @@ Definition ofRuns() {
     return {.report = instructions(),
             .ofOneRun = true,
             .runOrder = "STARTTIME, RUN",
-            .fills = {fillStops, fillDirections, fillNeighbours}};
+            .fills = {fillStops, fillRiders, fillDirections, fillNeighbours}};
 }
 
 Definition ofRouteDay() {

@@ -93,8 +93,10 @@ ListContent::ListContent(const Stored& stored)
       breaks_(stored.options.breaks),
       change_(stored.definition.change ? stored.definition.change() : RowChange()) {
     const Definition& definition = stored.definition;
-    size_ = counted(definition.rows);
     countGroups();
+    if (counts_.empty()) {
+        size_ = counted(definition.rows);
+    }
     open(rows_, definition.rows + " ORDER BY " + stored.order);
     findFields();
 }
@@ -123,7 +125,9 @@ void ListContent::countGroups() {
             for (std::size_t i = 0; i <= level; ++i) {
                 groups.push_back(base::lowered(wordsOf(rows.Fields(static_cast<int>(i)))));
             }
-            counts[keyOf(groups, level)] += static_cast<std::size_t>(rows["N"].asInteger());
+            const auto count = static_cast<std::size_t>(rows["N"].asInteger());
+            counts[keyOf(groups, level)] += count;
+            size_ += level == 0 ? count : 0;
         }
     }
 }

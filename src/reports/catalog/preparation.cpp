@@ -88,12 +88,14 @@ bool hasColumn(const Report& report, std::string_view field) {
 /// Fields of runs have ordered the runs already.
 std::string rowOrderOf(const Definition& definition, const Request& request) {
     std::vector<std::string> order;
-    addAll(order, definition.groupedBy);
     for (const SortField& sort : request.sort) {
         const auto field = base::uppered(base::trim(sort.field));
         if (definition.sortsRows && hasColumn(definition.report, field) && !isRunColumn(field)) {
             addOnce(order, field + (sort.descending ? " DESC" : ""));
         }
+    }
+    if (!order.empty() && !definition.sortedBy.empty()) {
+        order.insert(order.begin(), definition.sortedBy);
     }
     addAll(order, definition.order);
     return fmt::format("{}", fmt::join(order, ", "));
@@ -208,6 +210,7 @@ private:
     const Definition& definition_;
     Options options_;
     std::int64_t runs_ = 0;
+    double runCost_ = 0;
     std::unique_ptr<Stored> stored_;
 };
 
@@ -218,9 +221,10 @@ bool PreparedReport::fill(const Sources& sources, const Request& request,
         work_, session_.key(), definition_, definition_.report, rowOrderOf(definition_, request),
         options_, headingOf(sources, request, definition_.report, district.name)});
     fillRuns(work_, session_.key(), conditionOf(definition_, request),
-             orderOf(definition_, request), district.runCost);
+             orderOf(definition_, request));
     const Extent extent = extentOf(work_, session_.key());
     runs_ = extent.count;
+    runCost_ = district.runCost;
     if (runs_ > 0 && extent.toSchool == runs_) {
         nameSchoolTime(stored_->report, "ENDTIME", "At School");
     } else if (runs_ > 0 && extent.toSchool == 0) {
@@ -239,14 +243,16 @@ bool PreparedReport::fill(const Sources& sources, const Request& request,
 
 void PreparedReport::fillBatch(const Sources& sources, const Request& request, std::int64_t first,
                                std::int64_t last) {
+    ado::CommitOnExit unit(work_);
     const Batch batch{.work = work_,
                       .session = session_.key(),
                       .first = first,
                       .last = last,
+                      .stopsBefore = lastKey(work_, "RPT_STOP"),
                       .now = sources.now,
                       .since = request.changedSince.value_or(
-                          sources.now.plusSeconds(-ChangeDays * base::Date::SecondsPerDay))};
-    ado::CommitOnExit unit(work_);
+                          sources.now.plusSeconds(-ChangeDays * base::Date::SecondsPerDay)),
+                      .runCost = runCost_};
     for (const auto fill : definition_.fills) {
         fill(batch);
     }

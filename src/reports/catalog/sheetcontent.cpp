@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <array>
+#include <functional>
 #include <map>
 #include <utility>
 
@@ -15,12 +15,9 @@ namespace reports {
 namespace {
 
 constexpr auto Sheets = "SELECT R.* FROM RPT_RUN AS R WHERE R.SESSION={0}";
-constexpr auto StopsOfSheet =
-    "SELECT S.* FROM RPT_STOP AS S WHERE S.SESSION={} AND S.RUNID={} ORDER BY S.ID";
-constexpr auto LinesOfSheet =
-    "SELECT L.* FROM RPT_LINE AS L WHERE L.SESSION={} AND L.RUNID={} ORDER BY L.ID";
-constexpr auto NamesOfSheet =
-    "SELECT N.* FROM RPT_STUDENT AS N WHERE N.SESSION={} AND N.RUNID={} ORDER BY N.ID";
+constexpr auto AllStops = "SELECT S.* FROM RPT_STOP AS S WHERE S.SESSION={0} ORDER BY S.ID";
+constexpr auto AllLines = "SELECT L.* FROM RPT_LINE AS L WHERE L.SESSION={0} ORDER BY L.ID";
+constexpr auto AllNames = "SELECT N.* FROM RPT_STUDENT AS N WHERE N.SESSION={0} ORDER BY N.ID";
 
 struct SheetRow {
     std::int64_t id = 0;  ///< RPT_STOP.ID
@@ -96,7 +93,8 @@ protected:
     bool readOn() override;
 
 private:
-    void openOf(ado::Recordset& rows, const char* question) const;
+    /// The rows that belong to the run; all of them stand in the order of the runs.
+    void forEach(ado::Recordset& rows, const std::function<void()>& row) const;
     [[nodiscard]] std::vector<SheetRow> readStops() const;
     [[nodiscard]] WayTo readWays() const;
     void readNames(std::vector<SheetRow>& stops) const;
@@ -118,18 +116,25 @@ private:
     }
     [[nodiscard]] const ado::Field& run(const char* field) const { return runs_.Fields(field); }
 
-    mutable ado::Recordset runs_;
+    mutable ado::Recordset runs_, stops_, lines_, names_;
     bool hasDirections_ = false;
 };
 
 SheetContent::SheetContent(const Stored& stored) : StoredContent(stored) {
     size_ = counted(Sheets);
     open(runs_, fmt::format("{} ORDER BY R.ID", Sheets));
+    open(stops_, AllStops);
+    open(lines_, AllLines);
+    open(names_, AllNames);
 }
 
-void SheetContent::openOf(ado::Recordset& rows, const char* question) const {
-    rows.Open(fmt::format(fmt::runtime(question), stored_.session, run("ID").asInteger()),
-              stored_.work);
+void SheetContent::forEach(ado::Recordset& rows, const std::function<void()>& row) const {
+    const auto id = run("ID").asInteger();
+    for (; !rows.Eof() && rows["RUNID"].asInteger() <= id; rows.MoveNext()) {
+        if (rows["RUNID"].asInteger() == id) {
+            row();
+        }
+    }
 }
 
 bool SheetContent::readOn() {
@@ -177,19 +182,17 @@ void SheetContent::addHead() {
 
 std::vector<SheetRow> SheetContent::readStops() const {
     std::vector<SheetRow> stops;
-    ado::Recordset rows;
-    openOf(rows, StopsOfSheet);
     const bool toSchool = flag("PICKUP");
     int number = 0;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        SheetRow& row = stops.emplace_back(rowOf(rows));
+    forEach(stops_, [&] {
+        SheetRow& row = stops.emplace_back(rowOf(stops_));
         if (row.is(data::stoptype::Regular)) {
-            const int riders = wholeOf(rows["RIDERS"]);
+            const int riders = wholeOf(stops_["RIDERS"]);
             row.shown.students = toSchool ? riders : -riders;
         }
         const bool isNumbered = !row.is(data::stoptype::School) && !row.is(data::stoptype::Garage);
         row.shown.number = isNumbered ? ++number : 0;
-    }
+    });
     return stops;
 }
 
@@ -213,30 +216,26 @@ void SheetContent::countRiders(std::vector<SheetRow>& stops) const {
 
 WayTo SheetContent::readWays() const {
     WayTo ways;
-    ado::Recordset rows;
-    openOf(rows, LinesOfSheet);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        const auto type = wordsOf(rows["LINETYPE"]);
+    forEach(lines_, [&] {
+        const auto type = wordsOf(lines_["LINETYPE"]);
         if (base::equalsNoCase(type, "Stop")) {
-            ways.add(rows["INT_STOPID"].isNull() ? 0 : rows["INT_STOPID"].asInteger());
+            ways.add(wholeOf(lines_["INT_STOPID"]));
         } else if (!base::equalsNoCase(type, "Start") && !base::equalsNoCase(type, "Total")) {
-            ways.add(wayOf(type, wordsOf(rows["LINETEXT1"]), wordsOf(rows["LINETEXT2"])));
+            ways.add(wayOf(type, wordsOf(lines_["LINETEXT1"]), wordsOf(lines_["LINETEXT2"])));
         }
-    }
+    });
     return ways;
 }
 
 void SheetContent::readNames(std::vector<SheetRow>& stops) const {
-    ado::Recordset rows;
-    openOf(rows, NamesOfSheet);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        const auto stop = std::ranges::find(stops, rows["STOPROW"].asInteger(), &SheetRow::id);
+    forEach(names_, [&] {
+        const auto stop = std::ranges::find(stops, names_["STOPROW"].asInteger(), &SheetRow::id);
         if (stop != stops.end()) {
-            const auto needs = wordsOf(rows["NEEDS"]);
-            stop->shown.names.push_back(wordsOf(rows["NAME"]) +
+            const auto needs = wordsOf(names_["NEEDS"]);
+            stop->shown.names.push_back(wordsOf(names_["NAME"]) +
                                         (needs.empty() ? "" : fmt::format(" ({})", needs)));
         }
-    }
+    });
 }
 
 void SheetContent::addStops() {

@@ -55,9 +55,8 @@ Definition stopList() {
                    .foot = "Min and Miles lead from the stop before. The side is the right one "
                            "unless it says Left."},
         .ofOneRun = true,
-        .fills = {fillStops},
+        .fills = {fillStops, fillRidersHome},
         .rows = StopRows,
-        .groupedBy = "S.RUNID",
         .order = "S.ID",
         .counts = "stop",
         .all = "All runs",
@@ -90,9 +89,9 @@ Definition studentList() {
             "R.SCHOOLNAME, R.RUN & ', ' & R.SCHOOLNAME AS RUNTITLE FROM (RPT_STUDENT AS N "
             "INNER JOIN RPT_STOP AS S ON N.STOPROW=S.ID) INNER JOIN RPT_RUN AS R ON "
             "N.RUNID=R.ID WHERE N.SESSION={0}",
-        .groupedBy = "N.RUNID",
         .order = "N.ID",
         .sortsRows = true,
+        .sortedBy = "N.RUNID",
         .counts = "student",
         .nothing = "No student rides on these runs today."};
 }

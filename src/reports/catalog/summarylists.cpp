@@ -63,6 +63,7 @@ Definition summaryBy(const Summary& summary) {
                        .foot = "Hours and Miles are with riders. An empty trip between two of "
                                "these runs counts once. Load is riders over seats. Cost is all "
                                "miles times the district's cost of a mile."},
+            .fills = {fillCosts},
             .rows = rowsOf(summary),
             .order = "2, 1",
             .sortsRows = true,

@@ -28,9 +28,9 @@ Definition byRule() {
                        .foot = "As the last validation of each run left them."},
             .fills = {fillWarnings},
             .rows = Rows,
-            .groupedBy = "W.KIND",
-            .order = "W.RUNID, W.ID",
+            .order = "W.KIND, W.RUNID, W.ID",
             .sortsRows = true,
+            .sortedBy = "W.KIND",
             .counts = "warning",
             .nothing = "The last validation left no warning."};
 }
@@ -47,8 +47,8 @@ Definition byRun() {
     definition.report.breaks = {PageBreak::None, PageBreak::Run, PageBreak::Route,
                                 PageBreak::School};
     definition.ofOneRun = true;
-    definition.groupedBy = "W.RUNID";
-    definition.order = "W.KIND, W.ID";
+    definition.sortedBy = "W.RUNID";
+    definition.order = "W.RUNID, W.KIND, W.ID";
     return definition;
 }
 

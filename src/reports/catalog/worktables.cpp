@@ -34,13 +34,14 @@ std::string person(std::string_view table) {
         table);
 }
 
-/// The seats of a vehicle type at the run's level, Medium where that is blank.
+/// The seats of a vehicle type at the run's level, Medium where that is blank; Null for none.
 std::string seatsOf(std::string_view type) {
-    return fmt::format(
-        "IIF(RUN.Capacity='High',{0}.HIGH,IIF(NZ(RUN.Capacity,' ')=' ' OR "
+    const auto seats = fmt::format(
+        "(IIF(RUN.Capacity='High',{0}.HIGH,IIF(NZ(RUN.Capacity,' ')=' ' OR "
         "RUN.Capacity='Medium',{0}.MEDIUM,IIF(RUN.Capacity='Low',{0}.LOW,Null)))+NZ(RUN.OverFill,"
-        "0)",
+        "0))",
         type);
+    return fmt::format("IIF({0}>0,{0},Null)", seats);
 }
 
 std::string daysOf(std::string_view table) {
@@ -155,9 +156,9 @@ constexpr auto EmptyTrips =
     "IIF(ROUTEKEY Is Null Or TOGARAGE=True,1,NZ((SELECT TOP 1 ABS(N.FROMGARAGE) FROM RPT_RUN AS N "
     "WHERE N.SESSION={0} AND N.ROUTEKEY=RPT_RUN.ROUTEKEY AND (N.BEGINS>RPT_RUN.BEGINS OR "
     "(N.BEGINS=RPT_RUN.BEGINS AND (N.ENDS>RPT_RUN.ENDS OR (N.ENDS=RPT_RUN.ENDS AND "
-    "N.ID>RPT_RUN.ID)))) ORDER BY N.BEGINS, N.ENDS, N.ID),1)), SEATS=IIF(SEATS>0,SEATS,Null) "
-    "WHERE SESSION={0}";
-constexpr auto Cost = "UPDATE RPT_RUN SET COST=(NZ(MILES,0)+EMPTYMILES)*{1} WHERE SESSION={0}";
+    "N.ID>RPT_RUN.ID)))) ORDER BY N.BEGINS, N.ENDS, N.ID),1)) WHERE ID BETWEEN {1} AND {2}";
+constexpr auto Cost =
+    "UPDATE RPT_RUN SET COST=(NZ(MILES,0)+EMPTYMILES)*{3} WHERE ID BETWEEN {1} AND {2}";
 
 constexpr auto Stops =
     "INSERT INTO RPT_STOP (SESSION, RUNID, RUNSEQ, INT_STOPID, STOPID, STOPTYPE, TRIPTYPE, "
@@ -166,11 +167,12 @@ constexpr auto Stops =
     "STOP.ADDR1, STOP.DESCRIPTION, IIF(STOP.STOPTYPE='REGULAR',T.NUM_STUDENTS,0), T.TIME_TOSTOP, "
     "T.DIST_TOSTOP, IIF(NZ(T.RUN_PICKUP_SIDE,' ') IN (' ','right'),False,True), STOP.COMMENT FROM "
     "(RPT_RUN AS R INNER JOIN STOP_TRIPTYPE AS T ON R.RUN=T.RUN) INNER JOIN STOP ON "
-    "T.INT_STOPID=STOP.INT_STOPID WHERE R.SESSION={0} AND R.ID BETWEEN {1} AND {2} AND "
+    "T.INT_STOPID=STOP.INT_STOPID WHERE R.ID BETWEEN {1} AND {2} AND "
     "STOP.STOPTYPE<>'DIRECTIONAL' ORDER BY R.ID, T.RUNSEQ, T.ID";
 constexpr auto Riding =
-    "UPDATE RPT_RUN SET RIDING=NZ((SELECT SUM(S.RIDERS) FROM RPT_STOP AS S WHERE S.SESSION={0} AND "
-    "S.RUNID=RPT_RUN.ID),0) WHERE SESSION={0} AND ID BETWEEN {1} AND {2}";
+    "UPDATE RPT_RUN SET RIDING=NZ((SELECT SUM(T.NUM_STUDENTS) FROM STOP_TRIPTYPE AS T INNER JOIN "
+    "STOP ON T.INT_STOPID=STOP.INT_STOPID WHERE T.RUN=RPT_RUN.RUN AND STOP.STOPTYPE='REGULAR'),0) "
+    "WHERE ID BETWEEN {1} AND {2}{3}";
 
 constexpr auto Students =
     "INSERT INTO RPT_STUDENT (SESSION, RUNID, STOPROW, INT_STUID, STUID, NAME, ADDRESS, PHONE, "
@@ -180,53 +182,53 @@ constexpr auto Students =
     "H.PHONE, {3} FROM ((RPT_STOP AS S INNER JOIN STU_ADDR_TRIPTYPE AS A ON "
     "S.INT_STOPID=A.INT_STOPID AND S.TRIPTYPE=A.TRIPTYPE) INNER JOIN STUDENT ON "
     "A.INT_STUID=STUDENT.INT_STUID) LEFT JOIN STU_ADDR AS H ON A.ADDRESSID=H.ADDRESSID WHERE "
-    "S.SESSION={0} AND S.RUNID BETWEEN {1} AND {2} AND (A.STARTDT Is Null OR A.STARTDT<=#{4}#) AND "
-    "(A.ENDDT Is Null OR A.ENDDT>=#{4}#) ORDER BY S.ID, STUDENT.LASTNAME, STUDENT.FIRSTNAME";
+    "S.ID>{5} AND (A.STARTDT Is Null OR A.STARTDT<=#{4}#) AND "
+    "(A.ENDDT Is Null OR A.ENDDT>=#{4}#) ORDER BY S.ID, STUDENT.LASTNAME, "
+    "STUDENT.FIRSTNAME";
 constexpr auto Need =
-    "UPDATE RPT_STUDENT SET NEEDS=IIF(NEEDS Is Null,'',NEEDS & ', ') & '{3}' WHERE SESSION={0} AND "
-    "RUNID BETWEEN {1} AND {2} AND INT_STUID IN (SELECT N.INT_STUID FROM STU_SPECIALNEEDS AS N "
-    "WHERE N.SPECIALNEEDS_CODE='{4}')";
+    "UPDATE RPT_STUDENT SET NEEDS=IIF(NEEDS Is Null,'',NEEDS & ', ') & '{3}' WHERE ID>{5} AND "
+    "INT_STUID IN (SELECT N.INT_STUID FROM STU_SPECIALNEEDS AS N WHERE N.SPECIALNEEDS_CODE='{4}')";
 
 constexpr auto Directions =
     "INSERT INTO RPT_LINE (SESSION, RUNID, INT_STOPID, STOPID, LINETYPE, LINETEXT1, LINETEXT2, "
     "SHORTTEXT, SHORTDIST) SELECT {0}, R.ID, D.INT_STOPID, D.STOPID, D.LINETYPE, D.LINETEXT1, "
     "D.LINETEXT2, D.SHORTTEXT, D.SHORTDIST FROM RPT_RUN AS R INNER JOIN RUNDIR AS D ON R.RUN=D.RUN "
-    "WHERE R.SESSION={0} AND R.ID BETWEEN {1} AND {2} ORDER BY R.ID, D.ID";
+    "WHERE R.ID BETWEEN {1} AND {2} ORDER BY R.ID, D.ID";
 
 constexpr auto Warnings =
     "INSERT INTO RPT_NOTE (SESSION, RUNID, KIND, NOTED, NOTE) SELECT {0}, R.ID, W.WARNINGTYPE, "
     "W.WARNINGDATETIME, W.WARNINGTEXT FROM RPT_RUN AS R INNER JOIN RUNWARNING AS W ON R.RUN=W.RUN "
-    "WHERE R.SESSION={0} AND R.ID BETWEEN {1} AND {2} ORDER BY R.ID, W.WARNINGDATETIME DESC";
+    "WHERE R.ID BETWEEN {1} AND {2} ORDER BY R.ID, W.WARNINGDATETIME DESC";
 
 constexpr auto Changes =
     "INSERT INTO RPT_NOTE (SESSION, RUNID, KIND, NOTED, WHO, NOTE) SELECT {0}, R.ID, '{3}', "
     "RUN.{4}, RUN.{5}, '{6}' FROM RPT_RUN AS R INNER JOIN RUN ON R.RUN=RUN.RUN WHERE "
-    "R.SESSION={0} AND R.ID BETWEEN {1} AND {2} AND RUN.{4}>#{7}# ORDER BY R.ID";
+    "R.ID BETWEEN {1} AND {2} AND RUN.{4}>#{7}# ORDER BY R.ID";
 constexpr auto Logged =
     "INSERT INTO RPT_NOTE (SESSION, RUNID, KIND, NOTED, WHO, STOPID, NOTE) SELECT {0}, R.ID, "
     "SWITCH(L.ACTIVITYCODE=1,'Stop added',L.ACTIVITYCODE=2,'Stop removed',L.ACTIVITYCODE=3,"
     "'Stop moved',L.ACTIVITYCODE=5,'Stops merged',True,'Changed'), L.LOGDATE, L.User, L.StopID, "
-    "L.Description FROM RPT_RUN AS R INNER JOIN RUNLOG AS L ON R.RUN=L.RUNID WHERE R.SESSION={0} "
-    "AND R.ID BETWEEN {1} AND {2} AND L.LOGDATE>#{3}# ORDER BY R.ID, L.LOGDATE, L.ID";
+    "L.Description FROM RPT_RUN AS R INNER JOIN RUNLOG AS L ON R.RUN=L.RUNID WHERE R.ID BETWEEN "
+    "{1} AND {2} AND L.LOGDATE>#{3}# ORDER BY R.ID, L.LOGDATE, L.ID";
 
 constexpr auto OnTheRoute =
     "UPDATE RPT_RUN SET PREVRUN=(SELECT TOP 1 N.RUN FROM RUN AS N WHERE "
     "N.INT_ROUTEID=RPT_RUN.ROUTEKEY AND N.STARTTIME<RPT_RUN.STARTTIME ORDER BY N.STARTTIME DESC, "
     "N.ENDTIME DESC, N.RUN), NEXTRUN=(SELECT TOP 1 N.RUN FROM RUN AS N WHERE "
     "N.INT_ROUTEID=RPT_RUN.ROUTEKEY AND N.STARTTIME>RPT_RUN.STARTTIME ORDER BY N.STARTTIME, "
-    "N.ENDTIME, N.RUN) WHERE SESSION={0} AND ID BETWEEN {1} AND {2}";
+    "N.ENDTIME, N.RUN) WHERE ID BETWEEN {1} AND {2}";
 constexpr auto OnTheBus =
     "UPDATE RPT_RUN SET BUSRUN=(SELECT TOP 1 N.RUN FROM RUN AS N WHERE {3} AND N.ACTIVE=True AND "
     "N.STARTTIME>RPT_RUN.STARTTIME AND "
     "((N.monday=True AND RPT_RUN.DAYS LIKE 'M____') OR (N.tuesday=True AND RPT_RUN.DAYS LIKE "
     "'_T___') OR (N.wednesday=True AND RPT_RUN.DAYS LIKE '__W__') OR (N.thursday=True AND "
     "RPT_RUN.DAYS LIKE '___T_') OR (N.friday=True AND RPT_RUN.DAYS LIKE '____F')) ORDER BY "
-    "N.STARTTIME, N.RUN) WHERE SESSION={0} AND ID BETWEEN {1} AND {2} AND {4}";
+    "N.STARTTIME, N.RUN) WHERE ID BETWEEN {1} AND {2} AND {4}";
 constexpr auto NextSchool =
     "UPDATE RPT_RUN SET BUSSCHOOL=(SELECT {3} FROM RUN AS N LEFT JOIN SCHOOL ON "
     "N.SCHOOL=SCHOOL.SCHOOL WHERE N.RUN=RPT_RUN.BUSRUN), BUSSTART=(SELECT N.STARTTIME FROM RUN AS "
     "N WHERE N.RUN=RPT_RUN.BUSRUN), BUSPICKUP=(SELECT N.PICKUP FROM RUN AS N WHERE "
-    "N.RUN=RPT_RUN.BUSRUN) WHERE SESSION={0} AND ID BETWEEN {1} AND {2} AND BUSRUN Is Not Null";
+    "N.RUN=RPT_RUN.BUSRUN) WHERE ID BETWEEN {1} AND {2} AND BUSRUN Is Not Null";
 
 template <class... More>
 void runOn(const Batch& batch, std::string_view sql, const More&... more) {
@@ -237,19 +239,24 @@ void runOn(const Batch& batch, std::string_view sql, const More&... more) {
 }  // namespace
 
 void fillRuns(ado::Connection& work, std::int64_t session, const std::string& condition,
-              const std::string& order, double runCost) {
+              const std::string& order) {
     work.Execute(fillRunsSql(session, condition, order));
-    work.Execute(fmt::format(EmptyTrips, session));
-    work.Execute(fmt::format(Cost, session, base::numberText(runCost)));
 }
 
-void fillStops(const Batch& batch) {
-    runOn(batch, Stops);
-    runOn(batch, Riding);
+void fillCosts(const Batch& batch) {
+    runOn(batch, EmptyTrips);
+    runOn(batch, Cost, base::numberText(batch.runCost));
 }
+
+void fillStops(const Batch& batch) { runOn(batch, Stops); }
+
+void fillRiders(const Batch& batch) { runOn(batch, Riding, ""); }
+
+void fillRidersHome(const Batch& batch) { runOn(batch, Riding, " AND PICKUP=False"); }
 
 void fillStudents(const Batch& batch) {
-    runOn(batch, Students, daysOf("A"), batch.now.dateValue().text());
+    const auto before = lastKey(batch.work, "RPT_STUDENT");
+    runOn(batch, Students, daysOf("A"), batch.now.dateValue().text(), batch.stopsBefore);
     ado::Recordset needs;
     needs.Open("SELECT SPECIALNEEDS.SPECIALNEEDS_CODE, SPECIALNEEDS.DESCRIPTION FROM SPECIALNEEDS",
                batch.work);
@@ -257,7 +264,7 @@ void fillStudents(const Batch& batch) {
         const std::string code = needs["SPECIALNEEDS_CODE"].asText();
         const auto& description = needs["DESCRIPTION"];
         runOn(batch, Need, ado::escaped(description.isNull() ? code : description.asText()),
-              ado::escaped(code));
+              ado::escaped(code), before);
     }
 }
 
@@ -279,6 +286,12 @@ void fillNeighbours(const Batch& batch) {
           "NZ(VEHICLE,' ')<>' '");
     runOn(batch, OnTheBus, "N.INT_ROUTEID=RPT_RUN.ROUTEKEY", "NZ(VEHICLE,' ')=' '");
     runOn(batch, NextSchool, named("SCHOOL.SCHOOLNAME", "N.SCHOOL", "no school"));
+}
+
+std::int64_t lastKey(ado::Connection& work, std::string_view table) {
+    ado::Recordset row;
+    row.Open(fmt::format("SELECT MAX({0}.ID) AS LASTID FROM {0}", table), work);
+    return row["LASTID"].isNull() ? 0 : row["LASTID"].asInteger();
 }
 
 bool isRunColumn(std::string_view column) {

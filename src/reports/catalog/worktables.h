@@ -3,31 +3,40 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/ado/connection.h"
 #include "platform/base/date.h"
 
 namespace reports {
 
-/// Some of a preparation's runs, by their keys in RPT_RUN.
+/// Some of a preparation's runs, by their keys in RPT_RUN; their rows are added in one transaction.
 struct Batch {
     ado::Connection& work;  ///< sees the tables of routing and trip, too
     std::int64_t session = 0;
     std::int64_t first = 0, last = 0;
+    std::int64_t stopsBefore = 0;  ///< the last key of RPT_STOP before the batch
     base::Date now;
-    base::Date since;  ///< what was noted before it is left out
+    base::Date since;    ///< what was noted before it is left out
+    double runCost = 0;  ///< the district's of a mile
 };
 
-/// Puts the runs that a condition on RUN holds for into the work table, in an order by its columns;
-/// `runCost` is the district's of a mile.
+/// Puts the runs that a condition on RUN holds for into the work table, in an order by its columns.
+/// One statement adds them all, so that their keys stand one behind the other.
 void fillRuns(ado::Connection& work, std::int64_t session, const std::string& condition,
-              const std::string& order, double runCost);
+              const std::string& order);
+
+/// What the empty trips of the runs and all their miles come to.
+void fillCosts(const Batch& batch);
 
 // Each adds what belongs to the runs of a batch, in their order.
 
 /// Stops by sequence, without turn points; on regular ones with those who get on or off.
 void fillStops(const Batch& batch);
-/// Who gets on or off at the stops that are there already, on the day of `now`.
+/// How many ride on each run, or on each run home: they are on the bus from its beginning.
+void fillRiders(const Batch& batch);
+void fillRidersHome(const Batch& batch);
+/// Who gets on or off at the batch's stops, which are there already, on the day of `now`.
 void fillStudents(const Batch& batch);
 /// The lines of the directions as the map delivered them.
 void fillDirections(const Batch& batch);
@@ -37,6 +46,9 @@ void fillWarnings(const Batch& batch);
 void fillChanges(const Batch& batch);
 /// The runs before and after on the route, and the bus's next one that shares a day.
 void fillNeighbours(const Batch& batch);
+
+/// The key of the newest row, whosever it is; 0 without one.
+[[nodiscard]] std::int64_t lastKey(ado::Connection& work, std::string_view table);
 
 /// A column of the runs' work table, so that an order may name it.
 [[nodiscard]] bool isRunColumn(std::string_view column);
