@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "platform/controls/grid.h"
+#include "platform/forms/filedialog.h"
+#include "reports/printing/printservice.h"
 #include "runedit/map/maphandoff.h"
 #include "runsearch/search/frmTarn.h"
 #include "startup/base/session.h"
@@ -59,12 +61,22 @@ inline const std::vector<Station> Stations{
     {"Group_Run_Solve", "frmTarn", "GroupSolve", nullptr, "", {"CloseIt"}, {}},
     {"MergeRun", "frmTarn", "MergeRuns", "cmbRUN", "102-AM", {"Exit"}, {}},
     {"frmCalcDeadHead", "frmTarn", "DeadHead", nullptr, "", {"CloseIt"}, {}},
+    {"ReportSelection", "frmTarn", "PrintIt", nullptr, "", {"Exit"}, {}},
+    {"ReportPreview", "ReportSelection", "Preview", "PageNumber", "1", {"Exit"}, {}},
 };
 
 /// A planner who opens one form of the program after the other.
 class Walk : public support::FormTest<> {
 protected:
-    Walk() : FormTest(fillForWalk) { startup::gCommandLine = "ANN"; }
+    Walk() : FormTest(fillForWalk) {
+        startup::gCommandLine = "ANN";
+        forms::setFileChooser([](const auto&) { return QString(); });
+        printing::setService({[] { return std::nullopt; }, [](const auto&) { return "none"; }});
+    }
+    ~Walk() override {
+        forms::setFileChooser({});
+        printing::setService({});
+    }
     runsearch::frmTarn& form() override { return loaded<runsearch::frmTarn>(); }
 
     static const Station& stationOf(const std::string& form) {

@@ -32,9 +32,6 @@ using controls::Tone;
 using controls::toQt;
 using startup::gcnRouting;
 
-/// Actions whose forms do not exist yet.
-constexpr std::array NotBuiltYet{"PrintDir", "PrintOrg", "PrintStops", "PrintWarn"};
-
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
@@ -52,11 +49,6 @@ Run::Run(forms::Form* owner)
     setCancelButton(ui_->Exit_Run);
     dress();
     boxes_ = std::make_unique<data::RecordBoxes>(*this, runFields());
-    for (const auto* name : NotBuiltYet) {
-        auto* button = findChild<QPushButton*>(name);
-        button->setEnabled(false);
-        button->setToolTip(button->toolTip() + "\n" + tr("Not available yet."));
-    }
     wireFields();
     wireLists();
     wireButtons();
@@ -161,6 +153,10 @@ void Run::wireButtons() {
     on(ui_->Remove, &QPushButton::clicked, "Remove_Click", &Run::Remove_Click);
     on(ui_->Merge, &QPushButton::clicked, "Merge_Click", &Run::Merge_Click);
     on(ui_->Log, &QPushButton::clicked, "Log_Click", &Run::Log_Click);
+    on(ui_->PrintStops, &QPushButton::clicked, "PrintStops_Click", &Run::PrintStops_Click);
+    on(ui_->PrintDir, &QPushButton::clicked, "PrintDir_Click", &Run::PrintDir_Click);
+    on(ui_->PrintOrg, &QPushButton::clicked, "PrintOrg_Click", &Run::PrintOrg_Click);
+    on(ui_->PrintWarn, &QPushButton::clicked, "PrintWarn_Click", &Run::PrintWarn_Click);
     on(ui_->NextRun, &QPushButton::clicked, "NextRun_Click", &Run::NextRun_Click);
     on(ui_->PreviousRun, &QPushButton::clicked, "PreviousRun_Click", &Run::PreviousRun_Click);
     on(ui_->Exit_Run, &QPushButton::clicked, "Exit_Run_Click", &Run::Exit_Run_Click);
@@ -297,11 +293,6 @@ void Run::Command1_Click() {
         tellNotFound(run());
     }
     refresh();
-}
-
-bool Run::isBuilt(const QWidget& button) {
-    return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
-                        [&](const char* name) { return button.objectName() == name; });
 }
 
 bool Run::isNew() const { return ui_->chkNew->isChecked(); }

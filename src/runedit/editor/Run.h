@@ -60,6 +60,10 @@ public:
     void Log_Click();
     void Closed_Browse_Click();
     void Clear_Closed_Click();
+    void PrintStops_Click();
+    void PrintDir_Click();
+    void PrintOrg_Click();
+    void PrintWarn_Click();
     void NextRun_Click();
     void PreviousRun_Click();
     void GoToStop_Click();
@@ -121,7 +125,6 @@ private:
     void showWarning(int row);
     void showUnplaced(const std::vector<std::size_t>& rows);
 
-    [[nodiscard]] static bool isBuilt(const QWidget& button);
     [[nodiscard]] bool isNew() const;
     [[nodiscard]] std::string run() const;
     /// Its row as it is stored now; nothing where there is none.
@@ -138,6 +141,7 @@ private:
     void checkBell(const data::Record& entered);
     void tellNoMinutes(const std::string& stop);
     void sendToMap();
+    void printReport(const std::string& report);
 
     [[nodiscard]] stops::EditedRun runOfStops() const;
     void addToRun(const std::vector<stops::ChosenStop>& chosen);

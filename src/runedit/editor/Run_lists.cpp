@@ -4,6 +4,7 @@
 #include "runedit/editor/crowdeddelegate.h"
 #include "runedit/editor/runlists.h"
 #include "runedit/validation/checkedrun.h"
+#include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
 
 #include "ui_Run.h"
@@ -102,16 +103,17 @@ void Run::showAudit(const data::Record& run) {
 void Run::showButtons() {
     const bool saved = !isNew();
     const bool anyStop = ui_->StopList->selectedCount() > 0;
-    const auto enable = [](QPushButton* button, bool on) {
-        button->setEnabled(on && isBuilt(*button));
-    };
     for (auto* button :
          {ui_->CalcTimes, ui_->Command1, ui_->AddStops, ui_->GetStops, ui_->Merge, ui_->Log}) {
-        enable(button, saved);
+        button->setEnabled(saved);
     }
-    enable(ui_->MapIt, saved && allPlaced_);
-    enable(ui_->StopEdit, saved && anyStop);
-    enable(ui_->Remove, saved && anyStop);
+    ui_->MapIt->setEnabled(saved && allPlaced_);
+    ui_->StopEdit->setEnabled(saved && anyStop);
+    ui_->Remove->setEnabled(saved && anyStop);
+    const bool mayPrint = startup::HasAuthority("RTG270", false);
+    for (auto* button : {ui_->PrintStops, ui_->PrintDir, ui_->PrintOrg, ui_->PrintWarn}) {
+        button->setEnabled(saved && mayPrint);
+    }
 }
 
 void Run::showStatus(const QString& text, bool green) {

@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QShortcut>
-#include <array>
 
 #include "data/lookups/mdlLOAD_lstcmb.h"
 #include "platform/ado/recordset.h"
@@ -10,6 +9,7 @@
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
 #include "runsearch/search/runlist.h"
+#include "runsearch/search/searchwords.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
@@ -28,14 +28,6 @@ const auto BeforeSearch = QStringLiteral(
 const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
-/// Actions whose forms do not exist yet: they stay disabled whatever the permissions say.
-constexpr std::array NotBuiltYet{"PrintIt"};
-
-bool isBuilt(const QWidget& button) {
-    return std::none_of(NotBuiltYet.begin(), NotBuiltYet.end(),
-                        [&](const char* name) { return button.objectName() == name; });
-}
-
 }  // namespace
 
 frmTarn::frmTarn()
@@ -43,11 +35,6 @@ frmTarn::frmTarn()
       ui_(std::make_unique<Ui::frmTarn>()) {
     ui_->setupUi(this);
     ui_->RunList->setEmptyText(BeforeSearch);
-    for (const auto* name : NotBuiltYet) {
-        auto* button = findChild<QPushButton*>(name);
-        button->setEnabled(false);
-        button->setToolTip(button->toolTip() + "\n" + tr("Not available yet."));
-    }
     wireCriteria();
     wireRoute();
     wireRunList();
@@ -80,6 +67,7 @@ void frmTarn::wireButtons() {
     on(ui_->cmdNew, &QPushButton::clicked, "cmdNew_Click", &frmTarn::cmdNew_Click);
     on(ui_->Edit, &QPushButton::clicked, "Edit_Click", &frmTarn::Edit_Click);
     on(ui_->Delete, &QPushButton::clicked, "Delete_Click", &frmTarn::Delete_Click);
+    on(ui_->PrintIt, &QPushButton::clicked, "PrintIt_Click", &frmTarn::PrintIt_Click);
     on(ui_->TimeLine, &QPushButton::clicked, "TimeLine_Click", &frmTarn::TimeLine_Click);
     on(ui_->ChangeBell, &QPushButton::clicked, "ChangeBell_Click", &frmTarn::ChangeBell_Click);
     on(ui_->GroupChange, &QPushButton::clicked, "GroupChange_Click", &frmTarn::GroupChange_Click);
@@ -94,7 +82,7 @@ void frmTarn::wireButtons() {
 
 /// What goes to the chosen run, in the menu of the list too.
 void frmTarn::wireMenu() {
-    for (auto* button : {ui_->Edit, ui_->Delete, ui_->MergeRuns}) {
+    for (auto* button : {ui_->Edit, ui_->Delete, ui_->MergeRuns, ui_->PrintIt}) {
         auto* action = new QAction(button->text(), ui_->RunList);
         QObject::connect(action, &QAction::triggered, button, &QPushButton::click);
         ui_->RunList->addAction(action);
@@ -182,7 +170,7 @@ void frmTarn::cmdSearch_Click() {
     const forms::BusyCursor hourglass;
     const auto asked = criteria();
     if (const auto query = runSearchQuery(asked)) {
-        search(*query, asked.useRoute);
+        search(*query, asked);
     } else {
         trap("cmdReset_Click", &frmTarn::cmdReset_Click);
         ui_->TotSel->setText("0");
@@ -191,7 +179,7 @@ void frmTarn::cmdSearch_Click() {
     }
 }
 
-void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
+void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked) {
     ado::Recordset runs;
     runs.Open(query.runs, *startup::gcnRouting);
     ui_->RunList->sortingOff();
@@ -205,10 +193,11 @@ void frmTarn::search(const RunSearchQuery& query, bool withRouting) {
     }
     // The columns stay for now: a search with the same ones keeps their widths.
     ui_->RunList->clearRows();
-    ui_->RunList->setTable(readRuns(runs, withRouting));
+    ui_->RunList->setTable(readRuns(runs, asked.useRoute));
     ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
     startup::RunSearchSQL = query.runs;
     startup::RunSearchSchoolSQL = query.runsSchool;
+    found_ = {query.runs, inWords(asked), ui_->RunList->rows()};
     runs.Close();
     showToResolve();
     buttons_.afterRunsFound(
@@ -257,17 +246,14 @@ void frmTarn::RunList_ClickItem() {
 void frmTarn::RunList_DblClick() { trap("Edit_Click", &frmTarn::Edit_Click); }
 
 void frmTarn::showButtons() {
-    const auto show = [](QPushButton& button, bool enabled) {
-        button.setEnabled(enabled && isBuilt(button));
-    };
-    show(*ui_->cmdNew, buttons_.cmdNew);
-    show(*ui_->Edit, buttons_.Edit);
-    show(*ui_->Delete, buttons_.Delete);
-    show(*ui_->PrintIt, buttons_.PrintIt);
-    show(*ui_->TimeLine, buttons_.TimeLine);
-    show(*ui_->ChangeBell, buttons_.ChangeBell);
-    show(*ui_->GroupChange, buttons_.GroupChange);
-    show(*ui_->GroupSolve, buttons_.GroupSolve);
+    ui_->cmdNew->setEnabled(buttons_.cmdNew);
+    ui_->Edit->setEnabled(buttons_.Edit);
+    ui_->Delete->setEnabled(buttons_.Delete);
+    ui_->PrintIt->setEnabled(buttons_.PrintIt);
+    ui_->TimeLine->setEnabled(buttons_.TimeLine);
+    ui_->ChangeBell->setEnabled(buttons_.ChangeBell);
+    ui_->GroupChange->setEnabled(buttons_.GroupChange);
+    ui_->GroupSolve->setEnabled(buttons_.GroupSolve);
     for (const auto& [action, button] : offered_) {
         action->setEnabled(button->isEnabled());
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "groupops/base/runselection.h"
+#include "reports/selection/selectionintake.h"
 #include "runedit/editor/runsequence.h"
 #include "runsearch/search/listplace.h"
 #include "runsearch/search/runbuttons.h"
@@ -43,6 +44,7 @@ public:
     void cmdNew_Click();
     void Edit_Click();
     void Delete_Click();
+    void PrintIt_Click();
     void TimeLine_Click();
     void ChangeBell_Click();
     void GroupChange_Click();
@@ -97,7 +99,7 @@ private:
     [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
     bool refuseBrokenTimes();
     bool refuseUnknownRouteKeys();
-    void search(const RunSearchQuery& query, bool withRouting);
+    void search(const RunSearchQuery& query, const RunSearchCriteria& asked);
     void refreshRunList(ListPlace::WhenGone whenGone = ListPlace::WhenGone::NoneChosen);
     [[nodiscard]] std::string chosenRun() const;
     /// Opens the chosen run in the editor; false where none is chosen or it is gone, which is told.
@@ -121,6 +123,7 @@ private:
 
     std::unique_ptr<Ui::frmTarn> ui_;
     RunButtons buttons_;
+    reports::RunsForReports found_;  ///< by the last search that found any
     /// What the menus offer besides, as enabled as its button.
     std::vector<std::pair<QAction*, QPushButton*>> offered_;
     /// What an empty time box shows; a box with any other text is a criterion.

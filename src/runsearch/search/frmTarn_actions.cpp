@@ -12,6 +12,7 @@
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/formregistry.h"
+#include "reports/selection/ReportSelection.h"
 #include "runedit/editor/Run.h"
 #include "runsearch/log/RunLogInquiry.h"
 #include "runsearch/schedule/frmRunSchdl.h"
@@ -19,6 +20,7 @@
 #include "runsearch/search/listplace.h"
 #include "runsearch/search/rundeletion.h"
 #include "runsearch/search/runlist.h"
+#include "runsearch/search/searchreports.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
@@ -209,6 +211,11 @@ void frmTarn::editRun(const std::string& run) {
     } else {
         tellRunIsGone(run);
     }
+}
+
+void frmTarn::PrintIt_Click() {
+    offerSearchReports(forms::FormRegistry::instance().make<reports::ReportSelection>(
+        [this] { return found_; }, this));
 }
 
 void frmTarn::TimeLine_Click() {

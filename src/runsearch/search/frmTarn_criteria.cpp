@@ -74,8 +74,9 @@ RunSearchCriteria frmTarn::criteria() const {
     result.bellTime = range(*ui_->Bell_BegTime, *ui_->Bell_EndTime);
     result.runFamily = ui_->cmbRunFamily->text();
     for (int row = 0; row < ui_->lstSchool->rows(); ++row) {
-        result.schools.push_back(
-            {ui_->lstSchool->cellText(row, 0), ui_->lstSchool->cellText(row, 2)});
+        result.schools.push_back({.code = ui_->lstSchool->cellText(row, 0),
+                                  .schoolType = ui_->lstSchool->cellText(row, 2),
+                                  .name = ui_->lstSchool->cellText(row, 1)});
     }
     for (const int row : ui_->lstSchool->selectedRows()) {
         result.schools[static_cast<std::size_t>(row)].selected = true;

@@ -16,6 +16,7 @@
 #include "platform/forms/application.h"
 #include "platform/forms/filedialog.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/printerdialog.h"
 #include "platform/forms/timer.h"
 #include "tools/script/adapter.h"
 #include "tools/script/parser.h"
@@ -53,12 +54,15 @@ Player::Player(std::ostream& transcript, Program program)
     process::setHost(&programs_);
     forms::setFileChooser(
         [this](const forms::FileQuestion& question) { return chosenFile(question); });
+    forms::setPrinterChooser(
+        [this](const forms::PrintQuestion& question) { return cancelledPrinter(question); });
 }
 
 Player::~Player() {
     base::ports() = formerPorts_;
     process::setHost(nullptr);
     forms::setFileChooser({});
+    forms::setPrinterChooser({});
     forms::Timer::setSpeed(1);
 }
 
@@ -189,6 +193,16 @@ QString Player::chosenFile(const forms::FileQuestion& question) {
     const std::string file = files_.front();
     files_.pop_front();
     return toQt(file);
+}
+
+/// A script prints nothing; the dialog is a box that it cancels.
+std::optional<forms::PrintChoice> Player::cancelledPrinter(const forms::PrintQuestion& question) {
+    boxes_.show({.text = "Which printer? (A script has none.)",
+                 .title = controls::fromQt(question.title),
+                 .icon = base::MsgIcon::Question,
+                 .buttons = base::MsgButtons::OkCancel,
+                 .preferred = base::MsgAnswer::Cancel});
+    return std::nullopt;
 }
 
 void Player::print(const std::string& line) { transcript_ << indented(line) << "\n"; }

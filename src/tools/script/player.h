@@ -4,6 +4,7 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@ class QWidget;
 namespace forms {
 class Form;
 struct FileQuestion;
+struct PrintChoice;
+struct PrintQuestion;
 }  // namespace forms
 
 namespace script {
@@ -68,6 +71,8 @@ private:
     void select(Adapter& list, const Command& command);
     void answer(const Command& command);
     [[nodiscard]] QString chosenFile(const forms::FileQuestion& question);
+    [[nodiscard]] std::optional<forms::PrintChoice> cancelledPrinter(
+        const forms::PrintQuestion& question);
     void print(const std::string& line);
     void print(const std::vector<std::string>& lines);
     void printState(const Command& command);

@@ -192,14 +192,14 @@ TEST_F(TarnForm, OffersNoGroupActionBeforeRunsWereFound) {
     EXPECT_FALSE(isEnabled("Delete")) << "taken away for good";
 }
 
-TEST_F(TarnForm, KeepsUnbuiltActionsDisabledAndSaysWhatTheyWillDo) {
+TEST_F(TarnForm, OffersReportsOnTheRunsFound) {
+    EXPECT_FALSE(isEnabled("PrintIt") || isShown("Tarn") || isShown("chkNew"));
     found();
-    EXPECT_FALSE(isEnabled("PrintIt"));
-    EXPECT_THAT(control<QWidget>("PrintIt").toolTip().toStdString(),
-                HasSubstr("Not available yet"));
-    EXPECT_TRUE(isEnabled("SelectAll"));
-    EXPECT_FALSE(isShown("Tarn"));
-    EXPECT_FALSE(isShown("chkNew"));
+    click("PrintIt");
+    auto* selection = opened("ReportSelection");
+    ASSERT_NE(selection, nullptr);
+    EXPECT_EQ(selection->windowTitle(), "Run Search Reports");
+    EXPECT_EQ(support::ControlsOf(*selection).text("Selection"), "4 runs: all runs");
 }
 
 TEST_F(TarnForm, OpensTheScheduleOfItsRunsAndBothKeepOneChosenRun) {
