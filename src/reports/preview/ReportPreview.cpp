@@ -87,6 +87,10 @@ void ReportPreview::wireTools() {
     on(ui_->FindNext, &QToolButton::clicked, "FindNext_Click", &ReportPreview::FindNext_Click);
     on(ui_->FindPrevious, &QToolButton::clicked, "FindPrevious_Click",
        &ReportPreview::FindPrevious_Click);
+    const int line = fontMetrics().height();
+    for (auto* button : {ui_->FindPrevious, ui_->FindNext}) {
+        button->setIconSize({line, line});
+    }
     ui_->FindPrevious->setIcon(
         controls::signIcon(controls::Sign::Up, palette(), QPalette::ButtonText));
     ui_->FindNext->setIcon(
@@ -147,7 +151,10 @@ void ReportPreview::receive(std::shared_ptr<Prepared> prepared, Request request,
 void ReportPreview::Form_Load() {
     auto& memory = controls::LayoutMemory::instance();
     ui_->FileFormat->setCurrentIndex(memory.recall(FormatKey).toInt());
-    ui_->Split->restoreState(memory.recall(SplitKey).toByteArray());
+    if (!ui_->Split->restoreState(memory.recall(SplitKey).toByteArray())) {
+        const int strip = ui_->Strip->sizeHint().width() + fontMetrics().height();
+        ui_->Split->setSizes({strip, width() - strip});
+    }
     const double zoom = memory.recall(ZoomKey).toDouble();
     if (zoom > 0) {
         ui_->Pages->setZoom(zoom);

@@ -43,8 +43,13 @@ void PagePainter::paint(QPainter& painter, const Page& page, double scale) {
     for (const Shape& shape : page.shapes) {
         paintShape(painter, shape, scale);
     }
+    const QRectF seen = painter.clipBoundingRect();
     for (const Box& box : page.boxes) {
-        paintBox(painter, page, box, scale);
+        const bool isSeen = (box.baseline + box.size) * scale >= seen.top() &&
+                            (box.baseline - 2 * box.size) * scale <= seen.bottom();
+        if (isSeen || !painter.hasClipping()) {
+            paintBox(painter, page, box, scale);
+        }
     }
     painter.restore();
 }

@@ -17,7 +17,7 @@ struct FontFile;
 class PagePainter {
 public:
     /// Paints the shapes and texts of a page, so many pixels to the point, from the painter's
-    /// origin on. The paper is the caller's.
+    /// origin on, as far as its clip shows them. The paper is the caller's.
     void paint(QPainter& painter, const Page& page, double scale);
 
 private:

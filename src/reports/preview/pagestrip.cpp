@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 #include "reports/preview/pagepainter.h"
@@ -47,6 +48,7 @@ private:
 namespace {
 
 constexpr int Around = 8;
+constexpr int LongSideInLines = 9;
 
 /// A page with its number below it.
 class PageDelegate : public QStyledItemDelegate {
@@ -86,12 +88,9 @@ public:
 private:
     /// As large as some lines of text, so that it grows with the font.
     [[nodiscard]] QSize paperIn(const QFontMetrics& metrics) const {
-        constexpr double LongSideInLines = 9;
+        const double side = LongSideInLines * metrics.height();
         const auto size = model_.pages() == nullptr ? PageSize() : model_.pages()->size;
-        return QSizeF(size.width, size.height)
-            .scaled(LongSideInLines * metrics.height(), LongSideInLines * metrics.height(),
-                    Qt::KeepAspectRatio)
-            .toSize();
+        return QSizeF(size.width, size.height).scaled(side, side, Qt::KeepAspectRatio).toSize();
     }
 
     const PageStripModel& model_;
@@ -107,6 +106,12 @@ PageStrip::PageStrip(QWidget* parent) : QListView(parent), model_(new PageStripM
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(tr("Pages in small"));
+}
+
+QSize PageStrip::sizeHint() const {
+    return {LongSideInLines * fontMetrics().height() + 2 * Around +
+                verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+            QListView::sizeHint().height()};
 }
 
 void PageStrip::showPages(const Pages* pages) { model_->showPages(pages); }

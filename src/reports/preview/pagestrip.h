@@ -22,6 +22,9 @@ public:
     /// Makes a page current without a signal.
     void follow(int page);
 
+    /// Room for a page beside the scroll bar.
+    [[nodiscard]] QSize sizeHint() const override;
+
 signals:
     /// The user made a page current.
     void pageChosen(int page);

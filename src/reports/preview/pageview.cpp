@@ -202,7 +202,7 @@ void PageView::paintPage(QPainter& painter, int page) {
     painter.drawRect(paperRect.adjusted(-0.5, -0.5, 0.5, 0.5));
     painter.save();
     painter.translate(paperRect.topLeft());
-    painter.setClipRect(QRectF({0, 0}, paperRect.size()));
+    painter.setClipRect(paperRect.intersected(viewport()->rect()).translated(-paperRect.topLeft()));
     painter_.paint(painter, pages_->pages[static_cast<std::size_t>(page)], scale());
     const auto from = std::ranges::lower_bound(hits_, static_cast<std::size_t>(page), {},
                                                [](const TextRange& hit) { return hit.from.page; });
