@@ -80,13 +80,16 @@ void frmTarn::wireButtons() {
        &frmTarn::cmdSearch_Click);
 }
 
-/// What goes to the chosen run, in the menu of the list too.
+/// What goes to the chosen run, in the menu of the list too, and the reports on all of them.
 void frmTarn::wireMenu() {
-    for (auto* button : {ui_->Edit, ui_->Delete, ui_->MergeRuns, ui_->PrintIt}) {
+    const auto press = [this](QPushButton* button) {
         auto* action = new QAction(button->text(), ui_->RunList);
         QObject::connect(action, &QAction::triggered, button, &QPushButton::click);
         ui_->RunList->addAction(action);
         offered_.emplace_back(action, button);
+    };
+    for (auto* button : {ui_->Edit, ui_->Delete, ui_->MergeRuns}) {
+        press(button);
     }
     const auto offer = [this](const QString& text, const char* procedure, auto handler) {
         auto* action = new QAction(text, ui_->RunList);
@@ -96,6 +99,7 @@ void frmTarn::wireMenu() {
     };
     offer(tr("Ma&p"), "Map_Click", &frmTarn::Map_Click);
     offer(tr("Run L&og"), "Log_Click", &frmTarn::Log_Click);
+    press(ui_->PrintIt);
 }
 
 /// Down leads from a criterion into the list, F6 there and back.

@@ -115,10 +115,10 @@ TEST_F(ActionsTest, OffersInTheMenuOfTheListWhatGoesToTheChosenRun) {
         }
         return texts;
     };
-    EXPECT_EQ(offered(), "Edit Delete Merge Runs Map Run Log  Copy Rows- Select All ");
+    EXPECT_EQ(offered(), "Edit Delete Merge Runs Map Run Log Print  Copy Rows- Select All ");
     startup::gSecurityOn = true;
     found();
-    EXPECT_THAT(offered(), testing::StartsWith("Edit Delete- Merge Runs Map "));
+    EXPECT_THAT(offered(), testing::StartsWith("Edit Delete- Merge Runs Map Run Log Print- "));
     startup::gSecurityOn = false;
 
     list("RunList").actions().at(4)->trigger();
