@@ -1,6 +1,7 @@
 #include "reports/selection/reportpictures.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "platform/controls/qtext.h"
 #include "reports/page/layout.h"
@@ -28,7 +29,9 @@ QSize ReportPictures::sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& /*index*/) const {
     const int side = sideOf(option.fontMetrics);
     constexpr int TextInPictures = 3;
-    return {side * TextInPictures, side + 2 * Around};
+    constexpr int TextLines = 6;
+    return {side * TextInPictures,
+            std::max(side, TextLines * option.fontMetrics.height()) + 2 * Around};
 }
 
 const QPixmap& ReportPictures::pictureOf(const Report& report, int side, qreal ratio) const {
@@ -60,8 +63,7 @@ void ReportPictures::paint(QPainter* painter, const QStyleOptionViewItem& option
     const QPixmap& picture = pictureOf(report, side, painter->device()->devicePixelRatioF());
     const QSize shown = picture.size() / picture.devicePixelRatio();
     const QRect frame(option.rect.left() + Around + (side - shown.width()) / 2,
-                      option.rect.top() + Around + (side - shown.height()) / 2, shown.width(),
-                      shown.height());
+                      option.rect.center().y() - shown.height() / 2, shown.width(), shown.height());
     painter->drawPixmap(frame.topLeft(), picture);
     painter->setPen(option.palette.color(QPalette::Mid));
     painter->drawRect(frame.adjusted(-1, -1, 0, 0));
