@@ -28,13 +28,22 @@ const auto BeforeSearch = QStringLiteral(
 const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
+const auto NoRunsYet = QStringLiteral(
+    "The district has no runs yet.\nNew makes one; the command \"vireo-district import\" brings in "
+    "those of another system.");
+const auto NoSchoolsYet =
+    QStringLiteral("No school is active yet.\n\"vireo-district import\" brings in your schools.");
+const auto NoTripTypesYet = QStringLiteral(
+    "No trip type is active yet.\n\"vireo-district import\" brings in your trip types.");
+
 }  // namespace
 
 frmTarn::frmTarn()
     : TrappedForm(Module, nullptr, startup::AfterError::FormStays),
       ui_(std::make_unique<Ui::frmTarn>()) {
     ui_->setupUi(this);
-    ui_->RunList->setEmptyText(BeforeSearch);
+    ui_->lstSchool->setEmptyText(NoSchoolsYet);
+    ui_->lstTripType->setEmptyText(NoTripTypesYet);
     wireCriteria();
     wireRoute();
     wireRunList();
@@ -148,6 +157,7 @@ void frmTarn::Form_Load() {
     data::Load_cmbVehicle(*this);
     data::Load_cmbAid(*this);
     data::Load_cmbRoute(*this);
+    explainEmptyList(BeforeSearch);
     emptyTimes();
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunId->setFocus();
@@ -192,7 +202,7 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     if (runs.Eof() && runs.Bof()) {
         ui_->RunList->clearAll();
         ui_->TotSel->setText("0");
-        ui_->RunList->setEmptyText(NothingFound);
+        explainEmptyList(NothingFound);
         return showToResolve();
     }
     // The columns stay for now: a search with the same ones keeps their widths.
@@ -231,12 +241,17 @@ void frmTarn::cmdReset_Click() {
     ui_->TotSel->clear();
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunList->clearAll();
-    ui_->RunList->setEmptyText(BeforeSearch);
+    explainEmptyList(BeforeSearch);
     showToResolve();
     buttons_.afterReset();
     showButtons();
     showFilledCriteria();
     ui_->RunId->setFocus();
+}
+
+/// What the run list says where it shows none: in a new district how runs come into it.
+void frmTarn::explainEmptyList(const QString& otherwise) {
+    ui_->RunList->setEmptyText(hasRuns(*startup::gcnRouting) ? otherwise : NoRunsYet);
 }
 
 void frmTarn::RunList_ClickColumn(int column) { ui_->RunList->toggleSort(column); }

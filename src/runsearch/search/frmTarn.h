@@ -115,6 +115,7 @@ private:
     void showSelectedCount();
     void showChosenRun();
     void showToResolve();
+    void explainEmptyList(const QString& otherwise);
     void enterList();
     void enterCriteria();
     void dress();

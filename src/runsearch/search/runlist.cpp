@@ -76,6 +76,12 @@ table::TextTable readRuns(ado::Recordset& runs, bool withRouting) {
     });
 }
 
+bool hasRuns(ado::Connection& connection) {
+    ado::Recordset runs;
+    runs.Open("SELECT RUN.RUN FROM RUN", connection);
+    return !runs.Eof();
+}
+
 std::string runInWords(const table::TextTable& runs, std::size_t row) {
     const auto known = [&](std::string_view before, std::string_view column) {
         const auto text = runs.text(row, column);

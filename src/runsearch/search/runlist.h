@@ -11,6 +11,9 @@ namespace runsearch {
 /// columns. A run that must be regenerated is red.
 [[nodiscard]] table::TextTable readRuns(ado::Recordset& runs, bool withRouting);
 
+/// Whether there is any run, whatever a search asks for.
+[[nodiscard]] bool hasRuns(ado::Connection& connection);
+
 /// What a question about a run of that table names: "102-AM, Pine School", and in a line below it
 /// school, trip type and bell as far as they are known.
 [[nodiscard]] std::string runInWords(const table::TextTable& runs, std::size_t row);

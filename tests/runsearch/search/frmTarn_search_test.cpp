@@ -23,6 +23,14 @@ TEST_F(TarnForm, FillsTheCriteriaListsWhenLoaded) {
     EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("Find Now"));
 }
 
+TEST_F(TarnForm, SaysInANewDistrictHowRunsComeIntoIt) {
+    startup::gcnRouting->Execute("DELETE FROM RUN");
+    EXPECT_THAT(found(), IsEmpty());
+    EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("has no runs yet"));
+    click("cmdReset");
+    EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("vireo-district import"));
+}
+
 TEST_F(TarnForm, ShowsRunsWithoutRouting) {
     EXPECT_EQ(support::joined(found()), AllRuns);
     EXPECT_EQ(text("TotSel"), "4");

@@ -12,6 +12,7 @@
 
 #include "platform/base/date.h"
 #include "platform/base/ports.h"
+#include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "tools/district/backup/backup.h"
 #include "tools/district/backup/restore.h"
@@ -30,6 +31,7 @@
 #include "tools/district/make/generator.h"
 #include "tools/district/place/centre.h"
 #include "tools/district/upgrade/upgrade.h"
+#include "tools/district/users/accounts.h"
 
 namespace tools::district {
 
@@ -48,6 +50,13 @@ struct Call {
     std::ostream& out;
     std::ostream& complaints;
 
+    [[nodiscard]] bool isTyped() const { return &in == &std::cin && district::isTyped(); }
+
+    [[nodiscard]] std::optional<std::string> text(const char* option) const {
+        return options.isSet(option) ? std::optional(fromParser(options.value(option)))
+                                     : std::nullopt;
+    }
+
     [[nodiscard]] std::optional<std::uint64_t> number(const char* option, std::uint64_t least,
                                                       std::uint64_t most) const {
         if (!options.isSet(option)) {
@@ -64,8 +73,48 @@ struct Call {
     }
 };
 
+/// The name of a folder as a district's own until somebody gives it another.
+std::string nameOf(const std::filesystem::path& folder) {
+    const auto whole = std::filesystem::absolute(folder).lexically_normal();
+    return (whole.has_filename() ? whole : whole.parent_path()).filename().string();
+}
+
+std::string userToMake(const Call& call) {
+    const std::string user = call.text("admin").value_or(Administrator().user);
+    if (const std::string why = whyNoIdentifier(user); !why.empty()) {
+        throw Misuse{why};
+    }
+    return std::string(base::trim(user));
+}
+
+/// Nothing where no password was given.
+std::optional<EmptyDistrict> emptyDistrict(const Call& call) {
+    const std::string user = userToMake(call);
+    const auto password = firstPassword(user, call.isTyped(), call.in, call.complaints);
+    if (!password) {
+        return std::nullopt;
+    }
+    return EmptyDistrict{call.text("name").value_or(nameOf(call.words[0])), {user, *password}};
+}
+
+void refuseTogether(const Call& call, std::initializer_list<const char*> options,
+                    const std::string& why) {
+    if (std::ranges::any_of(options, [&](const char* one) { return call.options.isSet(one); })) {
+        throw Misuse{why};
+    }
+}
+
 bool create(const Call& call) {
     CreateOptions options{.folder = call.words[0]};
+    if (call.options.isSet("empty")) {
+        refuseTogether(call, {"runs", "seed"}, "An empty district has no runs.");
+        options.empty = emptyDistrict(call);
+        if (!options.empty) {
+            return false;
+        }
+    } else {
+        refuseTogether(call, {"name", "admin"}, "--name and --admin belong to --empty.");
+    }
     if (const auto runs = call.number("runs", 1, MostRuns)) {
         options.runs = static_cast<std::int64_t>(*runs);
     }
@@ -199,17 +248,16 @@ bool sql(const Call& call) {
 }
 
 bool password(const Call& call) {
-    return runPassword({.folders = foldersOf(call.words[0]),
-                        .user = call.words[1],
-                        .ask = &call.in == &std::cin && isTyped()},
-                       call.in, call.out, call.complaints);
+    return runPassword(
+        {.folders = foldersOf(call.words[0]), .user = call.words[1], .ask = call.isTyped()},
+        call.in, call.out, call.complaints);
 }
 
 bool users(const Call& call) {
     return runUsers({.folders = foldersOf(call.words[0]),
                      .words = {call.words.begin() + 1, call.words.end()},
                      .asJson = call.options.isSet("json"),
-                     .ask = &call.in == &std::cin && isTyped()},
+                     .ask = call.isTyped()},
                     call.in, call.out, call.complaints);
 }
 
@@ -257,7 +305,13 @@ Makes FOLDER with its six database files and settings: the sample district from 
 plan, or an invented one of N runs. The same N and S (default 1) give the same district. Its
 users are PLANNER (may do everything), CLERK (may only print) and R.T.E.
 
-Example: vireo-district create ~/sample && XDG_CONFIG_HOME=~/sample tarn PLANNER)";
+With --empty the district is your own: it holds the codes that every district has and nothing
+else, ready for import. Its one user, ADMIN unless --admin says otherwise, may do everything; the
+password is asked for twice on the terminal, and elsewhere it is the first line of standard input.
+DISTRICT is its name as the program shows it, the folder's unless you say.
+
+Example: vireo-district create ~/sample && XDG_CONFIG_HOME=~/sample tarn PLANNER
+         vireo-district create --empty --name "Four Towns" ~/fourtowns)";
 constexpr std::string_view CheckHelp = R"(look for faults in a district's files
 
 Says the district's version and what it found, and ends with 1 where that is anything.
@@ -367,11 +421,15 @@ struct Command {
 const std::vector<Command>& commands() {
     static const std::vector<Command> all = {
         {"create",
-         "FOLDER [--runs N [--seed S]]",
+         "FOLDER [--runs N [--seed S] | --empty [--name DISTRICT] [--admin USER]]",
          {1, 1},
          CreateHelp,
          create,
-         {{"runs", "", "N"}, {"seed", "", "S"}}},
+         {{"runs", "", "N"},
+          {"seed", "", "S"},
+          {"empty", ""},
+          {"name", "", "DISTRICT"},
+          {"admin", "", "USER"}}},
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
@@ -425,7 +483,7 @@ std::string usageOf(const Command& command) {
 std::string help() {
     std::string text = "Usage:\n";
     for (const Command& command : commands()) {
-        text += fmt::format("  {:<58}{}\n", usageOf(command),
+        text += fmt::format("  {}\n      {}\n", usageOf(command),
                             command.help.substr(0, command.help.find('\n')));
     }
     return text +

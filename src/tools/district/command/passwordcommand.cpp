@@ -27,7 +27,7 @@ std::string listed(const std::vector<logon::User>& users) {
 std::optional<std::string> readLine(std::istream& in, std::ostream& complaints) {
     std::string line;
     if (!std::getline(in, line)) {
-        complaints << "Standard input holds no password. An empty line takes it away.\n";
+        complaints << "Standard input holds no password.\n";
         return std::nullopt;
     }
     if (line.ends_with('\r')) {
@@ -48,14 +48,28 @@ bool canBeStored(const std::string& password, std::ostream& complaints) {
 
 }  // namespace
 
-std::optional<std::string> askPassword(const std::string& user, std::ostream& complaints) {
-    std::string password =
-        askHidden(fmt::format("New password of {} (nothing for none; it is not shown): ", user));
+std::optional<std::string> askPassword(const std::string& user, std::ostream& complaints,
+                                       std::string_view hint) {
+    std::string password = askHidden(fmt::format("New password of {} ({}): ", user, hint));
     if (askHidden("The same again: ") != password) {
         complaints << "These are two different passwords; nothing was changed.\n";
         return std::nullopt;
     }
     return canBeStored(password, complaints) ? std::optional(password) : std::nullopt;
+}
+
+std::optional<std::string> firstPassword(const std::string& user, bool isTyped, std::istream& in,
+                                         std::ostream& complaints) {
+    const auto password =
+        isTyped ? askPassword(user, complaints, "it is not shown") : readLine(in, complaints);
+    if (!password || !canBeStored(*password, complaints)) {
+        return std::nullopt;
+    }
+    if (password->empty()) {
+        complaints << fmt::format("{} needs a password; nothing was changed.\n", user);
+        return std::nullopt;
+    }
+    return password;
 }
 
 bool runPassword(const PasswordOptions& options, std::istream& in, std::ostream& out,

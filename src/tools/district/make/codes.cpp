@@ -4,6 +4,7 @@
 
 #include "platform/base/date.h"
 #include "platform/base/error.h"
+#include "platform/password/password.h"
 
 namespace tools::district {
 
@@ -118,6 +119,28 @@ void addPermissions(std::vector<CodeRows>& all) {
     all.push_back(std::move(rights));
 }
 
+void addAdministrator(const Administrator& administrator, std::vector<CodeRows>& all) {
+    const auto& [user, password] = administrator;
+    CodeRows points{DatabaseFile::QDSC, "QDSCPP", {"PRODUCT", "PERM", "DESCRIPTION"}, {}};
+    CodeRows rights{DatabaseFile::QDSC, "QDSCU_PP", {"PRODUCT", "QDSC1", "PERM", "Authority"}, {}};
+    for (const Permission& permission : Permissions) {
+        points.rows.push_back({Product, permission.code, permission.description});
+        rights.rows.push_back({Product, user, permission.code, true});
+    }
+    all.push_back(
+        {DatabaseFile::QDSC, "QDSCU", {"QDSC1", "QDSC2"}, {{user, password::hashed(password)}}});
+    all.push_back(std::move(points));
+    all.push_back(std::move(rights));
+}
+
+/// The rows of a code table whose codes are among those wanted.
+CodeRows only(CodeRows codes, std::initializer_list<std::string_view> wanted) {
+    std::erase_if(codes.rows, [&](const auto& row) {
+        return std::ranges::find(wanted, row.front().heldText()) == wanted.end();
+    });
+    return codes;
+}
+
 void addVehicleTypes(std::vector<CodeRows>& all) {
     CodeRows types{DatabaseFile::Trip,
                    "VEHTYPE",
@@ -183,6 +206,15 @@ std::vector<CodeRows> codeRows() {
                                  locations(), timeZones(), specialNeeds(), activityCodes()};
     addPermissions(all);
     addVehicleTypes(all);
+    return all;
+}
+
+std::vector<CodeRows> startingRows(const Administrator& administrator) {
+    using namespace data::stoptype;
+    std::vector<CodeRows> all = {only(tripTypes(), {triptype::Morning, triptype::Afternoon}),
+                                 only(stopTypes(), {Regular, Directional, Garage, School}),
+                                 timeZones(), activityCodes()};
+    addAdministrator(administrator, all);
     return all;
 }
 

@@ -48,7 +48,13 @@ inline constexpr std::string_view Clerk = "CLERK";
 inline constexpr std::string_view BuiltIn = BuiltInAccount;
 }  // namespace user
 
-/// Rows of one table that every district starts with.
+/// Who may do everything in a new district of one's own.
+struct Administrator {
+    std::string user = "ADMIN";
+    std::string password;
+};
+
+/// Rows of one table that a district starts with.
 struct CodeRows {
     data::DatabaseFile file = data::DatabaseFile::Routing;
     std::string table;
@@ -56,7 +62,13 @@ struct CodeRows {
     std::vector<std::vector<base::Value>> rows;
 };
 
-/// Code tables, time zones, permissions, activity codes and the vehicle types.
+/// What the sample and the invented districts start with: code tables, time zones, permissions,
+/// activity codes and the vehicle types.
 [[nodiscard]] std::vector<CodeRows> codeRows();
+
+/// What every district has: the trip types AM and PM, the stop types that the program names, time
+/// zones, activity codes, the permissions and one user who has them all. Raises
+/// InvalidProcedureCall (5) for a password that cannot be stored.
+[[nodiscard]] std::vector<CodeRows> startingRows(const Administrator& administrator);
 
 }  // namespace tools::district

@@ -13,6 +13,11 @@ namespace tools::district {
 namespace {
 
 District districtFor(const CreateOptions& options) {
+    if (options.empty) {
+        District district;
+        district.name = options.empty->name;
+        return district;
+    }
     if (options.runs) {
         return generateDistrict(*options.runs, options.seed);
     }
@@ -27,7 +32,8 @@ void createDistrict(const CreateOptions& options, Progress& progress) {
     FolderInTheMaking folder(options.folder);
     progress.begin("Planning", 1);
     const District district = districtFor(options);
-    writeDistrict(district, folder.folders(), progress);
+    writeDistrict(district, options.empty ? startingRows(options.empty->administrator) : codeRows(),
+                  folder.folders(), progress);
     writeSettings(folder.folders(), folder.wanted());
     if (!district.licence.empty()) {
         writePrivateFile(folder.folders().data() / "LICENSE-RSRB01.txt", district.licence);

@@ -61,6 +61,7 @@ public:
         district_.name = "Four Towns Unified School District";
         district_.maxRideMinutes = 45;
         district_.backToGarageMinutes = 180;
+        district_.runCost = 2.5;
         district_.asOf = Date::of(2026, 1, 30, 12);
         district_.logEntries = SampleLogEntries;
         district_.seed = SampleSeed;

@@ -217,7 +217,7 @@ private:
         file_.into("District")
             .add("DistName"_c = district_.name, "Load_Time"_c = 0.5,
                  "MaxRideTime"_c = district_.maxRideMinutes, "RUNREFRESHTIME"_c = 10,
-                 "RUNCOST"_c = 2.5, "SENDTOMAP"_c = true,
+                 "RUNCOST"_c = district_.runCost, "SENDTOMAP"_c = true,
                  "Back_To_Garage_Gap"_c = district_.backToGarageMinutes, "CHECKRUNNUMPASS"_c = true,
                  "CHECKRUNRIGHT"_c = true, "CHECKRUNEARLYBELL"_c = true,
                  "CHECKRUNLATEBELL"_c = true, "CHECKRUNRIDETIME"_c = true,
@@ -234,8 +234,8 @@ private:
     Progress& progress_;
 };
 
-void writeCodes(TableFile& file, DatabaseFile which) {
-    for (const CodeRows& codes : codeRows()) {
+void writeCodes(const std::vector<CodeRows>& start, TableFile& file, DatabaseFile which) {
+    for (const CodeRows& codes : start) {
         if (codes.file == which) {
             auto rows = file.into(codes.table);
             for (const auto& values : codes.rows) {
@@ -273,10 +273,11 @@ void writeTravels(const District& district, TableFile& file) {
 
 }  // namespace
 
-void writeDistrict(const District& district, const Folders& folders, Progress& progress) {
+void writeDistrict(const District& district, const std::vector<CodeRows>& start,
+                   const Folders& folders, Progress& progress) {
     for (const DatabaseFile which : data::AllDatabaseFiles) {
         TableFile file(folders, which);
-        writeCodes(file, which);
+        writeCodes(start, file, which);
         if (which == DatabaseFile::Routing) {
             RoutingWriter(district, file, progress).write();
         } else if (which == DatabaseFile::Trip) {

@@ -156,6 +156,7 @@ struct District {
     std::string name = {};
     int maxRideMinutes = 60;
     int backToGarageMinutes = 60;
+    double runCost = 0;
     base::Date asOf;  ///< when the data were made
     std::vector<std::unique_ptr<School>> schools;
     std::vector<std::unique_ptr<Stop>> stops;

@@ -101,6 +101,34 @@ TEST(CommandLine, MakesAndChecks) {
               "There is no folder " + folder.path() + "none.\n");
 }
 
+TEST(CommandLine, MakesAnEmptyDistrictForOneAdministrator) {
+    const support::TemporaryFolder folder;
+    const std::string district = folder.path() + "own";
+    EXPECT_EQ(run({"create", "--empty", district}, "\n").status, ExitStatus::Failed);
+    EXPECT_EQ(run({"create", "--empty", "--runs", "3", district}).status, ExitStatus::Misused);
+    EXPECT_EQ(run({"create", "--admin", "BOSS", district}).status, ExitStatus::Misused);
+    EXPECT_FALSE(std::filesystem::exists(district));
+    const std::vector<std::string> words = {"create",  "--empty", "--name", "Our towns",
+                                            "--admin", "BOSS",    district};
+    EXPECT_EQ(run(words, "secret one\n").status, ExitStatus::Done);
+    const Outcome check = run({"check", district});
+    EXPECT_EQ(check.status, ExitStatus::Done) << check.out;
+    const auto table = [&](const std::string& file, const std::string& sql) {
+        return run({"sql", district + file, sql}).out;
+    };
+    const auto routing = [&](const std::string& sql) { return table("/data/routing.mdb", sql); };
+    EXPECT_EQ(routing("SELECT DistName FROM District"), "DistName\nOur towns\n");
+    EXPECT_EQ(routing("SELECT TRIPTYPE FROM TRIPTYPE"), "TRIPTYPE\nAM\nPM\n");
+    for (const char* empty : {"RUN", "STOP", "SCHOOL", "ROUTE", "STUDENT", "VEHTYPE", "LOCCODE"}) {
+        EXPECT_EQ(routing("SELECT Count(*) AS N FROM " + std::string(empty)), "N\n0\n");
+    }
+    const std::string users = table("/common/ZBQDSC1.mdb", "SELECT QDSC1, QDSC2 FROM QDSCU");
+    EXPECT_TRUE(password::matches("secret one", users.substr(17, users.size() - 18))) << users;
+    EXPECT_EQ(table("/common/ZBQDSC1.mdb",
+                    "SELECT Count(*) AS N FROM QDSCU_PP WHERE QDSC1='BOSS' AND Authority=True"),
+              "N\n5\n");
+}
+
 TEST(CommandLine, SetsAndTakesAwayAPassword) {
     const MadeDistrict made(1);
     const auto stored = [&] {
