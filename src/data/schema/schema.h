@@ -37,6 +37,7 @@ inline constexpr int Added = 1;
 inline constexpr int Removed = 2;
 inline constexpr int Moved = 3;
 inline constexpr int Merged = 5;
+inline constexpr int Imported = 6;
 }  // namespace activity
 
 }  // namespace data

@@ -139,6 +139,8 @@ public:
     /// Runs a statement to its end; returns the number of rows changed.
     virtual std::int64_t execute(std::string_view sql) = 0;
     [[nodiscard]] virtual std::int64_t changedRows() const = 0;
+    /// A number that is another one as soon as another connection has written to the file.
+    [[nodiscard]] virtual std::int64_t changeMark() const = 0;
 
     // One row of a table, by its key. Values are stored as they are given. `update` and `remove` do
     // nothing where the row is gone or a fetched column holds something else by now.

@@ -160,6 +160,8 @@ FileMark SqliteDatabase::mark() const {
     return {headerNumber("application_id"), headerNumber("user_version")};
 }
 
+std::int64_t SqliteDatabase::changeMark() const { return headerNumber("data_version"); }
+
 void SqliteDatabase::setMark(FileMark mark) {
     execute(fmt::format("PRAGMA main.application_id = {}", mark.kind));
     execute(fmt::format("PRAGMA main.user_version = {}", mark.version));

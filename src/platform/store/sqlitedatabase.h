@@ -32,6 +32,7 @@ public:
     std::unique_ptr<Statement> prepare(std::string_view sql) override;
     std::int64_t execute(std::string_view sql) override;
     [[nodiscard]] std::int64_t changedRows() const override;
+    [[nodiscard]] std::int64_t changeMark() const override;
 
     RowOutcome update(const FetchedRow& row, const std::vector<ColumnValue>& changes) override;
     RowOutcome remove(const FetchedRow& row) override;

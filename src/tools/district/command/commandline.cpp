@@ -1,12 +1,14 @@
 #include "tools/district/command/commandline.h"
 
 #include <QCommandLineParser>
+#include <QDateTime>
 #include <QStringList>
 #include <QTimeZone>
 #include <algorithm>
 #include <exception>
 #include <iostream>
 #include <optional>
+#include <set>
 
 #include <fmt/format.h>
 
@@ -21,11 +23,13 @@
 #include "tools/district/base/terminal.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/command/exportcommand.h"
+#include "tools/district/command/importcommand.h"
 #include "tools/district/command/misuse.h"
 #include "tools/district/command/passwordcommand.h"
 #include "tools/district/command/reportcommand.h"
 #include "tools/district/command/sqlcommand.h"
 #include "tools/district/command/userscommand.h"
+#include "tools/district/import/benchmark/plansources.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/create.h"
 #include "tools/district/make/generator.h"
@@ -129,6 +133,62 @@ bool create(const Call& call) {
     progress.clear();
     call.out << fmt::format("Made a district in {}.\n", options.folder.string());
     return true;
+}
+
+base::Date now() {
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto [day, time] = std::pair{now.date(), now.time()};
+    return base::Date::of(day.year(), day.month(), day.day(), time.hour(), time.minute(),
+                          time.second());
+}
+
+/// The names of the district's own tables, however they are written.
+std::set<std::string> tablesNamed(const QStringList& names) {
+    std::set<std::string> tables;
+    for (const QString& name : names) {
+        const FileKind* kind = kindNamed(fromParser(name));
+        if (kind == nullptr) {
+            throw Misuse{fmt::format("There is no table \"{}\".", fromParser(name))};
+        }
+        tables.insert(kind->rows.front().table);
+    }
+    return tables;
+}
+
+bool import(const Call& call) {
+    std::vector<std::filesystem::path> sources(call.words.begin() + 1, call.words.end());
+    std::optional<PrivateFolder> planned;
+    if (const auto plan = call.text("plan")) {
+        refuseTogether(call, {"map", "sketch-map"}, "A plan needs no map.");
+        planned.emplace();
+        writePlanSources(*plan, planned->path());
+        sources.push_back(planned->path());
+    }
+    if (sources.empty()) {
+        throw Misuse{"Something is missing."};
+    }
+    if (call.options.isSet("sketch-map")) {
+        call.out << sketchMaps(sources);
+        return true;
+    }
+    ImportOptions options{.folders = foldersOf(call.words[0]),
+                          .sources = sources,
+                          .map = call.text("map").value_or(""),
+                          .rejected = call.text("rejected").value_or("rejected.csv"),
+                          .rules = {.addCodes = call.options.isSet("add-codes"),
+                                    .overwriteEdited = call.options.isSet("overwrite-edited"),
+                                    .replaced = tablesNamed(call.options.values("replace"))},
+                          .user = call.text("user").value_or("IMPORT"),
+                          .now = now(),
+                          .apply = call.options.isSet("apply")};
+    if (const auto day = call.text("roll-over")) {
+        options.rules.rollOver = base::Date::parse(*day);
+        if (!options.rules.rollOver) {
+            throw Misuse{
+                fmt::format("--roll-over takes a day such as 2026-06-30, not \"{}\".", *day)};
+        }
+    }
+    return runImport(options, call.options.isSet("json"), call.out);
 }
 
 bool check(const Call& call) {
@@ -312,6 +372,31 @@ DISTRICT is its name as the program shows it, the folder's unless you say.
 
 Example: vireo-district create ~/sample && XDG_CONFIG_HOME=~/sample tarn PLANNER
          vireo-district create --empty --name "Four Towns" ~/fourtowns)";
+constexpr std::string_view ImportHelp = R"(bring a district's own data in
+
+Takes CSV files (also with semicolons or tabs, in UTF-8 or Windows-1252) and folders of them:
+schools.csv, stops.csv, employees.csv, vehicles.csv, routes.csv, runs.csv, run_stops.csv,
+students.csv, deadhead.csv, users.csv, or whole tables by their names. It says what would be new,
+changed, left as it is and refused, and writes nothing unless --apply is given. Refused lines go to
+rejected.csv with line, column and reason. Nothing is removed, and runs that planners have changed
+since the last import stay as they are.
+
+  --apply             write it; until the end nothing is written, also after Ctrl+C
+  --map FILE          which columns are which; --sketch-map prints a first one for the sources
+  --plan INSTANCE     a folder with an instance of the school-bus benchmark as a source
+  --rejected FILE     where refused lines go
+  --add-codes         put unknown school types, places, run families and needs in
+  --replace TABLE     remove the table's rows that the files do not have; may be repeated
+  --overwrite-edited  take the files' word for runs that planners have changed
+  --roll-over DAY     a new school year: rides of students who are missing in students.csv, or
+                      whose school is another one, end on that day
+  --user NAME         who is noted as having changed the runs, IMPORT unless you say
+  --json              the outcome for a script
+
+It ends with 1 where lines were refused or the district has faults afterwards.
+
+Example: vireo-district import ~/fourtowns exports/ --map sis.map
+         vireo-district import ~/fourtowns exports/ --map sis.map --apply)";
 constexpr std::string_view CheckHelp = R"(look for faults in a district's files
 
 Says the district's version and what it found, and ends with 1 where that is anything.
@@ -430,6 +515,22 @@ const std::vector<Command>& commands() {
           {"empty", ""},
           {"name", "", "DISTRICT"},
           {"admin", "", "USER"}}},
+        {"import",
+         "FOLDER SOURCE... [--map FILE] [--plan INSTANCE] [--apply] [...]",
+         {1, 10'000},
+         ImportHelp,
+         import,
+         {{"apply", ""},
+          {"map", "", "FILE"},
+          {"plan", "", "INSTANCE"},
+          {"sketch-map", ""},
+          {"rejected", "", "FILE"},
+          {"add-codes", ""},
+          {"replace", "", "TABLE"},
+          {"overwrite-edited", ""},
+          {"roll-over", "", "DAY"},
+          {"user", "", "NAME"},
+          {"json", ""}}},
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},

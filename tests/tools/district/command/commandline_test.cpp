@@ -129,6 +129,32 @@ TEST(CommandLine, MakesAnEmptyDistrictForOneAdministrator) {
               "N\n5\n");
 }
 
+TEST(CommandLine, ImportsOnlyWhereItIsToldTo) {
+    const MadeDistrict made(1);
+    const support::TemporaryFolder sources;
+    sources.write("stops.csv", "Stop Id,Landmark,Description\nNEW1,x,New\nNEW2,x\n");
+    const auto import = [&](std::vector<std::string> more) {
+        std::vector<std::string> words = {"import", made.folder(), sources.path()};
+        words.insert(words.end(), {"--rejected", sources.path() + "rejected.out"});
+        words.insert(words.end(), more.begin(), more.end());
+        return run(words);
+    };
+    const Outcome dry = import({});
+    EXPECT_EQ(dry.status, ExitStatus::Failed);
+    EXPECT_THAT(dry.out, HasSubstr("STOP: 1 new, 0 changed, 0 as they are\n  new: NEW1\n"));
+    EXPECT_THAT(dry.out, HasSubstr("columns left out: Landmark"));
+    EXPECT_THAT(dry.out, HasSubstr("stops.csv, line 3: has 2 fields"));
+    EXPECT_THAT(dry.out, HasSubstr("--apply writes it"));
+    EXPECT_EQ(made.number("SELECT COUNT(*) FROM STOP WHERE STOPID = 'NEW1'"), 0);
+    const Outcome applied = import({"--apply", "--json"});
+    EXPECT_THAT(applied.out, HasSubstr("\"written\": true"));
+    EXPECT_EQ(made.number("SELECT COUNT(*) FROM STOP WHERE STOPID = 'NEW1'"), 1);
+    EXPECT_THAT(import({"--sketch-map"}).out, HasSubstr("stop = Stop Id\n"));
+    EXPECT_EQ(import({"--roll-over", "soon"}).status, ExitStatus::Misused);
+    EXPECT_EQ(import({"--replace", "NOTABLE"}).status, ExitStatus::Misused);
+    EXPECT_EQ(run({"import", made.folder()}).status, ExitStatus::Misused);
+}
+
 TEST(CommandLine, SetsAndTakesAwayAPassword) {
     const MadeDistrict made(1);
     const auto stored = [&] {
