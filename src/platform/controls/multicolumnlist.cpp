@@ -6,6 +6,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMenu>
+#include <QMetaMethod>
 #include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -415,6 +416,11 @@ void MultiColumnList::fillMenu(QMenu& menu) {
     QAction* all = menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this,
                                   [this] { selectAllRows(); });
     all->setEnabled(rows() > 0 && selectionMode() != SingleSelection);
+    if (isSignalConnected(QMetaMethod::fromSignal(&MultiColumnList::exportAsked))) {
+        menu.addSeparator();
+        menu.addAction(tr("&Export List…"), this, &MultiColumnList::exportAsked)
+            ->setEnabled(rows() > 0);
+    }
 }
 
 void MultiColumnList::setMarksRows(bool on) {

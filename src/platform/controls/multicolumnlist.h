@@ -125,7 +125,12 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-    /// What stands in the menu of a right click: the actions of the list, Copy Rows, Select All.
+    /// Whether rows are still to be read that the list does not show yet.
+    [[nodiscard]] bool hasMore() const { return hasMore_; }
+    void setHasMore(bool hasMore) { hasMore_ = hasMore; }
+
+    /// What stands in the menu of a right click: the actions of the list, Copy Rows, Select All,
+    /// and Export List where somebody does that.
     void fillMenu(QMenu& menu);
     void keyboardSearch(const QString& letters) override;
 
@@ -143,6 +148,8 @@ signals:
     /// The user pressed the End key, and stands on the last row that there is.
     void endAsked();
     void selectionCountChanged(int count);
+    /// The user wants all rows in a file.
+    void exportAsked();
 
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -188,6 +195,7 @@ private:
     int rowsShown_ = 0;
     bool marksRows_ = false;
     bool twoLineCaptions_ = false;
+    bool hasMore_ = false;
     bool userActs_ = false;
     bool pressTold_ = false;  ///< the press of this click has told of its row
     bool settingWidths_ = false;

@@ -12,7 +12,9 @@
 #include <algorithm>
 
 #include "platform/controls/layoutmemory.h"
+#include "platform/controls/multicolumnlist.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/listexporter.h"
 #include "platform/forms/screenfit.h"
 
 namespace forms {
@@ -129,6 +131,7 @@ void Form::load() {
     nameControls();
     keepDefaultButton();
     growWithFont();
+    offerExports();
     try {
         formLoad();
     } catch (...) {
@@ -138,6 +141,16 @@ void Form::load() {
     }
     if (state_ == State::Loading) {
         state_ = State::Loaded;
+    }
+}
+
+void Form::offerExports() {
+    if (!listExporter()) {
+        return;
+    }
+    for (auto* list : findChildren<controls::MultiColumnList*>()) {
+        on(list, &controls::MultiColumnList::exportAsked,
+           [this, list] { listExporter()(*this, *list); });
     }
 }
 

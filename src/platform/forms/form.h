@@ -100,6 +100,8 @@ private:
     [[nodiscard]] bool restorePlace();
     void rememberPlace() const;
     void nameControls();
+    /// Has each list written to a file on request, where somebody does that.
+    void offerExports();
     /// Leaves the look of a default button to the one that the .ui file says it of.
     void keepDefaultButton();
     /// Gives the form, its headings and the limits of its .ui file the measure of the font in use.

@@ -267,6 +267,7 @@ void RunLogInquiry::showSorted() {
 void RunLogInquiry::showCount() {
     const auto read = reader_->entriesRead();
     const auto total = reader_->total();
+    ui_->LogList->setHasMore(!reader_->atEnd());
     QString text;
     if (sorting_.valid()) {
         text = tr("Sorting %1 entries");

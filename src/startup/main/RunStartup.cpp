@@ -3,8 +3,10 @@
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/listexporter.h"
 #include "platform/process/process.h"
 #include "platform/store/database.h"
+#include "reports/lists/exportlist.h"
 #include "runsearch/search/frmTarn.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlErrorHandler.h"
@@ -87,6 +89,7 @@ void Main(const std::string& commandLine) {
         requireFittingDistrict();
         GetMapSoftware();
         TotSavedRuns = 0;
+        forms::listExporter() = reports::exportList;
         auto& mainForm = forms::FormRegistry::instance().make<runsearch::frmTarn>();
         gCommandLine = commandLine;
         if (isRefused(gCommandLine)) {

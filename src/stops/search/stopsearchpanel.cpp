@@ -254,6 +254,7 @@ table::TextTable StopSearchPanel::readSlice(int milliseconds, table::TextTable t
 
 void StopSearchPanel::goOnFilling() {
     list().setHeaderSorts(false);
+    list().setHasMore(true);
     turn_.start();
     showCount();
 }
@@ -273,6 +274,7 @@ void StopSearchPanel::fillOn() {
 void StopSearchPanel::finish() {
     found_->close();
     list().setHeaderSorts(true);
+    list().setHasMore(false);
     sortAsBefore();
     showCount();
 }

@@ -1,0 +1,10 @@
+#include "platform/forms/listexporter.h"
+
+namespace forms {
+
+ListExporter& listExporter() {
+    static ListExporter exporter;
+    return exporter;
+}
+
+}  // namespace forms
