@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -18,7 +20,7 @@ namespace {
 
 constexpr int TwipsPerPoint = 20;
 
-int twips(double points) { return static_cast<int>(points * TwipsPerPoint + 0.5); }
+long twips(double points) { return std::lround(points * TwipsPerPoint); }
 
 std::string asciiLetter(char c) {
     switch (c) {
