@@ -19,6 +19,7 @@ constexpr float FactGap = 18;
 constexpr float NumberWidth = 96;  ///< of "Page 12 of 24" and what keeps it apart
 constexpr Style SheetFootStyle{Face::Regular, 8.8F, QuietInk, Role::Artifact};
 constexpr Style NameStyle{Face::Bold, 19, 0, Role::Head};
+constexpr Style BusStyle{Face::Bold, 19};
 constexpr Style BesideStyle{Face::Regular, 12.5F};
 constexpr Style FactStyle{Face::CondensedBold, 13};
 constexpr std::string_view Secret = "Confidential";
@@ -100,7 +101,7 @@ float SheetFraming::plate() {
 float SheetFraming::bus() {
     const float most = (grid_.right - grid_.left) * 0.3F;
     float widest = 0;
-    for (const Line& part : wrapped(NameStyle, head_.right, most)) {
+    for (const Line& part : wrapped(BusStyle, head_.right, most)) {
         widest = std::max(widest, part.width);
     }
     for (const Line& part : wrapped(BesideStyle, head_.rightSub, most)) {
@@ -120,7 +121,7 @@ void SheetFraming::head() {
     baseline -= 1.5F;
     lines(BesideStyle, head_.subtitle, from, busLeft - 16 - from, 15.5F, baseline);
     baseline = PlateTop + 16;
-    lines(NameStyle, head_.right, grid_.right, grid_.right - busLeft + 0.1F, 21, baseline,
+    lines(BusStyle, head_.right, grid_.right, grid_.right - busLeft + 0.1F, 21, baseline,
           Align::Right);
     baseline -= 1.5F;
     lines(BesideStyle, head_.rightSub, grid_.right, grid_.right - busLeft + 0.1F, 15.5F, baseline,

@@ -72,6 +72,12 @@ TEST(Lines, HoldEveryLetterWithinTheirWidth) {
         }
         EXPECT_EQ(withoutBlanks(joined), withoutBlanks(text));
     }
+    // Letters have other forms where a word is cut.
+    const std::string_view joined = "متحدةسيارةمدرسةالنور";
+    for (float width = 20; width < 80; ++width) {
+        const auto first = joined.substr(0, fitting(Face::Regular, 10, joined, width));
+        EXPECT_LE(widthOf(Face::Regular, 10, first), width);
+    }
     EXPECT_EQ(wrapped(Face::Regular, 10, "one-two-three", 48).front().text, "one-two-");
     EXPECT_EQ(fitting(Face::Regular, 10, "e\u0301e\u0301", 1), std::string("e\u0301").size());
 }

@@ -269,6 +269,7 @@ TEST(Sheets, CountTheirPagesEachForItselfAndRepeatTheRun) {
     const Pages pages = layOut(content);
     ASSERT_GT(pages.pages.size(), 3U);
     EXPECT_EQ(textsOf(pages.pages[0], Role::Artifact).back(), "Page 1 of 1");
+    EXPECT_THAT(textsOf(pages.pages[0], Role::Head), testing::ElementsAre("107-3", "School"));
     const auto second = textsOf(pages.pages[2], Role::Artifact);
     EXPECT_EQ(second.back(), "Page 2 of " + std::to_string(pages.pages.size() - 1));
     EXPECT_THAT(second, testing::IsSupersetOf({"107-60", "Bus 7", "ON BUS"}));
