@@ -86,7 +86,7 @@ void Changing::write(ado::Recordset& row, const std::string& run, base::Date bel
                      base::Date anchor) {
     std::string mode = change_.method.fromEnd ? "END" : "Start";
     base::Date from = anchor;
-    const auto otherEnd = runedit::timeStoredStops({routing_, runedit::StopRows::Routing, run},
+    const auto otherEnd = runedit::timeStoredStops({routing_, runedit::StopTable::Routing, run},
                                                    mode, from, report_.log);
     row["BellTime"].Value(bell);
     row["StartTime"].Value(change_.method.fromEnd ? otherEnd.timeValue() : anchor);

@@ -102,7 +102,7 @@ BellForecaster::Run BellForecaster::read(const std::string& id) const {
     run.known.now = {startup::timeOf(row["STARTTIME"]), startup::timeOf(row["ENDTIME"])};
     run.bell = {row["PICKUP"].asBoolean(), startup::timeOf(row["BELLTIME"]), run.known.now.end};
     ado::Recordset rows;
-    rows.Open(stopRowsSql(runedit::StopRows::Routing, TimeOrder::Forwards, id), routing_);
+    rows.Open(stopRowsSql(runedit::StopTable::Routing, TimeOrder::Forwards, id), routing_);
     auto stops = runedit::readStops(rows);
     run.secondsForwards = durationOf(stops, TimeOrder::Forwards);
     std::ranges::reverse(stops);

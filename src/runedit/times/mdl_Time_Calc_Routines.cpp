@@ -38,8 +38,9 @@ bool overlap(Span a, Span b) {
 
 Date Calc_Times(std::string& mode, Date& anchorTime, bool useWorkTable, const std::string& run) {
     return startup::trapped("Calc_Times", Module, [&] {
-        const auto stops = useWorkTable ? StoredStops{*startup::gcnRouteWrk, StopRows::Working, {}}
-                                        : StoredStops{*startup::gcnRouting, StopRows::Routing, run};
+        const auto stops = useWorkTable
+                               ? StoredStops{*startup::gcnRouteWrk, StopTable::Working, {}}
+                               : StoredStops{*startup::gcnRouting, StopTable::Routing, run};
         return timeStoredStops(stops, mode, anchorTime, startup::logLine);
     });
 }

@@ -106,9 +106,9 @@ base::Date passes(const StoredStops& stops, std::string& mode, base::Date& ancho
 
 }  // namespace
 
-std::string stopRowsSql(StopRows rows, TimeOrder order, std::string_view run) {
+std::string stopRowsSql(StopTable rows, TimeOrder order, std::string_view run) {
     const std::string_view descending = order == TimeOrder::Backwards ? " DESC" : "";
-    if (rows == StopRows::Working) {
+    if (rows == StopTable::Working) {
         return fmt::format(
             "Select * from Temp_Stop_TripType where Temp_Stop_TripType.StopType<>'DIRECTIONAL'"
             " ORDER By Temp_Stop_TripType.RUNSEQ{}",

@@ -11,12 +11,12 @@
 namespace runedit {
 
 /// Which rows are timed: a run's own, or those of the work table, which holds one run.
-enum class StopRows { Routing, Working };
+enum class StopTable { Routing, Working };
 
 /// The timed stops of one run, as they are stored.
 struct StoredStops {
     ado::Connection& connection;  ///< the one that the rows are on
-    StopRows rows = StopRows::Routing;
+    StopTable rows = StopTable::Routing;
     std::string run;  ///< not used for the work table
 };
 
@@ -24,7 +24,7 @@ struct StoredStops {
 using LogLine = std::function<void(const std::string&)>;
 
 /// The rows in the order in which they are timed; directional stops are left out.
-[[nodiscard]] std::string stopRowsSql(StopRows rows, TimeOrder order, std::string_view run);
+[[nodiscard]] std::string stopRowsSql(StopTable rows, TimeOrder order, std::string_view run);
 
 /// All rows of a recordset of that query. Raises Overflow for minutes beyond single precision.
 [[nodiscard]] std::vector<TimedStop> readStops(ado::Recordset& rows);

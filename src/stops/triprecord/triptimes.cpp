@@ -13,7 +13,7 @@ namespace stops {
 
 namespace {
 
-using runedit::StopRows;
+using runedit::StopTable;
 using runedit::TimedStop;
 using runedit::TimeOrder;
 
@@ -34,7 +34,7 @@ struct TimedRun {
 
 TimedRun readTimedRun(ado::Connection& routing, std::string_view run) {
     ado::Recordset rows;
-    rows.Open(runedit::stopRowsSql(StopRows::Routing, TimeOrder::Forwards, run), routing,
+    rows.Open(runedit::stopRowsSql(StopTable::Routing, TimeOrder::Forwards, run), routing,
               ado::CursorType::Static);
     TimedRun result{runedit::readStops(rows), {}};
     if (!result.stops.empty()) {
@@ -113,7 +113,7 @@ bool timeRunAround(ado::Connection& routing, const TripRecord& record, const dat
     if (place == run.stops.size()) {
         return false;
     }
-    const runedit::StoredStops stored{routing, StopRows::Routing, record.run};
+    const runedit::StoredStops stored{routing, StopTable::Routing, record.run};
     const auto first = std::ranges::find(run.stops, *anchor, &TimedStop::time);
     const bool isFirst = static_cast<std::size_t>(first - run.stops.begin()) == place;
     writeSpan(routing, record.run,

@@ -73,8 +73,9 @@ TEST_F(Apostrophe, TheRunIsReadListedAndSaved) {
 TEST_F(Apostrophe, TheRunIsTimedValidatedAndHandedToTheMap) {
     std::string mode = "Start";
     Date anchor = Date::timeOfDay(8, 0);
-    EXPECT_EQ(runedit::timeStoredStops({routing, runedit::StopRows::Routing, Id}, mode, anchor, {}),
-              Date::timeOfDay(8, 10));
+    EXPECT_EQ(
+        runedit::timeStoredStops({routing, runedit::StopTable::Routing, Id}, mode, anchor, {}),
+        Date::timeOfDay(8, 10));
     EXPECT_FALSE(
         runedit::recordBellCheck(routing, Id, runedit::BellRule::NotLater, Date::timeOfDay(7, 0)));
     EXPECT_EQ(runedit::CheckRun(Id, 0, false, "Y").substr(0, 1), "Y");

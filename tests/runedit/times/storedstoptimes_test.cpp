@@ -66,8 +66,8 @@ protected:
     std::string log() const { return support::contentsOf(district.progPath() + "log.txt"); }
 
 private:
-    [[nodiscard]] StopRows rows_() const {
-        return inWorkTable_ ? StopRows::Working : StopRows::Routing;
+    [[nodiscard]] StopTable rows_() const {
+        return inWorkTable_ ? StopTable::Working : StopTable::Routing;
     }
 
     void add(support::RunBuilder& run, const TimedStop& stop, const std::string& type) {
@@ -225,7 +225,7 @@ TEST_F(VanishingRows, LeaveTheOthersWrittenAsOneUnit) {
         EXPECT_EQ(timed(), 0U);
     };
     EXPECT_THROW(
-        timeStoredStops({connection(), StopRows::Routing, "R1"}, mode, anchor, whileWriting),
+        timeStoredStops({connection(), StopTable::Routing, "R1"}, mode, anchor, whileWriting),
         base::RunTimeError);
     EXPECT_EQ(retries, 3);
     EXPECT_EQ(timed(), 1U);
