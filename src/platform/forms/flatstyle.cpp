@@ -412,8 +412,13 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                   const QWidget* widget) const {
     QSize fitted = QProxyStyle::sizeFromContents(type, option, size, widget);
     switch (type) {
-        case CT_PushButton:
-            return fitted.expandedTo({lines(4.5), size.height() + lines(0.7)});
+        case CT_PushButton: {
+            const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+            const QSize least(lines(4.5), size.height() + lines(0.7));
+            // One sign needs no room for words.
+            return button != nullptr && button->text.size() == 1 ? QSize(lines(2.2), least.height())
+                                                                 : fitted.expandedTo(least);
+        }
         case CT_LineEdit:
         case CT_ComboBox:
             return fitted.expandedTo({0, size.height() + lines(0.6)});

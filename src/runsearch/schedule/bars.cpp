@@ -222,7 +222,12 @@ void BarPainter::paintTimes() {
     const auto start = clockText(bar_.start);
     const auto end = clockText(bar_.end);
     frame_.words->drawRight(painter_, rect_.left() - 3 * unit(), y, start, Type::Small);
-    frame_.words->draw(painter_, rect_.right() + 3 * unit(), y, end, Type::Small);
+    // A bell's line that goes through the end says as much.
+    const double after = rect_.right() + (6 * unit()) + frame_.words->width(end, Type::Small);
+    const double bell = run_.bell ? frame_.x(*run_.bell) : after;
+    if (bell < rect_.right() || bell >= after) {
+        frame_.words->draw(painter_, rect_.right() + 3 * unit(), y, end, Type::Small);
+    }
 }
 
 class TroublePainter {

@@ -73,9 +73,6 @@ frmRunSchdl::frmRunSchdl(RunListPort list, forms::Form* owner)
     for (const auto* day : Weekdays) {
         ui_->Day->addItem(tr(day));
     }
-    for (auto* zoom : {ui_->ZoomOut, ui_->ZoomIn}) {
-        zoom->setFixedWidth(2 * fontMetrics().height());
-    }
     ui_->SketchBar->hide();
     setCancelButton(ui_->Exit);
     wireControls();

@@ -14,12 +14,19 @@ namespace {
 constexpr double Height = 22;
 constexpr double Swatch = 18;
 constexpr double SwatchHeight = 13;
+constexpr double LineHeight = 18;
 
-/// Writes entries one after another while there is room.
+/// Writes entries one after another while there is room, in as many lines as the area has.
 class LegendPainter {
 public:
     LegendPainter(QPainter& painter, const Frame& frame, const QRectF& area)
-        : painter_(painter), frame_(frame), area_(area), x_(area.left()) {}
+        : painter_(painter),
+          frame_(frame),
+          area_(area),
+          x_(area.left()),
+          y_(area.height() < 2 * LineHeight * frame.unit
+                 ? area.center().y()
+                 : area.top() + LineHeight * frame.unit / 2) {}
 
     void paint();
 
@@ -37,14 +44,20 @@ private:
     const Frame& frame_;
     QRectF area_;
     double x_;
+    double y_;  ///< the middle of a line
 };
 
 void LegendPainter::entry(const std::string& text, const Sample& sample, double width) {
     const double needed = (width + 6) * unit() + frame_.words->width(text, Type::Normal);
+    const double half = LineHeight * unit() / 2;
+    if (x_ + needed > area_.right() && y_ + 3 * half <= area_.bottom()) {
+        x_ = area_.left();
+        y_ += 2 * half;
+    }
     if (x_ + needed > area_.right()) {
         return;
     }
-    const double y = area_.center().y();
+    const double y = y_;
     sample({x_, y - SwatchHeight * unit() / 2, width * unit(), SwatchHeight * unit()});
     painter_.setPen(frame_.colours->soft);
     frame_.words->draw(painter_, x_ + (width + 5) * unit(), y, text, Type::Normal);

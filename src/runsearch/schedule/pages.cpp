@@ -1,5 +1,6 @@
 #include "runsearch/schedule/pages.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QFontMetricsF>
 #include <QImage>
@@ -35,7 +36,7 @@ constexpr double SelectionBelow = 18;
 constexpr double BelowBaseline = 13.5;
 constexpr double Apart = 24;
 constexpr QRgb Quiet = 0xff4d4d4d;
-constexpr double FootHeight = 40;
+constexpr double FootHeight = 54;
 constexpr double AboveRows = 102;  ///< hours and curve
 constexpr double LeastPrintedRow = 4;
 constexpr double LargestPrintedRow = 26;
@@ -170,11 +171,11 @@ void Pages::paintHead(QPainter& painter) const {
 
 void Pages::paintFoot(QPainter& painter, int page) {
     paintRule(painter, page_.height() - FootHeight + 10, 0.5);
-    const QRectF foot(0, page_.height() - FootHeight + 14, page_.width(), 20);
+    const QRectF foot(0, page_.height() - FootHeight + 15, page_.width(), 37);
     paintLegend(painter, frame_, foot.adjusted(0, 0, -110, 0));
     painter.setPen(Qt::black);
     painter.setFont(fontOf(DistrictSize, true));
-    painter.drawText(foot, Qt::AlignRight | Qt::AlignVCenter,
+    painter.drawText(foot, Qt::AlignRight | Qt::AlignTop,
                      controls::toQt(fmt::format("Page {} of {}", page + 1, count())));
 }
 
@@ -253,10 +254,21 @@ QString savePages(Pages& pages, const QString& file, FileKind kind) {
     if (kind != FileKind::Pdf) {
         pages.breakFor({PictureWidth, 0});
     }
-    const bool isPainted = kind == FileKind::Pdf   ? savePdf(pages, target)
-                           : kind == FileKind::Svg ? saveSvg(pages, target)
-                                                   : savePng(pages, target);
-    return isPainted && target.commit() ? QString() : target.errorString();
+    // Painters do not tell what became of their writing.
+    QBuffer painted;
+    painted.open(QIODevice::WriteOnly);
+    const bool isPainted = kind == FileKind::Pdf   ? savePdf(pages, painted)
+                           : kind == FileKind::Svg ? saveSvg(pages, painted)
+                                                   : savePng(pages, painted);
+    if (!isPainted) {
+        return "it is too large to be painted";
+    }
+    const auto& bytes = painted.data();
+    const auto written = target.write(bytes);
+    if (written >= 0 && written < bytes.size()) {
+        return "the disk is full";
+    }
+    return target.commit() ? QString() : target.errorString();
 }
 
 }  // namespace schedule

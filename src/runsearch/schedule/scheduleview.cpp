@@ -412,14 +412,15 @@ void ScheduleView::showCard(int run) {
     placeCard(frame_.rectOf(bar));
 }
 
-/// Beside the bar's end and below it, else above it; never over the bar.
+/// Beside the bar's end and below it, else above it; where neither has room, at the foot.
 void ScheduleView::placeCard(const QRectF& bar) {
     const auto area = viewport()->rect();
     const int below = qRound(bar.bottom() + 6);
     const int above = qRound(bar.top() - 6) - card_->height();
     const int left = std::min(qRound(bar.right() + 12), area.right() - card_->width() - 4);
     const bool fitsBelow = below + card_->height() <= area.bottom();
-    card_->move(std::max(left, 4), fitsBelow || above < 0 ? below : above);
+    const int lowest = std::max(area.bottom() - card_->height(), 0);
+    card_->move(std::max(left, 4), fitsBelow ? below : above >= 0 ? above : lowest);
 }
 
 void ScheduleView::hideCard() {

@@ -181,6 +181,7 @@ void ScheduleView::paintDrag(QPainter& painter) {
     const int zone = zoneAt(frame_.plan->zones, drag_->start);
     painter.fillRect(held, colours.zone(zone).fill);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(colours.accent, 2));
     painter.drawRoundedRect(held.adjusted(-1, -1, 1, 1), 2, 2);
     painter.setPen(colours.words);

@@ -204,7 +204,7 @@ TEST_F(RunSchedule, BreaksPagesBetweenRowsAndLosesNone) {
         check(order);
         Pages pages(view().frame(), form().font(), {});
         // Room for two rows a page.
-        pages.breakFor({800, 196 + 2.4 * view().frame().rowHeight / view().frame().unit});
+        pages.breakFor({800, 210 + 2.4 * view().frame().rowHeight / view().frame().unit});
         int next = 0;
         for (int page = 0; page < pages.count(); ++page) {
             const auto [first, last] = pages.rowsOf(page);
