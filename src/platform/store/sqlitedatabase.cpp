@@ -88,25 +88,31 @@ SqliteDatabase::SqliteDatabase(const std::string& path, int lockTimeoutMs, Shari
       rows_(source_) {
     openFile(source_, handle_, sharing);
     addTables("main", path);
-    watch(path);
+    watch("main", path, sharing);
 }
 
 // What waits in the log of a file that was replaced must not reach the file that stands there now.
 SqliteDatabase::~SqliteDatabase() {
     rows_.clear();
-    if (!std::ranges::all_of(source_.files, &OpenFile::isStillThere)) {
+    if (!areSameFiles(source_)) {
         sqlite3_db_config(source_.handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     }
 }
 
 /// The file and what the engine keeps beside it: whoever writes without the same log and the same
 /// shared memory as the others writes for nobody.
-void SqliteDatabase::watch(const std::string& path) {
-    for (const char* beside : {"", "-wal", "-shm"}) {
-        const OpenFile file(path + beside);
+void SqliteDatabase::watch(const std::string& attachedAs, const std::string& path,
+                           Sharing sharing) {
+    bool inMemory = false;
+    for (const std::string_view beside : {"", "-wal", "-shm"}) {
+        const OpenFile file(path + std::string(beside));
         if (file.wasThere()) {
             source_.files.push_back(file);
+            inMemory = beside == "-shm";
         }
+    }
+    if (inMemory && sharing == Sharing::Shared) {
+        source_.contents.emplace_back(source_.handle, attachedAs, path);
     }
 }
 
@@ -147,7 +153,7 @@ void SqliteDatabase::link(const std::string& path) {
         throw;
     }
     linked_.emplace_back(name, path);
-    watch(path);
+    watch(name, path, Sharing::Shared);
 }
 
 std::int32_t SqliteDatabase::headerNumber(std::string_view name) const {
@@ -260,6 +266,7 @@ void SqliteDatabase::checkpoint() {
     if (code != SQLITE_BUSY && code != SQLITE_LOCKED) {
         check(source_, code);
     }
+    static_cast<void>(areSameFiles(source_));  // what was brought in just now is known
 }
 
 void SqliteDatabase::registerFunction(const Function& function) {

@@ -60,7 +60,7 @@ private:
     void readCatalog();
     [[nodiscard]] std::int32_t headerNumber(std::string_view name) const;
     void addTables(const std::string& attachedAs, const std::string& path);
-    void watch(const std::string& path);
+    void watch(const std::string& attachedAs, const std::string& path, Sharing sharing);
 
     Source source_;
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle_;

@@ -40,8 +40,8 @@ std::string constraintText(const Source& source) {
     throw StoreError(
         Fault::Replaced,
         fmt::format(
-            "The database file \"{}\" was replaced, moved or deleted while it was open. "
-            "Nothing was written. Where it was only moved, put it back and try again; where "
+            "The database file \"{}\" was replaced, overwritten, moved or deleted while it was "
+            "open. Nothing was written. Where it was only moved, put it back and try again; where "
             "another file took its place, the program must be started again.",
             source.path));
 }
@@ -86,8 +86,13 @@ bool isWritable(const std::string& path) {
     return access(path.c_str(), W_OK) == 0 && access(folder.c_str(), W_OK) == 0;
 }
 
+bool areSameFiles(const Source& source) {
+    return std::ranges::all_of(source.files, &OpenFile::isStillThere) &&
+           std::ranges::none_of(source.contents, &OverwriteWatch::isOverwritten);
+}
+
 void requireSameFiles(const Source& source) {
-    if (!std::ranges::all_of(source.files, &OpenFile::isStillThere)) {
+    if (!areSameFiles(source)) {
         raiseReplaced(source);
     }
 }

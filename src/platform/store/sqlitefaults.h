@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/store/openfile.h"
+#include "platform/store/sqliteoverwrite.h"
 
 struct sqlite3;
 
@@ -19,9 +20,13 @@ struct Source {
     mutable std::exception_ptr raised;
     /// What must still be there when something is written.
     std::vector<OpenFile> files = {};
+    /// Whose content nobody else must have written.
+    mutable std::vector<OverwriteWatch> contents = {};
 };
 
-/// Raises Replaced where one of the files is not the one that was opened.
+/// Whether the files are the ones that were opened, and no other content was put into them.
+[[nodiscard]] bool areSameFiles(const Source& source);
+/// Raises Replaced where they are not.
 void requireSameFiles(const Source& source);
 
 /// Whether this user can write the file and beside it.

@@ -1,5 +1,6 @@
 #include "platform/store/sqlitestatement.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -79,6 +80,8 @@ void PreparedStatement::bind(int parameter, const base::Value& value) {
 bool PreparedStatement::step() {
     if (writes_ && sqlite3_get_autocommit(source_.handle) != 0) {
         requireSameFiles(source_);
+    } else if (!writes_ && sqlite3_stmt_busy(statement_) == 0) {
+        std::ranges::for_each(source_.contents, &OverwriteWatch::glance);
     }
     const int code = sqlite3_step(statement_);
     if (code == SQLITE_ROW) {

@@ -152,6 +152,30 @@ TEST_F(Open, WritesToAFileThatIsThereNoMoreAreRefused) {
     }
 }
 
+TEST_F(Open, WritesToAFileThatWasWrittenOverInPlaceAreRefused) {
+    const std::string path = sampleFile();
+    const auto older = support::contentsOf(path);
+    const auto database = store::open(path, 50);
+    const auto other = store::open(path, 50);
+    // What programs of this kind bring into the file is theirs to write.
+    for (const auto* writer : {&other, &database, &other}) {
+        EXPECT_EQ((*writer)->execute("UPDATE STOPS SET SEQ = SEQ + 1"), 2000);
+        EXPECT_EQ(database->execute("UPDATE STOPS SET SEQ = 1 WHERE ID = 1"), 1);
+        (*writer)->checkpoint();
+        EXPECT_EQ(database->execute("UPDATE STOPS SET SEQ = 1 WHERE ID = 2"), 1);
+    }
+    database->begin();
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << older;
+    // The file's clock may not have ticked since.
+    std::filesystem::last_write_time(
+        path, std::filesystem::last_write_time(path) + std::chrono::seconds(1));
+    EXPECT_EQ(refusalOf([&] { database->commit(); }).fault(), Fault::Replaced);
+    database->rollback();
+    EXPECT_EQ(refusalOf([&] { database->begin(); }).fault(), Fault::Replaced);
+    EXPECT_EQ(refusalOf([&] { other->execute("DELETE FROM STOPS"); }).fault(), Fault::Replaced);
+    EXPECT_EQ(support::contentsOf(path), older);
+}
+
 TEST_F(Open, FilesThatOtherMachinesSeeAreRefused) {
     struct : store::FileSystemPort {
         [[nodiscard]] std::uint32_t number(const std::string&) const override { return kind; }
