@@ -62,7 +62,7 @@ ObjectState Connection::State() const {
 }
 
 std::int64_t Connection::Execute(std::string_view sql) {
-    return openSession(session_).execute(sql);
+    return raisedBy(sql, [&] { return openSession(session_).execute(sql); });
 }
 
 void Connection::BeginTrans() { openSession(session_).begin(); }

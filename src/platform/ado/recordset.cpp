@@ -131,7 +131,9 @@ void Recordset::Open(std::string_view source, Connection& connection, CursorType
     if (connection.session() == nullptr) {
         throw base::RunTimeError(errors::ObjectClosed, "The connection is closed.");
     }
-    state_ = std::make_unique<State_>(*this, connection.session(), source, cursor, lock);
+    state_ = raisedBy(source, [&] {
+        return std::make_unique<State_>(*this, connection.session(), source, cursor, lock);
+    });
 }
 
 void Recordset::Close() {
@@ -155,11 +157,13 @@ bool Recordset::Bof() const {
 
 void Recordset::MoveNext() {
     State_& state = open();
-    state.leaveRow();
-    if (state.cursor->isEof()) {
-        raiseNoRecord();
-    }
-    state.cursor->moveNext();
+    raisedBy(state.source, [&] {
+        state.leaveRow();
+        if (state.cursor->isEof()) {
+            raiseNoRecord();
+        }
+        state.cursor->moveNext();
+    });
 }
 
 void Recordset::MovePrevious() {
@@ -249,7 +253,7 @@ void Recordset::Update() {
     if (!state.edit->isEditing()) {
         return;
     }
-    state.edit->write();
+    raisedBy(state.source, [&] { state.edit->write(); });
     state.converted.clear();
 }
 
@@ -266,7 +270,7 @@ void Recordset::Delete() {
         raiseNoRecord();
     }
     state.edit->cancel();
-    state.edit->remove();
+    raisedBy(state.source, [&] { state.edit->remove(); });
 }
 
 void Recordset::Resync() {

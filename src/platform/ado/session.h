@@ -6,9 +6,21 @@
 #include <vector>
 
 #include "platform/ado/plan.h"
+#include "platform/base/error.h"
 #include "platform/store/database.h"
 
 namespace ado {
+
+/// What `work` returns; an error that it raises carries the statement.
+template <class Work>
+auto raisedBy(std::string_view statement, Work work) {
+    try {
+        return work();
+    } catch (base::RunTimeError& error) {
+        error.raisedBy(statement);
+        throw;
+    }
+}
 
 /// What a session asks of the recordsets that are open on it.
 class OpenRecordset {

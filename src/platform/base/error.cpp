@@ -1,6 +1,21 @@
 #include "platform/base/error.h"
 
+#include <fmt/format.h>
+
+#include "platform/base/text.h"
+
 namespace base {
+
+void RunTimeError::raisedBy(std::string_view statement) {
+    constexpr std::size_t Longest = 2000;
+    if (!statement_.empty()) {
+        return;
+    }
+    const auto beginning = firstCharacters(statement, Longest);
+    statement_ = beginning.size() == statement.size()
+                     ? std::string(statement)
+                     : fmt::format("{} … ({} bytes in all)", beginning, statement.size());
+}
 
 void raise(int number) {
     switch (number) {

@@ -30,9 +30,14 @@ public:
 
     [[nodiscard]] int number() const noexcept { return number_; }
     [[nodiscard]] std::string description() const { return what(); }
+    /// The SQL statement that raised it, cut where it is very long; "" for any other error.
+    [[nodiscard]] const std::string& statement() const noexcept { return statement_; }
+    /// Notes the statement unless one is known already.
+    void raisedBy(std::string_view statement);
 
 private:
     int number_;
+    std::string statement_;
 };
 
 /// Raises RunTimeError with the run time's own text for one of `errors`.

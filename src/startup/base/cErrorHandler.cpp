@@ -58,7 +58,7 @@ CurrentError currentError() {
     try {
         throw;
     } catch (const base::RunTimeError& error) {
-        return {error.number(), 0, error.description()};
+        return {error.number(), 0, error.description(), error.statement()};
     } catch (const std::bad_alloc&) {
         return {base::errors::OutOfMemory, 0, "Out of memory"};
     } catch (const std::exception& error) {
@@ -66,6 +66,11 @@ CurrentError currentError() {
     } catch (...) {
         return {base::errors::InternalError, 0, "Internal error"};
     }
+}
+
+std::string statementDetail(const CurrentError& error) {
+    return error.statement.empty() ? std::string()
+                                   : fmt::format("\n\nStatement: {}", error.statement);
 }
 
 cErrorHandler::cErrorHandler()
@@ -255,7 +260,8 @@ void cErrorHandler::showMessage() const {
                                       currentOperation_, error_.number, error_.description),
                   .title = title_,
                   .icon = base::MsgIcon::Critical,
-                  .details = fmt::format("{}, {}", base::Now().text(), userAndComputer()),
+                  .details = fmt::format("{}, {}{}", base::Now().text(), userAndComputer(),
+                                         statementDetail(error_)),
                   .plainWords = endsProgram_ ? words + "\n\n" + ProgramEnds : words});
 }
 

@@ -18,7 +18,11 @@ struct CurrentError {
     int number = 0;
     int line = 0;
     std::string description;
+    std::string statement = {};  ///< the SQL that raised it; "" for any other error
 };
+
+/// "\n\nStatement: …" for the details of a message; "" where no statement raised the error.
+[[nodiscard]] std::string statementDetail(const CurrentError& error);
 
 /// Reads the exception that is being handled; all zero and empty where there is none.
 [[nodiscard]] CurrentError currentError();

@@ -47,11 +47,11 @@ bool TrappedForm::unlessLocked(const Message& message, const std::function<void(
 
 void TrappedForm::tell(const Message& words, const std::string& where) {
     const CurrentError error = currentError();
-    base::MsgBox(
-        {.text = words.text,
-         .title = words.title,
-         .icon = base::MsgIcon::Exclamation,
-         .details = fmt::format("{}\n\nError ({}) {}", where, error.number, error.description)});
+    base::MsgBox({.text = words.text,
+                  .title = words.title,
+                  .icon = base::MsgIcon::Exclamation,
+                  .details = fmt::format("{}\n\nError ({}) {}{}", where, error.number,
+                                         error.description, statementDetail(error))});
 }
 
 /// A form that could not be filled because the store refused has nothing to show.

@@ -118,9 +118,16 @@ TEST_F(ErrorHandler, ReportsErrorsOfTheLibraryUnderNumbersOfTheRunTime) {
                 testing::EndsWith("A of Module: B.\n\nError (7) Out of memory"));
     EXPECT_THAT(reported([] { throw std::logic_error("odd"); }),
                 testing::EndsWith("Error (51) Internal error: odd"));
+    ado::Connection closed;
+    const auto sql = "SELECT * FROM RUN WHERE RUN='" + std::string(3000, 'x') + "'";
+    EXPECT_THAT(reported([&] { closed.Execute(sql); }),
+                testing::EndsWith("A of Module: B.\n\nError (3704) The connection is closed."));
+    EXPECT_THAT(session_.boxes.shown.back().details,
+                testing::AllOf(testing::HasSubstr("Statement: SELECT * FROM RUN WHERE RUN='xx"),
+                               testing::EndsWith("x … (3030 bytes in all)")));
     startup::gErrorHandling = false;
     EXPECT_THROW(startup::trapped("A", "B", [] { throw std::bad_alloc(); }), std::bad_alloc);
-    EXPECT_EQ(session_.boxes.shown.size(), 2U);
+    EXPECT_EQ(session_.boxes.shown.size(), 3U);
 }
 
 TEST_F(ErrorHandler, AListenerCanCancelTheReport) {
