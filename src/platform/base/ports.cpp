@@ -43,7 +43,8 @@ Ports& ports() {
     static StandardErrorBoxes boxes;
     static SystemClock clock;
     static NoForms forms;
-    static Ports inForce{&boxes, &clock, &forms, [] {}, [] {}};
+    static Ports inForce{&boxes, &clock, &forms,
+                         [] {},  [] {},  [](const std::string&) { return nullptr; }};
     return inForce;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,6 +62,17 @@ public:
     virtual bool yield() = 0;
 };
 
+/// Tells the user what the program waits for; gone when the wait is over. See Wait.
+class WaitBox {
+public:
+    WaitBox() = default;
+    virtual ~WaitBox() = default;
+    WaitBox(const WaitBox&) = delete;
+    WaitBox& operator=(const WaitBox&) = delete;
+    /// Handles what the user did; false once they have given up.
+    virtual bool goesOn() = 0;
+};
+
 /// The loaded forms, as far as those below the forms need them.
 class FormRegistryPort {
 public:
@@ -80,6 +92,8 @@ struct Ports {
     /// Lets the forms repaint under a procedure that waits for another program; no key or click is
     /// handled. Does nothing until a desktop sets it.
     std::function<void()> repaint;
+    /// Null until a desktop sets it, and where nobody could give up.
+    std::function<std::unique_ptr<WaitBox>(const std::string& text)> waitBox;
 };
 
 Ports& ports();

@@ -12,6 +12,7 @@
 
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
+#include "platform/base/wait.h"
 
 namespace dde {
 
@@ -135,17 +136,31 @@ public:
         message.setAutoStartService(false);
         message << QString::fromStdString(command);
         const auto pending = bus_->ask(message, timeOut_);
-        while (!Bus::isDoneWithin(pending, DBusTransport::BusTimeOut)) {
-            if (!bus_->hasOwner(service_)) {
-                failForHangingBus();
-            }
-        }
+        waitFor(pending);
         if (const auto reply = pending.reply(); reply.type() == QDBusMessage::ErrorMessage) {
             raiseFor(reply);
         }
     }
 
 private:
+    /// The bus itself is asked now and then whether it is still alive.
+    void waitFor(const QDBusPendingCall& pending) {
+        using Clock = std::chrono::steady_clock;
+        base::Wait wait(fmt::format("Waiting for {} to take the request.", service_));
+        for (auto asked = Clock::now(); !pending.isFinished();) {
+            if (!wait.goesOn()) {
+                fail(errors::GivenUp,
+                     fmt::format("You did not wait until {} took the request.", service_));
+            }
+            if (Clock::now() - asked < DBusTransport::BusTimeOut) {
+                continue;
+            }
+            if (!bus_->hasOwner(service_)) {
+                failForHangingBus();
+            }
+            asked = Clock::now();
+        }
+    }
     [[noreturn]] static void failForHangingBus() {
         fail(errors::NoBus, "The session's message bus does not answer any more.");
     }

@@ -12,6 +12,7 @@ inline constexpr int NobodyThere = 282;   ///< no program answers to that servic
 inline constexpr int ProgramEnded = 284;  ///< it went away before it answered
 inline constexpr int Refused = 285;       ///< it answered that it will not do it
 inline constexpr int NoAnswerInTime = 286;
+inline constexpr int GivenUp = 287;  ///< the user did not want to wait any longer
 }  // namespace errors
 
 /// One conversation, for as long as it lives.
@@ -23,7 +24,7 @@ public:
     Conversation& operator=(const Conversation&) = delete;
 
     /// Sends a text to be carried out and waits until the other side says that it took it; forms
-    /// repaint meanwhile. Raises one of `errors`, each with a text for the user.
+    /// repaint meanwhile, and the user may give up. Raises one of `errors`, each with a text for the user.
     virtual void Execute(const std::string& command) = 0;
 };
 

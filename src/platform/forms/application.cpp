@@ -7,6 +7,7 @@
 #include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/qtmsgbox.h"
+#include "platform/forms/waitbox.h"
 
 namespace forms {
 
@@ -36,6 +37,7 @@ Application::Application(int& argc, char** argv)
         processEvents(QEventLoop::ExcludeUserInputEvents);
         throwIfEnding();
     };
+    base::ports().waitBox = [](const std::string& text) { return std::make_unique<WaitBox>(text); };
 }
 
 Application::~Application() {

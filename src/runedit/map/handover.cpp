@@ -1,12 +1,12 @@
 #include "runedit/map/handover.h"
 
+#include <chrono>
 #include <functional>
 #include <optional>
-#include <thread>
 
 #include "platform/ado/recordset.h"
-#include "platform/base/ports.h"
 #include "platform/base/text.h"
+#include "platform/base/wait.h"
 #include "runedit/map/Set_StartorEnd.h"
 #include "runedit/map/maprequest.h"
 #include "runedit/map/requestline.h"
@@ -20,7 +20,6 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds Patience{3000};  // with answers to other runs
-constexpr milliseconds Glance{20};
 
 /// Takes back what a hand-over has done, the last first, unless it is kept.
 class WayBack {
@@ -57,10 +56,13 @@ void exportStops(const HandOver& of, WayBack& back) {
 /// ago.
 void clearAnswer(const HandOver& of, WayBack& back) {
     const auto end = std::chrono::steady_clock::now() + Patience;
+    base::Wait wait("Waiting until the map's answer to another run was read.");
     while (isUnreadAnswerOfAnother(of.run.run, of.files, of.routing) &&
            std::chrono::steady_clock::now() < end) {
-        std::this_thread::sleep_for(Glance);
-        base::ports().repaint();
+        if (!wait.goesOn()) {
+            throw base::RunTimeError(dde::errors::GivenUp,
+                                     "You did not wait until the map's answer was read.");
+        }
     }
     if (const auto before = of.files.contentsOf(workfile::RunDone)) {
         of.files.clear(workfile::RunDone);

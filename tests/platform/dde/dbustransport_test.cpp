@@ -129,6 +129,28 @@ TEST_F(DBusTransport, ABusThatGoesAwayAndASessionWithoutOneAreTold) {
     EXPECT_FALSE(dde::DBusTransport().isThere("ArcView"));
 }
 
+TEST_F(DBusTransport, AfterASecondTheUserIsAskedToWaitAndMayGiveUp) {
+    struct Box : base::WaitBox {
+        bool goesOn() override { return ++turns < 3; }
+        int turns = 0;
+    };
+    std::vector<std::string> told;
+    auto& port = base::ports().waitBox;
+    const auto before = std::exchange(port, [&](const std::string& text) {
+        told.push_back(text);
+        return std::make_unique<Box>();
+    });
+    OtherSide map(bus.address());
+    const auto conversation = transport.open("ArcView", "System");
+    conversation->Execute("at once");
+    EXPECT_THAT(told, testing::IsEmpty());
+    EXPECT_EQ(faultOf([&] { conversation->Execute("silence"); }),
+              "287: You did not wait until ArcView took the request.");
+    EXPECT_THAT(told, testing::ElementsAre("Waiting for ArcView to take the request."));
+    conversation->Execute("afterwards");
+    port = before;
+}
+
 /// How often the forms could repaint while a piece of work went on.
 template <class Work>
 int repaintsDuring(Work work) {

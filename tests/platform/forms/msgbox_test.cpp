@@ -105,6 +105,21 @@ TEST_F(FormsTest, DetailsAreFoldedAwayWithATextThatHasPlainerWords) {
     EXPECT_EQ(QApplication::clipboard()->text(), "Error (9)\n\nSELECT");
 }
 
+TEST_F(FormsTest, AWaitForAnotherProgramTakesInputForItsCancelAlone) {
+    DemoForm& form = shown("main");
+    int clicks = 0;
+    form.onClick = [&] { ++clicks; };
+    auto box = base::ports().waitBox("Waiting for the map.");
+    auto& dialog = dynamic_cast<QDialog&>(*box);
+    EXPECT_TRUE(box->goesOn());
+    EXPECT_TRUE(dialog.isVisible() && dialog.isModal());
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_FALSE(box->goesOn());
+    box.reset();
+    form.button.click();
+    EXPECT_EQ(clicks, 1);
+}
+
 TEST_F(FormsTest, AProgramThatEndsUnderAnOpenBoxDoesNotGoOnBehindIt) {
     forms::QtMsgBox boxes;
     DemoForm& form = shown("main");
