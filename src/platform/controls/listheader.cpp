@@ -1,5 +1,6 @@
 #include "platform/controls/listheader.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -48,7 +49,9 @@ void ListHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int logical
 void ListHeader::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const {
     const bool first = logicalIndex == 0 && gutter_ > 0;
     const QRect captioned = first ? rect.adjusted(gutter_, 0, 0, 0) : rect;
+    painter->save();  // the style leaves nothing to paint on
     QHeaderView::paintSection(painter, captioned, logicalIndex);
+    painter->restore();
     QStyleOptionHeaderV2 part;
     initStyleOption(&part);
     if (first) {
@@ -61,6 +64,65 @@ void ListHeader::paintSection(QPainter* painter, const QRect& rect, int logicalI
                                  ? QStyleOptionHeader::SortDown
                                  : QStyleOptionHeader::SortUp;
         style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &part, painter, this);
+    }
+}
+
+int ListHeader::widthOfFirst(int columns) const {
+    int width = 0;
+    for (int place = 0; place < std::min(columns, count()); ++place) {
+        width += sectionSize(logicalIndex(place));
+    }
+    return width;
+}
+
+int ListHeader::heldColumns() const {
+    const bool leaveRoom = widthOfFirst(held_) * 2 <= viewport()->width();
+    return leaveRoom && !isRightToLeft() ? std::min(held_, count()) : 0;
+}
+
+bool ListHeader::holds(int logicalIndex) const { return visualIndex(logicalIndex) < heldColumns(); }
+
+int ListHeader::heldWidth() const { return offset() == 0 ? 0 : widthOfFirst(heldColumns()); }
+
+void ListHeader::paintEvent(QPaintEvent* event) {
+    QHeaderView::paintEvent(event);
+    if (heldWidth() == 0) {
+        return;
+    }
+    QPainter painter(viewport());
+    for (int place = 0; place < heldColumns(); ++place) {
+        const int column = logicalIndex(place);
+        painter.save();
+        paintSection(&painter, {sectionPosition(column), 0, sectionSize(column), height()}, column);
+        painter.restore();
+    }
+}
+
+/// A drag stays where it began. Their edge belongs to the columns that hold their place.
+int ListHeader::shiftOf(const QMouseEvent& event) {
+    if (event.type() == QEvent::MouseButtonPress || event.buttons() == Qt::NoButton) {
+        const int grip = style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, this);
+        draggedFrom_ = shiftAt(qRound(event.position().x()) - grip);
+    }
+    return draggedFrom_;
+}
+
+bool ListHeader::viewportEvent(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::MouseButtonRelease: {
+            const auto& mouse = static_cast<const QMouseEvent&>(*event);
+            const bool ends = event->type() == QEvent::MouseButtonRelease;
+            const int shift = ends ? draggedFrom_ : shiftOf(mouse);
+            QMouseEvent there(mouse.type(), mouse.position() - QPointF(shift, 0),
+                              mouse.scenePosition(), mouse.globalPosition(), mouse.button(),
+                              mouse.buttons(), mouse.modifiers(), mouse.pointingDevice());
+            return QHeaderView::viewportEvent(&there);
+        }
+        default:
+            return QHeaderView::viewportEvent(event);
     }
 }
 

@@ -5,7 +5,8 @@
 namespace controls {
 
 /// The captions of a list, on two lines each where asked for. The first one stands clear of a
-/// gutter at the left edge.
+/// gutter at the left edge. The columns that stand first may hold their place while the others
+/// scroll sideways beneath them.
 class ListHeader : public QHeaderView {
     Q_OBJECT
 
@@ -14,17 +15,32 @@ public:
 
     void setTwoLines(bool on);
     void setGutter(int pixels);
+    /// So many columns hold their place, as long as they leave half of the width to the others.
+    void holdFirst(int columns) { held_ = columns; }
+    /// The columns that hold their place, scrolled or not.
+    [[nodiscard]] int heldColumns() const;
+    [[nodiscard]] bool holds(int logicalIndex) const;
+    /// The width of what covers scrolled columns; 0 while nothing is scrolled. In pixels.
+    [[nodiscard]] int heldWidth() const;
+    /// How far what is seen there was moved from where scrolling took it.
+    [[nodiscard]] int shiftAt(int x) const { return x < heldWidth() ? offset() : 0; }
 
 protected:
     [[nodiscard]] QSize sectionSizeFromContents(int logicalIndex) const override;
     void initStyleOptionForIndex(QStyleOptionHeader* option, int logicalIndex) const override;
     void paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const override;
+    void paintEvent(QPaintEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
     [[nodiscard]] QString captionOf(int logicalIndex) const;
+    [[nodiscard]] int widthOfFirst(int columns) const;
+    [[nodiscard]] int shiftOf(const QMouseEvent& event);
 
     bool twoLines_ = false;
     int gutter_ = 0;
+    int held_ = 0;
+    int draggedFrom_ = 0;  ///< the shift where a button went down
 };
 
 }  // namespace controls

@@ -82,6 +82,7 @@ void widenForTexts(const MultiColumnList& list) {
 MultiColumnList::MultiColumnList(QWidget* parent)
     : QTreeView(parent), model_(new TableModel(this)), captions_(new ListHeader(this)) {
     setHeader(captions_);
+    captions_->holdFirst(1);
     setModel(model_);
     setItemDelegate(new RowDelegate(*this));
     setUniformRowHeights(true);
@@ -118,6 +119,11 @@ MultiColumnList::MultiColumnList(QWidget* parent)
     });
     connect(this, &QAbstractItemView::doubleClicked, this,
             [this](const QModelIndex& index) { emit rowActivated(index.row()); });
+}
+
+void MultiColumnList::showFirst(std::vector<std::string> names, int inSight) {
+    shownFirst_ = std::move(names);
+    captions_->holdFirst(inSight);
 }
 
 void MultiColumnList::setTable(table::TextTable table) {
@@ -474,11 +480,90 @@ void MultiColumnList::drawRow(QPainter* painter, const QStyleOptionViewItem& opt
         tintSelection(row.palette);
     }
     QTreeView::drawRow(painter, row, index);
+    drawHeld(*painter, row, index);
     if (marksRows_ && hasFocus() && index.row() == currentIndex().row()) {
         const bool solid = index.row() == chosenRow_ && isRowSelected(chosenRow_);
         drawRowFocus(*painter, {0, row.rect.y(), viewport()->width(), row.rect.height()},
                      palette().color(solid ? QPalette::HighlightedText : QPalette::Highlight));
     }
+}
+
+/// What stays in sight covers what has scrolled beneath it.
+void MultiColumnList::drawHeld(QPainter& painter, const QStyleOptionViewItem& row,
+                               const QModelIndex& index) const {
+    const int width = captions_->heldWidth();
+    if (width == 0) {
+        return;
+    }
+    const QRect strip(0, row.rect.y(), width, row.rect.height());
+    painter.save();
+    painter.setClipRect(strip, Qt::IntersectClip);
+    painter.fillRect(strip, row.palette.base());
+    for (int place = 0; place < captions_->heldColumns(); ++place) {
+        const int column = captions_->logicalIndex(place);
+        QStyleOptionViewItem cell = row;
+        cell.rect = {captions_->sectionPosition(column), strip.y(), captions_->sectionSize(column),
+                     strip.height()};
+        drawHeldCell(painter, cell, index.siblingAtColumn(column));
+    }
+    painter.setPen(row.palette.color(QPalette::Active, QPalette::Mid));
+    painter.drawLine(strip.topRight(), strip.bottomRight());
+    painter.restore();
+}
+
+void MultiColumnList::drawHeldCell(QPainter& painter, QStyleOptionViewItem cell,
+                                   const QModelIndex& index) const {
+    const bool active = cell.state.testFlag(QStyle::State_Active);
+    cell.palette.setCurrentColorGroup(!isEnabled() ? QPalette::Disabled
+                                      : active     ? QPalette::Active
+                                                   : QPalette::Inactive);
+    cell.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    cell.features.setFlag(QStyleOptionViewItem::Alternate, index.row() % 2 == 1);
+    style()->drawPrimitive(QStyle::PE_PanelItemViewRow, &cell, &painter, this);
+    if (captions_->visualIndex(index.column()) == 0 && indentation() > 0 && marksRows_) {
+        drawBranches(&painter, {0, cell.rect.y(), indentation(), cell.rect.height()}, index);
+        cell.rect.setLeft(indentation());
+    }
+    itemDelegateForIndex(index)->paint(&painter, cell, index);
+}
+
+QModelIndex MultiColumnList::indexAt(const QPoint& at) const {
+    return QTreeView::indexAt(at - QPoint(captions_->shiftAt(at.x()), 0));
+}
+
+QRect MultiColumnList::visualRect(const QModelIndex& index) const {
+    const bool held = index.isValid() && captions_->holds(index.column());
+    return QTreeView::visualRect(index).translated(held ? captions_->offset() : 0, 0);
+}
+
+/// A column in sight needs no scrolling sideways; another one is not left beneath those.
+void MultiColumnList::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    const int before = horizontalScrollBar()->value();
+    QTreeView::scrollTo(index, hint);
+    if (!index.isValid()) {
+        return;
+    }
+    const int left = captions_->sectionPosition(index.column());
+    if (captions_->holds(index.column())) {
+        horizontalScrollBar()->setValue(before);
+    } else if (const int held = captions_->heldWidth(); left - captions_->offset() < held) {
+        horizontalScrollBar()->setValue(left - held);
+    }
+}
+
+/// Scrolling moves what is on the screen, what stays in sight too.
+void MultiColumnList::scrollContentsBy(int dx, int dy) {
+    QTreeView::scrollContentsBy(dx, dy);
+    if (dx != 0) {
+        viewport()->update();
+        captions_->viewport()->update();
+    }
+}
+
+QRegion MultiColumnList::visualRegionForSelection(const QItemSelection& selection) const {
+    const QRegion region = QTreeView::visualRegionForSelection(selection);
+    const QRect rows = region.boundingRect();
+    return region + QRect(0, rows.y(), captions_->heldWidth(), rows.height());
 }
 
 void MultiColumnList::drawBranches(QPainter* painter, const QRect& rect,

@@ -25,7 +25,8 @@ class TableModel;
 /// tabbing into the list does not. Typing looks for a row whose first column starts with the
 /// letters, otherwise for one with a word in the second column that does; where each click selects
 /// another row, typing only goes there and the space bar selects. What the user makes of the column
-/// widths is remembered for each set of captions.
+/// widths is remembered for each set of captions. Gutter and first column stay in sight while the
+/// other columns scroll sideways.
 class MultiColumnList : public QTreeView {
     Q_OBJECT
     /// Shown in the middle while there are no rows.
@@ -48,8 +49,9 @@ public:
     /// Fills the list in one reset: own order, nothing sorted, selected or chosen.
     void setTable(table::TextTable table);
     /// The columns that stand first on screen, by name; the others follow in their own order. All
-    /// keep their numbers. From the next setTable() on.
-    void showFirst(std::vector<std::string> names) { shownFirst_ = std::move(names); }
+    /// keep their numbers. So many of them stay in sight when the rest scrolls sideways. From the
+    /// next setTable() on.
+    void showFirst(std::vector<std::string> names, int inSight);
     /// Has the cells of a column, by its name, drawn by another delegate. From the next setTable()
     /// on.
     void drawColumnBy(std::string name, QAbstractItemDelegate* delegate) {
@@ -132,6 +134,9 @@ public:
     /// What stands in the menu of a right click: the actions of the list, Copy Rows, Select All,
     /// and Export List where somebody does that.
     void fillMenu(QMenu& menu);
+    [[nodiscard]] QModelIndex indexAt(const QPoint& at) const override;
+    [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     void keyboardSearch(const QString& letters) override;
 
     void selectAll() override { selectAllRows(); }
@@ -164,11 +169,16 @@ protected:
     void drawBranches(QPainter* painter, const QRect& rect,
                       const QModelIndex& index) const override;
     void paintEvent(QPaintEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     [[nodiscard]] int sizeHintForColumn(int column) const override;
 
 private:
     void arrangeColumns();
+    void drawHeld(QPainter& painter, const QStyleOptionViewItem& row,
+                  const QModelIndex& index) const;
+    void drawHeldCell(QPainter& painter, QStyleOptionViewItem cell, const QModelIndex& index) const;
     /// Does what the user does, and tells of the row that it chose.
     void asUser(const std::function<void()>& act);
     void setChosen(int row);

@@ -83,7 +83,8 @@ void Run::dress() {
     ui_->WarningList->header()->setStretchLastSection(true);
     auto* stops = ui_->StopList;
     stops->showFirst({"No.", "Map", "StopID", "Addr1", "Description", "Time_At_Stop",
-                      "NUM_STUDENTS", "On the Bus"});
+                      "NUM_STUDENTS", "On the Bus"},
+                     3);
     stops->drawColumnBy("Map",
                         new SignDelegate(Sign::NoPlace, SignDelegate::Place::InsteadOfText, stops));
     onTheBus_ = new CrowdedDelegate(stops);

@@ -57,9 +57,9 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
     for (QWidget* choice : {ui_->cmbGeocoded, ui_->cmbActive}) {
         choice->installEventFilter(this);
     }
-    ui_->lstStop->showFirst({"Map", "STOPID", "ADDR1", "DESCRIPTION", "STOPTYPE"});
+    ui_->lstStop->showFirst({"Map", "STOPID", "ADDR1", "DESCRIPTION", "STOPTYPE"}, 2);
     ui_->lstSTOP_TRIPTYPE->showFirst(
-        {"Map", "STOPID", "ADDR1", "RUN", "DESCRIPTION", "NUM_STUDENTS"});
+        {"Map", "STOPID", "ADDR1", "RUN", "DESCRIPTION", "NUM_STUDENTS"}, 2);
     for (auto* list : {ui_->lstStop, ui_->lstSTOP_TRIPTYPE}) {
         list->setEmptyText(BeforeSearch);
         list->drawColumnBy("Map", new SignDelegate(controls::Sign::NoPlace,

@@ -84,7 +84,8 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     setCancelButton(ui_->ExitAddRun);
     ui_->StopList->setEmptyText(NoStops);
     ui_->StopList->showFirst({"No.", "Map", "STOPID", "ADDR1", "DESCRIPTION", "TIME_AT_STOP",
-                              "NUM_STUDENTS", "On the Bus", "RUNSEQ"});
+                              "NUM_STUDENTS", "On the Bus", "RUNSEQ"},
+                             3);
     for (auto* hint : {ui_->OrderHint, ui_->MapHint}) {
         hint->setForegroundRole(QPalette::PlaceholderText);
     }

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -267,6 +268,49 @@ TEST_F(ListTest, AddedRowsStandBelowTheOthersAndLeaveThePlannersPlaceAlone) {
     EXPECT_EQ(list.selectedRows(), std::vector{list.chosenRow()});
     list.toggleSort(2);
     EXPECT_EQ(list.cellText(31, 2), "29");
+}
+
+TEST_F(ListTest, GutterAndFirstColumnStayWhenTheOthersScrollSideways) {
+    list.setMarksRows(true);
+    list.setTable(runs(30));
+    list.header()->resizeSection(1, 900);
+    list.choose(1);
+    QApplication::processEvents();
+    QWidget& cells = *list.viewport();
+    QWidget& captions = *list.header()->viewport();
+    const int width = list.header()->sectionSize(0) - 2;
+    const auto strip = [&](QWidget& of) {
+        return of.grab({0, 0, width, std::min(of.height(), 200)}).toImage();
+    };
+    const auto seen = std::pair(strip(cells), strip(captions));
+    QScrollBar& bar = *list.horizontalScrollBar();
+    bar.setValue(bar.maximum());
+    QApplication::processEvents();
+    EXPECT_TRUE(strip(cells) == seen.first && strip(captions) == seen.second);
+
+    clickRow(4);
+    EXPECT_EQ(list.chosenKey(), "R4");
+    EXPECT_EQ(list.indexAt({5, centre(6).y()}).column(), 0);
+    EXPECT_EQ(list.indexAt({width + 30, centre(6).y()}).row(), 6);
+    EXPECT_NE(list.indexAt({width + 30, centre(6).y()}).column(), 0);
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(list.chosenKey(), "R5");
+    EXPECT_EQ(bar.value(), bar.maximum()) << "the row was in sight";
+    QTest::mouseClick(&captions, Qt::LeftButton, {}, {width / 2, 5});
+    EXPECT_EQ(list.sortColumn(), 0);
+    const QPoint edge(width + 1, 5);
+    const QPoint to = edge + QPoint(40, 0);
+    QTest::mousePress(&captions, Qt::LeftButton, {}, edge);
+    QMouseEvent move(QEvent::MouseMove, to, captions.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QApplication::sendEvent(&captions, &move);
+    QTest::mouseRelease(&captions, Qt::LeftButton, {}, to);
+    EXPECT_EQ(list.header()->sectionSize(0), width + 42);
+    // Half of the width is left to the others.
+    list.header()->resizeSection(0, list.viewport()->width());
+    QApplication::processEvents();
+    bar.setValue(bar.maximum());
+    EXPECT_NE(list.indexAt({5, centre(0).y()}).column(), 0);
 }
 
 TEST_F(ListTest, CopiesTheSelectionWithItsCaptionsInTheOrderShown) {
