@@ -182,9 +182,18 @@ void write(QWidget& control, const base::Value& value) {
     }
 }
 
+void showUnknownChoice(QWidget& control) {
+    const bool unknown = isUnknownChoice(control);
+    controls::showRefused(control, unknown,
+                          unknown
+                              ? QStringLiteral("\"%1\" is none of the choices.  Choose one.")
+                                    .arg(qobject_cast<const QComboBox*>(&control)->currentText())
+                              : QString());
+}
+
 /// A field that was refused looks as before once something else stands in it.
 void clearRefusalOnChange(QWidget& control) {
-    const auto changed = [&control] { controls::showRefused(control, isUnknownChoice(control)); };
+    const auto changed = [&control] { showUnknownChoice(control); };
     if (auto* line = qobject_cast<QLineEdit*>(&control)) {
         QObject::connect(line, &QLineEdit::textChanged, line, changed);
     } else if (auto* lines = qobject_cast<QPlainTextEdit*>(&control)) {
@@ -213,8 +222,20 @@ void reveal(QWidget& control) {
     }
 }
 
-void showRefusal(QWidget& control) {
-    controls::showRefused(control, true);
+/// What a box says of a field, as it is said beside it.
+QString besideField(const QWidget& control, std::string_view text) {
+    const auto* combo = qobject_cast<const MultiColumnCombo*>(&control);
+    if (combo != nullptr && combo->isUnknown()) {
+        return QStringLiteral("\"%1\" is not in the list.  Choose one of its rows.")
+            .arg(combo->currentText().trimmed());
+    }
+    constexpr std::string_view Sigh = "Oops, ";
+    QString sentence = toQt(text.starts_with(Sigh) ? text.substr(Sigh.size()) : text);
+    return sentence.isEmpty() ? sentence : sentence.left(1).toUpper() + sentence.mid(1);
+}
+
+void showRefusal(QWidget& control, std::string_view text) {
+    controls::showRefused(control, true, besideField(control, text));
     reveal(control);
     control.setFocus();
     if (auto* line = qobject_cast<QLineEdit*>(&control)) {
@@ -314,7 +335,7 @@ std::optional<Fault> RecordBoxes::refuseFault(const Entries& entries) {
 }
 
 void RecordBoxes::refuse(const Fault& fault) {
-    showRefusal(*boxOf(fault.column).control);
+    showRefusal(*boxOf(fault.column).control, fault.text);
     base::MsgBox(fault.text, fault.title, base::MsgIcon::Information);
 }
 
@@ -324,13 +345,13 @@ const Field* RecordBoxes::refuseUnknownKey(const QWidget& control) {
     if (combo == nullptr || !combo->isUnknown() || !box->isTouched()) {
         return nullptr;
     }
-    showRefusal(*box->control);
+    showRefusal(*box->control, {});
     return box->field;
 }
 
 void RecordBoxes::clearRefusals() {
     for (const Box& box : boxes_) {
-        controls::showRefused(*box.control, isUnknownChoice(*box.control));
+        showUnknownChoice(*box.control);
     }
 }
 

@@ -4,6 +4,8 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "platform/controls/refusalnote.h"
+
 namespace controls {
 
 namespace {
@@ -12,7 +14,8 @@ constexpr auto Refused = "refused";
 
 }  // namespace
 
-void showRefused(QWidget& control, bool refused) {
+void showRefused(QWidget& control, bool refused, const QString& sentence) {
+    delete RefusalNote::of(control);
     control.setProperty(Refused, refused);
     QPalette palette;
     if (refused) {
@@ -23,6 +26,9 @@ void showRefused(QWidget& control, bool refused) {
         }
     }
     control.setPalette(palette);
+    if (refused && !sentence.isEmpty()) {
+        new RefusalNote(control, sentence);
+    }
 }
 
 bool isRefused(const QWidget& control) { return control.property(Refused).toBool(); }

@@ -4,6 +4,7 @@
 #include <QTest>
 #include <algorithm>
 
+#include "platform/controls/refusalnote.h"
 #include "runfixture.h"
 
 namespace {
@@ -230,12 +231,21 @@ TEST_F(RunSavingTest, RefusesTheFirstFieldThatIsWrongInItsOwnWords) {
         EXPECT_TRUE(isRed(name) && control(name).isVisible()) << title;
         EXPECT_EQ(form().focusWidget(), &control(name)) << title;
         EXPECT_FALSE(before != std::string(name) && isRed(before)) << before;
+        const auto notes = form().findChildren<controls::RefusalNote*>();
+        ASSERT_EQ(notes.size(), 1) << title;
+        EXPECT_TRUE(notes[0]->isVisible() && form().rect().contains(notes[0]->geometry()));
+        EXPECT_FALSE(notes[0]->geometry().contains(
+            control(name).mapTo(&form(), control(name).rect().center())));
+        EXPECT_EQ(control(name).accessibleDescription(), notes[0]->plainText());
+        EXPECT_THAT(notes[0]->plainText().toStdString(), testing::Not(HasSubstr("Oops")));
         click("OK");
         EXPECT_EQ(titles().size(), 1U);
         type(name, good[i]);
         before = name;
     }
     EXPECT_EQ(form().Check_For_Error(), 0);
+    EXPECT_TRUE(form().findChildren<controls::RefusalNote*>().isEmpty());
+    EXPECT_EQ(control(before).accessibleDescription(), "");
     EXPECT_EQ(stored("Select Count(*) From RUN"), "4");
     EXPECT_FALSE(startup::RefreshRunList);
 }
