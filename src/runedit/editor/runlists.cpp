@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "data/lists/listreader.h"
+#include "data/runs/onthebus.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
 
@@ -120,7 +121,7 @@ StopList readStopList(ado::Connection& routing, std::string_view run, bool toSch
                           });
     list.table.columns[list.table.columnOf("Map")].caption.clear();
     list.totals = totalsOf(list.table);
-    countAlongTheRun(list.table, toSchool);
+    data::countAlongTheRun(list.table, toSchool);
     return list;
 }
 

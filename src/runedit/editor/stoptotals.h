@@ -19,10 +19,6 @@ struct StopTotals {
 /// Of a list that readStopList has read, or one without columns.
 [[nodiscard]] StopTotals totalsOf(const table::TextTable& stops);
 
-/// Fills the columns "No." (1-based) and "On the Bus": the passengers that leave the stop with the
-/// bus, which on a run to school grow from stop to stop and on a run home become fewer.
-void countAlongTheRun(table::TextTable& stops, bool toSchool);
-
 /// The seats of a vehicle type at a capacity level, Medium where that is blank; nothing where the
 /// type or the level is none. Raises what the databases raise.
 [[nodiscard]] std::optional<std::int64_t> seatsOf(const std::string& vehType,

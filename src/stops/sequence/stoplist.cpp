@@ -5,10 +5,9 @@
 #include <fmt/format.h>
 
 #include "data/lists/listreader.h"
-#include "data/schema/schema.h"
+#include "data/runs/onthebus.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
-#include "platform/base/text.h"
 #include "stops/search/foundstops.h"
 #include "stops/sequence/runstops.h"
 
@@ -56,33 +55,22 @@ std::set<std::int64_t> unplacedRecords(ado::Connection& connection, std::string_
     return ids;
 }
 
-std::int64_t passengersAt(const table::TextTable& stops, std::size_t row) {
-    const bool boards =
-        base::equalsNoCase(base::trim(stops.text(row, "STOPTYPE")), data::stoptype::Regular);
-    return boards ? stops.value(row, "NUM_STUDENTS").asInteger() : 0;
-}
-
 }  // namespace
 
 StopList readStopsInSequence(ado::Connection& connection, std::string_view run, bool toSchool) {
     const auto unplaced = unplacedRecords(connection, run);
     StopList list;
-    list.table = data::readList(
-        Columns, runStopsQuery(run), connection, [&](table::TextTable& stops, std::size_t row) {
-            stops.set(row, stops.columnOf("No."), static_cast<std::int64_t>(row) + 1);
-            list.passengers += passengersAt(stops, row);
-            if (unplaced.contains(stops.value(row, "ID").asInteger())) {
-                stops.setText(row, stops.columnOf("Map"), NoPlaceText);
-                stops.colourRed(row, 0, stops.columns.size() - 1);
-                list.unplaced.push_back(row);
-            }
-        });
+    list.table = data::readList(Columns, runStopsQuery(run), connection,
+                                [&](table::TextTable& stops, std::size_t row) {
+                                    if (unplaced.contains(stops.value(row, "ID").asInteger())) {
+                                        stops.setText(row, stops.columnOf("Map"), NoPlaceText);
+                                        stops.colourRed(row, 0, stops.columns.size() - 1);
+                                        list.unplaced.push_back(row);
+                                    }
+                                });
     list.table.columns[list.table.columnOf("Map")].caption.clear();
-    std::int64_t onTheBus = toSchool ? 0 : list.passengers;
-    for (std::size_t row = 0; row < list.table.rowCount(); ++row) {
-        onTheBus += (toSchool ? 1 : -1) * passengersAt(list.table, row);
-        list.table.set(row, list.table.columnOf("On the Bus"), onTheBus);
-    }
+    list.passengers = data::passengersOf(list.table);
+    data::countAlongTheRun(list.table, toSchool);
     return list;
 }
 
