@@ -10,6 +10,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <memory>
+#include <vector>
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/multicolumnlist.h"
@@ -81,6 +83,64 @@ void keepWidth(QScrollArea& column) {
     column.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     column.setFixedWidth(column.widget()->minimumSizeHint().width() +
                          column.style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+}
+
+/// A long caption stands on two lines, parted near its middle.
+void breakCaption(QPushButton& button) {
+    constexpr int ShortCaption = 12;
+    const QString text = button.text();
+    const auto middle = text.size() / 2;
+    const auto after = text.indexOf(' ', middle);
+    const auto before = text.lastIndexOf(' ', middle);
+    const auto blank =
+        after < 0 || (before > 0 && middle - before <= after - middle) ? before : after;
+    if (text.size() <= ShortCaption || blank < 0 || text.contains('\n')) {
+        return;
+    }
+    if (button.accessibleName().isEmpty()) {
+        button.setAccessibleName(QString(text).remove('&'));
+    }
+    button.setText(QString(text).replace(blank, 1, '\n'));
+}
+
+/// The buttons beside a form that is too wide give up some of their width.
+void breakCaptions(QHBoxLayout& row) {
+    for (int place = 0; place < row.count(); ++place) {
+        const QLayout& column = *row.itemAt(place)->layout();
+        for (int part = 0; row.stretch(place) == 0 && part < column.count(); ++part) {
+            if (auto* button = qobject_cast<QPushButton*>(column.itemAt(part)->widget())) {
+                breakCaption(*button);
+            }
+        }
+    }
+    row.invalidate();
+}
+
+/// A column of buttons: its first group and its end stay in sight, what is between them scrolls.
+void scrollBetweenEnds(QBoxLayout& column, QWidget& form) {
+    std::vector<int> gaps;
+    for (int place = 0; place < column.count(); ++place) {
+        if (column.itemAt(place)->spacerItem() != nullptr) {
+            gaps.push_back(place);
+        }
+    }
+    const int last = gaps.empty() ? column.count() : gaps.back();
+    const int first = gaps.size() < 2 ? 0 : gaps.front();
+    auto* middle = new QWidget(&form);
+    auto* rows = new QVBoxLayout(middle);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(column.spacing());
+    for (int place = first; place < last; ++place) {
+        std::unique_ptr<QLayoutItem> item(column.takeAt(first));
+        if (item->widget() != nullptr) {
+            rows->addWidget(item->widget());
+        } else {
+            rows->addItem(item.release());
+        }
+    }
+    QScrollArea* area = scrolled(*middle);
+    keepWidth(*area);
+    column.insertWidget(first, area, 1);
 }
 
 }  // namespace
@@ -319,16 +379,20 @@ void Form::scrollBeyond(const QSize& room) {
         row->addWidget(scrolled(*all));
         return;
     }
+    if (row->totalMinimumSize().width() > room.width()) {
+        breakCaptions(*row);
+    }
     for (int place = 0; place < row->count(); ++place) {
         const int stretch = row->stretch(place);
+        if (auto* buttons = qobject_cast<QBoxLayout*>(row->itemAt(place)->layout());
+            buttons != nullptr && stretch == 0) {
+            scrollBetweenEnds(*buttons, *this);
+            continue;
+        }
         auto* column = new QWidget(this);
         column->setLayout(row->takeAt(place)->layout());
         column->layout()->setContentsMargins(0, 0, 0, 0);
-        QScrollArea* area = scrolled(*column);
-        if (stretch == 0) {
-            keepWidth(*area);
-        }
-        row->insertWidget(place, area, stretch);
+        row->insertWidget(place, scrolled(*column), stretch);
     }
 }
 

@@ -12,9 +12,11 @@ namespace {
 
 constexpr int WideCharacters = 175;
 constexpr int MiddleCharacters = 128;
+constexpr int NarrowCharacters = 95;
 constexpr int CodeCharacters = 13;
 constexpr int NumberCharacters = 5;
 constexpr int LowestLines = 5;
+constexpr int LowestLeanLines = 3;
 
 /// The space of all forms: a line of text is three and a half steps high.
 int steps(double count, const QWidget& widget) {
@@ -67,12 +69,19 @@ void arrangeTimes(Ui::Run& ui, bool wide) {
     move(*ui.timeGrid, ui.CalcTimes, wide ? Cell{5, 2} : Cell{6, 0, 1, 3});
 }
 
+/// Miles and minutes on a line of their own where there is no room beside the stops.
+void arrangeTotals(Ui::Run& ui, bool lean) {
+    ui.totalGrid->removeItem(ui.wayTotals);
+    ui.totalGrid->addLayout(ui.wayTotals, lean ? 1 : 0, lean ? 0 : 1);
+}
+
 }  // namespace
 
 Arrangement arrangementFor(int characters) {
     return characters >= WideCharacters     ? Arrangement::Wide
            : characters >= MiddleCharacters ? Arrangement::Middle
-                                            : Arrangement::Narrow;
+           : characters >= NarrowCharacters ? Arrangement::Narrow
+                                            : Arrangement::Lean;
 }
 
 void sizeFields(Ui::Run& ui) {
@@ -95,11 +104,19 @@ void sizeFields(Ui::Run& ui) {
 
 void arrangeFields(Ui::Run& ui, Arrangement arrangement) {
     const bool wide = arrangement == Arrangement::Wide;
-    const bool narrow = arrangement == Arrangement::Narrow;
+    const bool lean = arrangement == Arrangement::Lean;
+    const bool narrow = lean || arrangement == Arrangement::Narrow;
     arrangeRun(ui, wide);
     arrangeBus(ui, wide);
     arrangeTimes(ui, wide);
-    move(*ui.fieldGrid, ui.TimeFields, narrow ? Cell{1, 0, 1, 5} : Cell{0, 4});
+    move(*ui.fieldGrid, ui.RunFields, lean ? Cell{0, 0, 1, 5} : Cell{0, 0});
+    move(*ui.fieldGrid, ui.BusFields, lean ? Cell{1, 0, 1, 5} : Cell{0, 2});
+    move(*ui.fieldGrid, ui.TimeFields,
+         lean     ? Cell{2, 0, 1, 5}
+         : narrow ? Cell{1, 0, 1, 5}
+                  : Cell{0, 4});
+    arrangeTotals(ui, lean);
+    ui.busLine->setVisible(!lean);
     ui.timeLine->setVisible(!narrow);
     ui.PassengerBar->setVisible(!narrow);
 
@@ -108,7 +125,7 @@ void arrangeFields(Ui::Run& ui, Arrangement arrangement) {
     const int line = steps(1, *ui.Fields) + ui.RunDesc->sizeHint().height();
     ui.FieldArea->verticalScrollBar()->setSingleStep(line);
     ui.FieldArea->setMaximumHeight(all);
-    ui.FieldArea->setMinimumHeight(std::min(all, LowestLines * line));
+    ui.FieldArea->setMinimumHeight(std::min(all, (lean ? LowestLeanLines : LowestLines) * line));
 }
 
 }  // namespace runedit

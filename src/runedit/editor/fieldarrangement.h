@@ -11,6 +11,7 @@ enum class Arrangement {
     Wide,    ///< three groups beside each other, five lines
     Middle,  ///< the same in six lines
     Narrow,  ///< the times below the others
+    Lean,    ///< all groups below each other
 };
 
 /// For a form so many characters wide.

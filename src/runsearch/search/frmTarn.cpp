@@ -35,6 +35,8 @@ const auto NoSchoolsYet =
     QStringLiteral("No school is active yet.\n\"vireo-district import\" brings in your schools.");
 const auto NoTripTypesYet = QStringLiteral(
     "No trip type is active yet.\n\"vireo-district import\" brings in your trip types.");
+constexpr auto WholeMinutesHelp =
+    "Times are compared to the second; Whole Minutes takes in the rest of the last minute.";
 
 }  // namespace
 
@@ -50,6 +52,7 @@ frmTarn::frmTarn()
     wireButtons();
     wireMenu();
     wireKeys();
+    makeMenuBar();
     dress();
     showButtons();
 }
@@ -84,6 +87,8 @@ void frmTarn::wireButtons() {
     on(ui_->MergeRuns, &QPushButton::clicked, "MergeRuns_Click", &frmTarn::MergeRuns_Click);
     on(ui_->DeadHead, &QPushButton::clicked, "DeadHead_Click", &frmTarn::DeadHead_Click);
     on(ui_->SelectAll, &QPushButton::clicked, "SelectAll_Click", &frmTarn::SelectAll_Click);
+    on(ui_->WholeMinutes, &QPushButton::clicked, "WholeMinutes_Click",
+       &frmTarn::WholeMinutes_Click);
     on(ui_->Exit, &QPushButton::clicked, "Exit_Click", &frmTarn::Exit_Click);
     on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "cmdSearch_Click",
        &frmTarn::cmdSearch_Click);
@@ -158,6 +163,7 @@ void frmTarn::Form_Load() {
     data::Load_cmbAid(*this);
     data::Load_cmbRoute(*this);
     explainEmptyList(BeforeSearch);
+    stretchNames();
     emptyTimes();
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunId->setFocus();
@@ -196,13 +202,16 @@ void frmTarn::cmdSearch_Click() {
 void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked) {
     ado::Recordset runs;
     runs.Open(query.runs, *startup::gcnRouting);
+    ui_->WholeMinutes->setVisible(!endsWithinMinutes().empty());
     ui_->RunList->sortingOff();
     // No row of the new list is chosen yet: an action must not go to a run of the former one.
     ui_->Tarn->clear();
     if (runs.Eof() && runs.Bof()) {
         ui_->RunList->clearAll();
         ui_->TotSel->setText("0");
-        explainEmptyList(NothingFound);
+        explainEmptyList(ui_->WholeMinutes->isHidden()
+                             ? NothingFound
+                             : NothingFound + '\n' + tr(WholeMinutesHelp));
         return showToResolve();
     }
     // The columns stay for now: a search with the same ones keeps their widths.
@@ -238,6 +247,7 @@ void frmTarn::cmdReset_Click() {
     ui_->UseRoute->setChecked(false);
     ui_->NotOnRoute->setChecked(false);
     emptyTimes();
+    ui_->WholeMinutes->hide();
     ui_->TotSel->clear();
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunList->clearAll();
@@ -289,7 +299,9 @@ void frmTarn::showToResolve() {
     for (std::size_t row = 0; row < runs.rowCount(); ++row) {
         count += runs.isRed(row, 0) ? 1 : 0;
     }
-    ui_->ToResolve->setText(tr("%1 to be resolved on the map").arg(count));
+    const bool lean = arranged_ == Criteria::Lean;
+    ui_->ToResolve->setText(
+        (lean ? tr("%1 to resolve") : tr("%1 to be resolved on the map")).arg(count));
     ui_->ToResolve->setVisible(count > 0);
     ui_->ToResolveSign->setVisible(count > 0);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,7 @@ class TimeBox;
 
 class QAction;
 class QLabel;
+class QMenu;
 class QPushButton;
 
 namespace Ui {
@@ -54,6 +56,7 @@ public:
     void Log_Click();
     void DeadHead_Click();
     void SelectAll_Click();
+    void WholeMinutes_Click();
     void Exit_Click();
 
     void UseRoute_Click();
@@ -85,6 +88,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    /// Three columns of criteria, two, or one, which scrolls.
+    enum class Criteria { Wide, Narrow, Lean };
+
     static constexpr auto Module = "frmTarn";  ///< what the error trap calls it
 
     void wireCriteria();
@@ -93,11 +99,15 @@ private:
     void wireRunList();
     void wireMenu();
     void wireKeys();
+    void makeMenuBar();
+    void addViews(QMenu& view);
 
     [[nodiscard]] RunSearchCriteria criteria() const;
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;
     [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
     bool refuseBrokenTimes();
+    /// The filled ends of time ranges that leave the rest of their minute out.
+    [[nodiscard]] std::vector<controls::TimeBox*> endsWithinMinutes() const;
     bool refuseUnknownRouteKeys();
     void search(const RunSearchQuery& query, const RunSearchCriteria& asked);
     void refreshRunList(ListPlace::WhenGone whenGone = ListPlace::WhenGone::NoneChosen);
@@ -121,6 +131,11 @@ private:
     void dress();
     void followPage();
     void arrangeCriteria();
+    void arrangeHeading();
+    void arrangeRunPage();
+    void arrangeSchoolPage();
+    void arrangeRoutePage();
+    void stretchNames();
 
     std::unique_ptr<Ui::frmTarn> ui_;
     RunButtons buttons_;
@@ -129,7 +144,7 @@ private:
     std::vector<std::pair<QAction*, QPushButton*>> offered_;
     /// What an empty time box shows; a box with any other text is a criterion.
     std::string EmptyTimeText;
-    bool wide_ = false;  ///< the criteria stand in three columns
+    std::optional<Criteria> arranged_;
 };
 
 }  // namespace runsearch

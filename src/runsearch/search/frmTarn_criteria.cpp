@@ -42,7 +42,6 @@ void frmTarn::wireCriteria() {
         on(box, &QCheckBox::toggled, "showFilledCriteria", changed);
     }
     for (auto* list : {ui_->lstSchool, ui_->lstTripType}) {
-        list->header()->setStretchLastSection(true);
         on(list, &controls::MultiColumnList::selectionCountChanged, "showFilledCriteria", changed);
     }
     on(ui_->SearchStops, &QCheckBox::toggled, "SearchStops_Click", &frmTarn::SearchStops_Click);
@@ -105,6 +104,34 @@ TimeRange frmTarn::range(const controls::TimeBox& from, const controls::TimeBox&
         return isFilled(box) ? base::Date::parse(box.tidied()) : std::nullopt;
     };
     return {time(from), time(to)};
+}
+
+std::vector<controls::TimeBox*> frmTarn::endsWithinMinutes() const {
+    constexpr int SecondsOfMinute = 60;
+    std::vector<controls::TimeBox*> ends;
+    for (auto* box : {ui_->Start_EndTime, ui_->End_EndTime, ui_->Bell_EndTime}) {
+        const auto time = isFilled(*box) ? base::Date::parse(box->tidied()) : std::nullopt;
+        if (time && time->seconds % SecondsOfMinute == 0) {
+            ends.push_back(box);
+        }
+    }
+    return ends;
+}
+
+void frmTarn::WholeMinutes_Click() {
+    constexpr int RestOfMinute = 59;
+    for (auto* box : endsWithinMinutes()) {
+        box->setText(toQt(base::Date::parse(box->tidied())->plusSeconds(RestOfMinute).text()));
+    }
+    trap("cmdSearch_Click", &frmTarn::cmdSearch_Click);
+}
+
+/// The names take the width that the codes leave, so that nothing scrolls sideways.
+void frmTarn::stretchNames() {
+    for (auto* list : {ui_->lstSchool, ui_->lstTripType}) {
+        list->header()->setSectionResizeMode(1, QHeaderView::Stretch);
+    }
+    ui_->lstSchool->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
 }
 
 /// Tells the planner of the first time box whose text is no time and goes there.

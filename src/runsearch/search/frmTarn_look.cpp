@@ -1,7 +1,9 @@
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <algorithm>
+#include <span>
 
 #include "platform/controls/rowdelegate.h"
 #include "runsearch/search/frmTarn.h"
@@ -32,19 +34,29 @@ struct Cell {
     int span = 1;
 };
 
-/// Where a criterion stands in three columns and in two.
+/// Where a criterion stands in three columns, in two and in one.
 struct Place {
     QWidget* part;
-    Cell wide;
-    Cell narrow;
+    Cell cells[3];
 };
+
+/// Rows that none of the arrangements needs stay empty at the end of the grid.
+void arrange(QGridLayout& grid, std::span<const Place> places, std::size_t arrangement) {
+    for (const auto& place : places) {
+        grid.removeWidget(place.part);
+    }
+    for (const auto& place : places) {
+        const auto& [row, column, span] = place.cells[arrangement];
+        grid.addWidget(place.part, row, column, 1, span);
+    }
+}
 
 }  // namespace
 
 /// What the .ui file cannot say.
 void frmTarn::dress() {
-    ui_->RunTab->setCornerWidget(ui_->Heading, Qt::TopLeftCorner);
-    ui_->RunTab->setCornerWidget(ui_->DistrictName, Qt::TopRightCorner);
+    ui_->runBox->setAutoFillBackground(false);
+    ui_->RunArea->viewport()->setAutoFillBackground(false);
     on(ui_->RunTab, &QTabWidget::currentChanged, "followPage", &frmTarn::followPage);
     followPage();
     const QPalette colours = palette();
@@ -68,7 +80,12 @@ void frmTarn::followPage() {
     const int around = ui_->RunTab->sizeHint().height() - pages.sizeHint().height();
     const int least = page.minimumSizeHint().height();
     const int most = std::max(least, static_cast<int>(height() * MostOfForm));
-    ui_->RunTab->setFixedHeight(around + std::clamp(page.sizeHint().height(), least, most));
+    // What scrolls goes on telling of the arrangement that it was asked in first.
+    const int changed = page.isAncestorOf(ui_->runBox)
+                            ? ui_->runBox->sizeHint().height() - ui_->RunArea->sizeHint().height()
+                            : 0;
+    ui_->RunTab->setFixedHeight(around +
+                                std::clamp(page.sizeHint().height() + changed, least, most));
 }
 
 void frmTarn::resizeEvent(QResizeEvent* event) {
@@ -79,33 +96,106 @@ void frmTarn::resizeEvent(QResizeEvent* event) {
 
 void frmTarn::arrangeCriteria() {
     constexpr int WideInCharacters = 185;
-    const bool wide = width() >= WideInCharacters * fontMetrics().averageCharWidth();
-    if (wide == wide_) {
+    constexpr int NarrowInCharacters = 110;
+    const int characters = width() / fontMetrics().averageCharWidth();
+    const auto wanted = characters >= WideInCharacters     ? Criteria::Wide
+                        : characters >= NarrowInCharacters ? Criteria::Narrow
+                                                           : Criteria::Lean;
+    if (wanted == arranged_) {
         return;
     }
-    wide_ = wide;
-    const Place places[]{
-        {ui_->cmbRunFamilyLabel, {0, 2}, {2, 0}}, {ui_->cmbRunFamily, {0, 3}, {2, 1}},
-        {ui_->cmbLOCCODELabel, {1, 2}, {3, 0}},   {ui_->cmbLOCCODE, {1, 3}, {3, 1}},
-        {ui_->StartLabel, {0, 4}, {0, 2}},        {ui_->StartBegLabel, {0, 5}, {0, 3}},
-        {ui_->Start_BegTime, {0, 6}, {0, 4}},     {ui_->StartEndLabel, {0, 7}, {0, 5}},
-        {ui_->Start_EndTime, {0, 8}, {0, 6}},     {ui_->EndLabel, {1, 4}, {1, 2}},
-        {ui_->EndBegLabel, {1, 5}, {1, 3}},       {ui_->End_BegTime, {1, 6}, {1, 4}},
-        {ui_->EndEndLabel, {1, 7}, {1, 5}},       {ui_->End_EndTime, {1, 8}, {1, 6}},
-        {ui_->BellLabel, {2, 4}, {2, 2}},         {ui_->BellBegLabel, {2, 5}, {2, 3}},
-        {ui_->Bell_BegTime, {2, 6}, {2, 4}},      {ui_->BellEndLabel, {2, 7}, {2, 5}},
-        {ui_->Bell_EndTime, {2, 8}, {2, 6}},      {ui_->NeedResolve, {2, 1, 3}, {3, 2, 5}}};
-    for (const auto& place : places) {
-        ui_->runGrid->removeWidget(place.part);
+    arranged_ = wanted;
+    arrangeHeading();
+    arrangeRunPage();
+    arrangeSchoolPage();
+    arrangeRoutePage();
+    showToResolve();
+}
+
+/// Heading and district stand beside the tabs, or above them.
+void frmTarn::arrangeHeading() {
+    const bool above = arranged_ == Criteria::Lean;
+    ui_->RunTab->setCornerWidget(above ? nullptr : ui_->Heading, Qt::TopLeftCorner);
+    ui_->RunTab->setCornerWidget(above ? nullptr : ui_->DistrictName, Qt::TopRightCorner);
+    if (above) {
+        ui_->headingRow->insertWidget(0, ui_->Heading);
+        ui_->headingRow->addWidget(ui_->DistrictName);
     }
-    for (const auto& [part, wideCell, narrowCell] : places) {
-        const auto& [row, column, span] = wide ? wideCell : narrowCell;
-        ui_->runGrid->addWidget(part, row, column, 1, span);
-    }
-    const int stretches[2][9]{{0, 8, 0, 0, 0, 0, 0, 1, 0}, {0, 3, 0, 2, 0, 0, 0, 0, 0}};
+    ui_->Heading->show();
+    ui_->DistrictName->show();
+}
+
+void frmTarn::arrangeRunPage() {
+    const Place places[]{{ui_->RunIdLabel, {{0, 0}, {0, 0}, {0, 0}}},
+                         {ui_->RunId, {{0, 1}, {0, 1}, {0, 1, 4}}},
+                         {ui_->RunDescLabel, {{1, 0}, {1, 0}, {1, 0}}},
+                         {ui_->RunDesc, {{1, 1}, {1, 1}, {1, 1, 4}}},
+                         {ui_->cmbRunFamilyLabel, {{0, 2}, {2, 0}, {2, 0}}},
+                         {ui_->cmbRunFamily, {{0, 3}, {2, 1}, {2, 1, 4}}},
+                         {ui_->cmbLOCCODELabel, {{1, 2}, {3, 0}, {3, 0}}},
+                         {ui_->cmbLOCCODE, {{1, 3}, {3, 1}, {3, 1, 4}}},
+                         {ui_->StartLabel, {{0, 4}, {0, 2}, {4, 0}}},
+                         {ui_->StartBegLabel, {{0, 5}, {0, 3}, {4, 1}}},
+                         {ui_->Start_BegTime, {{0, 6}, {0, 4}, {4, 2}}},
+                         {ui_->StartEndLabel, {{0, 7}, {0, 5}, {4, 3}}},
+                         {ui_->Start_EndTime, {{0, 8}, {0, 6}, {4, 4}}},
+                         {ui_->EndLabel, {{1, 4}, {1, 2}, {5, 0}}},
+                         {ui_->EndBegLabel, {{1, 5}, {1, 3}, {5, 1}}},
+                         {ui_->End_BegTime, {{1, 6}, {1, 4}, {5, 2}}},
+                         {ui_->EndEndLabel, {{1, 7}, {1, 5}, {5, 3}}},
+                         {ui_->End_EndTime, {{1, 8}, {1, 6}, {5, 4}}},
+                         {ui_->BellLabel, {{2, 4}, {2, 2}, {6, 0}}},
+                         {ui_->BellBegLabel, {{2, 5}, {2, 3}, {6, 1}}},
+                         {ui_->Bell_BegTime, {{2, 6}, {2, 4}, {6, 2}}},
+                         {ui_->BellEndLabel, {{2, 7}, {2, 5}, {6, 3}}},
+                         {ui_->Bell_EndTime, {{2, 8}, {2, 6}, {6, 4}}},
+                         {ui_->NeedResolve, {{2, 1, 3}, {3, 2, 5}, {7, 0, 5}}}};
+    constexpr int Stretches[3][9]{
+        {0, 3, 0, 2, 0, 0, 0, 0, 0}, {0, 8, 0, 0, 0, 0, 0, 1, 0}, {0, 0, 1, 0, 1, 0, 0, 0, 0}};
+    constexpr int IndentOfRanges = 18;
+    const auto arrangement = static_cast<std::size_t>(*arranged_);
+    const bool lean = arranged_ == Criteria::Lean;
+    arrange(*ui_->runGrid, places, arrangement);
     for (int column = 0; column < 9; ++column) {
-        ui_->runGrid->setColumnStretch(column, stretches[wide ? 1 : 0][column]);
+        ui_->runGrid->setColumnStretch(column, Stretches[arrangement][column]);
     }
+    for (auto* label : {ui_->StartLabel, ui_->EndLabel, ui_->BellLabel}) {
+        label->setIndent(lean ? 0 : IndentOfRanges);
+    }
+    ui_->runGrid->activate();
+    const int bar = lean ? ui_->RunArea->verticalScrollBar()->sizeHint().width() : 0;
+    ui_->RunArea->setMinimumWidth(ui_->runBox->minimumSizeHint().width() + bar);
+    const int rows = lean ? 4 : 8;
+    ui_->RunArea->setMinimumHeight(
+        std::min(ui_->runBox->sizeHint().height(),
+                 rows * (ui_->RunId->sizeHint().height() + ui_->runGrid->verticalSpacing())));
+}
+
+/// In one column the check boxes stand below the captions of their lists.
+void frmTarn::arrangeSchoolPage() {
+    const Place school{ui_->SearchStops, {{0, 3}, {0, 3}, {1, 0, 4}}};
+    const Place tripType{ui_->Search_Stops_TripType, {{0, 3}, {0, 3}, {1, 0, 4}}};
+    const auto arrangement = static_cast<std::size_t>(*arranged_);
+    arrange(*ui_->lstSchoolTop, {&school, 1}, arrangement);
+    arrange(*ui_->lstTripTypeTop, {&tripType, 1}, arrangement);
+}
+
+/// In one column the names stand below their codes.
+void frmTarn::arrangeRoutePage() {
+    const Place places[]{{ui_->UseRoute, {{0, 0, 3}, {0, 0, 3}, {0, 0, 6}}},
+                         {ui_->NotOnRoute, {{0, 3, 3}, {0, 3, 3}, {1, 0, 6}}},
+                         {ui_->cmbRouteLabel, {{1, 0}, {1, 0}, {2, 0}}},
+                         {ui_->cmbRoute, {{1, 1}, {1, 1}, {2, 1, 2}}},
+                         {ui_->cmbVehicleLabel, {{1, 3}, {1, 3}, {2, 3}}},
+                         {ui_->cmbVehicle, {{1, 4}, {1, 4}, {2, 4, 2}}},
+                         {ui_->VehDescription, {{1, 5}, {1, 5}, {3, 4, 2}}},
+                         {ui_->cmbEmployeeLabel, {{2, 0}, {2, 0}, {4, 0}}},
+                         {ui_->cmbEmployee, {{2, 1}, {2, 1}, {4, 1, 2}}},
+                         {ui_->EmpName, {{2, 2}, {2, 2}, {5, 1, 2}}},
+                         {ui_->cmbAidLabel, {{2, 3}, {2, 3}, {4, 3}}},
+                         {ui_->cmbAid, {{2, 4}, {2, 4}, {4, 4, 2}}},
+                         {ui_->AidName, {{2, 5}, {2, 5}, {5, 4, 2}}}};
+    arrange(*ui_->routeGrid, places, static_cast<std::size_t>(*arranged_));
 }
 
 }  // namespace runsearch

@@ -65,6 +65,7 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
         list->drawColumnBy("Map", new SignDelegate(controls::Sign::NoPlace,
                                                    SignDelegate::Place::InsteadOfText, list));
     }
+    fitCriteria();
     wire();
     startFrom({});
 }
@@ -74,11 +75,52 @@ StopSearchPanel::~StopSearchPanel() = default;
 /// The boxes share what width there is, however long the texts in them are.
 void StopSearchPanel::makeNarrow() {
     constexpr int Characters = 11;
-    for (auto* box : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    ui_->Criteria->setAutoFillBackground(false);
+    ui_->CriteriaArea->viewport()->setAutoFillBackground(false);
+    for (auto* box : ui_->Criteria->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
         if (qobject_cast<QLineEdit*>(box) != nullptr || qobject_cast<QComboBox*>(box) != nullptr) {
             box->setMinimumWidth(Characters * fontMetrics().averageCharWidth());
         }
     }
+}
+
+void StopSearchPanel::setLean(bool lean) {
+    if (lean_ == lean) {
+        return;
+    }
+    lean_ = lean;
+    auto& grid = *ui_->criteriaGrid;
+    const std::pair<QWidget*, QWidget*> second[]{{ui_->cmbLOCCODELabel, ui_->cmbLOCCODE},
+                                                 {ui_->cmbSchoolLabel, ui_->cmbSchool},
+                                                 {ui_->cmbSTOPTYPELabel, ui_->cmbSTOPTYPE},
+                                                 {ui_->cmbActiveLabel, ui_->cmbActive},
+                                                 {ui_->cmbRUNLabel, ui_->cmbRUN}};
+    constexpr int RowsOfFirst = 6;
+    int row = 0;
+    for (const auto& [label, box] : second) {
+        grid.addWidget(label, lean ? RowsOfFirst + row : row, lean ? 0 : 2);
+        grid.addWidget(box, lean ? RowsOfFirst + row : row, lean ? 1 : 3);
+        ++row;
+    }
+    grid.addWidget(ui_->chkTRIPTYPES, lean ? RowsOfFirst + row++ : 5, lean ? 0 : 2, 1, 2);
+    grid.addWidget(ui_->chkUnassigned, lean ? RowsOfFirst + row++ : 6, lean ? 0 : 2, 1, 2);
+    grid.addWidget(ui_->chkNoStudents, lean ? RowsOfFirst + row : 6, 0, 1, 2);
+    grid.setColumnStretch(3, lean ? 0 : 1);
+    ui_->searchGrid->removeItem(ui_->searchRow);
+    ui_->searchGrid->addLayout(ui_->searchRow, lean ? 1 : 0, lean ? 0 : 1);
+    fitCriteria();
+}
+
+/// As high as the criteria, or as a few of them that scroll; never too narrow for them.
+void StopSearchPanel::fitCriteria() {
+    constexpr int FewRows = 3;
+    ui_->criteriaGrid->activate();
+    const int all = ui_->Criteria->sizeHint().height();
+    const int row = ui_->StopId->sizeHint().height() + ui_->criteriaGrid->verticalSpacing();
+    const int bar = lean_ ? ui_->CriteriaArea->verticalScrollBar()->sizeHint().width() : 0;
+    ui_->CriteriaArea->setMinimumSize(ui_->Criteria->minimumSizeHint().width() + bar,
+                                      lean_ ? FewRows * row : all);
+    ui_->CriteriaArea->setMaximumHeight(lean_ ? 2 * FewRows * row : all);
 }
 
 void StopSearchPanel::wire() {

@@ -45,6 +45,8 @@ public:
     [[nodiscard]] std::vector<ChosenStop> selected() const;
     [[nodiscard]] int selectedCount() const;
     void selectAll();
+    /// The criteria below each other, scrolling, for a form that has little width for its font.
+    void setLean(bool lean);
 
 signals:
     void selectionCountChanged(int count);
@@ -58,6 +60,7 @@ private:
     };
 
     void makeNarrow();
+    void fitCriteria();
     void wire();
     void cmdReset_Click();
     void chkTRIPTYPES_Click();
@@ -87,6 +90,7 @@ private:
     std::unique_ptr<FoundStops> found_;
     std::optional<StopSearchCriteria> asked_;  ///< the search flag: what to repeat
     std::map<const controls::MultiColumnList*, Sort> sorts_;
+    bool lean_ = false;
     QTimer turn_;  ///< gives the event loop its turn between two slices
 };
 

@@ -222,9 +222,12 @@ void Add_Remove_Stops::fitHeading() {
     ui_->runHeading->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     ui_->Passengers->setAlignment(narrow ? Qt::AlignLeft : Qt::AlignRight | Qt::AlignVCenter);
     const auto width = [](const QLayout* part) { return part->minimumSize().width(); };
-    ui_->RunSide->setMinimumWidth(width(ui_->takeColumn) + width(ui_->orderColumn) +
-                                  std::max(width(ui_->countsRow), width(ui_->seatsRow)) +
-                                  2 * std::max(ui_->runRow->spacing(), 0));
+    const int heading = std::max(width(ui_->countsRow), width(ui_->seatsRow));
+    const int take = width(ui_->takeColumn);
+    const int order = width(ui_->orderColumn);
+    const int gaps = 2 * std::max(ui_->runRow->spacing(), 0);
+    ui_->RunSide->setMinimumWidth(lean_ ? std::max({heading, take, order})
+                                        : take + heading + order + gaps);
 }
 
 bool Add_Remove_Stops::eventFilter(QObject* watched, QEvent* event) {
@@ -444,6 +447,30 @@ void Add_Remove_Stops::handToMap() {
     if (sent_) {
         sent_();
     }
+}
+
+void Add_Remove_Stops::resizeEvent(QResizeEvent* event) {
+    TrappedForm::resizeEvent(event);
+    arrange();
+}
+
+/// Where the form is narrow for its font the buttons stand above and below the run's list.
+void Add_Remove_Stops::arrange() {
+    constexpr int LeanInCharacters = 110;
+    const bool lean = width() < LeanInCharacters * fontMetrics().averageCharWidth();
+    if (lean == lean_) {
+        return;
+    }
+    lean_ = lean;
+    ui_->StopSearch->setLean(lean);
+    ui_->runRow->setDirection(lean ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    for (QBoxLayout* buttons : {ui_->takeColumn, ui_->orderColumn}) {
+        buttons->setDirection(lean ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    }
+    ui_->OrderLabel->setVisible(!lean);
+    ui_->OrderHint->setVisible(!lean);
+    ui_->MapHint->setWordWrap(lean);
+    fitHeading();
 }
 
 /// Both sides share what width there is, until the planner arranges it anew.

@@ -51,6 +51,7 @@ protected:
     void Form_Unload() override;
     [[nodiscard]] Message lockedMessage() const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     using StopTripIds = std::vector<std::int64_t>;
@@ -65,6 +66,7 @@ private:
     void showHead();
     void showPassengers(std::int64_t passengers);
     void fitHeading();
+    void arrange();
     void showUnplaced(const std::vector<std::size_t>& rows);
 
     [[nodiscard]] StopTripIds selectedStops() const;
@@ -80,6 +82,7 @@ private:
     std::unique_ptr<Ui::Add_Remove_Stops> ui_;
     EditedRun run_;
     RunHead head_;
+    bool lean_ = false;     ///< the buttons stand above and below the run's list
     bool changed_ = false;  ///< by an action of this form
     std::function<void()> sent_;
 };

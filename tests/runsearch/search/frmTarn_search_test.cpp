@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "support/runbuilder.h"
 #include "tarnform.h"
 
 namespace runsearch {
@@ -171,6 +172,20 @@ TEST_F(TarnForm, RefusesATextThatIsNoTime) {
     EXPECT_EQ(control<QTabWidget>("RunTab").currentIndex(), 0);
     EXPECT_EQ(startup::RunSearchSQL, before);
     EXPECT_EQ(text("TotSel"), "4");
+}
+
+TEST_F(TarnForm, OffersToTakeInTheRestOfTheLastMinute) {
+    support::RunBuilder("SECONDS").bell("11:05:30 AM").into(district);
+    type("Bell_BegTime", "11:00 AM");
+    EXPECT_EQ(found().size(), 1U);
+    EXPECT_FALSE(isShown("WholeMinutes"));
+    type("Bell_EndTime", "11:05 AM");
+    EXPECT_THAT(found(), ElementsAre());
+    EXPECT_THAT(list("RunList").emptyText().toStdString(), HasSubstr("Whole Minutes"));
+    click("WholeMinutes");
+    EXPECT_EQ(text("Bell_EndTime"), "11:05:59 AM");
+    EXPECT_EQ(column("RunList"), std::vector<std::string>{"SECONDS"});
+    EXPECT_FALSE(isShown("WholeMinutes"));
 }
 
 TEST_F(TarnForm, KeepsTheQueriesOfTheLastSearchThatFoundRuns) {
