@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QShortcut>
+#include <algorithm>
 #include <chrono>
 
 #include "data/lists/listreader.h"
@@ -34,6 +35,8 @@ const auto NothingFound = QStringLiteral("No log entry meets all filters.");
 
 /// Some screens of entries: what is read ahead of the planner.
 constexpr std::size_t BlockEntries = 500;
+/// As many as the list takes in one go.
+constexpr std::size_t MostAtOnce = 50'000;
 /// What is sorted in no time.
 constexpr int SortedAtOnce = 20'000;
 /// How long is read on before the form gets its turn.
@@ -214,14 +217,14 @@ bool RunLogInquiry::wantsMore() const {
 }
 
 // The list looks at all its rows whenever some are added, so on the way to the end they are added
-// seldom: a share of those that are there at a time.
+// seldom: a share of those that are there at a time, which never takes long by itself.
 void RunLogInquiry::readSlice() {
     const forms::WorkSlice slice(SliceMs);
     do {
         reader_->read(BlockEntries, read_);
     } while (readsToEnd() && !reader_->atEnd() && !slice.isOver());
     const auto listed = static_cast<std::size_t>(ui_->LogList->rows());
-    if (!readsToEnd() || reader_->atEnd() || read_.rowCount() > listed / 4) {
+    if (!readsToEnd() || reader_->atEnd() || read_.rowCount() > std::min(listed / 4, MostAtOnce)) {
         ui_->LogList->appendRows(read_);
         read_.clearRows();
     }
