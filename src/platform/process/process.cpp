@@ -109,7 +109,8 @@ public:
                 continue;
             }
             std::ifstream file(entry->path() / "stat");
-            const std::string stat{std::istreambuf_iterator<char>(file), {}};
+            std::string stat;
+            std::getline(file, stat, '\0');  // a process may end while it is read
             if (isLiveOfName(stat, kernelName)) {
                 return true;
             }
