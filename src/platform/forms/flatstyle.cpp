@@ -149,7 +149,9 @@ QColor drawIndicatorGround(const QStyleOption& option, QPainter& painter, qreal 
     const QPalette& palette = option.palette;
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
     const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);
-    const QColor line = palette.color(QPalette::Active, QPalette::Dark);
+    // An empty box has nothing but its edge.
+    const QColor line = mixed(palette.color(QPalette::Active, QPalette::Text),
+                              palette.color(QPalette::Base), 0.5);
     QColor fill = on ? palette.color(QPalette::Highlight) : palette.color(QPalette::Base);
     if (option.state.testFlag(QStyle::State_MouseOver)) {
         fill = mixed(fill, palette.color(QPalette::Text), 0.08);
