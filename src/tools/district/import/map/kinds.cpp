@@ -338,15 +338,15 @@ RowSource permission(const std::string& field, const std::string& point) {
 
 FileKind users() {
     return {.name = "users",
-            .fields = {needed("user", "userid username login id"), field("new_run", "rtg210"),
-                       field("delete_run", "rtg230"), field("bell_times", "rtg250"),
+            .fields = {needed("user", "userid username login id"), field("new", "rtg210"),
+                       field("delete", "rtg230"), field("bell_times", "rtg250"),
                        field("group_change", "rtg260"), field("print", "rtg270")},
             .rows = {{.file = DatabaseFile::QDSC,
                       .table = "QDSCU",
                       .key = {from("QDSC1", "user")},
                       .values = {}},
-                     permission("new_run", "RTG210"),
-                     permission("delete_run", "RTG230"),
+                     permission("new", "RTG210"),
+                     permission("delete", "RTG230"),
                      permission("bell_times", "RTG250"),
                      permission("group_change", "RTG260"),
                      permission("print", "RTG270")}};

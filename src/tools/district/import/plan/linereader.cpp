@@ -77,6 +77,12 @@ LineReader::BoundRow LineReader::bound(std::size_t which, TableSet& tables) {
             row.onAdding.push_back(boundCell(one, schema, tables));
         }
     }
+    for (BoundCellSource& value : row.values) {
+        const auto usual = std::ranges::find_if(source.onAdding, [&](const CellSource& one) {
+            return one.column == value.source->column && one.always;
+        });
+        value.usual = usual == source.onAdding.end() ? nullptr : &*usual->always;
+    }
     row.table = &tables.of(source.table, key);
     row.table->compare(values);
     row.onlyWith = source.onlyWith.empty() ? -1 : binding_.placeOf(source.onlyWith);
@@ -96,6 +102,8 @@ LineReader::BoundCellSource LineReader::boundCell(const CellSource& source,
                                                   TableSet& tables) const {
     BoundCellSource cell{.source = &source, .column = table.find(source.column)};
     cell.place = source.field.empty() ? -1 : binding_.placeOf(source.field);
+    const FileField* field = kind_.find(source.field);
+    cell.isRequired = !kind_.isTable && field != nullptr && field->isRequired;
     if (source.reference) {
         cell.refers = &tables.of(source.reference->table, {source.reference->column});
     }
@@ -132,8 +140,12 @@ void LineReader::makeOne(const BoundRow& row, const CsvRecord& record, std::stri
             const BoundCell cell = isListed            ? BoundCell{listed, false}
                                    : source.place >= 0 ? binding_.cell(source.place, record)
                                                        : BoundCell{};
+            if (cell.isNull && source.isRequired) {
+                throw Refusal{binding_.sourceName(source.source->field), "must not be empty"};
+            }
             try {
-                values.push_back(cellOf(source, cell, made));
+                const bool isUsual = cell.isNull && source.usual != nullptr;
+                values.push_back(isUsual ? *source.usual : cellOf(source, cell, made));
             } catch (const Refusal& refusal) {
                 throw Refusal{binding_.sourceName(source.source->field), refusal.reason};
             }
@@ -148,12 +160,6 @@ void LineReader::makeOne(const BoundRow& row, const CsvRecord& record, std::stri
         }
     }
     take(row.values, one.values);
-    for (std::size_t i = 0; i < one.values.size() && !kind_.isTable; ++i) {
-        const std::string& field = row.values[i].source->field;
-        if (one.values[i].isNull() && kind_.find(field)->isRequired) {
-            throw Refusal{binding_.sourceName(field), "must not be empty"};
-        }
-    }
     take(row.onAdding, one.onAdding);
     made.rows.push_back(std::move(one));
 }

@@ -30,8 +30,10 @@ public:
     struct BoundCellSource {
         const CellSource* source = nullptr;
         const store::Column* column = nullptr;
-        int place = -1;                 ///< in the binding; -1 where it comes from no field
-        StoredTable* refers = nullptr;  ///< to a row of this table
+        int place = -1;                      ///< in the binding; -1 where it comes from no field
+        StoredTable* refers = nullptr;       ///< to a row of this table
+        bool isRequired = false;             ///< an empty cell refuses the line
+        const base::Value* usual = nullptr;  ///< what an empty cell stands for; null for Null
     };
     struct BoundRow {
         std::size_t which = 0;

@@ -95,7 +95,7 @@ Value codeIn(std::string_view text) {
     if (std::ranges::any_of(text, [](char c) { return c >= 0 && c < ' '; })) {
         refuse(text, "holds a line end or another control character");
     }
-    return textIn(base::codeOf(text), LongestCode);
+    return text.empty() ? Value("") : textIn(base::codeOf(text), LongestCode);
 }
 
 Value read(std::string_view text, ColumnKind kind) {
