@@ -24,6 +24,7 @@
 #include "tools/district/check/checks.h"
 #include "tools/district/command/exportcommand.h"
 #include "tools/district/command/importcommand.h"
+#include "tools/district/command/importsources.h"
 #include "tools/district/command/misuse.h"
 #include "tools/district/command/passwordcommand.h"
 #include "tools/district/command/reportcommand.h"
@@ -155,6 +156,14 @@ std::set<std::string> tablesNamed(const QStringList& names) {
     return tables;
 }
 
+std::vector<std::string> textsOf(const QStringList& given) {
+    std::vector<std::string> texts;
+    for (const QString& text : given) {
+        texts.push_back(fromParser(text));
+    }
+    return texts;
+}
+
 bool import(const Call& call) {
     std::vector<std::filesystem::path> sources(call.words.begin() + 1, call.words.end());
     std::optional<PrivateFolder> planned;
@@ -167,12 +176,24 @@ bool import(const Call& call) {
     if (sources.empty()) {
         throw Misuse{"Something is missing."};
     }
+    const Folders folders = foldersOf(call.words[0]);
+    const bool asJson = call.options.isSet("json");
+    const ImportSources read(sources,
+                             {.trips = textsOf(call.options.values("trips")),
+                              .sharedStops = call.options.isSet("shared-stops"),
+                              .charset = call.text("charset").value_or("CP1252"),
+                              .keepsCentre = call.options.isSet("apply")},
+                             folders);
+    (asJson ? call.complaints : call.out) << read.remarks() << read.question();
+    if (!read.question().empty()) {
+        return false;
+    }
     if (call.options.isSet("sketch-map")) {
-        call.out << sketchMaps(sources);
+        call.out << sketchMaps(read.files());
         return true;
     }
-    ImportOptions options{.folders = foldersOf(call.words[0]),
-                          .sources = sources,
+    ImportOptions options{.folders = folders,
+                          .sources = read.files(),
                           .map = call.text("map").value_or(""),
                           .rejected = call.text("rejected").value_or("rejected.csv"),
                           .rules = {.addCodes = call.options.isSet("add-codes"),
@@ -188,7 +209,7 @@ bool import(const Call& call) {
                 fmt::format("--roll-over takes a day such as 2026-06-30, not \"{}\".", *day)};
         }
     }
-    return runImport(options, call.options.isSet("json"), call.out);
+    return runImport(options, asJson, call.out);
 }
 
 bool check(const Call& call) {
@@ -376,7 +397,9 @@ constexpr std::string_view ImportHelp = R"(bring a district's own data in
 
 Takes CSV files (also with semicolons or tabs, in UTF-8 or Windows-1252) and folders of them:
 schools.csv, stops.csv, employees.csv, vehicles.csv, routes.csv, runs.csv, run_stops.csv,
-students.csv, deadhead.csv, users.csv, or whole tables by their names. It says what would be new,
+students.csv, deadhead.csv, users.csv, or whole tables by their names; Access files (.mdb,
+.accdb), of which each table counts as a file of its name; and transit feeds (GTFS), as a folder or
+an archive, of which the school trips that --trips chooses become runs. It says what would be new,
 changed, left as it is and refused, and writes nothing unless --apply is given. Refused lines go to
 rejected.csv with line, column and reason. Nothing is removed, and runs that planners have changed
 since the last import stay as they are.
@@ -384,6 +407,10 @@ since the last import stay as they are.
   --apply             write it; until the end nothing is written, also after Ctrl+C
   --map FILE          which columns are which; --sketch-map prints a first one for the sources
   --plan INSTANCE     a folder with an instance of the school-bus benchmark as a source
+  --trips SIGN        trips of a feed: route~, service~, headsign~ or ends-at~ and a pattern; may
+                      be repeated; without it the signs of the feed are told
+  --shared-stops      a place where several of these runs stop is one stop
+  --charset NAME      of the texts of an Access 97 file, CP1252 unless you say
   --rejected FILE     where refused lines go
   --add-codes         put unknown school types, places, run families and needs in
   --replace TABLE     remove the table's rows that the files do not have; may be repeated
@@ -523,6 +550,9 @@ const std::vector<Command>& commands() {
          {{"apply", ""},
           {"map", "", "FILE"},
           {"plan", "", "INSTANCE"},
+          {"trips", "", "SIGN"},
+          {"shared-stops", ""},
+          {"charset", "", "NAME"},
           {"sketch-map", ""},
           {"rejected", "", "FILE"},
           {"add-codes", ""},
