@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writeFiles({reinterpret_cast<const char*>(data), size});
     try {
         const auto feed = transit::readFeed(FeedFiles(folder()));
-        FeedOptions options;
+        SchoolTripOptions options;
         options.trips.resize(feed.trips.size());
         std::iota(options.trips.begin(), options.trips.end(), 0);
         const SchoolRuns runs = schoolRunsOf(feed, options);

@@ -132,7 +132,7 @@ void ImportSources::takeFeed(const fs::path& path, const SourceChoice& choice,
     for (const std::string& text : choice.trips) {
         signs.push_back(tripSign(text));
     }
-    FeedOptions options{.trips = tripsWith(feed, signs),
+    SchoolTripOptions options{.trips = tripsWith(feed, signs),
                         .sharedStops = choice.sharedStops,
                         .centre = keptCentre(district),
                         .knownRuns = runsOfTrips(district)};

@@ -132,7 +132,7 @@ std::string timeText(int seconds) {
 
 class Making {
 public:
-    Making(const Feed& feed, const FeedOptions& options) : feed_(feed), options_(options) {}
+    Making(const Feed& feed, const SchoolTripOptions& options) : feed_(feed), options_(options) {}
 
     SchoolRuns made();
 
@@ -165,7 +165,7 @@ private:
     }
 
     const Feed& feed_;
-    const FeedOptions& options_;
+    const SchoolTripOptions& options_;
     SchoolRuns made_;
     std::vector<Run> runs_;
     std::optional<geo::Projection> projection_;
@@ -583,7 +583,7 @@ SchoolRuns Making::made() {
 
 }  // namespace
 
-SchoolRuns schoolRunsOf(const Feed& feed, const FeedOptions& options) {
+SchoolRuns schoolRunsOf(const Feed& feed, const SchoolTripOptions& options) {
     return Making(feed, options).made();
 }
 

@@ -11,7 +11,7 @@
 
 namespace tools::district {
 
-struct FeedOptions {
+struct SchoolTripOptions {
     std::vector<std::size_t> trips;  ///< that become runs, by their places in the feed
     bool sharedStops = false;        ///< a place that several runs use is one stop, for transfers
     std::optional<geo::Centre> centre = {};  ///< of the district's plane, where it has one
@@ -40,7 +40,7 @@ struct SchoolRuns {
 /// school is a stop of its own, unless they are shared. A trip's block is its route, else its
 /// feed's route. Left out: trips without a weekday, repeated by frequency, with fewer than two or
 /// more than 100 stops, or without times at their ends, and routes of more than 50 runs.
-[[nodiscard]] SchoolRuns schoolRunsOf(const transit::Feed& feed, const FeedOptions& options);
+[[nodiscard]] SchoolRuns schoolRunsOf(const transit::Feed& feed, const SchoolTripOptions& options);
 
 /// The trip that a run was made of, from its comment; empty where it was made otherwise.
 [[nodiscard]] std::string tripOfComment(std::string_view comment);
