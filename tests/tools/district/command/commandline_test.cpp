@@ -1,5 +1,6 @@
 #include "tools/district/command/commandline.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -127,6 +128,57 @@ TEST(CommandLine, MakesAnEmptyDistrictForOneAdministrator) {
     EXPECT_EQ(table("/common/ZBQDSC1.mdb",
                     "SELECT Count(*) AS N FROM QDSCU_PP WHERE QDSC1='BOSS' AND Authority=True"),
               "N\n5\n");
+}
+
+TEST(CommandLine, RunsComeBackFromAFeedWithTheirTimes) {
+    const MadeDistrict made(40);
+    const support::TemporaryFolder folder;
+    const std::string zip = folder.path() + "runs.zip";
+    const std::string other = folder.path() + "other";
+    ASSERT_EQ(run({"export", made.folder(), zip, "--gtfs", "--centre", "41,-87"}).status,
+              ExitStatus::Done);
+    ASSERT_EQ(run({"create", "--empty", other}, "secret one\n").status, ExitStatus::Done);
+    const Outcome undecided = run({"import", other, zip, "--apply"});
+    EXPECT_EQ(undecided.status, ExitStatus::Failed);
+    EXPECT_THAT(undecided.out, HasSubstr("no trips are chosen, of"));
+    const std::vector<std::string> words = {"import", other, zip, "--trips", "route~.", "--apply"};
+    const Outcome imported = run(words);
+    EXPECT_EQ(imported.status, ExitStatus::Done) << imported.out;
+    const auto times = [](const std::string& file, const std::string& runs,
+                          const std::string& more) {
+        return run({"sql", file,
+                    "SELECT " + runs +
+                        ", T.TIME_AT_STOP FROM (RUN INNER JOIN STOP_TRIPTYPE AS T "
+                        "ON RUN.RUN=T.RUN) INNER JOIN STOP ON STOP.INT_STOPID=T.INT_STOPID WHERE " +
+                        more + " ORDER BY " + runs + ", T.RUNSEQ"})
+            .out;
+    };
+    const std::string back = times(other + "/data/routing.mdb", "MID(RUN.COMMENT,6)", "True");
+    EXPECT_GT(std::ranges::count(back, '\n'), 100);
+    std::string before =
+        times(made.folder() + "/data/routing.mdb", "RUN.RUN",
+              "STOP.STOPTYPE<>'DIRECTIONAL' AND STOP.STOPTYPE<>'GARAGE' AND STOP.XPOS<>0");
+    EXPECT_EQ(back.substr(back.find('\n')), before.substr(before.find('\n')));
+    // The plane and the ids are kept: nothing is another one the second time.
+    EXPECT_THAT(run(words).out, HasSubstr("Nothing to write."));
+}
+
+TEST(CommandLine, TablesOfAnAccessFileAreImportedByTheirNames) {
+    const MadeDistrict made(1);
+    const std::string files = VIREO_SOURCE_DIR "/tests/tools/access/files/";
+    const Outcome dry = run({"import", made.folder(), files + "delColTestV2000.mdb"});
+    EXPECT_THAT(dry.complaints, HasSubstr("None of the files is one")) << dry.out;
+    const support::TemporaryFolder folder;
+    const std::string map =
+        folder.write("access.map", "[Table1.csv as schools]\nschool = data\nname = data2\n");
+    const Outcome mapped =
+        run({"import", made.folder(), files + "delColTestV2000.mdb", "--map", map, "--apply"});
+    EXPECT_EQ(mapped.status, ExitStatus::Done) << mapped.out << mapped.complaints;
+    EXPECT_EQ(made.number("SELECT COUNT(*) FROM SCHOOL WHERE SCHOOL = 'foo' AND SCHOOLNAME = "
+                          "'foo2'"),
+              1);
+    folder.write("cut.mdb", "Standard Jet DB");
+    EXPECT_EQ(run({"import", made.folder(), folder.path() + "cut.mdb"}).status, ExitStatus::Failed);
 }
 
 TEST(CommandLine, ImportsOnlyWhereItIsToldTo) {
