@@ -36,7 +36,7 @@ std::string runReader(const fs::path& file, const QStringList& more, const fs::p
     constexpr int LongestWaitMs = 300'000;
     QProcess reader;
     reader.setStandardOutputFile(QString::fromStdString(output.string()));
-    reader.start(QString::fromStdString(files::programFolder() + "vireo-read-access"),
+    reader.start(QString::fromStdString(files::programFolder() + "/vireo-read-access"),
                  QStringList{QString::fromStdString(file.string())} + more);
     const bool isEnded = reader.waitForFinished(LongestWaitMs);
     if (reader.error() == QProcess::FailedToStart) {
@@ -133,9 +133,9 @@ void ImportSources::takeFeed(const fs::path& path, const SourceChoice& choice,
         signs.push_back(tripSign(text));
     }
     SchoolTripOptions options{.trips = tripsWith(feed, signs),
-                        .sharedStops = choice.sharedStops,
-                        .centre = keptCentre(district),
-                        .knownRuns = runsOfTrips(district)};
+                              .sharedStops = choice.sharedStops,
+                              .centre = keptCentre(district),
+                              .knownRuns = runsOfTrips(district)};
     if (options.trips.empty()) {
         question_ += fmt::format("{}: no trips are chosen, of {}", path.string(), signsTold(feed));
         return;

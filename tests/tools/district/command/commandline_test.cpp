@@ -155,10 +155,10 @@ TEST(CommandLine, RunsComeBackFromAFeedWithTheirTimes) {
     };
     const std::string back = times(other + "/data/routing.mdb", "MID(RUN.COMMENT,6)", "True");
     EXPECT_GT(std::ranges::count(back, '\n'), 100);
-    std::string before =
-        times(made.folder() + "/data/routing.mdb", "RUN.RUN",
-              "STOP.STOPTYPE<>'DIRECTIONAL' AND STOP.STOPTYPE<>'GARAGE' AND STOP.XPOS<>0");
-    EXPECT_EQ(back.substr(back.find('\n')), before.substr(before.find('\n')));
+    const std::string before = times(made.folder() + "/data/routing.mdb", "RUN.RUN",
+                                     "RUN.ACTIVE=True AND STOP.STOPTYPE<>'DIRECTIONAL' AND "
+                                     "STOP.STOPTYPE<>'GARAGE' AND STOP.XPOS<>0");
+    EXPECT_TRUE(back.substr(back.find('\n')) == before.substr(before.find('\n'))) << back;
     // The plane and the ids are kept: nothing is another one the second time.
     EXPECT_THAT(run(words).out, HasSubstr("Nothing to write."));
 }
@@ -266,7 +266,8 @@ TEST(CommandLine, GrantsWhatTheProgramCounts) {
     made.execute(file, "DELETE FROM QDSCU_PP WHERE PERM = 'RTG270'");
     made.execute(file, "UPDATE QDSCU_PP SET PERM = 'rtg260' WHERE PERM = 'RTG260'");
     run({"users", made.folder(), "grant", "CLERK", "all"});
-    const auto row = made.open(file)->prepare(
+    const auto database = made.open(file);
+    const auto row = database->prepare(
         "SELECT (SELECT COUNT(*) FROM QDSCPP WHERE PRODUCT = 'ROUTING'), COUNT(*),"
         " MIN(PERM = upper(PERM)) FROM QDSCU_PP WHERE QDSC1 = 'CLERK' AND PRODUCT = 'ROUTING'");
     row->step();
