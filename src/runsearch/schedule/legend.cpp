@@ -2,6 +2,8 @@
 
 #include <QFontInfo>
 #include <QPainter>
+#include <QPicture>
+#include <QtMath>
 
 #include <fmt/format.h>
 
@@ -29,6 +31,10 @@ public:
                  : area.top() + LineHeight * frame.unit / 2) {}
 
     void paint();
+    /// How many lines it has written.
+    [[nodiscard]] int lines() const {
+        return 1 + qRound((y_ - area_.top()) / (LineHeight * unit()) - 0.5);
+    }
 
 private:
     using Sample = std::function<void(const QRectF&)>;
@@ -189,12 +195,35 @@ void Legend::show(const Frame& frame) {
     if (words_ == nullptr || shown != shown_) {
         words_ = std::make_unique<Words>(font(), frame.unit);
         shown_ = std::move(shown);
+        frame_.words = words_.get();
+        fitLines();
         update();
     }
     frame_.words = words_.get();
 }
 
-QSize Legend::sizeHint() const { return {600, qRound(Height * std::max(frame_.unit, 1.0))}; }
+void Legend::fitLines() {
+    if (frame_.chart == nullptr || frame_.words == nullptr) {
+        return;
+    }
+    constexpr double MostLines = 4;
+    QPicture nothing;
+    QPainter painter(&nothing);
+    LegendPainter trial(painter, frame_,
+                        QRectF(0, 0, width(), MostLines * LineHeight * frame_.unit));
+    trial.paint();
+    if (const int lines = trial.lines(); lines != lines_) {
+        lines_ = lines;
+        updateGeometry();
+    }
+}
+
+void Legend::resizeEvent(QResizeEvent*) { fitLines(); }
+
+QSize Legend::sizeHint() const {
+    const double height = lines_ == 1 ? Height : LineHeight * lines_;
+    return {600, qCeil(height * std::max(frame_.unit, 1.0))};
+}
 
 void Legend::paintEvent(QPaintEvent*) {
     if (frame_.chart != nullptr) {

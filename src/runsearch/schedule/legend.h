@@ -24,6 +24,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     /// All that decides what it says.
@@ -38,9 +39,13 @@ private:
         friend bool operator==(const Shown&, const Shown&) = default;
     };
 
+    /// Takes as many lines as its entries need at its width.
+    void fitLines();
+
     Frame frame_;
     Shown shown_;
     std::unique_ptr<Words> words_;
+    int lines_ = 1;
 };
 
 /// Paints it into a rectangle, for paper; as many entries as there is room for.
