@@ -42,7 +42,7 @@ protected:
     template <class Sender, class Signal, class Handler>
     void on(Sender* sender, Signal signal, const char* procedure, Handler handler) {
         Form::on(sender, signal, [this, procedure, handler](auto&&... arguments) mutable {
-            enter(Refusal::Told, procedure, handler, arguments...);
+            this->enter(Refusal::Told, procedure, handler, arguments...);
         });
     }
 

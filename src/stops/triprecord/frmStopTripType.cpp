@@ -112,16 +112,16 @@ void frmStopTripType::wire() {
 void frmStopTripType::edit(std::int64_t stopTripId) {
     id_ = stopTripId;
     if (isLoaded() && mayLeave()) {
-        open(stopTripId);
+        openRecord(stopTripId);
     }
 }
 
 void frmStopTripType::Form_Load() {
     ui_->NUM_STUDENTS->setFocus();
-    open(id_);
+    openRecord(id_);
 }
 
-void frmStopTripType::open(std::int64_t id) {
+void frmStopTripType::openRecord(std::int64_t id) {
     const auto stored = data::readRecord(routing(), tripFields(), tripRecordSql(id));
     id_ = id;
     if (stored) {
@@ -273,7 +273,7 @@ bool frmStopTripType::timeRun() {
         base::MsgBox(fmt::format(OffRunText, held_.stopId, held_.run), OffRunTitle,
                      base::MsgIcon::Exclamation);
     }
-    open(id_);
+    openRecord(id_);
     return timed;
 }
 
@@ -309,7 +309,7 @@ bool frmStopTripType::mayLeave() {
 void frmStopTripType::step(int places) {
     const auto target = static_cast<std::int64_t>(place_) + places;
     if (target >= 0 && target < std::ssize(ids_) && mayLeave()) {
-        open(ids_[static_cast<std::size_t>(target)]);
+        openRecord(ids_[static_cast<std::size_t>(target)]);
     }
 }
 

@@ -48,7 +48,7 @@ protected:
 private:
     void wire();
 
-    void open(std::int64_t id);
+    void openRecord(std::int64_t id);
     void hold(const TripRecord& record);
     void present(const TripRecord& record);
     void showHead();

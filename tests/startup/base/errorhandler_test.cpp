@@ -187,10 +187,11 @@ TEST_F(ErrorHandler, ThePushPastTheCapacityFails) {
 TEST_F(ErrorHandler, RefusesAnyOtherDestination) {
     const std::pair<base::Value, const char*> others[] = {
         {12, "3"}, {{}, "1"}, {true, "11"}, {base::Date{}, "7"}};
-    for (const auto& [value, type] : others) {
+    for (const auto& other : others) {
+        const base::Value& value = other.first;
         EXPECT_THAT([&] { handler_.Destination(value); },
                     testing::ThrowsMessage<base::RunTimeError>(
-                        std::string("Invalid object type: ") + type));
+                        std::string("Invalid object type: ") + other.second));
         EXPECT_EQ(errorOf([&] { return handler_.Destination(value), 0; }),
                   static_cast<int>(0x800403E8U));
     }

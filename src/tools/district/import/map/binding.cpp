@@ -71,8 +71,10 @@ void Binding::bindByMap(const MapSection& section) {
             }
             bound_.push_back({field, how.number - 1, how});
         } else if (!how.column.empty()) {
-            const auto found = std::ranges::find_if(
-                header_, [&](const auto& one) { return base::equalsNoCase(one, how.column); });
+            const auto found =
+                std::ranges::find_if(header_, [&wanted = how.column](const auto& one) {
+                    return base::equalsNoCase(one, wanted);
+                });
             if (found == header_.end()) {
                 throw base::RunTimeError(
                     base::errors::InvalidProcedureCall,
