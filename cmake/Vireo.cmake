@@ -136,8 +136,7 @@ function(_vireo_test name headers)
   target_compile_options(${name} PRIVATE ${VIREO_TEST_OPTIONS})
   target_precompile_headers(${name} REUSE_FROM ${headers})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120 ENVIRONMENT
-      "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks.txt:print_suppressions=0")
+    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
 endfunction()
 
 set(VIREO_TEST_OPTIONS -O0 -fPIC -fpch-preprocess)
