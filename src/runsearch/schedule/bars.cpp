@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "runsearch/schedule/frame.h"
 #include "runsearch/schedule/telling.h"
@@ -249,6 +250,7 @@ private:
     QPainter& painter_;
     const Frame& frame_;
     const Row& row_;
+    double plateEnd_ = std::numeric_limits<double>::lowest();  ///< of the last plate in the row
 };
 
 void TroublePainter::paint(const Bar& bar) {
@@ -357,6 +359,11 @@ void TroublePainter::paintPlateOf(const Bar& bar, const QRectF& rect, bool isTig
         left = until - from > width ? (from + until - width) / 2
                                     : std::min(left, until - width - 2 * frame_.unit);
     }
+    // Of many overlaps at once those are told that can be read; the card tells the others.
+    if (left < plateEnd_) {
+        return;
+    }
+    plateEnd_ = left + width;
     const auto& colours = *frame_.colours;
     if (isTight) {
         painter_.setPen(QPen(colours.amberLine, 1));
