@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "tools/district/archive/archivereader.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {
@@ -56,49 +57,6 @@ void requireWritten(archive& one, la_ssize_t code) {
     }
 }
 
-/// Reads one archive; anything but a plain success is a fault.
-class Reader {
-public:
-    explicit Reader(const fs::path& file) : file_(file) {
-        archive_read_support_filter_zstd(archive_.get());
-        archive_read_support_format_tar(archive_.get());
-        require(archive_read_open_filename(archive_.get(), file.c_str(), BlockSize));
-    }
-
-    /// The name of the next file; empty behind the last.
-    std::string next() {
-        archive_entry* entry = nullptr;
-        const int code = archive_read_next_header(archive_.get(), &entry);
-        if (code == ARCHIVE_EOF) {
-            return {};
-        }
-        require(code);
-        const char* name = archive_entry_pathname(entry);
-        return name == nullptr ? "?" : name;
-    }
-
-    /// The next bytes of that file; empty at its end.
-    std::string_view block() {
-        const la_ssize_t got = archive_read_data(archive_.get(), buffer_.data(), buffer_.size());
-        require(got);
-        return {buffer_.data(), static_cast<std::size_t>(got)};
-    }
-
-private:
-    void require(la_ssize_t code) const {
-        if (code < ARCHIVE_OK) {
-            const char* reason = archive_error_string(archive_.get());
-            refuse(fmt::format("{} is no back-up, or a damaged one: {}.", file_.string(),
-                               reason == nullptr ? "it cannot be read" : reason));
-        }
-    }
-
-    fs::path file_;
-    std::unique_ptr<archive, void (*)(archive*)> archive_{
-        archive_read_new(), [](archive* one) { archive_read_free(one); }};
-    std::array<char, BlockSize> buffer_{};
-};
-
 /// A new file that only its owner reads.
 class PrivateFile {
 public:
@@ -132,7 +90,7 @@ private:
     int handle_;
 };
 
-std::string sumOfUnpacked(Reader& reader, const fs::path& to, const BytesRead& read) {
+std::string sumOfUnpacked(ArchiveReader& reader, const fs::path& to, const BytesRead& read) {
     Sum sum;
     PrivateFile file(to);
     for (auto block = reader.block(); !block.empty(); block = reader.block()) {
@@ -144,7 +102,7 @@ std::string sumOfUnpacked(Reader& reader, const fs::path& to, const BytesRead& r
     return sum.text();
 }
 
-std::string textOf(Reader& reader) {
+std::string textOf(ArchiveReader& reader) {
     constexpr std::size_t Longest = 1 << 16;
     std::string text;
     for (auto block = reader.block(); !block.empty() && text.size() < Longest;
@@ -215,7 +173,7 @@ void ArchiveWriter::finish() {
 void unpackArchive(const fs::path& file,
                    const std::function<fs::path(const std::string& name)>& target,
                    const BytesRead& read) {
-    Reader reader(file);
+    ArchiveReader reader(file, ArchiveReader::Kind::ZstdTar);
     std::map<std::string, std::string> found;
     std::map<std::string, std::string> wanted;
     for (std::string name = reader.next(); !name.empty(); name = reader.next()) {

@@ -4,12 +4,11 @@
 #include <charconv>
 #include <memory>
 
-#include <archive.h>
-#include <archive_entry.h>
 #include <fmt/format.h>
 
 #include "platform/base/text.h"
 #include "platform/files/files.h"
+#include "tools/district/archive/archivereader.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {
@@ -40,58 +39,20 @@ std::string_view nameIn(std::string_view path) {
     return {};
 }
 
-/// Goes through an archive; a fault of any call is a fault of the archive, half a file none of it.
-class Archive {
-public:
-    explicit Archive(const fs::path& path) : path_(path) {
-        archive_read_support_format_zip(archive_.get());
-        require(archive_read_open_filename(archive_.get(), path.c_str(), 1 << 16));
-    }
-
-    /// The name of the next entry; empty behind the last.
-    std::string next() {
-        archive_entry* entry = nullptr;
-        const int code = archive_read_next_header(archive_.get(), &entry);
-        if (code == ARCHIVE_EOF) {
-            return {};
-        }
-        require(code);
-        const char* name = archive_entry_pathname(entry);
-        return name == nullptr ? "?" : name;
-    }
-
-    std::string read(std::size_t most) {
-        std::string text;
-        std::array<char, 1 << 16> block{};
-        for (;;) {
-            const la_ssize_t got = archive_read_data(archive_.get(), block.data(), block.size());
-            require(got);
-            if (got == 0) {
-                return text;
-            }
-            text.append(block.data(), static_cast<std::size_t>(got));
-            if (text.size() > most) {
-                refuse(fmt::format("{} unpacks to more than a gigabyte.", path_.string()));
-            }
+/// The rest of the file that an archive stands at, of at most so many bytes.
+std::string readWhole(ArchiveReader& archive, const fs::path& path, std::size_t most) {
+    std::string text;
+    for (auto block = archive.block(); !block.empty(); block = archive.block()) {
+        text += block;
+        if (text.size() > most) {
+            refuse(fmt::format("{} unpacks to more than a gigabyte.", path.string()));
         }
     }
-
-private:
-    void require(la_ssize_t code) const {
-        if (code != ARCHIVE_OK && code < 1) {
-            const char* reason = archive_error_string(archive_.get());
-            refuse(fmt::format("{} is no zip archive, or a damaged one: {}.", path_.string(),
-                               reason == nullptr ? "it cannot be read" : reason));
-        }
-    }
-
-    fs::path path_;
-    std::unique_ptr<archive, void (*)(archive*)> archive_{
-        archive_read_new(), [](archive* one) { archive_read_free(one); }};
-};
+    return text;
+}
 
 bool isTimetableIn(const fs::path& path) {
-    Archive archive(path);
+    ArchiveReader archive(path, ArchiveReader::Kind::Zip);
     for (std::string entry = archive.next(); !entry.empty(); entry = archive.next()) {
         if (nameIn(entry) == Timetable) {
             return true;
@@ -117,12 +78,12 @@ FeedFiles::FeedFiles(const fs::path& path) {
             }
         }
     } else {
-        Archive archive(path);
+        ArchiveReader archive(path, ArchiveReader::Kind::Zip);
         std::size_t left = MostBytes;
         for (std::string entry = archive.next(); !entry.empty(); entry = archive.next()) {
             if (const std::string_view name = nameIn(entry); !name.empty()) {
                 std::string& text = files_[std::string(name)];
-                text = archive.read(left);
+                text = readWhole(archive, path, left);
                 left -= text.size();
             }
         }
