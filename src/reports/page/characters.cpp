@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 
 #include <fribidi.h>
 
+#include "platform/base/utf8.h"
 #include "reports/page/fonts.h"
 
 namespace reports {
@@ -14,50 +14,17 @@ namespace {
 
 constexpr char32_t Replacement = 0xFFFD;
 
-struct Decoded {
-    char32_t code = Replacement;
-    std::size_t size = 1;
-};
-
-bool isSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
-
-/// The character of `size` bytes whose first byte holds `bits` of it; none where it is written
-/// wrongly or longer than it must be.
-std::optional<char32_t> several(std::string_view text, std::size_t size, char32_t bits) {
-    constexpr char32_t Least[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (text.size() < size) {
-        return std::nullopt;
-    }
-    for (std::size_t at = 1; at < size; ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        if ((byte & 0xC0U) != 0x80U) {
-            return std::nullopt;
-        }
-        bits = bits << 6U | (byte & 0x3FU);
-    }
-    const bool isRight = bits >= Least[size] && bits <= 0x10FFFF && !isSurrogate(bits);
-    return isRight ? std::optional(bits) : std::nullopt;
-}
-
-Decoded decoded(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    if (first < 0x80) {
-        return {first, 1};
-    }
-    const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4) {
-        return {};
-    }
-    const auto code = several(text, size, first & (0xFFU >> (size + 1)));
-    return code ? Decoded{*code, size} : Decoded{};
+/// What is no UTF-8 counts byte by byte.
+base::Character decoded(std::string_view text) {
+    return base::wholeCharacter(text).value_or(base::Character{Replacement, 1});
 }
 
 bool isControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 
 /// What a painter refuses: neither a character nor a blank of any kind.
-bool isFault(std::string_view text, const Decoded& character) {
+bool isFault(const base::Character& character) {
     const bool isBroken = character.code == Replacement && character.size == 1;
-    return isBroken || isControl(character.code) || text.empty();
+    return isBroken || isControl(character.code);
 }
 
 }  // namespace
@@ -67,7 +34,7 @@ Characters charactersOf(std::string_view text) {
     characters.codes.reserve(text.size());
     characters.starts.reserve(text.size() + 1);
     for (std::size_t at = 0; at < text.size();) {
-        const Decoded character = decoded(text.substr(at));
+        const base::Character character = decoded(text.substr(at));
         characters.codes.push_back(isControl(character.code) ? U' ' : character.code);
         characters.starts.push_back(static_cast<std::uint32_t>(at));
         at += character.size;
@@ -81,8 +48,8 @@ bool isClean(std::string_view text) {
         return true;
     }
     for (std::size_t at = 0; at < text.size();) {
-        const Decoded character = decoded(text.substr(at));
-        if (isFault(text, character)) {
+        const base::Character character = decoded(text.substr(at));
+        if (isFault(character)) {
             return false;
         }
         at += character.size;
@@ -94,10 +61,10 @@ std::string cleaned(std::string_view text) {
     std::string clean;
     clean.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
-        const Decoded character = decoded(text.substr(at));
+        const base::Character character = decoded(text.substr(at));
         if (isControl(character.code)) {
             clean += ' ';
-        } else if (isFault(text, character)) {
+        } else if (isFault(character)) {
             clean += "\xEF\xBF\xBD";
         } else {
             clean += text.substr(at, character.size);

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "platform/base/utf8.h"
+
 namespace tools::district {
 
 namespace {
@@ -19,31 +21,6 @@ constexpr std::array<char16_t, 32> Upper = {
 
 char16_t characterOf(unsigned char byte) {
     return byte >= 0x80 && byte < 0xA0 ? Upper.at(byte - 0x80U) : byte;
-}
-
-/// The bytes of the character that begins here; 0 where none does.
-std::size_t validSize(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const auto follows = [&](std::size_t i, unsigned low, unsigned high) {
-        return i < text.size() && byte(i) >= low && byte(i) <= high;
-    };
-    const unsigned char first = byte(0);
-    if (first < 0x80) {
-        return 1;
-    }
-    if (first < 0xE0) {
-        return first >= 0xC2 && follows(1, 0x80, 0xBF) ? 2 : 0;
-    }
-    if (first < 0xF0) {
-        const unsigned low = first == 0xE0 ? 0xA0 : 0x80;
-        const unsigned high = first == 0xED ? 0x9F : 0xBF;
-        return follows(1, low, high) && follows(2, 0x80, 0xBF) ? 3 : 0;
-    }
-    const unsigned low = first == 0xF0 ? 0x90 : 0x80;
-    const unsigned high = first == 0xF4 ? 0x8F : 0xBF;
-    const bool isWhole =
-        first <= 0xF4 && follows(1, low, high) && follows(2, 0x80, 0xBF) && follows(3, 0x80, 0xBF);
-    return isWhole ? 4 : 0;
 }
 
 void append(char16_t character, std::string& utf8) {
@@ -65,11 +42,11 @@ void append(char16_t character, std::string& utf8) {
 std::size_t firstInvalid(std::string_view text) {
     std::size_t at = 0;
     while (at < text.size()) {
-        const std::size_t size = validSize(text.substr(at));
-        if (size == 0) {
+        const auto character = base::wholeCharacter(text.substr(at));
+        if (!character) {
             break;
         }
-        at += size;
+        at += character->size;
     }
     return at;
 }
