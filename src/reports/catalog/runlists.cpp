@@ -24,20 +24,20 @@ std::vector<Column> longColumns() {
 }
 
 Definition longList() {
-    return {.report = {.id = "run-list",
-                       .title = "Run list",
-                       .purpose = "Compare the runs of each school: times, miles, riders and load",
-                       .columns = longColumns(),
-                       .groups = {{"SCHOOLNAME", "SCHOOLNAME", "run"}},
-                       .breaks = {PageBreak::None, PageBreak::School},
-                       .landscape = true,
-                       .foot = "Load is riders over the seats of the bus at the run's capacity "
-                               "level; more than 100 is more riders than seats."},
-            .groupOrder = "SCHOOLNAME",
-            .runOrder = "STARTTIME, RUN",
-            .rows = Runs,
-            .order = "R.ID",
-            .all = "All schools"};
+    return {
+        .report = {.id = "run-list",
+                   .title = "Run list",
+                   .purpose = "Compare the runs of each school: times, miles, riders and load",
+                   .columns = longColumns(),
+                   .groups = {{"SCHOOLNAME", "SCHOOLNAME", "run"}},
+                   .breaks = {PageBreak::None, PageBreak::School},
+                   .landscape = true,
+                   .foot = "Load is riders over the seats of the bus at the run's capacity level."},
+        .groupOrder = "SCHOOLNAME",
+        .runOrder = "STARTTIME, RUN",
+        .rows = Runs,
+        .order = "R.ID",
+        .all = "All schools"};
 }
 
 Definition byRoute() {
