@@ -34,13 +34,12 @@ void Added::take(Total kind, const base::Value& cell) {
     if (cell.isNull() || kind == Total::None) {
         return;
     }
-    if (total.isNull()) {
-        total = cell;
-    } else if (kind == Total::Sum) {
+    if (kind == Total::Sum && !total.isNull()) {
         total = cell.isInteger() && total.isInteger()
                     ? base::Value(total.asInteger() + cell.asInteger())
                     : base::Value(total.asNumber() + cell.asNumber());
-    } else if (kind == Total::Least ? isLess(cell, total) : isLess(total, cell)) {
+    } else if (total.isNull() ||
+               (kind == Total::Least ? isLess(cell, total) : isLess(total, cell))) {
         total = cell;
     }
 }

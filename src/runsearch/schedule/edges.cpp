@@ -182,12 +182,13 @@ void paintGround(QPainter& painter, const Frame& frame) {
         frame.detail() >= Detail::SmallWords && frame.chart->layout.order == Order::ByRoute;
     const double height = stripes ? frame.rowHeight : PartHeight;
     const double until = std::max(frame.plot.bottom(), frame.y(last));
-    int part = first;
-    for (double top = stripes ? frame.y(first) : frame.plot.top(); top < until; top += height) {
-        const bool isOdd = stripes && part < last && part % 2 == 1;
-        paintPart(painter, frame, {frame.plot.left(), top, frame.plot.width(), height},
+    const double start = stripes ? frame.y(first) : frame.plot.top();
+    const int parts = static_cast<int>(std::ceil((until - start) / height));
+    for (int i = 0; i < parts; ++i) {
+        const bool isOdd = stripes && first + i < last && (first + i) % 2 == 1;
+        paintPart(painter, frame,
+                  {frame.plot.left(), start + i * height, frame.plot.width(), height},
                   isOdd ? frame.colours->oddRow : frame.colours->ground);
-        ++part;
     }
     if (painter.paintEngine()->type() != QPaintEngine::Raster) {
         paintGrid(painter, frame, frame.plot);

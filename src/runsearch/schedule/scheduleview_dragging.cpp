@@ -98,9 +98,12 @@ bool ScheduleView::sketchByKey(const QKeyEvent& event) {
     Drag drag{bar->run, run.route, *run.start};
     const auto& rows = frame_.chart->rows;
     const auto toRow = [&](int direction) {
-        const auto row = static_cast<std::size_t>(bar->row + direction);
-        if (row < rows.size() && rows[row].kind == RowKind::Route) {
-            drag.route = rows[row].subject;
+        const int row = bar->row + direction;
+        if (row < 0 || row >= std::ssize(rows)) {
+            return;
+        }
+        if (const auto& to = rows[static_cast<std::size_t>(row)]; to.kind == RowKind::Route) {
+            drag.route = to.subject;
         }
     };
     switch (event.key()) {

@@ -43,11 +43,11 @@ std::string kindOf(std::string_view name) {
 
 fs::path fileOf(const BackupOptions& options) {
     const fs::path target = fs::absolute(options.target).lexically_normal();
-    const fs::path file = fs::is_directory(target)
-                              ? target / fmt::format("{}-{:%Y-%m-%d-%H%M%S}.tar.zst",
-                                                     options.folders.root.filename().string(),
-                                                     fmt::localtime(std::time(nullptr)))
-                              : target;
+    fs::path file = fs::is_directory(target)
+                        ? target / fmt::format("{}-{:%Y-%m-%d-%H%M%S}.tar.zst",
+                                               options.folders.root.filename().string(),
+                                               fmt::localtime(std::time(nullptr)))
+                        : target;
     if (fs::exists(file)) {
         refuse(fmt::format("There is a file {} already. Choose another name.", file.string()));
     }
@@ -120,6 +120,7 @@ private:
 
 void copyFiles(const Folders& from, const Folders& to, Progress& progress) {
     std::vector<std::string> paths;
+    paths.reserve(std::size(data::AllDatabaseFiles));
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         paths.push_back(from.database(file).string());
     }

@@ -60,7 +60,7 @@ std::optional<std::string> askPassword(const std::string& user, std::ostream& co
 
 std::optional<std::string> firstPassword(const std::string& user, bool isTyped, std::istream& in,
                                          std::ostream& complaints) {
-    const auto password =
+    auto password =
         isTyped ? askPassword(user, complaints, "it is not shown") : readLine(in, complaints);
     if (!password || !canBeStored(*password, complaints)) {
         return std::nullopt;

@@ -93,6 +93,7 @@ TripSign tripSign(std::string_view text) {
 
 std::vector<std::size_t> tripsWith(const Feed& feed, const std::vector<TripSign>& signs) {
     std::vector<QRegularExpression> patterns;
+    patterns.reserve(signs.size());
     for (const TripSign& sign : signs) {
         patterns.push_back(expression(sign.pattern));
     }

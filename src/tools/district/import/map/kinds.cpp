@@ -48,14 +48,14 @@ CellSource owner(std::string column) { return rowOf(std::move(column), 0); }
 
 /// A code that stands in its own table under its own name.
 CellSource code(std::string column, std::string field, const std::string& table,
-                std::string keyColumn = {}) {
+                const std::string& keyColumn = {}) {
     static const std::vector<std::string> MayBeMadeUp = {"SCHOOLTYPE", "LOCCODE", "RUNFAMILY",
                                                          "SPECIALNEEDS"};
     return {.column = std::move(column),
             .field = std::move(field),
             .reference =
                 Reference{.table = table,
-                          .column = keyColumn.empty() ? table : std::move(keyColumn),
+                          .column = keyColumn.empty() ? table : keyColumn,
                           .isCode = std::ranges::find(MayBeMadeUp, table) != MayBeMadeUp.end()}};
 }
 
