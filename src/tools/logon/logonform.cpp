@@ -4,7 +4,7 @@
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
-#include "platform/files/files.h"
+#include "platform/files/installation.h"
 #include "platform/password/password.h"
 #include "platform/process/process.h"
 #include "startup/base/mdlDBConnection.h"
@@ -148,7 +148,7 @@ void LogonForm::waitOneSecond() { letWait(secondsLeft_ - 1); }
 
 void LogonForm::startProgram(const User& user) {
     std::vector<std::string> folders = foldersOfPath();
-    folders.insert(folders.begin(), {files::programFolder(), startup::gProgPath});
+    folders.insert(folders.begin(), {files::installation().programs, startup::gProgPath});
     const std::string program = findProgram(program_, folders);
     if (program.empty()) {
         showMessage(tr("The program %1 is neither in %2, in %3 nor on the search path.")

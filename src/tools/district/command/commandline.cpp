@@ -15,7 +15,7 @@
 #include "platform/base/date.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
-#include "platform/files/files.h"
+#include "platform/files/installation.h"
 #include "tools/district/backup/backup.h"
 #include "tools/district/backup/restore.h"
 #include "tools/district/base/folders.h"
@@ -261,7 +261,7 @@ bool restore(const Call& call) {
     const auto former = restoreDistrict(call.words[0], call.words[1], progress);
     progress.clear();
     const Folders folders = foldersOf(call.words[1]);
-    linkCompanions(files::programFolder(), folders.programs());
+    linkCompanions(files::installation().companions, folders.programs());
     call.out << fmt::format("Restored {}.\n", folders.root.string());
     if (former) {
         call.out << fmt::format("The files as they were are in {}.\n", former->string());
@@ -373,7 +373,8 @@ bool report(const Call& call) {
 
 bool programs(const Call& call) {
     const Folders folders = foldersOf(call.words[0]);
-    for (const std::string& name : linkCompanions(files::programFolder(), folders.programs())) {
+    for (const std::string& name :
+         linkCompanions(files::installation().companions, folders.programs())) {
         call.out << fmt::format("Linked {}.\n", name);
     }
     return true;

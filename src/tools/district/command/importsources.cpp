@@ -9,7 +9,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/text.h"
-#include "platform/files/files.h"
+#include "platform/files/installation.h"
 #include "platform/store/database.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/import/feed/schoolruns.h"
@@ -36,7 +36,7 @@ std::string runReader(const fs::path& file, const QStringList& more, const fs::p
     constexpr int LongestWaitMs = 300'000;
     QProcess reader;
     reader.setStandardOutputFile(QString::fromStdString(output.string()));
-    reader.start(QString::fromStdString(files::programFolder() + "/vireo-read-access"),
+    reader.start(QString::fromStdString(files::installation().companions + "/vireo-read-access"),
                  QStringList{QString::fromStdString(file.string())} + more);
     const bool isEnded = reader.waitForFinished(LongestWaitMs);
     if (reader.error() == QProcess::FailedToStart) {

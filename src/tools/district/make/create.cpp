@@ -1,6 +1,6 @@
 #include "tools/district/make/create.h"
 
-#include "platform/files/files.h"
+#include "platform/files/installation.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/generator.h"
@@ -38,7 +38,7 @@ void createDistrict(const CreateOptions& options, Progress& progress) {
     if (!district.licence.empty()) {
         writePrivateFile(folder.folders().data() / "LICENSE-RSRB01.txt", district.licence);
     }
-    linkCompanions(files::programFolder(), folder.folders().programs());
+    linkCompanions(files::installation().companions, folder.folders().programs());
     folder.finish();
 }
 
