@@ -250,7 +250,9 @@ private:
     void put(const SheetHead& head) {
         endSheet();
         sheet_ = true;
-        write("<article class=\"sheet\">\n<header>" + element("h2", "", head.plate) +
+        write("<article class=\"sheet\">\n" +
+              element("p", "running", joined({head.plate, head.title}, " – ")) + "<header>" +
+              element("h2", "", head.plate) +
               block("start", element("p", "big", head.title) + element("p", "", head.subtitle)) +
               block("end", element("p", "big", head.right) + element("p", "", head.rightSub)) +
               "</header>\n");

@@ -74,6 +74,7 @@ constexpr std::string_view Sheets = R"(
 .turns svg{width:1.1rem;height:1.1rem;fill:none;stroke:currentColor;stroke-width:2.2;stroke-linejoin:miter;align-self:center}
 .rest{margin:.4rem .5rem 0 8rem}
 .quiet{color:var(--soft)}
+.running{display:none}
 @media screen and (max-width:600px){
 .band{grid-template-columns:4.6rem 1.8rem 1fr auto}
 .band .bus,.band .id{grid-column:4}
@@ -81,7 +82,8 @@ constexpr std::string_view Sheets = R"(
 .names,.note,.rest,.turns li{margin-left:0;padding-left:.5rem}
 }
 @media print{
-.sheet{break-before:page;max-width:none;margin:0;content-visibility:visible}
+.sheet{display:table;width:100%;break-before:page;max-width:none;margin:0;content-visibility:visible}
+.running{display:table-header-group;break-inside:avoid;color:var(--soft);font-size:8pt}
 .sheet:first-of-type{break-before:auto}
 .sheet li{break-inside:avoid}
 }
