@@ -135,8 +135,15 @@ function(_vireo_test name headers)
   target_compile_definitions(${name} PRIVATE VIREO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   target_compile_options(${name} PRIVATE ${VIREO_TEST_OPTIONS})
   target_precompile_headers(${name} REUSE_FROM ${headers})
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  set(environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  if(VIREO_SANITIZE)
+    # To start a sanitized program takes longer than most tests: all of a program run in one process.
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT "${environment}")
+  else()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+      PROPERTIES TIMEOUT 120 ENVIRONMENT "${environment}")
+  endif()
 endfunction()
 
 set(VIREO_TEST_OPTIONS -O0 -fPIC -fpch-preprocess)
