@@ -38,7 +38,7 @@ QStringList labels(const QWidget& box) {
 }
 
 TEST_F(FormsTest, KeysGiveTheDefaultTheAnswerThatChangesNothingAndTheLetter) {
-    const auto answered = [&](MsgRequest request, Qt::Key key) {
+    const auto answered = [&](const MsgRequest& request, Qt::Key key) {
         return shownAnd(request,
                         [key](forms::MessageBox& box) { QTest::keyClick(box.focusWidget(), key); });
     };

@@ -24,7 +24,7 @@ using testing::HasSubstr;
 
 /// What opening a file raises, checked to name the file.
 store::StoreError openingOf(const std::string& path, int timeoutMs = 50) {
-    const auto error = refusalOf([&] { return store::open(path, timeoutMs); });
+    auto error = refusalOf([&] { return store::open(path, timeoutMs); });
     EXPECT_THAT(error.description(), HasSubstr(path));
     return error;
 }

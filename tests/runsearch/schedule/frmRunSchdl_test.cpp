@@ -222,7 +222,7 @@ TEST_F(RunSchedule, BreaksPagesBetweenRowsAndLosesNone) {
 TEST_F(RunSchedule, ExportsFilesThatSayWhatTheyAre) {
     show();
     const auto begins = [&](const char* name) {
-        const auto file = QString::fromStdString(district.folder() + name);
+        auto file = QString::fromStdString(district.folder() + name);
         forms::setFileChooser([&](const forms::FileQuestion& asked) {
             EXPECT_TRUE(asked.isToWrite);
             return file;

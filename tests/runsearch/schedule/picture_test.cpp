@@ -99,8 +99,9 @@ TEST(Picture, PaintsTheGreatestNumberOfEachPixelOfACurve) {
         painter.end();
         for (int x = 0; x < image.width(); ++x) {
             int most = 0;
-            for (double time = scale.timeAt(x); time < scale.timeAt(x + 1); time += 1) {
-                most = std::max(most, curve.at(static_cast<Seconds>(time)));
+            const double begin = scale.timeAt(x);
+            for (int i = 0; begin + i < scale.timeAt(x + 1); ++i) {
+                most = std::max(most, curve.at(static_cast<Seconds>(begin + i)));
             }
             int height = 0;
             while (height < full && image.pixelColor(x, full - 1 - height) == Qt::black) {
