@@ -14,6 +14,7 @@
 #include "platform/files/files.h"
 #include "platform/table/csv.h"
 #include "tools/district/base/refuse.h"
+#include "tools/district/import/apply/rowspool.h"
 #include "tools/district/import/apply/runfinish.h"
 #include "tools/district/import/apply/tablewriter.h"
 
@@ -237,12 +238,13 @@ public:
     ImportResult run() {
         for (int attempt = 1; attempt <= MostAttempts; ++attempt) {
             const auto marks = marksOf(district_);
-            ImportOutcome outcome = compare();
+            RowSpool spool;
+            ImportOutcome outcome = compare(spool);
             if (!options_.apply || !outcome.hasChanges()) {
                 noteUnchanged(outcome);
                 return {std::move(outcome), false};
             }
-            if (write(marks)) {
+            if (write(marks, spool, outcome)) {
                 return {std::move(outcome), true};
             }
             comparison_.forgetDistrict();
@@ -253,10 +255,11 @@ public:
     }
 
 private:
-    ImportOutcome compare() {
+    ImportOutcome compare(RowSpool& spool) {
         RejectedFile rejected(options_.rejected);
         ImportOutcome outcome = comparison_.read(
-            nullptr, [&](const Rejection& one) { rejected.add(one); }, progress_);
+            options_.apply ? &spool : nullptr, [&](const Rejection& one) { rejected.add(one); },
+            progress_);
         rejected.close();
         return outcome;
     }
@@ -271,7 +274,8 @@ private:
     }
 
     /// False where somebody has written since the comparison.
-    bool write(const std::vector<std::int64_t>& marks) {
+    bool write(const std::vector<std::int64_t>& marks, RowSpool& spool,
+               const ImportOutcome& outcome) {
         progress_.begin("Waiting for other programs", 0);
         WriteLocks locks(district_, filesToLock(comparison_));
         if (marksOf(district_) != marks) {
@@ -279,9 +283,9 @@ private:
         }
         const ImportAudit audit{options_.user, options_.now, sources_.front().kind->isTable};
         TableWriter writer(district_, audit);
-        const ImportOutcome written = comparison_.read(&writer, {}, progress_);
+        spool.writeTo(writer, progress_);
         progress_.begin("Finishing", 0);
-        finishRuns(comparison_, written, district_, audit);
+        finishRuns(comparison_, outcome, district_, audit);
         comparison_.runs().record();
         locks.commit();
         return true;

@@ -28,69 +28,85 @@ store::Statement& TableWriter::prepared(const StoredTable& table, const std::str
     return *statement;
 }
 
-std::int64_t TableWriter::add(const StoredTable& table,
-                              std::span<const store::Column* const> columns,
-                              std::span<const base::Value> values) {
-    std::vector<const store::Column*> all(columns.begin(), columns.end());
-    std::vector<base::Value> cells(values.begin(), values.end());
-    if (isAudited(table)) {
-        for (const auto& [column, value] : {std::pair{"CreatedBy", base::Value(audit_.user)},
-                                            {"CREATEDDT", audit_.now},
-                                            {"ChangedBy", audit_.user},
-                                            {"changeddt", audit_.now}}) {
-            all.push_back(table.table().find(column));
-            cells.push_back(value);
-        }
+std::vector<store::ColumnValue> TableWriter::auditOf(const StoredTable& table) const {
+    if (!isAudited(table)) {
+        return {};
     }
-    const store::Column* counter = counterOf(table.table());
-    const auto given = std::ranges::find(all, counter);
-    if (counter == nullptr || given != all.end()) {
-        insert(table, all, cells);
-        return counter == nullptr
-                   ? 0
-                   : cells[static_cast<std::size_t>(given - all.begin())].asInteger();
-    }
-    return addCounted(table, *counter, std::move(all), std::move(cells));
+    const auto column = [&](const char* name) { return table.table().find(name); };
+    return {{column("CreatedBy"), audit_.user},
+            {column("CREATEDDT"), audit_.now},
+            {column("ChangedBy"), audit_.user},
+            {column("changeddt"), audit_.now}};
 }
 
-/// The store gives the first new row its number, the others count on from there: nobody else writes
-/// meanwhile.
-std::int64_t TableWriter::addCounted(const StoredTable& table, const store::Column& counter,
-                                     std::vector<const store::Column*> columns,
-                                     std::vector<base::Value> values) {
-    auto& last = lastNumbers_[table.table().name];
-    if (last == 0) {
-        std::vector<store::ColumnValue> cells;
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            if (!values[i].isNull()) {
-                cells.push_back({columns[i], values[i]});
-            }
-        }
-        store::Database& file = fileOf(table);
-        last = file.insert(*file.catalog().find(table.table().name), cells).asInteger();
-        return last;
+TableWriter::Insertion TableWriter::prepareInsertion(
+    const StoredTable& table, std::span<const store::Column* const> columns) {
+    Insertion into{.table = &table,
+                   .given = {columns.begin(), columns.end()},
+                   .statement = nullptr,
+                   .counter = counterOf(table.table())};
+    into.counterGiven =
+        static_cast<std::size_t>(std::ranges::find(columns, into.counter) - columns.begin());
+    auto all = into.given;
+    for (const store::ColumnValue& cell : auditOf(table)) {
+        all.push_back(cell.column);
     }
-    columns.push_back(&counter);
-    values.emplace_back(++last);
-    insert(table, columns, values);
-    return last;
-}
-
-void TableWriter::insert(const StoredTable& table, std::span<const store::Column* const> columns,
-                         std::span<const base::Value> values) {
+    if (into.counter != nullptr && into.counterGiven == columns.size()) {
+        all.push_back(into.counter);
+    }
     std::string names;
     std::string places;
-    for (const store::Column* column : columns) {
+    for (const store::Column* column : all) {
         names += fmt::format("{}\"{}\"", names.empty() ? "" : ", ", column->name);
         places += places.empty() ? "?" : ", ?";
     }
-    store::Statement& statement = prepared(table, fmt::format("INSERT INTO \"{}\" ({}) VALUES ({})",
-                                                              table.table().name, names, places));
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        statement.bind(static_cast<int>(i), values[i]);
+    into.statement = fileOf(table).prepare(
+        fmt::format("INSERT INTO \"{}\" ({}) VALUES ({})", table.table().name, names, places));
+    return into;
+}
+
+TableWriter::Insertion& TableWriter::insertionOf(const StoredTable& table,
+                                                 std::span<const store::Column* const> columns) {
+    const auto found = std::ranges::find_if(insertions_, [&](const Insertion& one) {
+        return one.table == &table && std::ranges::equal(one.given, columns);
+    });
+    return found != insertions_.end() ? *found
+                                      : insertions_.emplace_back(prepareInsertion(table, columns));
+}
+
+/// The store gives the first new row of a table its number, the others count on from there: nobody
+/// else writes meanwhile.
+std::int64_t TableWriter::add(const StoredTable& table,
+                              std::span<const store::Column* const> columns,
+                              std::span<const base::Value> values) {
+    Insertion& into = insertionOf(table, columns);
+    const bool isNumbered = into.counter != nullptr && into.counterGiven == columns.size();
+    auto& last = lastNumbers_[&table.table()];
+    if (isNumbered && last == 0) {
+        return last = addFirst(into, values);
     }
-    statement.step();
-    statement.reset();
+    int place = 0;
+    for (const base::Value& value : values) {
+        into.statement->bind(place++, value);
+    }
+    for (const store::ColumnValue& cell : auditOf(table)) {
+        into.statement->bind(place++, cell.value);
+    }
+    if (isNumbered) {
+        into.statement->bind(place, ++last);
+    }
+    into.statement->step();
+    into.statement->reset();
+    return isNumbered ? last : into.counter == nullptr ? 0 : values[into.counterGiven].asInteger();
+}
+
+std::int64_t TableWriter::addFirst(const Insertion& into, std::span<const base::Value> values) {
+    std::vector<store::ColumnValue> cells = auditOf(*into.table);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        cells.push_back({into.given[i], values[i]});
+    }
+    store::Database& file = fileOf(*into.table);
+    return file.insert(*file.catalog().find(into.table->table().name), cells).asInteger();
 }
 
 void TableWriter::change(const StoredTable& table, std::int64_t row,

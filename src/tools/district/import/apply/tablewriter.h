@@ -33,20 +33,30 @@ public:
     void remove(const StoredTable& table, std::int64_t row) override;
 
 private:
+    /// A statement for rows that give the same columns of a table.
+    struct Insertion {
+        const StoredTable* table = nullptr;
+        std::vector<const store::Column*> given;
+        std::unique_ptr<store::Statement> statement;  ///< given columns, audit columns, counter
+        const store::Column* counter = nullptr;
+        std::size_t counterGiven = 0;  ///< its place among the given; behind them where it is not
+    };
+
     [[nodiscard]] store::Database& fileOf(const StoredTable& table) const {
         return *district_.at(table.file());
     }
     [[nodiscard]] bool isAudited(const StoredTable& table) const;
+    [[nodiscard]] std::vector<store::ColumnValue> auditOf(const StoredTable& table) const;
+    Insertion& insertionOf(const StoredTable& table, std::span<const store::Column* const> columns);
+    Insertion prepareInsertion(const StoredTable& table,
+                               std::span<const store::Column* const> columns);
+    std::int64_t addFirst(const Insertion& into, std::span<const base::Value> values);
     store::Statement& prepared(const StoredTable& table, const std::string& sql);
-    std::int64_t addCounted(const StoredTable& table, const store::Column& counter,
-                            std::vector<const store::Column*> columns,
-                            std::vector<base::Value> values);
-    void insert(const StoredTable& table, std::span<const store::Column* const> columns,
-                std::span<const base::Value> values);
 
     const OpenDistrict& district_;
     ImportAudit audit_;
-    std::map<std::string, std::int64_t> lastNumbers_;
+    std::vector<Insertion> insertions_;
+    std::map<const store::Table*, std::int64_t> lastNumbers_;
     std::map<std::string, std::unique_ptr<store::Statement>> statements_;
 };
 

@@ -194,7 +194,6 @@ StoredTable& Comparison::of(const std::string& table, const std::vector<std::str
 }
 
 void Comparison::forgetDistrict() {
-    areTablesRead_ = false;
     for (const auto& [name, table] : tables_) {
         table->forget();
     }
@@ -219,7 +218,6 @@ void Comparison::readTables() {
             }
         }
     }
-    areTablesRead_ = true;
 }
 
 ImportOutcome Comparison::read(RowSink* sink, const Reject& reject, Progress& progress) {
@@ -232,12 +230,7 @@ ImportOutcome Comparison::read(RowSink* sink, const Reject& reject, Progress& pr
     otherStops_.clear();
     touched_.clear();
     moved_.clear();
-    if (!areTablesRead_) {
-        readTables();
-    }
-    for (const auto& [name, table] : tables_) {
-        table->startAgain();
-    }
+    readTables();
     for (const auto& source : sources_) {
         readSource(*source);
         finishTable(*source);
@@ -299,7 +292,7 @@ void Comparison::takeRecord(Opened& source, const CsvRecord& record) {
 }
 
 void Comparison::tellNew(TableOutcome& outcome) const {
-    if (sink_ == nullptr && outcome.cases.size() < TableOutcome::MostCases) {
+    if (outcome.cases.size() < TableOutcome::MostCases) {
         outcome.tell("new: " + described());
     }
 }
@@ -412,7 +405,6 @@ std::int64_t Comparison::addRow(const LineReader::BoundRow& bound, const MadeRow
     if (number != KeyMap::None) {
         KeyMap::Entry& entry = table.rows()[number];
         entry.row = added;
-        entry.state = sink_ == nullptr ? State::New : State::Written;
         noteRow(bound, row, entry);
     }
     return added;
@@ -423,7 +415,7 @@ void Comparison::changeRow(const LineReader::BoundRow& bound, const MadeRow& row
     StoredTable& table = *bound.table;
     KeyMap::Entry& entry = table.rows()[number];
     TableOutcome& outcome = outcomeOf(table.table().name);
-    if (sink_ == nullptr && outcome.cases.size() < TableOutcome::MostCases) {
+    if (outcome.cases.size() < TableOutcome::MostCases) {
         outcome.tell(changeTold(bound, row, entry.row));
     }
     if (const auto* school = valueOfColumn(bound, row, "SCHOOL");
@@ -462,15 +454,10 @@ void Comparison::noteRow(const LineReader::BoundRow& bound, const MadeRow& row,
 void Comparison::addCodes(const LineReader::Made& made) {
     for (const auto& [table, code] : made.codes) {
         const std::string key = table->keyText({code});
-        auto number = table->rows().find(key);
-        if (number != KeyMap::None && table->rows()[number].state != State::New) {
+        if (table->rows().find(key) != KeyMap::None) {
             continue;
         }
-        if (number == KeyMap::None) {
-            number = table->rows().add(key, {.state = State::New});
-        } else if (sink_ == nullptr) {
-            continue;
-        }
+        table->rows().add(key, {.state = State::New});
         TableOutcome& outcome = outcomeOf(table->table().name);
         ++outcome.added;
         outcome.tell("new: " + code.asText());
@@ -483,7 +470,6 @@ void Comparison::addCodes(const LineReader::Made& made) {
                 values.emplace_back(true);
             }
             sink_->add(*table, columns, values);
-            table->rows()[number].state = State::Written;
         }
     }
 }
@@ -630,7 +616,7 @@ TableOutcome& Comparison::outcomeOf(const std::string& table) {
 
 void Comparison::reject(Rejection rejection) {
     ++outcome_.refused;
-    if (sink_ == nullptr && *reject_) {
+    if (*reject_) {
         (*reject_)(rejection);
     }
     if (outcome_.rejections.size() < ImportOutcome::MostTold) {

@@ -40,8 +40,8 @@ struct ImportRules {
 /// The open files of a district.
 using OpenDistrict = std::map<data::DatabaseFile, std::unique_ptr<store::Database>>;
 
-/// Compares sources with a district, row by row and in memory. The same reading serves the dry run
-/// and, with a sink, the writing: what is compared is what is written.
+/// Compares sources with a district, row by row and in memory. What differs is told, and handed to
+/// a sink where there is one.
 class Comparison : private TableSet {
 public:
     /// The sources stand in the order of practicalKinds(). Raises base::RunTimeError for a source
@@ -50,11 +50,11 @@ public:
     ~Comparison() override;
 
     using Reject = std::function<void(const Rejection&)>;
-    /// Reads all sources once. Without a sink nothing is written, and refused lines are handed to
-    /// `reject`. Raises Interrupted, base::RunTimeError.
+    /// Reads all sources; refused lines are handed to `reject`. Raises Interrupted,
+    /// base::RunTimeError.
     ImportOutcome read(RowSink* sink, const Reject& reject, Progress& progress);
 
-    /// Everything is read from the district anew with the next reading.
+    /// Before the sources are read once more: everything is read from the district anew.
     void forgetDistrict();
     /// The files that rows go to.
     [[nodiscard]] std::set<data::DatabaseFile> filesWritten() const;
@@ -110,7 +110,6 @@ private:
     std::set<std::string> touched_;
     std::set<std::int64_t> moved_;  ///< students whose school is another one
     std::int64_t several_ = 0;
-    bool areTablesRead_ = false;
 
     Opened* inHand_ = nullptr;
     const CsvRecord* record_ = nullptr;

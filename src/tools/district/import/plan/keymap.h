@@ -18,8 +18,7 @@ public:
     enum class State : std::uint8_t {
         Stored,   ///< stands in the district
         Several,  ///< more than one row of the district has this key
-        New,      ///< comes with the import; its row is a number made up for the time being
-        Written   ///< was new and has been written
+        New       ///< comes with the import; its row is a number made up for the time being
     };
 
     struct Entry {

@@ -12,7 +12,7 @@ namespace tools::district {
 class RowSink {
 public:
     virtual ~RowSink() = default;
-    /// Returns the new row's number.
+    /// Returns the new row's number, by which other rows name it.
     virtual std::int64_t add(const StoredTable& table,
                              std::span<const store::Column* const> columns,
                              std::span<const base::Value> values) = 0;

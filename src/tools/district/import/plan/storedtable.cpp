@@ -43,7 +43,6 @@ void StoredTable::read(store::Database& database) {
     while (rows->step()) {
         readRow(*rows, keyColumns_.size());
     }
-    isRead_ = true;
 }
 
 void StoredTable::readRow(const store::Statement& row, std::size_t keyColumns) {
@@ -69,17 +68,6 @@ void StoredTable::readRow(const store::Statement& row, std::size_t keyColumns) {
               {.row = row.integer(0),
                .digest = digestOf(text),
                .note = noteColumn_.empty() ? std::uint32_t{0} : numberOfNote(row.text(place))});
-}
-
-void StoredTable::forget() {
-    rows_ = {};
-    isRead_ = false;
-}
-
-void StoredTable::startAgain() {
-    for (KeyMap::Number number = 0; number < rows_.size(); ++number) {
-        rows_[number].line = 0;
-    }
 }
 
 std::string StoredTable::keyText(std::vector<base::Value> values) const {

@@ -37,12 +37,9 @@ public:
     void tidyKeys(TidyKey tidy) { tidy_ = std::move(tidy); }
     void repeatKeys(RepeatKey repeat) { repeat_ = std::move(repeat); }
 
-    /// Reads the table, once until it is forgotten.
+    /// Reads the table; it is new or forgotten.
     void read(store::Database& database);
-    [[nodiscard]] bool isRead() const { return isRead_; }
-    void forget();
-    /// Before the sources are read again: no row was met yet.
-    void startAgain();
+    void forget() { rows_ = {}; }
 
     /// The key as a text; the values are tidied.
     [[nodiscard]] std::string keyText(std::vector<base::Value> values) const;
@@ -56,7 +53,7 @@ public:
     [[nodiscard]] KeyMap& rows() { return rows_; }
     [[nodiscard]] std::string_view note(std::uint32_t number) const { return *notes_[number]; }
     [[nodiscard]] std::uint32_t numberOfNote(std::string_view note);
-    /// A number for a new row until it is written; below 0.
+    /// A number for a new row that is not going to be written; below 0.
     [[nodiscard]] std::int64_t madeUpRow() { return --lastMadeUp_; }
 
 private:
@@ -75,7 +72,6 @@ private:
     std::vector<const std::string*> notes_;
     std::int64_t lastMadeUp_ = 0;
     bool mayRepeat_ = false;
-    bool isRead_ = false;
 };
 
 }  // namespace tools::district
