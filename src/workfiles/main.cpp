@@ -4,9 +4,17 @@
 #include "startup/base/mdlErrorHandler.h"
 #include "startup/base/trap.h"
 #include "startup/desktop/desktopprogram.h"
+#include "startup/desktop/selfdescription.h"
 #include "workfiles/DelWrkFiles.h"
 
 namespace {
+
+constexpr std::string_view Help = R"(Usage: DelWrkFiles.exe
+
+Removes the work files of the runs in the map's request list, and ends. Group Solve starts it.
+
+  --help     this text
+  --version  the program's version)";
 
 void removeWorkFiles() {
     startup::SetPaths();
@@ -18,8 +26,10 @@ void removeWorkFiles() {
 
 }  // namespace
 
-// DelWrkFiles.exe: removes the work files of the runs in the request list, and ends.
 int main(int argc, char** argv) {
+    if (startup::isAnsweredAtOnce(argc, argv, Help)) {
+        return 0;
+    }
     startup::applicationInfo().title = "DelWrkFiles";
     return startup::runOnDesktop(argc, argv, "delwrkfiles", removeWorkFiles);
 }

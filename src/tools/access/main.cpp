@@ -8,13 +8,20 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "platform/files/installation.h"
 #include "tools/access/accessfile.h"
 
-// vireo-read-access FILE [TABLE [CODEPAGE]]: the tables of an Access file, or one of them, as
-// separated values in UTF-8. Null is nothing, an empty text "". Writes what is left out and what is
-// wrong to standard error; ends with 0 only where all of it was read.
-
 namespace {
+
+constexpr auto Help = R"(Usage: vireo-read-access FILE [TABLE [CODEPAGE]]
+
+Writes the tables of an Access file, or one of them, as separated values in UTF-8: Null as nothing,
+an empty text as "". What is left out and what is wrong goes to standard error; it ends with 0 only
+where all of it was read. CODEPAGE is that of an Access 97 file, CP1252 where none is named.
+
+  --help     this text
+  --version  the program's version
+)";
 
 using tools::access::AccessFile;
 
@@ -115,8 +122,16 @@ int main(int argc, char** argv) {
     output = ownStream(stdout);
     std::FILE* messages = ownStream(stderr);
     (void)std::setvbuf(messages, nullptr, _IONBF, 0);
+    const std::string_view first = argc > 1 ? argv[1] : "";
+    if (first == "--help" || first == "--version") {
+        const std::string text = first == "--help" ? Help
+                                                   : fmt::format("vireo-read-access {}\n",
+                                                                 files::installation().version);
+        std::fputs(text.c_str(), output);
+        return std::fflush(output) == 0 ? 0 : 1;
+    }
     if (argc < 2 || argc > 4) {
-        std::fputs("vireo-read-access FILE [TABLE [CODEPAGE]]\n", messages);
+        std::fputs(Help, messages);
         return 2;
     }
     limitMyself();

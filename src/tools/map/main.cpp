@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "platform/dde/dbustransport.h"
+#include "platform/files/installation.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 #include "startup/version/districtversion.h"
@@ -66,6 +67,7 @@ MapService::Manner mannerIn(QCoreApplication& application) {
         "session's bus under the name local.dde.ArcView and solves runs along a street grid.\n\n"
         "Example: vireo-map --work 0.5 --play silence"));
     words.addHelpOption();
+    words.addVersionOption();
     words.addOptions(
         {{QStringLiteral("work"), QStringLiteral("From a request to its answer (1.5)."),
           QStringLiteral("seconds"), QStringLiteral("1.5")},
@@ -117,6 +119,7 @@ int serve(QCoreApplication& application) {
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vireo-map"));
+    QCoreApplication::setApplicationVersion(QString::fromStdString(files::installation().version));
     try {
         return serve(application);
     } catch (const std::exception& error) {

@@ -1,4 +1,3 @@
-#include <QCommandLineParser>
 #include <QFile>
 #include <cstdlib>
 #include <iostream>
@@ -13,6 +12,7 @@
 #include "platform/forms/look.h"
 #include "platform/forms/screenless.h"
 #include "startup/base/session.h"
+#include "startup/desktop/selfdescription.h"
 #include "startup/main/RunStartup.h"
 #include "tools/district/command/sqlcommand.h"
 #include "tools/script/player.h"
@@ -65,36 +65,41 @@ std::vector<std::string> runStatement(const std::string& database, const std::st
     return lines;
 }
 
+constexpr auto Help = R"(Usage: tarn-script FILE
+
+Plays a script, one command a line, against the program's forms and writes what happened. The
+district is the one that the configuration folder names, as for the program itself. Without a screen
+set QT_QPA_PLATFORM=offscreen.
+
+  --help     this text
+  --version  the program's version
+
+Example: XDG_CONFIG_HOME=~/sample QT_QPA_PLATFORM=offscreen tarn-script typical-day.tarn)";
+
 /// The script that the command line names; helps and ends the program where it does not.
-QString fileIn(const QCoreApplication& application) {
-    QCommandLineParser words;
-    words.setApplicationDescription(
-        "Plays a script against the program's forms and writes what happened.\n\n"
-        "Example: tarn-script samples/typical-day.tarn");
-    words.addHelpOption();
-    words.addPositionalArgument("FILE", "The script: one command a line.");
-    words.process(application);
-    if (words.positionalArguments().size() != 1) {
-        std::cerr << words.helpText().toStdString();
+std::string fileIn(const QCoreApplication& application) {
+    const QStringList words = application.arguments();
+    if (words.size() != 2) {
+        std::cerr << Help << "\n";
         std::exit(2);
     }
-    return words.positionalArguments().front();
+    return QFile::encodeName(words[1]).toStdString();
 }
 
 }  // namespace
 
-// Plays a script against the program's real forms: tarn-script FILE. The district is the one that
-// the configuration folder names, as for the program itself.
 int main(int argc, char** argv) {
+    if (startup::isAnsweredAtOnce(argc, argv, Help)) {
+        return 0;
+    }
     qInstallMessageHandler(warnUnlessScreenless);
     std::optional<forms::ScreenlessScreen> screen(std::in_place, QSize(1366, 768));
     forms::Application application(argc, argv);
     screen.reset();
-    const QString file = fileIn(application);
+    const std::string file = fileIn(application);
     QApplication::setApplicationName(QStringLiteral("tarn-script"));
     forms::applyLook(application, forms::Scheme::Light);
-    const int status = script::playFile(QFile::encodeName(file).toStdString(), std::cout, std::cerr,
-                                        {startProgram, runStatement});
+    const int status = script::playFile(file, std::cout, std::cerr, {startProgram, runStatement});
     application.startAfresh();
     startup::resetSession();
     return status;

@@ -12,6 +12,7 @@
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "platform/files/files.h"
+#include "platform/files/installation.h"
 #include "platform/ini/ini.h"
 #include "tools/district/base/refuse.h"
 
@@ -96,17 +97,18 @@ FolderInTheMaking::FolderInTheMaking(const fs::path& wanted, NewFolder::Place pl
 }
 
 void writeSettings(const Folders& making, const Folders& wanted) {
-    writePrivateFile(
-        making.settings(),
-        fmt::format("[AppPaths]\n"
-                    "datapath={}/\n"
-                    "progpath={}/\n"
-                    "VIREOpath={}/\n"
-                    "\n"
-                    "[AppSettings]\n"
-                    "ERRORHANDLING=True\n"
-                    "MAPSoftware=ArcView3.2\n",
-                    wanted.data().string(), wanted.programs().string(), wanted.common().string()));
+    writePrivateFile(making.settings(),
+                     fmt::format("; Made by vireo-district {}.\n"
+                                 "[AppPaths]\n"
+                                 "datapath={}/\n"
+                                 "progpath={}/\n"
+                                 "VIREOpath={}/\n"
+                                 "\n"
+                                 "[AppSettings]\n"
+                                 "ERRORHANDLING=True\n"
+                                 "MAPSoftware=ArcView3.2\n",
+                                 files::installation().version, wanted.data().string(),
+                                 wanted.programs().string(), wanted.common().string()));
 }
 
 std::string settingsFor(const Folders& wanted, std::string_view settings) {

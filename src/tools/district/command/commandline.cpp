@@ -618,10 +618,10 @@ std::string help() {
         text += fmt::format("  {}\n      {}\n", usageOf(command),
                             command.help.substr(0, command.help.find('\n')));
     }
-    return text +
-           "\nvireo-district COMMAND --help says more. It ends with 0 when all went well, 1 after "
-           "a "
-           "failure\nor a finding, 2 for a wrong command line.\n";
+    return text + R"(
+vireo-district COMMAND --help says more, vireo-district --version which release this is. It ends
+with 0 when all went well, 1 after a failure or a finding, 2 for a wrong command line.
+)";
 }
 
 /// The words behind the command beside its options.
@@ -667,6 +667,10 @@ ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std
     }
     if (words[0] == "--help" || words[0] == "-h") {
         out << help();
+        return ExitStatus::Done;
+    }
+    if (words[0] == "--version") {
+        out << fmt::format("vireo-district {}\n", files::installation().version);
         return ExitStatus::Done;
     }
     const auto command = std::ranges::find(commands(), words[0], &Command::name);
