@@ -3,6 +3,8 @@
 
 include(GNUInstallDirs)
 
+# The name of the desktop entry, its icon and its metadata.
+set(VIREO_APPLICATION_ID org.vireo_routing.vireo)
 set(VIREO_INSTALL_LIBEXECDIR ${CMAKE_INSTALL_LIBEXECDIR}/vireo)
 set(VIREO_INSTALL_DATADIR ${CMAKE_INSTALL_DATADIR}/vireo)
 

@@ -34,7 +34,7 @@ std::string realPath(const fs::path& path) {
 Installation installationAround(const std::string& folder) {
     const fs::path prefix = prefixOf(folder);
     return {realPath(prefix / VIREO_BIN_DIR), realPath(prefix / VIREO_LIBEXEC_DIR),
-            realPath(prefix / VIREO_DATA_DIR / "guide"), VIREO_VERSION};
+            realPath(prefix / VIREO_DATA_DIR / "guide"), VIREO_VERSION, VIREO_APPLICATION_ID};
 }
 
 Installation installation() { return installationAround(programFolder()); }

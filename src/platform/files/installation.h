@@ -12,6 +12,7 @@ struct Installation {
     std::string companions;  ///< what programs start: Logon.Exe, DelWrkFiles.exe, vireo-read-access
     std::string guide;       ///< the guide: its pages (*.md), and their pictures in pictures/
     std::string version;     ///< such as "1.0.0": the release that all programs belong to
+    std::string desktopEntry;  ///< the identifier of its entry in the desktop's menu
 };
 
 /// The one that the running program belongs to.

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "platform/controls/layoutmemory.h"
+#include "platform/files/installation.h"
 #include "platform/forms/application.h"
 #include "platform/forms/look.h"
 #include "startup/base/applicationinfo.h"
@@ -36,7 +37,8 @@ void nameApplication(const ApplicationInfo& info) {
     QCoreApplication::setApplicationName(QString::fromStdString(info.title));
     QCoreApplication::setApplicationVersion(
         QString::fromStdString(fmt::format("{}.{}.{}", info.major, info.minor, info.revision)));
-    QGuiApplication::setDesktopFileName(QString::fromStdString(programName));
+    // The windows of all programs stand together under the one entry that the menu has.
+    QGuiApplication::setDesktopFileName(QString::fromStdString(files::installation().desktopEntry));
 }
 
 QString layoutFile() {
