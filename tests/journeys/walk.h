@@ -60,6 +60,7 @@ inline const std::vector<Station> Stations{
     {"frmGroupRunChange", "frmTarn", "GroupChange", "OverFill", "3", {"CloseIt"}, {}},
     {"Group_Run_Solve", "frmTarn", "GroupSolve", nullptr, "", {"CloseIt"}, {}},
     {"MergeRun", "frmTarn", "MergeRuns", "cmbRUN", "102-AM", {"Exit"}, {}},
+    {"frmRunSchdl", "frmTarn", "TimeLine", nullptr, "", {"Exit"}, {}},
     {"frmCalcDeadHead", "frmTarn", "DeadHead", nullptr, "", {"CloseIt"}, {}},
     {"ReportSelection", "frmTarn", "PrintIt", nullptr, "", {"Exit"}, {}},
     {"ReportPreview", "ReportSelection", "Preview", "PageNumber", "1", {"Exit"}, {}},

@@ -4,6 +4,7 @@
 
 #include "../runedit/map/mapsession.h"
 #include "platform/forms/timer.h"
+#include "support/access.h"
 #include "support/formtest.h"
 
 namespace {
@@ -40,6 +41,8 @@ TEST_F(DelWrkFilesTest, ShowingStopsTheDeletingUntilItIsAskedFor) {
     auto held = std::make_unique<files::Hold>(district.progPath() + "R1.dbf");
     form();
     click("SetFile");
+    form().showForm();
+    EXPECT_THAT(support::accessFindings(form()), testing::IsEmpty());
     held.reset();
     QTest::qWait(50);
     const auto states = [this] { return support::joined(column("FileList", 2), ","); };

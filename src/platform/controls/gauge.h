@@ -13,6 +13,8 @@ public:
     explicit Gauge(QWidget* parent = nullptr);
 
     void setValues(double taken, double limit);
+    [[nodiscard]] double taken() const { return taken_; }
+    [[nodiscard]] double limit() const { return limit_; }
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

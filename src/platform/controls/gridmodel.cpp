@@ -86,6 +86,13 @@ void GridModel::setNote(int row, int column, CellNote note) {
 bool GridModel::anyEditable() const { return std::ranges::any_of(columns_, &GridColumn::editable); }
 
 /// What is wrong stands out in weight, too.
+/// The text, and a word for its mark.
+QString GridModel::spoken(const Cell& cell) {
+    const auto mark = cell.red ? Sign::Warning : cell.note.sign;
+    const QString text = toQt(base::trim(cell.text));
+    return mark ? text + ", " + wordFor(*mark) : text;
+}
+
 QVariant GridModel::dressOf(const CellNote& note, int role) {
     const QPalette palette = QGuiApplication::palette();
     if (role == Qt::DecorationRole && note.sign) {
@@ -127,6 +134,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
                 Qt::AlignVCenter);
         case RedRole:
             return shown.red;
+        case Qt::AccessibleTextRole:
+            return spoken(shown);
         default:
             return dressOf(shown.note, role);
     }

@@ -61,6 +61,7 @@ private:
         bool red = false;
         CellNote note = {};
     };
+    [[nodiscard]] static QString spoken(const Cell& cell);
     [[nodiscard]] static QVariant dressOf(const CellNote& note, int role);
     [[nodiscard]] const Cell& cell(int row, int column) const;
     [[nodiscard]] Cell& cell(int row, int column);

@@ -158,6 +158,21 @@ QPixmap markFor(Sign sign, const QColor& ink, int lineHeight) {
     return drawn(drawingOf(sign), ink, static_cast<int>(std::lround(OfLine * lineHeight)));
 }
 
+QString wordFor(Sign sign) {
+    switch (sign) {
+        case Sign::Warning:
+            return QStringLiteral("warning");
+        case Sign::NoPlace:
+            return QStringLiteral("no place on the map");
+        case Sign::Unlike:
+            return QStringLiteral("not the same");
+        case Sign::Tick:
+            return QStringLiteral("fine");
+        default:
+            return {};
+    }
+}
+
 QIcon programIcon() {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128, 256}) {

@@ -30,6 +30,9 @@ enum class Sign {
 /// Draws a sign as large as fits into the middle of a rectangle.
 void paintSign(QPainter& painter, const QRect& rect, Sign sign, const QColor& ink);
 
+/// What a mark says, for those who do not see it; "" of the other signs.
+[[nodiscard]] QString wordFor(Sign sign);
+
 /// A mark beside a text of so many pixels line height.
 [[nodiscard]] QPixmap markFor(Sign sign, const QColor& ink, int lineHeight);
 

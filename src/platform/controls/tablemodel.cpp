@@ -5,6 +5,7 @@
 
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signs.h"
 
 namespace controls {
 
@@ -85,6 +86,8 @@ QVariant TableModel::data(const QModelIndex& index, int role) const {
                             Qt::AlignVCenter);
         case RedRole:
             return table_.isRed(row, column);
+        case Qt::AccessibleTextRole:
+            return spoken(row, column);
         case RowTextRole:
             return rowText(row);
         default:
@@ -109,6 +112,13 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 bool TableModel::alignedRight(int column) const {
     const auto kind = table_.columns[static_cast<std::size_t>(column)].kind;
     return table::isNumber(kind) || kind == table::CellKind::Time;
+}
+
+/// The text, and that it is red where the cell before it has not said so.
+QString TableModel::spoken(std::size_t row, std::size_t column) const {
+    const bool isSaid = column > 0 && table_.isRed(row, 0);
+    const QString text = toQt(table_.text(row, column));
+    return table_.isRed(row, column) && !isSaid ? text + ", " + wordFor(Sign::Warning) : text;
 }
 
 QString TableModel::rowText(std::size_t row) const {

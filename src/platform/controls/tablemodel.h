@@ -47,6 +47,7 @@ public:
 
 private:
     [[nodiscard]] bool alignedRight(int column) const;
+    [[nodiscard]] QString spoken(std::size_t row, std::size_t column) const;
     [[nodiscard]] QString rowText(std::size_t row) const;
     void moveCurrentIndexes(const std::vector<std::size_t>& formerOrder);
 

@@ -92,6 +92,29 @@ void drawField(const QStyleOption& option, QPainter& painter, QPalette::ColorRol
     }
 }
 
+/// Of what scrolls. A list shows its focus on the row that keys go on from, if there is one.
+void drawAreaEdge(const QStyleOption& option, QPainter& painter, const QAbstractScrollArea& area) {
+    const auto* list = qobject_cast<const QAbstractItemView*>(&area);
+    const bool rings = hasFocus(option) && (list == nullptr || !list->currentIndex().isValid());
+    const QColor outer = option.palette.color(QPalette::Active, QPalette::Mid);
+    const QColor inner = option.palette.color(QPalette::Base);
+    const QColor accent = option.palette.color(QPalette::Highlight);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(rings ? accent : outer);
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+    painter.setPen(rings ? accent : inner);
+    painter.drawRect(option.rect.adjusted(1, 1, -2, -2));
+}
+
+/// Around a part of a control: the accent, and its own ink on the accent.
+void drawFocus(const QStyleOption& option, QPainter& painter) {
+    const QColor accent = option.palette.color(QPalette::Highlight);
+    const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(&option);
+    const bool onAccent = focus != nullptr && focus->backgroundColor == accent;
+    drawRing(painter, option.rect,
+             onAccent ? option.palette.color(QPalette::HighlightedText) : accent);
+}
+
 void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) {
     const QPalette& palette = option.palette;
     QColor fill = mixed(palette.color(QPalette::Window), palette.color(QPalette::Base), 0.4);
@@ -150,8 +173,8 @@ QColor drawIndicatorGround(const QStyleOption& option, QPainter& painter, qreal 
     const bool enabled = option.state.testFlag(QStyle::State_Enabled);
     const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);
     // An empty box has nothing but its edge.
-    const QColor line = mixed(palette.color(QPalette::Active, QPalette::Text),
-                              palette.color(QPalette::Base), 0.5);
+    const QColor line =
+        mixed(palette.color(QPalette::Active, QPalette::Text), palette.color(QPalette::Base), 0.5);
     QColor fill = on ? palette.color(QPalette::Highlight) : palette.color(QPalette::Base);
     if (option.state.testFlag(QStyle::State_MouseOver)) {
         fill = mixed(fill, palette.color(QPalette::Text), 0.08);
@@ -269,16 +292,12 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             }
             break;
         case PE_Frame:
-            if (qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
-                painter->setPen(palette.color(QPalette::Active, QPalette::Mid));
-                return painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            if (const auto* area = qobject_cast<const QAbstractScrollArea*>(widget)) {
+                return drawAreaEdge(*option, *painter, *area);
             }
             break;
         case PE_FrameFocusRect:
-            if (qobject_cast<const QAbstractItemView*>(widget) == nullptr) {
-                return drawRing(*painter, option->rect, palette.color(QPalette::Highlight));
-            }
-            break;
+            return drawFocus(*option, *painter);
         default:
             break;
     }
@@ -386,6 +405,10 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_ExclusiveIndicatorWidth:
         case PM_ExclusiveIndicatorHeight:
             return lines(0.85);
+        case PM_DefaultFrameWidth:
+            return qobject_cast<const QAbstractScrollArea*>(widget) != nullptr
+                       ? RingWidth
+                       : QProxyStyle::pixelMetric(metric, option, widget);
         case PM_FocusFrameHMargin:
             return 5;
         case PM_ButtonShiftHorizontal:

@@ -2,7 +2,9 @@
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -39,6 +41,27 @@ QWidget* firstStopIn(const QWidget& page) {
         stop = stop->nextInFocusChain();
     }
     return nullptr;
+}
+
+void nameIt(QWidget& control, const QString& name) {
+    if (control.accessibleName().isEmpty()) {
+        control.setAccessibleName(name);
+    }
+}
+
+/// The title of the group or the page that a control without a label stands on.
+QString captionAround(const QWidget& control) {
+    for (const QWidget* part = &control; part->parentWidget() != nullptr;
+         part = part->parentWidget()) {
+        if (const auto* group = qobject_cast<const QGroupBox*>(part)) {
+            return group->title().remove('&');
+        }
+        const auto* pages = part->parentWidget()->parentWidget();
+        if (const auto* tabs = qobject_cast<const QTabWidget*>(pages)) {
+            return tabs->tabText(tabs->indexOf(part)).remove('&');
+        }
+    }
+    return {};
 }
 
 /// Lets a control have the width that it needs.
@@ -398,9 +421,21 @@ void Form::scrollBeyond(const QSize& room) {
 
 void Form::nameControls() {
     for (const QLabel* label : findChildren<QLabel*>()) {
-        if (QWidget* control = label->buddy();
-            control != nullptr && control->accessibleName().isEmpty()) {
-            control->setAccessibleName(label->text().remove('&'));
+        if (label->buddy() != nullptr) {
+            nameIt(*label->buddy(), label->text().remove('&'));
+        }
+    }
+    for (QWidget* control : findChildren<QWidget*>()) {
+        if (control->focusProxy() != nullptr) {
+            nameIt(*control->focusProxy(), control->accessibleName());
+        } else if (qobject_cast<QAbstractScrollArea*>(control) != nullptr &&
+                   control->focusPolicy() != Qt::NoFocus) {
+            nameIt(*control, captionAround(*control));
+        }
+    }
+    for (const QLineEdit* box : findChildren<QLineEdit*>()) {
+        if (auto* clears = box->findChild<QAction*>("_q_qlineeditclearaction")) {
+            clears->setText(tr("Clear"));
         }
     }
 }

@@ -10,13 +10,13 @@ namespace forms {
 namespace {
 
 struct Colours {
-    QColor window, base, alternate, text, quiet, pale, button, line, accent, onAccent, tip;
+    QColor window, base, alternate, text, quiet, pale, button, line, accent, onAccent, tip, link;
 };
 
 const Colours Light{"#f4f5f7", "#ffffff", "#f2f6fb", "#1d2126", "#5f6771", "#8b929b",
-                    "#ffffff", "#c3c8cf", "#1f6fd1", "#ffffff", "#fffbe6"};
+                    "#ffffff", "#c3c8cf", "#1f6fd1", "#ffffff", "#fffbe6", "#1f6fd1"};
 const Colours Dark{"#23262b", "#1a1c20", "#212429", "#e7e9ec", "#a3abb5", "#7d848e",
-                   "#32363d", "#4a5059", "#2f73c8", "#ffffff", "#3a3d43"};
+                   "#32363d", "#4a5059", "#2f73c8", "#ffffff", "#3a3d43", "#7fb0ee"};
 
 QPalette paletteOf(const Colours& colours) {
     QPalette palette(colours.text, colours.button, colours.base.lighter(130), colours.line,
@@ -27,7 +27,7 @@ QPalette paletteOf(const Colours& colours) {
     palette.setColor(QPalette::Midlight, colours.alternate);
     palette.setColor(QPalette::Highlight, colours.accent);
     palette.setColor(QPalette::HighlightedText, colours.onAccent);
-    palette.setColor(QPalette::Link, colours.accent);
+    palette.setColor(QPalette::Link, colours.link);
     palette.setColor(QPalette::PlaceholderText, colours.quiet);
     palette.setColor(QPalette::ToolTipBase, colours.tip);
     palette.setColor(QPalette::ToolTipText, colours.text);

@@ -200,8 +200,11 @@ MessageBox::MessageBox(const MsgRequest& request, QWidget* owner)
     top->addWidget(scroll_, 1);
     auto* row = new QHBoxLayout;
     layout->addLayout(row);
-    addDetails(*layout, *row);
+    QWidget* details = addDetails(*row);
     addButtons(*row);
+    if (details != nullptr) {
+        layout->addWidget(details);  // so that Tab comes to it last
+    }
 }
 
 int MessageBox::textWidth() const {
@@ -257,10 +260,10 @@ void MessageBox::addButtons(QHBoxLayout& row) {
     preferred->setFocus();
 }
 
-void MessageBox::addDetails(QVBoxLayout& layout, QHBoxLayout& row) {
+QWidget* MessageBox::addDetails(QHBoxLayout& row) {
     const QString folded = foldedText(request_);
     if (folded.isEmpty()) {
-        return;
+        return nullptr;
     }
     auto* opener = new QPushButton("Details…");
     opener->setObjectName("Details");
@@ -279,13 +282,13 @@ void MessageBox::addDetails(QVBoxLayout& layout, QHBoxLayout& row) {
     text->setFont(fixed);
     text->setFixedHeight(QFontMetrics(fixed).lineSpacing() * DetailLines);
     text->setTabChangesFocus(true);
+    text->setAccessibleName(tr("Details"));
     column->addWidget(text);
     auto* copy = new QPushButton("Copy");
     copy->setObjectName("Copy");
     copy->setAutoDefault(false);
     column->addWidget(copy, 0, Qt::AlignLeft);
     pane->hide();
-    layout.addWidget(pane);
     connect(copy, &QPushButton::clicked, this,
             [folded] { QGuiApplication::clipboard()->setText(folded); });
     connect(opener, &QPushButton::toggled, this, [this, pane](bool open) {
@@ -293,6 +296,7 @@ void MessageBox::addDetails(QVBoxLayout& layout, QHBoxLayout& row) {
         this->layout()->activate();
         fitToScreen(*this);
     });
+    return pane;
 }
 
 void MessageBox::keyPressEvent(QKeyEvent* event) {

@@ -33,7 +33,8 @@ private:
     [[nodiscard]] QWidget* textColumn();
     void fillScroll(QWidget* column);
     void addButtons(QHBoxLayout& row);
-    void addDetails(QVBoxLayout& layout, QHBoxLayout& row);
+    /// The folded details, to be laid out below the row; null where there are none.
+    [[nodiscard]] QWidget* addDetails(QHBoxLayout& row);
     [[nodiscard]] int textWidth() const;
     [[nodiscard]] bool pressByLetter(int key);
     void scroll(int key);

@@ -44,6 +44,8 @@ ReportPreview::ReportPreview(forms::Form* owner)
       LayOut(this),
       Timer1(this) {
     ui_->setupUi(this);
+    setTabOrder(ui_->FindNext, ui_->SideTab->tabBar());
+    setTabOrder(ui_->SideTab->tabBar(), ui_->Strip);
     setCancelButton(ui_->Exit);
     forms::hideInPlace(*ui_->StatusMsg);
     ui_->ProgressBar1->hide();

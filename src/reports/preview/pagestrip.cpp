@@ -83,6 +83,11 @@ public:
         pages_.paint(*painter, model_.pages()->pages[static_cast<std::size_t>(index.row())],
                      1.0 * size.width() / model_.pages()->size.width);
         painter->restore();
+        if (option.state.testFlag(QStyle::State_HasFocus)) {
+            QStyleOptionFocusRect focus;
+            static_cast<QStyleOption&>(focus) = option;
+            option.widget->style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter);
+        }
     }
 
 private:

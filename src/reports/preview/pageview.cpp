@@ -10,7 +10,9 @@
 #include <array>
 #include <cmath>
 
+#include "platform/controls/access.h"
 #include "platform/controls/qtext.h"
+#include "reports/preview/pageaccess.h"
 
 namespace reports {
 
@@ -32,6 +34,7 @@ QRectF scaled(const Area& area, double scale) {
 }  // namespace
 
 PageView::PageView(QWidget* parent) : QAbstractScrollArea(parent) {
+    controls::makeAccessible<PageView, PageAccess>();
     setFocusPolicy(Qt::StrongFocus);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setCursor(Qt::IBeamCursor);
@@ -168,6 +171,8 @@ void PageView::followPage() {
     if (page != page_) {
         page_ = page;
         emit pageChanged(page);
+        QAccessibleValueChangeEvent turned(this, page + 1);
+        QAccessible::updateAccessibility(&turned);
     }
 }
 
@@ -279,6 +284,13 @@ void PageView::copy() const {
     if (pages_ != nullptr && !selection_.isEmpty()) {
         QApplication::clipboard()->setText(controls::toQt(textBetween(pages_->pages, selection_)));
     }
+}
+
+QString PageView::pageText() const {
+    const auto page = static_cast<std::size_t>(page_);
+    return pageCount() == 0
+               ? QString()
+               : controls::toQt(textBetween(pages_->pages, {{page, 0, 0}, {page + 1, 0, 0}}));
 }
 
 QSize PageView::sizeHint() const {

@@ -54,6 +54,8 @@ public:
     void select(const TextRange& range);
     void selectEverything();
     void copy() const;
+    /// The text of the page in sight, a line a row.
+    [[nodiscard]] QString pageText() const;
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -49,11 +49,6 @@ private:
     std::size_t bar_;
 };
 
-QAccessibleInterface* accessOf(const QString&, QObject* object) {
-    auto* view = qobject_cast<ScheduleView*>(object);
-    return view == nullptr ? nullptr : new ScheduleAccess(*view);
-}
-
 }  // namespace
 
 ScheduleAccess::ScheduleAccess(ScheduleView& view) : QAccessibleWidget(&view, QAccessible::List) {}
@@ -97,11 +92,6 @@ QAccessibleInterface* ScheduleAccess::focusChild() const {
 int ScheduleAccess::indexOfChild(const QAccessibleInterface* child) const {
     const auto* bar = dynamic_cast<const BarAccess*>(child);
     return bar == nullptr ? -1 : static_cast<int>(bar->place());
-}
-
-void ScheduleAccess::install() {
-    static const bool installed = (QAccessible::installFactory(accessOf), true);
-    (void)installed;
 }
 
 }  // namespace schedule

@@ -18,9 +18,6 @@ public:
     [[nodiscard]] QAccessibleInterface* focusChild() const override;
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override;
 
-    /// Makes every view of the program known; once is enough.
-    static void install();
-
 private:
     [[nodiscard]] const ScheduleView& view() const;
     mutable std::vector<QAccessible::Id> bars_;  ///< 0 where none was asked for

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/controls/access.h"
 #include "platform/controls/qtext.h"
 #include "runsearch/schedule/frame.h"
 
@@ -140,6 +141,12 @@ void PlotPainter::paintPeak(const QRectF& area, const TimeScale& scale, const St
 }
 
 }  // namespace
+
+BusPlot::BusPlot(QWidget* parent) : QWidget(parent) {
+    constexpr int LeastHeight = 150;
+    setMinimumHeight(LeastHeight);
+    controls::makeAccessible<BusPlot, controls::PictureAccess>();
+}
 
 void BusPlot::showCurves(const Summary& all, const Summary* group) {
     all_ = &all;

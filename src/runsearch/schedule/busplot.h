@@ -14,7 +14,7 @@ class BusPlot : public QWidget {
     Q_OBJECT
 
 public:
-    explicit BusPlot(QWidget* parent = nullptr) : QWidget(parent) { setMinimumHeight(150); }
+    explicit BusPlot(QWidget* parent = nullptr);
 
     /// Both outlive what is shown of them; the group may be null.
     void showCurves(const Summary& all, const Summary* group);

@@ -14,6 +14,7 @@
 
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
+#include "platform/controls/access.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/filedialog.h"
@@ -67,7 +68,7 @@ std::string tripTypeText(const Plan& plan, const Chart& chart) {
 
 frmRunSchdl::frmRunSchdl(RunListPort list, forms::Form* owner)
     : TrappedForm(Form_, owner), ui_(std::make_unique<Ui::frmRunSchdl>()), list_(std::move(list)) {
-    ScheduleAccess::install();
+    controls::makeAccessible<ScheduleView, ScheduleAccess>();
     ui_->setupUi(this);
     ui_->Day->addItem(tr("All days"));
     for (const auto* day : Weekdays) {

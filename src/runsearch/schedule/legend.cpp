@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/controls/access.h"
+#include "platform/controls/qtext.h"
 #include "runsearch/schedule/hovercard.h"
 
 namespace schedule {
@@ -35,6 +37,8 @@ public:
     [[nodiscard]] int lines() const {
         return 1 + qRound((y_ - area_.top()) / (LineHeight * unit()) - 0.5);
     }
+    /// The entries that were written, parted by commas.
+    [[nodiscard]] const std::string& said() const { return said_; }
 
 private:
     using Sample = std::function<void(const QRectF&)>;
@@ -51,6 +55,7 @@ private:
     QRectF area_;
     double x_;
     double y_;  ///< the middle of a line
+    std::string said_;
 };
 
 void LegendPainter::entry(const std::string& text, const Sample& sample, double width) {
@@ -64,6 +69,7 @@ void LegendPainter::entry(const std::string& text, const Sample& sample, double 
         return;
     }
     const double y = y_;
+    said_ += (said_.empty() ? "" : ", ") + text;
     sample({x_, y - SwatchHeight * unit() / 2, width * unit(), SwatchHeight * unit()});
     painter_.setPen(frame_.colours->soft);
     frame_.words->draw(painter_, x_ + (width + 5) * unit(), y, text, Type::Normal);
@@ -187,6 +193,10 @@ void paintLegend(QPainter& painter, const Frame& frame, const QRectF& area) {
     LegendPainter(painter, frame, area).paint();
 }
 
+Legend::Legend(QWidget* parent) : QWidget(parent) {
+    controls::makeAccessible<Legend, controls::PictureAccess>();
+}
+
 void Legend::show(const Frame& frame) {
     const auto& layout = frame.chart->layout;
     Shown shown{frame.plan->zones, layout.order, layout.tightUnder,
@@ -212,6 +222,7 @@ void Legend::fitLines() {
     LegendPainter trial(painter, frame_,
                         QRectF(0, 0, width(), MostLines * LineHeight * frame_.unit));
     trial.paint();
+    setAccessibleName(tr("Legend: %1").arg(controls::toQt(trial.said())));
     if (const int lines = trial.lines(); lines != lines_) {
         lines_ = lines;
         updateGeometry();

@@ -15,7 +15,7 @@ class Legend : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Legend(QWidget* parent = nullptr) : QWidget(parent) {}
+    explicit Legend(QWidget* parent = nullptr);
 
     /// Paints itself anew only where that changes what it says.
     void show(const Frame& frame);

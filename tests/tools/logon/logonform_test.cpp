@@ -12,6 +12,7 @@
 #include "platform/password/password.h"
 #include "startup/base/session.h"
 #include "startup/logon/logonticket.h"
+#include "support/access.h"
 #include "support/formtest.h"
 #include "tools/logon/programs.h"
 
@@ -63,6 +64,8 @@ TEST_F(LogonFormTest, StartsTheProgramForTheUserAsTheSuiteSpellsIt) {
 }
 
 TEST_F(LogonFormTest, AsksForAPasswordWhereTheUserHasOne) {
+    form().showForm();
+    EXPECT_THAT(support::accessFindings(form()), IsEmpty());
     EXPECT_EQ(combo("UserId").count(), 3);
     for (const auto& [user, asks] : {std::pair{"ANN", true}, {"BO", false}, {"NOBODY", true}}) {
         combo("UserId").setEditText(user);

@@ -1,0 +1,143 @@
+#include <QAccessible>
+#include <QRegularExpression>
+#include <QTabWidget>
+#include <filesystem>
+#include <set>
+
+#include "platform/controls/tones.h"
+#include "platform/forms/look.h"
+#include "platform/forms/messagebox.h"
+#include "platform/forms/waitbox.h"
+#include "support/access.h"
+#include "walk.h"
+
+namespace {
+
+using forms::Scheme;
+using testing::HasSubstr;
+
+/// Every form as those know it who do not see it, have no mouse or need strong colours.
+class AccessWalk : public walk::Walk {
+protected:
+    AccessWalk() { QApplication::setCursorFlashTime(0); }
+    ~AccessWalk() override { forms::applyLook(*qApp, Scheme::Light); }
+
+    void lookAt(QWidget& window) {
+        for (int turn = 0; turn < 5; ++turn) {
+            forms::Application::instance().yield();
+        }
+        const auto found = support::accessFindings(window);
+        all.insert(found.begin(), found.end());
+    }
+    void lookAtPages(forms::Form& form) {
+        auto* tabs = form.findChild<QTabWidget*>();
+        for (int page = 0; page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
+            if (tabs != nullptr) {
+                tabs->setCurrentIndex(page);
+            }
+            lookAt(form);
+        }
+    }
+    void lookAtAllForms() {
+        for (const auto& station : walk::Stations) {
+            auto& window = open(station);
+            support::ControlsOf on(window);
+            prepare(on, station);
+            lookAtPages(window);
+            closeOthers(stationOf("frmTarn"));
+        }
+    }
+
+    std::set<std::string> all;
+};
+
+TEST_F(AccessWalk, EveryFormTellsItselfAndIsUsedByKeysInTheOrderOfItsLayout) {
+    lookAtAllForms();
+    EXPECT_EQ(support::joined({all.begin(), all.end()}, "\n"), "");
+}
+
+TEST_F(AccessWalk, EveryFormCanBeReadInTheDark) {
+    forms::applyLook(*qApp, Scheme::Dark);
+    lookAtAllForms();
+    EXPECT_EQ(support::joined({all.begin(), all.end()}, "\n"), "");
+}
+
+TEST_F(AccessWalk, NoFormOfTheProgramIsLeftOut) {
+    const std::set<std::string> ofOtherPrograms{"DelWrkFiles", "Logon"};
+    const QRegularExpression heading("<widget class=\"QDialog\" name=\"(\\w+)\"");
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(VIREO_SOURCE_DIR "/src")) {
+        if (entry.path().extension() != ".ui") {
+            continue;
+        }
+        const auto text = QString::fromStdString(support::contentsOf(entry.path()));
+        const auto form = heading.match(text).captured(1).toStdString();
+        EXPECT_TRUE(form.empty() || ofOtherPrograms.contains(form) ||
+                    std::ranges::count(walk::Stations, form, &walk::Station::form) == 1)
+            << form;
+    }
+}
+
+TEST_F(AccessWalk, WhatIsPaintedIsReadOut) {
+    const auto read = [this](const char* form, const char* part) {
+        return support::spoken(*open(stationOf(form)).findChild<QWidget*>(part));
+    };
+    open(stationOf("frmTarn"));
+    byOthers("UPDATE RUN SET REGENERATE=1 WHERE RUN='WALK'");
+    click("cmdSearch");
+    EXPECT_THAT(read("frmTarn", "RunList"), HasSubstr("WALK, warning"));
+    EXPECT_THAT(read("frmRunSchdl", "TimeLine"), HasSubstr("Run WALK"));
+    EXPECT_THAT(read("frmRunSchdl", "ZoneLegend"), HasSubstr("Legend: "));
+    support::ControlsOf(open(stationOf("MergeRun"))).type("cmbRUN", "103-PM");
+    EXPECT_THAT(read("MergeRun", "SideBySide"), HasSubstr("not the same"));
+    EXPECT_THAT(read("ReportPreview", "Pages"), HasSubstr("Page 1 of 1"));
+    auto* pages = QAccessible::queryAccessibleInterface(
+        open(stationOf("ReportPreview")).findChild<QWidget*>("Pages"));
+    EXPECT_THAT(pages->textInterface()->text(0, -1).toStdString(), HasSubstr("on the walk"));
+}
+
+TEST_F(AccessWalk, InksStandOutFromTheirGrounds) {
+    using P = QPalette;
+    for (const auto scheme : {Scheme::Light, Scheme::Dark}) {
+        forms::applyLook(*qApp, scheme);
+        const auto palette = qApp->palette();
+        for (const auto& [ink, ground] :
+             std::initializer_list<std::pair<P::ColorRole, P::ColorRole>>{
+                 {P::WindowText, P::Window},
+                 {P::Text, P::Base},
+                 {P::Text, P::AlternateBase},
+                 {P::ButtonText, P::Button},
+                 {P::HighlightedText, P::Highlight},
+                 {P::PlaceholderText, P::Base},
+                 {P::PlaceholderText, P::Window},
+                 {P::PlaceholderText, P::AlternateBase},
+                 {P::ToolTipText, P::ToolTipBase},
+                 {P::Link, P::Base}}) {
+            EXPECT_GE(support::contrastOf(palette.color(ink), palette.color(ground)), 4.5)
+                << static_cast<int>(scheme) << ": " << ink << " on " << ground;
+        }
+        for (const auto tone : {controls::Tone::Look, controls::Tone::Wrong}) {
+            const auto ink = controls::inkOf(tone, palette);
+            for (const auto& ground : {controls::groundOf(tone, palette), palette.base().color(),
+                                       palette.window().color()}) {
+                EXPECT_GE(support::contrastOf(ink, ground), 4.5) << ink.name().toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(AccessWalk, BoxesTellThemselves) {
+    forms::MessageBox box({.text = "First.\nSecond.",
+                           .title = "Title",
+                           .buttons = base::MsgButtons::YesNoCancel,
+                           .concerns = "Run 101-AM\nOak morning",
+                           .details = "Details of it"});
+    box.show();
+    box.findChild<QAbstractButton*>("Details")->click();
+    lookAt(box);
+    forms::WaitBox wait("Waiting for another program.");
+    lookAt(wait);
+    EXPECT_EQ(support::joined({all.begin(), all.end()}, "\n"), "");
+}
+
+}  // namespace
