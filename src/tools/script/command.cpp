@@ -26,6 +26,7 @@ constexpr std::array Verbs{
     VerbSyntax{Verb::Shot, "shot", "FP", "shot FORM FILE.png"},
     VerbSyntax{Verb::Close, "close", "F", "close FORM"},
     VerbSyntax{Verb::Wait, "wait", "N", "wait MILLISECONDS"},
+    VerbSyntax{Verb::Turns, "turns", "N", "turns MILLISECONDS"},
     VerbSyntax{Verb::Until, "until", "CTN", "until FORM.CONTROL TEXT MILLISECONDS"},
     VerbSyntax{Verb::UntilSql, "until-sql", "TN", "until-sql ROWS MILLISECONDS"},
     VerbSyntax{Verb::Clock, "clock", "T", "clock TIME"},

@@ -25,6 +25,7 @@ enum class Verb {
     Shot,
     Close,
     Wait,
+    Turns,
     Until,
     UntilSql,
     Clock,

@@ -105,6 +105,7 @@ void Player::perform(const Command& command) {
         failOnUnexpectedBox(command);
     }
     transcript_ << "> " << command.source << "\n";
+    turns_.setDeed(command.source);
     try {
         deed.perform(*this, command);
         settle();
@@ -143,6 +144,7 @@ const Player::Deed& Player::deedOf(Verb verb) {
         {Verb::Boxes, {[](Player& p, C) { p.printBoxes(); }}},
         {Verb::Shot, {[](Player& p, C c) { p.takePicture(c); }}},
         {Verb::Wait, {[](Player& p, C c) { p.live(c.numbers[0], [] { return false; }); }}},
+        {Verb::Turns, {[](Player& p, C c) { p.printTurns(c); }}},
         {Verb::Until, {[](Player& p, C c) { p.until(c); }}},
         {Verb::UntilSql, {[](Player& p, C c) { p.untilRows(c); }}},
         {Verb::Clock, {[](Player& p, C c) { p.setClock(c); }}},
@@ -240,6 +242,17 @@ void Player::printBoxes() {
     }
     for (const ShownBox& box : shown) {
         print(described(box));
+    }
+}
+
+void Player::printTurns(const Command& command) {
+    const auto turns = turns_.take(command.numbers[0]);
+    if (turns.empty()) {
+        print("none");
+    }
+    for (const auto& turn : turns) {
+        print(fmt::format("{:.0f} ms computing, {:.0f} ms in all: {}", turn.computingMs, turn.ms,
+                          turn.deed));
     }
 }
 

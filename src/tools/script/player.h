@@ -13,6 +13,7 @@
 #include "tools/script/programsbutlogon.h"
 #include "tools/script/scriptedboxes.h"
 #include "tools/script/scriptedclock.h"
+#include "tools/script/turnwatch.h"
 
 class QString;
 class QWidget;
@@ -78,6 +79,7 @@ private:
     void printState(const Command& command);
     void printForms();
     void printBoxes();
+    void printTurns(const Command& command);
     void takePicture(const Command& command);
     void setClock(const Command& command);
     void runStatement(const Command& command);
@@ -103,6 +105,7 @@ private:
     std::vector<std::string> answer_;  ///< to it
     ScriptedBoxes boxes_;
     ScriptedClock clock_;
+    TurnWatch turns_;
     ProgramsButLogon programs_;
     std::deque<std::string> files_;  ///< for the next file dialogs; "" cancels
     base::Ports formerPorts_;
