@@ -34,6 +34,15 @@ QString chooseFile(QWidget& over, const FileQuestion& question) {
     return file;
 }
 
+QString chooseFolder(QWidget& over, const QString& title, const QString& startAt) {
+    if (chooserInForce()) {
+        return chooserInForce()({.title = title, .startAt = startAt, .filter = {}});
+    }
+    auto folder = QFileDialog::getExistingDirectory(&over, title, startAt);
+    Application::instance().throwIfEnding();
+    return folder;
+}
+
 void setFileChooser(FileChooser chooser) { chooserInForce() = std::move(chooser); }
 
 }  // namespace forms

@@ -19,6 +19,9 @@ struct FileQuestion {
 /// while the dialog was open.
 [[nodiscard]] QString chooseFile(QWidget& over, const FileQuestion& question);
 
+/// Asks for a folder that is there, in the same way.
+[[nodiscard]] QString chooseFolder(QWidget& over, const QString& title, const QString& startAt);
+
 /// Answers instead of the desktop's dialog, for tests and scripts; an empty one brings it back.
 using FileChooser = std::function<QString(const FileQuestion&)>;
 void setFileChooser(FileChooser chooser);

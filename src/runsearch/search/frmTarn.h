@@ -58,6 +58,8 @@ public:
     void SelectAll_Click();
     void WholeMinutes_Click();
     void Exit_Click();
+    void LogOff_Click();
+    void SwitchDistrict_Click();
 
     void UseRoute_Click();
     void SearchStops_Click();
@@ -101,6 +103,7 @@ private:
     void wireKeys();
     void makeMenuBar();
     void addViews(QMenu& view);
+    void addSession(QMenu& file);
 
     [[nodiscard]] RunSearchCriteria criteria() const;
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;

@@ -67,6 +67,7 @@ void frmTarn::makeMenuBar() {
         }
     }
     addViews(*view);
+    addSession(*file);
     auto* help = bar->addMenu(tr("Help"));
     on(help->addAction(tr("&Keys")), &QAction::triggered, "Keys_Click",
        [] { base::MsgBox(Keys, "Keys of the Main Form", base::MsgIcon::Information); });

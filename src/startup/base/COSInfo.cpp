@@ -51,12 +51,21 @@ std::string ofSuite(const std::string& folder) {
 
 }  // namespace
 
+std::vector<std::string> COSInfo::configurationFolders() const {
+    std::vector<std::string> folders = machineFolders();
+    folders.insert(folders.begin(), userFolder());
+    return folders;
+}
+
 std::string COSInfo::windowsDirectory() const {
     if (!givenFolder().empty()) {
         return givenFolder();
     }
-    std::vector<std::string> folders = machineFolders();
-    folders.insert(folders.begin(), userFolder());
+    if (const std::string district = environment(DistrictVariable);
+        isFullPath(district) && files::exists(ofSuite(district) + files::Separator + "route.ini")) {
+        return ofSuite(district);
+    }
+    const std::vector<std::string> folders = configurationFolders();
     for (const std::string& folder : folders) {
         if (files::exists(ofSuite(folder) + files::Separator + "route.ini")) {
             return ofSuite(folder);

@@ -1,10 +1,11 @@
 #include "startup/main/RunStartup.h"
 
+#include "data/lookups/mdlGetItems.h"
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/listexporter.h"
-#include "platform/process/process.h"
+#include "platform/forms/titles.h"
 #include "platform/store/database.h"
 #include "reports/lists/exportlist.h"
 #include "runsearch/search/frmTarn.h"
@@ -13,7 +14,10 @@
 #include "startup/base/mdlGetMapSoftware.h"
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
+#include "startup/base/session.h"
 #include "startup/base/trap.h"
+#include "startup/districts/knowndistricts.h"
+#include "startup/logon/logonprogram.h"
 #include "startup/logon/logonticket.h"
 #include "startup/version/districtversion.h"
 
@@ -67,7 +71,7 @@ void tellOfFilesToLookAtOnly() {
 }
 
 [[noreturn]] void handOverToLogon() {
-    process::host().start(gProgPath + "Logon.Exe", {"TARN"});
+    startLogonProgram();
     throw base::EndProgram{};
 }
 
@@ -95,9 +99,14 @@ void Main(const std::string& commandLine) {
         if (isRefused(gCommandLine)) {
             handOverToLogon();
         }
+        forms::endTitlesWith({data::GetDistrictName(), gCommandLine});
         tellOfFilesToLookAtOnly();
         mainForm.showForm();
     });
+}
+
+void rememberDistrict() {
+    KnownDistricts().use(districtInForce(), data::GetDistrictName(), gCommandLine);
 }
 
 std::string commandLineOf(int argc, const char* const* argv) {

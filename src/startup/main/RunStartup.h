@@ -10,6 +10,9 @@ namespace startup {
 /// version, which is told first. Needs the application object.
 void Main(const std::string& commandLine);
 
+/// Puts the district on the user's list, with the user that works on it; after Main.
+void rememberDistrict();
+
 /// The whole command line behind the program's name: its arguments joined with single blanks.
 [[nodiscard]] std::string commandLineOf(int argc, const char* const* argv);
 

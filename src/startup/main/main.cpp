@@ -1,3 +1,4 @@
+#include "platform/forms/application.h"
 #include "startup/desktop/desktopprogram.h"
 #include "startup/desktop/selfdescription.h"
 #include "startup/main/RunStartup.h"
@@ -22,5 +23,8 @@ int main(int argc, char** argv) {
         return 0;
     }
     const std::string commandLine = startup::commandLineOf(argc, argv);
-    return startup::runOnDesktop(argc, argv, "tarn", [&] { startup::Main(commandLine); });
+    return startup::runOnDesktop(argc, argv, "tarn", [&] {
+        startup::Main(commandLine);
+        forms::Application::instance().whenIdle(startup::rememberDistrict);
+    });
 }

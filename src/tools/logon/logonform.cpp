@@ -7,10 +7,11 @@
 #include "platform/files/installation.h"
 #include "platform/password/password.h"
 #include "platform/process/process.h"
+#include "platform/process/programs.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
+#include "startup/districts/knowndistricts.h"
 #include "startup/logon/logonticket.h"
-#include "tools/logon/programs.h"
 
 #include "ui_logonform.h"
 
@@ -67,7 +68,15 @@ LogonForm::~LogonForm() = default;
 
 void LogonForm::Form_Load() {
     fillUsers();
-    const auto last = fromQt(controls::LayoutMemory::instance().recall(LastUserKey).toString());
+    const startup::KnownDistrict district =
+        startup::KnownDistricts().find(startup::districtInForce());
+    if (!district.name.empty()) {
+        ui_->Heading->setText(tr("Log On to %1").arg(toQt(district.name)));
+    }
+    const std::string last =
+        district.lastUser.empty()
+            ? fromQt(controls::LayoutMemory::instance().recall(LastUserKey).toString())
+            : district.lastUser;
     ui_->UserId->setText(findUser(users_, last) != nullptr || users_.empty() ? last : users_[0].id);
     showUser();
     if (users_.empty()) {
@@ -147,9 +156,9 @@ void LogonForm::letWait(int seconds) {
 void LogonForm::waitOneSecond() { letWait(secondsLeft_ - 1); }
 
 void LogonForm::startProgram(const User& user) {
-    std::vector<std::string> folders = foldersOfPath();
+    std::vector<std::string> folders = process::foldersOfPath();
     folders.insert(folders.begin(), {files::installation().programs, startup::gProgPath});
-    const std::string program = findProgram(program_, folders);
+    const std::string program = process::findProgram(program_, folders);
     if (program.empty()) {
         showMessage(tr("The program %1 is neither in %2, in %3 nor on the search path.")
                         .arg(toQt(program_), toQt(folders[0]), toQt(folders[1])));

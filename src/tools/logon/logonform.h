@@ -21,7 +21,7 @@ class LogonForm : public startup::TrappedForm {
     Q_OBJECT
 
 public:
-    /// `program` is a name such as "TARN"; see findProgram().
+    /// `program` is a name such as "TARN"; see process::findProgram().
     explicit LogonForm(std::string program);
     ~LogonForm() override;
 

@@ -51,6 +51,10 @@ TEST_F(ConfigurationFolder, IsTheFirstThatHoldsTheFileAndElseTheUsers) {
     EXPECT_EQ(COSInfo().windowsDirectory(), in("first/vireo"));
     folder_.write("user/vireo/route.ini", "");
     EXPECT_EQ(COSInfo().windowsDirectory(), in("user/vireo"));
+    const Environment district("VIREO_DISTRICT", in("chosen"));
+    EXPECT_EQ(COSInfo().windowsDirectory(), in("user/vireo")) << "it holds none";
+    folder_.write("chosen/vireo/route.ini", "");
+    EXPECT_EQ(COSInfo().windowsDirectory(), in("chosen/vireo"));
 }
 
 TEST_F(ConfigurationFolder, IsInTheHomeFolderWhereTheVariableHoldsNoFullPath) {

@@ -10,11 +10,11 @@
 #include <gmock/gmock.h>
 
 #include "platform/password/password.h"
+#include "platform/process/programs.h"
 #include "startup/base/session.h"
 #include "startup/logon/logonticket.h"
 #include "support/access.h"
 #include "support/formtest.h"
-#include "tools/logon/programs.h"
 
 namespace tools::logon {
 
@@ -137,7 +137,7 @@ TEST_F(LogonFormTest, TellsWhereItLookedForTheProgram) {
     EXPECT_THAT(text("Message"), HasSubstr(programs_.path()));
     EXPECT_THAT(session.processes.started, IsEmpty());
     EXPECT_FALSE(ending());
-    EXPECT_EQ(findProgram("../Probe", {programs_.path()}), "");
+    EXPECT_EQ(process::findProgram("../Probe", {programs_.path()}), "");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "tools/logon/programs.h"
+#include "platform/process/programs.h"
 
 #include <cstdlib>
 
@@ -6,7 +6,7 @@
 
 #include "platform/files/files.h"
 
-namespace tools::logon {
+namespace process {
 
 std::string findProgram(std::string_view name, const std::vector<std::string>& folders) {
     if (name.empty() || name.find('/') != std::string_view::npos) {
@@ -29,4 +29,4 @@ std::vector<std::string> foldersOfPath() {
     return files::folderList(path == nullptr ? "" : path);
 }
 
-}  // namespace tools::logon
+}  // namespace process

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tools::logon {
+namespace process {
 
 /// The full path of a program: looked for in the folders one after another without regard to letter
 /// case ("TARN" finds "tarn"), then in all of them with ".exe" behind its name. "" where there is
@@ -15,4 +15,4 @@ namespace tools::logon {
 /// The folders of the environment's PATH.
 [[nodiscard]] std::vector<std::string> foldersOfPath();
 
-}  // namespace tools::logon
+}  // namespace process
