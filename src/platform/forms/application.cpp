@@ -1,11 +1,13 @@
 #include "platform/forms/application.h"
 
+#include <QKeyEvent>
 #include <QTimer>
 
 #include <fmt/format.h>
 
 #include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/helpport.h"
 #include "platform/forms/qtmsgbox.h"
 #include "platform/forms/waitbox.h"
 
@@ -23,6 +25,20 @@ std::string untrappedText(const std::exception& error) {
     return numbered != nullptr
                ? fmt::format("Run-time error {}:\n\n{}", numbered->number(), numbered->what())
                : fmt::format("Run-time error:\n\n{}", error.what());
+}
+
+/// F1 and Shift+F1 mean the same in every form, box and dialog, whatever has the focus.
+bool isHelpKey(QObject& receiver, const QEvent& event) {
+    if (event.type() != QEvent::KeyPress || !receiver.isWidgetType()) {
+        return false;
+    }
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    auto& control = static_cast<QWidget&>(receiver);
+    if (key.key() == Qt::Key_F1 && key.modifiers() == Qt::ShiftModifier) {
+        askWhatThisIs(control);
+        return true;
+    }
+    return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier && askForHelp(control);
 }
 
 }  // namespace
@@ -131,6 +147,9 @@ void Application::endByError(const std::exception& error) noexcept {
 bool Application::notify(QObject* receiver, QEvent* event) {
     bool handled = true;
     try {
+        if (isHelpKey(*receiver, *event)) {
+            return true;
+        }
         handled = QApplication::notify(receiver, event);
     } catch (const base::EndProgram& end) {
         endProgram(end.exitCode);

@@ -18,6 +18,7 @@
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/forms/formregistry.h"
+#include "platform/forms/helpport.h"
 #include "platform/forms/listexporter.h"
 #include "platform/forms/screenfit.h"
 
@@ -215,6 +216,9 @@ void Form::load() {
     keepDefaultButton();
     growWithFont();
     offerExports();
+    if (helpPort().describe) {
+        helpPort().describe(*this);
+    }
     try {
         formLoad();
     } catch (...) {

@@ -6,6 +6,13 @@
 
 namespace forms {
 
+namespace {
+
+/// A form that stands beside the others ends with them, and is never the one in front.
+bool keepsProgramAlive(const Form& form) { return form.testAttribute(Qt::WA_QuitOnClose); }
+
+}  // namespace
+
 FormRegistry& FormRegistry::instance() {
     // Never destroyed: where the toolkit itself exits (its display is gone), no form can be closed.
     static auto* registry = new FormRegistry;
@@ -49,7 +56,7 @@ void FormRegistry::destroyAll() {
 }
 
 void FormRegistry::activated(Form& form) {
-    if (lastActive_ == &form) {
+    if (lastActive_ == &form || !keepsProgramAlive(form)) {
         return;
     }
     lastActive_ = &form;
@@ -76,7 +83,8 @@ void FormRegistry::unloaded(const Form& form) {
         return;
     }
     const std::vector<Form*> left = loaded();
-    if (std::none_of(left.begin(), left.end(), [](const Form* one) { return one->isVisible(); })) {
+    if (std::none_of(left.begin(), left.end(),
+                     [](const Form* one) { return one->isVisible() && keepsProgramAlive(*one); })) {
         application.endProgram(0);
     }
 }
