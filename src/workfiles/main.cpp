@@ -1,3 +1,4 @@
+#include "help/viewer/guidedesk.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/mdlDBConnection.h"
@@ -19,6 +20,7 @@ Removes the work files of the runs in the map's request list, and ends. Group So
 void removeWorkFiles() {
     startup::SetPaths();
     startup::SetErrorHandling();
+    help::offerGuide();
     startup::trapped("Main", "DelWrkFiles", [] {
         forms::FormRegistry::instance().make<workfiles::DelWrkFiles>().showForm();
     });

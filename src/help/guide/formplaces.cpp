@@ -35,6 +35,8 @@ constexpr std::array Places{
     FormPlace{"frmCalcDeadHead", "", "dead-head", ""},
     FormPlace{"ReportSelection", "", "reports", "making-a-report"},
     FormPlace{"ReportPreview", "", "reports", "on-the-screen"},
+    FormPlace{"Districts", "", "districts", ""},
+    FormPlace{"NewDistrict", "", "districts", "making-one"},
     FormPlace{"Logon", "", "districts", "logging-on"},
     FormPlace{"DelWrkFiles", "", "map", "remove-map-work-files"},
     FormPlace{"GuideWindow", "", Guide::Contents, "reading-this-guide"},

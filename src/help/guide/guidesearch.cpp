@@ -11,9 +11,10 @@ namespace {
 constexpr int InPageTitle = 60;
 constexpr int InTitle = 40;
 constexpr int InText = 10;
-constexpr int WholeWord = 2;  // times as good
-constexpr int MostTimes = 4;  // a word counts so often in a text
-constexpr int Before = 60;    // characters of a snippet before the first word
+constexpr int WholeWord = 2;     // times as good
+constexpr int MostTimes = 4;     // a word counts so often in a text
+constexpr int ForReference = 4;  // times as bad
+constexpr int Before = 60;       // characters of a snippet before the first word
 constexpr int Longest = 180;
 
 /// What one word sought looks like in a text; its group holds what a longer word has besides.
@@ -123,7 +124,7 @@ Hit hitOf(const Page& page, const Section& section, const std::vector<Term>& ter
 std::vector<Weighed> hitsOf(const Guide& guide, const std::vector<Term>& terms, bool wantsAll) {
     std::vector<Weighed> hits;
     for (const Page& page : guide.pages()) {
-        const int share = isForReference(guide, page) ? 2 : 1;
+        const int share = isForReference(guide, page) ? ForReference : 1;
         for (const Section& section : page.sections) {
             const auto worth = terms.empty() || page.name == Guide::Contents
                                    ? std::nullopt

@@ -26,7 +26,8 @@ struct Found {
 /// The parts that hold the words sought, in any order and without regard to case and to a plural
 /// "s"; what a part lacks may stand in its page's title. Words count from their beginning, several
 /// between double quotes as one. The best come first: words in titles before words in texts, whole
-/// words before beginnings, early pages before late ones; the last chapter counts half.
+/// words before beginnings, early pages before late ones; the last chapter, which is for reference,
+/// counts little.
 [[nodiscard]] Found searchGuide(const Guide& guide, const QString& words, std::size_t most = 40);
 
 /// Where the words of a search stand in a text: beginning and length, in characters.

@@ -104,6 +104,7 @@ private:
     void makeMenuBar();
     void addViews(QMenu& view);
     void addSession(QMenu& file);
+    void addHelp(QMenu& menu);
 
     [[nodiscard]] RunSearchCriteria criteria() const;
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;

@@ -1,30 +1,18 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QShortcut>
+#include <QWhatsThis>
 
-#include "platform/base/ports.h"
+#include "help/about/AboutBox.h"
+#include "help/viewer/guidedesk.h"
+#include "platform/forms/helpport.h"
 #include "runsearch/search/frmTarn.h"
-#include "startup/base/applicationinfo.h"
 
 #include "ui_frmTarn.h"
 
 namespace runsearch {
 
 namespace {
-
-constexpr auto Keys =
-    "F5: Find Now\n"
-    "F6: between criteria and list\n"
-    "Down: from a criterion into the list\n"
-    "Alt+1, 2, 3: the tabs of the criteria\n"
-    "Enter: opens the chosen run\n"
-    "letters: go to the run whose id begins so\n"
-    "Delete: deletes the chosen run\n"
-    "Ctrl+A: selects every run of the list\n"
-    "Ctrl+C: copies the selected rows\n"
-    "Left, Right: scroll the list sideways\n"
-    "Shift+F10: menu of the chosen run\n"
-    "F10: menu bar";
 
 /// The letter that presses a button, behind a tab where menus show keys.
 QString withKey(const QPushButton& button) {
@@ -68,15 +56,7 @@ void frmTarn::makeMenuBar() {
     }
     addViews(*view);
     addSession(*file);
-    auto* help = bar->addMenu(tr("Help"));
-    on(help->addAction(tr("&Keys")), &QAction::triggered, "Keys_Click",
-       [] { base::MsgBox(Keys, "Keys of the Main Form", base::MsgIcon::Information); });
-    on(help->addAction(tr("&About")), &QAction::triggered, "About_Click", [] {
-        const auto& app = startup::applicationInfo();
-        base::MsgBox(app.productName + "\n" + app.title + " " + std::to_string(app.major) + "." +
-                         std::to_string(app.minor) + "." + std::to_string(app.revision),
-                     "About", base::MsgIcon::Information);
-    });
+    addHelp(*bar->addMenu(tr("Help")));
     layout()->setMenuBar(bar);
     on(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, "F10_KeyPress",
        [bar] { bar->setActiveAction(bar->actions().front()); });
@@ -90,6 +70,23 @@ void frmTarn::addViews(QMenu& view) {
     }
     on(view.addAction(tr("List of Runs\tF6")), &QAction::triggered, "View_Click",
        &frmTarn::enterList);
+}
+
+void frmTarn::addHelp(QMenu& menu) {
+    const auto offerPage = [&](const QString& text, const char* procedure, const char* page) {
+        on(menu.addAction(text), &QAction::triggered, procedure, [page] {
+            help::showGuide({page, {}});
+        });
+    };
+    offerPage(tr("&Contents"), "Contents_Click", help::Guide::Contents);
+    on(menu.addAction(tr("&Help on This Form\tF1")), &QAction::triggered, "FormHelp_Click",
+       [this] { forms::askForHelp(focusWidget() == nullptr ? *this : *focusWidget()); });
+    on(menu.addAction(tr("&What's This?\tShift+F1")), &QAction::triggered, "WhatsThis_Click",
+       [] { QWhatsThis::enterWhatsThisMode(); });
+    offerPage(tr("&Keys"), "Keys_Click", "keys");
+    menu.addSeparator();
+    on(menu.addAction(tr("&About")), &QAction::triggered, "About_Click",
+       [this] { help::showAbout(*this); });
 }
 
 }  // namespace runsearch

@@ -1,6 +1,7 @@
 #include "startup/main/RunStartup.h"
 
 #include "data/lookups/mdlGetItems.h"
+#include "help/viewer/guidedesk.h"
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
@@ -94,6 +95,7 @@ void Main(const std::string& commandLine) {
         GetMapSoftware();
         TotSavedRuns = 0;
         forms::listExporter() = reports::exportList;
+        help::offerGuide();
         auto& mainForm = forms::FormRegistry::instance().make<runsearch::frmTarn>();
         gCommandLine = commandLine;
         if (isRefused(gCommandLine)) {

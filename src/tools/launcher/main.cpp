@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include "help/viewer/guidedesk.h"
 #include "platform/files/installation.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/applicationinfo.h"
@@ -59,6 +60,7 @@ Wish wishOf(int argc, char** argv) {
 }
 
 void start(const Wish& wish) {
+    help::offerGuide();
     auto& forms = forms::FormRegistry::instance();
     const auto known = startup::KnownDistricts().all();
     if (!wish.folder.empty()) {

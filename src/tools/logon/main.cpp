@@ -1,3 +1,4 @@
+#include "help/viewer/guidedesk.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/mdlDBConnection.h"
@@ -23,6 +24,7 @@ identifier as its command line.
 void start(const std::string& program) {
     startup::SetPaths();
     startup::SetErrorHandling();
+    help::offerGuide();
     startup::trapped("start", "Logon", [&] {
         startup::gcnQDSC = startup::GetJetConnection(startup::gVIREOPath + "ZBQDSC1.mdb");
         startup::requireVersion({{data::DatabaseFile::QDSC, *startup::gcnQDSC}});
