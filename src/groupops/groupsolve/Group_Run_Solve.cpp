@@ -45,7 +45,7 @@ constexpr auto NoRunWork =
 
 QString cleanUpHint() {
     return Group_Run_Solve::tr(
-               "The clean-up takes %1 runs at most. With more it reports a subscript error and "
+               "The clean-up takes %1 runs at most. With more it reports an error and "
                "removes nothing; close its message to go on.")
         .arg(CleanUpLimit);
 }

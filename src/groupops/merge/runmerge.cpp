@@ -113,14 +113,17 @@ std::optional<MergeMessage> messageOf(MergeObstacle obstacle, const RunMerge& me
                                             "the list and try again.",
                                             merge.source)};
         case MergeObstacle::UnknownReceiving:
-            return MergeMessage{"Run Not Found",
-                                fmt::format("Oops, run: {} does not exist any more.  Nothing can "
-                                            "be merged to it.",
-                                            merge.receiving)};
+            return MergeMessage{
+                "Run Not Found",
+                fmt::format("Oops, run: {} does not exist any more.  Nothing can "
+                            "be merged to it.  Please close this screen and search again.",
+                            merge.receiving)};
         case MergeObstacle::NoStops:
             return MergeMessage{
                 "No Stops",
-                fmt::format("Oops, run: {} has no stops that could be merged.", merge.source)};
+                fmt::format(
+                    "Oops, run: {} has no stops that could be merged.  Please select another run.",
+                    merge.source)};
     }
     return std::nullopt;
 }

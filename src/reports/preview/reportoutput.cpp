@@ -40,7 +40,9 @@ constexpr auto NotPrintedTitle = "Not Printed";
 constexpr auto NoPrinters = "There is no printer on this computer.";
 constexpr auto NoPrintService = "The print service of this computer does not answer.";
 constexpr auto OfferFile = "{}  Do you want to save the pages as a PDF file instead?";
-constexpr auto PrinterRefused = "Oops, the printer {} did not take the report: {}";
+constexpr auto PrinterRefused =
+    "Oops, the printer {} did not take the report: {}.  Please look after the printer and try "
+    "again, or save the report as a file.";
 
 /// Runs what may hang in a thread of its own; nothing where the planner stops waiting for it.
 template <class Result>

@@ -35,7 +35,7 @@ using startup::gcnRouting;
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
     "Oops, the run {} is not there any more.  Another program may have deleted it or changed its "
-    "id.";
+    "id.  Please search again.";
 constexpr auto LockedText =
     "Oops, another program is writing to the routing database just now, and nothing was saved.  "
     "What you have entered is not lost.  Please wait a moment and try again.";

@@ -56,8 +56,9 @@ void Run::showWarning(int row) {
     ui_->WarningHead->setText(tr("Warning %1 of %2: %3").arg(row + 1).arg(list.rows()).arg(type));
     ui_->WarningFull->setText(statementLines(warning));
     const int stop = rowOfStop(stopNamedIn(warning));
-    ui_->WarningStop->setText(stop < 0 ? tr("The stop is not on the run.")
-                                       : stopInWords(*ui_->StopList, stop));
+    ui_->WarningStop->setText(stop < 0
+                                  ? tr("The stop is no longer on the run. OK checks the run anew.")
+                                  : stopInWords(*ui_->StopList, stop));
     ui_->GoToStop->setEnabled(stop >= 0);
     const auto* field = mendingFieldOf(controls::fromQt(type));
     ui_->GoToField->setVisible(field != nullptr);

@@ -38,7 +38,10 @@ constexpr auto TightKey = "frmRunSchdl/TightUnder";
 constexpr double ZoomStep = 1.4;
 
 constexpr auto NotPrintedTitle = "Not Printed";
-constexpr auto NotPrinted = "Oops, the printer did not take the run schedule.";
+constexpr auto NotPrinted =
+    "Oops, the printer did not take the run schedule.  Please look after the printer and try "
+    "again, or export "
+    "the schedule and print the file.";
 constexpr auto NotExportedTitle = "Not Exported";
 constexpr auto NotExported =
     "Oops, the file {} could not be written: {}.  What was there before is as it was.  Please "

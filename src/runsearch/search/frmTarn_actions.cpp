@@ -55,7 +55,8 @@ constexpr auto HasStops =
     "assigned to it.";
 constexpr auto RunGoneTitle = "Run Not Found";
 constexpr auto RunGone =
-    "Oops, the run {} is not there any more.  It was probably removed by another user.";
+    "Oops, the run {} is not there any more.  It was probably removed by another user.  Please "
+    "search again.";
 
 template <class T, class... Arguments>
 void openForm(Arguments&&... arguments) {

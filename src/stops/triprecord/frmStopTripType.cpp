@@ -58,7 +58,8 @@ constexpr auto NoMinutesText =
     "time.  Please enter both, 0 included, and try again.";
 constexpr auto NoMinutesTitle = "Minutes Missing";
 constexpr auto OffRunText =
-    "Oops, stop {} has been taken off run {} meanwhile.  No times were calculated.";
+    "Oops, stop {} has been taken off run {} meanwhile.  No times were calculated.  Please leave "
+    "this form and look at the stops of the run.";
 constexpr auto OffRunTitle = "Stop Not on the Run";
 
 ado::Connection& routing() { return *startup::gcnRouting; }

@@ -80,8 +80,9 @@ void LogonForm::Form_Load() {
     ui_->UserId->setText(findUser(users_, last) != nullptr || users_.empty() ? last : users_[0].id);
     showUser();
     if (users_.empty()) {
-        showMessage(
-            tr("There is no user yet in %1.").arg(toQt(startup::gVIREOPath + "ZBQDSC1.mdb")));
+        showMessage(tr("There is no user yet in %1. Whoever looks after the district adds one with "
+                       "vireo-district users.")
+                        .arg(toQt(startup::gVIREOPath + "ZBQDSC1.mdb")));
     }
     (ui_->Password->isEnabled() && !last.empty() ? static_cast<QWidget*>(ui_->Password)
                                                  : ui_->UserId)
