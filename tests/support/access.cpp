@@ -72,7 +72,7 @@ std::vector<Pair> outOfOrder(Stops round) {
         if (!least || pairs.size() < least->size()) {
             least = std::move(pairs);
         }
-        std::ranges::rotate(round, round.begin() + 1);
+        std::rotate(round.begin(), round.begin() + 1, round.end());
     }
     return least.value_or(std::vector<Pair>());
 }

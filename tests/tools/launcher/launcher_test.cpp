@@ -11,6 +11,7 @@
 #include "startup/base/COSInfo.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/districts/knowndistricts.h"
+#include "support/access.h"
 #include "support/formtest.h"
 #include "tools/launcher/districtchooser.h"
 #include "tools/launcher/districtlook.h"
@@ -72,6 +73,7 @@ TEST_F(ChooserTest, OpensTheChosenDistrictWithTheLogonProgram) {
     startup::KnownDistricts().add(home_.path() + "gone", "Gone");
     startup::KnownDistricts().use(folder(), "", "ANN");
     form().showForm();
+    EXPECT_THAT(support::accessFindings(form()), testing::IsEmpty());
     ASSERT_TRUE(becomes(
         [&] { return row("DistrictList", 1).find("Cannot be opened") != std::string::npos; }));
     waitUntilLooked();
@@ -143,6 +145,7 @@ protected:
 
 TEST_F(FirstStart, MakesAnEmptyDistrictWithAnAdministratorAndOpensIt) {
     form().showForm();
+    EXPECT_THAT(support::accessFindings(form()), testing::IsEmpty());
     check("Empty");
     click("Start");
     EXPECT_TRUE(isRed("DistrictName"));
