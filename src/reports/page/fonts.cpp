@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
 #include <mutex>
+#include <string>
 #include <unordered_map>
+#include <utility>
 
 #include <hb.h>
 
@@ -51,6 +54,27 @@ bool goesOn(char32_t code) {
            category == HB_UNICODE_GENERAL_CATEGORY_FORMAT;
 }
 
+/// A shaped part of a text at the end of what is shaped of it.
+void append(Shaped& line, const Shaped& part, std::uint32_t start) {
+    for (const GlyphRun& run : part.runs) {
+        if (line.runs.empty() || line.runs.back().file != run.file) {
+            line.runs.push_back({run.file, {}});
+        }
+        for (Glyph glyph : run.glyphs) {
+            glyph.x += line.width;
+            glyph.cluster += start;
+            line.runs.back().glyphs.push_back(glyph);
+        }
+    }
+    line.width += part.width;
+}
+
+constexpr std::string_view Figures = "0123456789";
+
+bool isNumber(std::string_view word) {
+    return word.find_first_not_of(Figures) == std::string_view::npos;
+}
+
 struct Word {
     std::string_view text;
     std::size_t start = 0;  ///< in the whole text
@@ -92,10 +116,31 @@ void eachSeenWord(std::string_view text, bool rightToLeft, const Take& take) {
 }  // namespace
 
 struct Fonts::Parts {
-    using Words =
-        std::unordered_map<std::string, std::shared_ptr<const Shaped>, TextHash, std::equal_to<>>;
+    using Words = std::unordered_map<std::string, Shaped, TextHash, std::equal_to<>>;
 
-    std::shared_ptr<const Shaped> word(Face face, const Word& word) {
+    /// Numbers are put together from their digits where the face lets each stand for itself: no two
+    /// house numbers of a list are alike, so that keeping them would not pay.
+    struct Digits {
+        bool areTried = false;
+        bool areApart = false;
+        std::array<Shaped, 10> each;
+    };
+
+    /// Hands over what a word consists of, with the byte of the text at which it starts. It holds
+    /// until the next word.
+    template <class Take>
+    void eachPart(Face face, const Word& word, const Take& take) {
+        if (word.rightToLeft || !isNumber(word.text) || !digitsOf(face).areApart) {
+            take(whole(face, word), word.start);
+            return;
+        }
+        for (std::size_t at = 0; at < word.text.size(); ++at) {
+            take(digitsOf(face).each[static_cast<std::size_t>(word.text[at] - '0')],
+                 word.start + at);
+        }
+    }
+
+    const Shaped& whole(Face face, const Word& word) {
         Words& known = words[static_cast<std::size_t>(face) * 2 + (word.rightToLeft ? 1 : 0)];
         const auto found = known.find(word.text);
         if (found != known.end()) {
@@ -107,16 +152,45 @@ struct Fonts::Parts {
         return known.emplace(word.text, made(face, word)).first->second;
     }
 
-    std::shared_ptr<const Shaped> made(Face face, const Word& word);
+    const Digits& digitsOf(Face face);
+    [[nodiscard]] bool areApart(Face face, const Digits& digits);
+    Shaped made(Face face, const Word& word);
     void shapePart(Shaped& shaped, const OpenFont& font, const Characters& characters,
                    const Stretch& part);
 
     std::mutex mutex;
     FontFiles files;
     std::array<Words, FaceCount * 2> words;
+    std::array<Digits, FaceCount> digits;
     std::unique_ptr<hb_buffer_t, decltype(&hb_buffer_destroy)> buffer{hb_buffer_create(),
                                                                       &hb_buffer_destroy};
 };
+
+const Fonts::Parts::Digits& Fonts::Parts::digitsOf(Face face) {
+    Digits& own = digits[static_cast<std::size_t>(face)];
+    if (!std::exchange(own.areTried, true)) {
+        for (std::size_t digit = 0; digit < own.each.size(); ++digit) {
+            own.each[digit] = made(face, {Figures.substr(digit, 1)});
+        }
+        own.areApart = areApart(face, own);
+    }
+    return own;
+}
+
+/// Whether no pair of digits stands closer or wider than its two.
+bool Fonts::Parts::areApart(Face face, const Digits& own) {
+    for (std::size_t first = 0; first < own.each.size(); ++first) {
+        for (std::size_t second = 0; second < own.each.size(); ++second) {
+            const std::string pair{Figures[first], Figures[second]};
+            constexpr float Least = 1e-5F;
+            const float sum = own.each[first].width + own.each[second].width;
+            if (std::abs(made(face, {pair}).width - sum) > Least) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
 
 void Fonts::Parts::shapePart(Shaped& shaped, const OpenFont& font, const Characters& characters,
                              const Stretch& part) {
@@ -135,7 +209,7 @@ void Fonts::Parts::shapePart(Shaped& shaped, const OpenFont& font, const Charact
     addGlyphs(shaped, font, buffer.get());
 }
 
-std::shared_ptr<const Shaped> Fonts::Parts::made(Face face, const Word& word) {
+Shaped Fonts::Parts::made(Face face, const Word& word) {
     const auto characters = charactersOf(word.text);
     std::vector<Stretch> parts;
     std::vector<const OpenFont*> fonts;
@@ -152,9 +226,9 @@ std::shared_ptr<const Shaped> Fonts::Parts::made(Face face, const Word& word) {
         std::reverse(parts.begin(), parts.end());
         std::reverse(fonts.begin(), fonts.end());
     }
-    auto shaped = std::make_shared<Shaped>();
+    Shaped shaped;
     for (std::size_t at = 0; at < parts.size(); ++at) {
-        shapePart(*shaped, *fonts[at], characters, parts[at]);
+        shapePart(shaped, *fonts[at], characters, parts[at]);
     }
     return shaped;
 }
@@ -170,7 +244,9 @@ Fonts::~Fonts() = default;
 float Fonts::width(Face face, std::string_view text) {
     const std::lock_guard lock(parts_->mutex);
     float width = 0;
-    eachSeenWord(text, false, [&](const Word& word) { width += parts_->word(face, word)->width; });
+    eachSeenWord(text, false, [&](const Word& word) {
+        parts_->eachPart(face, word, [&](const Shaped& part, std::size_t) { width += part.width; });
+    });
     return width;
 }
 
@@ -178,18 +254,9 @@ Shaped Fonts::shape(Face face, std::string_view text, bool rightToLeft) {
     const std::lock_guard lock(parts_->mutex);
     Shaped line;
     eachSeenWord(text, rightToLeft, [&](const Word& word) {
-        const auto shaped = parts_->word(face, word);
-        for (const GlyphRun& run : shaped->runs) {
-            if (line.runs.empty() || line.runs.back().file != run.file) {
-                line.runs.push_back({run.file, {}});
-            }
-            for (Glyph glyph : run.glyphs) {
-                glyph.x += line.width;
-                glyph.cluster += static_cast<std::uint32_t>(word.start);
-                line.runs.back().glyphs.push_back(glyph);
-            }
-        }
-        line.width += shaped->width;
+        parts_->eachPart(face, word, [&](const Shaped& part, std::size_t start) {
+            append(line, part, static_cast<std::uint32_t>(start));
+        });
     });
     return line;
 }

@@ -74,7 +74,8 @@ TEST(Lines, HoldEveryLetterWithinTheirWidth) {
     }
     // Letters have other forms where a word is cut.
     const std::string_view joined = "متحدةسيارةمدرسةالنور";
-    for (float width = 20; width < 80; ++width) {
+    for (int pixels = 20; pixels < 80; ++pixels) {
+        const auto width = static_cast<float>(pixels);
         const auto first = joined.substr(0, fitting(Face::Regular, 10, joined, width));
         EXPECT_LE(widthOf(Face::Regular, 10, first), width);
     }
@@ -86,7 +87,8 @@ TEST(Lines, OfASentenceOfSeveralLooksAreBrokenAtItsBlanksOnly) {
     const Style plain, strong{Face::Bold};
     const std::vector<Span> spans = {
         {"Turn onto ", plain}, {"65th Street", strong}, {", go", plain}};
-    for (float width = 20; width < 200; width += 7) {
+    for (int pixels = 20; pixels < 200; pixels += 7) {
+        const auto width = static_cast<float>(pixels);
         std::string joined;
         for (const FlowLine& line : flowed(spans, width)) {
             EXPECT_LE(widthOf(line), width + 0.1F);
