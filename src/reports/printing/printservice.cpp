@@ -56,6 +56,7 @@ std::optional<std::vector<std::string>> systemPrinters() {
     cups_dest_t* found = nullptr;
     const int count = library.find<decltype(cupsGetDests2)>("cupsGetDests2")(service.get(), &found);
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         names.emplace_back(found[i].name);
     }

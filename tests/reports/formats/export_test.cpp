@@ -26,7 +26,7 @@ constexpr Format FromRows[] = {Format::Rtf, Format::Html, Format::Excel, Format:
 class Export : public testing::Test {
 protected:
     std::string exported(Content& content, Format format) {
-        const std::string path = folder_.path() + "report" + std::string(extensionOf(format));
+        std::string path = folder_.path() + "report" + std::string(extensionOf(format));
         EXPECT_TRUE(exportReport(content, format, path, {}));
         return path;
     }
@@ -91,7 +91,7 @@ TEST_F(Export, EveryLetterComesBackFromAnotherProgram) {
         for (std::size_t i = 0; i < nastyTexts().size(); ++i) {
             std::string text = plain(nastyTexts()[i]);
             if (format == Format::Csv && std::string("=+-@").find(text[0]) != std::string::npos) {
-                text = '\'' + text;
+                text.insert(0, 1, '\'');
             }
             ASSERT_GT(rows.size(), first + i) << testing::PrintToString(rows);
             EXPECT_EQ(rows[first + i].at(own), text) << nameOf(format);

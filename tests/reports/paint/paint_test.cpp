@@ -114,11 +114,11 @@ TEST_F(Painting, AFaxHasEachPageInDots) {
         }
         return static_cast<double>(count);
     };
-    const auto bytes = static_cast<std::size_t>((1700 + 7) / 8 * 2200);
-    ASSERT_GT(drawn.size(), bytes);
-    ASSERT_GT(dots.size(), bytes);
-    const double wanted = dark(std::string_view(drawn).substr(drawn.size() - bytes));
-    EXPECT_NEAR(dark(std::string_view(dots).substr(8, bytes)), wanted, wanted / 4);
+    constexpr std::size_t Bytes = (1700 + 7) / 8 * 2200;
+    ASSERT_GT(drawn.size(), Bytes);
+    ASSERT_GT(dots.size(), Bytes);
+    const double wanted = dark(std::string_view(drawn).substr(drawn.size() - Bytes));
+    EXPECT_NEAR(dark(std::string_view(dots).substr(8, Bytes)), wanted, wanted / 4);
 }
 
 TEST_F(Painting, WhatIsStoppedOrFailsLeavesNoFile) {

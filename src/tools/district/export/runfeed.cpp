@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <ranges>
 #include <set>
 
 #include <fmt/format.h>
@@ -89,13 +90,13 @@ void goOnPastMidnight(Trip& trip) {
 /// From load seconds, kept in `departure` until here: nobody leaves after the next arrival.
 void findDepartures(Trip& trip) {
     std::optional<std::int64_t> next;
-    for (auto time = trip.times.rbegin(); time != trip.times.rend(); ++time) {
-        if (time->arrival) {
-            const std::int64_t leaves = *time->arrival + time->departure.value_or(0);
-            time->departure = next ? std::min(leaves, *next) : leaves;
-            next = time->arrival;
+    for (auto& time : std::ranges::subrange(trip.times.rbegin(), trip.times.rend())) {
+        if (time.arrival) {
+            const std::int64_t leaves = *time.arrival + time.departure.value_or(0);
+            time.departure = next ? std::min(leaves, *next) : leaves;
+            next = time.arrival;
         } else {
-            time->departure.reset();
+            time.departure.reset();
         }
     }
 }

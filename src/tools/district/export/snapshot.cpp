@@ -10,6 +10,7 @@ namespace tools::district {
 
 DistrictSnapshot::DistrictSnapshot(const Folders& folders) {
     std::vector<std::string> paths;
+    paths.reserve(std::size(data::AllDatabaseFiles));
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
         paths.push_back(folders.database(file).string());
     }
