@@ -35,7 +35,7 @@ void AboutBox::Form_Load() {
         value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         value->setWordWrap(true);
         value->setAccessibleName(fact.name);
-        ui_->factRows->addRow(fact.name + ':', value);
+        ui_->factRows->addRow(new QLabel(fact.name + ':'), value);
     }
     ui_->CloseIt->setFocus();
 }

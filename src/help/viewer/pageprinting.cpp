@@ -7,14 +7,19 @@
 #include <QTemporaryDir>
 #include <QTextDocument>
 #include <QWidget>
+#include <functional>
 #include <future>
 #include <memory>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "help/guide/pagetext.h"
 #include "help/viewer/pagedress.h"
 #include "platform/base/wait.h"
 #include "platform/controls/qtext.h"
+#include "platform/forms/filedialog.h"
 #include "platform/forms/printerdialog.h"
 #include "reports/printing/printservice.h"
 
@@ -39,21 +44,38 @@ QPalette ink() {
     return palette;
 }
 
-/// What the print service says of a job; nothing where the user gives up waiting for it.
-std::optional<std::string> handOver(const printing::PrintJob& job,
-                                    const std::shared_ptr<QTemporaryDir>& folder) {
-    auto promise = std::make_shared<std::promise<std::string>>();
+/// What the print service answers; nothing where the user gives up waiting for it.
+template <class Answer>
+std::optional<Answer> ask(std::string waitingFor, std::function<Answer()> question) {
+    auto promise = std::make_shared<std::promise<Answer>>();
     auto answer = promise->get_future();
-    std::thread([promise, job, folder, print = printing::service().print] {
-        promise->set_value(print(job));
+    std::thread([promise, question = std::move(question)] {
+        promise->set_value(question());
     }).detach();
-    base::Wait wait("Handing the page to " + job.printer + ".");
+    base::Wait wait(std::move(waitingFor));
     while (answer.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         if (!wait.goesOn()) {
             return std::nullopt;
         }
     }
     return answer.get();
+}
+
+using Printers = std::optional<std::vector<std::string>>;
+
+/// Where there is no printer, a file is offered in its place.
+std::optional<forms::PrintChoice> choose(QWidget& over, const QString& title, bool isA4) {
+    const auto printers = ask<Printers>("Asking for the printers.", printing::service().printers)
+                              .value_or(Printers());
+    if (printers && !printers->empty()) {
+        return forms::choosePrinter(over, {.title = title, .isA4 = isA4});
+    }
+    const QString file =
+        forms::chooseFile(over, {.title = QObject::tr("No Printer: Save the Page as a File"),
+                                 .startAt = title + ".pdf",
+                                 .filter = QObject::tr("PDF (*.pdf)"),
+                                 .isToWrite = true});
+    return file.isEmpty() ? std::nullopt : std::optional(forms::PrintChoice{{}, file, {}});
 }
 
 QString send(const forms::PrintChoice& choice, const QString& title, const QString& markdown,
@@ -68,7 +90,9 @@ QString send(const forms::PrintChoice& choice, const QString& title, const QStri
     for (const auto& [name, value] : choice.options) {
         job.options.emplace_back(fromQt(name), fromQt(value));
     }
-    const auto refusal = handOver(job, passage);
+    const auto refusal =
+        ask<std::string>("Handing the page to " + job.printer + ".",
+                         [passage, job, print = printing::service().print] { return print(job); });
     if (!refusal) {
         return QObject::tr("You stopped; the printer may print all the same.");
     }
@@ -100,7 +124,7 @@ bool writePdf(const QString& file, const QString& title, const QString& markdown
 QString printPage(QWidget& over, const QString& title, const QString& markdown,
                   const QString& folder) {
     const bool isA4 = QLocale::system().measurementSystem() == QLocale::MetricSystem;
-    const auto choice = forms::choosePrinter(over, {.title = title, .isA4 = isA4});
+    const auto choice = choose(over, title, isA4);
     if (!choice) {
         return {};
     }
