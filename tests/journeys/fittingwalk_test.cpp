@@ -1,5 +1,7 @@
 #include <QLabel>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 
 #include "platform/controls/timebox.h"
@@ -7,37 +9,67 @@
 
 namespace {
 
-/// The program in a font of 16 points.
-class FittingWalk : public walk::Walk {
+const walk::Station TimeLine{"frmRunSchdl", "frmTarn", "TimeLine", nullptr, "", {}, {}};
+
+/// The program on a small screen in fonts of several sizes.
+class FittingWalk : public walk::Walk, public testing::WithParamInterface<int> {
 protected:
-    FittingWalk() { QApplication::setFont(QFont(usual_.family(), 16)); }
+    FittingWalk() { QApplication::setFont(QFont(usual_.family(), GetParam())); }
     ~FittingWalk() override { QApplication::setFont(usual_); }
 
-    static void expectWide(const QWidget& control, int needed) {
-        EXPECT_GE(control.width(), needed) << control.window()->objectName().toStdString() << "."
-                                           << control.objectName().toStdString();
+    static std::string named(const QWidget& control) {
+        return (control.window()->objectName() + "." + control.objectName()).toStdString();
+    }
+    static bool mayEnd(const QWidget& control) {
+        const auto* label = qobject_cast<const QLabel*>(&control);
+        return control.sizePolicy().horizontalPolicy() == QSizePolicy::Ignored ||
+               (label != nullptr && label->wordWrap());
+    }
+    static bool isOfToolkit(const QWidget& control) {
+        return control.objectName().startsWith("qt_") ||
+               qobject_cast<const QTabBar*>(control.parentWidget()) != nullptr;
     }
     static void expectNothingCut(const forms::Form& form) {
         for (const QWidget* control : form.findChildren<QWidget*>()) {
-            const auto* label = qobject_cast<const QLabel*>(control);
-            const bool mayEnd = control->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored ||
-                                (label != nullptr && label->wordWrap());
-            const bool isMeant = label != nullptr ||
+            const bool isMeant = qobject_cast<const QLabel*>(control) ||
                                  qobject_cast<const QAbstractButton*>(control) ||
                                  qobject_cast<const controls::TimeBox*>(control);
-            if (isMeant && !mayEnd && !control->objectName().startsWith("qt_") &&
-                !control->objectName().isEmpty() && control->isVisibleTo(&form)) {
-                expectWide(*control, control->minimumSizeHint().width());
+            if (isMeant && !mayEnd(*control) && !control->objectName().isEmpty() &&
+                !isOfToolkit(*control) && control->isVisibleTo(&form)) {
+                EXPECT_GE(control->width(), control->minimumSizeHint().width()) << named(*control);
             }
         }
+    }
+    /// Fields and buttons may scroll downwards, never to the side.
+    static void expectNothingAside(const forms::Form& form) {
+        for (const QScrollArea* area : form.findChildren<QScrollArea*>()) {
+            if (area->isVisibleTo(&form)) {
+                EXPECT_GE(area->viewport()->width(), area->widget()->minimumSizeHint().width())
+                    << named(*area->widget()) << aside(*area);
+            }
+        }
+    }
+    static std::string aside(const QScrollArea& area) {
+        std::string names;
+        for (const QWidget* part : area.widget()->findChildren<QWidget*>()) {
+            const int right = part->mapTo(area.widget(), part->rect().topRight()).x();
+            if (right > area.viewport()->width() && part->isVisibleTo(area.widget()) &&
+                !part->objectName().startsWith("qt_")) {
+                names += " " + part->objectName().toStdString() + ":" +
+                         std::to_string(part->minimumSizeHint().width());
+            }
+        }
+        return names;
     }
 
 private:
     QFont usual_ = QApplication::font();
 };
 
-TEST_F(FittingWalk, NoLabelButtonOrTimeIsCutAndEveryFormIsOnTheScreen) {
-    for (const auto& station : walk::Stations) {
+TEST_P(FittingWalk, NothingIsCutOrScrollsSidewaysAndEveryFormIsOnTheScreen) {
+    auto stations = walk::Stations;
+    stations.push_back(TimeLine);
+    for (const auto& station : stations) {
         forms::Form& form = open(station);
         const auto pages = form.findChildren<QTabWidget*>();
         for (int page = 0; page < (pages.empty() ? 1 : pages.front()->count()); ++page) {
@@ -48,10 +80,13 @@ TEST_F(FittingWalk, NoLabelButtonOrTimeIsCutAndEveryFormIsOnTheScreen) {
                 forms::Application::instance().yield();
             }
             expectNothingCut(form);
+            expectNothingAside(form);
         }
         EXPECT_TRUE(form.screen()->availableGeometry().contains(form.geometry())) << station.form;
         closeOthers(stationOf("frmTarn"));
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Points, FittingWalk, testing::Values(9, 12, 16, 18));
 
 }  // namespace

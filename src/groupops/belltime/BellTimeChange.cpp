@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QLayout>
 #include <QScrollArea>
-#include <QStyle>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
@@ -20,6 +19,8 @@
 #include "platform/controls/numberbox.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/timebox.h"
+#include "platform/controls/tones.h"
+#include "platform/forms/flowrow.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/timer.h"
 #include "startup/base/mdlFileUtilities.h"
@@ -164,9 +165,9 @@ BellTimeChange::BellTimeChange(RunSelection& selection, forms::Form* owner)
       groups_(std::make_unique<BellGroups>()) {
     ui_->setupUi(this);
     setWindowModality(Qt::WindowModal);
-    QPalette red = ui_->StatMsg->palette();
-    red.setColor(QPalette::WindowText, QColor(214, 32, 32));
-    ui_->StatMsg->setPalette(red);
+    for (QHBoxLayout* row : {ui_->selectRow, ui_->minutesRow, ui_->buttonRow}) {
+        forms::FlowRow::in(*row);
+    }
     ui_->BellTimeGrid->setColumns({{"School", "School"},
                                    {"Current Bell Time", "Current_Bell_Time"},
                                    {"Number of Runs", "NumRuns", false, true},
@@ -183,6 +184,12 @@ BellTimeChange::BellTimeChange(RunSelection& selection, forms::Form* owner)
 }
 
 BellTimeChange::~BellTimeChange() = default;
+
+void BellTimeChange::formDress() {
+    QPalette red = palette();
+    red.setColor(QPalette::WindowText, inkOf(controls::Tone::Wrong, red));
+    ui_->StatMsg->setPalette(red);
+}
 
 void BellTimeChange::wire() {
     on(ui_->SetTimes, &QPushButton::clicked, "SetTimes_Click", &BellTimeChange::SetTimes_Click);
@@ -247,17 +254,16 @@ void BellTimeChange::arrange() {
         button->setText(narrow_ ? caption.replace(middle, 1, u'\n') : caption);
     }
     ui_->RunsBeforeAfter->view().setColumnHidden(PreviewDescription, narrow_);
+    ui_->mainRow->setStretch(0, narrow_ ? 1 : 2);
+    ui_->mainRow->setStretch(1, narrow_ ? 2 : 3);
     makeRoom();
 }
 
 /// The runs before and after show at least three rows; what is beside the grid scrolls where the
-/// screen is too low, and is never narrower than its captions.
+/// screen is too low.
 void BellTimeChange::makeRoom() {
     constexpr int HeaderAndThreeRows = 9;  // in line heights
     ui_->RunsBeforeAfter->setMinimumHeight(HeaderAndThreeRows * fontMetrics().height());
-    ui_->methodPage->layout()->activate();
-    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    ui_->methodScroll->setMinimumWidth(ui_->methodPage->minimumSizeHint().width() + bar);
 }
 
 /// Counts first; where the runs are too many the planner is told and the form goes.

@@ -42,6 +42,7 @@ public:
 
 protected:
     void Form_Load() override;
+    void formDress() override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:

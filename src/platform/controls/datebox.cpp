@@ -52,7 +52,7 @@ DateBox::DateBox(QWidget* parent) : QLineEdit(parent) {
     setPlaceholderText(QStringLiteral("m/d/yyyy"));
     setMaxLength(40);
     QAction* sign =
-        addAction(signIcon(Sign::Calendar, palette(), QPalette::PlaceholderText), TrailingPosition);
+        addAction(signIcon(Sign::Calendar, QPalette::PlaceholderText), TrailingPosition);
     sign->setText(tr("Calendar"));
     sign->setToolTip(tr("Choose from a calendar (F4)"));
     connect(sign, &QAction::triggered, this, [this] { openCalendar(); });

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/controls/access.h"
+#include "platform/controls/tones.h"
 
 namespace controls {
 
@@ -54,7 +55,7 @@ void Gauge::paintEvent(QPaintEvent*) {
                      palette().color(QPalette::Highlight));
     if (end > tick) {
         painter.fillRect(QRect(tick, bar.top(), end - tick, tall),
-                         QBrush(QColor(214, 40, 46), Qt::Dense3Pattern));
+                         QBrush(inkOf(Tone::Wrong, palette()), Qt::Dense3Pattern));
     }
     painter.fillRect(QRect(tick, 0, 2, height()), palette().color(QPalette::WindowText));
 }

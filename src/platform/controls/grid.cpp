@@ -13,16 +13,29 @@
 
 #include "platform/controls/celldelegate.h"
 #include "platform/controls/qtext.h"
+#include "platform/controls/signs.h"
 #include "platform/table/tablecopy.h"
 
 namespace controls {
 
 namespace {
 
-/// Cells that cannot be typed into stand back behind those that can.
+/// Cells that cannot be typed into stand back behind those that can. Red ones have a mark.
 class GridDelegate : public CellDelegate {
 public:
     using CellDelegate::CellDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        CellDelegate::paint(painter, option, index);
+        if (index.data(RedRole).toBool()) {
+            const int side = option.fontMetrics.height();
+            const bool selected = option.state.testFlag(QStyle::State_Selected);
+            const QRect end(option.rect.right() - side, option.rect.top(), side,
+                            option.rect.height());
+            paintSign(*painter, end, Sign::Warning, selected ? Qt::white : Qt::black);
+        }
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {

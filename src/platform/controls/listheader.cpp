@@ -3,6 +3,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 namespace controls {
 
@@ -98,13 +101,51 @@ void ListHeader::paintEvent(QPaintEvent* event) {
     }
 }
 
-/// A drag stays where it began. Their edge belongs to the columns that hold their place.
+/// The column of those that hold their place whose edge is there; -1 without one. The toolkit knows
+/// no edge left of where the others begin.
+int ListHeader::heldEdgeAt(int x) const {
+    const int grip = style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, this);
+    for (int columns = heldWidth() > 0 ? heldColumns() : 0; columns > 0; --columns) {
+        if (std::abs(x - widthOfFirst(columns)) <= grip) {
+            return logicalIndex(columns - 1);
+        }
+    }
+    return -1;
+}
+
+/// Whether an edge that is held took the event.
+bool ListHeader::dragsHeldEdge(const QMouseEvent& event) {
+    const int x = qRound(event.position().x());
+    const int edge = heldEdgeAt(x);
+    switch (event.type()) {
+        case QEvent::MouseButtonPress:
+            dragged_ = event.button() == Qt::LeftButton ? edge : -1;
+            grownFrom_ = dragged_ < 0 ? 0 : sectionSize(dragged_) - x;
+            return dragged_ >= 0;
+        case QEvent::MouseButtonDblClick:
+            if (edge >= 0) {
+                emit sectionHandleDoubleClicked(edge);
+            }
+            return edge >= 0;
+        case QEvent::MouseButtonRelease:
+            return std::exchange(dragged_, -1) >= 0;
+        default:
+            break;
+    }
+    if (dragged_ >= 0) {
+        resizeSection(dragged_, std::max(minimumSectionSize(), grownFrom_ + x));
+    } else if (edge >= 0 && event.buttons() == Qt::NoButton) {
+        setCursor(Qt::SplitHCursor);
+    }
+    return dragged_ >= 0 || (edge >= 0 && event.buttons() == Qt::NoButton);
+}
+
+/// What began on a column that holds its place stays there.
 int ListHeader::shiftOf(const QMouseEvent& event) {
     if (event.type() == QEvent::MouseButtonPress || event.buttons() == Qt::NoButton) {
-        const int grip = style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, this);
-        draggedFrom_ = shiftAt(qRound(event.position().x()) - grip);
+        pressedShift_ = shiftAt(qRound(event.position().x()));
     }
-    return draggedFrom_;
+    return pressedShift_;
 }
 
 bool ListHeader::viewportEvent(QEvent* event) {
@@ -114,8 +155,14 @@ bool ListHeader::viewportEvent(QEvent* event) {
         case QEvent::MouseMove:
         case QEvent::MouseButtonRelease: {
             const auto& mouse = static_cast<const QMouseEvent&>(*event);
+            if (dragsHeldEdge(mouse)) {
+                return true;
+            }
+            if (event->type() == QEvent::MouseMove && heldWidth() > 0) {
+                unsetCursor();
+            }
             const bool ends = event->type() == QEvent::MouseButtonRelease;
-            const int shift = ends ? draggedFrom_ : shiftOf(mouse);
+            const int shift = ends ? pressedShift_ : shiftOf(mouse);
             QMouseEvent there(mouse.type(), mouse.position() - QPointF(shift, 0),
                               mouse.scenePosition(), mouse.globalPosition(), mouse.button(),
                               mouse.buttons(), mouse.modifiers(), mouse.pointingDevice());

@@ -35,12 +35,16 @@ protected:
 private:
     [[nodiscard]] QString captionOf(int logicalIndex) const;
     [[nodiscard]] int widthOfFirst(int columns) const;
+    [[nodiscard]] int heldEdgeAt(int x) const;
+    [[nodiscard]] bool dragsHeldEdge(const QMouseEvent& event);
     [[nodiscard]] int shiftOf(const QMouseEvent& event);
 
     bool twoLines_ = false;
     int gutter_ = 0;
     int held_ = 0;
-    int draggedFrom_ = 0;  ///< the shift where a button went down
+    int pressedShift_ = 0;  ///< where a button went down
+    int dragged_ = -1;      ///< the column whose edge is dragged while others scroll beneath it
+    int grownFrom_ = 0;     ///< its width with the mouse at the left edge
 };
 
 }  // namespace controls

@@ -4,6 +4,7 @@
 #include <QPainterPath>
 
 #include "platform/controls/multicolumnlist.h"
+#include "platform/controls/tones.h"
 
 namespace controls {
 
@@ -86,10 +87,11 @@ void drawRowFocus(QPainter& painter, const QRect& row, const QColor& ink) {
 void tintSelection(QPalette& palette) {
     constexpr qreal OnLight = 0.195;
     constexpr qreal OnDark = 0.43;
+    constexpr qreal Strong = 0.3;
     const QColor base = palette.color(QPalette::Base);
     const QColor accent = palette.color(QPalette::Highlight);
-    palette.setColor(QPalette::Highlight,
-                     mixed(base, accent, base.lightness() < 128 ? OnDark : OnLight));
+    const qreal share = isHighContrast(palette) ? Strong : isDark(palette) ? OnDark : OnLight;
+    palette.setColor(QPalette::Highlight, mixed(base, accent, share));
     palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
 }
 

@@ -21,8 +21,11 @@ void SignDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
 
 QColor SignDelegate::inkOf(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const bool selected = option.state.testFlag(QStyle::State_Selected);
-    if (selected || index.data(RedRole).toBool()) {
+    if (index.data(RedRole).toBool()) {
         return selected ? Qt::white : Qt::black;
+    }
+    if (selected) {
+        return option.palette.color(QPalette::HighlightedText);
     }
     return place_ == Place::BesideText ? option.palette.color(QPalette::PlaceholderText)
                                        : controls::inkOf(Tone::Wrong, option.palette);

@@ -1,5 +1,7 @@
 #include "platform/controls/signs.h"
 
+#include <QGuiApplication>
+#include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
@@ -119,20 +121,46 @@ QPixmap painted(int pixels, int units, const std::function<void(QPainter&)>& pai
 
 constexpr int Units = 16;
 
+void draw(QPainter& painter, const Drawing& drawing, const QColor& colour) {
+    painter.setPen(QPen(colour, drawing.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.translate(Units / 2.0, Units / 2.0);
+    painter.rotate(drawing.turn);
+    painter.translate(-Units / 2.0, -Units / 2.0);
+    for (const QPolygonF& stroke : drawing.strokes) {
+        painter.drawPolyline(stroke);
+    }
+}
+
 QPixmap drawn(const Drawing& drawing, const QColor& colour, int size = Units) {
     constexpr int PixelRatio = 3;  // sharp on any screen
-    auto pixmap = painted(size * PixelRatio, Units, [&](QPainter& painter) {
-        painter.setPen(QPen(colour, drawing.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.translate(Units / 2.0, Units / 2.0);
-        painter.rotate(drawing.turn);
-        painter.translate(-Units / 2.0, -Units / 2.0);
-        for (const QPolygonF& stroke : drawing.strokes) {
-            painter.drawPolyline(stroke);
-        }
-    });
+    auto pixmap = painted(size * PixelRatio, Units,
+                          [&](QPainter& painter) { draw(painter, drawing, colour); });
     pixmap.setDevicePixelRatio(PixelRatio);
     return pixmap;
 }
+
+/// Paints its sign anew each time, so that it has the colours and the sharpness of the moment.
+class SignEngine : public QIconEngine {
+public:
+    SignEngine(Sign sign, QPalette::ColorRole ink) : sign_(sign), ink_(ink) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        paintSign(*painter, rect, sign_, QGuiApplication::palette().color(group, ink_));
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new SignEngine(*this); }
+
+private:
+    Sign sign_;
+    QPalette::ColorRole ink_;
+};
 
 }  // namespace
 
@@ -141,17 +169,14 @@ void paintSign(QPainter& painter, const QRect& rect, Sign sign, const QColor& in
     QRect square(0, 0, side, side);
     square.moveCenter(rect.center());
     painter.save();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(square, drawn(drawingOf(sign), ink));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(square.topLeft());
+    painter.scale(1.0 * side / Units, 1.0 * side / Units);
+    draw(painter, drawingOf(sign), ink);
     painter.restore();
 }
 
-QIcon signIcon(Sign sign, const QPalette& palette, QPalette::ColorRole ink) {
-    const auto drawing = drawingOf(sign);
-    QIcon icon(drawn(drawing, palette.color(QPalette::Active, ink)));
-    icon.addPixmap(drawn(drawing, palette.color(QPalette::Disabled, ink)), QIcon::Disabled);
-    return icon;
-}
+QIcon signIcon(Sign sign, QPalette::ColorRole ink) { return QIcon(new SignEngine(sign, ink)); }
 
 QPixmap markFor(Sign sign, const QColor& ink, int lineHeight) {
     constexpr double OfLine = 0.8;  // the drawing leaves room around itself

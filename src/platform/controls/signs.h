@@ -24,8 +24,9 @@ enum class Sign {
     Tick,
 };
 
-/// A small sign in a colour of the palette, paler where its button is disabled.
-[[nodiscard]] QIcon signIcon(Sign sign, const QPalette& palette, QPalette::ColorRole ink);
+/// A small sign in a colour of the program's palette as it is at each painting, paler where its
+/// button is disabled.
+[[nodiscard]] QIcon signIcon(Sign sign, QPalette::ColorRole ink);
 
 /// Draws a sign as large as fits into the middle of a rectangle.
 void paintSign(QPainter& painter, const QRect& rect, Sign sign, const QColor& ink);

@@ -7,13 +7,13 @@
 #include <QStyleOption>
 
 #include "platform/controls/refused.h"
+#include "platform/controls/tones.h"
 
 namespace forms {
 
 namespace {
 
 constexpr qreal Radius = 4;
-constexpr int RingWidth = 2;
 
 int lineHeight() { return QFontMetrics(QApplication::font()).height(); }
 
@@ -42,12 +42,17 @@ bool hasFocus(const QStyleOption& option) {
            option.state.testFlag(QStyle::State_HasFocus);
 }
 
-void drawRing(QPainter& painter, const QRect& rect, const QColor& colour) {
+/// The width of the ring around what has the focus.
+int ringWidth(const QPalette& palette) { return controls::isHighContrast(palette) ? 3 : 2; }
+
+void drawRing(QPainter& painter, const QRect& rect, const QColor& colour, int width) {
+    const qreal half = width / 2.0;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colour, RingWidth));
+    painter.setPen(QPen(colour, width));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect).adjusted(1, 1, -1, -1), Radius - 1, Radius - 1);
+    painter.drawRoundedRect(QRectF(rect).adjusted(half, half, -half, -half), Radius - 1,
+                            Radius - 1);
     painter.restore();
 }
 
@@ -70,9 +75,11 @@ void drawButton(const QStyleOptionButton& option, QPainter& painter) {
     }
     drawBox(painter, option.rect, fill, accented ? fill : lineColour(option));
     if (hasFocus(option)) {
-        const QRect inside = option.rect.adjusted(RingWidth, RingWidth, -RingWidth, -RingWidth);
+        const int width = ringWidth(palette);
+        const QRect inside = option.rect.adjusted(width, width, -width, -width);
         drawRing(painter, accented ? inside : option.rect,
-                 palette.color(accented ? QPalette::HighlightedText : QPalette::Highlight));
+                 accented ? palette.color(QPalette::HighlightedText) : controls::focusInk(palette),
+                 width);
     }
 }
 
@@ -81,14 +88,16 @@ void drawField(const QStyleOption& option, QPainter& painter, QPalette::ColorRol
                const QWidget* widget) {
     drawBox(painter, option.rect, option.palette.color(ground), lineColour(option));
     if (widget != nullptr && controls::isRefused(*widget)) {
-        drawRing(painter, option.rect, option.palette.color(QPalette::Text));
+        drawRing(painter, option.rect, option.palette.color(QPalette::Text),
+                 ringWidth(option.palette));
         const int side = lines(0.8);
         controls::drawWarning(painter,
                               {option.rect.right() - side - steps(1),
                                option.rect.center().y() - side / 2, side, side},
                               option.palette.color(QPalette::Text));
     } else if (hasFocus(option)) {
-        drawRing(painter, option.rect, option.palette.color(QPalette::Highlight));
+        drawRing(painter, option.rect, controls::focusInk(option.palette),
+                 ringWidth(option.palette));
     }
 }
 
@@ -112,7 +121,9 @@ void drawFocus(const QStyleOption& option, QPainter& painter) {
     const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(&option);
     const bool onAccent = focus != nullptr && focus->backgroundColor == accent;
     drawRing(painter, option.rect,
-             onAccent ? option.palette.color(QPalette::HighlightedText) : accent);
+             onAccent ? option.palette.color(QPalette::HighlightedText)
+                      : controls::focusInk(option.palette),
+             ringWidth(option.palette));
 }
 
 void drawHeaderSection(const QStyleOptionHeader& option, QPainter& painter) {
@@ -424,7 +435,7 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     if (hint == SH_ItemView_ShowDecorationSelected) {
         return 1;
     }
-    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons || hint == SH_Widget_Animation_Duration) {
         return 0;
     }
     if (hint == SH_FormLayoutLabelAlignment) {

@@ -17,6 +17,7 @@
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/multicolumnlist.h"
+#include "platform/forms/captions.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/helpport.h"
 #include "platform/forms/listexporter.h"
@@ -65,6 +66,16 @@ QString captionAround(const QWidget& control) {
     return {};
 }
 
+/// A heading of the .ui file, which goes on being one in another font.
+bool isHeading(QWidget& part) {
+    constexpr auto Known = "isHeading";
+    if (!part.property(Known).isValid()) {
+        part.setProperty(Known, part.testAttribute(Qt::WA_SetFont) &&
+                                    part.font().pointSize() == DesignedHeading);
+    }
+    return part.property(Known).toBool();
+}
+
 /// Lets a control have the width that it needs.
 void raiseLimits(QWidget& part) {
     const int needed = part.minimumSizeHint().width();
@@ -95,6 +106,7 @@ QScrollArea* scrolled(QWidget& part) {
     area->setWidgetResizable(true);
     area->setFocusPolicy(Qt::NoFocus);
     area->setWidget(&part);
+    new CaptionBreaker(*area);
     QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget*, QWidget* now) {
         if (now != nullptr && area->isAncestorOf(now)) {
             area->ensureWidgetVisible(now);
@@ -107,37 +119,6 @@ void keepWidth(QScrollArea& column) {
     column.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     column.setFixedWidth(column.widget()->minimumSizeHint().width() +
                          column.style()->pixelMetric(QStyle::PM_ScrollBarExtent));
-}
-
-/// A long caption stands on two lines, parted near its middle.
-void breakCaption(QPushButton& button) {
-    constexpr int ShortCaption = 12;
-    const QString text = button.text();
-    const auto middle = text.size() / 2;
-    const auto after = text.indexOf(' ', middle);
-    const auto before = text.lastIndexOf(' ', middle);
-    const auto blank =
-        after < 0 || (before > 0 && middle - before <= after - middle) ? before : after;
-    if (text.size() <= ShortCaption || blank < 0 || text.contains('\n')) {
-        return;
-    }
-    if (button.accessibleName().isEmpty()) {
-        button.setAccessibleName(QString(text).remove('&'));
-    }
-    button.setText(QString(text).replace(blank, 1, '\n'));
-}
-
-/// The buttons beside a form that is too wide give up some of their width.
-void breakCaptions(QHBoxLayout& row) {
-    for (int place = 0; place < row.count(); ++place) {
-        const QLayout& column = *row.itemAt(place)->layout();
-        for (int part = 0; row.stretch(place) == 0 && part < column.count(); ++part) {
-            if (auto* button = qobject_cast<QPushButton*>(column.itemAt(part)->widget())) {
-                breakCaption(*button);
-            }
-        }
-    }
-    row.invalidate();
 }
 
 /// A column of buttons: its first group and its end stay in sight, what is between them scrolls.
@@ -214,12 +195,17 @@ void Form::load() {
     state_ = State::Loading;
     nameControls();
     keepDefaultButton();
+    resizeForFont();
     growWithFont();
+    for (auto* area : findChildren<QScrollArea*>()) {
+        new CaptionBreaker(*area);
+    }
     offerExports();
     if (helpPort().describe) {
         helpPort().describe(*this);
     }
     try {
+        formDress();
         formLoad();
     } catch (...) {
         state_ = State::Unloaded;
@@ -291,8 +277,19 @@ bool Form::event(QEvent* event) {
     } else if (event->type() == QEvent::LayoutRequest && isLoaded() &&
                needsMoreThan(roomOnScreen(*this).size())) {
         fitAgain();  // what it was filled with wants more
+    } else if (isLoaded()) {
+        lookChanged(event->type());
     }
     return handled;
+}
+
+void Form::lookChanged(QEvent::Type what) {
+    if (what == QEvent::FontChange) {
+        growWithFont();
+    }
+    if (what == QEvent::FontChange || what == QEvent::PaletteChange) {
+        Application::instance().guarded([this] { formDress(); });
+    }
 }
 
 void Form::closeEvent(QCloseEvent* event) {
@@ -364,12 +361,15 @@ void Form::rememberPlace() const {
     LayoutMemory::instance().remember("forms/" + objectName(), saveGeometry());
 }
 
-void Form::growWithFont() {
+void Form::resizeForFont() {
     constexpr int DesignedHeight = 17;  // of a line at 10 points
     resize(size() * std::max(1.0, 1.0 * fontMetrics().height() / DesignedHeight));
+}
+
+void Form::growWithFont() {
     const auto parts = findChildren<QWidget*>();
     std::for_each(parts.rbegin(), parts.rend(), [this](QWidget* part) {  // what is inside first
-        if (part->testAttribute(Qt::WA_SetFont) && part->font().pointSize() == DesignedHeading) {
+        if (isHeading(*part)) {
             QFont heading = part->font();
             heading.setPointSizeF(font().pointSizeF() * HeadingShare);
             part->setFont(heading);

@@ -50,6 +50,9 @@ public:
     [[nodiscard]] bool isBusy() const;
 
 protected:
+    /// Gives the form what it draws in the colours and the font of the moment: before it is filled,
+    /// and again whenever they change.
+    virtual void formDress() {}
     /// Fills the form, before it is first shown.
     virtual void formLoad() {}
     /// The form has become the active one after another form was (or first of all); the closing of
@@ -104,8 +107,10 @@ private:
     void offerExports();
     /// Leaves the look of a default button to the one that the .ui file says it of.
     void keepDefaultButton();
-    /// Gives the form, its headings and the limits of its .ui file the measure of the font in use.
+    /// Gives the headings and the limits of the .ui file the measure of the font in use.
     void growWithFont();
+    void resizeForFont();
+    void lookChanged(QEvent::Type what);
     /// Lets everything scroll where it needs more than `room`: the columns of the form each by
     /// itself, so that the buttons at the side stay.
     void scrollBeyond(const QSize& room);

@@ -93,10 +93,8 @@ void ReportPreview::wireTools() {
     for (auto* button : {ui_->FindPrevious, ui_->FindNext}) {
         button->setIconSize({line, line});
     }
-    ui_->FindPrevious->setIcon(
-        controls::signIcon(controls::Sign::Up, palette(), QPalette::ButtonText));
-    ui_->FindNext->setIcon(
-        controls::signIcon(controls::Sign::Down, palette(), QPalette::ButtonText));
+    ui_->FindPrevious->setIcon(controls::signIcon(controls::Sign::Up, QPalette::ButtonText));
+    ui_->FindNext->setIcon(controls::signIcon(controls::Sign::Down, QPalette::ButtonText));
 }
 
 void ReportPreview::wirePages() {

@@ -57,29 +57,12 @@ Run::Run(forms::Form* owner)
 
 Run::~Run() = default;
 
-/// What the designer's file does not say: sizes that follow the font, and inks of the scheme.
+/// What the designer's file does not say.
 void Run::dress() {
-    const auto strong = [this](QLabel* label, double size) {
-        auto font = this->font();
-        font.setPointSizeF(font.pointSizeF() * size);
-        font.setBold(true);
-        label->setFont(font);
-    };
-    strong(ui_->Heading, 1.3);
-    for (auto* figure : {ui_->TotalPass, ui_->TotalStops, ui_->TotalDistance, ui_->TotalRideTime}) {
-        strong(figure, 1.15);
-    }
     for (auto* quiet : {ui_->SchoolName, ui_->TripTypeName, ui_->RunFamilyName, ui_->LocationName,
                         ui_->LevelSeats, ui_->StopHint}) {
         quiet->setForegroundRole(QPalette::PlaceholderText);
     }
-    auto red = palette();
-    red.setColor(QPalette::WindowText, inkOf(Tone::Wrong, red));
-    strong(ui_->TooMany, 1);
-    ui_->TooMany->setPalette(red);
-    auto amber = palette();
-    amber.setColor(QPalette::Window, groundOf(Tone::Look, amber));
-    ui_->WarningPanel->setPalette(amber);
     ui_->WarningList->header()->setStretchLastSection(true);
     auto* stops = ui_->StopList;
     stops->showFirst({"No.", "Map", "StopID", "Addr1", "Description", "Time_At_Stop",
@@ -90,8 +73,33 @@ void Run::dress() {
     onTheBus_ = new CrowdedDelegate(stops);
     stops->drawColumnBy("On the Bus", onTheBus_);
     forms::hideInPlace(*ui_->Status);
-    ui_->PreviousRun->setIcon(signIcon(Sign::Left, palette(), QPalette::ButtonText));
-    ui_->NextRun->setIcon(signIcon(Sign::Right, palette(), QPalette::ButtonText));
+    ui_->PreviousRun->setIcon(signIcon(Sign::Left, QPalette::ButtonText));
+    ui_->NextRun->setIcon(signIcon(Sign::Right, QPalette::ButtonText));
+}
+
+void Run::formDress() {
+    const auto strong = [this](QLabel* label, double size) {
+        auto font = this->font();
+        font.setPointSizeF(font.pointSizeF() * size);
+        font.setBold(true);
+        label->setFont(font);
+    };
+    strong(ui_->Heading, 1.3);
+    for (auto* figure : {ui_->TotalPass, ui_->TotalStops, ui_->TotalDistance, ui_->TotalRideTime}) {
+        strong(figure, 1.15);
+    }
+    strong(ui_->TooMany, 1);
+    auto red = palette();
+    red.setColor(QPalette::WindowText, inkOf(Tone::Wrong, red));
+    ui_->TooMany->setPalette(red);
+    auto amber = palette();
+    amber.setColor(QPalette::Window, groundOf(Tone::Look, amber));
+    ui_->WarningPanel->setPalette(amber);
+    if (arrangement_) {
+        sizeFields(*ui_);
+        arrangement_.reset();
+        arrange();
+    }
 }
 
 void Run::arrange() {

@@ -82,6 +82,7 @@ protected:
     bool Form_QueryUnload() override;
     void Form_Unload() override { answer_.stop(); }
     [[nodiscard]] Message lockedMessage() const override;
+    void formDress() override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:

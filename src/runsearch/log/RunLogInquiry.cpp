@@ -80,6 +80,19 @@ void RunLogInquiry::wireFilters() {
        describe);
 }
 
+/// Where the form is narrow for its font the dates stand below the code.
+void RunLogInquiry::resizeEvent(QResizeEvent* event) {
+    TrappedForm::resizeEvent(event);
+    constexpr int RoomyCharacters = 120;
+    const bool narrow = width() < RoomyCharacters * fontMetrics().averageCharWidth();
+    auto& grid = *ui_->filterGrid;
+    grid.removeWidget(ui_->BegDateLabel);
+    grid.removeItem(ui_->dateRow);
+    grid.addWidget(ui_->BegDateLabel, narrow ? 2 : 0, narrow ? 0 : 2);
+    grid.addLayout(ui_->dateRow, narrow ? 2 : 0, narrow ? 1 : 3, 1, narrow ? 4 : 1, Qt::AlignLeft);
+    ui_->BegDateLabel->setIndent(narrow ? 0 : fontMetrics().height());
+}
+
 void RunLogInquiry::wireList() {
     using controls::MultiColumnList;
     const auto readIfWanted = [this] { readTimer_.setEnabled(wantsMore()); };

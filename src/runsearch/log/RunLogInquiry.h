@@ -37,6 +37,7 @@ public:
 protected:
     void Form_Load() override;
     void Form_Unload() override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void Bld_DropDown();

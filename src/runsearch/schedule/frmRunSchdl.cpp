@@ -18,6 +18,7 @@
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/filedialog.h"
+#include "platform/forms/flowrow.h"
 #include "platform/forms/operation.h"
 #include "runsearch/schedule/access.h"
 #include "runsearch/schedule/telling.h"
@@ -76,6 +77,9 @@ frmRunSchdl::frmRunSchdl(RunListPort list, forms::Form* owner)
     ui_->Day->addItem(tr("All days"));
     for (const auto* day : Weekdays) {
         ui_->Day->addItem(tr(day));
+    }
+    for (QHBoxLayout* row : {ui_->headRow, ui_->controlRow, ui_->sketchRow}) {
+        forms::FlowRow::in(*row);
     }
     ui_->SketchBar->hide();
     setCancelButton(ui_->Exit);

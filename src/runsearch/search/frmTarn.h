@@ -87,7 +87,9 @@ protected:
     void Form_Load() override;
     void Form_Activate() override;
     bool Form_QueryUnload() override;
+    void formDress() override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     /// Three columns of criteria, two, or one, which scrolls.
@@ -105,6 +107,7 @@ private:
     void addViews(QMenu& view);
     void addSession(QMenu& file);
     void addHelp(QMenu& menu);
+    void addLooks(QMenu& view);
 
     [[nodiscard]] RunSearchCriteria criteria() const;
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;

@@ -1,11 +1,12 @@
 #include <QPainter>
 #include <QResizeEvent>
-#include <QScrollBar>
 #include <QStackedWidget>
 #include <algorithm>
 #include <span>
 
 #include "platform/controls/rowdelegate.h"
+#include "platform/controls/tones.h"
+#include "platform/forms/flowrow.h"
 #include "runsearch/search/frmTarn.h"
 
 #include "ui_frmTarn.h"
@@ -58,18 +59,24 @@ void frmTarn::dress() {
     ui_->runBox->setAutoFillBackground(false);
     ui_->RunArea->viewport()->setAutoFillBackground(false);
     on(ui_->RunTab, &QTabWidget::currentChanged, "followPage", &frmTarn::followPage);
-    followPage();
+    ui_->ToResolve->setForegroundRole(QPalette::PlaceholderText);
+    forms::FlowRow::in(*ui_->totalRow);
+    ui_->runBox->installEventFilter(this);
+}
+
+void frmTarn::formDress() {
     const QPalette colours = palette();
     ui_->ChosenSign->setPixmap(signBeside(*ui_->ChosenSign, [&](QPainter& painter, QRectF square) {
         controls::drawChosenSign(painter, square, colours.color(QPalette::Highlight));
     }));
-    const bool dark = colours.color(QPalette::Base).lightness() < 128;
     ui_->ToResolveSign->setPixmap(
         signBeside(*ui_->ToResolveSign, [&](QPainter& painter, QRectF square) {
-            controls::drawWarningSign(painter, square, QColor(dark ? "#ff8a85" : "#b3151b"),
+            controls::drawWarningSign(painter, square, inkOf(controls::Tone::Wrong, colours),
                                       colours.color(QPalette::Window));
         }));
-    ui_->ToResolve->setForegroundRole(QPalette::PlaceholderText);
+    arranged_.reset();
+    arrangeCriteria();
+    followPage();
 }
 
 /// The tabs are as high as the page that is shown, and leave most of the form to the list.
@@ -92,6 +99,13 @@ void frmTarn::resizeEvent(QResizeEvent* event) {
     TrappedForm::resizeEvent(event);
     arrangeCriteria();
     followPage();
+}
+
+bool frmTarn::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest && watched == ui_->runBox) {
+        followPage();
+    }
+    return TrappedForm::eventFilter(watched, event);
 }
 
 void frmTarn::arrangeCriteria() {
@@ -163,8 +177,6 @@ void frmTarn::arrangeRunPage() {
         label->setIndent(lean ? 0 : IndentOfRanges);
     }
     ui_->runGrid->activate();
-    const int bar = lean ? ui_->RunArea->verticalScrollBar()->sizeHint().width() : 0;
-    ui_->RunArea->setMinimumWidth(ui_->runBox->minimumSizeHint().width() + bar);
     const int rows = lean ? 4 : 8;
     ui_->RunArea->setMinimumHeight(
         std::min(ui_->runBox->sizeHint().height(),

@@ -1,3 +1,4 @@
+#include <QActionGroup>
 #include <QMenu>
 #include <QMenuBar>
 #include <QShortcut>
@@ -6,6 +7,7 @@
 #include "help/about/AboutBox.h"
 #include "help/viewer/guidedesk.h"
 #include "platform/forms/helpport.h"
+#include "platform/forms/look.h"
 #include "runsearch/search/frmTarn.h"
 
 #include "ui_frmTarn.h"
@@ -70,6 +72,25 @@ void frmTarn::addViews(QMenu& view) {
     }
     on(view.addAction(tr("List of Runs\tF6")), &QAction::triggered, "View_Click",
        &frmTarn::enterList);
+    addLooks(view);
+}
+
+/// Read anew each time: another window may have changed it.
+void frmTarn::addLooks(QMenu& view) {
+    using forms::Scheme;
+    auto* looks = view.addMenu(tr("Colours"));
+    auto* group = new QActionGroup(looks);
+    for (const auto& [scheme, text] : {std::pair{Scheme::FollowDesktop, tr("&As the Desktop")},
+                                       {Scheme::Light, tr("&Light")},
+                                       {Scheme::Dark, tr("&Dark")},
+                                       {Scheme::HighContrast, tr("&High Contrast")}}) {
+        auto* action = group->addAction(looks->addAction(text));
+        action->setCheckable(true);
+        on(action, &QAction::triggered, "Look_Click",
+           [scheme = scheme] { forms::wantScheme(scheme); });
+        connect(looks, &QMenu::aboutToShow, action,
+                [action, scheme = scheme] { action->setChecked(forms::wantedScheme() == scheme); });
+    }
 }
 
 void frmTarn::addHelp(QMenu& menu) {

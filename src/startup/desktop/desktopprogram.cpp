@@ -41,9 +41,9 @@ void nameApplication(const ApplicationInfo& info) {
     QGuiApplication::setDesktopFileName(QString::fromStdString(files::installation().desktopEntry));
 }
 
-QString layoutFile() {
+QString configFile(const std::string& name) {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QString::fromStdString(fmt::format("/vireo/{}-windows.ini", programName));
+           QString::fromStdString(fmt::format("/vireo/{}.ini", name));
 }
 
 // The last changes may still be on their way into a file, and there is nobody left to trap an
@@ -67,8 +67,8 @@ int runOnDesktop(int& argc, char** argv, const std::string& name,
     usualMessages = qInstallMessageHandler(reportNoDisplay);
     forms::Application application(argc, argv);
     qInstallMessageHandler(usualMessages);
-    forms::applyLook(application);
-    controls::LayoutMemory::instance().useFile(layoutFile());
+    forms::followDesktop(application, configFile("look"));
+    controls::LayoutMemory::instance().useFile(configFile(programName + "-windows"));
     application.guarded(start);
     return closeSession(application.run());
 }

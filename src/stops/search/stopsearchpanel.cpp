@@ -66,6 +66,7 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
                                                    SignDelegate::Place::InsteadOfText, list));
     }
     fitCriteria();
+    ui_->Criteria->installEventFilter(this);
     wire();
     startFrom({});
 }
@@ -143,7 +144,11 @@ void StopSearchPanel::wire() {
 
 /// The wheel over a choice changes nothing.
 bool StopSearchPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Wheel) {
+    if (watched == ui_->Criteria) {
+        if (event->type() == QEvent::LayoutRequest) {
+            fitCriteria();  // lists that were filled want more
+        }
+    } else if (event->type() == QEvent::Wheel) {
         event->ignore();
         return true;
     }

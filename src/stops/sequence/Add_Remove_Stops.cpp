@@ -89,11 +89,6 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     for (auto* hint : {ui_->OrderHint, ui_->MapHint}) {
         hint->setForegroundRole(QPalette::PlaceholderText);
     }
-    QPalette wrong = palette();
-    wrong.setColor(QPalette::WindowText, inkOf(Tone::Wrong, wrong));
-    ui_->Unplaced->setPalette(wrong);
-    ui_->UnplacedSign->setPixmap(
-        markFor(Sign::NoPlace, inkOf(Tone::Wrong, wrong), fontMetrics().height()));
     ui_->RunSide->installEventFilter(this);
     wireButtons();
     wireKeys();
@@ -102,6 +97,18 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
 }
 
 Add_Remove_Stops::~Add_Remove_Stops() = default;
+
+void Add_Remove_Stops::formDress() {
+    QPalette wrong = palette();
+    wrong.setColor(QPalette::WindowText, inkOf(Tone::Wrong, wrong));
+    ui_->Unplaced->setPalette(wrong);
+    ui_->UnplacedSign->setPixmap(
+        markFor(Sign::NoPlace, inkOf(Tone::Wrong, wrong), fontMetrics().height()));
+    if (isLoaded()) {
+        showPassengers(passengers_);
+        arrange();
+    }
+}
 
 void Add_Remove_Stops::edit(const std::string& run) {
     run_.run = base::trim(run);
@@ -125,7 +132,7 @@ void Add_Remove_Stops::wireButtons() {
         {ui_->Move_to_Bottom, Sign::ToBottom, "Move_to_Bottom", &Add_Remove_Stops::Move_to_Bottom},
     };
     for (const auto& [button, sign, procedure, click] : buttons) {
-        button->setIcon(controls::signIcon(sign, palette(), QPalette::ButtonText));
+        button->setIcon(controls::signIcon(sign, QPalette::ButtonText));
         on(button, &QPushButton::clicked, procedure, click);
     }
     on(ui_->ExitAddRun, &QPushButton::clicked, "ExitAddRun", &Add_Remove_Stops::closeForm);
@@ -199,6 +206,7 @@ void Add_Remove_Stops::showHead() {
 }
 
 void Add_Remove_Stops::showPassengers(std::int64_t passengers) {
+    passengers_ = passengers;
     const auto seats = seatsOf(head_);
     auto text = tr("Passengers:&nbsp;<b>%1</b>").arg(passengers);
     if (seats > 0) {

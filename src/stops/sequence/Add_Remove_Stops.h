@@ -51,6 +51,7 @@ protected:
     void Form_Unload() override;
     [[nodiscard]] Message lockedMessage() const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void formDress() override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
@@ -82,6 +83,7 @@ private:
     std::unique_ptr<Ui::Add_Remove_Stops> ui_;
     EditedRun run_;
     RunHead head_;
+    std::int64_t passengers_ = 0;
     bool lean_ = false;     ///< the buttons stand above and below the run's list
     bool changed_ = false;  ///< by an action of this form
     std::function<void()> sent_;

@@ -94,6 +94,16 @@ frmStopTripType::frmStopTripType(forms::Form* owner)
     wire();
 }
 
+/// Where the form is narrow for its font the groups stand below each other.
+void frmStopTripType::resizeEvent(QResizeEvent* event) {
+    TrappedForm::resizeEvent(event);
+    constexpr int RoomyCharacters = 105;
+    const bool narrow = width() < RoomyCharacters * fontMetrics().averageCharWidth();
+    for (QHBoxLayout* row : {ui_->fieldRow, ui_->studentRow}) {
+        row->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    }
+}
+
 frmStopTripType::~frmStopTripType() = default;
 
 void frmStopTripType::wire() {

@@ -44,6 +44,7 @@ protected:
     void Form_Load() override;
     bool Form_QueryUnload() override;
     [[nodiscard]] Message lockedMessage() const override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void wire();

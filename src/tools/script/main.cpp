@@ -1,6 +1,9 @@
+#include <QCommandLineParser>
 #include <QFile>
+#include <QFont>
 #include <cstdlib>
 #include <iostream>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -65,25 +68,51 @@ std::vector<std::string> runStatement(const std::string& database, const std::st
     return lines;
 }
 
-constexpr auto Help = R"(Usage: tarn-script FILE
+constexpr auto Help = R"(Usage: tarn-script [OPTION...] FILE
 
 Plays a script, one command a line, against the program's forms and writes what happened. The
 district is the one that the configuration folder names, as for the program itself. Without a screen
 set QT_QPA_PLATFORM=offscreen.
 
-  --help     this text
-  --version  the program's version
+  --look light|dark|contrast  the colours of the forms
+  --font POINTS               the size of their font
+  --screen WIDTHxHEIGHT       the size of the screen where there is no real one
+  --help                      this text
+  --version                   the program's version
 
 Example: XDG_CONFIG_HOME=~/sample QT_QPA_PLATFORM=offscreen tarn-script typical-day.tarn)";
 
-/// The script that the command line names; helps and ends the program where it does not.
-std::string fileIn(const QCoreApplication& application) {
-    const QStringList words = application.arguments();
-    if (words.size() != 2) {
+/// How the forms are looked at, and the script.
+struct Request {
+    QString file;
+    QSize screen{1366, 768};
+    int points = 0;  ///< of the font; 0 is the toolkit's own
+    forms::Scheme scheme = forms::Scheme::Light;
+};
+
+/// What the command line asks for, which counts before there is an application; helps and ends the
+/// program where it asks for nothing.
+Request requested(const QStringList& arguments) {
+    QCommandLineParser words;
+    const QCommandLineOption screen("screen", {}, "WIDTHxHEIGHT", "1366x768");
+    const QCommandLineOption font("font", {}, "POINTS");
+    const QCommandLineOption look("look", {}, "LOOK", "light");
+    words.addOptions({screen, font, look});
+    const bool understood = words.parse(arguments);
+    const QStringList size = words.value(screen).split('x');
+    const std::map<QString, forms::Scheme> schemes{{"light", forms::Scheme::Light},
+                                                   {"dark", forms::Scheme::Dark},
+                                                   {"contrast", forms::Scheme::HighContrast}};
+    const auto scheme = schemes.find(words.value(look));
+    if (!understood || words.positionalArguments().size() != 1 || size.size() != 2 ||
+        scheme == schemes.end()) {
         std::cerr << Help << "\n";
         std::exit(2);
     }
-    return QFile::encodeName(words[1]).toStdString();
+    return {.file = words.positionalArguments().front(),
+            .screen = {size[0].toInt(), size[1].toInt()},
+            .points = words.value(font).toInt(),
+            .scheme = scheme->second};
 }
 
 }  // namespace
@@ -93,13 +122,19 @@ int main(int argc, char** argv) {
         return 0;
     }
     qInstallMessageHandler(warnUnlessScreenless);
-    std::optional<forms::ScreenlessScreen> screen(std::in_place, QSize(1366, 768));
+    const Request request = requested(QStringList(argv, argv + argc));
+    std::optional<forms::ScreenlessScreen> screen(std::in_place, request.screen);
     forms::Application application(argc, argv);
     screen.reset();
-    const std::string file = fileIn(application);
     QApplication::setApplicationName(QStringLiteral("tarn-script"));
-    forms::applyLook(application, forms::Scheme::Light);
-    const int status = script::playFile(file, std::cout, std::cerr, {startProgram, runStatement});
+    if (request.points > 0) {
+        QFont font = QApplication::font();
+        font.setPointSize(request.points);
+        QApplication::setFont(font);
+    }
+    forms::applyLook(application, request.scheme);
+    const int status = script::playFile(QFile::encodeName(request.file).toStdString(), std::cout,
+                                        std::cerr, {startProgram, runStatement});
     application.startAfresh();
     startup::resetSession();
     return status;

@@ -298,6 +298,17 @@ TEST_F(ListTest, GutterAndFirstColumnStayWhenTheOthersScrollSideways) {
     EXPECT_EQ(bar.value(), bar.maximum()) << "the row was in sight";
     QTest::mouseClick(&captions, Qt::LeftButton, {}, {width / 2, 5});
     EXPECT_EQ(list.sortColumn(), 0);
+    // Its edge is its own, from either side and wherever the others have scrolled.
+    const int hidden = list.header()->sectionSize(1);
+    for (const int beside : {-1, 1}) {
+        const int edge = list.header()->sectionSize(0);
+        QTest::mousePress(&captions, Qt::LeftButton, {}, {edge + beside, 5});
+        QTest::mouseMove(&captions, {edge + beside + 15, 5});
+        QTest::mouseMove(&captions, {edge + beside + 20, 5});
+        QTest::mouseRelease(&captions, Qt::LeftButton, {}, {edge + beside + 20, 5});
+        EXPECT_EQ(list.header()->sectionSize(0), edge + 20);
+        EXPECT_EQ(list.header()->sectionSize(1), hidden);
+    }
     // Half of the width is left to the others.
     list.header()->resizeSection(0, list.viewport()->width());
     QApplication::processEvents();

@@ -33,6 +33,11 @@ protected:
         note("loaded");
         onLoad();
     }
+    void formDress() override {
+        if (isLoaded()) {
+            note("dressed");
+        }
+    }
     void formActivate() override { note("activated"); }
     bool formQueryUnload() override { return mayClose; }
     void formUnload() override { note("unloaded"); }

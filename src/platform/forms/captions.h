@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QHBoxLayout>
+#include <QObject>
+
+class QScrollArea;
+
+namespace forms {
+
+/// The buttons beside a form that is too wide give up some of their width: long captions stand on
+/// two lines, parted near their middle.
+void breakCaptions(QHBoxLayout& row);
+
+/// Keeps what scrolls from scrolling sideways: where it needs more width than there is, the longest
+/// captions of its labels, check boxes and buttons break, one after the other.
+class CaptionBreaker : public QObject {
+    Q_OBJECT
+
+public:
+    explicit CaptionBreaker(QScrollArea& area);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void breakLongest();
+
+    QScrollArea& area_;
+    bool isAsked_ = false;
+};
+
+}  // namespace forms

@@ -1,0 +1,144 @@
+#include "platform/forms/look.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QTemporaryDir>
+#include <QThread>
+#include <atomic>
+#include <cmath>
+
+#include "fixture.h"
+#include "platform/controls/tones.h"
+#include "support/privatebus.h"
+
+namespace {
+
+using controls::Tone;
+using forms::Scheme;
+
+/// A desktop that tells programs how it looks.
+class DesktopPortal : public QDBusVirtualObject {
+public:
+    explicit DesktopPortal(const std::string& address) {
+        auto connection = QDBusConnection::connectToBus(QString::fromStdString(address), Name);
+        connection.registerVirtualObject(Path, this);
+        connection.registerService("org.freedesktop.portal.Desktop");
+        moveToThread(&thread_);
+        thread_.start();
+    }
+    ~DesktopPortal() override {
+        QDBusConnection::disconnectFromBus(Name);
+        thread_.quit();
+        thread_.wait();
+    }
+    void turn(const char* key, unsigned value) {
+        (QLatin1String(key) == QLatin1String("contrast") ? contrast_ : scheme_) = value;
+        auto told =
+            QDBusMessage::createSignal(Path, "org.freedesktop.portal.Settings", "SettingChanged");
+        told << QString("org.freedesktop.appearance") << QString(key)
+             << QVariant::fromValue(QDBusVariant(value));
+        QDBusConnection(Name).send(told);
+    }
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& asked, const QDBusConnection& connection) override {
+        const unsigned value = asked.arguments().value(1) == "contrast" ? contrast_ : scheme_;
+        return connection.send(asked.createReply(
+            QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(value))))));
+    }
+
+private:
+    static inline const QString Name = "test-portal";
+    static inline const QString Path = "/org/freedesktop/portal/desktop";
+    QThread thread_;
+    std::atomic<unsigned> scheme_ = 1;
+    std::atomic<unsigned> contrast_ = 0;
+};
+
+class LookTest : public FormsTest {
+protected:
+    LookTest() { qputenv("DBUS_SESSION_BUS_ADDRESS", bus_.address().c_str()); }
+    ~LookTest() override {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", usual_);
+        forms::applyLook(app(), Scheme::Light);
+    }
+
+    static bool dark() { return controls::isDark(QApplication::palette()); }
+    static bool strong() { return controls::isHighContrast(QApplication::palette()); }
+
+    support::PrivateBus bus_;
+
+private:
+    QByteArray usual_ = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+};
+
+TEST_F(LookTest, FollowsTheDesktopWhileFormsAreOpenUnlessTheUserWantsAnother) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("look.ini");
+    DesktopPortal desktop(bus_.address());
+    forms::followDesktop(app(), file);
+    EXPECT_TRUE(dark() && !strong());
+
+    const DemoForm& form = shown("frmTarn");
+    log.clear();
+    desktop.turn("color-scheme", 2);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !dark(); }));
+    settle();
+    EXPECT_THAT(log, testing::Contains("frmTarn dressed"));
+    EXPECT_FALSE(controls::isDark(form.button.palette()));
+    desktop.turn("contrast", 1);
+    EXPECT_TRUE(QTest::qWaitFor([] { return strong(); }));
+
+    forms::wantScheme(Scheme::Dark);
+    EXPECT_TRUE(dark() && !strong());
+    forms::followDesktop(app(), file);
+    EXPECT_EQ(forms::wantedScheme(), Scheme::Dark);
+    EXPECT_TRUE(dark() && !strong());
+    forms::wantScheme(Scheme::FollowDesktop);
+    EXPECT_TRUE(!dark() && strong());
+}
+
+TEST_F(LookTest, ABusThatHangsLeavesThePalettesOwnLook) {
+    bus_.hang();
+    forms::followDesktop(app());
+    EXPECT_FALSE(dark());
+}
+
+double luminance(const QColor& colour) {
+    const auto part = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) +
+           0.0722 * part(colour.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other) {
+    const auto [less, more] = std::minmax(luminance(one), luminance(other));
+    return (more + 0.05) / (less + 0.05);
+}
+
+TEST_F(LookTest, EveryTextStandsOutFromEveryGround) {
+    for (const auto scheme : {Scheme::Light, Scheme::Dark, Scheme::HighContrast}) {
+        forms::applyLook(app(), scheme);
+        const QPalette palette = QApplication::palette();
+        const double least = strong() ? 7 : 4.5;
+        for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::AlternateBase,
+                                  QPalette::Button, QPalette::ToolTipBase}) {
+            const QColor on = palette.color(ground);
+            EXPECT_GE(contrast(palette.color(QPalette::Text), on), least) << ground;
+            EXPECT_GE(contrast(palette.color(QPalette::PlaceholderText), on), least) << ground;
+            EXPECT_GE(contrast(controls::focusInk(palette), on), 3) << ground;
+        }
+        EXPECT_GE(
+            contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
+            least);
+        for (const auto tone : {Tone::Look, Tone::Wrong}) {
+            EXPECT_GE(contrast(inkOf(tone, palette), groundOf(tone, palette)), least);
+            EXPECT_GE(contrast(inkOf(tone, palette), palette.color(QPalette::Window)), least);
+        }
+    }
+}
+
+}  // namespace
