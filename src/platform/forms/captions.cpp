@@ -14,6 +14,7 @@ namespace forms {
 namespace {
 
 constexpr int ShortCaption = 12;
+constexpr auto Caption = "isCaption";
 
 /// The blank nearest to the middle of the longest line; -1 where the caption stays as it is.
 qsizetype breakOf(const QString& text) {
@@ -56,7 +57,8 @@ bool breakText(Captioned& part) {
 }
 
 bool isCaption(const QLabel& label) {
-    return !label.wordWrap() && label.textFormat() != Qt::RichText && label.pixmap().isNull() &&
+    return label.property(Caption).toBool() && !label.wordWrap() &&
+           label.textFormat() != Qt::RichText && label.pixmap().isNull() &&
            label.sizePolicy().horizontalPolicy() != QSizePolicy::Ignored;
 }
 
@@ -79,6 +81,12 @@ void measureAgain(QWidget& part, const QWidget& contents) {
 }
 
 }  // namespace
+
+void noteCaptions(const QWidget& form) {
+    for (QLabel* label : form.findChildren<QLabel*>()) {
+        label->setProperty(Caption, !label->text().isEmpty());
+    }
+}
 
 void breakCaptions(QHBoxLayout& row) {
     for (int place = 0; place < row.count(); ++place) {

@@ -4,8 +4,13 @@
 #include <QObject>
 
 class QScrollArea;
+class QWidget;
 
 namespace forms {
+
+/// Remembers which labels of a form have a text before it is filled: what it shows of a district
+/// never breaks.
+void noteCaptions(const QWidget& form);
 
 /// The buttons beside a form that is too wide give up some of their width: long captions stand on
 /// two lines, parted near their middle.

@@ -1,7 +1,6 @@
 #include "platform/forms/desktopwish.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
@@ -66,11 +65,10 @@ DesktopWish wishByGtk() {
 
 /// The desktop's settings as its portal tells them. The connection greets the bus itself, because
 /// the library's own greeting waits for a bus that hangs.
-class Desktop::Portal : public QObject {
-    Q_OBJECT
-
+class Desktop::Portal {
 public:
-    Portal(const QString& address, std::function<void()> told)
+    /// What the portal tells by itself reaches the listener's slot hear().
+    Portal(const QString& address, QObject& listener, std::function<void()> told)
         : bus_(QDBusConnection::connectToPeer(address, ConnectionName)), told_(std::move(told)) {
         if (!bus_.isConnected()) {
             return;
@@ -80,8 +78,8 @@ public:
         match << QStringLiteral("type='signal',interface='%1',member='SettingChanged',arg0='%2'")
                      .arg(PortalInterface, Appearance);
         bus_.asyncCall(match, TimeOutMs);
-        bus_.connect(QString(), PortalPath, PortalInterface, "SettingChanged", this,
-                     SLOT(note(QDBusMessage)));
+        bus_.connect(QString(), PortalPath, PortalInterface, "SettingChanged", &listener,
+                     SLOT(hear(QDBusMessage)));
         const std::array asked{ask(ColourScheme), ask(Contrast)};
         const auto end = std::chrono::steady_clock::now() + FirstWord;
         while (!std::ranges::all_of(asked, &QDBusPendingCall::isFinished) &&
@@ -91,7 +89,7 @@ public:
         take(ColourScheme, asked[0]);
         take(Contrast, asked[1]);
     }
-    ~Portal() override { QDBusConnection::disconnectFromPeer(ConnectionName); }
+    ~Portal() { QDBusConnection::disconnectFromPeer(ConnectionName); }
     Portal(const Portal&) = delete;
     Portal& operator=(const Portal&) = delete;
 
@@ -99,7 +97,6 @@ public:
     [[nodiscard]] std::optional<bool> isDark() const { return isDark_; }
     [[nodiscard]] bool isHighContrast() const { return isHighContrast_; }
 
-private slots:
     void note(const QDBusMessage& changed) {
         const auto facts = changed.arguments();
         if (facts.value(0) == QString(Appearance)) {
@@ -117,12 +114,12 @@ private:
             QDBusMessage::createMethodCall(PortalService, PortalPath, PortalInterface, "Read");
         question << QString(Appearance) << key;
         auto call = bus_.asyncCall(question, TimeOutMs);
-        auto* watcher = new QDBusPendingCallWatcher(call, this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this,
-                [this, key](QDBusPendingCallWatcher* answered) {
-                    take(key, *answered);
-                    answered->deleteLater();
-                });
+        auto* watcher = new QDBusPendingCallWatcher(call, &life_);
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &life_,
+                         [this, key](QDBusPendingCallWatcher* answered) {
+                             take(key, *answered);
+                             answered->deleteLater();
+                         });
         return call;
     }
     /// Each answer counts once: what changed since then is newer.
@@ -149,13 +146,14 @@ private:
     std::set<QString> heard_;
     std::optional<bool> isDark_;
     bool isHighContrast_ = false;
+    QObject life_;  ///< ends what waits for answers
 };
 
 Desktop::Desktop(QApplication* application)
     : isDarkByPalette_(controls::isDark(QApplication::palette())) {
     if (const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
         !address.isEmpty()) {
-        portal_ = std::make_unique<Portal>(address, [this] { tell(); });
+        portal_ = std::make_unique<Portal>(address, *this, [this] { tell(); });
     }
     application->installEventFilter(this);
 }
@@ -168,6 +166,12 @@ DesktopWish Desktop::wish() const {
     }
     const DesktopWish set = wishByGtk();
     return {.dark = set.dark || isDarkByPalette_, .highContrast = set.highContrast};
+}
+
+void Desktop::hear(const QDBusMessage& changed) {
+    if (portal_) {
+        portal_->note(changed);
+    }
 }
 
 void Desktop::tell() {
@@ -189,5 +193,3 @@ bool Desktop::eventFilter(QObject* watched, QEvent* event) {
 }
 
 }  // namespace forms
-
-#include "desktopwish.moc"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QDBusMessage>
 #include <functional>
 #include <memory>
 
@@ -32,6 +33,9 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+private slots:
+    void hear(const QDBusMessage& changed);
 
 private:
     class Portal;

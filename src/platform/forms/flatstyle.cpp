@@ -418,7 +418,7 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
             return lines(0.85);
         case PM_DefaultFrameWidth:
             return qobject_cast<const QAbstractScrollArea*>(widget) != nullptr
-                       ? RingWidth
+                       ? ringWidth(QApplication::palette())
                        : QProxyStyle::pixelMetric(metric, option, widget);
         case PM_FocusFrameHMargin:
             return 5;

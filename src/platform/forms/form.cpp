@@ -197,6 +197,7 @@ void Form::load() {
     keepDefaultButton();
     resizeForFont();
     growWithFont();
+    noteCaptions(*this);
     for (auto* area : findChildren<QScrollArea*>()) {
         new CaptionBreaker(*area);
     }

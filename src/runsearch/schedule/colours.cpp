@@ -1,5 +1,6 @@
 #include "runsearch/schedule/colours.h"
 
+#include "platform/controls/tones.h"
 #include "runsearch/schedule/plan.h"
 
 namespace schedule {
@@ -7,6 +8,8 @@ namespace schedule {
 namespace {
 
 constexpr int DarkerByTurn = 125;
+constexpr int LighterStrong = 112;
+constexpr int DarkerStrong = 150;
 
 const Colours Light{
     .zones = {{{"#8fa6e6", "#2f478f", "#4a63b8"},
@@ -66,6 +69,44 @@ const Colours Dark{
     .curveOut = "#3b424c",
 };
 
+/// Black and white, and the zones as far from their words as those are from the ground.
+Colours strong(Colours colours, const QColor& ink, const QColor& ground, const QColor& between) {
+    for (ZoneColours& zone : colours.zones) {
+        zone.fill =
+            ground == Qt::white ? zone.fill.lighter(LighterStrong) : zone.fill.darker(DarkerStrong);
+        zone.edge = ink;
+    }
+    colours.noZone = {ground, ink, between};
+    for (QColor* line : {&colours.words, &colours.hours, &colours.frame, &colours.soft,
+                         &colours.idle, &colours.emptyTrip, &colours.curve}) {
+        *line = ink;
+    }
+    for (QColor* area : {&colours.ground, &colours.oddRow, &colours.heads}) {
+        *area = ground;
+    }
+    colours.grid = colours.curveOut = between;
+    return colours;
+}
+
+Colours strongLight() {
+    Colours colours = strong(Light, Qt::black, Qt::white, "#8c8c8c");
+    colours.red = "#a30d12";
+    colours.redWords = "#8b0000";
+    colours.amberLine = "#5c3700";
+    colours.onAmber = Qt::black;
+    colours.accent = colours.accentFill = "#003e92";
+    return colours;
+}
+
+Colours strongDark() {
+    Colours colours = strong(Dark, Qt::white, Qt::black, "#737373");
+    colours.red = colours.redWords = "#ffb3b0";
+    colours.onRed = colours.onAmber = Qt::black;
+    colours.accent = "#ffe14d";
+    colours.accentFill = "#0046a6";
+    return colours;
+}
+
 }  // namespace
 
 ZoneColours Colours::zone(int place) const {
@@ -82,8 +123,10 @@ ZoneColours Colours::zone(int place) const {
 }
 
 const Colours& coloursFor(const QPalette& palette) {
-    constexpr int HalfLight = 128;
-    return palette.color(QPalette::Base).lightness() < HalfLight ? Dark : Light;
+    static const Colours onWhite = strongLight();
+    static const Colours onBlack = strongDark();
+    const bool dark = controls::isDark(palette);
+    return controls::isHighContrast(palette) ? (dark ? onBlack : onWhite) : dark ? Dark : Light;
 }
 
 const Colours& coloursOfPaper() { return Light; }

@@ -29,7 +29,7 @@ struct Colours {
     [[nodiscard]] ZoneColours zone(int place) const;
 };
 
-/// For a form's palette, light or dark.
+/// For a form's palette, light or dark or of high contrast.
 [[nodiscard]] const Colours& coloursFor(const QPalette& palette);
 [[nodiscard]] const Colours& coloursOfPaper();
 
