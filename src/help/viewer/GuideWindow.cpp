@@ -357,7 +357,7 @@ void GuideWindow::followIcons() {
     const int line = fontMetrics().height();
     const auto show = [&](QAbstractButton* button, controls::Sign sign) {
         button->setIconSize({line, line});
-        button->setIcon(controls::signIcon(sign, palette(), QPalette::ButtonText));
+        button->setIcon(controls::signIcon(sign, QPalette::ButtonText));
     };
     show(ui_->FindPrevious, controls::Sign::Up);
     show(ui_->FindNext, controls::Sign::Down);

@@ -34,11 +34,10 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private slots:
-    void hear(const QDBusMessage& changed);
-
 private:
     class Portal;
+
+    Q_SLOT void hear(const QDBusMessage& changed);
 
     void tell();
 
