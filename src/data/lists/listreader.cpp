@@ -1,6 +1,7 @@
 #include "data/lists/listreader.h"
 
 #include "platform/base/text.h"
+#include "platform/base/wait.h"
 #include "startup/base/mdlNONULL.h"
 
 namespace data {
@@ -77,8 +78,9 @@ void ListFields::addRow(TextTable& table, const OnRow& onRow) const {
 TextTable readList(ListColumns columns, ado::Recordset& rows, const OnRow& onRow) {
     TextTable table = emptyTable(columns);
     const ListFields fields(columns, rows);
-    for (; !rows.Eof(); rows.MoveNext()) {
+    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
         fields.addRow(table, onRow);
+        breath.take();
     }
     return table;
 }

@@ -51,7 +51,7 @@ private:
     std::vector<Source> sources_;
 };
 
-/// The list with all rows from the current one on.
+/// The list with all rows from the current one on; forms repaint while there are many.
 [[nodiscard]] table::TextTable readList(ListColumns columns, ado::Recordset& rows,
                                         const OnRow& onRow = {});
 /// The list with all rows of a question. Raises jet::SqlError, store::StoreError.

@@ -1,6 +1,7 @@
 #include "groupops/belltime/bellgroups.h"
 
 #include "platform/ado/recordset.h"
+#include "platform/base/wait.h"
 #include "startup/base/mdlNONULL.h"
 
 namespace groupops {
@@ -19,7 +20,8 @@ void forEachRun(ado::Connection& routing, const std::string& runsSql, Take take)
     const ado::Field& school = runs["SCHOOL"];
     const ado::Field& bell = runs["BELLTIME"];
     const ado::Field& run = runs["RUN"];
-    for (; !runs.Eof(); runs.MoveNext()) {
+    for (base::Breath breath; !runs.Eof(); runs.MoveNext()) {
+        breath.take();
         take(startup::NoNullString(school.Value()).asText(), bell.Value(), run);
     }
 }

@@ -11,6 +11,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
+#include "platform/base/wait.h"
 #include "startup/base/fieldvalues.h"
 
 namespace groupops {
@@ -58,7 +59,8 @@ RunsNow::RunsNow(ado::Connection& routing, std::span<const std::string> runs) : 
             few ? fmt::format("{} WHERE {}", AllRuns, conditionFor("RUN.RUN", runs)) : AllRuns,
             routing);
     }
-    for (; !runs.empty() && !rows.Eof(); rows.MoveNext()) {
+    for (base::Breath breath; !runs.empty() && !rows.Eof(); rows.MoveNext()) {
+        breath.take();
         const auto place = runs_.find(base::lowered(rows["RUN"].asText()));
         for (const auto column : Columns) {
             if (place != runs_.end()) {
@@ -100,7 +102,8 @@ void RunsNow::readPassengers() {
     rows.Open(fmt::format(Passengers,
                           few ? " AND " + conditionFor("STOP_TRIPTYPE.RUN", names) : std::string()),
               routing_);
-    for (; !rows.Eof(); rows.MoveNext()) {
+    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
+        breath.take();
         (*passengers_)[base::lowered(rows["RUN"].asText())] = startup::wholeOf(rows["PASSENGERS"]);
     }
 }

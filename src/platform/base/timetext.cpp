@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/base/date.h"
 #include "platform/base/text.h"
 
 namespace base {
@@ -55,6 +54,11 @@ std::string tidyTime(std::string_view typed) {
     const auto seconds = time->seconds % 60;
     return seconds == 0 ? shown
                         : fmt::format("{}:{:02}{}", shown.substr(0, 5), seconds, shown.substr(5));
+}
+
+std::string clockText(Date time) {
+    const std::string padded = time.hhmm();
+    return padded.front() == '0' ? padded.substr(1) : padded;
 }
 
 }  // namespace base

@@ -18,4 +18,34 @@ bool Wait::goesOn() {
     return true;
 }
 
+namespace {
+
+constexpr std::chrono::milliseconds Held{40};
+
+}  // namespace
+
+bool Work::goesOn() {
+    constexpr std::chrono::milliseconds Silent{300};
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last_ < Held) {
+        return true;
+    }
+    if (box_ == nullptr && now - start_ >= Silent) {
+        box_ = ports().waitBox(text_);
+    }
+    if (box_ == nullptr) {
+        ports().repaint();
+    }
+    const bool isWanted = box_ == nullptr || box_->goesOn();
+    last_ = std::chrono::steady_clock::now();
+    return isWanted;
+}
+
+void Breath::takeNow() {
+    if (std::chrono::steady_clock::now() - last_ >= Held) {
+        ports().repaint();
+        last_ = std::chrono::steady_clock::now();
+    }
+}
+
 }  // namespace base

@@ -43,19 +43,26 @@ void CsvWriter::endRow() {
     isFirst_ = true;
 }
 
-void writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out) {
+bool writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out,
+              const std::function<bool(double)>& keepGoing) {
     CsvWriter csv(out << Utf8Mark);
     for (const TableColumn& column : table.columns) {
         csv.text(column.caption);
     }
     csv.endRow();
+    std::size_t done = 0;
     for (const std::size_t row : rows) {
+        if (keepGoing &&
+            !keepGoing(static_cast<double>(done++) / static_cast<double>(rows.size()))) {
+            return false;
+        }
         for (std::size_t column = 0; column < table.columns.size(); ++column) {
             const std::string text = table.text(row, column);
             base::trim(text).empty() ? csv.null() : csv.text(text);
         }
         csv.endRow();
     }
+    return true;
 }
 
 }  // namespace table

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <ostream>
 #include <span>
 #include <string>
@@ -28,7 +29,9 @@ private:
 };
 
 /// What a spreadsheet opens: a mark that says UTF-8, a row of captions, and the given rows of a
-/// table as a list shows them.
-void writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out);
+/// table as a list shows them. False where `keepGoing`, which is told the share that is done, said
+/// no.
+bool writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out,
+              const std::function<bool(double)>& keepGoing = {});
 
 }  // namespace table

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "platform/base/timetext.h"
 #include "reports/base/content.h"
 
 namespace reports {
@@ -16,11 +17,6 @@ std::string grouped(double number, int decimals) {
         digits.insert(at, 1, ',');
     }
     return digits;
-}
-
-std::string timeText(base::Date date) {
-    const std::string padded = date.hhmm();
-    return padded.front() == '0' ? padded.substr(1) : padded;
 }
 
 std::string dayText(base::Date date) { return date.dateValue().text(); }
@@ -40,11 +36,11 @@ std::string cellText(CellKind kind, const base::Value& value) {
         case CellKind::Money:
             return grouped(value.asNumber(), 2);
         case CellKind::Time:
-            return timeText(value.asDate());
+            return base::clockText(value.asDate());
         case CellKind::Date:
             return dayText(value.asDate());
         case CellKind::DateTime:
-            return dayText(value.asDate()) + ' ' + timeText(value.asDate());
+            return dayText(value.asDate()) + ' ' + base::clockText(value.asDate());
         case CellKind::Text:
         case CellKind::Days:
             break;

@@ -6,6 +6,7 @@
 
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
+#include "platform/base/wait.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/filedialog.h"
 #include "platform/forms/operation.h"
@@ -69,11 +70,12 @@ void writeTo(const std::string& path, const forms::Form& form,
     }
     try {
         const forms::BusyCursor hourglass;
+        base::Work work("Writing the list to a file.");
         writeList(list.table(), rowsOf(list),
                   {.title = fromQt(fileNameOf(form)),
                    .printed = base::Now().text(),
                    .user = startup::gCommandLine},
-                  *kind, path);
+                  *kind, path, [&work](double) { return work.goesOn(); });
     } catch (const base::RunTimeError& error) {
         base::MsgBox({.text = NotExported,
                       .title = NotExportedTitle,

@@ -7,7 +7,6 @@
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "platform/table/csv.h"
-#include "reports/base/content.h"
 #include "reports/formats/export.h"
 
 namespace reports {
@@ -109,16 +108,19 @@ std::optional<ListFile> listFileOf(std::string_view path) {
                                      : std::nullopt;
 }
 
-void writeList(const table::TextTable& table, std::span<const std::size_t> rows,
-               const ListHeading& heading, ListFile kind, const std::string& path) {
+bool writeList(const table::TextTable& table, std::span<const std::size_t> rows,
+               const ListHeading& heading, ListFile kind, const std::string& path,
+               const KeepGoing& keepGoing) {
     if (kind == ListFile::Csv) {
         std::ostringstream text;
-        table::writeCsv(table, rows, text);
-        files::write(path, text.view());
-        return;
+        const bool isWhole = table::writeCsv(table, rows, text, keepGoing);
+        if (isWhole) {
+            files::write(path, text.view());
+        }
+        return isWhole;
     }
     ListContent content(table, rows, heading);
-    exportReport(content, Format::Excel, path, [](double) { return true; });
+    return exportReport(content, Format::Excel, path, keepGoing);
 }
 
 }  // namespace reports

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/table/texttable.h"
+#include "reports/base/content.h"
 
 namespace reports {
 
@@ -25,8 +26,10 @@ struct ListHeading {
 
 /// Writes the given rows of a list in that order, columns as the list has them, in the place of a
 /// file of that name or not at all: as they are shown, or as numbers and times of a workbook.
-/// Raises "Path/File access error" (75) with the system's reason.
-void writeList(const table::TextTable& table, std::span<const std::size_t> rows,
-               const ListHeading& heading, ListFile kind, const std::string& path);
+/// False, with nothing written, where `keepGoing` said no. Raises "Path/File access error" (75)
+/// with the system's reason.
+bool writeList(const table::TextTable& table, std::span<const std::size_t> rows,
+               const ListHeading& heading, ListFile kind, const std::string& path,
+               const KeepGoing& keepGoing = {});
 
 }  // namespace reports

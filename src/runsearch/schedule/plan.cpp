@@ -12,6 +12,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/date.h"
 #include "platform/base/text.h"
+#include "platform/base/wait.h"
 
 namespace schedule {
 
@@ -318,7 +319,8 @@ void PlanReader::readRuns(const std::string& sql) {
     ado::Recordset rows;
     rows.Open(sql, routing_);
     const RunFields fields(rows);
-    for (; !rows.Eof(); rows.MoveNext()) {
+    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
+        breath.take();
         auto& run = plan_.runs.emplace_back();
         fields.readInto(run);
         run.school = schools_.placeOf(fields.school.textView());

@@ -25,6 +25,7 @@ using controls::toQt;
 
 const auto BeforeSearch = QStringLiteral(
     "Enter what you look for and press Find Now.\nWithout any criterion every run is listed.");
+const auto Searching = QStringLiteral("Searching\u2026");
 const auto NothingFound = QStringLiteral(
     "No run meets all criteria.\nThe numbers on the tabs tell where criteria are filled.");
 
@@ -216,6 +217,7 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     }
     // The columns stay for now: a search with the same ones keeps their widths.
     ui_->RunList->clearRows();
+    ui_->RunList->setEmptyText(Searching);
     ui_->RunList->setTable(readRuns(runs, asked.useRoute));
     ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
     startup::RunSearchSQL = query.runs;

@@ -7,6 +7,7 @@
 #include <fmt/ranges.h>
 
 #include "platform/base/text.h"
+#include "platform/base/timetext.h"
 
 namespace runsearch {
 
@@ -14,18 +15,14 @@ namespace {
 
 constexpr std::size_t MostNamed = 3;
 
-std::string timeText(base::Date time) {
-    const std::string padded = time.hhmm();
-    return padded.front() == '0' ? padded.substr(1) : padded;
-}
-
 /// "start from 7:00 AM to 8:00 AM"
 std::string rangeText(std::string_view what, const TimeRange& range) {
     if (range.from && range.to) {
-        return fmt::format("{} from {} to {}", what, timeText(*range.from), timeText(*range.to));
+        return fmt::format("{} from {} to {}", what, base::clockText(*range.from),
+                           base::clockText(*range.to));
     }
-    return range.from ? fmt::format("{} at {} or later", what, timeText(*range.from))
-                      : fmt::format("{} at {} or earlier", what, timeText(*range.to));
+    return range.from ? fmt::format("{} at {} or later", what, base::clockText(*range.from))
+                      : fmt::format("{} at {} or earlier", what, base::clockText(*range.to));
 }
 
 /// "A, B or C"; many are only counted.

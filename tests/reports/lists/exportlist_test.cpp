@@ -8,6 +8,7 @@
 
 #include "platform/forms/filedialog.h"
 #include "platform/forms/listexporter.h"
+#include "reports/lists/listfile.h"
 #include "startup/base/session.h"
 #include "support/formtest.h"
 
@@ -130,6 +131,14 @@ TEST_F(ExportList, TellsWhatWentWrongAndLeavesTheFileAlone) {
     EXPECT_EQ(exported("there.csv"), "mine");
     EXPECT_EQ(lastTitle(), "Do Not Have Authority");
     EXPECT_TRUE(std::filesystem::exists(there));
+}
+
+TEST_F(ExportList, AStoppedListLeavesNoFile) {
+    form();
+    const auto path = folder_.path() + "stopped.csv";
+    EXPECT_FALSE(writeList(list("RunList").table(), std::vector<std::size_t>{0, 1, 2}, {},
+                           ListFile::Csv, path, [](double done) { return done < 0.5; }));
+    EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 }  // namespace
