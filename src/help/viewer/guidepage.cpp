@@ -23,7 +23,6 @@ constexpr double Percent = 100;
 
 GuidePage::GuidePage(QWidget* parent) : QTextBrowser(parent) {
     setOpenLinks(false);
-    setFrameShape(QFrame::NoFrame);
     // A bar that comes and goes would change the width that the page is set for.
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     later_.setSingleShot(true);
