@@ -152,7 +152,8 @@ private:
         const auto role = access->role();
         const auto name = access->text(QAccessible::Name);
         const auto* button = qobject_cast<QAbstractButton*>(&part);
-        const bool isUsed = part.focusPolicy() != Qt::NoFocus || button != nullptr;
+        const bool isUsed =
+            (part.focusPolicy() != Qt::NoFocus && !isA<QLabel>(&part)) || button != nullptr;
         const bool isPaintedByUs = !QByteArray(part.metaObject()->className()).startsWith('Q') &&
                                    !isA<QLabel>(&part) && part.findChildren<QWidget*>().empty();
         if (name.isEmpty() && role != QAccessible::PageTabList &&
