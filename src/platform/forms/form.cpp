@@ -148,6 +148,15 @@ void scrollBetweenEnds(QBoxLayout& column, QWidget& form) {
     column.insertWidget(first, area, 1);
 }
 
+/// Behind the button's tool tip, unless that names the key itself.
+void tellKey(QAbstractButton& button, const QKeySequence& keys) {
+    const QString text = keys.toString(QKeySequence::NativeText);
+    const QString tip = button.toolTip();
+    if (!tip.contains(text)) {
+        button.setToolTip(tip.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(tip, text));
+    }
+}
+
 }  // namespace
 
 Form::Form(const char* name, Form* owner) : QDialog(owner) {
@@ -305,6 +314,7 @@ void Form::reject() {
 }
 
 void Form::key(const QKeySequence& keys, QAbstractButton* button) {
+    tellKey(*button, keys);
     on(new QShortcut(keys, this), &QShortcut::activated, [button] { button->click(); });
 }
 

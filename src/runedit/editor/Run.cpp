@@ -173,7 +173,24 @@ void Run::wireButtons() {
     key(Qt::Key_F5, ui_->CalcTimes);
     key(Qt::CTRL | Qt::Key_PageDown, ui_->NextRun);
     key(Qt::CTRL | Qt::Key_PageUp, ui_->PreviousRun);
+    wireButtonKeys();
     on(&Timer3, &forms::Timer::tick, "Timer3_Timer", &Run::Timer3_Timer);
+}
+
+/// The fields have nearly all letters.
+void Run::wireButtonKeys() {
+    constexpr auto CtrlShift = Qt::CTRL | Qt::SHIFT;
+    key(Qt::CTRL | Qt::Key_T, ui_->AddStops);
+    key(Qt::Key_F2, ui_->StopEdit);
+    key(CtrlShift | Qt::Key_M, ui_->Merge);
+    key(Qt::CTRL | Qt::Key_M, ui_->MapIt);
+    key(Qt::CTRL | Qt::Key_L, ui_->Log);
+    key(Qt::CTRL | Qt::Key_G, ui_->GoToStop);
+    key(CtrlShift | Qt::Key_G, ui_->GoToField);
+    key(QKeySequence::Print, ui_->PrintStops);
+    key(CtrlShift | Qt::Key_D, ui_->PrintDir);
+    key(CtrlShift | Qt::Key_O, ui_->PrintOrg);
+    key(CtrlShift | Qt::Key_W, ui_->PrintWarn);
 }
 
 void Run::wireMap() {

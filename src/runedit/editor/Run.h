@@ -95,6 +95,7 @@ private:
     void wireFields();
     void wireLists();
     void wireButtons();
+    void wireButtonKeys();
     void wireMap();
 
     void begin(const std::string& run, bool isNew);

@@ -93,6 +93,8 @@ void frmTarn::wireButtons() {
     on(ui_->Exit, &QPushButton::clicked, "Exit_Click", &frmTarn::Exit_Click);
     on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "cmdSearch_Click",
        &frmTarn::cmdSearch_Click);
+    key(Qt::SHIFT | Qt::Key_F5, ui_->WholeMinutes);
+    key(Qt::Key_F8, ui_->DeadHead);
 }
 
 /// What goes to the chosen run, in the menu of the list too, and the reports on all of them.

@@ -27,8 +27,9 @@ void offer(QMenu& menu, QPushButton& button) {
     auto* action = menu.addAction(withKey(button));
     action->setToolTip(button.toolTip());
     QObject::connect(action, &QAction::triggered, &button, &QPushButton::click);
-    QObject::connect(&menu, &QMenu::aboutToShow, action,
-                     [action, &button] { action->setEnabled(button.isEnabled()); });
+    QObject::connect(&menu, &QMenu::aboutToShow, action, [action, &button] {
+        action->setEnabled(button.isEnabled() && !button.isHidden());
+    });
 }
 
 }  // namespace
@@ -56,6 +57,7 @@ void frmTarn::makeMenuBar() {
             }
         }
     }
+    offer(*view, *ui_->WholeMinutes);
     addViews(*view);
     addSession(*file);
     addHelp(*bar->addMenu(tr("Help")));

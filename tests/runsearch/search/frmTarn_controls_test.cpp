@@ -249,5 +249,17 @@ TEST_F(TarnForm, EndsTheProgramOnExitAndWhenClosed) {
     EXPECT_THROW((void)form().Form_QueryUnload(), base::EndProgram);
 }
 
+TEST_F(TarnForm, LogsOffOnceTheLogonProgramIsThere) {
+    session.processes.failure = base::errors::FileNotFound;
+    form().LogOff_Click();
+    EXPECT_EQ(lastTitle(), "Not Logged Off");
+    EXPECT_TRUE(startup::gcnRouting);
+    session.processes.failure = 0;
+    EXPECT_THROW(form().LogOff_Click(), base::EndProgram);
+    EXPECT_EQ(session.processes.started.back(), startup::gProgPath + "Logon.Exe TARN");
+    EXPECT_THROW(form().SwitchDistrict_Click(), base::EndProgram);
+    EXPECT_THAT(session.processes.started.back(), testing::EndsWith("vireo --choose"));
+}
+
 }  // namespace
 }  // namespace runsearch

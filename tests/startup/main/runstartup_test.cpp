@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "data/lookups/mdlGetItems.h"
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/forms/application.h"
@@ -63,6 +64,9 @@ TEST_F(RunStartup, AKnownUserGetsTheMainForm) {
     EXPECT_EQ(startup::gCommandLine, "ANN");
     EXPECT_THAT(session_.processes.started, IsEmpty());
     EXPECT_THAT(session_.boxes.shown, IsEmpty());
+    EXPECT_EQ(mainForm()->windowTitle(), "Runs");
+    EXPECT_EQ(QGuiApplication::applicationDisplayName().toStdString(),
+              data::GetDistrictName() + " \u2014 ANN");
 }
 
 TEST_F(RunStartup, NobodyAndAnUnknownUserAreSentToTheLogonProgram) {
