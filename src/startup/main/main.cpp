@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     const std::string commandLine = startup::commandLineOf(argc, argv);
     return startup::runOnDesktop(argc, argv, "tarn", [&] {
         startup::Main(commandLine);
-        forms::Application::instance().whenIdle(startup::rememberDistrict);
+        auto& application = forms::Application::instance();
+        application.whenIdle([&] { application.guarded(startup::rememberDistrict); });
     });
 }

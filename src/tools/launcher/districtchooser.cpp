@@ -31,7 +31,7 @@ table::TextTable emptyTable() {
     table::TextTable table;
     table.columns = {
         {.caption = "District", .widthTwips = 3000},
-        {.caption = "State", .widthTwips = 1700},
+        {.caption = "State", .widthTwips = 2100},
         {.caption = "Last Used", .widthTwips = 2400, .kind = table::CellKind::DateTime},
         {.caption = "Last User", .widthTwips = 1300},
         {.caption = "Folder", .widthTwips = 3600}};
