@@ -51,9 +51,11 @@ TEST(Create, OnlyTheOwnerReadsADistrict) {
 TEST(Create, TheSettingsNameTheFolderWhereItEndsUp) {
     const MadeDistrict made(2);
     const std::string root = made.folder();
-    EXPECT_EQ(support::contentsOf(root + "/vireo/route.ini"),
-              "[AppPaths]\ndatapath=" + root + "/data/\nprogpath=" + root + "/prog/\nVIREOpath=" +
-                  root + "/common/\n\n[AppSettings]\nERRORHANDLING=True\nMAPSoftware=ArcView3.2\n");
+    EXPECT_THAT(support::contentsOf(root + "/vireo/route.ini"),
+                testing::EndsWith("\n[AppPaths]\ndatapath=" + root + "/data/\nprogpath=" + root +
+                                  "/prog/\nVIREOpath=" + root +
+                                  "/common/\n\n[AppSettings]\nERRORHANDLING=True\n"
+                                  "MAPSoftware=ArcView3.2\n"));
     EXPECT_TRUE(fs::is_directory(root + "/data/RouteRpts"));
 }
 
