@@ -101,6 +101,19 @@ BENCHMARK_DEFINE_F(ShownList, sortWithHalfOfTheRowsSelected)(benchmark::State& s
 }
 BENCHMARK_REGISTER_F(ShownList, sortWithHalfOfTheRowsSelected)->Unit(benchmark::kMillisecond);
 
+/// What a planner waits for at each letter, once the line was entered.
+BENCHMARK_DEFINE_F(ShownList, filterLetterByLetter)(benchmark::State& state) {
+    while (list->readForFilter()) {
+    }
+    const QStringList typed{"t", "te", "text 1", "text 12", "text 123", ""};
+    qsizetype key = 0;
+    for (auto _ : state) {
+        list->setFilter(typed[key++ % typed.size()]);
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK_REGISTER_F(ShownList, filterLetterByLetter)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 
 int main(int argc, char** argv) {

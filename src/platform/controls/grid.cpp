@@ -246,7 +246,8 @@ void Grid::copyRows() const {
         }
     }
     if (!copied.empty()) {
-        QApplication::clipboard()->setText(toQt(table::tabSeparated(table, copied)));
+        QApplication::clipboard()->setText(
+            toQt(table::tabSeparated(table::wholeRows(table, copied), table::Captions::Shown)));
     }
 }
 

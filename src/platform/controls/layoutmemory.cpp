@@ -24,6 +24,14 @@ QVariant LayoutMemory::recall(const QString& key) const {
     return file_ ? file_->value(key) : QVariant();
 }
 
+QVariant LayoutMemory::recallFresh(const QString& key) const {
+    if (!file_) {
+        return session_.value(key);
+    }
+    file_->sync();
+    return file_->value(key);
+}
+
 void LayoutMemory::remember(const QString& key, const QVariant& value) {
     session_.insert(key, value);
     if (file_) {

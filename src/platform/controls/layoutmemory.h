@@ -19,6 +19,8 @@ public:
     void forget();
 
     [[nodiscard]] QVariant recall(const QString& key) const;
+    /// What another program may have remembered meanwhile, too.
+    [[nodiscard]] QVariant recallFresh(const QString& key) const;
     void remember(const QString& key, const QVariant& value);
 
 private:

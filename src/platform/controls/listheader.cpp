@@ -1,5 +1,6 @@
 #include "platform/controls/listheader.h"
 
+#include <QFontInfo>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
@@ -19,6 +20,22 @@ void ListHeader::setTwoLines(bool on) {
 void ListHeader::setGutter(int pixels) {
     gutter_ = pixels;
     viewport()->update();
+}
+
+void ListHeader::showSorting(std::vector<table::SortBy> sorting) {
+    sorting_ = std::move(sorting);
+    setSortIndicatorShown(!sorting_.empty());
+    if (!sorting_.empty()) {
+        setSortIndicator(static_cast<int>(sorting_.front().column),
+                         sorting_.front().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    }
+    viewport()->update();
+}
+
+int ListHeader::turnOf(int logicalIndex) const {
+    const auto at =
+        std::ranges::find(sorting_, static_cast<std::size_t>(logicalIndex), &table::SortBy::column);
+    return at == sorting_.end() ? -1 : static_cast<int>(at - sorting_.begin());
 }
 
 /// "Time To Use" is "Time", "To Use".
@@ -61,13 +78,39 @@ void ListHeader::paintSection(QPainter* painter, const QRect& rect, int logicalI
         part.rect = {rect.left(), rect.top(), gutter_, rect.height()};
         style()->drawControl(QStyle::CE_HeaderSection, &part, painter, this);
     }
-    if (twoLines_ && isSortIndicatorShown() && sortIndicatorSection() == logicalIndex) {
-        part.rect = {captioned.left(), rect.top(), captioned.width(), fontMetrics().height() / 2};
-        part.sortIndicator = sortIndicatorOrder() == Qt::AscendingOrder
-                                 ? QStyleOptionHeader::SortDown
-                                 : QStyleOptionHeader::SortUp;
-        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &part, painter, this);
+    if (const int turn = turnOf(logicalIndex); turn >= 0) {
+        if (twoLines_ || turn > 0) {
+            paintArrow(*painter, captioned, turn);
+        }
+        if (sorting_.size() > 1) {
+            paintTurn(*painter, captioned, turn);
+        }
     }
+}
+
+/// Above the caption.
+void ListHeader::paintArrow(QPainter& painter, QRect caption, int turn) const {
+    QStyleOptionHeaderV2 part;
+    initStyleOption(&part);
+    caption.setHeight(fontMetrics().height() / 2);
+    part.rect = caption;
+    part.sortIndicator = sorting_[static_cast<std::size_t>(turn)].descending
+                             ? QStyleOptionHeader::SortUp
+                             : QStyleOptionHeader::SortDown;
+    style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &part, &painter, this);
+}
+
+void ListHeader::paintTurn(QPainter& painter, const QRect& caption, int turn) const {
+    constexpr qreal SmallFigure = 0.75;
+    constexpr int FromEdge = 3;
+    painter.save();
+    QFont small = font();
+    small.setPointSizeF(QFontInfo(small).pointSizeF() * SmallFigure);
+    painter.setFont(small);
+    painter.setPen(palette().color(QPalette::ButtonText));
+    painter.drawText(caption.adjusted(0, 0, -FromEdge, 0), Qt::AlignRight | Qt::AlignTop,
+                     QString::number(turn + 1));
+    painter.restore();
 }
 
 int ListHeader::widthOfFirst(int columns) const {

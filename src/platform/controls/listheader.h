@@ -1,12 +1,16 @@
 #pragma once
 
 #include <QHeaderView>
+#include <vector>
+
+#include "platform/table/texttable.h"
 
 namespace controls {
 
 /// The captions of a list, on two lines each where asked for. The first one stands clear of a
 /// gutter at the left edge. The columns that stand first may hold their place while the others
-/// scroll sideways beneath them.
+/// scroll sideways beneath them. Where rows are sorted by several columns each of those has its
+/// arrow and the figure of its turn.
 class ListHeader : public QHeaderView {
     Q_OBJECT
 
@@ -17,6 +21,10 @@ public:
     void setGutter(int pixels);
     /// So many columns hold their place, as long as they leave half of the width to the others.
     void holdFirst(int columns) { held_ = columns; }
+    /// The columns that always stand first and are always shown.
+    [[nodiscard]] int fixedColumns() const { return std::min(held_, count()); }
+    /// What the arrows show; none without a column.
+    void showSorting(std::vector<table::SortBy> sorting);
     /// The columns that hold their place, scrolled or not.
     [[nodiscard]] int heldColumns() const;
     [[nodiscard]] bool holds(int logicalIndex) const;
@@ -38,7 +46,12 @@ private:
     [[nodiscard]] int heldEdgeAt(int x) const;
     [[nodiscard]] bool dragsHeldEdge(const QMouseEvent& event);
     [[nodiscard]] int shiftOf(const QMouseEvent& event);
+    /// The turn of a column among those sorted by, from 0; -1 for none of them.
+    [[nodiscard]] int turnOf(int logicalIndex) const;
+    void paintArrow(QPainter& painter, QRect caption, int turn) const;
+    void paintTurn(QPainter& painter, const QRect& caption, int turn) const;
 
+    std::vector<table::SortBy> sorting_;
     bool twoLines_ = false;
     int gutter_ = 0;
     int held_ = 0;

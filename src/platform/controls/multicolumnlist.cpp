@@ -1,28 +1,23 @@
 #include "platform/controls/multicolumnlist.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QHeaderView>
-#include <QMenu>
-#include <QMetaMethod>
 #include <QMimeData>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
-#include "platform/controls/layoutmemory.h"
 #include "platform/controls/listheader.h"
+#include "platform/controls/listkeys.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/rowdelegate.h"
 #include "platform/controls/tablemodel.h"
-#include "platform/controls/twips.h"
-#include "platform/table/tablecopy.h"
 
 namespace controls {
 
@@ -31,51 +26,6 @@ namespace {
 constexpr qint64 TypingPauseMs = 1000;
 
 bool sameLetters(const QString& text) { return text.count(text.front()) == text.size(); }
-
-int contentWidth(const QAbstractItemView& list, int column) {
-    return list.sizeHintForColumn(column);
-}
-
-/// With room for the sort arrow beside the caption, where there is one and the arrow not above it.
-int captionWidth(const MultiColumnList& list, int column) {
-    constexpr int Edges = 9;
-    const auto& header = *list.header();
-    const bool arrow = list.headerSorts() && !list.twoLineCaptions() &&
-                       !list.table().columns[static_cast<std::size_t>(column)].caption.empty();
-    return header.sectionSizeHint(column) +
-           (arrow ? header.style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, &header) + Edges
-                  : 0);
-}
-
-int fittingWidth(const MultiColumnList& list, int column) {
-    constexpr int NarrowestInLetters = 7;
-    constexpr int WidestInLetters = 31;
-    const int letter = list.fontMetrics().averageCharWidth();
-    const auto& shown = list.table().columns[static_cast<std::size_t>(column)];
-    const int content = contentWidth(list, column);
-    const int caption = captionWidth(list, column);
-    if (shown.widthTwips > 0) {
-        const int whole = shown.kind == table::CellKind::Time ? content : caption;
-        return std::max({pixelsOf(shown.widthTwips, list), whole, caption});
-    }
-    const int least = list.twoLineCaptions() ? 0 : NarrowestInLetters * letter;
-    return std::max(std::clamp(content, least, WidestInLetters * letter), caption);
-}
-
-/// Room that is left goes to the widest column of texts, up to what its texts take.
-void widenForTexts(const MultiColumnList& list) {
-    const auto& columns = list.table().columns;
-    const auto widest = std::ranges::max_element(columns, {}, &table::TableColumn::widthTwips);
-    if (widest == columns.end() || widest->kind != table::CellKind::Text) {
-        return;
-    }
-    const int column = static_cast<int>(widest - columns.begin());
-    const int around = list.verticalScrollBar()->sizeHint().width() + 2 * list.frameWidth();
-    const int width = list.header()->sectionSize(column);
-    const int left = std::max(list.width() - around - list.header()->length(), 0);
-    list.header()->resizeSection(column,
-                                 std::clamp(contentWidth(list, column), width, width + left));
-}
 
 }  // namespace
 
@@ -96,16 +46,8 @@ MultiColumnList::MultiColumnList(QWidget* parent)
     setSelectionMode(ExtendedSelection);
     setHorizontalScrollMode(ScrollPerPixel);
     header()->setStretchLastSection(false);
-    header()->setSectionsMovable(false);
     header()->setResizeContentsPrecision(40);
-    header()->setSectionsClickable(true);
-    connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
-        if (headerSorts_) {
-            toggleSort(column);
-        }
-        emit columnClicked(column);
-    });
-    connect(header(), &QHeaderView::sectionResized, this, [this] { rememberWidths(); });
+    wireHeader();
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         if (showsEnd()) {
             emit endShown();
@@ -121,11 +63,6 @@ MultiColumnList::MultiColumnList(QWidget* parent)
             [this](const QModelIndex& index) { emit rowActivated(index.row()); });
 }
 
-void MultiColumnList::showFirst(std::vector<std::string> names, int inSight) {
-    shownFirst_ = std::move(names);
-    captions_->holdFirst(inSight);
-}
-
 void MultiColumnList::setTable(table::TextTable table) {
     sortingOff();
     const bool fits = widthsFitRows_ && table.columns == model_->table().columns;
@@ -134,6 +71,7 @@ void MultiColumnList::setTable(table::TextTable table) {
         arrangeColumns();
         applyWidths();
     }
+    columnsChanged();
     scrollToTop();
 }
 
@@ -141,10 +79,20 @@ void MultiColumnList::appendRows(const table::TextTable& more) {
     const QScrollBar& bar = *verticalScrollBar();
     const bool heldAtEnd = bar.isSliderDown() && bar.value() == bar.maximum();
     sortingOff();
-    model_->append(more);
+    for (std::size_t row = 0; !order_.empty() && row < more.rowCount(); ++row) {
+        order_.push_back(table().rowCount() + row);
+    }
+    isFiltered() ? appendFiltered(more) : model_->append(more);
     if (heldAtEnd) {
         scrollToBottom();
     }
+}
+
+void MultiColumnList::appendFiltered(const table::TextTable& more) {
+    const std::size_t first = table().rowCount();
+    model_->addUnseen(more);
+    model_->showBelow(filter_.rows(table(), first));
+    emit filterChanged();
 }
 
 void MultiColumnList::reserveRows(std::size_t rows) { model_->reserve(rows); }
@@ -163,11 +111,16 @@ void MultiColumnList::clearAll() { setTable({}); }
 void MultiColumnList::reset() {
     QTreeView::reset();
     chosenRow_ = -1;
+    hiddenChoice_.reset();
+    order_.clear();
+    filter_.lookAt(shownColumns());
     // The model's own reset may have emptied the selection before without a word.
     emit selectionCountChanged(0);
 }
 
 int MultiColumnList::rows() const { return model_->rowCount(); }
+
+int MultiColumnList::rowsInAll() const { return static_cast<int>(table().rowCount()); }
 
 std::string MultiColumnList::cellText(int row, int column) const {
     return table().text(model_->tableRow(row), static_cast<std::size_t>(column));
@@ -206,9 +159,25 @@ void MultiColumnList::standAt(int row) {
                                       QItemSelectionModel::NoUpdate);
 }
 
+std::string MultiColumnList::hiddenChoice() const {
+    return hiddenChoice_ ? table().text(*hiddenChoice_, 0) : std::string();
+}
+
 void MultiColumnList::setChosen(int row) {
     chosenRow_ = row;
+    hiddenChoice_.reset();
     viewport()->update();
+}
+
+void MultiColumnList::enter() {
+    setFocus(Qt::ShortcutFocusReason);
+    if (chosenRow_ < 0 && rows() > 0) {
+        asUser([this] {
+            const int row = std::max(currentIndex().row(), 0);
+            setCurrentIndex(model_->index(row, 0));
+            setChosen(row);
+        });
+    }
 }
 
 void MultiColumnList::asUser(const std::function<void()>& act) {
@@ -268,35 +237,111 @@ void MultiColumnList::toggleSort(int column) {
     if (column < 0 || column >= model_->columnCount()) {
         return;
     }
-    showSorted(column, model_->table().sortedBy(static_cast<std::size_t>(column),
-                                                sortsDescendingNext(column)));
+    sortBy({{static_cast<std::size_t>(column), sortsDescendingNext(column)}});
 }
 
 bool MultiColumnList::sortsDescendingNext(int column) const {
-    return column == sortColumn_ && sortOrder_ == Qt::AscendingOrder;
+    return column == sortColumn() && sortOrder() == Qt::AscendingOrder;
+}
+
+void MultiColumnList::addSort(int column) {
+    auto columns = sorting_;
+    const auto known =
+        std::ranges::find(columns, static_cast<std::size_t>(column), &table::SortBy::column);
+    if (known != columns.end()) {
+        known->descending = !known->descending;
+    } else {
+        columns.push_back({static_cast<std::size_t>(column)});
+    }
+    sortBy(columns);
+}
+
+void MultiColumnList::sortBy(const std::vector<table::SortBy>& columns) {
+    columns.empty() ? sortingOff() : showOrdered(columns, table().sortedBy(columns));
 }
 
 void MultiColumnList::showSorted(int column, std::vector<std::size_t> order) {
-    sortOrder_ = sortsDescendingNext(column) ? Qt::DescendingOrder : Qt::AscendingOrder;
-    sortColumn_ = column;
-    header()->setSortIndicatorShown(true);
-    header()->setSortIndicator(column, sortOrder_);
+    showOrdered({{static_cast<std::size_t>(column), sortsDescendingNext(column)}},
+                std::move(order));
+}
 
-    const std::vector<std::size_t> selected = selectedTableRows();
-    const std::size_t chosen = chosenRow_ < 0 ? 0 : model_->tableRow(chosenRow_);
-    {
-        const QSignalBlocker quiet(this);
-        selectNone();
-        model_->showInOrder(std::move(order));
-        selectTableRows(selected);
-    }
-    chosenRow_ = chosenRow_ < 0 ? -1 : model_->shownRow(chosen);
+void MultiColumnList::showOrdered(std::vector<table::SortBy> sorting,
+                                  std::vector<std::size_t> order) {
+    sorting_ = std::move(sorting);
+    captions_->showSorting(sorting_);
+    order_ = std::move(order);
+    arrangeRows();
 }
 
 void MultiColumnList::sortingOff() {
-    sortColumn_ = -1;
-    sortOrder_ = Qt::AscendingOrder;
-    header()->setSortIndicatorShown(false);
+    sorting_.clear();
+    captions_->showSorting({});
+}
+
+int MultiColumnList::sortColumn() const {
+    return sorting_.empty() ? -1 : static_cast<int>(sorting_.front().column);
+}
+
+Qt::SortOrder MultiColumnList::sortOrder() const {
+    return !sorting_.empty() && sorting_.front().descending ? Qt::DescendingOrder
+                                                            : Qt::AscendingOrder;
+}
+
+void MultiColumnList::setFilter(const QString& words) {
+    if (words == filterText_) {
+        return;
+    }
+    filterText_ = words;
+    const bool wasFiltered = isFiltered();
+    filter_.setWords(fromQt(words));
+    if (wasFiltered || isFiltered()) {
+        arrangeRows();
+        chosenRow_ >= 0 ? scrollTo(model_->index(chosenRow_, 0)) : scrollToTop();
+    }
+    emit filterChanged();
+    if (showsEnd()) {
+        emit endShown();
+    }
+}
+
+bool MultiColumnList::readForFilter() {
+    constexpr std::size_t RowsAtOnce = 1000;
+    return filter_.readOn(table(), RowsAtOnce);
+}
+
+void MultiColumnList::arrangeRows() {
+    const auto selected = selectedTableRows();
+    const auto chosen =
+        chosenRow_ < 0 ? hiddenChoice_ : std::optional(model_->tableRow(chosenRow_));
+    {
+        const QSignalBlocker quiet(this);
+        selectNone();
+        model_->showInOrder(orderShown());
+        selectTableRows(selected);
+    }
+    chosenRow_ = chosen ? model_->shownRow(*chosen) : -1;
+    hiddenChoice_ = chosenRow_ < 0 ? chosen : std::nullopt;
+    if (const int left = selectedCount(); left != static_cast<int>(selected.size())) {
+        emit selectionCountChanged(left);
+    }
+}
+
+std::optional<std::vector<std::size_t>> MultiColumnList::orderShown() {
+    if (!isFiltered()) {
+        return order_.empty() ? std::nullopt : std::optional(order_);
+    }
+    auto rows = filter_.rows(table());
+    if (order_.empty()) {
+        return rows;
+    }
+    std::vector<bool> holds(table().rowCount());
+    for (const std::size_t row : rows) {
+        holds[row] = true;
+    }
+    rows.clear();
+    std::ranges::copy_if(order_, std::back_inserter(rows),
+                         [&](std::size_t row) { return holds[row]; });
+    return rows;
 }
 
 std::vector<std::size_t> MultiColumnList::selectedTableRows() const {
@@ -308,7 +353,7 @@ std::vector<std::size_t> MultiColumnList::selectedTableRows() const {
 }
 
 void MultiColumnList::selectTableRows(const std::vector<std::size_t>& tableRows) {
-    std::vector<bool> wanted(static_cast<std::size_t>(rows()));
+    std::vector<bool> wanted(table().rowCount());
     for (const std::size_t row : tableRows) {
         wanted[row] = true;
     }
@@ -321,17 +366,26 @@ void MultiColumnList::selectTableRows(const std::vector<std::size_t>& tableRows)
     selectRows(shown);
 }
 
-void MultiColumnList::copyRows() const {
-    std::vector<std::size_t> rows = selectedTableRows();
-    if (rows.empty() && chosenRow_ >= 0) {
-        rows.push_back(model_->tableRow(chosenRow_));
+table::Excerpt MultiColumnList::shown() const {
+    std::vector<std::size_t> shownRows;
+    shownRows.reserve(static_cast<std::size_t>(rows()));
+    for (int row = 0; row < rows(); ++row) {
+        shownRows.push_back(model_->tableRow(row));
     }
-    if (rows.empty()) {
+    return {table(), shownColumns(), std::move(shownRows)};
+}
+
+void MultiColumnList::copyRows(table::Captions captions) const {
+    table::Excerpt copy{table(), shownColumns(), selectedTableRows()};
+    if (copy.rows.empty() && chosenRow_ >= 0) {
+        copy.rows.push_back(model_->tableRow(chosenRow_));
+    }
+    if (copy.rows.empty()) {
         return;
     }
     auto* copied = new QMimeData;
-    copied->setText(toQt(table::tabSeparated(table(), rows)));
-    copied->setHtml(toQt(table::htmlTable(table(), rows)));
+    copied->setText(toQt(table::tabSeparated(copy, captions)));
+    copied->setHtml(toQt(table::htmlTable(copy, captions)));
     QApplication::clipboard()->setMimeData(copied);
 }
 
@@ -367,8 +421,13 @@ void MultiColumnList::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void MultiColumnList::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) {
-        copyRows();
+    if (event->matches(QKeySequence::Copy) || event->keyCombination() == CopyWithoutCaptions) {
+        copyRows(event->matches(QKeySequence::Copy) ? table::Captions::Shown
+                                                    : table::Captions::Left);
+        return;
+    }
+    if (event->key() == Qt::Key_Escape && isFiltered()) {
+        setFilter({});
         return;
     }
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -396,37 +455,17 @@ void MultiColumnList::focusInEvent(QFocusEvent* event) {
 
 void MultiColumnList::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
-    if (rows() > 0 || emptyText_.isEmpty()) {
+    const QString why =
+        rowsInAll() == 0
+            ? emptyText_
+            : tr("None of %1 rows holds all words of the filter.\nEsc clears it.").arg(rowsInAll());
+    if (rows() > 0 || why.isEmpty()) {
         return;
     }
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
-                     Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
-}
-
-void MultiColumnList::contextMenuEvent(QContextMenuEvent* event) {
-    QMenu menu(this);
-    fillMenu(menu);
-    const bool byKey = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
-    menu.exec(byKey ? viewport()->mapToGlobal(visualRect(currentIndex()).center())
-                    : event->globalPos());
-}
-
-void MultiColumnList::fillMenu(QMenu& menu) {
-    menu.addActions(actions());
-    menu.addSeparator();
-    QAction* copy =
-        menu.addAction(tr("&Copy Rows"), QKeySequence::Copy, this, [this] { copyRows(); });
-    copy->setEnabled(chosenRow_ >= 0 || selectionModel()->hasSelection());
-    QAction* all = menu.addAction(tr("Select &All"), QKeySequence::SelectAll, this,
-                                  [this] { selectAllRows(); });
-    all->setEnabled(rows() > 0 && selectionMode() != SingleSelection);
-    if (isSignalConnected(QMetaMethod::fromSignal(&MultiColumnList::exportAsked))) {
-        menu.addSeparator();
-        menu.addAction(tr("&Export List…"), this, &MultiColumnList::exportAsked)
-            ->setEnabled(rows() > 0);
-    }
+                     Qt::AlignCenter | Qt::TextWordWrap, why);
 }
 
 void MultiColumnList::setMarksRows(bool on) {
@@ -622,56 +661,6 @@ bool MultiColumnList::startsRow(const QString& typed, int row, int column) const
 
 int MultiColumnList::sizeHintForColumn(int column) const {
     return std::max(QTreeView::sizeHintForColumn(column), header()->sectionSizeHint(column));
-}
-
-void MultiColumnList::arrangeColumns() {
-    if (table().columns.empty()) {
-        return;
-    }
-    const auto number = [&](const std::string& name) {
-        return static_cast<int>(table().columnOf(name));
-    };
-    int place = 0;
-    for (const auto& name : shownFirst_) {
-        header()->moveSection(header()->visualIndex(number(name)), place++);
-    }
-    for (const auto& [name, delegate] : delegates_) {
-        setItemDelegateForColumn(number(name), delegate);
-    }
-}
-
-void MultiColumnList::applyWidths() {
-    const QScopedValueRollback<bool> setting(settingWidths_, true);
-    widthsFitRows_ = rows() > 0;
-    const QVariantList remembered = LayoutMemory::instance().recall(layoutKey()).toList();
-    for (int column = 0; column < model_->columnCount(); ++column) {
-        header()->resizeSection(column, column < remembered.size() ? remembered[column].toInt()
-                                                                   : fittingWidth(*this, column));
-    }
-    if (remembered.isEmpty() && twoLineCaptions_) {
-        widenForTexts(*this);
-    }
-}
-
-void MultiColumnList::rememberWidths() {
-    if (settingWidths_ || model_->columnCount() == 0) {
-        return;
-    }
-    QVariantList widths;
-    for (int column = 0; column < model_->columnCount(); ++column) {
-        widths.append(header()->sectionSize(column));
-    }
-    LayoutMemory::instance().remember(layoutKey(), widths);
-}
-
-QString MultiColumnList::layoutKey() const {
-    QByteArray captions;
-    for (const table::TableColumn& column : table().columns) {
-        captions += QByteArray::fromStdString(column.caption) + '\n';
-    }
-    return QStringLiteral("columns/%1.%2.%3")
-        .arg(window()->objectName(), objectName())
-        .arg(qChecksum(captions));
 }
 
 }  // namespace controls

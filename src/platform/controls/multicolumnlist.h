@@ -3,12 +3,16 @@
 #include <QElapsedTimer>
 #include <QTreeView>
 #include <functional>
+#include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "platform/table/rowfilter.h"
+#include "platform/table/tablecopy.h"
 #include "platform/table/texttable.h"
 
 class QMenu;
@@ -24,15 +28,23 @@ class TableModel;
 /// The chosen row is the list's own: a click of any button, a drag, an arrow key or typing chooses,
 /// tabbing into the list does not. Typing looks for a row whose first column starts with the
 /// letters, otherwise for one with a word in the second column that does; where each click selects
-/// another row, typing only goes there and the space bar selects. What the user makes of the column
-/// widths is remembered for each set of captions. Gutter and first column stay in sight while the
-/// other columns scroll sideways.
+/// another row, typing only goes there and the space bar selects. What the user makes of the
+/// columns, their widths, order and which are seen, is remembered for each set of captions; a right
+/// click on a caption offers it. Gutter and first column stay in sight while the other columns
+/// scroll sideways. Shift or Ctrl with a click on a caption sorts by that column after those
+/// before.
+///
+/// A filter hides rows. What is hidden is neither selected nor chosen, nor copied, exported or
+/// printed. The row that was chosen is so again when it is shown, unless another one was meanwhile.
 class MultiColumnList : public QTreeView {
     Q_OBJECT
     /// Shown in the middle while there are no rows.
     Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)
     /// Whether a click on a header sorts by that column. On from the start.
     Q_PROPERTY(bool headerSorts READ headerSorts WRITE setHeaderSorts)
+    /// Whether the user may sort by several columns and by the menu although a click on a header
+    /// does not sort by itself.
+    Q_PROPERTY(bool sortsBySeveral READ sortsBySeveral WRITE setSortsBySeveral)
     /// Whether a gutter at the left edge carries marks: a triangle for the chosen row, a warning
     /// for one whose first cell is red. The chosen row is then solid and the other selected ones
     /// tinted.
@@ -78,6 +90,24 @@ public:
     [[nodiscard]] bool isRed(int row, int column) const;
     /// The row of table() that is shown there.
     [[nodiscard]] std::size_t tableRow(int row) const;
+    /// What is shown, row by row and column by column.
+    [[nodiscard]] table::Excerpt shown() const;
+
+    /// Shows only the rows that hold all these words in their visible columns, in any order and
+    /// without regard to case; every row without a word. It goes on when the list is filled anew.
+    void setFilter(const QString& words);
+    [[nodiscard]] QString filter() const { return filterText_; }
+    [[nodiscard]] bool isFiltered() const { return !filter_.isEmpty(); }
+    /// Gets ready for the first words of a filter, a part of the rows at a time; true while there
+    /// is more to be done.
+    [[nodiscard]] bool readForFilter();
+    /// With those that the filter hides.
+    [[nodiscard]] int rowsInAll() const;
+    /// The first column of the row that was chosen until the filter hid it; "" for none.
+    [[nodiscard]] std::string hiddenChoice() const;
+    /// Goes into the list by key, to the chosen row or else to the one where keys go on from, which
+    /// is chosen.
+    void enter();
 
     [[nodiscard]] int chosenRow() const { return chosenRow_; }
     /// The first column of the chosen row; "" where none is chosen.
@@ -107,17 +137,35 @@ public:
     void showSorted(int column, std::vector<std::size_t> order);
     /// Off: no arrow; the rows stay as they are until the next setTable().
     void sortingOff();
-    /// -1 while sorting is off.
-    [[nodiscard]] int sortColumn() const { return sortColumn_; }
-    [[nodiscard]] Qt::SortOrder sortOrder() const { return sortOrder_; }
+    /// Sorts by several columns; by none is sortingOff().
+    void sortBy(const std::vector<table::SortBy>& columns);
+    /// Sorts by the column after those that the list is sorted by, or turns its order round.
+    void addSort(int column);
+    [[nodiscard]] const std::vector<table::SortBy>& sorting() const { return sorting_; }
+    /// The first one sorted by; -1 while sorting is off.
+    [[nodiscard]] int sortColumn() const;
+    [[nodiscard]] Qt::SortOrder sortOrder() const;
 
-    /// Puts the selected rows (else the chosen one) on the clipboard as a table with its captions.
-    void copyRows() const;
+    /// Whether the column could be hidden or moved: those that stay in sight cannot.
+    [[nodiscard]] bool isFixed(int column) const;
+    /// Hides or shows a column. The user's choice, which is remembered.
+    void showColumn(int column, bool shown);
+    /// The columns as they stand from the left, hidden ones included.
+    [[nodiscard]] std::vector<int> columnOrder() const;
+    /// Puts the columns in that order. The user's choice, which is remembered.
+    void orderColumns(const std::vector<int>& columns);
+    /// Columns, order and widths as they were given.
+    void resetColumns();
+
+    /// Puts the selected rows (else the chosen one) on the clipboard as a table.
+    void copyRows(table::Captions captions = table::Captions::Shown) const;
 
     [[nodiscard]] QString emptyText() const { return emptyText_; }
     void setEmptyText(const QString& text);
     [[nodiscard]] bool headerSorts() const { return headerSorts_; }
     void setHeaderSorts(bool on) { headerSorts_ = on; }
+    [[nodiscard]] bool sortsBySeveral() const { return headerSorts_ || sortsBySeveral_; }
+    void setSortsBySeveral(bool on) { sortsBySeveral_ = on; }
     [[nodiscard]] bool marksRows() const { return marksRows_; }
     void setMarksRows(bool on);
     [[nodiscard]] bool twoLineCaptions() const { return twoLineCaptions_; }
@@ -131,9 +179,11 @@ public:
     [[nodiscard]] bool hasMore() const { return hasMore_; }
     void setHasMore(bool hasMore) { hasMore_ = hasMore; }
 
-    /// What stands in the menu of a right click: the actions of the list, Copy Rows, Select All,
-    /// and Export List where somebody does that.
+    /// What stands in the menu of a right click: the actions of the list, what can be copied and
+    /// selected, columns and sorting, and Export List and Print List where somebody does that.
     void fillMenu(QMenu& menu);
+    /// What stands in the menu of a right click on a column's caption.
+    void fillColumnMenu(QMenu& menu, int column);
     [[nodiscard]] QModelIndex indexAt(const QPoint& at) const override;
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
@@ -153,8 +203,12 @@ signals:
     /// The user pressed the End key, and stands on the last row that there is.
     void endAsked();
     void selectionCountChanged(int count);
-    /// The user wants all rows in a file.
+    /// The filter, or which rows it shows; a chosen row may be hidden or shown again.
+    void filterChanged();
+    /// The user wants all rows shown in a file.
     void exportAsked();
+    /// The user wants all rows shown on paper.
+    void printAsked();
 
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -175,7 +229,22 @@ protected:
     [[nodiscard]] int sizeHintForColumn(int column) const override;
 
 private:
+    void wireHeader();
+    void columnPressed(int column);
+    void addCopyItems(QMenu& menu);
+    void addSortItems(QMenu& menu);
+    void addFileItems(QMenu& menu);
     void arrangeColumns();
+    [[nodiscard]] std::vector<int> givenOrder() const;
+    void keepFixedFirst(int from, int to);
+    void columnsChanged();
+    [[nodiscard]] std::vector<std::size_t> shownColumns() const;
+    void showOrdered(std::vector<table::SortBy> sorting, std::vector<std::size_t> order);
+    /// Shows the rows that the filter leaves, in their order; selection and chosen row stay with
+    /// their rows.
+    void arrangeRows();
+    [[nodiscard]] std::optional<std::vector<std::size_t>> orderShown();
+    void appendFiltered(const table::TextTable& more);
     void drawHeld(QPainter& painter, const QStyleOptionViewItem& row,
                   const QModelIndex& index) const;
     void drawHeldCell(QPainter& painter, QStyleOptionViewItem cell, const QModelIndex& index) const;
@@ -187,7 +256,8 @@ private:
     [[nodiscard]] int heightOf(double rows) const;
     void applyWidths();
     void rememberWidths();
-    [[nodiscard]] QString layoutKey() const;
+    void rememberArrangement();
+    [[nodiscard]] QString layoutKey(const char* what) const;
     [[nodiscard]] std::vector<std::size_t> selectedTableRows() const;
     void selectTableRows(const std::vector<std::size_t>& tableRows);
 
@@ -199,16 +269,21 @@ private:
     QString typed_;
     QElapsedTimer sinceTyped_;
     int chosenRow_ = -1;
-    int sortColumn_ = -1;
-    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
+    std::optional<std::size_t> hiddenChoice_;  ///< the table's row that was chosen
+    std::vector<table::SortBy> sorting_;
+    std::vector<std::size_t> order_;  ///< of all rows; empty while in the table's own
+    QString filterText_;
+    table::RowFilter filter_;
+    std::map<int, int> hiddenWidths_;
     bool headerSorts_ = true;
+    bool sortsBySeveral_ = false;
     int rowsShown_ = 0;
     bool marksRows_ = false;
     bool twoLineCaptions_ = false;
     bool hasMore_ = false;
     bool userActs_ = false;
-    bool pressTold_ = false;  ///< the press of this click has told of its row
-    bool settingWidths_ = false;
+    bool pressTold_ = false;      ///< the press of this click has told of its row
+    bool arranging_ = false;      ///< the program sets widths and places of columns
     bool widthsFitRows_ = false;  ///< found for these columns when there were rows to measure
 };
 

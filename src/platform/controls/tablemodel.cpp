@@ -12,14 +12,14 @@ namespace controls {
 void TableModel::setTable(table::TextTable table) {
     beginResetModel();
     table_ = std::move(table);
-    order_.clear();
+    order_.reset();
     endResetModel();
 }
 
 void TableModel::clearRows() {
     beginResetModel();
     table_.clearRows();
-    order_.clear();
+    order_.reset();
     endResetModel();
 }
 
@@ -28,25 +28,38 @@ void TableModel::append(const table::TextTable& more) {
         return;
     }
     const std::size_t first = table_.rowCount();
-    const std::size_t end = first + more.rowCount();
-    beginInsertRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
+    const int shown = rowCount();
+    beginInsertRows({}, shown, shown + static_cast<int>(more.rowCount()) - 1);
     table_.append(more);
-    for (std::size_t row = first; !order_.empty() && row < end; ++row) {
-        order_.push_back(row);
+    for (std::size_t row = first; order_ && row < table_.rowCount(); ++row) {
+        order_->push_back(row);
     }
+    endInsertRows();
+}
+
+void TableModel::addUnseen(const table::TextTable& more) { table_.append(more); }
+
+void TableModel::showBelow(const std::vector<std::size_t>& rows) {
+    if (rows.empty() || !order_) {
+        return;
+    }
+    const int shown = rowCount();
+    beginInsertRows({}, shown, shown + static_cast<int>(rows.size()) - 1);
+    order_->insert(order_->end(), rows.begin(), rows.end());
     endInsertRows();
 }
 
 std::size_t TableModel::tableRow(int row) const {
     const auto shown = static_cast<std::size_t>(row);
-    return order_.empty() ? shown : order_.at(shown);
+    return order_ ? order_->at(shown) : shown;
 }
 
 int TableModel::shownRow(std::size_t tableRow) const {
-    if (order_.empty()) {
+    if (!order_) {
         return static_cast<int>(tableRow);
     }
-    return static_cast<int>(std::find(order_.begin(), order_.end(), tableRow) - order_.begin());
+    const auto at = std::ranges::find(*order_, tableRow);
+    return at == order_->end() ? -1 : static_cast<int>(at - order_->begin());
 }
 
 int TableModel::find(const QString& text) const {
@@ -64,7 +77,7 @@ int TableModel::find(const QString& text) const {
 }
 
 int TableModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(table_.rowCount());
+    return parent.isValid() ? 0 : static_cast<int>(order_ ? order_->size() : table_.rowCount());
 }
 
 int TableModel::columnCount(const QModelIndex& parent) const {
@@ -137,27 +150,27 @@ void TableModel::sort(int column, Qt::SortOrder order) {
     showInOrder(table_.sortedBy(static_cast<std::size_t>(column), order == Qt::DescendingOrder));
 }
 
-void TableModel::showInOrder(std::vector<std::size_t> order) {
+void TableModel::showInOrder(std::optional<std::vector<std::size_t>> order) {
     emit layoutAboutToBeChanged({}, VerticalSortHint);
-    const std::vector<std::size_t> former = std::exchange(order_, std::move(order));
+    const auto former = std::exchange(order_, std::move(order));
     moveCurrentIndexes(former);
     emit layoutChanged({}, VerticalSortHint);
 }
 
-void TableModel::moveCurrentIndexes(const std::vector<std::size_t>& formerOrder) {
+void TableModel::moveCurrentIndexes(const std::optional<std::vector<std::size_t>>& formerOrder) {
     const QModelIndexList from = persistentIndexList();
     if (from.isEmpty()) {
         return;
     }
-    std::vector<int> shown(order_.size());
-    for (std::size_t row = 0; row < order_.size(); ++row) {
-        shown[order_[row]] = static_cast<int>(row);
+    std::vector<int> shown(table_.rowCount(), -1);
+    for (int row = 0; row < rowCount(); ++row) {
+        shown[tableRow(row)] = row;
     }
     QModelIndexList to;
     to.reserve(from.size());
     for (const QModelIndex& one : from) {
         const auto row = static_cast<std::size_t>(one.row());
-        to.append(index(shown[formerOrder.empty() ? row : formerOrder[row]], one.column()));
+        to.append(index(shown[formerOrder ? (*formerOrder)[row] : row], one.column()));
     }
     changePersistentIndexList(from, to);
 }

@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "platform/controls/celldelegate.h"
@@ -10,8 +11,8 @@
 namespace controls {
 
 /// A TextTable as the toolkit's model, for lists and combos. Rows of the model are in the order
-/// shown; tableRow() gives the row of the table. Texts are made only for the cells that are asked
-/// for.
+/// shown, which need not be all; tableRow() gives the row of the table. Texts are made only for the
+/// cells that are asked for.
 class TableModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -26,11 +27,15 @@ public:
     void clearRows();
     /// Shows more rows, of the same columns, below the others.
     void append(const table::TextTable& more);
+    /// Adds rows that are not shown, to a table some of whose rows are.
+    void addUnseen(const table::TextTable& more);
+    /// Shows rows of the table below the others.
+    void showBelow(const std::vector<std::size_t>& rows);
     void reserve(std::size_t rows) { table_.reserve(rows); }
     [[nodiscard]] const table::TextTable& table() const { return table_; }
 
     [[nodiscard]] std::size_t tableRow(int row) const;
-    /// Where a row of the table is shown.
+    /// Where a row of the table is shown; -1 for one that is not.
     [[nodiscard]] int shownRow(std::size_t tableRow) const;
     /// The shown row whose first column is `text` without regard to case and trailing blanks;
     /// -1 for none and for a blank text.
@@ -42,17 +47,17 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role) const override;
     void sort(int column, Qt::SortOrder order) override;
-    /// Shows the rows of the table in that order, which holds each of them once.
-    void showInOrder(std::vector<std::size_t> order);
+    /// Shows these rows of the table in that order, each once; all in the table's own without one.
+    void showInOrder(std::optional<std::vector<std::size_t>> order);
 
 private:
     [[nodiscard]] bool alignedRight(int column) const;
     [[nodiscard]] QString spoken(std::size_t row, std::size_t column) const;
     [[nodiscard]] QString rowText(std::size_t row) const;
-    void moveCurrentIndexes(const std::vector<std::size_t>& formerOrder);
+    void moveCurrentIndexes(const std::optional<std::vector<std::size_t>>& formerOrder);
 
     table::TextTable table_;
-    std::vector<std::size_t> order_;  ///< empty while rows are in the table's own order
+    std::optional<std::vector<std::size_t>> order_;  ///< none: all rows in the table's own
 };
 
 }  // namespace controls

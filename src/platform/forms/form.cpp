@@ -228,12 +228,14 @@ void Form::load() {
 }
 
 void Form::offerExports() {
-    if (!listExporter()) {
-        return;
-    }
-    for (auto* list : findChildren<controls::MultiColumnList*>()) {
-        on(list, &controls::MultiColumnList::exportAsked,
-           [this, list] { listExporter()(*this, *list); });
+    using controls::MultiColumnList;
+    for (auto* list : findChildren<MultiColumnList*>()) {
+        if (listExporter()) {
+            on(list, &MultiColumnList::exportAsked, [this, list] { listExporter()(*this, *list); });
+        }
+        if (listPrinter()) {
+            on(list, &MultiColumnList::printAsked, [this, list] { listPrinter()(*this, *list); });
+        }
     }
 }
 

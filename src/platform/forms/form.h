@@ -103,7 +103,7 @@ private:
     [[nodiscard]] bool restorePlace();
     void rememberPlace() const;
     void nameControls();
-    /// Has each list written to a file on request, where somebody does that.
+    /// Has each list written to a file and printed on request, where somebody does that.
     void offerExports();
     /// Leaves the look of a default button to the one that the .ui file says it of.
     void keepDefaultButton();

@@ -7,4 +7,9 @@ ListExporter& listExporter() {
     return exporter;
 }
 
+ListExporter& listPrinter() {
+    static ListExporter printer;
+    return printer;
+}
+
 }  // namespace forms

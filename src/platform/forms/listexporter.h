@@ -10,10 +10,11 @@ namespace forms {
 
 class Form;
 
-/// Writes all rows of a form's list to a file that the user chooses.
+/// Writes all rows that a form's list shows to a file that the user chooses, or prints them.
 using ListExporter = std::function<void(Form&, const controls::MultiColumnList&)>;
 
-/// The one in force for forms that are loaded from now on; without one no list offers it.
+/// Those in force for forms that are loaded from now on; without one no list offers it.
 [[nodiscard]] ListExporter& listExporter();
+[[nodiscard]] ListExporter& listPrinter();
 
 }  // namespace forms

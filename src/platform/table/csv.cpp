@@ -43,21 +43,21 @@ void CsvWriter::endRow() {
     isFirst_ = true;
 }
 
-bool writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out,
+bool writeCsv(const Excerpt& excerpt, std::ostream& out,
               const std::function<bool(double)>& keepGoing) {
     CsvWriter csv(out << Utf8Mark);
-    for (const TableColumn& column : table.columns) {
-        csv.text(column.caption);
+    for (const std::size_t column : excerpt.columns) {
+        csv.text(excerpt.table.columns[column].caption);
     }
     csv.endRow();
     std::size_t done = 0;
-    for (const std::size_t row : rows) {
+    for (const std::size_t row : excerpt.rows) {
         if (keepGoing &&
-            !keepGoing(static_cast<double>(done++) / static_cast<double>(rows.size()))) {
+            !keepGoing(static_cast<double>(done++) / static_cast<double>(excerpt.rows.size()))) {
             return false;
         }
-        for (std::size_t column = 0; column < table.columns.size(); ++column) {
-            const std::string text = table.text(row, column);
+        for (const std::size_t column : excerpt.columns) {
+            const std::string text = excerpt.table.text(row, column);
             base::trim(text).empty() ? csv.null() : csv.text(text);
         }
         csv.endRow();

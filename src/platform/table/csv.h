@@ -2,11 +2,9 @@
 
 #include <functional>
 #include <ostream>
-#include <span>
-#include <string>
 #include <string_view>
 
-#include "platform/table/texttable.h"
+#include "platform/table/excerpt.h"
 
 namespace table {
 
@@ -28,10 +26,9 @@ private:
     bool isFirst_ = true;
 };
 
-/// What a spreadsheet opens: a mark that says UTF-8, a row of captions, and the given rows of a
-/// table as a list shows them. False where `keepGoing`, which is told the share that is done, said
-/// no.
-bool writeCsv(const TextTable& table, std::span<const std::size_t> rows, std::ostream& out,
+/// What a spreadsheet opens: a mark that says UTF-8, a row of captions, and the rows as a list
+/// shows them. False where `keepGoing`, which is told the share that is done, said no.
+bool writeCsv(const Excerpt& excerpt, std::ostream& out,
               const std::function<bool(double)>& keepGoing = {});
 
 }  // namespace table

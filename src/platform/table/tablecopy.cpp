@@ -22,33 +22,38 @@ std::string escaped(const std::string& text) {
 
 }  // namespace
 
-std::string tabSeparated(const TextTable& table, std::span<const std::size_t> rows) {
+std::string tabSeparated(const Excerpt& excerpt, Captions captions) {
+    const auto& table = excerpt.table;
     std::string text;
     const auto addLine = [&](const auto& cellText) {
-        for (std::size_t column = 0; column < table.columns.size(); ++column) {
-            text += column == 0 ? "" : "\t";
+        for (const std::size_t column : excerpt.columns) {
+            text += column == excerpt.columns.front() ? "" : "\t";
             text += onOneLine(cellText(column));
         }
         text += '\n';
     };
-    addLine([&](std::size_t column) { return table.columns[column].caption; });
-    for (const std::size_t row : rows) {
+    if (captions == Captions::Shown) {
+        addLine([&](std::size_t column) { return table.columns[column].caption; });
+    }
+    for (const std::size_t row : excerpt.rows) {
         addLine([&](std::size_t column) { return table.text(row, column); });
     }
     return text;
 }
 
-std::string htmlTable(const TextTable& table, std::span<const std::size_t> rows) {
-    std::string html = "<table>\n<tr>";
-    for (const TableColumn& column : table.columns) {
-        html += "<th>";
-        html += escaped(column.caption);
-        html += "</th>";
-    }
-    html += "</tr>\n";
-    for (const std::size_t row : rows) {
+std::string htmlTable(const Excerpt& excerpt, Captions captions) {
+    const auto& table = excerpt.table;
+    std::string html = "<table>\n";
+    if (captions == Captions::Shown) {
         html += "<tr>";
-        for (std::size_t column = 0; column < table.columns.size(); ++column) {
+        for (const std::size_t column : excerpt.columns) {
+            html += "<th>" + escaped(table.columns[column].caption) + "</th>";
+        }
+        html += "</tr>\n";
+    }
+    for (const std::size_t row : excerpt.rows) {
+        html += "<tr>";
+        for (const std::size_t column : excerpt.columns) {
             html += table.isRed(row, column) ? "<td bgcolor=\"#ff0000\">" : "<td>";
             html += escaped(table.text(row, column));
             html += "</td>";

@@ -248,17 +248,29 @@ TextTable::SortKey TextTable::sortKey(std::size_t row, std::size_t column) const
     return {SortKey::Number, static_cast<double>(integerOf(bits_[at])), 0, {}};
 }
 
-std::vector<std::size_t> TextTable::sortedBy(std::size_t column, bool descending) const {
+/// Keeps the order of rows that are equal.
+void TextTable::sort(std::vector<std::size_t>& order, const SortBy& by) const {
     std::vector<SortKey> keys;
     keys.reserve(rowCount());
     for (std::size_t row = 0; row < rowCount(); ++row) {
-        keys.push_back(sortKey(row, column));
+        keys.push_back(sortKey(row, by.column));
     }
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        return by.descending ? keys[b] < keys[a] : keys[a] < keys[b];
+    });
+}
+
+std::vector<std::size_t> TextTable::sortedBy(std::size_t column, bool descending) const {
+    const SortBy by{column, descending};
+    return sortedBy({&by, 1});
+}
+
+std::vector<std::size_t> TextTable::sortedBy(std::span<const SortBy> sorting) const {
     std::vector<std::size_t> order(rowCount());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-        return descending ? keys[b] < keys[a] : keys[a] < keys[b];
-    });
+    for (std::size_t last = sorting.size(); last-- > 0;) {
+        sort(order, sorting[last]);
+    }
     return order;
 }
 

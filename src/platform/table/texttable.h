@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,14 @@ struct TableColumn {
     std::string name = {};  ///< what the column goes by: mostly the field of a record
 
     friend bool operator==(const TableColumn&, const TableColumn&) = default;
+};
+
+/// One of the columns that rows are sorted by, 0-based.
+struct SortBy {
+    std::size_t column = 0;
+    bool descending = false;
+
+    friend bool operator==(const SortBy&, const SortBy&) = default;
 };
 
 /// The rows of a list or a combo: values by row and column (both 0-based here), made into text only
@@ -68,6 +77,8 @@ public:
     /// The order of the rows when sorted by a column: typed, Null first, numbers before texts,
     /// texts without case. Stable in both directions.
     [[nodiscard]] std::vector<std::size_t> sortedBy(std::size_t column, bool descending) const;
+    /// The order by several columns, each of which decides where those before it say equal.
+    [[nodiscard]] std::vector<std::size_t> sortedBy(std::span<const SortBy> sorting) const;
 
     /// Room for so many rows in all, with texts as long as those of the rows that are there.
     void reserve(std::size_t rows);
@@ -90,6 +101,7 @@ private:
     }
     [[nodiscard]] std::string_view pooled(std::size_t cell) const;
     [[nodiscard]] SortKey sortKey(std::size_t row, std::size_t column) const;
+    void sort(std::vector<std::size_t>& order, const SortBy& by) const;
 
     std::vector<Held> held_;
     std::vector<std::uint64_t> bits_;  ///< a number's bits; a text's place and length in pool_

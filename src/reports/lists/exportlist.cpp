@@ -1,5 +1,7 @@
 #include "reports/lists/exportlist.h"
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -11,6 +13,8 @@
 #include "platform/forms/filedialog.h"
 #include "platform/forms/operation.h"
 #include "reports/lists/listfile.h"
+#include "reports/preview/ReportPreview.h"
+#include "reports/selection/choices.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
 
@@ -30,23 +34,14 @@ constexpr auto NotExported =
     "Oops, the list was not exported.  The file cannot be written; please choose another folder.";
 constexpr auto NotAllTitle = "Not All Rows Are Listed";
 constexpr auto NotAll =
-    "The list has more rows than are read yet: only those listed so far are exported.  For all of "
-    "them press Cancel and then End in the list, and export it when it is read.";
+    "The list has more rows than are read yet: only those listed so far are taken.  For all of "
+    "them press Cancel and then End in the list, and go on when it is read.";
 
 /// What the form is called, as a file may be.
 QString fileNameOf(const forms::Form& form) {
     QString name = form.windowTitle().section(" - ", 0, 0);
     name.remove('/').remove(':');
     return name.trimmed().isEmpty() ? QStringLiteral("List") : name.trimmed();
-}
-
-std::vector<std::size_t> rowsOf(const controls::MultiColumnList& list) {
-    std::vector<std::size_t> rows;
-    rows.reserve(static_cast<std::size_t>(list.rows()));
-    for (int row = 0; row < list.rows(); ++row) {
-        rows.push_back(list.tableRow(row));
-    }
-    return rows;
 }
 
 bool confirmsPart(const controls::MultiColumnList& list) {
@@ -57,6 +52,47 @@ bool confirmsPart(const controls::MultiColumnList& list) {
                          .buttons = base::MsgButtons::OkCancel,
                          .concerns = fmt::format("{} rows", list.rows())}) == base::MsgAnswer::Ok;
 }
+
+std::string selectionOf(const controls::MultiColumnList& list) {
+    return !list.isFiltered() ? fmt::format("{} rows", list.rows())
+                              : fmt::format("{} of {} rows, filtered by “{}”", list.rows(),
+                                            list.rowsInAll(), fromQt(list.filter().trimmed()));
+}
+
+ListHeading headingOf(const forms::Form& form, const controls::MultiColumnList& list) {
+    return {.title = fromQt(fileNameOf(form)),
+            .printed = base::Now().text(),
+            .user = startup::gCommandLine,
+            .selection = selectionOf(list)};
+}
+
+Options listOptions() {
+    Options options;
+    options.paper = usualPaper();
+    options.landscape = true;
+    return options;
+}
+
+/// What a list showed when it was to be printed, whatever becomes of the list.
+class PrintedList : public Prepared {
+public:
+    PrintedList(const controls::MultiColumnList& list, ListHeading heading)
+        : table_(list.table()),
+          columns_(list.shown().columns),
+          rows_(list.shown().rows),
+          heading_(std::move(heading)) {}
+
+    [[nodiscard]] std::unique_ptr<Content> content() override {
+        return listContent({table_, columns_, rows_}, heading_, listOptions());
+    }
+    [[nodiscard]] std::size_t runs() const override { return rows_.size(); }
+
+private:
+    table::TextTable table_;
+    std::vector<std::size_t> columns_;
+    std::vector<std::size_t> rows_;
+    ListHeading heading_;
+};
 
 void writeTo(const std::string& path, const forms::Form& form,
              const controls::MultiColumnList& list) {
@@ -71,11 +107,8 @@ void writeTo(const std::string& path, const forms::Form& form,
     try {
         const forms::BusyCursor hourglass;
         base::Work work("Writing the list to a file.");
-        writeList(list.table(), rowsOf(list),
-                  {.title = fromQt(fileNameOf(form)),
-                   .printed = base::Now().text(),
-                   .user = startup::gCommandLine},
-                  *kind, path, [&work](double) { return work.goesOn(); });
+        writeList(list.shown(), headingOf(form, list), *kind, path,
+                  [&work](double) { return work.goesOn(); });
     } catch (const base::RunTimeError& error) {
         base::MsgBox({.text = NotExported,
                       .title = NotExportedTitle,
@@ -86,6 +119,15 @@ void writeTo(const std::string& path, const forms::Form& form,
 }
 
 }  // namespace
+
+void printList(forms::Form& form, const controls::MultiColumnList& list) {
+    if (!startup::HasAuthority(PrintPermission, true) || !confirmsPart(list)) {
+        return;
+    }
+    const auto heading = headingOf(form, list);
+    showPreview(form, std::make_shared<PrintedList>(list, heading),
+                {.selection = heading.selection, .options = listOptions()}, 1);
+}
 
 void exportList(forms::Form& form, const controls::MultiColumnList& list) {
     if (!startup::HasAuthority(PrintPermission, true) || !confirmsPart(list)) {

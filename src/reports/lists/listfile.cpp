@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <sstream>
+#include <utility>
 
 #include "platform/base/text.h"
 #include "platform/files/files.h"
@@ -14,7 +15,7 @@ namespace reports {
 namespace {
 
 /// What a list shows for Null.
-base::Value shown(table::CellKind kind, base::Value value) {
+base::Value asShown(table::CellKind kind, base::Value value) {
     return value.isNull() && table::isNumber(kind) ? base::Value(0) : std::move(value);
 }
 
@@ -26,35 +27,35 @@ bool isWhole(const base::Value& value) {
 /// A list as a report without groups and totals.
 class ListContent : public Content {
 public:
-    ListContent(const table::TextTable& table, std::span<const std::size_t> rows,
-                const ListHeading& heading)
-        : table_(table), rows_(rows) {
+    ListContent(table::Excerpt shown, const ListHeading& heading, const Options& options)
+        : shown_(std::move(shown)), options_(options) {
         heading_.title = heading.title;
         heading_.printed = heading.printed;
         heading_.user = heading.user;
+        heading_.selection = heading.selection;
         report_.title = heading.title;
-        options_.landscape = true;
-        for (std::size_t column = 0; column < table.columns.size(); ++column) {
+        for (const std::size_t column : shown_.columns) {
             constexpr double TwipsInAPoint = 20;
+            const auto& of = shown_.table.columns[column];
             report_.columns.push_back({.field = "c" + std::to_string(column),
-                                       .caption = table.columns[column].caption,
+                                       .caption = of.caption,
                                        .kind = kindOf(column),
-                                       .width = table.columns[column].widthTwips / TwipsInAPoint});
+                                       .width = of.widthTwips / TwipsInAPoint});
         }
     }
 
     [[nodiscard]] const Report& report() const override { return report_; }
     [[nodiscard]] const Options& options() const override { return options_; }
     [[nodiscard]] const Heading& heading() const override { return heading_; }
-    [[nodiscard]] std::size_t size() const override { return rows_.size(); }
+    [[nodiscard]] std::size_t size() const override { return shown_.rows.size(); }
     std::optional<Item> next() override {
-        if (next_ == rows_.size()) {
+        if (next_ == shown_.rows.size()) {
             return std::nullopt;
         }
-        const std::size_t from = rows_[next_++];
+        const std::size_t from = shown_.rows[next_++];
         Row row;
-        for (std::size_t column = 0; column < table_.columns.size(); ++column) {
-            row.cells.push_back(cellOf(from, column));
+        for (std::size_t place = 0; place < shown_.columns.size(); ++place) {
+            row.cells.push_back(cellOf(from, place));
         }
         return row;
     }
@@ -63,10 +64,11 @@ private:
     /// A number that a workbook cannot take as one is written as it is shown.
     [[nodiscard]] CellKind kindOf(std::size_t column) const {
         const auto isAll = [&](auto holds) {
-            return std::ranges::all_of(
-                rows_, [&](std::size_t row) { return holds(table_.value(row, column)); });
+            return std::ranges::all_of(shown_.rows, [&](std::size_t row) {
+                return holds(shown_.table.value(row, column));
+            });
         };
-        switch (table_.columns[column].kind) {
+        switch (shown_.table.columns[column].kind) {
             case table::CellKind::Number:
                 return isAll(isWhole) ? CellKind::Whole : CellKind::Text;
             case table::CellKind::Decimal:
@@ -83,18 +85,18 @@ private:
 
     static bool isTime(const base::Value& value) { return value.isDate() || value.isNull(); }
 
-    [[nodiscard]] base::Value cellOf(std::size_t row, std::size_t column) const {
-        if (report_.columns[column].kind == CellKind::Text) {
-            const std::string text = table_.text(row, column);
+    [[nodiscard]] base::Value cellOf(std::size_t row, std::size_t place) const {
+        const std::size_t column = shown_.columns[place];
+        if (report_.columns[place].kind == CellKind::Text) {
+            const std::string text = shown_.table.text(row, column);
             return base::trim(text).empty() ? base::Value() : base::Value(text);
         }
-        return shown(table_.columns[column].kind, table_.value(row, column));
+        return asShown(shown_.table.columns[column].kind, shown_.table.value(row, column));
     }
 
-    const table::TextTable& table_;
-    std::span<const std::size_t> rows_;
-    Report report_;
+    table::Excerpt shown_;
     Options options_;
+    Report report_;
     Heading heading_;
     std::size_t next_ = 0;
 };
@@ -108,18 +110,22 @@ std::optional<ListFile> listFileOf(std::string_view path) {
                                      : std::nullopt;
 }
 
-bool writeList(const table::TextTable& table, std::span<const std::size_t> rows,
-               const ListHeading& heading, ListFile kind, const std::string& path,
-               const KeepGoing& keepGoing) {
+std::unique_ptr<Content> listContent(table::Excerpt shown, const ListHeading& heading,
+                                     const Options& options) {
+    return std::make_unique<ListContent>(std::move(shown), heading, options);
+}
+
+bool writeList(const table::Excerpt& shown, const ListHeading& heading, ListFile kind,
+               const std::string& path, const KeepGoing& keepGoing) {
     if (kind == ListFile::Csv) {
         std::ostringstream text;
-        const bool isWhole = table::writeCsv(table, rows, text, keepGoing);
+        const bool isWhole = table::writeCsv(shown, text, keepGoing);
         if (isWhole) {
             files::write(path, text.view());
         }
         return isWhole;
     }
-    ListContent content(table, rows, heading);
+    ListContent content(shown, heading, {.landscape = true});
     return exportReport(content, Format::Excel, path, keepGoing);
 }
 

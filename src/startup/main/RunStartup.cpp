@@ -95,6 +95,7 @@ void Main(const std::string& commandLine) {
         GetMapSoftware();
         TotSavedRuns = 0;
         forms::listExporter() = reports::exportList;
+        forms::listPrinter() = reports::printList;
         help::offerGuide();
         auto& mainForm = forms::FormRegistry::instance().make<runsearch::frmTarn>();
         gCommandLine = commandLine;

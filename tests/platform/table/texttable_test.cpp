@@ -107,7 +107,8 @@ TEST(TextTable, FindsShownAndHiddenColumnsByNameAndKeepsBothApart) {
     more.append(table);
     EXPECT_EQ(more.value(3, "Id"), Value(8));
     EXPECT_EQ(more.text(2, "run") + more.text(2, "miles"), "R10");
-    EXPECT_EQ(table::tabSeparated(more, std::vector<std::size_t>{1}), "Run\tMiles\nR1\t0\n");
+    EXPECT_EQ(table::tabSeparated(table::wholeRows(more, {1}), table::Captions::Shown),
+              "Run\tMiles\nR1\t0\n");
     EXPECT_THROW((void)table.columnOf("STOPID"), std::out_of_range);
 }
 
@@ -143,9 +144,9 @@ TEST(TableCopy, IsATableForSpreadsheetsWhateverTheCellsHold) {
     table.set(table.addRow(), 0, "R2");
     table.colourRed(1, 0, 0);
     const std::vector<std::size_t> rows{1, 0};
-    EXPECT_EQ(table::tabSeparated(table, rows),
+    EXPECT_EQ(table::tabSeparated(table::wholeRows(table, rows), table::Captions::Shown),
               "Run\tName & more\nR2\t \nR1\ttwo parts on <lines>\n");
-    EXPECT_EQ(table::htmlTable(table, rows),
+    EXPECT_EQ(table::htmlTable(table::wholeRows(table, rows), table::Captions::Shown),
               "<table>\n<tr><th>Run</th><th>Name &amp; more</th></tr>\n"
               "<tr><td bgcolor=\"#ff0000\">R2</td><td> </td></tr>\n"
               "<tr><td>R1</td><td>two\tparts\non &lt;lines&gt;</td></tr>\n</table>\n");
