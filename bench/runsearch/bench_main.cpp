@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QLineEdit>
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -10,7 +11,9 @@
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "rawsearch.h"
+#include "runsearch/finder/runindex.h"
 #include "runsearch/search/frmTarn.h"
+#include "startup/base/mdlDBConnection.h"
 #include "startup/main/RunStartup.h"
 #include "support/formprogram.h"
 
@@ -133,6 +136,22 @@ void registerRaw(const Case& searched, const char* name, bench::RawDistrict& raw
     })->Unit(benchmark::kMillisecond);
 }
 
+/// From a key in the finder's box to the rows below it, once everything is read.
+void findRun(benchmark::State& state) {
+    startOnce();
+    runsearch::RunIndex index(*startup::gcnRouting);
+    while (!index.isWhole()) {
+        index.readOn(1000);
+    }
+    const std::array typed{"1", "10", "oak", "oak st", "elementary", "no such run"};
+    std::size_t key = 0;
+    std::size_t rows = 0;
+    for (auto _ : state) {
+        rows += index.find(typed[key++ % typed.size()], 12).size();
+    }
+    state.counters["rows"] = static_cast<double>(rows);
+}
+
 void registerCase(const Case& searched, bench::RawDistrict& raw) {
     using Columns = bench::RawDistrict::Columns;
     registerClick(searched, "/click_to_filled_list", false);
@@ -150,6 +169,7 @@ int main(int argc, char** argv) {
         benchmark::RegisterBenchmark("start_of_Main_to_form_shown", start)
             ->Unit(benchmark::kMillisecond)
             ->Iterations(1);
+        benchmark::RegisterBenchmark("find_run_by_key", findRun)->Unit(benchmark::kMillisecond);
         for (const auto& searched : cases(*raw)) {
             registerCase(searched, *raw);
         }

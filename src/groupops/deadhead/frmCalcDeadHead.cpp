@@ -25,6 +25,7 @@ frmCalcDeadHead::frmCalcDeadHead(forms::Form* owner)
       ui_(std::make_unique<Ui::frmCalcDeadHead>()),
       Timer1(new forms::Timer(this)) {
     ui_->setupUi(this);
+    ui_->OpenLegsFilter->filters(*ui_->OpenLegs);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->CloseIt);
     panel_ = {{ui_->ProgressBar1}, ui_->StatusMsg, ui_->Stop, Timer1, ClosingMessageMs};

@@ -13,7 +13,7 @@
 namespace controls {
 
 FilterLine::FilterLine(QWidget* parent) : QLineEdit(parent) {
-    setPlaceholderText(tr("Filter the list (Ctrl+F)"));
+    setPlaceholderText(tr("Filter (Ctrl+F)"));
     setAccessibleName(tr("Filter the list"));
     setToolTip(
         tr("Shows the rows that hold all these words, in any column and any order.  What is hidden "

@@ -95,6 +95,7 @@ void RunLogInquiry::resizeEvent(QResizeEvent* event) {
 
 void RunLogInquiry::wireList() {
     using controls::MultiColumnList;
+    ui_->LogFilter->filters(*ui_->LogList);
     const auto readIfWanted = [this] { readTimer_.setEnabled(wantsMore()); };
     on(ui_->LogList, &MultiColumnList::endShown, "LogList_EndShown", readIfWanted);
     on(ui_->LogList, &MultiColumnList::endAsked, "LogList_EndAsked", [this] {
@@ -137,6 +138,7 @@ void RunLogInquiry::Search_Click() {
     if (refuse(asked)) {
         return;
     }
+    ui_->LogList->setFilter({});
     const forms::BusyCursor hourglass;
     try {
         search(asked);
@@ -236,7 +238,7 @@ void RunLogInquiry::readSlice() {
     do {
         reader_->read(BlockEntries, read_);
     } while (readsToEnd() && !reader_->atEnd() && !slice.isOver());
-    const auto listed = static_cast<std::size_t>(ui_->LogList->rows());
+    const auto listed = static_cast<std::size_t>(ui_->LogList->rowsInAll());
     if (!readsToEnd() || reader_->atEnd() || read_.rowCount() > std::min(listed / 4, MostAtOnce)) {
         ui_->LogList->appendRows(read_);
         read_.clearRows();
@@ -260,7 +262,7 @@ void RunLogInquiry::entriesAreAllListed() {
 /// Many entries are put into their order beside the form, which stays at hand meanwhile: nothing
 /// changes what is listed while that goes on.
 void RunLogInquiry::sortAll(int column) {
-    if (ui_->LogList->rows() <= SortedAtOnce) {
+    if (ui_->LogList->rowsInAll() <= SortedAtOnce) {
         ui_->LogList->toggleSort(column);
         toSortBy_.reset();
         return;

@@ -2,13 +2,17 @@
 
 #include <QAction>
 #include <QShortcut>
+#include <algorithm>
+#include <iterator>
 
 #include "data/lookups/mdlLOAD_lstcmb.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/operation.h"
+#include "runsearch/finder/finderbox.h"
 #include "runsearch/search/runlist.h"
+#include "runsearch/search/runtotals.h"
 #include "runsearch/search/searchwords.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlNONULL.h"
@@ -53,6 +57,8 @@ frmTarn::frmTarn()
     wireButtons();
     wireMenu();
     wireKeys();
+    wireSearches();
+    makeFinder();
     makeMenuBar();
     dress();
     showButtons();
@@ -62,6 +68,8 @@ frmTarn::~frmTarn() = default;
 
 void frmTarn::wireRunList() {
     using controls::MultiColumnList;
+    ui_->RunFilter->filters(*ui_->RunList);
+    on(ui_->RunList, &MultiColumnList::filterChanged, "followFilter", &frmTarn::followFilter);
     on(ui_->RunList, &MultiColumnList::columnClicked, "RunList_ClickColumn",
        &frmTarn::RunList_ClickColumn);
     on(ui_->RunList, &MultiColumnList::rowClicked, "RunList_ClickItem",
@@ -132,13 +140,7 @@ void frmTarn::wireKeys() {
        [this] { ui_->RunList->hasFocus() ? enterCriteria() : enterList(); });
 }
 
-void frmTarn::enterList() {
-    ui_->RunList->setFocus(Qt::ShortcutFocusReason);
-    if (ui_->RunList->chosenRow() < 0 && ui_->RunList->rows() > 0) {
-        ui_->RunList->choose(std::max(ui_->RunList->currentIndex().row(), 0));
-        RunList_ClickItem();
-    }
-}
+void frmTarn::enterList() { ui_->RunList->enter(); }
 
 void frmTarn::enterCriteria() {
     ui_->RunTab->setCurrentWidget(ui_->RunPage);
@@ -174,6 +176,7 @@ void frmTarn::Form_Load() {
 }
 
 void frmTarn::Form_Activate() {
+    finder_->forget();
     if (startup::RefreshRunList) {
         startup::RefreshRunList = false;
         refreshRunList();
@@ -207,6 +210,7 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     runs.Open(query.runs, *startup::gcnRouting);
     ui_->WholeMinutes->setVisible(!endsWithinMinutes().empty());
     ui_->RunList->sortingOff();
+    ui_->RunList->setFilter({});
     // No row of the new list is chosen yet: an action must not go to a run of the former one.
     ui_->Tarn->clear();
     if (runs.Eof() && runs.Bof()) {
@@ -221,10 +225,10 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     ui_->RunList->clearRows();
     ui_->RunList->setEmptyText(Searching);
     ui_->RunList->setTable(readRuns(runs, asked.useRoute));
-    ui_->TotSel->setText(QString::number(ui_->RunList->rows()));
+    ui_->TotSel->setText(QString::number(ui_->RunList->rowsInAll()));
     startup::RunSearchSQL = query.runs;
     startup::RunSearchSchoolSQL = query.runsSchool;
-    found_ = {query.runs, inWords(asked), ui_->RunList->rows()};
+    found_ = {query.runs, inWords(asked), ui_->RunList->rowsInAll()};
     runs.Close();
     showToResolve();
     buttons_.afterRunsFound(
@@ -254,6 +258,7 @@ void frmTarn::cmdReset_Click() {
     ui_->WholeMinutes->hide();
     ui_->TotSel->clear();
     ui_->RunTab->setCurrentIndex(0);
+    ui_->RunList->setFilter({});
     ui_->RunList->clearAll();
     explainEmptyList(BeforeSearch);
     showToResolve();
@@ -293,8 +298,22 @@ void frmTarn::showButtons() {
 }
 
 void frmTarn::showSelectedCount() {
-    const int count = ui_->RunList->selectedCount();
+    const auto rows = ui_->RunList->selectedRows();
+    const int count = static_cast<int>(rows.size());
     ui_->SelectedCount->setText(count == 0 ? QString() : tr("%n selected", nullptr, count));
+    std::vector<std::size_t> selected;
+    std::ranges::transform(rows, std::back_inserter(selected),
+                           [this](int row) { return ui_->RunList->tableRow(row); });
+    ui_->SelectedTotals->setText(
+        count == 0 ? QString() : toQt(inWords(totalsOf(ui_->RunList->table(), selected))));
+}
+
+/// What the filter hides is not chosen: no action goes to a run out of sight.
+void frmTarn::followFilter() {
+    if (ui_->RunList->chosenRow() >= 0 || !ui_->RunList->hiddenChoice().empty()) {
+        ui_->Tarn->setText(toQt(ui_->RunList->chosenKey()));
+    }
+    showChosenRun();
 }
 
 void frmTarn::showToResolve() {
@@ -312,12 +331,14 @@ void frmTarn::showToResolve() {
 
 void frmTarn::showChosenRun() {
     const auto run = chosenRun();
+    const auto hidden = toQt(ui_->RunList->hiddenChoice()).trimmed();
     const int row = placeOf(run) - 1;
     const auto description = row < 0 ? QString() : toQt(ui_->RunList->cellText(row, 1)).trimmed();
-    ui_->ChosenRun->setText(toQt(run));
-    ui_->ChosenDescription->setText(description);
+    ui_->ChosenRun->setText(hidden.isEmpty() ? toQt(run) : tr("none"));
+    ui_->ChosenDescription->setText(
+        hidden.isEmpty() ? description : tr("%1 is hidden by the filter").arg(hidden));
     for (auto* part : {ui_->ChosenSign, ui_->ChosenLabel, ui_->ChosenRun}) {
-        part->setVisible(!run.empty());
+        part->setVisible(!run.empty() || !hidden.isEmpty());
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QJsonObject>
+#include <QStringList>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,6 +9,7 @@
 #include <vector>
 
 #include "groupops/base/runselection.h"
+#include "platform/forms/timer.h"
 #include "reports/selection/selectionintake.h"
 #include "runedit/editor/runsequence.h"
 #include "runsearch/search/listplace.h"
@@ -21,6 +24,7 @@ class TimeBox;
 
 class QAction;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QPushButton;
 
@@ -29,6 +33,8 @@ class frmTarn;
 }
 
 namespace runsearch {
+
+class FinderBox;
 
 /// The main form: finds runs by the criteria on its tabs and starts every action on the runs found.
 /// The chosen run is in `Tarn`; every action on one run goes to it.
@@ -72,6 +78,10 @@ public:
     void cmbAid_Click();
     void cmbAid_LostFocus();
 
+    void SaveSearch_Click();
+    void FindRun_Click(const std::string& run);
+    void FindRun_Timer();
+
     void RunList_ClickColumn(int column);
     void RunList_ClickItem();
     void RunList_DblClick();
@@ -109,6 +119,20 @@ private:
     void addHelp(QMenu& menu);
     void addLooks(QMenu& view);
 
+    void wireSearches();
+    void addSearches(QMenu& menu);
+    void fillSearches(QMenu& menu);
+    [[nodiscard]] QString askSearchName(const QString& title, const QString& former);
+    void renameSearch(const QString& name);
+    void useSearch(const QString& name);
+    [[nodiscard]] QJsonObject criteriaToSave() const;
+    QStringList showSaved(const QJsonObject& saved);
+    [[nodiscard]] std::vector<QLineEdit*> typedCriteria() const;
+
+    void makeFinder();
+    void addFinding(QMenu& view);
+    void enterFinder();
+
     [[nodiscard]] RunSearchCriteria criteria() const;
     [[nodiscard]] bool isFilled(const controls::TimeBox& box) const;
     [[nodiscard]] TimeRange range(const controls::TimeBox& from, const controls::TimeBox& to) const;
@@ -124,12 +148,16 @@ private:
     bool refuseMissingRun(const std::string& run, const char* noneChosen);
     void tellRunIsGone(const std::string& run);
     bool chooseRun(const std::string& run);
+    [[nodiscard]] bool isHiddenByFilter(const std::string& run) const;
+    /// Asks where a filter hides runs that the action will take, too.
+    [[nodiscard]] bool takesHiddenRuns(const QPushButton& action) const;
     void editRun(const std::string& run);
 
     void emptyTimes();
     void showButtons();
     void showFilledCriteria();
     void showSelectedCount();
+    void followFilter();
     void showChosenRun();
     void showToResolve();
     void explainEmptyList(const QString& otherwise);
@@ -152,6 +180,9 @@ private:
     /// What an empty time box shows; a box with any other text is a criterion.
     std::string EmptyTimeText;
     std::optional<Criteria> arranged_;
+    QWidget* headingEnd_ = nullptr;  ///< the district's name and what finds a run
+    FinderBox* finder_ = nullptr;
+    forms::Timer findTurn_;  ///< reads for it
 };
 
 }  // namespace runsearch

@@ -58,6 +58,11 @@ constexpr auto RunGone =
     "Oops, the run {} is not there any more.  It was probably removed by another user.  Please "
     "search again.";
 
+constexpr auto TakesHiddenRunsTitle = "The List Is Filtered";
+constexpr auto TakesHiddenRuns =
+    "{} takes all {} runs that were found, also those that the filter hides.\nTo take only some, "
+    "press Cancel and search for them.";
+
 template <class T, class... Arguments>
 void openForm(Arguments&&... arguments) {
     forms::FormRegistry::instance().make<T>(std::forward<Arguments>(arguments)...).showForm();
@@ -197,8 +202,21 @@ std::string frmTarn::choose(int place) {
     return chosenRun();
 }
 
-/// False where the list does not have it.
+bool frmTarn::isHiddenByFilter(const std::string& run) const {
+    const auto& runs = ui_->RunList->table();
+    bool isListed = false;
+    for (std::size_t row = 0; row < runs.rowCount() && !isListed; ++row) {
+        isListed = base::trim(runs.text(row, 0)) == base::trim(run);
+    }
+    return isListed && placeOf(run) == 0;
+}
+
+/// False where the list does not have it. A run that the filter hides is worth more than the
+/// filter.
 bool frmTarn::chooseRun(const std::string& run) {
+    if (isHiddenByFilter(run)) {
+        ui_->RunList->setFilter({});
+    }
     const int place = placeOf(run);
     if (place > 0) {
         (void)choose(place);
@@ -214,12 +232,30 @@ void frmTarn::editRun(const std::string& run) {
     }
 }
 
+bool frmTarn::takesHiddenRuns(const QPushButton& action) const {
+    const auto& list = *ui_->RunList;
+    return !list.isFiltered() ||
+           base::MsgBox(
+               {.text = fmt::format(TakesHiddenRuns, fromQt(QString(action.text()).remove('&')),
+                                    list.rowsInAll()),
+                .title = TakesHiddenRunsTitle,
+                .icon = base::MsgIcon::Question,
+                .buttons = base::MsgButtons::OkCancel,
+                .concerns = fromQt(ui_->RunFilter->told())}) == base::MsgAnswer::Ok;
+}
+
 void frmTarn::PrintIt_Click() {
+    if (!takesHiddenRuns(*ui_->PrintIt)) {
+        return;
+    }
     offerSearchReports(forms::FormRegistry::instance().make<reports::ReportSelection>(
         [this] { return found_; }, this));
 }
 
 void frmTarn::TimeLine_Click() {
+    if (!takesHiddenRuns(*ui_->TimeLine)) {
+        return;
+    }
     auto& form = forms::FormRegistry::instance().make<schedule::frmRunSchdl>(
         schedule::RunListPort{.chosen = [this] { return chosenRun(); },
                               .choose = [this](const std::string& run) { chooseRun(run); },
@@ -235,7 +271,11 @@ void frmTarn::TimeLine_Click() {
     form.showForm();
 }
 
-void frmTarn::ChangeBell_Click() { openForm<groupops::BellTimeChange>(*this, this); }
+void frmTarn::ChangeBell_Click() {
+    if (takesHiddenRuns(*ui_->ChangeBell)) {
+        openForm<groupops::BellTimeChange>(*this, this);
+    }
+}
 
 void frmTarn::GroupChange_Click() { openForm<groupops::frmGroupRunChange>(*this, this); }
 

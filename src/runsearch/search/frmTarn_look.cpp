@@ -1,12 +1,14 @@
 #include <QPainter>
 #include <QResizeEvent>
 #include <QStackedWidget>
+#include <QTabBar>
 #include <algorithm>
 #include <span>
 
 #include "platform/controls/rowdelegate.h"
 #include "platform/controls/tones.h"
 #include "platform/forms/flowrow.h"
+#include "runsearch/finder/finderbox.h"
 #include "runsearch/search/frmTarn.h"
 
 #include "ui_frmTarn.h"
@@ -130,13 +132,16 @@ void frmTarn::arrangeCriteria() {
 void frmTarn::arrangeHeading() {
     const bool above = arranged_ == Criteria::Lean;
     ui_->RunTab->setCornerWidget(above ? nullptr : ui_->Heading, Qt::TopLeftCorner);
-    ui_->RunTab->setCornerWidget(above ? nullptr : ui_->DistrictName, Qt::TopRightCorner);
+    ui_->RunTab->setCornerWidget(above ? nullptr : headingEnd_, Qt::TopRightCorner);
     if (above) {
         ui_->headingRow->insertWidget(0, ui_->Heading);
-        ui_->headingRow->addWidget(ui_->DistrictName);
+        ui_->headingRow->addWidget(headingEnd_);
     }
     ui_->Heading->show();
-    ui_->DistrictName->show();
+    headingEnd_->show();
+    // Keys go from left to right, wherever it stands.
+    QWidget* const before = ui_->RunTab->tabBar();
+    setTabOrder(above ? ui_->Exit : before, finder_);
 }
 
 void frmTarn::arrangeRunPage() {

@@ -59,6 +59,8 @@ void frmTarn::makeMenuBar() {
     }
     offer(*view, *ui_->WholeMinutes);
     addViews(*view);
+    addFinding(*view);
+    addSearches(*bar->addMenu(tr("Searches")));
     addSession(*file);
     addHelp(*bar->addMenu(tr("Help")));
     layout()->setMenuBar(bar);

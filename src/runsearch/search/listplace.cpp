@@ -7,27 +7,31 @@
 
 namespace runsearch {
 
-namespace {
-
-std::string captionOf(const controls::MultiColumnList& list, int column) {
-    const auto& columns = list.table().columns;
-    const auto index = static_cast<std::size_t>(column);
-    return column < 0 || index >= columns.size() ? std::string() : columns[index].caption;
-}
-
-}  // namespace
-
 ListPlace::ListPlace(const controls::MultiColumnList& list)
     : scrolled_(list.verticalScrollBar()->value()),
       chosenRow_(list.chosenRow()),
-      chosenKey_(list.chosenKey()),
+      chosenKey_(chosenRow_ < 0 ? list.hiddenChoice() : list.chosenKey()),
       selectedKeys_(selectedKeys(list)),
-      sortCaption_(captionOf(list, list.sortColumn())),
-      sortColumn_(list.sortColumn()),
-      sortOrder_(list.sortOrder()) {}
+      columns_(list.table().columns),
+      sorting_(list.sorting()),
+      filter_(list.filter()) {}
 
 void ListPlace::restore(controls::MultiColumnList& list, WhenGone whenGone) const {
-    sort(list);
+    list.setFilter({});
+    if (list.table().columns == columns_) {
+        list.sortBy(sorting_);
+    }
+    select(list);
+    const bool isThere = chooseFormer(list);
+    list.setFilter(filter_);
+    if (!isThere && chosenRow_ >= 0) {
+        chooseOther(list, whenGone);
+    }
+    list.verticalScrollBar()->setValue(scrolled_);
+    list.scrollTo(list.currentIndex());
+}
+
+void ListPlace::select(controls::MultiColumnList& list) const {
     const std::unordered_set<std::string> wanted(selectedKeys_.begin(), selectedKeys_.end());
     std::vector<int> selected;
     for (int row = 0; row < list.rows() && !wanted.empty(); ++row) {
@@ -36,29 +40,19 @@ void ListPlace::restore(controls::MultiColumnList& list, WhenGone whenGone) cons
         }
     }
     list.selectRows(selected);
-    chooseRow(list, whenGone);
-    list.verticalScrollBar()->setValue(scrolled_);
-    list.scrollTo(list.currentIndex());
 }
 
-void ListPlace::sort(controls::MultiColumnList& list) const {
-    if (sortColumn_ >= 0 && captionOf(list, sortColumn_) == sortCaption_) {
-        list.toggleSort(sortColumn_);
-        if (sortOrder_ == Qt::DescendingOrder) {
-            list.toggleSort(sortColumn_);
-        }
-    }
-}
-
-void ListPlace::chooseRow(controls::MultiColumnList& list, WhenGone whenGone) const {
-    if (chosenRow_ < 0) {
-        return;
-    }
-    for (int row = 0; row < list.rows(); ++row) {
+bool ListPlace::chooseFormer(controls::MultiColumnList& list) const {
+    for (int row = 0; row < list.rows() && !chosenKey_.empty(); ++row) {
         if (list.cellText(row, 0) == chosenKey_) {
-            return list.chooseAmongSelected(row);
+            list.chooseAmongSelected(row);
+            return true;
         }
     }
+    return false;
+}
+
+void ListPlace::chooseOther(controls::MultiColumnList& list, WhenGone whenGone) const {
     if (whenGone == WhenGone::NoneChosen) {
         list.standAt(chosenRow_);
     } else if (list.selectedCount() == 0) {

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <Qt>
+#include <QString>
 #include <string>
 #include <vector>
+
+#include "platform/table/texttable.h"
 
 namespace controls {
 class MultiColumnList;
@@ -10,9 +12,9 @@ class MultiColumnList;
 
 namespace runsearch {
 
-/// How a planner has arranged a list: the column it is sorted by, the rows selected and the one
-/// chosen, and how far it is scrolled. Taken before the list is filled anew and put back
-/// afterwards.
+/// How a planner has arranged a list: the columns it is sorted by, its filter, the rows selected
+/// and the one chosen, and how far it is scrolled. Taken before the list is filled anew and put
+/// back afterwards.
 class ListPlace {
 public:
     /// What becomes of the choice where the chosen row is gone.
@@ -28,16 +30,17 @@ public:
     void restore(controls::MultiColumnList& list, WhenGone whenGone) const;
 
 private:
-    void sort(controls::MultiColumnList& list) const;
-    void chooseRow(controls::MultiColumnList& list, WhenGone whenGone) const;
+    void select(controls::MultiColumnList& list) const;
+    [[nodiscard]] bool chooseFormer(controls::MultiColumnList& list) const;
+    void chooseOther(controls::MultiColumnList& list, WhenGone whenGone) const;
 
     int scrolled_;
     int chosenRow_;
-    std::string chosenKey_;
+    std::string chosenKey_;  ///< also of a row that the filter hides
     std::vector<std::string> selectedKeys_;
-    std::string sortCaption_;
-    int sortColumn_;
-    Qt::SortOrder sortOrder_;
+    std::vector<table::TableColumn> columns_;
+    std::vector<table::SortBy> sorting_;
+    QString filter_;
 };
 
 /// The first column of the selected rows, in list order.

@@ -44,6 +44,7 @@ constexpr RunColumn Columns[]{
     {{"Total Students", "Capacity", 1000}, Shown::WithRouting},
     {{"Capacity", "TimeToUse"}, Shown::WithRouting},
     {{"Time To Use"}, Shown::WithRouting},
+    {data::hidden("Total_Students"), Shown::WithRouting},
     {{"Total Stops", "total_stops", 1000, CellKind::Number}, Shown::WithoutRouting},
     {{"Total Students", "Total_Students", 0, CellKind::Number}, Shown::WithoutRouting},
     {{"Capacity", "Capacity"}, Shown::WithoutRouting},

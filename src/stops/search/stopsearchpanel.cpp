@@ -65,6 +65,8 @@ StopSearchPanel::StopSearchPanel(QWidget* parent)
         list->drawColumnBy("Map", new SignDelegate(controls::Sign::NoPlace,
                                                    SignDelegate::Place::InsteadOfText, list));
     }
+    ui_->StopFilter->filters(*ui_->lstStop);
+    ui_->TripTypeFilter->filters(*ui_->lstSTOP_TRIPTYPE);
     fitCriteria();
     ui_->Criteria->installEventFilter(this);
     wire();
@@ -251,6 +253,9 @@ void StopSearchPanel::Search() {
         const forms::BusyCursor hourglass;
         const auto asked = criteria();
         try {
+            for (auto* found : {ui_->lstStop, ui_->lstSTOP_TRIPTYPE}) {
+                found->setFilter({});
+            }
             ask(asked);
         } catch (const jet::SqlError&) {
             showCount();
@@ -277,7 +282,7 @@ void StopSearchPanel::Load_lstSTOP_TRIPTYPE() { fill(*ui_->lstSTOP_TRIPTYPE); }
 void StopSearchPanel::fill(MultiColumnList& list) {
     list.setEmptyText(NothingFound);
     if (list.sortColumn() >= 0) {
-        sorts_[&list] = {list.sortColumn(), list.sortOrder()};
+        sorts_[&list] = list.sorting();
     }
     auto table = readSlice(FirstSliceMs, found_->emptyTable());
     if (!found_->atEnd()) {
@@ -328,14 +333,14 @@ void StopSearchPanel::finish() {
 
 /// By stop id until the planner sorts by something else.
 void StopSearchPanel::sortAsBefore() {
-    if (list().rows() > MostSorted) {
+    if (list().rowsInAll() > MostSorted) {
         return;
     }
-    const Sort sort = sorts_[&list()];
-    list().toggleSort(sort.column);
-    if (sort.order == Qt::DescendingOrder) {
-        list().toggleSort(sort.column);
+    auto& sorting = sorts_[&list()];
+    if (sorting.empty()) {
+        sorting = {{0, false}};
     }
+    list().sortBy(sorting);
 }
 
 void StopSearchPanel::stopFilling() {
@@ -387,7 +392,7 @@ int StopSearchPanel::selectedCount() const { return list().selectedCount(); }
 void StopSearchPanel::selectAll() { list().selectAllRows(); }
 
 void StopSearchPanel::showCount() {
-    const int rows = list().rows();
+    const int rows = list().rowsInAll();
     ui_->TotSel->setText(!found_            ? QString()
                          : turn_.isActive() ? tr("%1 so far").arg(rows)
                                             : QString::number(rows));

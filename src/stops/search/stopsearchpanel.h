@@ -54,11 +54,6 @@ signals:
     void rowActivated();
 
 private:
-    struct Sort {
-        int column = 0;
-        Qt::SortOrder order = Qt::AscendingOrder;
-    };
-
     void makeNarrow();
     void fitCriteria();
     void wire();
@@ -89,7 +84,7 @@ private:
     std::string startTripType_;
     std::unique_ptr<FoundStops> found_;
     std::optional<StopSearchCriteria> asked_;  ///< the search flag: what to repeat
-    std::map<const controls::MultiColumnList*, Sort> sorts_;
+    std::map<const controls::MultiColumnList*, std::vector<table::SortBy>> sorts_;
     bool lean_ = false;
     QTimer turn_;  ///< gives the event loop its turn between two slices
 };

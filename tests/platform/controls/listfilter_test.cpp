@@ -131,10 +131,7 @@ TEST_F(ListFilterTest, AgreesWithAPlainSearchWhateverIsTypedSortedAndAdded) {
     for (int step = 0; step < 60; ++step) {
         list.setFilter(QString::number(random() % 40));
         random() % 2 == 0 ? list.toggleSort(static_cast<int>(random() % 2)) : list.selectAllRows();
-        std::vector<std::size_t> shown;
-        for (int row = 0; row < list.rows(); ++row) {
-            shown.push_back(list.tableRow(row));
-        }
+        auto shown = list.shown().rows;
         std::sort(shown.begin(), shown.end());
         std::vector<std::size_t> plain;
         const std::string word = list.filter().toStdString();

@@ -136,8 +136,8 @@ TEST_F(ExportList, TellsWhatWentWrongAndLeavesTheFileAlone) {
 TEST_F(ExportList, AStoppedListLeavesNoFile) {
     form();
     const auto path = folder_.path() + "stopped.csv";
-    EXPECT_FALSE(writeList(list("RunList").table(), std::vector<std::size_t>{0, 1, 2}, {},
-                           ListFile::Csv, path, [](double done) { return done < 0.5; }));
+    EXPECT_FALSE(writeList(list("RunList").shown(), {}, ListFile::Csv, path,
+                           [](double done) { return done < 0.5; }));
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 

@@ -1,5 +1,6 @@
 #include <QHeaderView>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QTest>
 #include <map>
 
