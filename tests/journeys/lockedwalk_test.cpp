@@ -26,7 +26,7 @@ constexpr auto ToldAt =
     "frmStopTripType.NextStop frmStopTripType.OK frmStopTripType.PreviousStop frmTarn.Delete";
 
 const std::set<std::string> NotPressed{"frmTarn.Exit", "frmTarn.chkNew", "Run.chkNew",
-                                       "Run.Closed_Browse"};
+                                       "Run.Closed_Browse", "frmRunSchdl.PrintIt"};
 
 /// The program on a district whose routing file another program holds at each press of a button.
 class LockedWalk : public walk::Walk {
