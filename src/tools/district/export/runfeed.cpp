@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <ranges>
 #include <set>
 
 #include <fmt/format.h>
@@ -90,7 +89,8 @@ void goOnPastMidnight(Trip& trip) {
 /// From load seconds, kept in `departure` until here: nobody leaves after the next arrival.
 void findDepartures(Trip& trip) {
     std::optional<std::int64_t> next;
-    for (auto& time : std::ranges::subrange(trip.times.rbegin(), trip.times.rend())) {
+    for (std::size_t i = trip.times.size(); i-- > 0;) {
+        auto& time = trip.times[i];
         if (time.arrival) {
             const std::int64_t leaves = *time.arrival + time.departure.value_or(0);
             time.departure = next ? std::min(leaves, *next) : leaves;
