@@ -189,7 +189,7 @@ void DistrictChooser::Open_Click() {
 void DistrictChooser::openOrTell(const std::string& folder) {
     const DistrictLook look = found_.at(folder);
     if (canBeOpened(look.condition)) {
-        return open(folder, look.name);
+        return openReady(folder, look.name);
     }
     showing_.setEnabled(false);
     if (look.condition != Condition::Unusable) {
@@ -215,7 +215,7 @@ void DistrictChooser::showInFront() {
     }
 }
 
-void DistrictChooser::open(const std::string& folder, const std::string& name) {
+void DistrictChooser::openReady(const std::string& folder, const std::string& name) {
     known_.add(folder, name);
     try {
         openDistrict(folder);

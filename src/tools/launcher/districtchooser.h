@@ -49,7 +49,7 @@ private:
     void choose(const std::string& folder);
     void openWhenLooked(const std::string& folder);
     void openOrTell(const std::string& folder);
-    void open(const std::string& folder, const std::string& name);
+    void openReady(const std::string& folder, const std::string& name);
     void bringUp(const std::string& folder, const std::string& says);
     void adopt(const std::string& folder, const std::string& says);
     /// In the place of the form that made the district.
