@@ -101,14 +101,16 @@ void breakCaptions(QHBoxLayout& row) {
     row.invalidate();
 }
 
-CaptionBreaker::CaptionBreaker(QScrollArea& area) : QObject(&area), area_(area) {
+CaptionBreaker::CaptionBreaker(QScrollArea& area)
+    : QObject(&area), area_(area), contents_(area.widget()) {
     area.viewport()->installEventFilter(this);
-    area.widget()->installEventFilter(this);
+    contents_->installEventFilter(this);
 }
 
-/// Sizes on the way to where a form settles do not count.
+/// Sizes on the way to where a form settles do not count. While the area is destroyed events still
+/// come here.
 bool CaptionBreaker::eventFilter(QObject* watched, QEvent* event) {
-    const bool ofContents = watched == area_.widget() && event->type() == QEvent::LayoutRequest;
+    const bool ofContents = watched == contents_ && event->type() == QEvent::LayoutRequest;
     if ((ofContents || event->type() == QEvent::Resize) && !isAsked_) {
         isAsked_ = true;
         QMetaObject::invokeMethod(

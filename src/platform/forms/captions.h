@@ -31,6 +31,7 @@ private:
     void breakLongest();
 
     QScrollArea& area_;
+    QWidget* contents_;
     bool isAsked_ = false;
 };
 
