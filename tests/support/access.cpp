@@ -310,7 +310,7 @@ void speak(QAccessibleInterface* thing, std::string& text) {
 std::vector<std::string> accessFindings(QWidget& window) { return Findings(window).all(); }
 
 double contrastOf(const QColor& one, const QColor& other) {
-    const auto [dark, light] = std::minmax(brightness(one), brightness(other));
+    const auto [dark, light] = std::minmax({brightness(one), brightness(other)});
     return (light + 0.05) / (dark + 0.05);
 }
 
