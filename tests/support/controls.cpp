@@ -59,6 +59,7 @@ std::string Controls::row(const char* name, int row) {
 std::vector<std::string> Controls::column(const char* name, int column) {
     auto& from = list(name);
     std::vector<std::string> cells;
+    cells.reserve(static_cast<std::size_t>(from.rows()));
     for (int row = 0; row < from.rows(); ++row) {
         cells.push_back(from.cellText(row, column));
     }
