@@ -42,11 +42,14 @@ QLayoutItem* FlowRow::takeAt(int index) {
     return item;
 }
 
-/// A label and the field that its letter leads to.
+/// A label and the field that its letter leads to, a sign and what it is about.
 bool FlowRow::isWithNext(std::size_t part) const {
     const auto* label = qobject_cast<const QLabel*>(parts_[part].item->widget());
-    return label != nullptr && label->buddy() != nullptr && part + 1 < parts_.size() &&
-           parts_[part + 1].item->widget() == label->buddy();
+    if (label == nullptr || part + 1 >= parts_.size()) {
+        return false;
+    }
+    return !label->pixmap().isNull() ||
+           (label->buddy() != nullptr && parts_[part + 1].item->widget() == label->buddy());
 }
 
 int FlowRow::least(const Part& part) const {
