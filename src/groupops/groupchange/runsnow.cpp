@@ -33,6 +33,7 @@ constexpr std::size_t FewRuns = 200;
 template <class Names>
 std::string conditionFor(std::string_view column, const Names& names) {
     std::vector<std::string> literals;
+    literals.reserve(names.size());
     for (const auto& name : names) {
         literals.push_back(fmt::format("'{}'", ado::escaped(name)));
     }
