@@ -1,5 +1,6 @@
 #include "platform/forms/application.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QTimer>
 
@@ -39,6 +40,22 @@ bool isHelpKey(QObject& receiver, const QEvent& event) {
         return true;
     }
     return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier && askForHelp(control);
+}
+
+/// Shift+F10 opens the menu of what has the focus on every desktop; the toolkit knows it on some,
+/// and the menu key on all.
+bool isMenuKey(QObject& receiver, const QEvent& event) {
+    if (event.type() != QEvent::KeyPress || !receiver.isWidgetType()) {
+        return false;
+    }
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    if (key.key() != Qt::Key_F10 || key.modifiers() != Qt::ShiftModifier) {
+        return false;
+    }
+    auto& control = static_cast<QWidget&>(receiver);
+    const QPoint at = control.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, at, control.mapToGlobal(at));
+    return QApplication::sendEvent(&control, &menu);
 }
 
 }  // namespace
@@ -147,7 +164,7 @@ void Application::endByError(const std::exception& error) noexcept {
 bool Application::notify(QObject* receiver, QEvent* event) {
     bool handled = true;
     try {
-        if (isHelpKey(*receiver, *event)) {
+        if (isHelpKey(*receiver, *event) || isMenuKey(*receiver, *event)) {
             return true;
         }
         handled = QApplication::notify(receiver, event);

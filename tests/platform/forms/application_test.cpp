@@ -67,4 +67,16 @@ TEST_F(FormsTest, ProceduresTakeAsManyOfASignalsArgumentsAsTheyLikeUntilTheProgr
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(FormsTest, ShiftAndF10OpenTheMenuOfWhatHasTheFocus) {
+    auto& form = shown("A");
+    QWidget inner(&form);
+    inner.setContextMenuPolicy(Qt::CustomContextMenu);
+    int menus = 0;
+    QObject::connect(&inner, &QWidget::customContextMenuRequested, [&] { ++menus; });
+    QTest::keyClick(&inner, Qt::Key_F10);
+    EXPECT_EQ(menus, 0);
+    QTest::keyClick(&inner, Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(menus, 1);
+}
+
 }  // namespace
