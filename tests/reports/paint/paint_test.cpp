@@ -114,7 +114,7 @@ TEST_F(Painting, AFaxHasEachPageInDots) {
         }
         return static_cast<double>(count);
     };
-    constexpr std::size_t Bytes = (1700 + 7) / 8 * 2200;
+    constexpr std::size_t Bytes = std::size_t{(1700 + 7) / 8} * 2200;
     ASSERT_GT(drawn.size(), Bytes);
     ASSERT_GT(dots.size(), Bytes);
     const double wanted = dark(std::string_view(drawn).substr(drawn.size() - Bytes));
