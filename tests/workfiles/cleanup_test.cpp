@@ -55,7 +55,7 @@ TEST_F(CleanUpTest, DeletesTheFilesOfEachRunAndLogsIt) {
         }
     }
     for (auto& line : logged) {
-        line = "In DelWrkFiles - " + line + Time;
+        line.insert(0, "In DelWrkFiles - ").append(Time);
     }
     EXPECT_EQ(log, logged);
     EXPECT_THAT(left(), ElementsAre("R3.dbf", "Runs.TXT"));
