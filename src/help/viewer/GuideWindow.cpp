@@ -11,6 +11,7 @@
 #include "help/viewer/guidedesk.h"
 #include "help/viewer/hitdelegate.h"
 #include "help/viewer/pageprinting.h"
+#include "platform/controls/focusall.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/signs.h"
 
@@ -97,12 +98,7 @@ void GuideWindow::wireKeys() {
     const auto shortcut = [this](const QKeySequence& keys, const char* procedure, auto handler) {
         on(new QShortcut(keys, this), &QShortcut::activated, procedure, handler);
     };
-    const auto enter = [](QLineEdit* box) {
-        return [box] {
-            box->setFocus(Qt::ShortcutFocusReason);
-            box->selectAll();
-        };
-    };
+    const auto enter = [](QLineEdit* box) { return [box] { controls::focusAll(*box); }; };
     key(Qt::ALT | Qt::Key_Left, ui_->Back);
     key(Qt::ALT | Qt::Key_Right, ui_->Forward);
     key(Qt::ALT | Qt::Key_Home, ui_->Home);

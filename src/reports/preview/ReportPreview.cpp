@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/text.h"
+#include "platform/controls/focusall.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/signs.h"
@@ -112,12 +113,7 @@ void ReportPreview::wireKeys() {
     const auto shortcut = [this](const QKeySequence& keys, const char* procedure, auto handler) {
         on(new QShortcut(keys, this), &QShortcut::activated, procedure, handler);
     };
-    const auto enter = [](QLineEdit* box) {
-        return [box] {
-            box->setFocus(Qt::ShortcutFocusReason);
-            box->selectAll();
-        };
-    };
+    const auto enter = [](QLineEdit* box) { return [box] { controls::focusAll(*box); }; };
     key(QKeySequence::Print, ui_->PrintIt);
     key(QKeySequence::Save, ui_->ExportIt);
     key(Qt::Key_F3, ui_->FindNext);

@@ -15,6 +15,7 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/access.h"
+#include "platform/controls/focusall.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/filedialog.h"
@@ -127,8 +128,7 @@ void frmRunSchdl::wireKeys() {
     on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "Reload", &frmRunSchdl::Reload);
     on(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, "Find_Focus", [this] {
         ui_->ScheduleTab->setCurrentWidget(ui_->TimeLinePage);
-        ui_->Find->setFocus();
-        ui_->Find->selectAll();
+        controls::focusAll(*ui_->Find);
     });
 }
 
