@@ -1,14 +1,16 @@
 #include "platform/controls/filterline.h"
 
 #include <QKeyEvent>
-#include <QLocale>
 #include <QPainter>
 #include <QShortcut>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QTimer>
 
+#include "platform/base/numbertext.h"
+#include "platform/controls/focusall.h"
 #include "platform/controls/multicolumnlist.h"
+#include "platform/controls/qtext.h"
 
 namespace controls {
 
@@ -25,10 +27,7 @@ FilterLine::FilterLine(QWidget* parent) : QLineEdit(parent) {
 void FilterLine::filters(MultiColumnList& list) {
     list_ = &list;
     auto* find = new QShortcut(QKeySequence::Find, this);
-    connect(find, &QShortcut::activated, this, [this] {
-        setFocus(Qt::ShortcutFocusReason);
-        selectAll();
-    });
+    connect(find, &QShortcut::activated, this, [this] { focusAll(*this); });
     connect(this, &QLineEdit::textChanged, &list, &MultiColumnList::setFilter);
     connect(&list, &MultiColumnList::filterChanged, this, [this] { follow(); });
     connect(list.model(), &QAbstractItemModel::modelReset, this, [this] { follow(); });
@@ -62,9 +61,8 @@ QString FilterLine::told() const {
     if (list_ == nullptr || !list_->isFiltered()) {
         return {};
     }
-    const QLocale english(QLocale::English, QLocale::UnitedStates);
     return tr("%1 of %2 shown")
-        .arg(english.toString(list_->rows()), english.toString(list_->rowsInAll()));
+        .arg(toQt(base::grouped(list_->rows(), 0)), toQt(base::grouped(list_->rowsInAll(), 0)));
 }
 
 void FilterLine::resizeEvent(QResizeEvent* event) {

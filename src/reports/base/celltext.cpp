@@ -1,23 +1,10 @@
-#include <fmt/format.h>
-
+#include "platform/base/numbertext.h"
 #include "platform/base/timetext.h"
 #include "reports/base/content.h"
 
 namespace reports {
 
 namespace {
-
-/// "3,409.5": digits of a number with thousands apart.
-std::string grouped(double number, int decimals) {
-    std::string digits = fmt::format("{:.{}f}", number, decimals);
-    const auto point = digits.find('.');
-    const auto first = static_cast<std::size_t>(digits.front() == '-');
-    for (std::size_t at = point == std::string::npos ? digits.size() : point; at > first + 3;) {
-        at -= 3;
-        digits.insert(at, 1, ',');
-    }
-    return digits;
-}
 
 std::string dayText(base::Date date) { return date.dateValue().text(); }
 
@@ -30,11 +17,11 @@ std::string cellText(CellKind kind, const base::Value& value) {
     switch (kind) {
         case CellKind::Whole:
         case CellKind::Load:
-            return grouped(value.asNumber(), 0);
+            return base::grouped(value.asNumber(), 0);
         case CellKind::Decimal:
-            return grouped(value.asNumber(), 1);
+            return base::grouped(value.asNumber(), 1);
         case CellKind::Money:
-            return grouped(value.asNumber(), 2);
+            return base::grouped(value.asNumber(), 2);
         case CellKind::Time:
             return base::clockText(value.asDate());
         case CellKind::Date:

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/numbertext.h"
+
 namespace runsearch {
 
 namespace {
@@ -17,14 +19,6 @@ double sumOf(const table::TextTable& runs, std::span<const std::size_t> rows,
     return sum;
 }
 
-std::string grouped(std::int64_t number) {
-    std::string text = std::to_string(number);
-    for (auto at = static_cast<int>(text.size()) - 3; at > (number < 0 ? 1 : 0); at -= 3) {
-        text.insert(static_cast<std::size_t>(at), ",");
-    }
-    return text;
-}
-
 }  // namespace
 
 RunTotals totalsOf(const table::TextTable& runs, std::span<const std::size_t> rows) {
@@ -34,8 +28,9 @@ RunTotals totalsOf(const table::TextTable& runs, std::span<const std::size_t> ro
 }
 
 std::string inWords(const RunTotals& totals) {
-    return fmt::format("{} students, {:.2f} miles, {:.2f} minutes", grouped(totals.students),
-                       totals.miles, totals.minutes);
+    return fmt::format("{} students, {} miles, {} minutes",
+                       base::grouped(static_cast<double>(totals.students), 0),
+                       base::grouped(totals.miles, 2), base::grouped(totals.minutes, 2));
 }
 
 }  // namespace runsearch
