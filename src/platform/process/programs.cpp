@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "platform/files/files.h"
+#include "platform/files/installation.h"
 
 namespace process {
 
@@ -22,6 +23,13 @@ std::string findProgram(std::string_view name, const std::vector<std::string>& f
         }
     }
     return {};
+}
+
+std::string programOfSuite(std::string_view name) {
+    const files::Installation installed = files::installation();
+    std::vector<std::string> folders = foldersOfPath();
+    folders.insert(folders.begin(), {installed.programs, installed.companions});
+    return findProgram(name, folders);
 }
 
 std::vector<std::string> foldersOfPath() {

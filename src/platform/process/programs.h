@@ -12,6 +12,10 @@ namespace process {
 [[nodiscard]] std::string findProgram(std::string_view name,
                                       const std::vector<std::string>& folders);
 
+/// The full path of a program of the suite: of this installation, or on the search path. "" where
+/// there is none.
+[[nodiscard]] std::string programOfSuite(std::string_view name);
+
 /// The folders of the environment's PATH.
 [[nodiscard]] std::vector<std::string> foldersOfPath();
 

@@ -4,6 +4,7 @@
 #include <QShortcut>
 
 #include "data/runs/runrow.h"
+#include "platform/controls/focusall.h"
 #include "platform/forms/formregistry.h"
 #include "runedit/editor/Run.h"
 #include "runsearch/finder/finderbox.h"
@@ -47,10 +48,7 @@ void frmTarn::FindRun_Timer() {
     failed.dismiss();
 }
 
-void frmTarn::enterFinder() {
-    finder_->setFocus(Qt::ShortcutFocusReason);
-    finder_->selectAll();
-}
+void frmTarn::enterFinder() { controls::focusAll(*finder_); }
 
 /// A listed run is chosen in the list; another one opens as it is, and the list stays.
 void frmTarn::FindRun_Click(const std::string& run) {

@@ -1,11 +1,9 @@
 #include <QMenu>
 #include <string>
-#include <vector>
 
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
-#include "platform/files/installation.h"
 #include "platform/process/process.h"
 #include "platform/process/programs.h"
 #include "runsearch/search/frmTarn.h"
@@ -21,9 +19,7 @@ namespace {
 constexpr auto Launcher = "vireo";
 
 void startLauncher() {
-    std::vector<std::string> folders = process::foldersOfPath();
-    folders.insert(folders.begin(), files::installation().programs);
-    const std::string launcher = process::findProgram(Launcher, folders);
+    const std::string launcher = process::programOfSuite(Launcher);
     process::host().start(launcher.empty() ? Launcher : launcher, {"--choose"});
 }
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "tools/launcher/opendistrict.h"
+#include "platform/process/programs.h"
 
 namespace tools::launcher {
 
@@ -34,7 +34,7 @@ CommandOutcome runDistrictCommand(const std::vector<std::string>& words, const s
     std::ranges::transform(words, std::back_inserter(arguments),
                            [](const std::string& word) { return QFile::decodeName(word.c_str()); });
     QProcess command;
-    command.start(QFile::decodeName(programOfSuite(Program).c_str()), arguments);
+    command.start(QFile::decodeName(process::programOfSuite(Program).c_str()), arguments);
     command.write(QByteArray::fromStdString(input));
     command.closeWriteChannel();
     bool isStopped = false;

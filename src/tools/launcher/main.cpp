@@ -4,10 +4,10 @@
 #include <fmt/format.h>
 
 #include "help/viewer/guidedesk.h"
-#include "platform/files/installation.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/desktop/desktopprogram.h"
+#include "startup/desktop/selfdescription.h"
 #include "startup/districts/knowndistricts.h"
 #include "tools/launcher/districtchooser.h"
 #include "tools/launcher/districtlook.h"
@@ -24,34 +24,24 @@ constexpr auto Help =
     "Opens the district in a folder, or the only one that this desktop knows; asks where there\n"
     "are several, and helps to make one where there is none.\n\n"
     "  --choose       shows the list of districts in any case\n"
-    "  -h, --help     this text\n"
-    "  -v, --version  the program's version\n";
+    "  --help         this text\n"
+    "  --version      the program's version";
 
 struct Wish {
     std::string folder = {};
     bool choose = false;
 };
 
-[[noreturn]] void end(std::FILE* where, const std::string& text, int status) {
-    fmt::print(where, "{}", text);
-    std::exit(status);
-}
-
 /// The toolkit's own options are taken away later; what looks like one is left to it.
 Wish wishOf(int argc, char** argv) {
     Wish wish;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
-        if (word == "--help" || word == "-h") {
-            end(stdout, Help, EXIT_SUCCESS);
-        }
-        if (word == "--version" || word == "-v") {
-            end(stdout, fmt::format("vireo {}\n", files::installation().version), EXIT_SUCCESS);
-        }
         if (word == "--choose") {
             wish.choose = true;
         } else if (word.empty() || word.starts_with('-') || !wish.folder.empty()) {
-            end(stderr, fmt::format("\"{}\" is not understood.\n\n{}", word, Help), 2);
+            fmt::print(stderr, "\"{}\" is not understood.\n\n{}\n", word, Help);
+            std::exit(2);
         } else {
             wish.folder = tools::launcher::districtFolderOf(word);
         }
@@ -77,6 +67,9 @@ void start(const Wish& wish) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (startup::isAnsweredAtOnce(argc, argv, Help)) {
+        return 0;
+    }
     const Wish wish = wishOf(argc, argv);
     startup::applicationInfo().title = "Districts";
     return startup::runOnDesktop(argc, argv, "vireo", [&] { start(wish); });

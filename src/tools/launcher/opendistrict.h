@@ -4,10 +4,6 @@
 
 namespace tools::launcher {
 
-/// The full path of a program of the suite: of this installation, or on the search path. "" where
-/// there is none.
-[[nodiscard]] std::string programOfSuite(const std::string& name);
-
 /// Starts the logon program for the district in a folder: that of the district's program folder, or
 /// else the one of this installation. Raises what process::ProcessHost::start() raises.
 void openDistrict(const std::string& folder);
