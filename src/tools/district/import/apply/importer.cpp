@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <system_error>
 
 #include <fmt/format.h>
@@ -238,13 +239,16 @@ public:
     ImportResult run() {
         for (int attempt = 1; attempt <= MostAttempts; ++attempt) {
             const auto marks = marksOf(district_);
-            RowSpool spool;
-            ImportOutcome outcome = compare(spool);
-            if (!options_.apply || !outcome.hasChanges()) {
+            std::optional<RowSpool> spool;
+            if (options_.apply) {
+                spool.emplace();
+            }
+            ImportOutcome outcome = compare(spool ? &*spool : nullptr);
+            if (!spool || !outcome.hasChanges()) {
                 noteUnchanged(outcome);
                 return {std::move(outcome), false};
             }
-            if (write(marks, spool, outcome)) {
+            if (write(marks, *spool, outcome)) {
                 return {std::move(outcome), true};
             }
             comparison_.forgetDistrict();
@@ -255,11 +259,10 @@ public:
     }
 
 private:
-    ImportOutcome compare(RowSpool& spool) {
+    ImportOutcome compare(RowSink* sink) {
         RejectedFile rejected(options_.rejected);
         ImportOutcome outcome = comparison_.read(
-            options_.apply ? &spool : nullptr, [&](const Rejection& one) { rejected.add(one); },
-            progress_);
+            sink, [&](const Rejection& one) { rejected.add(one); }, progress_);
         rejected.close();
         return outcome;
     }
