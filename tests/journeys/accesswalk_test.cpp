@@ -11,6 +11,7 @@
 #include "platform/forms/messagebox.h"
 #include "platform/forms/waitbox.h"
 #include "support/access.h"
+#include "support/contrast.h"
 #include "walk.h"
 
 namespace {

@@ -13,12 +13,12 @@
 #include <QRadioButton>
 #include <QTest>
 #include <algorithm>
-#include <cmath>
 #include <map>
 #include <optional>
 #include <set>
 
 #include "platform/controls/celldelegate.h"
+#include "support/contrast.h"
 
 namespace support {
 
@@ -286,14 +286,6 @@ private:
     std::vector<std::string> found_;
 };
 
-double brightness(const QColor& colour) {
-    const auto part = [](double share) {
-        return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) +
-           0.0722 * part(colour.blueF());
-}
-
 void speak(QAccessibleInterface* thing, std::string& text) {
     if (thing == nullptr || thing->state().invisible) {
         return;
@@ -308,11 +300,6 @@ void speak(QAccessibleInterface* thing, std::string& text) {
 }  // namespace
 
 std::vector<std::string> accessFindings(QWidget& window) { return Findings(window).all(); }
-
-double contrastOf(const QColor& one, const QColor& other) {
-    const auto [dark, light] = std::minmax({brightness(one), brightness(other)});
-    return (light + 0.05) / (dark + 0.05);
-}
 
 std::string spoken(QWidget& part) {
     std::string text;

@@ -12,9 +12,6 @@ namespace support {
 /// below 4.5. The window is used by keys meanwhile.
 [[nodiscard]] std::vector<std::string> accessFindings(QWidget& window);
 
-/// The ratio of two colours' brightness, from 1 to 21.
-[[nodiscard]] double contrastOf(const QColor& one, const QColor& other);
-
 /// What is read of the accessible things in and below a widget, one a line, with their role and
 /// value.
 [[nodiscard]] std::string spoken(QWidget& part);

@@ -8,10 +8,10 @@
 #include <QThread>
 #include <algorithm>
 #include <atomic>
-#include <cmath>
 
 #include "fixture.h"
 #include "platform/controls/tones.h"
+#include "support/contrast.h"
 #include "support/privatebus.h"
 
 namespace {
@@ -107,19 +107,6 @@ TEST_F(LookTest, ABusThatHangsLeavesThePalettesOwnLook) {
     EXPECT_FALSE(dark());
 }
 
-double luminance(const QColor& colour) {
-    const auto part = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) +
-           0.0722 * part(colour.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other) {
-    const auto [less, more] = std::minmax({luminance(one), luminance(other)});
-    return (more + 0.05) / (less + 0.05);
-}
-
 TEST_F(LookTest, EveryTextStandsOutFromEveryGround) {
     for (const auto scheme : {Scheme::Light, Scheme::Dark, Scheme::HighContrast}) {
         forms::applyLook(app(), scheme);
@@ -128,16 +115,18 @@ TEST_F(LookTest, EveryTextStandsOutFromEveryGround) {
         for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::AlternateBase,
                                   QPalette::Button, QPalette::ToolTipBase}) {
             const QColor on = palette.color(ground);
-            EXPECT_GE(contrast(palette.color(QPalette::Text), on), least) << ground;
-            EXPECT_GE(contrast(palette.color(QPalette::PlaceholderText), on), least) << ground;
-            EXPECT_GE(contrast(controls::focusInk(palette), on), 3) << ground;
+            EXPECT_GE(support::contrastOf(palette.color(QPalette::Text), on), least) << ground;
+            EXPECT_GE(support::contrastOf(palette.color(QPalette::PlaceholderText), on), least)
+                << ground;
+            EXPECT_GE(support::contrastOf(controls::focusInk(palette), on), 3) << ground;
         }
-        EXPECT_GE(
-            contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
-            least);
+        EXPECT_GE(support::contrastOf(palette.color(QPalette::HighlightedText),
+                                      palette.color(QPalette::Highlight)),
+                  least);
         for (const auto tone : {Tone::Look, Tone::Wrong}) {
-            EXPECT_GE(contrast(inkOf(tone, palette), groundOf(tone, palette)), least);
-            EXPECT_GE(contrast(inkOf(tone, palette), palette.color(QPalette::Window)), least);
+            EXPECT_GE(support::contrastOf(inkOf(tone, palette), groundOf(tone, palette)), least);
+            EXPECT_GE(support::contrastOf(inkOf(tone, palette), palette.color(QPalette::Window)),
+                      least);
         }
     }
 }
