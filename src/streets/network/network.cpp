@@ -1,0 +1,7 @@
+#include "streets/network/network.h"
+
+namespace streets {
+
+Network::~Network() = default;
+
+}  // namespace streets
