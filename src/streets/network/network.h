@@ -44,6 +44,7 @@ struct Stretch {
 struct Leg {
     double seconds = 0;
     double feet = 0;
+    double reluctance = 0;  ///< seconds that count besides, though nobody drives them: see Travel
     std::vector<Stretch> stretches = {};
     std::vector<geo::Feet> line =
         {};  ///< along the middle of the streets, without equal neighbours
@@ -53,12 +54,16 @@ struct Leg {
 struct Travel {
     double seconds = std::numeric_limits<double>::infinity();
     double feet = std::numeric_limits<double>::infinity();
+    /// Seconds that the choice of a way counts besides, to keep off alleys and dead ends. The best
+    /// way has the smallest sum of both.
+    double reluctance = 0;
 };
 
 /// On which side of the street a stop wants the bus's door, which is on its right.
 enum class DoorSide {
     Either,
-    Right  ///< the stop lies on the right of the bus
+    Right,   ///< the stop lies on the right of the bus
+    Passing  ///< no stop: the bus only comes by, in any direction of any street there
 };
 
 /// What a district drives on. Places are feet on its plane. Made once, then read by any thread.
