@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "streets/base/streetmap.h"
+#include "streets/network/network.h"
+
+namespace streets {
+
+/// Streets as a rule: blocks of one size, driven at one speed.
+struct Grid {
+    double blockFeet = 1320;
+    double feetPerSecond = 88.0 / 3;  ///< 20 miles an hour
+
+    friend bool operator==(const Grid&, const Grid&) = default;
+};
+
+/// What "Streets=" in the section [District] of a district's settings says: "grid 1320 29.3333"
+/// (feet a block, feet a second) or the name of a street file. A speed that is a whole mile an hour
+/// but for its last digits is that one.
+using StreetSetting = std::variant<Grid, std::string>;
+
+/// Nothing said is the grid. Raises base::RunTimeError for a grid that cannot be.
+[[nodiscard]] StreetSetting streetSettingIn(const std::string& text);
+/// The text that reads as this setting.
+[[nodiscard]] std::string textOf(const StreetSetting& setting);
+
+/// Where a district keeps what it drives on.
+struct StreetPlaces {
+    std::string settings;     ///< route.ini
+    std::string folder;       ///< of its databases, where a street file stands, too
+    std::string closed = {};  ///< the list of closed streets (see closedstreets.h); may be empty
+};
+
+/// What a district drives on, opened once and then read by any thread.
+class DistrictStreets {
+public:
+    DistrictStreets(std::unique_ptr<const Network> network, const Grid& grid);
+    DistrictStreets(std::unique_ptr<const Network> network, std::shared_ptr<const StreetMap> map,
+                    std::vector<std::uint32_t> closed, std::vector<std::string> remarks);
+
+    [[nodiscard]] const Network& network() const { return *network_; }
+    /// Null where the district drives on a grid.
+    [[nodiscard]] const StreetMap* map() const { return map_.get(); }
+    /// Nothing where it drives on streets.
+    [[nodiscard]] const std::optional<Grid>& grid() const { return grid_; }
+    /// Pieces that no bus drives because the list of closed streets names them; ascending.
+    [[nodiscard]] const std::vector<std::uint32_t>& closed() const { return closed_; }
+    /// Sentences for the planner: lines of the list that name no street.
+    [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
+
+private:
+    std::shared_ptr<const StreetMap> map_;
+    std::unique_ptr<const Network> network_;  // reads the map
+    std::optional<Grid> grid_;
+    std::vector<std::uint32_t> closed_;
+    std::vector<std::string> remarks_;
+};
+
+/// Opens what the settings name, with the speeds and turn costs that they say. Raises
+/// base::RunTimeError for a street file that is missing, damaged or of a newer program.
+[[nodiscard]] std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places);
+
+}  // namespace streets
