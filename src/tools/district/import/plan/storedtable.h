@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "data/schema/schema.h"
 #include "platform/base/value.h"
 #include "platform/store/database.h"
 #include "tools/district/import/plan/keymap.h"
