@@ -10,10 +10,6 @@ namespace streets {
 
 namespace {
 
-int blockOf(double feet, double blockFeet) {
-    return static_cast<int>(std::floor(feet / blockFeet)) + 1;
-}
-
 std::string ordinal(int number) {
     const int tens = std::abs(number) % 100;
     const int ones = tens % 10;
@@ -34,7 +30,7 @@ public:
 
     std::string_view at(double feet) {
         const std::scoped_lock lock(mutex_);
-        const auto [found, isNew] = names_.try_emplace(blockOf(feet, blockFeet_));
+        const auto [found, isNew] = names_.try_emplace(gridBlock(feet, blockFeet_));
         if (isNew) {
             found->second = maker_(feet, blockFeet_);
         }
@@ -116,12 +112,16 @@ std::unique_ptr<const Network> gridNetwork(const GridRule& rule) {
     return std::make_unique<GridNetwork>(rule);
 }
 
+int gridBlock(double feet, double blockFeet) {
+    return static_cast<int>(std::floor(feet / blockFeet)) + 1;
+}
+
 std::string gridStreet(double y, double blockFeet) {
-    return ordinal(blockOf(y, blockFeet)) + " Street";
+    return ordinal(gridBlock(y, blockFeet)) + " Street";
 }
 
 std::string gridAvenue(double x, double blockFeet) {
-    return ordinal(blockOf(x, blockFeet)) + " Avenue";
+    return ordinal(gridBlock(x, blockFeet)) + " Avenue";
 }
 
 }  // namespace streets

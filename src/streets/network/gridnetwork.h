@@ -18,6 +18,8 @@ struct GridRule {
 /// A leg goes along the street of its beginning, then along the avenue of its end.
 [[nodiscard]] std::unique_ptr<const Network> gridNetwork(const GridRule& rule);
 
+/// The number of the block at so many feet, from 1; to the left of the plane's zero 0 and less.
+[[nodiscard]] int gridBlock(double feet, double blockFeet);
 /// "14th Street": the street at that height of the plane, in feet.
 [[nodiscard]] std::string gridStreet(double y, double blockFeet);
 /// "9th Avenue".

@@ -27,7 +27,7 @@ struct Halt {
 
 /// A stretch of the way driven: one street piece, or the part of it that is driven.
 struct Stretch {
-    std::string_view name;  ///< the network's; empty where the street has none
+    std::string_view name = {};  ///< the network's; empty where the street has none
     double feet = 0;
     double headingIn = 0;   ///< degrees at its beginning: 0 is north, 90 east
     double headingOut = 0;  ///< at its end

@@ -28,7 +28,7 @@ struct TurnSeconds {
 /// By what a district's buses drive. A district that has measured some runs sets the figures.
 struct DrivingRules {
     std::array<double, StreetClasses> milesPerHour{55, 45, 35, 32, 28, 25, 20, 25, 10, 0};
-    TurnSeconds turns;
+    TurnSeconds turns = {};
     bool uTurns = false;
     /// Otherwise a stop that lies in one is still served, and told.
     bool turnsInDeadEnds = true;

@@ -11,6 +11,7 @@
 
 #include "platform/base/error.h"
 #include "runedit/map/runanswer.h"
+#include "streets/network/gridnetwork.h"
 #include "tools/map/results.h"
 
 namespace tools::map {
@@ -22,6 +23,11 @@ constexpr std::array OtherScripts{"CloseStreets", "ShowMap", "Show.ShowPoints"};
 constexpr MapService::Milliseconds Moment{100};
 
 bool isRunScript(const std::string& script) { return script == "StartRun" || script == "SolveRun"; }
+
+const streets::Network& network() {
+    static const auto Grid = streets::gridNetwork({});
+    return *Grid;
+}
 
 [[noreturn]] void refuseRequest(const std::string& why) {
     throw base::RunTimeError(base::errors::InvalidProcedureCall, why);
@@ -82,7 +88,8 @@ void MapService::takeRun(const std::string& run) {
         return;
     }
     const auto request = requestForRun(files::read(files_.path(runedit::workfile::Runs)), run);
-    const auto job = std::make_shared<Job>(request, files_.stopExport(run));
+    const auto job = std::make_shared<Job>(request, files_.stopExport(run), network(),
+                                           rightSideStops(routing_, run));
     if (manner_.fault == Fault::Die) {
         QTimer::singleShot(manner_.work, this, [this, job] { manner_.end(); });
     } else {
@@ -101,22 +108,22 @@ void MapService::orFail(const std::shared_ptr<Job>& job, const std::function<voi
     try {
         step();
     } catch (const std::exception& error) {
-        manner_.tell(fmt::format("Failed: {}: {}", job->solved.run().id, error.what()));
+        manner_.tell(fmt::format("Failed: {}: {}", job->solved.id(), error.what()));
         holdOn(job);
     }
 }
 
 /// Another run's answer is left to its reader for a moment.
 void MapService::tellDone(const std::shared_ptr<Job>& job) {
-    const auto& run = job->solved.run();
-    if (runedit::isUnreadAnswerOfAnother(run.id, files_, routing_)) {
+    const auto& run = job->solved.id();
+    if (runedit::isUnreadAnswerOfAnother(run, files_, routing_)) {
         QTimer::singleShot(Moment, this, [this, job] { orFail(job, [&] { tellDone(job); }); });
         return;
     }
     files::write(files_.path(runedit::workfile::RunDone),
-                 manner_.fault == Fault::BadAnswer ? std::string("\0\xFF\xFE", 3) : run.id + "\n");
-    manner_.tell(
-        fmt::format("Solved: {}, {} stops, {} miles", run.id, run.timedStops(), run.totalMiles));
+                 manner_.fault == Fault::BadAnswer ? std::string("\0\xFF\xFE", 3) : run + "\n");
+    manner_.tell(fmt::format("Solved: {}, {} stops, {} miles", run,
+                             job->solved.solution().timedStops, job->solved.solution().totalMiles));
     holdOn(job);
 }
 
@@ -130,7 +137,7 @@ void MapService::holdOn(const std::shared_ptr<Job>& job) {
 
 void MapService::letGo(const Job& job) const {
     files::remove(job.stopExport);
-    manner_.tell("Done with: " + job.solved.run().id);
+    manner_.tell("Done with: " + job.solved.id());
 }
 
 }  // namespace tools::map

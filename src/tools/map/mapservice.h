@@ -46,8 +46,11 @@ public:
 
 private:
     struct Job {
-        Job(const runedit::RequestLine& request, const std::string& stops)
-            : solved(request, dbf::tableIn(files::read(stops))), stopExport(stops), hold(stops) {}
+        Job(const runedit::RequestLine& request, const std::string& stops,
+            const streets::Network& network, const std::set<std::int64_t>& rightSide)
+            : solved(request, dbf::tableIn(files::read(stops)), network, rightSide),
+              stopExport(stops),
+              hold(stops) {}
 
         SolvedRun solved;
         std::string stopExport;

@@ -11,10 +11,10 @@ namespace tools::map {
 
 namespace {
 
-std::optional<std::size_t> findVisit(const SolvedRun& solved, std::int64_t stop,
-                                     std::int64_t sequence) {
-    for (std::size_t i = 0; i < solved.run().visits.size(); ++i) {
-        if (solved.run().visits[i].stop->id == stop && solved.sequence(i) == sequence) {
+std::optional<std::size_t> findStop(const SolvedRun& solved, std::int64_t stop,
+                                    std::int64_t sequence) {
+    for (std::size_t i = 0; i < solved.stops().size(); ++i) {
+        if (solved.stops()[i].id == stop && solved.sequence(i) == sequence) {
             return i;
         }
     }
@@ -24,35 +24,38 @@ std::optional<std::size_t> findVisit(const SolvedRun& solved, std::int64_t stop,
 void writeStops(ado::Connection& routing, const SolvedRun& solved) {
     ado::Recordset rows;
     rows.Open("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
-                  ado::escaped(solved.run().id) + "'",
+                  ado::escaped(solved.id()) + "'",
               routing, ado::CursorType::Dynamic);
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto at =
-            findVisit(solved, rows["INT_STOPID"].asInteger(), rows["RUNSEQ"].asInteger());
+            findStop(solved, rows["INT_STOPID"].asInteger(), rows["RUNSEQ"].asInteger());
         if (!at) {
             continue;
         }
-        const auto& visit = solved.run().visits[*at];
-        rows["DIST_TOSTOP"].Value(visit.miles);
-        rows["TIME_TOSTOP"].Value(visit.driveMinutes);
-        if (visit.time) {
-            rows["TIME_AT_STOP"].Value(*visit.time);
+        const auto& found = solved.solution().stops[*at];
+        rows["DIST_TOSTOP"].Value(found.miles);
+        rows["TIME_TOSTOP"].Value(found.driveMinutes);
+        if (found.time) {
+            rows["TIME_AT_STOP"].Value(*found.time);
         }
-        rows["CUM_TIME"].Value(visit.cumulatedMinutes);
-        rows["CUM_MILES"].Value(visit.cumulatedMiles);
+        rows["CUM_TIME"].Value(found.cumulatedMinutes);
+        rows["CUM_MILES"].Value(found.cumulatedMiles);
+        if (solved.solution().sides && found.halt) {
+            rows["RUN_PICKUP_SIDE"].Value(found.halt->rightSide ? "right" : "left");
+        }
         rows.Update();
     }
 }
 
 void writeDirections(ado::Connection& routing, const SolvedRun& solved) {
-    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(solved.run().id) + "'");
+    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(solved.id()) + "'");
     ado::Recordset rows;
     rows.Open("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing, ado::CursorType::Dynamic);
-    for (const auto& line : solved.directions()) {
+    for (const auto& line : solved.solution().directions) {
         rows.AddNew();
-        rows["RUN"].Value(solved.run().id);
-        rows["INT_STOPID"].Value(line.stop->id);
-        rows["STOPID"].Value(line.stop->stopId);
+        rows["RUN"].Value(solved.id());
+        rows["INT_STOPID"].Value(solved.stops()[line.stop].id);
+        rows["STOPID"].Value(solved.stops()[line.stop].stopId);
         rows["LINETYPE"].Value(line.type);
         rows["LINETEXT1"].Value(line.text1);
         rows["LINETEXT2"].Value(line.text2);
@@ -63,19 +66,19 @@ void writeDirections(ado::Connection& routing, const SolvedRun& solved) {
 }
 
 void writeTotals(ado::Connection& routing, const SolvedRun& solved) {
-    const auto& run = solved.run();
+    const auto& found = solved.solution();
     ado::Recordset rows;
-    if (!data::openRun(rows, routing, run.id, ado::CursorType::Dynamic)) {
+    if (!data::openRun(rows, routing, solved.id(), ado::CursorType::Dynamic)) {
         return;
     }
     const auto idOrNull = [](std::int64_t id) { return id == 0 ? base::Value() : base::Value(id); };
-    rows["STARTTIME"].Value(run.start);
-    rows["ENDTIME"].Value(run.end);
-    rows["TOTAL_TIME"].Value(run.totalMinutes);
-    rows["TOTAL_MILES"].Value(run.totalMiles);
-    rows["total_stops"].Value(run.timedStops());
-    rows["FirstStop"].Value(idOrNull(run.firstStop()));
-    rows["LastStop"].Value(idOrNull(run.lastStop()));
+    rows["STARTTIME"].Value(found.start);
+    rows["ENDTIME"].Value(found.end);
+    rows["TOTAL_TIME"].Value(found.totalMinutes);
+    rows["TOTAL_MILES"].Value(found.totalMiles);
+    rows["total_stops"].Value(found.timedStops);
+    rows["FirstStop"].Value(idOrNull(found.firstStop));
+    rows["LastStop"].Value(idOrNull(found.lastStop));
     rows["REGENERATE"].Value(false);
     rows.Update();
 }

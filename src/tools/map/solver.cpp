@@ -1,13 +1,14 @@
 #include "tools/map/solver.h"
 
 #include <cmath>
-#include <optional>
 
 #include <fmt/format.h>
 
+#include "data/schema/schema.h"
+#include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "tools/district/travel/timetable.h"
 
 namespace tools::map {
 
@@ -50,9 +51,9 @@ private:
     const dbf::Table& table_;
 };
 
-/// A place on the map; refuses one that no street grid reaches.
-district::Point placeOf(const NamedCells& cells, std::size_t row) {
-    const district::Point at{cells.number(row, "XPOS"), cells.number(row, "YPOS")};
+/// A place on the map; refuses one that no map reaches.
+geo::Feet placeOf(const NamedCells& cells, std::size_t row) {
+    const geo::Feet at{cells.number(row, "XPOS"), cells.number(row, "YPOS")};
     if (std::abs(at.x) > FarthestFeet || std::abs(at.y) > FarthestFeet) {
         refuse(fmt::format("The stop {} is not on this map.", cells.text(row, "STOPID")));
     }
@@ -67,6 +68,18 @@ base::Date timeIn(const std::string& text) {
     return time->timeValue();
 }
 
+streets::RunStop stopIn(const NamedCells& cells, std::size_t row) {
+    const geo::Feet at = placeOf(cells, row);
+    return {.id = cells.integer(row, "INT_STOPID"),
+            .stopId = cells.text(row, "STOPID"),
+            .address = cells.text(row, "ADDR1"),
+            .passed = cells.text(row, "STOPTYPE") == data::stoptype::Directional,
+            .placed = at.x != 0 || at.y != 0,
+            .at = at,
+            .students = static_cast<int>(cells.integer(row, "NUM_STUDEN")),
+            .loadMinutes = cells.number(row, "LOAD_TIME")};
+}
+
 bool isPickup(const NamedCells& cells, std::size_t stops) {
     // A run that ends at a school brings students there.
     return stops > 0 && cells.text(stops - 1, "STOPTYPE") == "SCHOOL";
@@ -74,32 +87,39 @@ bool isPickup(const NamedCells& cells, std::size_t stops) {
 
 }  // namespace
 
-SolvedRun::SolvedRun(const runedit::RequestLine& request, const dbf::Table& stops) {
+SolvedRun::SolvedRun(const runedit::RequestLine& request, const dbf::Table& stops,
+                     const streets::Network& network, const std::set<std::int64_t>& rightSide)
+    : id_(request.run) {
     const NamedCells cells(stops);
-    run_.id = request.run;
-    run_.pickup = isPickup(cells, stops.rows.size());
-    for (std::size_t row = 0; row < stops.rows.size(); ++row) {
-        types_.push_back(cells.text(row, "STOPTYPE"));
-        const district::Point at = placeOf(cells, row);
-        stops_.push_back({.id = cells.integer(row, "INT_STOPID"),
-                          .stopId = cells.text(row, "STOPID"),
-                          .type = types_.back(),
-                          .address = cells.text(row, "ADDR1"),
-                          .at = at,
-                          .placed = at != district::Point{}});
-        sequences_.push_back(cells.integer(row, "RUNSEQ"));
-        run_.visits.push_back({.stop = &stops_.back(),
-                               .students = static_cast<int>(cells.integer(row, "NUM_STUDEN")),
-                               .loadMinutes = cells.number(row, "LOAD_TIME")});
-    }
     const bool fromStart = base::equalsNoCase(request.startOrEnd, "Start");
-    district::setLegs(run_, false);
-    district::setTimes(run_, fromStart ? district::Anchor::Start : district::Anchor::End,
-                       timeIn(fromStart ? request.startTime : request.endTime));
+    run_.pickup = isPickup(cells, stops.rows.size());
+    run_.anchor = fromStart ? streets::Anchor::Start : streets::Anchor::End;
+    for (std::size_t row = 0; row < stops.rows.size(); ++row) {
+        run_.stops.push_back(stopIn(cells, row));
+        const bool wantsRight = rightSide.contains(run_.stops.back().id);
+        run_.stops.back().side = wantsRight ? streets::DoorSide::Right : streets::DoorSide::Either;
+        sequences_.push_back(cells.integer(row, "RUNSEQ"));
+    }
+    run_.time = timeIn(fromStart ? request.startTime : request.endTime);
+    solution_ = streets::solve(network, run_);
+    if (!solution_.unserved.empty()) {
+        const auto& first = solution_.unserved.front();
+        refuse(streets::complaint(run_.stops[first.stop], first.why));
+    }
 }
 
-std::vector<district::DirectionLine> SolvedRun::directions() const {
-    return district::directionsOf(run_);
+std::set<std::int64_t> rightSideStops(ado::Connection& routing, std::string_view run) {
+    ado::Recordset rows;
+    rows.Open(
+        "SELECT STOP.INT_STOPID FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
+        "STOP_TRIPTYPE.INT_STOPID WHERE STOP.RIGHTSIDE=True AND STOP_TRIPTYPE.RUN='" +
+            ado::escaped(run) + "'",
+        routing);
+    std::set<std::int64_t> stops;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        stops.insert(rows["INT_STOPID"].asInteger());
+    }
+    return stops;
 }
 
 runedit::RequestLine requestForRun(std::string_view list, std::string_view run) {

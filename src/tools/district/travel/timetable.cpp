@@ -1,38 +1,21 @@
 #include "tools/district/travel/timetable.h"
 
-#include <cmath>
-
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
+#include "streets/solve/timing.h"
 
 namespace tools::district {
 
 namespace {
 
-std::vector<Visit*> timedVisits(Run& run) {
-    std::vector<Visit*> timed;
-    for (Visit& visit : run.visits) {
-        if (visit.stop->type != data::stoptype::Directional) {
-            timed.push_back(&visit);
-        }
+/// What the times of a run depend on.
+streets::RunToSolve timedRun(const Run& run, Anchor anchor, base::Date time) {
+    streets::RunToSolve timed{.anchor = anchor, .time = time};
+    for (const Visit& visit : run.visits) {
+        timed.stops.push_back({.passed = visit.stop->type == data::stoptype::Directional,
+                               .loadMinutes = visit.loadMinutes});
     }
     return timed;
-}
-
-double rounded(double number) { return std::round(number * 100) / 100; }
-
-void cumulate(Run& run, const std::vector<Visit*>& timed) {
-    double miles = 0;
-    for (Visit* visit : timed) {
-        miles = rounded(miles + visit->miles);
-        visit->cumulatedMiles = miles;
-        visit->cumulatedMinutes =
-            rounded(static_cast<double>(visit->time->seconds - timed.front()->time->seconds) / 60);
-    }
-    run.start = *timed.front()->time;
-    run.end = *timed.back()->time;
-    run.totalMiles = miles;
-    run.totalMinutes = timed.back()->cumulatedMinutes;
 }
 
 }  // namespace
@@ -59,26 +42,26 @@ void setLegs(Run& run, bool wholeSeconds) {
 }
 
 void setTimes(Run& run, Anchor anchor, base::Date time) {
-    const auto timed = timedVisits(run);
-    if (timed.empty()) {
-        run.start = run.end = time;
-        return;
+    streets::Solution solution;
+    for (const Visit& visit : run.visits) {
+        solution.stops.push_back({.driveMinutes = visit.driveMinutes, .miles = visit.miles});
     }
-    const auto gap = [&](std::size_t i) {
-        return gapSeconds(timed[i]->loadMinutes, timed[i + 1]->driveMinutes);
-    };
-    if (anchor == Anchor::Start) {
-        timed.front()->time = time;
-        for (std::size_t i = 1; i < timed.size(); ++i) {
-            timed[i]->time = timed[i - 1]->time->plusSeconds(gap(i - 1));
-        }
-    } else {
-        timed.back()->time = time;
-        for (std::size_t i = timed.size() - 1; i > 0; --i) {
-            timed[i - 1]->time = timed[i]->time->plusSeconds(-gap(i - 1));
+    streets::setTimes(timedRun(run, anchor, time), solution);
+    for (std::size_t i = 0; i < run.visits.size(); ++i) {
+        Visit& visit = run.visits[i];
+        const auto& found = solution.stops[i];
+        if (found.time) {
+            visit.time = found.time;
+            visit.cumulatedMinutes = found.cumulatedMinutes;
+            visit.cumulatedMiles = found.cumulatedMiles;
         }
     }
-    cumulate(run, timed);
+    run.start = solution.start;
+    run.end = solution.end;
+    if (solution.timedStops > 0) {
+        run.totalMinutes = solution.totalMinutes;
+        run.totalMiles = solution.totalMiles;
+    }
 }
 
 }  // namespace tools::district

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/value.h"
+#include "streets/network/gridnetwork.h"
 
 namespace tools::district {
 
@@ -12,20 +13,6 @@ namespace {
 
 constexpr double FeetPerMinute = 20 * FeetPerMile / 60;
 constexpr double BlockFeet = FeetPerMile / 4;
-
-int blockOf(double feet) { return static_cast<int>(std::floor(feet / BlockFeet)) + 1; }
-
-std::string ordinal(int number) {
-    const int tens = std::abs(number) % 100;
-    const int ones = tens % 10;
-    const bool teen = tens >= 11 && tens <= 13;
-    const char* ending = teen        ? "th"
-                         : ones == 1 ? "st"
-                         : ones == 2 ? "nd"
-                         : ones == 3 ? "rd"
-                                     : "th";
-    return fmt::format("{}{}", number, ending);
-}
 
 }  // namespace
 
@@ -43,18 +30,14 @@ double boardingMinutes(int students) { return base::singleOf((19 + 2.6 * student
 
 double schoolMinutes(int seats) { return base::singleOf((29 + 1.9 * seats) / 60); }
 
-std::int64_t gapSeconds(double loadMinutes, double driveMinutesToNext) {
-    const float minutes = static_cast<float>(driveMinutesToNext) + static_cast<float>(loadMinutes);
-    return base::roundHalfEven(static_cast<double>(minutes * 60));
-}
+std::string streetName(double y) { return streets::gridStreet(y, BlockFeet); }
 
-std::string streetName(double y) { return ordinal(blockOf(y)) + " Street"; }
-
-std::string avenueName(double x) { return ordinal(blockOf(x)) + " Avenue"; }
+std::string avenueName(double x) { return streets::gridAvenue(x, BlockFeet); }
 
 std::string addressAt(Point at) {
     const int inBlock = static_cast<int>(std::fmod(std::abs(at.x), BlockFeet) / BlockFeet * 100);
-    return fmt::format("{} {}", blockOf(at.x) * 100 + inBlock, streetName(at.y));
+    return fmt::format("{} {}", streets::gridBlock(at.x, BlockFeet) * 100 + inBlock,
+                       streetName(at.y));
 }
 
 std::string cornerAt(Point at) { return streetName(at.y) + " at " + avenueName(at.x); }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace tools::district {
@@ -28,10 +27,6 @@ inline constexpr double FeetPerMile = 5280;
 /// Minutes to empty (or fill) a bus at a school: 29 seconds and 1.9 for each
 /// of its seats.
 [[nodiscard]] double schoolMinutes(int seats = 66);
-
-/// Seconds from arriving at one stop to arriving at the next: (driving + load) in single precision,
-/// rounded once to whole seconds, halves to even.
-[[nodiscard]] std::int64_t gapSeconds(double loadMinutes, double driveMinutesToNext);
 
 /// Numbered streets run east and west, numbered avenues north and south, four to the mile.
 [[nodiscard]] std::string streetName(double y);

@@ -1,0 +1,184 @@
+#include "streets/network/graphnetwork.h"
+
+#include <algorithm>
+#include <charconv>
+#include <numeric>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "city.h"
+#include "streets/network/directedgraph.h"
+
+namespace streets {
+
+namespace {
+
+constexpr double FarAway = 1e18;
+
+std::uint32_t pieceNamed(std::string_view name) {
+    std::uint32_t piece = 0;
+    std::from_chars(name.data(), name.data() + name.size(), piece);
+    return piece;
+}
+
+/// Seconds and reluctance to the begin of each piece, improved until no turn makes one quicker.
+class PlainSearch {
+public:
+    PlainSearch(const DirectedGraph& graph, const Halt& from)
+        : graph_(graph), from_(from), toBegin_(graph.size(), FarAway) {
+        relax(from.piece, (graph.feet(from.piece) - from.along) / graph.feetPerSecond(from.piece));
+        for (std::size_t next = 0; next < changed_.size(); ++next) {
+            const DirectedPiece piece = changed_[next];
+            relax(piece, toBegin_[piece] + graph.seconds(piece));
+        }
+    }
+    [[nodiscard]] double costTo(const Halt& to) const {
+        const double along = to.along / graph_.feetPerSecond(to.piece);
+        const bool straight = to.piece == from_.piece && to.along >= from_.along;
+        return straight ? along - from_.along / graph_.feetPerSecond(to.piece)
+                        : toBegin_[to.piece] + along;
+    }
+
+private:
+    void relax(DirectedPiece piece, double atEnd) {
+        for (const Turn& turn : graph_.turnsFrom(piece)) {
+            const double cost = atEnd + turn.seconds + turn.reluctance;
+            if (cost < toBegin_[turn.to] - 1e-4) {
+                toBegin_[turn.to] = cost;
+                changed_.push_back(turn.to);
+            }
+        }
+    }
+
+    const DirectedGraph& graph_;
+    Halt from_;
+    std::vector<double> toBegin_;
+    std::vector<DirectedPiece> changed_;
+};
+
+/// Follows a leg over the map itself; names the first thing that no bus may do.
+std::string wrongIn(const StreetMap& map, const Leg& leg, const Halt& from,
+                    const std::vector<std::uint32_t>& closed) {
+    std::uint32_t piece = pieceOf(from.piece);
+    bool backward = isBackward(from.piece);
+    for (std::size_t i = 0; i < leg.stretches.size(); ++i) {
+        const std::uint32_t before = piece;
+        const Piece& last = map.pieces[before];
+        const std::uint32_t node = backward ? last.from : last.to;
+        piece = pieceNamed(leg.stretches[i].name);
+        const Piece& now = map.pieces[piece];
+        if (i > 0) {
+            if (now.from != node && now.to != node) {
+                return "jumps";
+            }
+            backward = now.to == node;
+            for (const TurnRule& rule : map.turnRules) {
+                const bool isHere = rule.from == before && rule.node == node && piece != before;
+                if (isHere && rule.only != (rule.to == piece)) {
+                    return "banned turn";
+                }
+            }
+        }
+        if (std::ranges::binary_search(closed, piece) || now.clearanceInches == 110) {
+            return "closed or too low";
+        }
+        if (backward ? !now.backward : !now.forward) {
+            return "wrong way";
+        }
+    }
+    return "";
+}
+
+double lengthOf(const std::vector<geo::Feet>& line) {
+    double feet = 0;
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        feet += std::hypot(line[i].x - line[i - 1].x, line[i].y - line[i - 1].y);
+    }
+    return feet;
+}
+
+/// Whether a place lies on the right of a bus that drives the last feet of a line.
+bool isRightOf(const std::vector<geo::Feet>& line, geo::Feet place) {
+    const geo::Feet a = line[line.size() - 2];
+    const geo::Feet b = line.back();
+    return (b.x - a.x) * (place.y - b.y) - (b.y - a.y) * (place.x - b.x) <= 0;
+}
+
+/// A city with closed streets, and its network with the search to be held against.
+struct Trial {
+    City city;
+    DrivingRules rules;
+    std::vector<std::uint32_t> closed;
+    std::unique_ptr<const Network> network;
+    DirectedGraph graph;
+
+    Trial(std::uint32_t seed, const DrivingRules& given)
+        : city(16, seed),
+          rules(given),
+          closed(someOf(city)),
+          network(graphNetwork(city.map(), rules, closed)),
+          graph(*city.map(), rules, closed) {}
+
+    static std::vector<std::uint32_t> someOf(City& city) {
+        std::vector<std::uint32_t> pieces;
+        for (int i = 0; i < 12; ++i) {
+            pieces.push_back(city.number(static_cast<std::uint32_t>(city.map()->pieces.size())));
+        }
+        std::ranges::sort(pieces);
+        return pieces;
+    }
+
+    /// Looks at the legs to many places; how many of them there are.
+    int drive(const Halt& from) {
+        const PlainSearch oracle(graph, from);
+        std::vector<Halt> goals;
+        int driven = 0;
+        for (int i = 0; i < 50; ++i) {
+            const geo::Feet place = city.place();
+            goals.push_back(network->haltsAt(place, DoorSide::Right).at(0));
+            driven += holds(from, goals.back(), place, oracle) ? 1 : 0;
+        }
+        const auto row = network->matrix(std::span(&from, 1), goals);
+        for (std::size_t i = 0; i < goals.size(); ++i) {
+            EXPECT_NEAR(std::min(row[i].seconds + row[i].reluctance, FarAway),
+                        oracle.costTo(goals[i]), 0.02);
+        }
+        return driven;
+    }
+
+    bool holds(const Halt& from, const Halt& to, geo::Feet place, const PlainSearch& oracle) const {
+        const auto leg = network->leg(from, to);
+        if (!leg) {
+            EXPECT_EQ(oracle.costTo(to) < FarAway, false);
+            return false;
+        }
+        EXPECT_NEAR(leg->seconds + leg->reluctance, oracle.costTo(to), 0.02);
+        EXPECT_EQ(wrongIn(*city.map(), *leg, from, closed), "");
+        EXPECT_NEAR(lengthOf(leg->line), leg->feet, 0.05);
+        double feet = 0;
+        for (const Stretch& stretch : leg->stretches) {
+            feet += stretch.feet;
+        }
+        EXPECT_NEAR(feet, leg->feet, 1e-6);
+        const bool isClear = to.offStreet > 1 && leg->stretches.back().feet > 1;
+        EXPECT_TRUE(!isClear || isRightOf(leg->line, place));
+        return true;
+    }
+};
+
+}  // namespace
+
+TEST(GraphNetwork, LegsAreTheQuickestAndBreakNoRule) {
+    for (const bool lenient : {false, true}) {
+        Trial trial(lenient ? 7 : 1, {.uTurns = lenient, .turnsInDeadEnds = !lenient});
+        int driven = 0;
+        for (int i = 0; i < 25; ++i) {
+            driven +=
+                trial.drive(trial.network->haltsAt(trial.city.place(), DoorSide::Either).at(0));
+        }
+        EXPECT_GT(driven, 1100);
+    }
+}
+
+}  // namespace streets
