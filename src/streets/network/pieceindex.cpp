@@ -93,7 +93,7 @@ std::vector<NearPiece> PieceIndex::near(geo::Feet place, double feet) const {
                                  pieces_.begin() + firstPiece_[cell + 1]);
                 });
     std::ranges::sort(found);
-    found.erase(std::ranges::unique(found).begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     std::vector<NearPiece> near;
     for (const std::uint32_t piece : found) {
         const Foot foot = nearestFoot(map_.pointsOf(map_.pieces[piece]), place);
