@@ -16,11 +16,12 @@ public:
     City(std::uint32_t side, std::uint32_t seed) : side_(side), random_(seed) {
         map_->names = {""};
         for (std::uint32_t i = 0; i < side * side; ++i) {
-            map_->nodes.push_back(
-                {.at = {400.0 * (i % side) + jitter(), 400.0 * (i / side) + jitter()},
-                 .signal = chance(8),
-                 .turningCircle = chance(9),
-                 .levelCrossing = chance(30)});
+            const geo::Feet corner{400.0 * static_cast<double>(i % side),
+                                   400.0 * static_cast<double>(i / side)};
+            map_->nodes.push_back({.at = {corner.x + jitter(), corner.y + jitter()},
+                                   .signal = chance(8),
+                                   .turningCircle = chance(9),
+                                   .levelCrossing = chance(30)});
         }
         for (std::uint32_t i = 0; i < side * side; ++i) {
             layFrom(i, i % side + 1 < side, i + 1, i / side % 5 == 0);

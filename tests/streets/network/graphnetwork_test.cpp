@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <numeric>
+#include <deque>
 #include <optional>
 
 #include <gtest/gtest.h>
@@ -28,8 +28,9 @@ public:
     PlainSearch(const DirectedGraph& graph, const Halt& from)
         : graph_(graph), from_(from), toBegin_(graph.size(), FarAway) {
         relax(from.piece, (graph.feet(from.piece) - from.along) / graph.feetPerSecond(from.piece));
-        for (std::size_t next = 0; next < changed_.size(); ++next) {
-            const DirectedPiece piece = changed_[next];
+        while (!changed_.empty()) {
+            const DirectedPiece piece = changed_.front();
+            changed_.pop_front();
             relax(piece, toBegin_[piece] + graph.seconds(piece));
         }
     }
@@ -54,7 +55,7 @@ private:
     const DirectedGraph& graph_;
     Halt from_;
     std::vector<double> toBegin_;
-    std::vector<DirectedPiece> changed_;
+    std::deque<DirectedPiece> changed_;
 };
 
 /// Follows a leg over the map itself; names the first thing that no bus may do.
@@ -121,9 +122,9 @@ struct Trial {
           graph(*city.map(), rules, closed) {}
 
     static std::vector<std::uint32_t> someOf(City& city) {
-        std::vector<std::uint32_t> pieces;
-        for (int i = 0; i < 12; ++i) {
-            pieces.push_back(city.number(static_cast<std::uint32_t>(city.map()->pieces.size())));
+        std::vector<std::uint32_t> pieces(12);
+        for (std::uint32_t& piece : pieces) {
+            piece = city.number(static_cast<std::uint32_t>(city.map()->pieces.size()));
         }
         std::ranges::sort(pieces);
         return pieces;
