@@ -23,9 +23,9 @@ struct StopOrder {
 };
 
 struct OrderSuggestion {
-    StopOrder today;
-    StopOrder suggested;                  ///< today's where none is quicker
-    bool isBest = false;                  ///< no order is quicker; otherwise none was found
+    StopOrder today = {};
+    StopOrder suggested = {};             ///< today's where none is quicker
+    bool isBest = false;                  ///< no order is quicker for certain
     bool keepsLimits = true;              ///< the suggested one does
     std::vector<Unserved> unserved = {};  ///< where there are some, nothing is suggested
 };

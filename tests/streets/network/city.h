@@ -16,8 +16,8 @@ public:
     City(std::uint32_t side, std::uint32_t seed) : side_(side), random_(seed) {
         map_->names = {""};
         for (std::uint32_t i = 0; i < side * side; ++i) {
-            const geo::Feet corner{400.0 * static_cast<double>(i % side),
-                                   400.0 * static_cast<double>(i / side)};
+            const std::uint32_t row = i / side;
+            const geo::Feet corner{400.0 * (i - row * side), 400.0 * row};
             map_->nodes.push_back({.at = {corner.x + jitter(), corner.y + jitter()},
                                    .signal = chance(8),
                                    .turningCircle = chance(9),
