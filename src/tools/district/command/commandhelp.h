@@ -44,7 +44,6 @@ since the last import stay as they are.
   --roll-over DAY     a new school year: rides of students who are missing in students.csv, or
                       whose school is another one, end on that day
   --user NAME         who is noted as having changed the runs, IMPORT unless you say
-  --json              the outcome for a script
 
 It ends with 1 where lines were refused or the district has faults afterwards.
 
@@ -109,7 +108,7 @@ password takes it away.
 Example: vireo-district password ~/sample PLANNER)";
 inline constexpr std::string_view UsersHelp = R"(list and change users and what they may do
 
-list                        who there is, and who has which permission; --json for programs
+list                        who there is, and who has which permission
 add USER [PERMISSION...]    a new user; asks on the terminal for a password, none elsewhere
 remove USER                 with the user's permissions in all programs of the suite
 grant USER PERMISSION...    from the next start of the program on

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <optional>
 #include <set>
+#include <sstream>
 
 #include <fmt/format.h>
 
@@ -22,6 +23,7 @@
 #include "tools/district/base/progress.h"
 #include "tools/district/base/terminal.h"
 #include "tools/district/check/checks.h"
+#include "tools/district/command/answer.h"
 #include "tools/district/command/commandhelp.h"
 #include "tools/district/command/exportcommand.h"
 #include "tools/district/command/importcommand.h"
@@ -55,8 +57,17 @@ struct Call {
     std::istream& in;
     std::ostream& out;
     std::ostream& complaints;
+    Result result;  ///< null without --json, which never asks anybody
 
-    [[nodiscard]] bool isTyped() const { return &in == &std::cin && district::isTyped(); }
+    [[nodiscard]] bool isTyped() const {
+        return result == nullptr && &in == &std::cin && district::isTyped();
+    }
+
+    void tell(const char* what, const QJsonValue& value) const {
+        if (result != nullptr) {
+            result->insert(what, value);
+        }
+    }
 
     [[nodiscard]] std::optional<std::string> text(const char* option) const {
         return options.isSet(option) ? std::optional(fromParser(options.value(option)))
@@ -133,6 +144,7 @@ bool create(const Call& call) {
     Progress progress;
     createDistrict(options, progress);
     progress.clear();
+    call.tell("folder", pathJson(options.folder));
     call.out << fmt::format("Made a district in {}.\n", options.folder.string());
     return true;
 }
@@ -178,14 +190,13 @@ bool import(const Call& call) {
         throw Misuse{"Something is missing."};
     }
     const Folders folders = foldersOf(call.words[0]);
-    const bool asJson = call.options.isSet("json");
     const ImportSources read(sources,
                              {.trips = textsOf(call.options.values("trips")),
                               .sharedStops = call.options.isSet("shared-stops"),
                               .charset = call.text("charset").value_or("CP1252"),
                               .keepsCentre = call.options.isSet("apply")},
                              folders);
-    (asJson ? call.complaints : call.out) << read.remarks() << read.question();
+    call.out << read.remarks() << read.question();
     if (!read.question().empty()) {
         return false;
     }
@@ -210,26 +221,30 @@ bool import(const Call& call) {
                 fmt::format("--roll-over takes a day such as 2026-06-30, not \"{}\".", *day)};
         }
     }
-    return runImport(options, asJson, call.out);
+    return runImport(options, call.out, call.result);
 }
 
 bool check(const Call& call) {
     Progress progress;
     const CheckReport report = checkDistrict(foldersOf(call.words[0]), progress);
     progress.clear();
+    if (call.result != nullptr) {
+        district::tell(report, *call.result);
+    }
     call.out << report.text();
     return report.isSound();
 }
 
 bool upgrade(const Call& call) {
     Progress progress;
-    bool isDone = false;
+    QJsonArray steps;
     upgradeDistrict(foldersOf(call.words[0]), progress, [&](const std::string& deed) {
         progress.clear();
         call.out << deed << std::endl;
-        isDone = true;
+        steps.append(toJson(deed));
     });
-    if (!isDone) {
+    call.tell("steps", steps);
+    if (steps.isEmpty()) {
         call.out << "The district is of this program's version already; nothing was changed.\n";
     }
     return true;
@@ -248,6 +263,10 @@ bool backUp(const Call& call) {
     Progress progress;
     const BackupOutcome made = backUpDistrict(options, progress);
     progress.clear();
+    call.tell("file", pathJson(made.file));
+    call.tell("bytes", static_cast<qint64>(made.bytes));
+    call.tell("packedBytes", static_cast<qint64>(made.packedBytes));
+    call.tell("removed", arrayOf(made.removed, [](const auto& older) { return pathJson(older); }));
     call.out << fmt::format("Backed up {} of {} as {} in {}.\n", megabytes(made.bytes),
                             options.folders.root.string(), megabytes(made.packedBytes),
                             made.file.string());
@@ -263,11 +282,13 @@ bool restore(const Call& call) {
     progress.clear();
     const Folders folders = foldersOf(call.words[1]);
     linkCompanions(files::installation().companions, folders.programs());
+    call.tell("folder", pathJson(folders.root));
+    call.tell("former", former ? QJsonValue(pathJson(*former)) : QJsonValue());
     call.out << fmt::format("Restored {}.\n", folders.root.string());
     if (former) {
         call.out << fmt::format("The files as they were are in {}.\n", former->string());
     }
-    return check({call.options, {call.words[1]}, call.in, call.out, call.complaints});
+    return check({call.options, {call.words[1]}, call.in, call.out, call.complaints, call.result});
 }
 
 base::Date day(const Call& call, const char* option, base::Date otherwise) {
@@ -284,7 +305,8 @@ base::Date day(const Call& call, const char* option, base::Date otherwise) {
 
 FeedOptions feedOptions(const Call& call) {
     constexpr std::int64_t Year = 365 * base::Date::SecondsPerDay;
-    FeedOptions options{.folders = foldersOf(call.words[0]), .target = call.words[1]};
+    FeedOptions options{
+        .folders = foldersOf(call.words[0]), .target = call.words[1], .result = call.result};
     if (call.options.isSet("centre")) {
         const std::string text = fromParser(call.options.value("centre"));
         options.centre = degreesFrom(text);
@@ -317,7 +339,8 @@ bool exportAll(const Call& call) {
     }
     runExport({.folders = foldersOf(call.words[0]),
                .target = call.words[1],
-               .withoutNames = call.options.isSet("without-names")},
+               .withoutNames = call.options.isSet("without-names"),
+               .result = call.result},
               call.out);
     return true;
 }
@@ -325,11 +348,13 @@ bool exportAll(const Call& call) {
 bool sql(const Call& call) {
     return runSql({.file = call.words[0],
                    .statement = call.words.size() > 1 ? std::optional(call.words[1]) : std::nullopt,
-                   .onlyCheck = call.options.isSet("check")},
+                   .onlyCheck = call.options.isSet("check"),
+                   .result = call.result},
                   call.in, call.out, call.complaints);
 }
 
 bool password(const Call& call) {
+    call.tell("user", toJson(call.words[1]));
     return runPassword(
         {.folders = foldersOf(call.words[0]), .user = call.words[1], .ask = call.isTyped()},
         call.in, call.out, call.complaints);
@@ -338,7 +363,7 @@ bool password(const Call& call) {
 bool users(const Call& call) {
     return runUsers({.folders = foldersOf(call.words[0]),
                      .words = {call.words.begin() + 1, call.words.end()},
-                     .asJson = call.options.isSet("json"),
+                     .result = call.result,
                      .ask = call.isTyped()},
                     call.in, call.out, call.complaints);
 }
@@ -362,7 +387,8 @@ bool report(const Call& call) {
                           .pageBreak = text("break"),
                           .changedSince = text("changed-since"),
                           .user = text("user"),
-                          .names = call.options.isSet("names")};
+                          .names = call.options.isSet("names"),
+                          .result = call.result};
     options.orientation = call.options.isSet("landscape")  ? "landscape"
                           : call.options.isSet("portrait") ? "portrait"
                                                            : "";
@@ -374,10 +400,11 @@ bool report(const Call& call) {
 
 bool programs(const Call& call) {
     const Folders folders = foldersOf(call.words[0]);
-    for (const std::string& name :
-         linkCompanions(files::installation().companions, folders.programs())) {
+    const auto linked = linkCompanions(files::installation().companions, folders.programs());
+    for (const std::string& name : linked) {
         call.out << fmt::format("Linked {}.\n", name);
     }
+    call.tell("linked", arrayOf(linked, [](const std::string& name) { return toJson(name); }));
     return true;
 }
 
@@ -421,8 +448,7 @@ const std::vector<Command>& commands() {
           {"replace", "", "TABLE"},
           {"overwrite-edited", ""},
           {"roll-over", "", "DAY"},
-          {"user", "", "NAME"},
-          {"json", ""}}},
+          {"user", "", "NAME"}}},
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
@@ -441,12 +467,7 @@ const std::vector<Command>& commands() {
           {"until", "", "DAY"}}},
         {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
         {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
-        {"users",
-         "FOLDER [ACTION [USER ...]]",
-         {1, MostUserWords},
-         UsersHelp,
-         users,
-         {{"json", ""}}},
+        {"users", "FOLDER [ACTION [USER ...]]", {1, MostUserWords}, UsersHelp, users},
         {"report",
          "FOLDER (NAME | --list)",
          {1, 2},
@@ -481,7 +502,8 @@ std::string help() {
     }
     return text + R"(
 vireo-district COMMAND --help says more, vireo-district --version which release this is. It ends
-with 0 when all went well, 1 after a failure or a finding, 2 for a wrong command line.
+with 0 when all went well, 1 after a failure or a finding, 2 for a wrong command line. Each command
+takes --json, for scripts: it then tells all of that as one object.
 )";
 }
 
@@ -500,25 +522,60 @@ std::vector<std::string> wordsOf(const Command& command, const QCommandLineParse
     return words;
 }
 
-ExitStatus run(const Command& command, const QStringList& given, std::istream& in,
-               std::ostream& out, std::ostream& complaints) {
+/// Whatever goes wrong in `work` is complained of.
+template <class Work>
+ExitStatus guarded(std::ostream& complaints, const Work& work) {
     try {
-        QCommandLineParser options;
-        options.addHelpOption();
-        options.addOptions(command.options);
-        const bool isUnderstood = options.parse(given);
-        if (options.isSet("help")) {
-            out << fmt::format("Usage: {}\n\n{}\n", usageOf(command), command.help);
-            return ExitStatus::Done;
+        return work();
+    } catch (const Misuse& misuse) {
+        complaints << misuse.what << "\nvireo-district --help says how to call it.\n";
+        return ExitStatus::Misused;
+    } catch (const Interrupted&) {
+        complaints << "Stopped.\n";
+    } catch (const std::exception& error) {
+        complaints << error.what() << '\n';
+    }
+    return ExitStatus::Failed;
+}
+
+ExitStatus perform(const Command& command, const QCommandLineParser& options, std::istream& in,
+                   std::ostream& out, std::ostream& complaints, Result result) {
+    try {
+        if (const auto unknown = options.errorText(); !unknown.isEmpty()) {
+            throw Misuse{fromParser(unknown) + "."};
         }
-        if (!isUnderstood) {
-            throw Misuse{fromParser(options.errorText()) + "."};
-        }
-        const Call call{options, wordsOf(command, options), in, out, complaints};
+        const Call call{options, wordsOf(command, options), in, out, complaints, result};
         return command.run(call) ? ExitStatus::Done : ExitStatus::Failed;
     } catch (const Misuse& misuse) {
         throw Misuse{fmt::format("{}\nUsage: {}", misuse.what, usageOf(command))};
     }
+}
+
+/// The same as one object on standard output, whatever comes of it.
+ExitStatus performForScript(const Command& command, const QCommandLineParser& options,
+                            std::istream& in, std::ostream& out) {
+    std::ostringstream said;
+    std::ostringstream complaints;
+    QJsonObject result;
+    const ExitStatus status = guarded(
+        complaints, [&] { return perform(command, options, in, said, complaints, &result); });
+    out << textOf({std::string(command.name), status, said.str(), complaints.str(), result});
+    return status;
+}
+
+ExitStatus run(const Command& command, const QStringList& given, std::istream& in,
+               std::ostream& out, std::ostream& complaints) {
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addOption({"json", ""});
+    options.addOptions(command.options);
+    options.parse(given);
+    if (options.isSet("help")) {
+        out << fmt::format("Usage: {}\n\n{}\n", usageOf(command), command.help);
+        return ExitStatus::Done;
+    }
+    return options.isSet("json") ? performForScript(command, options, in, out)
+                                 : perform(command, options, in, out, complaints, nullptr);
 }
 
 ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std::ostream& out,
@@ -547,17 +604,7 @@ ExitStatus dispatch(const std::vector<std::string>& words, std::istream& in, std
 
 ExitStatus runCommand(const std::vector<std::string>& words, std::istream& in, std::ostream& out,
                       std::ostream& complaints) noexcept {
-    try {
-        return dispatch(words, in, out, complaints);
-    } catch (const Misuse& misuse) {
-        complaints << misuse.what << "\nvireo-district --help says how to call it.\n";
-        return ExitStatus::Misused;
-    } catch (const Interrupted&) {
-        complaints << "Stopped.\n";
-    } catch (const std::exception& error) {
-        complaints << error.what() << '\n';
-    }
-    return ExitStatus::Failed;
+    return guarded(complaints, [&] { return dispatch(words, in, out, complaints); });
 }
 
 }  // namespace tools::district

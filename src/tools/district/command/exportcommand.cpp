@@ -53,6 +53,16 @@ void writeFeed(const FeedOptions& options, const feed::Feed& feed) {
     zipFolder(scratch.path(), options.target);
 }
 
+void tell(const RunFeed& runs, const std::filesystem::path& target, QJsonObject& result) {
+    result = {{"target", pathJson(target)},
+              {"trips", static_cast<qint64>(runs.feed.trips.size())},
+              {"routes", static_cast<qint64>(runs.feed.routes.size())},
+              {"stops", static_cast<qint64>(runs.feed.stops.size())},
+              {"leftOut", arrayOf(runs.leftOut, [](const auto& one) {
+                   return QJsonObject{{"run", toJson(one.first)}, {"reason", toJson(one.second)}};
+               })}};
+}
+
 }  // namespace
 
 void runExport(const ExportOptions& options, std::ostream& out) {
@@ -62,6 +72,11 @@ void runExport(const ExportOptions& options, std::ostream& out) {
     const auto written = writeTables(district, folder.path(), options.withoutNames, progress);
     folder.finish();
     progress.clear();
+    if (options.result != nullptr) {
+        *options.result = {{"target", pathJson(folder.wanted())},
+                           {"tables", static_cast<qint64>(written.tables)},
+                           {"rows", static_cast<qint64>(written.rows)}};
+    }
     out << fmt::format("Wrote {} rows of {} tables{} to {}.\n", written.rows, written.tables,
                        options.withoutNames ? " without names" : "", folder.wanted().string());
 }
@@ -88,6 +103,9 @@ void runFeedExport(const FeedOptions& options, std::ostream& out) {
         keepCentre(options.folders, centre);
     }
     progress.clear();
+    if (options.result != nullptr) {
+        tell(runs, options.target, *options.result);
+    }
     out << fmt::format("Wrote {} trips of {} routes and {} stops to {}.\n", runs.feed.trips.size(),
                        runs.feed.routes.size(), runs.feed.stops.size(), options.target.string());
 }

@@ -8,6 +8,7 @@
 #include "platform/base/date.h"
 #include "platform/geo/projection.h"
 #include "tools/district/base/folders.h"
+#include "tools/district/command/answer.h"
 
 namespace tools::district {
 
@@ -15,6 +16,7 @@ struct ExportOptions {
     Folders folders;
     std::filesystem::path target;
     bool withoutNames = false;
+    Result result = nullptr;
 };
 
 /// Writes a district's tables into a new folder, which stands there whole or not at all. Raises
@@ -31,6 +33,7 @@ struct FeedOptions {
     std::string url = {};
     base::Date from = {};
     base::Date until = {};
+    Result result = nullptr;
 };
 
 /// Writes a district's active runs as a transit feed, tells of each run that was left out, and

@@ -1,8 +1,5 @@
 #include "tools/district/command/importcommand.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <algorithm>
 #include <optional>
 #include <ostream>
@@ -17,8 +14,6 @@ namespace tools::district {
 namespace {
 
 constexpr std::size_t MostRunsTold = 10;
-
-QString toQt(const std::string& text) { return QString::fromStdString(text); }
 
 std::string placeOf(const Rejection& rejection) {
     return fmt::format("{}, line {}{}{}", rejection.file, rejection.line,
@@ -79,62 +74,52 @@ std::string textOf(const ImportOptions& options, const ImportResult& result) {
     return text + lastLine(options, result);
 }
 
-template <class Items, class Make>
-QJsonArray arrayOf(const Items& items, const Make& make) {
-    QJsonArray array;
-    for (const auto& item : items) {
-        array.append(make(item));
-    }
-    return array;
+QJsonObject jsonOf(const TableOutcome& table) {
+    return {{"table", toJson(table.table)},
+            {"new", static_cast<qint64>(table.added)},
+            {"changed", static_cast<qint64>(table.changed)},
+            {"same", static_cast<qint64>(table.same)},
+            {"removed", static_cast<qint64>(table.removed)},
+            {"leftToPlanners", static_cast<qint64>(table.left)}};
 }
 
-std::string jsonOf(const ImportResult& result, const std::optional<CheckReport>& check) {
-    const ImportOutcome& outcome = result.outcome;
-    QJsonObject all{{"written", result.isWritten},
-                    {"refused", static_cast<qint64>(outcome.refused)},
-                    {"tables", arrayOf(outcome.tables,
-                                       [](const TableOutcome& table) {
-                                           return QJsonObject{
-                                               {"table", toQt(table.table)},
-                                               {"new", static_cast<qint64>(table.added)},
-                                               {"changed", static_cast<qint64>(table.changed)},
-                                               {"same", static_cast<qint64>(table.same)},
-                                               {"removed", static_cast<qint64>(table.removed)},
-                                               {"leftToPlanners", static_cast<qint64>(table.left)}};
-                                       })},
-                    {"rejections", arrayOf(outcome.rejections,
-                                           [](const Rejection& one) {
-                                               return QJsonObject{
-                                                   {"file", toQt(one.file)},
-                                                   {"line", static_cast<qint64>(one.line)},
-                                                   {"column", toQt(one.column)},
-                                                   {"reason", toQt(one.reason)}};
-                                           })},
-                    {"editedRuns", arrayOf(outcome.editedRuns, toQt)},
-                    {"remarks", arrayOf(outcome.remarks, toQt)}};
-    if (check) {
-        all["findings"] = arrayOf(check->findings,
-                                  [](const CheckFinding& finding) { return toQt(finding.text()); });
-    }
-    return QJsonDocument(all).toJson(QJsonDocument::Indented).toStdString();
+QJsonObject jsonOf(const Rejection& one) {
+    return {{"file", toJson(one.file)},
+            {"line", static_cast<qint64>(one.line)},
+            {"column", toJson(one.column)},
+            {"reason", toJson(one.reason)}};
+}
+
+void tell(const ImportResult& imported, QJsonObject& result) {
+    const auto object = [](const auto& item) { return jsonOf(item); };
+    const auto text = [](const std::string& item) { return toJson(item); };
+    const ImportOutcome& outcome = imported.outcome;
+    result["written"] = imported.isWritten;
+    result["refused"] = static_cast<qint64>(outcome.refused);
+    result["tables"] = arrayOf(outcome.tables, object);
+    result["rejections"] = arrayOf(outcome.rejections, object);
+    result["editedRuns"] = arrayOf(outcome.editedRuns, text);
+    result["remarks"] = arrayOf(outcome.remarks, text);
 }
 
 }  // namespace
 
-bool runImport(const ImportOptions& options, bool asJson, std::ostream& out) {
+bool runImport(const ImportOptions& options, std::ostream& out, Result result) {
     Progress progress;
-    const ImportResult result = importInto(options, progress);
+    const ImportResult imported = importInto(options, progress);
     std::optional<CheckReport> check;
-    if (result.isWritten) {
+    if (imported.isWritten) {
         check = checkDistrict(options.folders, progress);
     }
     progress.clear();
-    if (asJson) {
-        out << jsonOf(result, check);
-    } else {
-        out << textOf(options, result) << (check ? check->text() : "");
+    if (result != nullptr) {
+        tell(imported, *result);
     }
-    return result.outcome.refused == 0 && (!check || check->isSound());
+    if (result != nullptr && check) {
+        tell(*check, *result);
+    }
+    out << textOf(options, imported) << (check ? check->text() : "");
+    return imported.outcome.refused == 0 && (!check || check->isSound());
 }
 
 }  // namespace tools::district

@@ -193,7 +193,16 @@ std::string accountName() {
     return account == nullptr ? std::string() : account->pw_name;
 }
 
-void list(std::ostream& out) {
+void list(std::ostream& out, Result result) {
+    if (result != nullptr) {
+        result->insert("reports",
+                       arrayOf(reports::reportsOf("RUNSEARCH"), [](const Report& report) {
+                           return QJsonObject{{"name", toJson(report.id)},
+                                              {"title", toJson(report.title)},
+                                              {"purpose", toJson(report.purpose)},
+                                              {"mayName", report.mayName}};
+                       }));
+    }
     for (const Report& report : reports::reportsOf("RUNSEARCH")) {
         out << fmt::format("{:<22}{}: {}{}\n", report.id, report.title, report.purpose,
                            report.mayName ? " (--names)" : "");
@@ -227,11 +236,14 @@ reports::KeepGoing told(Progress& progress, const std::string& what) {
 }
 
 void make(const reports::Sources& sources, const reports::Request& request, reports::Format format,
-          const std::string& path, std::ostream& out) {
+          const std::string& path, std::ostream& out, Result result) {
     Progress progress;
     const auto prepared = reports::prepare(sources, request, told(progress, "Reading the runs"));
     reports::exportReport(*prepared->content(), format, path, told(progress, "Writing the report"));
     progress.clear();
+    if (result != nullptr) {
+        *result = {{"file", toJson(path)}, {"runs", static_cast<qint64>(prepared->runs())}};
+    }
     out << fmt::format("Wrote {} {} to {}.\n", prepared->runs(),
                        prepared->runs() == 1 ? "run" : "runs", path);
 }
@@ -240,7 +252,7 @@ void make(const reports::Sources& sources, const reports::Request& request, repo
 
 bool runReport(const ReportOptions& options, std::ostream& out, std::ostream& complaints) {
     if (options.report.empty()) {
-        list(out);
+        list(out, options.result);
         return true;
     }
     const Report& report = reportOf(options);
@@ -262,8 +274,8 @@ bool runReport(const ReportOptions& options, std::ostream& out, std::ostream& co
           .user = options.user.empty() ? accountName() : options.user,
           .now = base::Now()},
          request, format,
-         options.output.empty() ? (options.folders.reports() / name).string() : options.output,
-         out);
+         options.output.empty() ? (options.folders.reports() / name).string() : options.output, out,
+         options.result);
     return true;
 }
 

@@ -6,6 +6,7 @@
 
 #include "reports/base/report.h"
 #include "tools/district/base/folders.h"
+#include "tools/district/command/answer.h"
 
 namespace tools::district {
 
@@ -24,6 +25,7 @@ struct ReportOptions {
     std::vector<std::string> sort = {};  ///< fields, each with "DESC" behind it or not
     std::string user = {};               ///< as it is printed; otherwise who uses the computer
     bool names = false;
+    Result result = nullptr;
 };
 
 /// Makes a file of a report, or lists what reports there are. Returns false, with a complaint,

@@ -60,11 +60,41 @@ void printRows(ado::Connection& connection, const std::string& statement, std::o
     }
 }
 
+QJsonValue jsonOf(const base::Value& value) {
+    return value.isNull()      ? QJsonValue()
+           : value.isYesNo()   ? QJsonValue(value.asBoolean())
+           : value.isInteger() ? QJsonValue(static_cast<qint64>(value.asInteger()))
+           : value.isDouble()  ? QJsonValue(value.asNumber())
+           : value.isDate()    ? QJsonValue(toJson(value.asDate().iso()))
+                               : QJsonValue(toJson(value.heldText()));
+}
+
+QJsonObject rowsOf(ado::Connection& connection, const std::string& statement) {
+    ado::Recordset rows;
+    rows.Open(statement, connection, ado::CursorType::ForwardOnly, ado::LockType::ReadOnly);
+    QJsonArray columns;
+    for (int i = 0; i < rows.fieldCount(); ++i) {
+        columns.append(toJson(rows.Fields(i).Name()));
+    }
+    QJsonArray all;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        QJsonArray row;
+        for (int i = 0; i < rows.fieldCount(); ++i) {
+            row.append(jsonOf(rows.Fields(i).Value()));
+        }
+        all.append(row);
+    }
+    return {{"columns", columns}, {"rows", all}};
+}
+
 /// Runs or checks one statement after the other, whatever they come from.
 class StatementRunner {
 public:
     StatementRunner(const SqlOptions& options, std::ostream& out, std::ostream& complaints)
-        : onlyCheck_(options.onlyCheck), out_(out), complaints_(complaints) {
+        : onlyCheck_(options.onlyCheck),
+          result_(options.result),
+          out_(out),
+          complaints_(complaints) {
         open(connection_, options.file);
     }
 
@@ -78,10 +108,12 @@ private:
     bool check(const std::string& statement, const std::string& where) {
         try {
             static_cast<void>(jet::translate(statement, connection_.catalog()));
+            tell({{"understood", true}});
         } catch (const jet::SqlError& error) {
             out_ << where << "not understood"
                  << (error.position() > 0 ? fmt::format(" at position {}", error.position()) : "")
                  << ": " << error.what() << '\n';
+            tell({{"understood", false}, {"position", static_cast<qint64>(error.position())}});
             return false;
         }
         out_ << where << "understood\n";
@@ -94,9 +126,10 @@ private:
             out_ << (first_ ? "" : "\n");
             first_ = false;
             if (kind == jet::StatementKind::Select) {
-                printRows(connection_, statement, out_);
+                select(statement);
             } else {
                 const auto changed = connection_.Execute(statement);
+                tell({{"changed", static_cast<qint64>(changed)}});
                 out_ << fmt::format("{} {} changed\n", changed, changed == 1 ? "row" : "rows");
             }
         } catch (const base::RunTimeError& error) {
@@ -107,8 +140,25 @@ private:
         return true;
     }
 
+    void select(const std::string& statement) {
+        if (result_ == nullptr) {
+            printRows(connection_, statement, out_);
+        } else {
+            tell(rowsOf(connection_, statement));
+        }
+    }
+
+    void tell(const QJsonObject& outcome) {
+        if (result_ != nullptr) {
+            QJsonArray all = result_->value("statements").toArray();
+            all.append(outcome);
+            result_->insert("statements", all);
+        }
+    }
+
     ado::Connection connection_;
     bool onlyCheck_;
+    Result result_;
     std::ostream& out_;
     std::ostream& complaints_;
     bool first_ = true;

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "tools/district/command/answer.h"
+
 namespace tools::district {
 
 struct SqlOptions {
@@ -12,6 +14,9 @@ struct SqlOptions {
     std::optional<std::string> statement = {};
     /// Only say whether each statement is understood.
     bool onlyCheck = false;
+    /// Told instead of tables: "statements", each with "columns" and "rows", or "changed", or
+    /// "understood" and "position". Values keep their kinds; dates are texts.
+    Result result = nullptr;
 };
 
 /// Runs or checks statements of the program's own dialect on a database file; a file "routing.mdb"

@@ -1,8 +1,5 @@
 #include "tools/district/command/userscommand.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <algorithm>
 #include <ostream>
 
@@ -74,20 +71,14 @@ std::string tableOf(const std::vector<Account>& accounts) {
     return inColumns(rows);
 }
 
-std::string jsonOf(const std::vector<Account>& accounts) {
-    QJsonArray all;
-    for (const Account& account : accounts) {
-        QJsonObject permissions;
-        for (const Permission& permission : Permissions) {
-            permissions.insert(QString::fromStdString(std::string(permission.code)),
-                               account.may(permission));
-        }
-        all.append(
-            QJsonObject{{"user", QString::fromStdString(account.id)},
-                        {"password", QString::fromStdString(std::string(wordOf(account.password)))},
-                        {"permissions", permissions}});
+QJsonObject jsonOfAccount(const Account& account) {
+    QJsonObject permissions;
+    for (const Permission& permission : Permissions) {
+        permissions.insert(toJson(permission.code), account.may(permission));
     }
-    return QJsonDocument(all).toJson().toStdString();
+    return {{"user", toJson(account.id)},
+            {"password", toJson(wordOf(account.password))},
+            {"permissions", permissions}};
 }
 
 std::vector<Permission> permissionsOf(const std::vector<std::string>& words) {
@@ -127,7 +118,11 @@ public:
 
     bool list() {
         const auto accounts = readAccounts(users_);
-        out_ << (options_.asJson ? jsonOf(accounts) : tableOf(accounts));
+        if (options_.result != nullptr) {
+            options_.result->insert("users", arrayOf(accounts, &jsonOfAccount));
+        } else {
+            out_ << tableOf(accounts);
+        }
         return true;
     }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/district/base/folders.h"
+#include "tools/district/command/answer.h"
 
 namespace tools::district {
 
@@ -12,8 +13,8 @@ struct UsersOptions {
     Folders folders;
     /// The words behind the folder: what to do, with whom, and permissions. Lists without any.
     std::vector<std::string> words = {};
-    /// Lists for programs.
-    bool asJson = false;
+    /// Told instead of a table: "users", each with "user", "password" and "permissions".
+    Result result = nullptr;
     /// Asks on the terminal; otherwise a new user gets no password, and `password` reads `in`.
     bool ask = false;
 };

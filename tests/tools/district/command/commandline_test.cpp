@@ -1,5 +1,8 @@
 #include "tools/district/command/commandline.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <algorithm>
 #include <sstream>
 
@@ -29,6 +32,17 @@ Outcome run(const std::vector<std::string>& words, const std::string& input = {}
     std::ostringstream complaints;
     const ExitStatus status = runCommand(words, in, out, complaints);
     return {status, out.str(), complaints.str()};
+}
+
+/// The one object that --json leaves on standard output.
+QJsonDocument answerIn(const Outcome& outcome) {
+    EXPECT_EQ(outcome.complaints, "");
+    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
+}
+
+QJsonDocument answer(std::vector<std::string> words, const std::string& input = {}) {
+    words.emplace_back("--json");
+    return answerIn(run(words, input));
 }
 
 class Sql : public testing::Test {
@@ -72,6 +86,31 @@ TEST_F(Sql, RunsLinesUntilOneFails) {
     EXPECT_EQ(outcome.status, ExitStatus::Failed);
     EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUN WHERE COMMENT = 'seen'"), 1);
     EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUNLOG"), 200);
+}
+
+TEST_F(Sql, AnswersAScriptWithOneObjectWhateverComesOfIt) {
+    const auto rows =
+        answer({"sql", routing_},
+               "SELECT RUN.RUN, RUN.PICKUP, RUN.BELLTIME, RUN.INT_ROUTEID, RUN.OVERFILL"
+               " FROM RUN WHERE RUN.RUN='A000001'\n"
+               "UPDATE RUN SET RUN.COMENT='seen'\n");
+    EXPECT_EQ(rows["status"], "failed");
+    EXPECT_EQ(rows["complaints"].toArray().size(), 1);
+    const auto told = rows["result"]["statements"][0];
+    EXPECT_EQ(told["columns"][2], "BELLTIME");
+    EXPECT_EQ(told["rows"][0][0], "A000001");
+    EXPECT_TRUE(told["rows"][0][1].isBool());
+    EXPECT_THAT(told["rows"][0][2].toString().toStdString(), testing::StartsWith("1899-12-30 "));
+    EXPECT_TRUE(told["rows"][0][4].isDouble());
+
+    const auto checked = answer({"check", made_.folder()});
+    EXPECT_EQ(checked["command"], "check");
+    EXPECT_EQ(checked["status"], "done");
+    EXPECT_TRUE(checked["result"]["findings"].isArray());
+    EXPECT_FALSE(checked["says"].toArray().isEmpty());
+    EXPECT_EQ(answer({"check", made_.folder() + "/none"})["status"], "failed");
+    EXPECT_EQ(answer({"backup", made_.folder()})["status"], "misused");
+    EXPECT_EQ(answer({"report", made_.folder(), "--list", "--wings"})["status"], "misused");
 }
 
 TEST_F(Sql, ChecksEveryLineWithoutRunningAny) {
@@ -199,7 +238,7 @@ TEST(CommandLine, ImportsOnlyWhereItIsToldTo) {
     EXPECT_THAT(dry.out, HasSubstr("--apply writes it"));
     EXPECT_EQ(made.number("SELECT COUNT(*) FROM STOP WHERE STOPID = 'NEW1'"), 0);
     const Outcome applied = import({"--apply", "--json"});
-    EXPECT_THAT(applied.out, HasSubstr("\"written\": true"));
+    EXPECT_TRUE(answerIn(applied)["result"]["written"].toBool());
     EXPECT_EQ(made.number("SELECT COUNT(*) FROM STOP WHERE STOPID = 'NEW1'"), 1);
     EXPECT_THAT(import({"--sketch-map"}).out, HasSubstr("stop = Stop Id\n"));
     EXPECT_EQ(import({"--roll-over", "soon"}).status, ExitStatus::Misused);
@@ -246,7 +285,8 @@ TEST(CommandLine, KeepsUsersAndWhatTheyMayDo) {
               "PLANNER  none      yes     yes     yes                yes           yes\n"
               "R.T.E.   none      yes     yes     yes                yes           yes\n"
               "Zoë      set       yes     -       -                  yes           -\n");
-    EXPECT_THAT(users({"list", "--json"}).out, HasSubstr("\"user\": \"Zoë\""));
+    EXPECT_EQ(answer({"users", made.folder(), "list"})["result"]["users"][3]["user"].toString(),
+              "Zoë");
     EXPECT_EQ(users({"remove", "CLERK"}).out,
               "Removed CLERK with 6 permissions of all programs of the suite.\n");
     EXPECT_EQ(run({"check", made.folder()}).status, ExitStatus::Done);
