@@ -30,7 +30,8 @@ std::string harmless(std::string text) {
                : text;
 }
 
-/// Without thousands apart, which not every reader knows.
+/// As lists show and export it, whatever the page has; without thousands apart, which not every
+/// reader knows.
 std::string cellOf(CellKind kind, const base::Value& value) {
     if (value.isNull()) {
         return {};
@@ -40,10 +41,10 @@ std::string cellOf(CellKind kind, const base::Value& value) {
         case CellKind::Load:
             return fmt::format("{:.0f}", value.asNumber());
         case CellKind::Decimal:
-            return fmt::format("{:.1f}", value.asNumber());
         case CellKind::Money:
             return fmt::format("{:.2f}", value.asNumber());
         case CellKind::Time:
+            return value.asDate().hhmm();
         case CellKind::Date:
         case CellKind::DateTime:
             return cellText(kind, value);

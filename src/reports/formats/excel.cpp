@@ -34,11 +34,10 @@ const char* numberFormatOf(CellKind kind) {
         case CellKind::Load:
             return "#,##0";
         case CellKind::Decimal:
-            return "#,##0.0";
         case CellKind::Money:
             return "#,##0.00";
         case CellKind::Time:
-            return "h:mm AM/PM";
+            return "hh:mm AM/PM";
         case CellKind::Date:
             return "m/d/yyyy";
         case CellKind::DateTime:

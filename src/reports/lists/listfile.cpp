@@ -35,12 +35,12 @@ public:
         heading_.selection = heading.selection;
         report_.title = heading.title;
         for (const std::size_t column : shown_.columns) {
-            constexpr double TwipsInAPoint = 20;
-            const auto& of = shown_.table.columns[column];
+            const CellKind kind = kindOf(column);
             report_.columns.push_back({.field = "c" + std::to_string(column),
-                                       .caption = of.caption,
-                                       .kind = kindOf(column),
-                                       .width = of.widthTwips / TwipsInAPoint});
+                                       .caption = shown_.table.columns[column].caption,
+                                       .kind = kind,
+                                       .width = widthOf(column, kind),
+                                       .grows = kind == CellKind::Text});
         }
     }
 
@@ -81,6 +81,23 @@ private:
                 break;
         }
         return CellKind::Text;
+    }
+
+    /// In points: what the list is given, and for texts what the first of them need, up to a limit
+    /// beyond which they wrap.
+    [[nodiscard]] double widthOf(std::size_t column, CellKind kind) const {
+        constexpr double TwipsInAPoint = 20;
+        constexpr double CharacterPoints = 5.5;
+        constexpr std::size_t MostCharacters = 40;
+        constexpr std::size_t Sample = 500;
+        const double given = shown_.table.columns[column].widthTwips / TwipsInAPoint;
+        std::size_t longest = 0;
+        for (std::size_t place = 0;
+             kind == CellKind::Text && place < std::min(shown_.rows.size(), Sample); ++place) {
+            longest = std::max(longest, shown_.table.text(shown_.rows[place], column).size());
+        }
+        const auto characters = static_cast<double>(std::min(longest, MostCharacters));
+        return std::max(given, characters * CharacterPoints);
     }
 
     static bool isTime(const base::Value& value) { return value.isDate() || value.isNull(); }

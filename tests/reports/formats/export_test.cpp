@@ -109,8 +109,8 @@ TEST_F(Export, ATableIsRowsThatStandAlone) {
         "Confidential; Run list & more; Active <runs>; Łódź Unified; Printed Nov 21, 2026 9:41 AM "
         "by O'HARA";
     EXPECT_THAT(rows[2], ElementsAre("École <1>", "François, Łódź", "12:00 AM", "1/5/2026", "1234",
-                                     "13.1", "1204.50", "117", "", origin));
-    EXPECT_THAT(rows.back(), ElementsAre("Zweite", "last", "5:31 PM", "", "", "", "", "",
+                                     "13.14", "1204.50", "117", "", origin));
+    EXPECT_THAT(rows.back(), ElementsAre("Zweite", "last", "05:31 PM", "", "", "", "", "",
                                          "Too <many>\nriders", origin));
     EXPECT_EQ(rows.size(), nastyTexts().size() + 2);
 }
@@ -139,8 +139,8 @@ TEST_F(Export, AWorkbookHasNumbersTimesAndTotalsAsSuch) {
                            {"about", "Run list & more, Confidential"},
                            {"header", "&BConfidential"},
                            {"totals", "All", "", "", "", "20978", "13.14", "", "117", ""},
-                           {"formats", "General", "General", "h:mm AM/PM", "m/d/yyyy", "#,##0",
-                            "#,##0.0", "#,##0.00", "#,##0", "General"}};
+                           {"formats", "General", "General", "hh:mm AM/PM", "m/d/yyyy", "#,##0",
+                            "#,##0.00", "#,##0.00", "#,##0", "General"}};
     for (std::size_t i = 0; i < expected.size(); ++i) {
         EXPECT_EQ(facts.at(i), expected[i]);
     }
@@ -223,9 +223,9 @@ TEST_F(Export, ADriversSheetIsARowAStopOrAPageOfItsOwn) {
     ASSERT_EQ(rows.size(), 4U);
     EXPECT_THAT(rows[1], testing::Contains(
                              "West & Ridge; Morning; Bus 107; Route 107; Driver: Grace Garza"));
-    EXPECT_THAT(rows[1], testing::Contains("18.1"));
+    EXPECT_THAT(rows[1], testing::Contains("18.06"));
     EXPECT_THAT(std::vector(rows[2].begin(), rows[2].end() - 1),
-                ElementsAre("107-1", "5:23 AM", "1", "2380 <65th> Street", "at 23rd", "Left", "-4",
+                ElementsAre("107-1", "05:23 AM", "1", "2380 <65th> Street", "at 23rd", "Left", "-4",
                             "0", "", "100170", "Turn onto 17th (0.6); Stop", "Garza, Ann; Łuc, J",
                             "Gate\nNext: 107-2"));
     EXPECT_EQ(rows[3][0], "107-2");

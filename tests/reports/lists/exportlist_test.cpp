@@ -1,6 +1,9 @@
 #include "reports/lists/exportlist.h"
 
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -59,6 +62,7 @@ class ExportList : public support::FormTest<> {
 protected:
     ExportList() {
         forms::listExporter() = exportList;
+        forms::listPrinter() = printList;
         forms::setFileChooser([this](const forms::FileQuestion& asked) {
             asked_ = asked;
             return QString::fromStdString(chosen_);
@@ -67,6 +71,7 @@ protected:
     }
     ~ExportList() override {
         forms::listExporter() = {};
+        forms::listPrinter() = {};
         forms::setFileChooser({});
     }
     ListForm& form() override { return loaded<ListForm>(); }
@@ -74,11 +79,24 @@ protected:
     /// Chooses "Export List…" in the list's menu, and a file of that name; what it holds then.
     std::string exported(const std::string& name) {
         chosen_ = name.starts_with('/') ? name : folder_.path() + name;
+        choose("&Export List…");
+        return support::contentsOf(chosen_);
+    }
+
+    void choose(const char* inMenu) {
         QMenu menu;
         list("RunList").fillMenu(menu);
-        EXPECT_EQ(menu.actions().back()->text(), "&Export List…");
-        menu.actions().back()->trigger();
-        return support::contentsOf(chosen_);
+        const auto actions = menu.actions();
+        const auto found = std::ranges::find(actions, QString(inMenu), &QAction::text);
+        ASSERT_TRUE(found != actions.end());
+        (*found)->trigger();
+    }
+
+    /// How often the preview that is open finds a text on its pages.
+    static std::string foundOnPages(const char* text) {
+        forms::Form& preview = *opened("ReportPreview");
+        preview.findChild<QLineEdit*>("Find")->setText(text);
+        return preview.findChild<QLabel*>("FindCount")->text().toStdString();
     }
 
     support::TemporaryFolder folder_;
@@ -110,6 +128,22 @@ TEST_F(ExportList, WritesAWorkbookOfNumbersAndTimes) {
         " or len(rows)!=4 or rows[2][0]!='102 Zoë')\" " +
         chosen_;
     EXPECT_EQ(std::system(read.c_str()), 0);
+}
+
+TEST_F(ExportList, PrintsTheRowsAsShownUnderTheFormsNameAndTheFilter) {
+    list("RunList").setFilter("late");
+    startup::gSecurityOn = true;
+    choose("P&rint List…");
+    EXPECT_EQ(lastTitle(), "Do Not Have Authority");
+    EXPECT_EQ(opened("ReportPreview"), nullptr);
+    startup::gSecurityOn = false;
+    choose("P&rint List…");
+    EXPECT_EQ(foundOnPages("103-PM, \"late\""), "1 of 1");
+    EXPECT_EQ(foundOnPages("3.26"), "1 of 1");
+    EXPECT_EQ(foundOnPages("Zoë"), "none");
+    const forms::Form& preview = *opened("ReportPreview");
+    EXPECT_EQ(preview.findChild<QLabel*>("Title")->text(), "Run Search");
+    EXPECT_EQ(preview.findChild<QLabel*>("Selection")->text(), "1 of 3 rows, filtered by “late”");
 }
 
 TEST_F(ExportList, TellsWhatWentWrongAndLeavesTheFileAlone) {
