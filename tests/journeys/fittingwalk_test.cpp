@@ -87,6 +87,25 @@ TEST_P(FittingWalk, NothingIsCutOrScrollsSidewaysAndEveryFormIsOnTheScreen) {
     }
 }
 
+TEST_P(FittingWalk, FiveRowsOfTheRunsAreInSightAfterASearchAndStandStillUnderAClick) {
+    open(stationOf("frmTarn"));
+    const auto settle = [] {
+        for (int turn = 0; turn < 5; ++turn) {
+            forms::Application::instance().yield();
+        }
+    };
+    click("cmdSearch");
+    settle();
+    auto& runs = list("RunList");
+    const auto& rows = *runs.viewport();
+    EXPECT_EQ(rows.visibleRegion().boundingRect(), rows.rect());
+    EXPECT_GE(rows.height(), 5 * runs.visualRect(runs.model()->index(0, 0)).height());
+    const auto place = rows.mapTo(&form(), QPoint());
+    choose(runs, "WALK");
+    settle();
+    EXPECT_EQ(rows.mapTo(&form(), QPoint()), place);
+}
+
 INSTANTIATE_TEST_SUITE_P(Points, FittingWalk, testing::Values(9, 12, 16, 18));
 
 }  // namespace

@@ -237,15 +237,17 @@ void BellTimeChange::Form_Load() {
 void BellTimeChange::resizeEvent(QResizeEvent* event) {
     TrappedForm::resizeEvent(event);
     constexpr int RoomyCharacters = 175;
-    const bool narrow = width() < RoomyCharacters * fontMetrics().averageCharWidth();
-    if (narrow != narrow_) {
-        narrow_ = narrow;
+    constexpr int LeanInCharacters = 135;
+    const int characters = width() / fontMetrics().averageCharWidth();
+    if (narrow_ != (characters < RoomyCharacters) || lean_ != (characters < LeanInCharacters)) {
+        narrow_ = characters < RoomyCharacters;
+        lean_ = characters < LeanInCharacters;
         arrange();
     }
 }
 
 /// Where there is little width, long captions stand in two lines and the runs before and after go
-/// without their descriptions.
+/// without their descriptions; where there is less, the grid stands above what is done to it.
 void BellTimeChange::arrange() {
     for (QAbstractButton* button :
          std::initializer_list<QAbstractButton*>{ui_->AddMin, ui_->SameGap}) {
@@ -254,16 +256,19 @@ void BellTimeChange::arrange() {
         button->setText(narrow_ ? caption.replace(middle, 1, u'\n') : caption);
     }
     ui_->RunsBeforeAfter->view().setColumnHidden(PreviewDescription, narrow_);
+    ui_->mainRow->setDirection(lean_ ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     ui_->mainRow->setStretch(0, narrow_ ? 1 : 2);
-    ui_->mainRow->setStretch(1, narrow_ ? 2 : 3);
+    ui_->mainRow->setStretch(1, lean_ ? 1 : narrow_ ? 2 : 3);
     makeRoom();
 }
 
-/// The runs before and after show at least three rows; what is beside the grid scrolls where the
+/// Both lists show at least three rows; what is beside the grid scrolls where the
 /// screen is too low.
 void BellTimeChange::makeRoom() {
     constexpr int HeaderAndThreeRows = 9;  // in line heights
-    ui_->RunsBeforeAfter->setMinimumHeight(HeaderAndThreeRows * fontMetrics().height());
+    const int least = HeaderAndThreeRows * fontMetrics().height();
+    ui_->RunsBeforeAfter->setMinimumHeight(least);
+    ui_->BellTimeGrid->setMinimumHeight(least);
 }
 
 /// Counts first; where the runs are too many the planner is told and the form goes.

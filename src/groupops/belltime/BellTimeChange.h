@@ -84,6 +84,7 @@ private:
     forms::OperationPanel panel_;
     std::unique_ptr<BellGroups> groups_;
     std::unique_ptr<BellForecaster> forecaster_;
+    bool lean_ = false;  ///< the grid stands above what is done to it
     bool narrow_ = false;
     std::map<int, int> changed_;  ///< by row, how many of its runs the last change has moved there
 };

@@ -9,9 +9,11 @@ QSize ElidedLabel::minimumSizeHint() const {
     return {fontMetrics().averageCharWidth(), QLabel::minimumSizeHint().height()};
 }
 
-bool ElidedLabel::isCut() const {
-    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+QRect ElidedLabel::line() const {
+    return contentsRect().adjusted(margin(), margin(), -margin(), -margin());
 }
+
+bool ElidedLabel::isCut() const { return fontMetrics().horizontalAdvance(text()) > line().width(); }
 
 bool ElidedLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
@@ -23,8 +25,8 @@ bool ElidedLabel::event(QEvent* event) {
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    painter.drawText(contentsRect(), static_cast<int>(alignment()),
-                     fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
+    painter.drawText(line(), static_cast<int>(alignment()),
+                     fontMetrics().elidedText(text(), Qt::ElideRight, line().width()));
 }
 
 }  // namespace controls

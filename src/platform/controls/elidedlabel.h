@@ -18,6 +18,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    [[nodiscard]] QRect line() const;
     [[nodiscard]] bool isCut() const;
 };
 

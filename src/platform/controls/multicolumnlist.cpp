@@ -53,6 +53,11 @@ MultiColumnList::MultiColumnList(QWidget* parent)
             emit endShown();
         }
     });
+    connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, [this] {
+        if (rowsShown_ > 0) {
+            updateGeometry();  // the bar takes room of its own
+        }
+    });
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
         setChosen(index.row());
         if (!pressTold_) {
@@ -487,6 +492,11 @@ void MultiColumnList::setRowsShown(int rows) {
     updateGeometry();
 }
 
+void MultiColumnList::setFewestRows(int rows) {
+    fewestRows_ = rows;
+    updateGeometry();
+}
+
 int MultiColumnList::heightOf(double rows) const {
     constexpr qreal RowInLines = 1.45;
     const int row =
@@ -500,9 +510,11 @@ QSize MultiColumnList::sizeHint() const {
 }
 
 QSize MultiColumnList::minimumSizeHint() const {
-    constexpr double FewestRows = 4.5;
+    constexpr double PartOfNext = 0.5;
     const QSize size = QTreeView::minimumSizeHint();
-    return rowsShown_ > 0 ? QSize(size.width(), heightOf(FewestRows)) : size;
+    const QScrollBar& below = *horizontalScrollBar();
+    const int bar = below.minimum() < below.maximum() ? below.sizeHint().height() : 0;
+    return rowsShown_ > 0 ? QSize(size.width(), heightOf(fewestRows_ + PartOfNext) + bar) : size;
 }
 
 void MultiColumnList::changeEvent(QEvent* event) {

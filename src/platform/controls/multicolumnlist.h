@@ -51,9 +51,10 @@ class MultiColumnList : public QTreeView {
     Q_PROPERTY(bool marksRows READ marksRows WRITE setMarksRows)
     /// Whether captions of several words stand on two lines.
     Q_PROPERTY(bool twoLineCaptions READ twoLineCaptions WRITE setTwoLineCaptions)
-    /// How many rows it would like to show; it then never shrinks below four and a half. 0 leaves
-    /// its height to the form.
+    /// How many rows it would like to show; it then never shrinks below its fewest and half of one
+    /// more. 0 leaves its height to the form.
     Q_PROPERTY(int rowsShown READ rowsShown WRITE setRowsShown)
+    Q_PROPERTY(int fewestRows READ fewestRows WRITE setFewestRows)
 
 public:
     explicit MultiColumnList(QWidget* parent = nullptr);
@@ -172,6 +173,8 @@ public:
     void setTwoLineCaptions(bool on);
     [[nodiscard]] int rowsShown() const { return rowsShown_; }
     void setRowsShown(int rows);
+    [[nodiscard]] int fewestRows() const { return fewestRows_; }
+    void setFewestRows(int rows);
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -278,6 +281,7 @@ private:
     bool headerSorts_ = true;
     bool sortsBySeveral_ = false;
     int rowsShown_ = 0;
+    int fewestRows_ = 4;
     bool marksRows_ = false;
     bool twoLineCaptions_ = false;
     bool hasMore_ = false;

@@ -15,9 +15,20 @@ namespace {
 
 constexpr int ShortCaption = 12;
 constexpr auto Caption = "isCaption";
+constexpr auto Text = "text";
+
+/// Two words are the fewest of a line, unless there are but two.
+bool mayBreak(const QString& text) {
+    const auto words = text.count(' ') + text.count('\n') + 1;
+    const auto lines = text.count('\n') + 1;
+    return lines < std::max<qsizetype>(2, words / 2);
+}
 
 /// The blank nearest to the middle of the longest line; -1 where the caption stays as it is.
 qsizetype breakOf(const QString& text) {
+    if (!mayBreak(text)) {
+        return -1;
+    }
     qsizetype from = 0;
     qsizetype length = 0;
     for (qsizetype start = 0; start <= text.size();) {
@@ -126,24 +137,53 @@ bool CaptionBreaker::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
+bool CaptionBreaker::isTooWide() const {
+    return area_.widget()->minimumSizeHint().width() > area_.viewport()->width();
+}
+
 /// Each caption once, then once more; those of pages that are not shown as well.
 void CaptionBreaker::breakLongest() {
     constexpr int MostBreaks = 3;
-    QWidget& contents = *area_.widget();
-    const auto isTooWide = [&] {
-        return contents.minimumSizeHint().width() > area_.viewport()->width();
+    const QWidget& contents = *area_.widget();
+    const auto need = [&] {
+        return QSize(area_.viewport()->width(), contents.minimumSizeHint().width());
     };
+    if (need() == tried_) {
+        return;  // nothing that could still break would help
+    }
     auto parts = contents.findChildren<QWidget*>();
     parts.removeIf([](const QWidget* part) { return part->isHidden(); });
+    std::vector<Broken> broken;
     for (int turn = 0; turn < MostBreaks && isTooWide(); ++turn) {
         std::ranges::stable_sort(parts, std::greater{},
                                  [](const QWidget* part) { return part->sizeHint().width(); });
         for (auto part = parts.begin(); part != parts.end() && isTooWide(); ++part) {
+            const QString before = (*part)->property(Text).toString();
             if (breakCaption(**part)) {
+                broken.push_back({*part, before});
                 measureAgain(**part, contents);
             }
         }
     }
+    mendNeedless(broken);
+    tried_ = need();
+}
+
+/// Those broken on the way to the one that the width hung on are whole again.
+void CaptionBreaker::mendNeedless(const std::vector<Broken>& broken) {
+    const QWidget& contents = *area_.widget();
+    const int least = std::max(contents.minimumSizeHint().width(), area_.viewport()->width());
+    const auto show = [&](QWidget& part, const QString& text) {
+        part.setProperty(Text, text);
+        measureAgain(part, contents);
+    };
+    std::for_each(broken.rbegin(), broken.rend(), [&](const Broken& one) {
+        const QString now = one.part->property(Text).toString();
+        show(*one.part, one.before);
+        if (contents.minimumSizeHint().width() > least) {
+            show(*one.part, now);
+        }
+    });
 }
 
 }  // namespace forms

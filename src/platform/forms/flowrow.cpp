@@ -42,13 +42,14 @@ QLayoutItem* FlowRow::takeAt(int index) {
     return item;
 }
 
-/// A label and the field that its letter leads to, a sign and what it is about.
+/// A caption and what it is of, a label and the field that its letter leads to, a sign and what it
+/// is about.
 bool FlowRow::isWithNext(std::size_t part) const {
     const auto* label = qobject_cast<const QLabel*>(parts_[part].item->widget());
     if (label == nullptr || part + 1 >= parts_.size()) {
         return false;
     }
-    return !label->pixmap().isNull() ||
+    return !label->pixmap().isNull() || label->text().endsWith(':') ||
            (label->buddy() != nullptr && parts_[part + 1].item->widget() == label->buddy());
 }
 

@@ -10,6 +10,7 @@
 #include <QShortcut>
 #include <QStyle>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <memory>
@@ -143,6 +144,7 @@ void scrollBetweenEnds(QBoxLayout& column, QWidget& form) {
             rows->addItem(item.release());
         }
     }
+    rows->addStretch();
     QScrollArea* area = scrolled(*middle);
     keepWidth(*area);
     column.insertWidget(first, area, 1);
@@ -336,6 +338,17 @@ void Form::pageKeys(QTabWidget& tabs) {
                }
            });
     }
+}
+
+void Form::bringIntoSight(QWidget& part) {
+    QTimer::singleShot(0, &part, [&part] {
+        for (QWidget* around = part.parentWidget(); around != nullptr;
+             around = around->parentWidget()) {
+            if (auto* area = qobject_cast<QScrollArea*>(around); area != nullptr) {
+                area->ensureWidgetVisible(&part, 0, 0);
+            }
+        }
+    });
 }
 
 void Form::keyPressEvent(QKeyEvent* event) {

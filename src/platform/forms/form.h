@@ -79,6 +79,9 @@ protected:
     void key(const QKeySequence& keys, QAbstractButton* button);
     void key(const QKeySequence& keys, QAbstractButton* button, QWidget* part);
 
+    /// Scrolls, once the form has settled, to a part of it that may lie below what is in sight.
+    static void bringIntoSight(QWidget& part);
+
     /// Alt and a digit lead to a page of the tabs and into its first control.
     void pageKeys(QTabWidget& tabs);
 

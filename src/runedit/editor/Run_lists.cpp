@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
@@ -123,7 +125,9 @@ void Run::showStatus(const QString& text, bool green) {
         palette.setColor(QPalette::WindowText, Qt::black);
     }
     ui_->Status->setPalette(palette);
+    ui_->Status->setMinimumWidth(0);  // its hint is never below it
     ui_->Status->setText(text);
+    ui_->Status->setMinimumWidth(std::min(ui_->Status->sizeHint().width(), width() / 3));
     ui_->Status->show();
     saysSaved_ = green;
     Timer3.setEnabled(false);

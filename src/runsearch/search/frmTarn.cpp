@@ -231,6 +231,7 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     found_ = {query.runs, inWords(asked), ui_->RunList->rowsInAll()};
     runs.Close();
     showToResolve();
+    bringIntoSight(*ui_->RunList);
     buttons_.afterRunsFound(
         [](std::string_view task) { return startup::HasAuthority(std::string(task), false); });
     showButtons();
@@ -322,9 +323,7 @@ void frmTarn::showToResolve() {
     for (std::size_t row = 0; row < runs.rowCount(); ++row) {
         count += runs.isRed(row, 0) ? 1 : 0;
     }
-    const bool lean = arranged_ == Criteria::Lean;
-    ui_->ToResolve->setText(
-        (lean ? tr("%1 to resolve") : tr("%1 to be resolved on the map")).arg(count));
+    ui_->ToResolve->setText(tr("%1 to resolve").arg(count));
     ui_->ToResolve->setVisible(count > 0);
     ui_->ToResolveSign->setVisible(count > 0);
 }
@@ -337,9 +336,11 @@ void frmTarn::showChosenRun() {
     ui_->ChosenRun->setText(hidden.isEmpty() ? toQt(run) : tr("none"));
     ui_->ChosenDescription->setText(
         hidden.isEmpty() ? description : tr("%1 is hidden by the filter").arg(hidden));
-    for (auto* part : {ui_->ChosenSign, ui_->ChosenLabel, ui_->ChosenRun}) {
-        part->setVisible(!run.empty() || !hidden.isEmpty());
+    const bool told = !run.empty() || !hidden.isEmpty();
+    for (auto* part : {ui_->ChosenSign, ui_->ChosenRun}) {
+        part->setVisible(told);
     }
+    ui_->ChosenLabel->setVisible(told && arranged_ != Criteria::Lean);
 }
 
 }  // namespace runsearch

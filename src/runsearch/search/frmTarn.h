@@ -164,6 +164,7 @@ private:
     void enterList();
     void enterCriteria();
     void dress();
+    void keepPlaceOfChoice();
     void followPage();
     void arrangeCriteria();
     void arrangeHeading();

@@ -66,8 +66,27 @@ void frmTarn::dress() {
     ui_->runBox->installEventFilter(this);
 }
 
+/// What is told of the selected rows has its lines before a row is selected: the rows never move
+/// under a double click. In one column the run's sign and id say enough.
+void frmTarn::keepPlaceOfChoice() {
+    const bool lean = arranged_ == Criteria::Lean;
+    for (QWidget* part : {ui_->ChosenSign, ui_->ChosenLabel, ui_->ChosenRun}) {
+        QSizePolicy keeps = part->sizePolicy();
+        keeps.setRetainSizeWhenHidden(part != ui_->ChosenLabel || !lean);
+        part->setSizePolicy(keeps);
+    }
+    showChosenRun();
+}
+
 void frmTarn::formDress() {
     const QPalette colours = palette();
+    const auto keepRoom = [](QLabel& label, const QString& text) {
+        label.setMinimumWidth(label.indent() + label.fontMetrics().horizontalAdvance(text));
+    };
+    keepRoom(*ui_->SelectedCount, tr("1 selected"));
+    keepRoom(*ui_->SelectedTotals, tr("100 students, 100.00 miles, 100.00 minutes"));
+    keepRoom(*ui_->ChosenRun, QStringLiteral("10000-10"));
+    keepRoom(*ui_->ChosenDescription, QStringLiteral("\u2026"));
     ui_->ChosenSign->setPixmap(signBeside(*ui_->ChosenSign, [&](QPainter& painter, QRectF square) {
         controls::drawChosenSign(painter, square, colours.color(QPalette::Highlight));
     }));
@@ -121,16 +140,16 @@ void frmTarn::arrangeCriteria() {
         return;
     }
     arranged_ = wanted;
+    keepPlaceOfChoice();
     arrangeHeading();
     arrangeRunPage();
     arrangeSchoolPage();
     arrangeRoutePage();
-    showToResolve();
 }
 
 /// Heading and district stand beside the tabs, or above them.
 void frmTarn::arrangeHeading() {
-    const bool above = arranged_ == Criteria::Lean;
+    const bool above = arranged_ != Criteria::Wide;
     ui_->RunTab->setCornerWidget(above ? nullptr : ui_->Heading, Qt::TopLeftCorner);
     ui_->RunTab->setCornerWidget(above ? nullptr : headingEnd_, Qt::TopRightCorner);
     if (above) {

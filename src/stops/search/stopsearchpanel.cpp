@@ -123,7 +123,7 @@ void StopSearchPanel::fitCriteria() {
     const int bar = lean_ ? ui_->CriteriaArea->verticalScrollBar()->sizeHint().width() : 0;
     ui_->CriteriaArea->setMinimumSize(ui_->Criteria->minimumSizeHint().width() + bar,
                                       lean_ ? FewRows * row : all);
-    ui_->CriteriaArea->setMaximumHeight(lean_ ? 2 * FewRows * row : all);
+    ui_->CriteriaArea->setMaximumHeight(lean_ ? (FewRows + 1) * row : all);
 }
 
 void StopSearchPanel::wire() {
@@ -397,7 +397,23 @@ void StopSearchPanel::showCount() {
                          : turn_.isActive() ? tr("%1 so far").arg(rows)
                                             : QString::number(rows));
     const int count = list().selectedCount();
-    ui_->SelectedCount->setText(count == 0 ? QString() : tr("%n selected", nullptr, count));
+    ui_->SelectedCount->setText(
+        count == 0 ? QString() : tr("%n selected", nullptr, count) + studentsOfSelected());
+}
+
+/// Of trip records, which know them; stops do not.
+QString StopSearchPanel::studentsOfSelected() const {
+    const auto& stops = list();
+    const auto& columns = stops.table().columns;
+    const auto column = std::ranges::find(columns, "NUM_STUDENTS", &table::TableColumn::name);
+    if (column == columns.end()) {
+        return {};
+    }
+    std::int64_t students = 0;
+    for (const int row : stops.selectedRows()) {
+        students += stops.cellValue(row, "NUM_STUDENTS").asInteger();
+    }
+    return tr(", %n student(s)", nullptr, static_cast<int>(students));
 }
 
 }  // namespace stops

@@ -79,6 +79,7 @@ private:
     [[nodiscard]] ChosenStop stopAt(int row) const;
     void goOnAt(int row, const ChosenStop& former);
     void showCount();
+    [[nodiscard]] QString studentsOfSelected() const;
 
     std::unique_ptr<Ui::StopSearchPanel> ui_;
     std::string startTripType_;
