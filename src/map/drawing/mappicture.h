@@ -49,8 +49,4 @@ private:
     std::unique_ptr<Parts> parts_;
 };
 
-/// The whole map at once, for paper and small pictures. Homes are left out where `printed`.
-void paintMap(QPainter& painter, const Ground& ground, const Scene& scene, const Theme& theme,
-              const Camera& camera, bool printed = false);
-
 }  // namespace map

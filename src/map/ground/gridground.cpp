@@ -1,11 +1,9 @@
-#include <array>
 #include <cmath>
-
-#include <fmt/format.h>
 
 #include "map/ground/camera.h"
 #include "map/ground/ground.h"
 #include "map/ground/zoomrules.h"
+#include "streets/network/gridnetwork.h"
 
 namespace map {
 
@@ -13,18 +11,10 @@ namespace {
 
 using streets::StreetClass;
 
-std::string ordinal(long number) {
-    constexpr std::array Endings{"th", "st", "nd", "rd"};
-    const long tens = std::abs(number) % 100;
-    const long ones = tens % 10;
-    const bool isPlain = ones > 3 || (tens >= 11 && tens <= 13);
-    return fmt::format("{}{}", number, Endings[static_cast<std::size_t>(isPlain ? 0 : ones)]);
-}
-
-long mod(long number, long by) { return ((number % by) + by) % by; }
+int mod(int number, int by) { return ((number % by) + by) % by; }
 
 /// Each fourth street is broader, each twelfth the broadest.
-StreetClass classOf(long number) {
+StreetClass classOf(int number) {
     if (mod(number, 12) == 1) {
         return StreetClass::Primary;
     }
@@ -51,26 +41,28 @@ public:
     [[nodiscard]] bool hasSides() const override { return false; }
 
 private:
-    [[nodiscard]] long blockOf(double feet) const {
-        return std::lround(std::floor(feet / blockFeet_)) + 1;
+    [[nodiscard]] int blockOf(double feet) const {
+        return static_cast<int>(std::floor(feet / blockFeet_)) + 1;
     }
-    [[nodiscard]] double middleOf(long block) const {
-        return (static_cast<double>(block) - 0.5) * blockFeet_;
-    }
+    [[nodiscard]] double middleOf(int block) const { return (block - 0.5) * blockFeet_; }
 
     void takeStreets(GroundPart& part, const streets::Box& box, StreetClass kind) const {
-        for (long block = blockOf(box.low.y); block <= blockOf(box.high.y); ++block) {
+        const int last = blockOf(box.high.y);
+        for (int block = blockOf(box.low.y); block <= last; ++block) {
             if (classOf(block) == kind) {
                 const double y = middleOf(block);
-                take(part, kind, ordinal(block) + " Street", {{box.low.x, y}, {box.high.x, y}});
+                take(part, kind, streets::gridStreet(y, blockFeet_),
+                     {{box.low.x, y}, {box.high.x, y}});
             }
         }
     }
     void takeAvenues(GroundPart& part, const streets::Box& box, StreetClass kind) const {
-        for (long block = blockOf(box.low.x); block <= blockOf(box.high.x); ++block) {
+        const int last = blockOf(box.high.x);
+        for (int block = blockOf(box.low.x); block <= last; ++block) {
             if (classOf(block) == kind) {
                 const double x = middleOf(block);
-                take(part, kind, ordinal(block) + " Avenue", {{x, box.low.y}, {x, box.high.y}});
+                take(part, kind, streets::gridAvenue(x, blockFeet_),
+                     {{x, box.low.y}, {x, box.high.y}});
             }
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -12,24 +13,27 @@
 
 namespace map {
 
+/// Asked in between by what takes long: false where nobody waits for it any more.
+using KeepGoing = std::function<bool()>;
+
 /// Street pieces of one name and class, joined end to end.
 struct Stroke {
     streets::StreetClass kind = streets::StreetClass::Residential;
-    std::string_view name;  ///< spelled out; empty where the street has none
-    std::span<const geo::Feet> points;
+    std::string_view name = {};  ///< spelled out; empty where the street has none
+    std::span<const geo::Feet> points = {};
     bool oneWay = false;  ///< driven along its points only
     bool closed = false;  ///< no bus drives it
 };
 
 struct Area {
     streets::GroundKind kind = streets::GroundKind::Park;
-    std::string_view name;
+    std::string_view name = {};
     const std::vector<std::vector<geo::Feet>>* rings = nullptr;  ///< a rail or stream has one, open
 };
 
 struct House {
-    std::string_view number;
-    geo::Feet at;
+    std::string_view number = {};
+    geo::Feet at = {};
 };
 
 /// What of the ground lies in a rectangle. Lives no longer than its ground.
@@ -38,9 +42,10 @@ struct GroundPart {
     GroundPart(GroundPart&&) = default;
     GroundPart& operator=(GroundPart&&) = default;
 
-    std::vector<Area> areas;
-    std::vector<Stroke> strokes;  ///< those of one class stand together, the narrowest class first
-    std::vector<House> houses;
+    std::vector<Area> areas = {};
+    std::vector<Stroke> strokes =
+        {};  ///< those of one class stand together, the narrowest class first
+    std::vector<House> houses = {};
 
     // What was made for this part only; the spans and names above point here.
     std::deque<std::vector<geo::Feet>> madePoints;
