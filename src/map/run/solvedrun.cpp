@@ -1,0 +1,299 @@
+#include "map/run/solvedrun.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "data/runs/runrow.h"
+#include "map/run/allornothing.h"
+#include "map/run/fields.h"
+#include "platform/ado/recordset.h"
+#include "platform/ado/sqltext.h"
+#include "platform/base/ports.h"
+#include "stops/sequence/runstops.h"
+
+namespace map {
+
+namespace {
+
+constexpr double SecondsPerMinute = 60;
+
+streets::RunStop stopToSolve(const MappedStop& stop) {
+    return {.id = stop.intStopId,
+            .stopId = stop.stopId,
+            .address = stop.name,
+            .passed = stop.kind == StopKind::TurnPoint,
+            .placed = stop.isPlaced,
+            .at = stop.at,
+            .side = stop.wantsRightSide ? streets::DoorSide::Right : streets::DoorSide::Either,
+            .students = stop.students,
+            .loadMinutes = stop.loadMinutes};
+}
+
+bool isSame(geo::Feet one, geo::Feet other) { return one.x == other.x && one.y == other.y; }
+
+[[noreturn]] void refuseChanged(const MappedRun& run) {
+    throw ChangedMeanwhile(fmt::format(
+        "Another planner has changed the stops of the run {} meanwhile.  Nothing was saved.",
+        run.id));
+}
+
+void noteChange(ado::Recordset& row, const std::string& user) {
+    row["ChangedBy"].Value(user);
+    row["changeddt"].Value(base::Now());
+}
+
+void saveStops(ado::Connection& routing, const MappedRun& run, const streets::Solution& solution,
+               const std::string& user) {
+    ado::Recordset rows;
+    rows.Open("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
+                  ado::escaped(run.id) + "' ORDER BY STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
+              routing, ado::CursorType::Dynamic);
+    std::size_t at = 0;
+    for (; !rows.Eof(); rows.MoveNext(), ++at) {
+        if (at >= run.stops.size() || rows["ID"].asInteger() != run.stops[at].stopTripId) {
+            refuseChanged(run);
+        }
+        const auto& found = solution.stops[at];
+        rows["DIST_TOSTOP"].Value(found.miles);
+        rows["TIME_TOSTOP"].Value(found.driveMinutes);
+        if (found.time) {
+            rows["TIME_AT_STOP"].Value(*found.time);
+        }
+        rows["CUM_TIME"].Value(found.cumulatedMinutes);
+        rows["CUM_MILES"].Value(found.cumulatedMiles);
+        if (solution.sides && found.halt) {
+            rows["RUN_PICKUP_SIDE"].Value(found.halt->rightSide ? "right" : "left");
+        }
+        noteChange(rows, user);
+        rows.Update();
+    }
+    if (at != run.stops.size()) {
+        refuseChanged(run);
+    }
+}
+
+void saveDirections(ado::Connection& routing, const MappedRun& run,
+                    const streets::Solution& solution) {
+    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(run.id) + "'");
+    ado::Recordset rows;
+    rows.Open("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing, ado::CursorType::Dynamic);
+    for (const auto& line : solution.directions) {
+        rows.AddNew();
+        rows["RUN"].Value(run.id);
+        rows["INT_STOPID"].Value(run.stops[line.stop].intStopId);
+        rows["STOPID"].Value(run.stops[line.stop].stopId);
+        rows["LINETYPE"].Value(line.type);
+        rows["LINETEXT1"].Value(line.text1);
+        rows["LINETEXT2"].Value(line.text2);
+        rows["SHORTTEXT"].Value(line.shortText);
+        rows["SHORTDIST"].Value(line.shortDistance);
+        rows.Update();
+    }
+}
+
+void saveTotals(ado::Connection& routing, const MappedRun& run, const streets::Solution& solution,
+                const std::string& user) {
+    ado::Recordset row;
+    if (!data::openRun(row, routing, run.id, ado::CursorType::Dynamic)) {
+        refuseChanged(run);
+    }
+    const auto idOrNull = [](std::int64_t id) { return id == 0 ? base::Value() : base::Value(id); };
+    row["STARTTIME"].Value(solution.start);
+    row["ENDTIME"].Value(solution.end);
+    row["TOTAL_TIME"].Value(solution.totalMinutes);
+    row["TOTAL_MILES"].Value(solution.totalMiles);
+    row["total_stops"].Value(solution.timedStops);
+    row["FirstStop"].Value(idOrNull(solution.firstStop));
+    row["LastStop"].Value(idOrNull(solution.lastStop));
+    row["REGENERATE"].Value(false);
+    noteChange(row, user);
+    row.Update();
+}
+
+std::vector<std::int64_t> keysOf(const MappedRun& run) {
+    std::vector<std::int64_t> keys;
+    std::ranges::transform(run.stops, std::back_inserter(keys), &MappedStop::stopTripId);
+    return keys;
+}
+
+void requireOrder(ado::Connection& routing, const MappedRun& run) {
+    std::vector<std::int64_t> keys;
+    std::ranges::transform(stops::readRunStops(routing, run.id), std::back_inserter(keys),
+                           &stops::RunStop::stopTripId);
+    if (keys != keysOf(run)) {
+        refuseChanged(run);
+    }
+}
+
+/// One after the other is put in front of the one in whose place it comes.
+void saveOrder(ado::Connection& routing, const MappedRun& stored, const MappedRun& changed,
+               const std::string& user) {
+    requireOrder(routing, stored);
+    auto keys = keysOf(stored);
+    const auto wanted = keysOf(changed);
+    const stops::EditedRun edited{
+        .run = stored.id, .tripType = stored.tripType, .user = user, .isMapped = true};
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (keys[i] == wanted[i]) {
+            continue;
+        }
+        const auto from =
+            std::find(keys.begin() + static_cast<std::ptrdiff_t>(i), keys.end(), wanted[i]);
+        const std::vector moved{wanted[i]};
+        if (from == keys.end() ||
+            !stops::placeStops(routing, edited, moved, keys[i]).changedByAnother.empty()) {
+            refuseChanged(stored);
+        }
+        std::rotate(keys.begin() + static_cast<std::ptrdiff_t>(i), from, from + 1);
+    }
+}
+
+void savePlace(ado::Connection& routing, const MappedRun& run, const MappedStop& from,
+               geo::Feet to) {
+    ado::Recordset row;
+    row.Open(fmt::format("SELECT STOP.* FROM STOP WHERE STOP.INT_STOPID={}", from.intStopId),
+             routing, ado::CursorType::Dynamic);
+    if (row.Eof() || !isSame(placeOf(row), from.at)) {
+        refuseChanged(run);
+    }
+    row["XPOS"].Value(to.x);
+    row["YPOS"].Value(to.y);
+    row.Update();
+    row.Close();
+    routing.Execute(fmt::format(
+        "UPDATE RUN SET RUN.REGENERATE=True WHERE RUN.RUN IN (SELECT STOP_TRIPTYPE.RUN FROM "
+        "STOP_TRIPTYPE WHERE STOP_TRIPTYPE.INT_STOPID={})",
+        from.intStopId));
+}
+
+void savePlaces(ado::Connection& routing, const MappedRun& stored, const MappedRun& changed) {
+    for (const auto& stop : changed.stops) {
+        const auto from = std::ranges::find(stored.stops, stop.stopTripId, &MappedStop::stopTripId);
+        if (from != stored.stops.end() && !isSame(from->at, stop.at)) {
+            savePlace(routing, stored, *from, stop.at);
+        }
+    }
+}
+
+std::string moreOrLess(double figure, std::string_view unit, int decimals) {
+    return fmt::format("{:.{}f} {}", std::abs(figure), decimals, unit);
+}
+
+}  // namespace
+
+ChangedMeanwhile::ChangedMeanwhile(const std::string& what)
+    : RunTimeError(base::errors::InvalidProcedureCall, what) {}
+
+streets::RunToSolve runToSolve(const MappedRun& run) {
+    streets::RunToSolve told;
+    told.pickup = run.isPickup;
+    told.anchor = run.countsFromStart ? streets::Anchor::Start : streets::Anchor::End;
+    told.time = (run.countsFromStart ? run.start : run.end).value_or(base::Date{});
+    std::ranges::transform(run.stops, std::back_inserter(told.stops), stopToSolve);
+    return told;
+}
+
+void saveSolution(ado::Connection& routing, const MappedRun& run, const streets::Solution& solution,
+                  const std::string& user) {
+    AllOrNothing unit(routing);
+    saveStops(routing, run, solution, user);
+    saveDirections(routing, run, solution);
+    saveTotals(routing, run, solution, user);
+    unit.finish();
+}
+
+MappedRun inOrder(const MappedRun& run, std::span<const std::size_t> order) {
+    MappedRun changed = run;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        changed.stops[i] = run.stops[order[i]];
+    }
+    return changed;
+}
+
+std::optional<MappedRun> withStopMoved(const MappedRun& run, std::size_t stop, std::size_t before) {
+    const auto kind = run.stops[stop].kind;
+    if (kind == StopKind::School || kind == StopKind::Garage || before == stop ||
+        before == stop + 1) {
+        return std::nullopt;
+    }
+    MappedRun changed = run;
+    const auto first = changed.stops.begin();
+    const auto at = first + static_cast<std::ptrdiff_t>(stop);
+    const auto to = first + static_cast<std::ptrdiff_t>(before);
+    if (before < stop) {
+        std::rotate(to, at, at + 1);
+    } else {
+        std::rotate(at, at + 1, to);
+    }
+    return changed;
+}
+
+MappedRun withStopAt(const MappedRun& run, std::size_t stop, geo::Feet at) {
+    MappedRun changed = run;
+    changed.stops[stop].at = at;
+    changed.stops[stop].isPlaced = true;
+    return changed;
+}
+
+void saveChanged(ado::Connection& routing, const MappedRun& stored, const MappedRun& changed,
+                 const streets::Solution& solution, const std::string& user) {
+    AllOrNothing unit(routing);
+    const bool isReordered = keysOf(stored) != keysOf(changed);
+    if (isReordered) {
+        saveOrder(routing, stored, changed, user);
+        stops::needDeadHeadBuild(routing);
+    }
+    savePlaces(routing, stored, changed);
+    saveSolution(routing, changed, solution, user);
+    unit.finish();
+}
+
+std::optional<double> Comparison::Stop::minutesLater() const {
+    if (!before || !after) {
+        return std::nullopt;
+    }
+    return static_cast<double>(after->seconds - before->seconds) / SecondsPerMinute;
+}
+
+Comparison compare(const MappedRun& run, const streets::Solution& solution) {
+    Comparison comparison{.minutesMore = solution.totalMinutes - run.minutes,
+                          .milesMore = solution.totalMiles - run.miles};
+    for (std::size_t i = 0; i < run.stops.size(); ++i) {
+        const auto& stop = comparison.stops.emplace_back(
+            Comparison::Stop{.before = run.stops[i].time, .after = solution.stops[i].time});
+        comparison.changed += std::abs(stop.minutesLater().value_or(0)) >= 0.5 ? 1 : 0;
+    }
+    return comparison;
+}
+
+std::string gainText(const Comparison& comparison) {
+    const auto told = [](double more) { return more < 0 ? "shorter" : "longer"; };
+    const bool sameMinutes = std::abs(comparison.minutesMore) < 0.05;
+    const bool sameMiles = std::abs(comparison.milesMore) < 0.005;
+    const auto minutes = moreOrLess(comparison.minutesMore, "minutes", 1);
+    const auto miles = moreOrLess(comparison.milesMore, "miles", 2);
+    if (sameMinutes && sameMiles) {
+        return "As long as before";
+    }
+    if (sameMinutes || sameMiles) {
+        return fmt::format("{} {}", sameMiles ? minutes : miles,
+                           told(sameMiles ? comparison.minutesMore : comparison.milesMore));
+    }
+    if ((comparison.minutesMore < 0) == (comparison.milesMore < 0)) {
+        return fmt::format("{}, {} {}", minutes, miles, told(comparison.minutesMore));
+    }
+    return fmt::format("{} {}, {} {}", minutes, told(comparison.minutesMore), miles,
+                       told(comparison.milesMore));
+}
+
+std::string signedMinutes(double minutes) {
+    const double shown = std::round(minutes * 10) / 10;
+    return shown > 0   ? fmt::format("+{:.1f}", shown)
+           : shown < 0 ? fmt::format("−{:.1f}", -shown)
+                       : "0.0";
+}
+
+}  // namespace map
