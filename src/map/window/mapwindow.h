@@ -1,0 +1,147 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "map/ground/camera.h"
+#include "map/run/mapsearch.h"
+#include "map/window/panelrows.h"
+#include "map/window/placing.h"
+#include "map/window/runscene.h"
+#include "platform/ado/connection.h"
+#include "startup/forms/trappedform.h"
+#include "streets/district/districtstreets.h"
+
+namespace Ui {
+class MapWindow;
+}
+
+namespace map {
+
+class SearchBox;
+struct Hit;
+
+/// What the window works on.
+struct MapDistrict {
+    ado::Connection& routing;
+    std::shared_ptr<const streets::DistrictStreets> streets;
+    std::function<std::string()> user;  ///< whom changes are put down to
+};
+
+/// What became of a run that was solved.
+enum class Decision { TakenOver, Kept };
+
+/// The map: one run with its way and stops, or several in their colours. A run that was solved is
+/// shown beside what is stored, and nothing is saved until the planner takes it over.
+class MapWindow : public startup::TrappedForm {
+    Q_OBJECT
+
+public:
+    explicit MapWindow(MapDistrict district);
+    ~MapWindow() override;
+
+    /// Shows a run, and brings the window to the front. A run that is waiting for the planner's
+    /// decision is kept as it was.
+    void showRun(const std::string& run);
+    using Decided = std::function<void(Decision)>;
+    /// Shows a run before and after, and tells once what the planner decides; a window that is
+    /// closed keeps the old way. Several runs wait for one another.
+    void ask(const std::string& run, Decided decided);
+    /// A run was solved and saved by others: where it is shown it is read again.
+    void runSaved(const std::string& run);
+    /// Whether a run that another program sends is taken over only when the planner says so.
+    [[nodiscard]] static bool asksFirst();
+
+    void SolveIt_Click();
+    void TakeOver_Click();
+    void KeepOldWay_Click();
+    void OpenRun_Click();
+    void MoveStop_Click(bool on);
+    void SuggestOrder_Click();
+    void SolveRuns_Click();
+    void Directions_Click();
+    void CloseIt_Click();
+    void SchoolRuns_Click();
+    void RouteRuns_Click();
+    void Reload();
+
+protected:
+    void Form_Load() override;
+    void Form_Activate() override;
+    void Form_Unload() override;
+    void formDress() override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    struct Asked {
+        std::string run;
+        Decided decided;
+    };
+    enum class View { Nothing, Run, Compared, Candidates, Directions, Runs };
+
+    void wireControls();
+    void wireMap();
+    void fillMenu();
+    [[nodiscard]] bool isOfOneRun() const { return view_ != View::Runs && view_ != View::Nothing; }
+
+    /// False where there is no such run; the window says so.
+    bool read(const std::string& run);
+    void show(View view);
+    void showPanel();
+    void showScene(bool fits);
+    void showButtons();
+    void showTrouble();
+    void tellStatus();
+    void arrange();
+
+    void chooseRow(int row);
+    void activateRow(int row);
+    void chooseStop(std::size_t stop);
+    bool step(bool forward);
+    void chooseHit(const Hit& hit);
+    void openHit(const Hit& hit);
+    void enterStop();
+    void leaveStop();
+    [[nodiscard]] std::size_t stopOf(const Hit& hit) const;
+    [[nodiscard]] QString toldOf(const Hit& hit) const;
+
+    void showRuns(std::vector<MappedRun> runs, const std::string& heading);
+    void solveNext();
+    void askNext();
+    void answerAsked(Decision decision);
+    void decide(Decision decision);
+    void find(const SearchHit& hit);
+
+    void wireStops();
+    /// Shows the run as it was changed on the map, beside what is stored.
+    void compareWith(ShownRun changed);
+    void dropRow(int row, int before);
+    void dragStop(const Hit& hit, geo::Feet to);
+    void dropStop(const Hit& hit, geo::Feet to);
+    void showMenu(const QPoint& at, geo::Feet place);
+    void placeStop(std::size_t stop, geo::Feet at);
+
+    std::unique_ptr<Ui::MapWindow> ui_;
+    MapDistrict district_;
+    View view_ = View::Nothing;
+    MappedRun stored_;  ///< what is shown, as it was read
+    ShownRun shown_;
+    std::size_t chosenStop_ = NoStop;
+    std::optional<Comparison> comparison_;
+    std::vector<Candidate> candidates_;
+    std::vector<std::vector<geo::Feet>> oldLines_;
+    std::deque<Asked> asked_;  ///< the first one is shown
+    std::vector<ShownRun> runs_;
+    std::size_t chosenRun_ = 0;
+    std::string runsHeading_;
+    std::deque<std::string> toSolve_;
+    std::optional<Camera> before_;  ///< where the map was before a stop was entered
+    std::string news_;              ///< what has just happened; stands in the status line
+};
+
+}  // namespace map

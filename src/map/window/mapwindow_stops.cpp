@@ -1,0 +1,165 @@
+#include <QMenu>
+#include <algorithm>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "map/run/fields.h"
+#include "map/window/mapwindow.h"
+#include "platform/ado/recordset.h"
+#include "platform/controls/qtext.h"
+#include "streets/order/order.h"
+
+#include "ui_mapwindow.h"
+
+// What changes a run on the map: stops that are moved, placed and put into another order.
+
+namespace map {
+
+namespace {
+
+using controls::toQt;
+
+double longestRide(ado::Connection& routing) {
+    ado::Recordset district;
+    district.Open("SELECT District.MaxRideTime FROM District", routing);
+    return district.Eof() ? 0 : numberOf(district["MaxRideTime"]);
+}
+
+std::vector<bool> fixedStops(const MappedRun& run) {
+    std::vector<bool> fixed;
+    for (const auto& stop : run.stops) {
+        fixed.push_back(stop.kind == StopKind::School || stop.kind == StopKind::Garage);
+    }
+    return fixed;
+}
+
+std::string suggestionText(const streets::OrderSuggestion& found) {
+    const auto& today = found.today;
+    const auto& better = found.suggested;
+    return fmt::format("Longest ride {:.0f} minutes instead of {:.0f}; {}{}",
+                       better.longestRideMinutes, today.longestRideMinutes,
+                       found.isBest ? "no order is quicker" : "a quicker order may exist",
+                       found.keepsLimits ? "" : "; seats or ride time are exceeded");
+}
+
+}  // namespace
+
+void MapWindow::wireStops() {
+    on(ui_->Rows, &RowList::rowDropped, "Rows_Drop", &MapWindow::dropRow);
+    on(ui_->Streets, &MapView::stopDragged, "Streets_Drag", &MapWindow::dragStop);
+    on(ui_->Streets, &MapView::stopDropped, "Streets_Drop", &MapWindow::dropStop);
+    on(ui_->Streets, &MapView::stopPutBack, "Streets_PutBack", [this] {
+        news_ = "The stop is where it was";
+        shown_ = {.run = stored_, .way = wayOf(district_.streets->network(), stored_)};
+        show(View::Run);
+    });
+    on(ui_->Streets, &MapView::menuAsked, "Streets_Menu", &MapWindow::showMenu);
+}
+
+void MapWindow::compareWith(ShownRun changed) {
+    shown_ = std::move(changed);
+    if (!shown_.way.isKnown()) {
+        const auto told = runToSolve(shown_.run);
+        const auto& unserved = shown_.way.solution.unserved.front();
+        news_ =
+            streets::complaint(told.stops[unserved.stop], unserved.why) + " Nothing was changed";
+        shown_ = {.run = stored_, .way = wayOf(district_.streets->network(), stored_)};
+        return show(View::Run);
+    }
+    comparison_ = compare(shown_.run, shown_.way.solution);
+    chosenStop_ = NoStop;
+    show(View::Compared);
+}
+
+/// Rows are stops but for the garage and turn points.
+void MapWindow::dropRow(int row, int before) {
+    const auto* from = ui_->Rows->row(row);
+    const auto* to = ui_->Rows->row(before);
+    if (view_ != View::Run || from == nullptr || from->index >= stored_.stops.size()) {
+        return;
+    }
+    const auto place = to == nullptr || to->index >= stored_.stops.size()
+                           ? (before <= 0 ? 0 : stored_.stops.size())
+                           : to->index;
+    if (auto changed = withStopMoved(stored_, from->index, place)) {
+        auto way = wayOf(district_.streets->network(), *changed);
+        compareWith({.run = std::move(*changed), .way = std::move(way)});
+    }
+}
+
+/// The way follows the stop, and the minutes with it.
+void MapWindow::dragStop(const Hit& hit, geo::Feet to) {
+    const auto stop = view_ == View::Run ? stopOf(hit) : NoStop;
+    if (stop == NoStop) {
+        return;
+    }
+    const auto dragged = candidateAt(*district_.streets, stored_, stop, to);
+    const int number = stored_.numberOf(stop);
+    if (!dragged) {
+        ui_->Status->setText(tr("Stop %1: no bus can serve it there").arg(number));
+        return;
+    }
+    const auto comparison = compare(stored_, dragged->shown.way.solution);
+    ui_->Streets->showScene(comparisonScene(dragged->shown, comparison, oldLines_, stop));
+    ui_->Status->setText(
+        tr("Stop %1: %2, %3 minutes. Esc puts it back")
+            .arg(number)
+            .arg(toQt(dragged->name), toQt(signedMinutes(comparison.minutesMore))));
+}
+
+void MapWindow::dropStop(const Hit& hit, geo::Feet to) {
+    if (const auto stop = view_ == View::Run ? stopOf(hit) : NoStop; stop != NoStop) {
+        placeStop(stop, to);
+    }
+}
+
+void MapWindow::placeStop(std::size_t stop, geo::Feet at) {
+    auto run = withStopAt(stored_, stop, at);
+    auto way = wayOf(district_.streets->network(), run);
+    compareWith({.run = std::move(run), .way = std::move(way)});
+    if (view_ == View::Compared) {
+        chooseStop(stop);
+    }
+}
+
+void MapWindow::showMenu(const QPoint& at, geo::Feet place) {
+    if (view_ != View::Run || chosenStop_ == NoStop || shown_.run.numberOf(chosenStop_) == 0) {
+        return;
+    }
+    QMenu menu(this);
+    const int number = shown_.run.numberOf(chosenStop_);
+    const auto* here = menu.addAction(shown_.run.stops[chosenStop_].isPlaced
+                                          ? tr("&Move Stop %1 Here").arg(number)
+                                          : tr("&Place Stop %1 Here").arg(number));
+    const auto stop = chosenStop_;
+    if (menu.exec(at) == here) {
+        placeStop(stop, place);
+    }
+}
+
+void MapWindow::MoveStop_Click(bool on) {
+    ui_->Streets->setMovingStops(on);
+    news_ = on ? "Drag a stop to where it should be" : "Stops are dragged with Alt only";
+    tellStatus();
+}
+
+void MapWindow::SuggestOrder_Click() {
+    if (!read(stored_.id)) {
+        return tellStatus();
+    }
+    const auto found = streets::suggestOrder(
+        district_.streets->network(), runToSolve(stored_), fixedStops(stored_),
+        {.seats = stored_.seats.value_or(0), .rideMinutes = longestRide(district_.routing)});
+    if (!found.unserved.empty() || std::ranges::is_sorted(found.suggested.stops)) {
+        news_ = found.unserved.empty() ? "No quicker order was found"
+                                       : "An order can be suggested once all stops can be served";
+        return show(View::Run);
+    }
+    auto changed = inOrder(stored_, found.suggested.stops);
+    auto way = wayOf(district_.streets->network(), changed);
+    news_ = suggestionText(found);
+    compareWith({.run = std::move(changed), .way = std::move(way)});
+}
+
+}  // namespace map

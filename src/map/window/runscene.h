@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "map/drawing/scene.h"
+#include "map/run/mappedrun.h"
+#include "map/run/solvedrun.h"
+#include "streets/network/network.h"
+#include "streets/solve/solve.h"
+
+namespace map {
+
+/// The way that a run drives on today's streets.
+struct RunWay {
+    streets::Solution solution = {};  ///< where it has unserved stops there is no way
+    /// Between the garage and the run's first stop on a run to school, from its last one on a run
+    /// home.
+    std::optional<streets::Leg> empty = {};
+
+    [[nodiscard]] bool isKnown() const {
+        return solution.unserved.empty() && !solution.stops.empty();
+    }
+};
+
+[[nodiscard]] RunWay wayOf(const streets::Network& network, const MappedRun& run);
+
+/// A run with its way, as several of them are shown.
+struct ShownRun {
+    MappedRun run = {};
+    RunWay way = {};
+    bool isShown = true;
+};
+
+/// None of the stops.
+inline constexpr std::size_t NoStop = static_cast<std::size_t>(-1);
+
+/// What of a scene is to be seen at first: its runs, and the garage unless it lies so far away that
+/// they would become small.
+[[nodiscard]] streets::Box firstSight(const Scene& scene);
+
+/// One run: its way with the minutes of each leg, its numbered stops, school and garage.
+[[nodiscard]] Scene sceneOf(const ShownRun& shown, std::size_t chosenStop);
+/// A run before and after: what is no longer driven of the old lines, and minutes at the stops.
+[[nodiscard]] Scene comparisonScene(const ShownRun& shown, const Comparison& comparison,
+                                    std::span<const std::vector<geo::Feet>> oldLines,
+                                    std::size_t chosenStop);
+/// Several runs in their colours, the chosen one broader.
+[[nodiscard]] Scene sceneOf(std::span<const ShownRun> runs, std::size_t chosen);
+
+/// The lines that a run drives, leg by leg.
+[[nodiscard]] std::vector<std::vector<geo::Feet>> linesOf(const RunWay& way);
+
+/// The finding that names a stop; null where none does.
+[[nodiscard]] const RunFinding* findingAt(const MappedRun& run, const MappedStop& stop);
+/// "east side": where the stop lies from the middle of its street; "" where sides do not count.
+[[nodiscard]] std::string sideOf(const MappedStop& stop, const std::optional<streets::Halt>& halt,
+                                 bool sides);
+
+}  // namespace map

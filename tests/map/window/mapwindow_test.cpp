@@ -1,0 +1,224 @@
+#include "map/window/mapwindow.h"
+
+#include <QAccessible>
+#include <QTest>
+
+#include "map/window/mapview.h"
+#include "map/window/rowlist.h"
+#include "startup/base/session.h"
+#include "streets/network/gridnetwork.h"
+#include "support/formtest.h"
+#include "support/runbuilder.h"
+
+namespace map {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+/// Stops a mile apart, three minutes of driving.
+void fillMile(const support::TestDistrict& district) {
+    support::fillSmall(district);
+    const auto at = [](int miles, const char* address) {
+        return support::TestDistrict::Row{
+            {"XPOS", 660 + 5280 * miles}, {"YPOS", 660}, {"ADDR1", address}};
+    };
+    for (const std::string run : {"MILE-1", "MILE-2"}) {
+        support::RunBuilder(run)
+            .school("OAK")
+            .ends("8:00")
+            .with("PICKUP", true)
+            .with("TimeToUse", "End Time")
+            .with("TOTAL_TIME", 20)
+            .stop(run + "A", {.students = 4, .at = "7:40", .ofStop = at(0, "First")})
+            .stop(run + "B", {.students = 2, .at = "7:44", .ofStop = at(2, "Second")})
+            .stop(run + "C", {.students = 3, .at = "7:50", .ofStop = at(1, "Third")})
+            .stop(run + "S", {.at = "8:00", .type = "SCHOOL", .ofStop = at(3, "School")})
+            .into(district);
+    }
+}
+
+class MapWindowForm : public support::FormTest<> {
+protected:
+    MapWindowForm() : FormTest(fillMile) { window().showRun("MILE-1"); }
+    MapWindow& form() override { return window(); }
+    static MapWindow& window() {
+        static const auto streets = std::make_shared<const streets::DistrictStreets>(
+            streets::gridNetwork({}), streets::Grid{});
+        return made<MapWindow>(MapDistrict{*startup::gcnRouting, streets, [] { return "PAT"; }});
+    }
+    MapView& map() { return control<MapView>("Streets"); }
+    RowList& rowList() { return control<RowList>("Rows"); }
+    std::vector<std::string> rowsShown(std::size_t cell) {
+        std::vector<std::string> all;
+        for (int i = 0; rowList().row(i) != nullptr; ++i) {
+            all.push_back(rowList().row(i)->number + ":" + rowList().row(i)->cells[cell]);
+        }
+        return all;
+    }
+    static std::vector<std::string> times(const std::string& run = "MILE-1") {
+        return rows(
+            "SELECT STOP.ADDR1, STOP_TRIPTYPE.TIME_AT_STOP FROM STOP INNER JOIN "
+            "STOP_TRIPTYPE ON STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE "
+            "STOP_TRIPTYPE.RUN='" +
+            run + "' ORDER BY STOP_TRIPTYPE.RUNSEQ");
+    }
+};
+
+const auto Untouched =
+    ElementsAre("First|7:40:00 AM", "Second|7:44:00 AM", "Third|7:50:00 AM", "School|8:00:00 AM");
+
+TEST_F(MapWindowForm, ARunIsSavedOnlyWhenItIsTakenOver) {
+    EXPECT_THAT(rowsShown(1), ElementsAre("1:07:40", "2:07:44", "3:07:50", ":08:00"));
+    click("SolveIt");
+    EXPECT_THAT(rowsShown(2), ElementsAre("1:+5.0", "2:+7.0", "3:+4.0", ":0.0"));
+    EXPECT_THAT(text("Gain"), StartsWith("5.0 minutes shorter"));
+    EXPECT_THAT(times(), Untouched);
+    click("KeepOldWay");
+    EXPECT_THAT(times(), Untouched);
+    click("SolveIt");
+    click("TakeOver");
+    EXPECT_THAT(times(), ElementsAre("First|7:45:00 AM", "Second|7:51:00 AM", "Third|7:54:00 AM",
+                                     "School|8:00:00 AM"));
+    EXPECT_EQ(stored("SELECT TOTAL_TIME, TOTAL_MILES, REGENERATE, ChangedBy FROM RUN WHERE "
+                     "RUN='MILE-1'"),
+              "15|5|False|PAT");
+    EXPECT_EQ(stored("SELECT Count(*) FROM RUNDIR WHERE RUN='MILE-1' AND LINETYPE='Stop'"), "4");
+    EXPECT_EQ(text("Status"), "Run MILE-1 was taken over");
+}
+
+TEST_F(MapWindowForm, NothingIsSavedOverAnothersChange) {
+    click("SolveIt");
+    byOthers(
+        "UPDATE STOP_TRIPTYPE SET RUN='MILE-2' WHERE TIME_AT_STOP='1899-12-30 07:44:00' AND "
+        "RUN='MILE-1'");
+    click("TakeOver");
+    EXPECT_EQ(lastTitle(), "Not Saved");
+    EXPECT_THAT(rows("SELECT * FROM RUNDIR"), IsEmpty());
+    // The way is that of the stops that are left.
+    EXPECT_THAT(rowsShown(1), ElementsAre("1:07:51", "2:07:54", ":08:00"));
+    byOthers("DELETE FROM RUN WHERE RUN='MILE-1'");
+    click("KeepOldWay");
+    EXPECT_EQ(text("Status"), "The run MILE-1 is not there any more");
+}
+
+TEST_F(MapWindowForm, AnswersEachRunThatAsksOnceEvenWhenItIsClosed) {
+    std::vector<std::string> told;
+    const auto ask = [&](const std::string& run) {
+        window().ask(run, [&told, run](Decision decision) {
+            told.push_back(run + (decision == Decision::TakenOver ? " taken" : " kept"));
+        });
+    };
+    ask("MILE-1");
+    ask("MILE-2");
+    ask("NONE");
+    window().showRun("101-AM");
+    EXPECT_EQ(text("Heading"), "Run MILE-1: before and after");
+    click("TakeOver");
+    EXPECT_EQ(text("Heading"), "Run MILE-2: before and after");
+    // Whoever asks writes what it has found itself.
+    EXPECT_THAT(times(), Untouched);
+    click("CloseIt");
+    EXPECT_THAT(told, ElementsAre("MILE-1 taken", "MILE-2 kept", "NONE kept"));
+}
+
+TEST_F(MapWindowForm, AStopInAnotherPlaceOfTheOrderIsAPlannersMove) {
+    emit rowList().rowDropped(2, 1);
+    EXPECT_THAT(text("Heading"), HasSubstr("before and after"));
+    EXPECT_EQ(map().scene().oldWay.empty(), true) << "all of the old way is driven, once";
+    EXPECT_THAT(times(), Untouched);
+    click("TakeOver");
+    EXPECT_THAT(times(), ElementsAre("First|7:51:00 AM", "Third|7:54:00 AM", "Second|7:57:00 AM",
+                                     "School|8:00:00 AM"));
+    EXPECT_THAT(rows("SELECT StopID, ACTIVITYCODE, User FROM RUNLOG"),
+                ElementsAre("MILE-1C|3|PAT"));
+    // The school stays where it is.
+    emit rowList().rowDropped(3, 0);
+    EXPECT_THAT(text("Heading"), testing::Not(HasSubstr("before and after")));
+}
+
+TEST_F(MapWindowForm, AStopThatIsDraggedIsSavedWithItsRunOrPutBack) {
+    const auto hit = map().hitOfStop(1);
+    const geo::Feet to{660 + 5280 * 0.5, 660};
+    emit map().stopDragged(hit, to);
+    EXPECT_THAT(text("Status"), HasSubstr("Stop 2: "));
+    emit map().stopPutBack(hit);
+    EXPECT_EQ(map().scene().runs[0].stops[1].at.x, 660 + 5280 * 2);
+    emit map().stopDropped(hit, to);
+    byOthers("UPDATE STOP SET YPOS=YPOS+1 WHERE STOPID='MILE-1B'");
+    click("TakeOver");
+    EXPECT_EQ(lastTitle(), "Not Saved");
+    EXPECT_THAT(times(), Untouched);
+    click("KeepOldWay");
+    emit map().stopDropped(hit, to);
+    click("TakeOver");
+    EXPECT_EQ(stored("SELECT XPOS, YPOS FROM STOP WHERE STOPID='MILE-1B'"), "3300|660");
+    EXPECT_THAT(times(), ElementsAre("First|7:51:00 AM", "Second|7:52:30 AM", "Third|7:54:00 AM",
+                                     "School|8:00:00 AM"));
+}
+
+TEST_F(MapWindowForm, TabGoesFromStopToStopAndTellsEach) {
+    map().setFocus();
+    std::vector<std::string> told;
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyClick(&map(), Qt::Key_Tab);
+        auto* access = QAccessible::queryAccessibleInterface(&map());
+        ASSERT_NE(access->focusChild(), nullptr);
+        told.push_back(access->focusChild()->text(QAccessible::Name).toStdString());
+    }
+    EXPECT_THAT(told, ElementsAre("Stop 1 of 3, First, 07:40 AM, 4 board",
+                                  "Stop 2 of 3, Second, 07:44 AM, 2 board",
+                                  "Stop 3 of 3, Third, 07:50 AM, 3 board"));
+    EXPECT_EQ(rowList().chosen(), 2);
+    // Nearer to the stop and back.
+    const auto before = map().camera().feetPerPixel();
+    QTest::keyClick(&map(), Qt::Key_Return);
+    EXPECT_EQ(map().camera().feetPerPixel(), 1);
+    QTest::keyClick(&map(), Qt::Key_Escape);
+    EXPECT_EQ(map().camera().feetPerPixel(), before);
+}
+
+TEST_F(MapWindowForm, SeveralRunsAreShownHiddenAndSolvedOneAfterAnother) {
+    window().SchoolRuns_Click();
+    EXPECT_THAT(rowsShown(0), testing::IsSupersetOf({"MILE-1:3", "MILE-2:3"}));
+    const auto of = [&](const std::string& run) {
+        int row = 0;
+        while (rowList().row(row)->number != run) {
+            ++row;
+        }
+        return row;
+    };
+    for (int i = 0; rowList().row(i) != nullptr; ++i) {
+        if (i != of("MILE-1") && i != of("MILE-2")) {
+            rowList().choose(i);
+            QTest::keyClick(&rowList(), Qt::Key_Space);
+        }
+    }
+    EXPECT_THAT(text("Status"), StartsWith("2 of "));
+    click("SolveRuns");
+    click("KeepOldWay");
+    click("TakeOver");
+    EXPECT_THAT(times("MILE-1"), Untouched);
+    EXPECT_THAT(times("MILE-2"), testing::Not(Untouched));
+    rowList().choose(of("MILE-2"));
+    emit rowList().rowActivated(of("MILE-2"));
+    EXPECT_EQ(text("Heading"), "Run MILE-2");
+}
+
+TEST_F(MapWindowForm, FoldsItsPanelAndPutsItBelowTheMap) {
+    window().resize(1300, 700);
+    EXPECT_FALSE(rowList().isNarrow());
+    window().resize(1000, 700);
+    EXPECT_TRUE(rowList().isNarrow());
+    window().resize(700, 700);
+    EXPECT_FALSE(rowList().isNarrow());
+    EXPECT_LT(map().mapTo(&window(), QPoint(0, 0)).y(),
+              rowList().mapTo(&window(), QPoint(0, 0)).y());
+}
+
+}  // namespace
+
+}  // namespace map
