@@ -27,6 +27,7 @@ constexpr std::array Places{
     FormPlace{"RunLogInquiry", "", "run-log", ""},
     FormPlace{"frmRunSchdl", "", "run-schedule", ""},
     FormPlace{"frmRunSchdl", "SketchBar", "run-schedule", "trying-changes-out"},
+    FormPlace{"MapWindow", "", "map", "the-map-window"},
     FormPlace{"BellTimeChange", "", "bell-times", ""},
     FormPlace{"BellTimeChange", "CalcMethod", "bell-times", "how-the-new-times-are-found"},
     FormPlace{"frmGroupRunChange", "", "group-change", ""},

@@ -1,18 +1,27 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
+#include <span>
 
 #include <fmt/format.h>
 
+#include "help/viewer/guidedesk.h"
 #include "platform/dde/dbustransport.h"
+#include "platform/files/files.h"
 #include "platform/files/installation.h"
+#include "startup/base/applicationinfo.h"
 #include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlErrorHandler.h"
 #include "startup/base/session.h"
+#include "startup/desktop/desktopprogram.h"
 #include "startup/version/districtversion.h"
+#include "tools/map/mapscreen.h"
 #include "tools/map/mapservice.h"
 
 namespace {
@@ -63,8 +72,8 @@ Fault faultIn(const QCommandLineParser& words) {
 MapService::Manner mannerIn(QCoreApplication& application) {
     QCommandLineParser words;
     words.setApplicationDescription(QStringLiteral(
-        "The map's side of the exchange, for tests and demonstration: takes requests on the "
-        "session's bus under the name local.dde.ArcView and solves runs along a street grid.\n\n"
+        "The map of a district: takes requests on the session's bus under the name "
+        "local.dde.ArcView, shows runs in a window where there is a display, and solves them.\n\n"
         "Example: vireo-map --work 0.5 --play silence"));
     words.addHelpOption();
     words.addVersionOption();
@@ -76,7 +85,12 @@ MapService::Manner mannerIn(QCoreApplication& application) {
           QStringLiteral("seconds"), QStringLiteral("3")},
          {QStringLiteral("play"),
           QStringLiteral("A fault to play: refuse, silence, die, bad-answer, file-stays."),
-          QStringLiteral("fault")}});
+          QStringLiteral("fault")},
+         {QStringLiteral("window"), QStringLiteral("Shows runs even without a display.")},
+         {QStringLiteral("no-window"), QStringLiteral("Solves runs unseen.")},
+         {QStringLiteral("waiting"),
+          QStringLiteral("Opens the window only when a run is sent; where another map is at work, "
+                         "ends without a word.")}});
     words.process(application);
     return {.work = secondsIn(words, "work"),
             .hold = secondsIn(words, "hold"),
@@ -99,29 +113,104 @@ QDBusConnection sessionBus() {
     return bus;
 }
 
-int serve(QCoreApplication& application) {
-    auto manner = mannerIn(application);
-    startup::SetPaths();
-    const auto routing = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
-    requireFittingDistrict(*routing);
-    MapService service(*routing, runedit::WorkFiles(startup::gProgPath), manner);
-    auto bus = sessionBus();
+bool takeName(QDBusConnection& bus, MapService& service) {
     bus.registerVirtualObject(QString::fromStdString(dde::objectPath("System")), &service);
-    if (!bus.registerService(QString::fromStdString(dde::busName("ArcView")))) {
+    return bus.registerService(QString::fromStdString(dde::busName("ArcView")));
+}
+
+void openDistrict() {
+    startup::SetPaths();
+    startup::gcnRouting = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
+    requireFittingDistrict(*startup::gcnRouting);
+}
+
+std::unique_ptr<MapService> serviceFor(const MapService::Manner& manner) {
+    return std::make_unique<MapService>(*startup::gcnRouting,
+                                        runedit::WorkFiles(startup::gProgPath), manner);
+}
+
+int serveUnseen(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("vireo-map"));
+    QCoreApplication::setApplicationVersion(QString::fromStdString(files::installation().version));
+    const auto manner = mannerIn(application);
+    openDistrict();
+    const auto service = serviceFor(manner);
+    auto bus = sessionBus();
+    if (!takeName(bus, *service)) {
         complain("A map program is already there.");
     }
     manner.tell("Ready");
     return QCoreApplication::exec();
 }
 
+/// The window's service; it ends with the program.
+std::unique_ptr<MapService> seenService;
+
+void serveSeen(bool isWaiting) {
+    auto manner = mannerIn(*QCoreApplication::instance());
+    openDistrict();
+    startup::gcnRouting->link(files::find(startup::gVIREOPath + "trip.mdb"));
+    startup::SetErrorHandling();
+    help::offerGuide();
+    manner.screen = tools::map::desktopScreen();
+    seenService = serviceFor(manner);
+    static auto bus = sessionBus();
+    if (!takeName(bus, *seenService)) {
+        if (isWaiting) {
+            std::exit(EXIT_SUCCESS);
+        }
+        complain("A map program is already there.");
+    }
+    bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                QCoreApplication::instance(), SLOT(quit()));
+    manner.tell("Ready");
+    if (!isWaiting) {
+        tools::map::showMap();
+    }
+}
+
+/// The words that decide before anything else is read.
+bool isAsked(std::span<char*> words, std::string_view option) {
+    return std::ranges::any_of(words, [&](const char* word) {
+        return std::string_view(word).substr(0, option.size()) == option;
+    });
+}
+
+bool hasDisplay() {
+    const auto platform = qEnvironmentVariable("QT_QPA_PLATFORM");
+    return (qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) &&
+           platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
+bool isSeen(std::span<char*> words) {
+    if (isAsked(words, "--play") || isAsked(words, "--no-window") || isAsked(words, "--help") ||
+        isAsked(words, "--version")) {
+        return isAsked(words, "--window") && !isAsked(words, "--play");
+    }
+    return hasDisplay() || isAsked(words, "--window");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("vireo-map"));
-    QCoreApplication::setApplicationVersion(QString::fromStdString(files::installation().version));
+    const std::span words(argv, static_cast<std::size_t>(argc));
     try {
-        return serve(application);
+        if (!isSeen(words)) {
+            return serveUnseen(argc, argv);
+        }
+        startup::applicationInfo().title = "Map";
+        const bool isWaiting = isAsked(words, "--waiting");
+        const int status = startup::runOnDesktop(argc, argv, "vireo-map", [&] {
+            try {
+                serveSeen(isWaiting);
+            } catch (const std::exception& error) {
+                complain(error.what());
+            }
+        });
+        seenService.reset();
+        return status;
     } catch (const std::exception& error) {
         complain(error.what());
     }

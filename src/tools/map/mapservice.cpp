@@ -4,8 +4,6 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QTimer>
-#include <algorithm>
-#include <array>
 
 #include <fmt/format.h>
 
@@ -18,8 +16,6 @@ namespace tools::map {
 
 namespace {
 
-constexpr std::array OtherScripts{"CloseStreets", "ShowMap", "Show.ShowPoints"};
-
 constexpr MapService::Milliseconds Moment{100};
 
 bool isRunScript(const std::string& script) { return script == "StartRun" || script == "SolveRun"; }
@@ -31,6 +27,16 @@ const streets::Network& network() {
 
 [[noreturn]] void refuseRequest(const std::string& why) {
     throw base::RunTimeError(base::errors::InvalidProcedureCall, why);
+}
+
+/// The run that a request names last.
+std::string runIn(const runedit::MapRequest& request) {
+    const auto* run =
+        request.arguments.empty() ? nullptr : std::get_if<std::string>(&request.arguments.back());
+    if (run == nullptr) {
+        refuseRequest(request.script + " names no run.");
+    }
+    return *run;
 }
 
 }  // namespace
@@ -68,19 +74,23 @@ bool MapService::handleMessage(const QDBusMessage& message, const QDBusConnectio
 
 void MapService::take(const runedit::MapRequest& request) {
     if (isRunScript(request.script)) {
-        const auto* run = request.arguments.empty()
-                              ? nullptr
-                              : std::get_if<std::string>(&request.arguments.back());
-        if (run == nullptr) {
-            refuseRequest(request.script + " names no run.");
-        }
-        takeRun(*run);
-    } else if (std::ranges::find(OtherScripts, request.script) == OtherScripts.end()) {
+        takeRun(runIn(request), request.script == "StartRun");
+    } else if (request.script == "ShowMap") {
+        onScreen([run = runIn(request)](const Screen& screen) { screen.show(run); });
+    } else if (request.script == "Show.ShowPoints") {
+        onScreen([](const Screen& screen) { screen.showPoints(); });
+    } else if (request.script != "CloseStreets") {
         refuseRequest("There is no script " + request.script + ".");
     }
 }
 
-void MapService::takeRun(const std::string& run) {
+void MapService::onScreen(const std::function<void(const Screen&)>& step) {
+    if (manner_.screen) {
+        QTimer::singleShot(0, this, [this, step] { step(*manner_.screen); });
+    }
+}
+
+void MapService::takeRun(const std::string& run, bool isShown) {
     if (manner_.fault == Fault::Refuse) {
         refuseRequest("The street network is not loaded.");
     }
@@ -93,14 +103,30 @@ void MapService::takeRun(const std::string& run) {
     if (manner_.fault == Fault::Die) {
         QTimer::singleShot(manner_.work, this, [this, job] { manner_.end(); });
     } else {
-        QTimer::singleShot(manner_.work, this, [this, job] { answer(job); });
+        QTimer::singleShot(manner_.work, this, [this, job, isShown] { finish(job, isShown); });
     }
+}
+
+void MapService::finish(const std::shared_ptr<Job>& job, bool isShown) {
+    if (!isShown || !manner_.screen || !manner_.screen->asksFirst()) {
+        return answer(job);
+    }
+    manner_.screen->ask(job->solved.id(),
+                        [this, job](bool taken) { taken ? answer(job) : keep(job); });
+}
+
+/// The run is as the planner wants it: that is the answer.
+void MapService::keep(const std::shared_ptr<Job>& job) {
+    orFail(job, [&] { tellDone(job, "Kept: " + job->solved.id()); });
 }
 
 void MapService::answer(const std::shared_ptr<Job>& job) {
     orFail(job, [&] {
+        const auto& found = job->solved.solution();
         writeResults(routing_, job->solved);
-        tellDone(job);
+        tellDone(job, fmt::format("Solved: {}, {} stops, {} miles", job->solved.id(),
+                                  found.timedStops, found.totalMiles));
+        onScreen([id = job->solved.id()](const Screen& screen) { screen.saved(id); });
     });
 }
 
@@ -114,16 +140,16 @@ void MapService::orFail(const std::shared_ptr<Job>& job, const std::function<voi
 }
 
 /// Another run's answer is left to its reader for a moment.
-void MapService::tellDone(const std::shared_ptr<Job>& job) {
+void MapService::tellDone(const std::shared_ptr<Job>& job, const std::string& news) {
     const auto& run = job->solved.id();
     if (runedit::isUnreadAnswerOfAnother(run, files_, routing_)) {
-        QTimer::singleShot(Moment, this, [this, job] { orFail(job, [&] { tellDone(job); }); });
+        QTimer::singleShot(Moment, this,
+                           [this, job, news] { orFail(job, [&] { tellDone(job, news); }); });
         return;
     }
     files::write(files_.path(runedit::workfile::RunDone),
                  manner_.fault == Fault::BadAnswer ? std::string("\0\xFF\xFE", 3) : run + "\n");
-    manner_.tell(fmt::format("Solved: {}, {} stops, {} miles", run,
-                             job->solved.solution().timedStops, job->solved.solution().totalMiles));
+    manner_.tell(news);
     holdOn(job);
 }
 

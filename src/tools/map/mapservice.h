@@ -4,6 +4,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,9 +26,21 @@ enum class Fault {
     FileStays,  ///< never gives the run's stop export free
 };
 
-/// The map's side of the exchange, for tests and demonstration. It takes requests, solves the run
-/// along the street grid, writes what it found into the routing database and then "RunDone.txt",
-/// and holds the run's stop export a while longer before it deletes it.
+/// What the service has of a window; without one it works unseen.
+struct Screen {
+    std::function<void(const std::string& run)> show;
+    /// Whether a run that is to be shown is taken over only when the planner says so.
+    std::function<bool()> asksFirst;
+    /// Shows a solved run before it is written, and tells once whether to write it.
+    std::function<void(const std::string& run, std::function<void(bool taken)> decided)> ask;
+    std::function<void(const std::string& run)> saved;
+    std::function<void()> showPoints;
+};
+
+/// The map's side of the exchange. It takes requests, solves the run, writes what it found into the
+/// routing database and then "RunDone.txt", and holds the run's stop export a while longer before
+/// it deletes it. A run that Map It sends is shown; only such a one waits for its planner, because
+/// whoever has runs solved without showing them waits for the answer.
 class MapService : public QDBusVirtualObject {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -37,6 +50,7 @@ public:
         Fault fault = Fault::None;
         std::function<void(const std::string&)> tell = [](const std::string&) {};
         std::function<void()> end = [] {};  ///< ends the program
+        std::optional<Screen> screen = {};
     };
 
     MapService(ado::Connection& routing, runedit::WorkFiles files, Manner manner);
@@ -59,11 +73,16 @@ private:
 
     /// Raises base::RunTimeError for a request that cannot be taken.
     void take(const runedit::MapRequest& request);
-    void takeRun(const std::string& run);
+    void takeRun(const std::string& run, bool isShown);
+    /// Solved as asked for; the planner may have a word first.
+    void finish(const std::shared_ptr<Job>& job, bool isShown);
     void answer(const std::shared_ptr<Job>& job);
+    void keep(const std::shared_ptr<Job>& job);
+    /// Once the request is answered.
+    void onScreen(const std::function<void(const Screen&)>& step);
     /// A step that fails is told, and the run let go without an answer.
     void orFail(const std::shared_ptr<Job>& job, const std::function<void()>& step);
-    void tellDone(const std::shared_ptr<Job>& job);
+    void tellDone(const std::shared_ptr<Job>& job, const std::string& news);
     void holdOn(const std::shared_ptr<Job>& job);
     void letGo(const Job& job) const;
 

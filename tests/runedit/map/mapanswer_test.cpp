@@ -178,8 +178,23 @@ protected:
     bool reloaded = false;
 };
 
-TEST_F(RoundTrip, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
-    const auto program = map({"--work", "0.05", "--hold", "1"});
+class SeenOrNot : public RoundTrip, public testing::WithParamInterface<bool> {
+protected:
+    /// A map with a window takes over at once where its planner does not want to be asked.
+    std::unique_ptr<support::ChildProgram> mapOfEither(std::vector<std::string> arguments) {
+        if (GetParam()) {
+            files::write(district.folder() + "/vireo/vireo-map-windows.ini",
+                         "[MapWindow]\nAskFirst=false\n");
+            arguments.emplace_back("--window");
+        }
+        return map(arguments);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Map, SeenOrNot, testing::Bool());
+
+TEST_P(SeenOrNot, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
+    const auto program = mapOfEither({"--work", "0.05", "--hold", "1"});
     ASSERT_EQ(mapIt(), "");
     EXPECT_EQ(mapIt(), MapStillProcessingText);
     EXPECT_FALSE(deleteMapFiles("101-AM"));
@@ -197,8 +212,8 @@ TEST_F(RoundTrip, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
               "Follow 5th Street, go west");
 }
 
-TEST_F(RoundTrip, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
-    const auto program = map({"--work", "0", "--hold", "60"});
+TEST_P(SeenOrNot, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
+    const auto program = mapOfEither({"--work", "0", "--hold", "60"});
     ASSERT_EQ(mapIt(), "");
     write("101-AMtime.txt", "");
     const auto cleanUp = start("DelWrkFiles.exe");
