@@ -9,6 +9,7 @@
 #include "data/runs/runrow.h"
 #include "map/run/allornothing.h"
 #include "map/run/fields.h"
+#include "map/run/solutionrows.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
@@ -56,41 +57,12 @@ void saveStops(ado::Connection& routing, const MappedRun& run, const streets::So
         if (at >= run.stops.size() || rows["ID"].asInteger() != run.stops[at].stopTripId) {
             refuseChanged(run);
         }
-        const auto& found = solution.stops[at];
-        rows["DIST_TOSTOP"].Value(found.miles);
-        rows["TIME_TOSTOP"].Value(found.driveMinutes);
-        if (found.time) {
-            rows["TIME_AT_STOP"].Value(*found.time);
-        }
-        rows["CUM_TIME"].Value(found.cumulatedMinutes);
-        rows["CUM_MILES"].Value(found.cumulatedMiles);
-        if (solution.sides && found.halt) {
-            rows["RUN_PICKUP_SIDE"].Value(found.halt->rightSide ? "right" : "left");
-        }
+        setFigures(rows, solution.stops[at], solution.sides);
         noteChange(rows, user);
         rows.Update();
     }
     if (at != run.stops.size()) {
         refuseChanged(run);
-    }
-}
-
-void saveDirections(ado::Connection& routing, const MappedRun& run,
-                    const streets::Solution& solution) {
-    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(run.id) + "'");
-    ado::Recordset rows;
-    rows.Open("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing, ado::CursorType::Dynamic);
-    for (const auto& line : solution.directions) {
-        rows.AddNew();
-        rows["RUN"].Value(run.id);
-        rows["INT_STOPID"].Value(run.stops[line.stop].intStopId);
-        rows["STOPID"].Value(run.stops[line.stop].stopId);
-        rows["LINETYPE"].Value(line.type);
-        rows["LINETEXT1"].Value(line.text1);
-        rows["LINETEXT2"].Value(line.text2);
-        rows["SHORTTEXT"].Value(line.shortText);
-        rows["SHORTDIST"].Value(line.shortDistance);
-        rows.Update();
     }
 }
 
@@ -100,15 +72,7 @@ void saveTotals(ado::Connection& routing, const MappedRun& run, const streets::S
     if (!data::openRun(row, routing, run.id, ado::CursorType::Dynamic)) {
         refuseChanged(run);
     }
-    const auto idOrNull = [](std::int64_t id) { return id == 0 ? base::Value() : base::Value(id); };
-    row["STARTTIME"].Value(solution.start);
-    row["ENDTIME"].Value(solution.end);
-    row["TOTAL_TIME"].Value(solution.totalMinutes);
-    row["TOTAL_MILES"].Value(solution.totalMiles);
-    row["total_stops"].Value(solution.timedStops);
-    row["FirstStop"].Value(idOrNull(solution.firstStop));
-    row["LastStop"].Value(idOrNull(solution.lastStop));
-    row["REGENERATE"].Value(false);
+    setTotals(row, solution);
     noteChange(row, user);
     row.Update();
 }
@@ -200,7 +164,7 @@ void saveSolution(ado::Connection& routing, const MappedRun& run, const streets:
                   const std::string& user) {
     AllOrNothing unit(routing);
     saveStops(routing, run, solution, user);
-    saveDirections(routing, run, solution);
+    writeDirections(routing, run.id, runToSolve(run).stops, solution.directions);
     saveTotals(routing, run, solution, user);
     unit.finish();
 }

@@ -309,7 +309,6 @@ private:
 RowList::RowList(QWidget* parent) : QListView(parent), rows_(new Rows(this)), head_(nullptr) {
     setModel(rows_);
     setItemDelegate(new Look(*this));
-    setFrameShape(QFrame::NoFrame);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -340,7 +339,7 @@ void RowList::measure() {
     }
     const int line = fontMetrics().height() * 3 / 2;
     setViewportMargins(0, line, 0, 0);
-    head_->setGeometry(0, 0, width(), line);
+    head_->setGeometry(frameWidth(), frameWidth(), width() - 2 * frameWidth(), line);
     head_->update();
     scheduleDelayedItemsLayout();
     viewport()->update();
@@ -439,7 +438,7 @@ void RowList::dropEvent(QDropEvent* event) {
 
 void RowList::resizeEvent(QResizeEvent* event) {
     QListView::resizeEvent(event);
-    head_->setGeometry(0, 0, width(), head_->height());
+    head_->setGeometry(frameWidth(), frameWidth(), width() - 2 * frameWidth(), head_->height());
 }
 
 void RowList::changeEvent(QEvent* event) {

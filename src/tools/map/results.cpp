@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "data/runs/runrow.h"
+#include "map/run/solutionrows.h"
 #include "platform/ado/sqltext.h"
 
 namespace tools::map {
@@ -32,55 +33,17 @@ void writeStops(ado::Connection& routing, const SolvedRun& solved) {
         if (!at) {
             continue;
         }
-        const auto& found = solved.solution().stops[*at];
-        rows["DIST_TOSTOP"].Value(found.miles);
-        rows["TIME_TOSTOP"].Value(found.driveMinutes);
-        if (found.time) {
-            rows["TIME_AT_STOP"].Value(*found.time);
-        }
-        rows["CUM_TIME"].Value(found.cumulatedMinutes);
-        rows["CUM_MILES"].Value(found.cumulatedMiles);
-        if (solved.solution().sides && found.halt) {
-            rows["RUN_PICKUP_SIDE"].Value(found.halt->rightSide ? "right" : "left");
-        }
-        rows.Update();
-    }
-}
-
-void writeDirections(ado::Connection& routing, const SolvedRun& solved) {
-    routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(solved.id()) + "'");
-    ado::Recordset rows;
-    rows.Open("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing, ado::CursorType::Dynamic);
-    for (const auto& line : solved.solution().directions) {
-        rows.AddNew();
-        rows["RUN"].Value(solved.id());
-        rows["INT_STOPID"].Value(solved.stops()[line.stop].id);
-        rows["STOPID"].Value(solved.stops()[line.stop].stopId);
-        rows["LINETYPE"].Value(line.type);
-        rows["LINETEXT1"].Value(line.text1);
-        rows["LINETEXT2"].Value(line.text2);
-        rows["SHORTTEXT"].Value(line.shortText);
-        rows["SHORTDIST"].Value(line.shortDistance);
+        ::map::setFigures(rows, solved.solution().stops[*at], solved.solution().sides);
         rows.Update();
     }
 }
 
 void writeTotals(ado::Connection& routing, const SolvedRun& solved) {
-    const auto& found = solved.solution();
-    ado::Recordset rows;
-    if (!data::openRun(rows, routing, solved.id(), ado::CursorType::Dynamic)) {
-        return;
+    ado::Recordset row;
+    if (data::openRun(row, routing, solved.id(), ado::CursorType::Dynamic)) {
+        ::map::setTotals(row, solved.solution());
+        row.Update();
     }
-    const auto idOrNull = [](std::int64_t id) { return id == 0 ? base::Value() : base::Value(id); };
-    rows["STARTTIME"].Value(found.start);
-    rows["ENDTIME"].Value(found.end);
-    rows["TOTAL_TIME"].Value(found.totalMinutes);
-    rows["TOTAL_MILES"].Value(found.totalMiles);
-    rows["total_stops"].Value(found.timedStops);
-    rows["FirstStop"].Value(idOrNull(found.firstStop));
-    rows["LastStop"].Value(idOrNull(found.lastStop));
-    rows["REGENERATE"].Value(false);
-    rows.Update();
 }
 
 }  // namespace
@@ -88,7 +51,7 @@ void writeTotals(ado::Connection& routing, const SolvedRun& solved) {
 void writeResults(ado::Connection& routing, const SolvedRun& solved) {
     ado::CommitOnExit unit(routing);
     writeStops(routing, solved);
-    writeDirections(routing, solved);
+    ::map::writeDirections(routing, solved.id(), solved.stops(), solved.solution().directions);
     writeTotals(routing, solved);
     unit.commit();
 }

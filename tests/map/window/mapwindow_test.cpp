@@ -7,6 +7,7 @@
 #include "map/window/rowlist.h"
 #include "startup/base/session.h"
 #include "streets/network/gridnetwork.h"
+#include "support/access.h"
 #include "support/formtest.h"
 #include "support/runbuilder.h"
 
@@ -73,6 +74,7 @@ const auto Untouched =
 
 TEST_F(MapWindowForm, ARunIsSavedOnlyWhenItIsTakenOver) {
     EXPECT_THAT(rowsShown(1), ElementsAre("1:07:40", "2:07:44", "3:07:50", ":08:00"));
+    EXPECT_THAT(support::accessFindings(window()), IsEmpty());
     click("SolveIt");
     EXPECT_THAT(rowsShown(2), ElementsAre("1:+5.0", "2:+7.0", "3:+4.0", ":0.0"));
     EXPECT_THAT(text("Gain"), StartsWith("5.0 minutes shorter"));

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "data/schema/version.h"
+#include "platform/files/files.h"
 #include "platform/store/database.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/mdlDBConnection.h"
@@ -83,9 +84,13 @@ TEST_F(ChooserTest, OpensTheChosenDistrictWithTheLogonProgram) {
     EXPECT_THAT(lastText(), HasSubstr("There is no folder " + home_.path() + "gone"));
     EXPECT_FALSE(ending());
     list("DistrictList").choose(0);
+    auto settings = files::read(startup::settingsIn(folder()));
+    settings.replace(settings.find("Software=None"), 13, "Software=ArcView3.2");
+    files::write(startup::settingsIn(folder()), settings);
     click("Open");
     ASSERT_TRUE(becomes(ending));
-    EXPECT_THAT(session.processes.started, ElementsAre(EndsWith("Logon.Exe TARN")));
+    EXPECT_THAT(session.processes.started,
+                ElementsAre(EndsWith("vireo-map --waiting"), EndsWith("Logon.Exe TARN")));
     EXPECT_EQ(chosenDistrict(), folder());
 }
 
