@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 #include <fmt/format.h>
@@ -202,6 +203,7 @@ public:
     [[nodiscard]] std::size_t runs() const override { return static_cast<std::size_t>(runs_); }
 
 private:
+    [[nodiscard]] bool addRuns(const Request& request, const KeepGoing& keepGoing);
     void fillBatch(const Sources& sources, const Request& request, std::int64_t first,
                    std::int64_t last);
 
@@ -220,8 +222,9 @@ bool PreparedReport::fill(const Sources& sources, const Request& request,
     stored_ = std::make_unique<Stored>(Stored{
         work_, session_.key(), definition_, definition_.report, rowOrderOf(definition_, request),
         options_, headingOf(sources, request, definition_.report, district.name)});
-    fillRuns(work_, session_.key(), conditionOf(definition_, request),
-             orderOf(definition_, request));
+    if (!addRuns(request, keepGoing)) {
+        return false;
+    }
     const Extent extent = extentOf(work_, session_.key());
     runs_ = extent.count;
     runCost_ = district.runCost;
@@ -239,6 +242,24 @@ bool PreparedReport::fill(const Sources& sources, const Request& request,
         fillBatch(sources, request, extent.first + done, extent.first + done + count - 1);
     }
     return !keepGoing || keepGoing(1);
+}
+
+/// One transaction for all of them: another program must not come between their keys.
+bool PreparedReport::addRuns(const Request& request, const KeepGoing& keepGoing) {
+    const std::string order = orderOf(definition_, request);
+    const auto runs = runsInOrder(work_, conditionOf(definition_, request), order);
+    const std::span<const std::string> all = runs;
+    constexpr auto Most = static_cast<std::size_t>(BatchRuns);
+    ado::CommitOnExit unit(work_);
+    for (std::size_t done = 0; done < all.size(); done += Most) {
+        if (keepGoing && !keepGoing(0)) {
+            return false;
+        }
+        fillRuns(work_, session_.key(), all.subspan(done, std::min(Most, all.size() - done)),
+                 order);
+    }
+    unit.commit();
+    return true;
 }
 
 void PreparedReport::fillBatch(const Sources& sources, const Request& request, std::int64_t first,

@@ -10,6 +10,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
+#include "platform/base/wait.h"
 
 namespace reports {
 
@@ -148,6 +149,20 @@ std::string fillRunsSql(std::int64_t session, const std::string& condition,
                        values, runsAndMore(), condition, order);
 }
 
+/// No more than the ids and what orders them.
+std::string runsInOrderSql(const std::string& condition, const std::string& order) {
+    const std::string terms = fmt::format(", {},", order);
+    std::string columns;
+    for (const auto& [column, expression] : filledColumns()) {
+        if (column == "RUN" || terms.find(fmt::format(", {},", column)) != std::string::npos ||
+            terms.find(fmt::format(", {} ", column)) != std::string::npos) {
+            columns += fmt::format("{}{} AS {}", columns.empty() ? "" : ", ", expression, column);
+        }
+    }
+    return fmt::format("SELECT {} FROM {} WHERE {} ORDER BY {}", columns, runsAndMore(), condition,
+                       order);
+}
+
 /// An empty trip counts once, with the run that it leads to: the one after a run only where no
 /// later run of its route is there, or the bus is in the garage between them.
 constexpr auto EmptyTrips =
@@ -238,9 +253,25 @@ void runOn(const Batch& batch, std::string_view sql, const More&... more) {
 
 }  // namespace
 
-void fillRuns(ado::Connection& work, std::int64_t session, const std::string& condition,
+std::vector<std::string> runsInOrder(ado::Connection& work, const std::string& condition,
+                                     const std::string& order) {
+    std::vector<std::string> runs;
+    ado::Recordset rows;
+    rows.Open(runsInOrderSql(condition, order), work);
+    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
+        breath.take();
+        runs.push_back(rows["RUN"].asText());
+    }
+    return runs;
+}
+
+void fillRuns(ado::Connection& work, std::int64_t session, std::span<const std::string> runs,
               const std::string& order) {
-    work.Execute(fillRunsSql(session, condition, order));
+    std::string keys;
+    for (const std::string& run : runs) {
+        keys += fmt::format("{}'{}'", keys.empty() ? "" : ",", ado::escaped(run));
+    }
+    work.Execute(fillRunsSql(session, fmt::format("RUN.RUN IN ({})", keys), order));
 }
 
 void fillCosts(const Batch& batch) {

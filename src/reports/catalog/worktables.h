@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ado/connection.h"
 #include "platform/base/date.h"
@@ -21,9 +23,15 @@ struct Batch {
     double runCost = 0;  ///< the district's of a mile
 };
 
-/// Puts the runs that a condition on RUN holds for into the work table, in an order by its columns.
-/// One statement adds them all, so that their keys stand one behind the other.
-void fillRuns(ado::Connection& work, std::int64_t session, const std::string& condition,
+/// The ids of the runs that a condition on RUN holds for, in an order by the columns of the runs'
+/// work table.
+[[nodiscard]] std::vector<std::string> runsInOrder(ado::Connection& work,
+                                                   const std::string& condition,
+                                                   const std::string& order);
+
+/// Puts runs into the work table, in that order. Added in one transaction all runs of a preparation
+/// have keys that stand one behind the other.
+void fillRuns(ado::Connection& work, std::int64_t session, std::span<const std::string> runs,
               const std::string& order);
 
 /// What the empty trips of the runs and all their miles come to.

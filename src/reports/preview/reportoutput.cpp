@@ -114,6 +114,7 @@ std::shared_ptr<Prepared> ReportOutput::prepare(const Request& request) const {
     {
         forms::Form::Operation operation(form_, panel_);
         operation.status("Preparing the report…");
+        base::ports().repaint();  // the runs are found by one statement
         prepared = reports::prepare({.routing = *startup::gcnRouting,
                                      .work = *startup::gcnVIREORpt,
                                      .user = startup::gCommandLine,

@@ -126,6 +126,7 @@ private:
     std::unordered_map<std::int64_t, int> routes_;
     std::unordered_map<std::string, int> typeOfVehicle_;
     std::unordered_set<std::string> warned_;
+    base::Breath breath_;
 };
 
 void PlanReader::read(const std::string& sql) {
@@ -143,10 +144,14 @@ void PlanReader::read(const std::string& sql) {
     readNames("LOCCODE", "LOCCODE", "DESCRIPTION", locations_, plan_.locations);
     readSchools();
     readVehicles();
+    breath_.takeNow();
     readWarnings();
+    breath_.takeNow();
     readRuns(sql);
+    breath_.takeNow();
     readGarages();
     sortRoutes();
+    breath_.takeNow();
 }
 
 void PlanReader::readGarages() {
@@ -319,8 +324,9 @@ void PlanReader::readRuns(const std::string& sql) {
     ado::Recordset rows;
     rows.Open(sql, routing_);
     const RunFields fields(rows);
-    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
-        breath.take();
+    breath_.takeNow();
+    for (; !rows.Eof(); rows.MoveNext()) {
+        breath_.take();
         auto& run = plan_.runs.emplace_back();
         fields.readInto(run);
         run.school = schools_.placeOf(fields.school.textView());
