@@ -101,6 +101,7 @@ std::vector<Permission> permissionsOf(const std::vector<std::string>& words) {
 
 std::string namesOf(const std::vector<Permission>& permissions) {
     std::vector<std::string> names;
+    names.reserve(permissions.size());
     for (const Permission& permission : permissions) {
         names.push_back(fmt::format("{} ({})", permission.name, permission.code));
     }
