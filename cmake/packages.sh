@@ -30,6 +30,7 @@ need_packages() {
 
 build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libsqlite3-dev
     libshp-dev dbus libfmt-dev libcrypt-dev libarchive-dev libproj-dev libcairo2-dev
+    libosmium2-dev libprotozero-dev zlib1g-dev
     libharfbuzz-dev libfribidi-dev
     libfontconfig-dev libxlsxwriter-dev libtiff-dev libcups2-dev mdbtools-dev fonts-roboto-unhinted
     fonts-dejavu-core)
