@@ -27,8 +27,6 @@ struct ClosedStreet {
     std::string to = {};                  ///< see from
     std::optional<geo::Feet> place = {};  ///< in the place of both
     std::string note = {};
-
-    friend bool operator==(const ClosedStreet& one, const ClosedStreet& other);
 };
 
 struct ClosedStreetList {
@@ -36,6 +34,8 @@ struct ClosedStreetList {
     std::vector<std::string> faults;  ///< a sentence for each line that is not understood
 };
 
+/// The entry as a line of the list, without a line end.
+[[nodiscard]] std::string lineOf(const ClosedStreet& closed);
 [[nodiscard]] ClosedStreetList closedStreetsIn(std::string_view text);
 /// The list as a file holds it, with a heading that says how it is edited.
 [[nodiscard]] std::string textOf(std::span<const ClosedStreet> closed);

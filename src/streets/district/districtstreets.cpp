@@ -1,7 +1,10 @@
 #include "streets/district/districtstreets.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <sstream>
 #include <utility>
 
@@ -9,11 +12,18 @@
 
 #include "platform/base/error.h"
 #include "platform/base/text.h"
+#include "platform/files/files.h"
+#include "platform/ini/ini.h"
+#include "streets/district/closedstreets.h"
+#include "streets/file/streetfile.h"
+#include "streets/network/graphnetwork.h"
+#include "streets/rules/drivingrules.h"
 
 namespace streets {
 
 namespace {
 
+constexpr const char* Section = "District";
 constexpr std::string_view GridWord = "grid";
 constexpr double FeetPerSecondPerMile = 5280.0 / 3600;
 
@@ -32,6 +42,59 @@ double wholeSpeed(double feetPerSecond) {
     const double miles = feetPerSecond / FeetPerSecondPerMile;
     const double whole = std::round(miles);
     return whole > 0 && std::abs(miles - whole) < LastDigits ? whole * 5280 / 3600 : feetPerSecond;
+}
+
+/// A name stands for a file beside the databases.
+std::string pathIn(const std::string& folder, std::string_view name) {
+    return (std::filesystem::path(folder) / name).string();
+}
+
+/// Of places that were computed for another centre every one would lie elsewhere.
+void requireCentre(const std::string& path, const StreetMap& map, std::string_view kept) {
+    constexpr double SameDegrees = 1e-6;
+    constexpr double SameFeet = 0.1;
+    const std::array of{map.centre.degrees.latitude, map.centre.degrees.longitude,
+                        map.centre.feet.x, map.centre.feet.y};
+    for (std::size_t i = 0; i < of.size() && !kept.empty(); ++i) {
+        const auto end = std::min(kept.find(','), kept.size());
+        const double off = std::abs(base::leadingNumber(kept.substr(0, end)) - of[i]);
+        if (off > (i < 2 ? SameDegrees : SameFeet)) {
+            throw base::RunTimeError(
+                base::errors::InvalidProcedureCall,
+                fmt::format("The street file {} was made for another centre than the settings "
+                            "name. Make it again with vireo-district streets.",
+                            path));
+        }
+        kept.remove_prefix(std::min(end + 1, kept.size()));
+    }
+}
+
+struct ClosedPieces {
+    std::vector<std::uint32_t> pieces;
+    std::vector<std::string> remarks;
+};
+
+ClosedPieces closedIn(const StreetMap& map, const std::string& path) {
+    ClosedPieces closed;
+    if (!files::exists(path)) {
+        closed.remarks.push_back(
+            fmt::format("There is no list of closed streets {}: no street is closed.", path));
+        return closed;
+    }
+    auto list = closedStreetsIn(ini::decoded(files::read(path)));
+    closed.remarks = std::move(list.faults);
+    for (const ClosedStreet& street : list.streets) {
+        const auto pieces = closedPieces(map, street);
+        closed.pieces.insert(closed.pieces.end(), pieces.begin(), pieces.end());
+        if (pieces.empty()) {
+            closed.remarks.push_back(fmt::format(
+                "The list of closed streets names no street of the map: {}.", lineOf(street)));
+        }
+    }
+    std::ranges::sort(closed.pieces);
+    closed.pieces.erase(std::unique(closed.pieces.begin(), closed.pieces.end()),
+                        closed.pieces.end());
+    return closed;
 }
 
 }  // namespace
@@ -83,5 +146,32 @@ DistrictStreets::DistrictStreets(std::unique_ptr<const Network> network,
       network_(std::move(network)),
       closed_(std::move(closed)),
       remarks_(std::move(remarks)) {}
+
+std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places) {
+    const std::string settings =
+        files::exists(places.settings) ? ini::decoded(files::read(places.settings)) : "";
+    const auto setting = streetSettingIn(ini::valueIn(settings, Section, "Streets", ""));
+    if (const auto* const grid = std::get_if<Grid>(&setting)) {
+        return std::make_shared<const DistrictStreets>(gridNetwork(*grid), *grid);
+    }
+    const DrivingRules rules = drivingRulesIn(settings);
+    const std::string path = pathIn(places.folder, std::get<std::string>(setting));
+    if (!files::exists(path)) {
+        throw base::RunTimeError(
+            base::errors::FileNotFound,
+            fmt::format("The district's streets are not there: {}. Make them again with "
+                        "vireo-district streets.",
+                        path));
+    }
+    const auto map = std::make_shared<const StreetMap>(readStreetFile(path));
+    requireCentre(path, *map, ini::valueIn(settings, Section, "Centre", ""));
+    ClosedPieces closed;
+    if (const auto name = base::trim(places.closed); !name.empty()) {
+        closed = closedIn(*map, pathIn(places.folder, name));
+    }
+    auto network = graphNetwork(map, rules, closed.pieces);
+    return std::make_shared<const DistrictStreets>(
+        std::move(network), map, std::move(closed.pieces), std::move(closed.remarks));
+}
 
 }  // namespace streets

@@ -8,17 +8,12 @@
 #include <vector>
 
 #include "streets/base/streetmap.h"
+#include "streets/network/gridnetwork.h"
 #include "streets/network/network.h"
 
 namespace streets {
 
-/// Streets as a rule: blocks of one size, driven at one speed.
-struct Grid {
-    double blockFeet = 1320;
-    double feetPerSecond = 88.0 / 3;  ///< 20 miles an hour
-
-    friend bool operator==(const Grid&, const Grid&) = default;
-};
+using Grid = GridRule;
 
 /// What "Streets=" in the section [District] of a district's settings says: "grid 1320 29.3333"
 /// (feet a block, feet a second) or the name of a street file. A speed that is a whole mile an hour
@@ -62,8 +57,9 @@ private:
     std::vector<std::string> remarks_;
 };
 
-/// Opens what the settings name, with the speeds and turn costs that they say. Raises
-/// base::RunTimeError for a street file that is missing, damaged or of a newer program.
+/// Opens what the settings name, with the speeds and turn costs that they say. A list of closed
+/// streets that cannot be read is a remark. Raises base::RunTimeError for settings that make no
+/// sense and for a street file that is missing, damaged, of another version or of another centre.
 [[nodiscard]] std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places);
 
 }  // namespace streets
