@@ -119,6 +119,31 @@ Permissions: new (RTG210), delete (RTG230), bell-times (RTG250), group-change (R
 print (RTG270), or all.
 
 Example: vireo-district users ~/sample add ANN new group-change print)";
+inline constexpr std::string_view StreetsHelp = R"(make the district's streets from OpenStreetMap
+
+Reads one or more extracts (.osm.pbf) and writes what lies around the district's stops into one
+file beside its databases: streets with their names, speeds, one-ways, turn rules and limits,
+water, parks and rail. The district drives on them from the next start of the map on. Made again,
+it takes the place of the former file; broken off or killed, that one stays. It says how many
+miles there are, what buses cannot reach, and which stops lie far from a street.
+
+--centre LAT,LON   where the middle of the stops lies; needed once, the district keeps it
+--addresses FILE   the district's own addresses, CSV with the columns number, street, and x and y
+                   or latitude and longitude; kept, and taken again the next time
+--around MILES     how far beyond the outermost stops, 5 unless you say
+
+Example: vireo-district streets ~/fourtowns kansas.osm.pbf --centre 38.97,-95.24)";
+inline constexpr std::string_view TravelHelp = R"(work out the empty travel between stops
+
+Adds to the district's travel table what dead-head asks for and it lacks: of each route the ways
+from its garage to the first stop of each run, back from the last one, and from run to run, by the
+streets that the district drives on. What stands there stays. Stopped while it works them out, it
+writes nothing. Ends with 1 where a way could not be found.
+
+--all     between any two garages, schools, and first and last stops of runs, a million at most
+--again   renews what an earlier call has added and nobody has changed since, for new streets
+
+Example: vireo-district travel ~/fourtowns)";
 inline constexpr std::string_view ProgramsHelp = R"(link the companion programs again
 
 Links Logon.Exe and the other programs that the suite starts from the program folder, as create

@@ -33,11 +33,13 @@
 #include "tools/district/command/reportcommand.h"
 #include "tools/district/command/sqlcommand.h"
 #include "tools/district/command/userscommand.h"
+#include "tools/district/deadhead/filltravel.h"
 #include "tools/district/import/benchmark/plansources.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/create.h"
 #include "tools/district/make/generator.h"
 #include "tools/district/place/centre.h"
+#include "tools/district/streets/makestreets.h"
 #include "tools/district/upgrade/upgrade.h"
 #include "tools/district/users/accounts.h"
 
@@ -303,18 +305,22 @@ base::Date day(const Call& call, const char* option, base::Date otherwise) {
     return *date;
 }
 
+std::optional<geo::Degrees> centreGiven(const Call& call) {
+    const auto text = call.text("centre");
+    const auto centre = degreesFrom(text.value_or(""));
+    if (text && !centre) {
+        throw Misuse{
+            fmt::format("--centre takes degrees such as 41.8818,-87.6232, not \"{}\".", *text)};
+    }
+    return centre;
+}
+
 FeedOptions feedOptions(const Call& call) {
     constexpr std::int64_t Year = 365 * base::Date::SecondsPerDay;
-    FeedOptions options{
-        .folders = foldersOf(call.words[0]), .target = call.words[1], .result = call.result};
-    if (call.options.isSet("centre")) {
-        const std::string text = fromParser(call.options.value("centre"));
-        options.centre = degreesFrom(text);
-        if (!options.centre) {
-            throw Misuse{
-                fmt::format("--centre takes degrees such as 41.8818,-87.6232, not \"{}\".", text)};
-        }
-    }
+    FeedOptions options{.folders = foldersOf(call.words[0]),
+                        .target = call.words[1],
+                        .centre = centreGiven(call),
+                        .result = call.result};
     options.timezone = QTimeZone::systemTimeZoneId().toStdString();
     if (call.options.isSet("timezone")) {
         options.timezone = fromParser(call.options.value("timezone"));
@@ -398,6 +404,47 @@ bool report(const Call& call) {
     return runReport(options, call.out, call.complaints);
 }
 
+constexpr std::uint64_t FarthestMiles = 500;
+
+bool streets(const Call& call) {
+    StreetsOptions options{.folders = foldersOf(call.words[0]),
+                           .extracts = {call.words.begin() + 1, call.words.end()},
+                           .centre = centreGiven(call)};
+    if (const auto addresses = call.text("addresses")) {
+        options.addresses = *addresses;
+    }
+    if (const auto miles = call.number("around", 0, FarthestMiles)) {
+        options.milesAround = static_cast<double>(*miles);
+    }
+    Progress progress;
+    const StreetsReport report = makeStreets(options, progress);
+    progress.clear();
+    call.out << report.text();
+    call.tell("file", toJson(report.file.string()));
+    call.tell("miles", report.miles);
+    call.tell("cutOff", static_cast<qint64>(report.unreachable));
+    call.tell("farStops", arrayOf(report.farStops, [](const FarStop& stop) {
+                  return QJsonObject{{"stop", toJson(stop.stop)},
+                                     {"feet", stop.feet ? QJsonValue(*stop.feet) : QJsonValue()}};
+              }));
+    return true;
+}
+
+bool travel(const Call& call) {
+    Progress progress;
+    const TravelReport report = fillTravel({.folders = foldersOf(call.words[0]),
+                                            .all = call.options.isSet("all"),
+                                            .again = call.options.isSet("again")},
+                                           progress);
+    progress.clear();
+    call.out << report.text();
+    call.tell("added", static_cast<qint64>(report.added));
+    call.tell("renewed", static_cast<qint64>(report.renewed));
+    call.tell("known", static_cast<qint64>(report.known));
+    call.tell("open", arrayOf(report.open, [](const std::string& why) { return toJson(why); }));
+    return report.open.empty();
+}
+
 bool programs(const Call& call) {
     const Folders folders = foldersOf(call.words[0]);
     const auto linked = linkCompanions(files::installation().companions, folders.programs());
@@ -409,6 +456,7 @@ bool programs(const Call& call) {
 }
 
 constexpr std::size_t MostUserWords = 20;
+constexpr std::size_t MostExtracts = 100;
 
 struct Command {
     std::string_view name;
@@ -486,6 +534,18 @@ const std::vector<Command>& commands() {
           {"changed-since", "", "DATE"},
           {"user", "", "NAME"},
           {"names", ""}}},
+        {"streets",
+         "FOLDER EXTRACT... [--addresses FILE] [--centre LAT,LON] [--around MILES]",
+         {2, MostExtracts},
+         StreetsHelp,
+         streets,
+         {{"addresses", "", "FILE"}, {"centre", "", "LAT,LON"}, {"around", "", "MILES"}}},
+        {"travel",
+         "FOLDER [--all] [--again]",
+         {1, 1},
+         TravelHelp,
+         travel,
+         {{"all", ""}, {"again", ""}}},
         {"programs", "FOLDER", {1, 1}, ProgramsHelp, programs}};
     return all;
 }

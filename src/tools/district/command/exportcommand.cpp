@@ -1,6 +1,5 @@
 #include "tools/district/command/exportcommand.h"
 
-#include <cmath>
 #include <ostream>
 
 #include <fmt/format.h>
@@ -16,30 +15,6 @@
 namespace tools::district {
 
 namespace {
-
-/// The kept centre, else the given one where the middle of the stops is.
-geo::Centre centreOf(const FeedOptions& options, const DistrictSnapshot& district) {
-    constexpr double Near = 1e-6;
-    const auto kept = keptCentre(options.folders);
-    if (kept) {
-        const auto isOther = [](double one, double other) { return std::abs(one - other) > Near; };
-        if (options.centre && (isOther(kept->degrees.latitude, options.centre->latitude) ||
-                               isOther(kept->degrees.longitude, options.centre->longitude))) {
-            refuse(fmt::format(
-                "The district keeps the centre {},{} already. With another one all its stops would "
-                "lie elsewhere; take it out of {} first if it is wrong.",
-                kept->degrees.latitude, kept->degrees.longitude,
-                options.folders.settings().string()));
-        }
-        return *kept;
-    }
-    if (!options.centre) {
-        refuse(
-            "The district does not say where on the earth it lies. Name the middle of its stops "
-            "once: --centre LATITUDE,LONGITUDE.");
-    }
-    return {*options.centre, middleOfStops(district.database(data::DatabaseFile::Routing))};
-}
 
 void writeFeed(const FeedOptions& options, const feed::Feed& feed) {
     if (options.target.extension() != ".zip") {
@@ -85,7 +60,9 @@ void runFeedExport(const FeedOptions& options, std::ostream& out) {
     Progress progress;
     progress.begin("Reading the runs", 0);
     const DistrictSnapshot district(options.folders);
-    const geo::Centre centre = centreOf(options, district);
+    const geo::Centre centre = centreFor(options.folders, options.centre, [&] {
+        return middleOfStops(district.database(data::DatabaseFile::Routing));
+    });
     RunFeed runs = feedOfRuns(district, geo::Projection(centre));
     for (const auto& [run, reason] : runs.leftOut) {
         out << fmt::format("Left out {}: {}.\n", run, reason);

@@ -1,12 +1,14 @@
 #include "tools/district/make/create.h"
 
 #include "platform/files/installation.h"
+#include "streets/district/districtstreets.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/generator.h"
 #include "tools/district/make/plan.h"
 #include "tools/district/make/sample.h"
 #include "tools/district/make/writer.h"
+#include "tools/district/place/centre.h"
 
 namespace tools::district {
 
@@ -35,6 +37,9 @@ void createDistrict(const CreateOptions& options, Progress& progress) {
     writeDistrict(district, options.empty ? startingRows(options.empty->administrator) : codeRows(),
                   folder.folders(), progress);
     writeSettings(folder.folders(), folder.wanted());
+    if (!options.empty) {
+        keepSetting(folder.folders(), "Streets", streets::textOf(streets::Grid()));
+    }
     if (!district.licence.empty()) {
         writePrivateFile(folder.folders().data() / "LICENSE-RSRB01.txt", district.licence);
     }

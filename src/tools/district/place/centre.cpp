@@ -72,11 +72,38 @@ std::optional<geo::Centre> keptCentre(const Folders& folders) {
     return geo::Centre{*degrees, {numbers[2], numbers[3]}};
 }
 
-void keepCentre(const Folders& folders, const geo::Centre& centre) {
+void keepSetting(const Folders& folders, std::string_view key, std::string_view value) {
     const std::string path = folders.settings().string();
-    const std::string value = fmt::format("{},{},{},{}", centre.degrees.latitude,
-                                          centre.degrees.longitude, centre.feet.x, centre.feet.y);
-    files::write(path, withSetting(ini::decoded(files::read(path)), Section, Key, value));
+    files::write(path, withSetting(ini::decoded(files::read(path)), Section, key, value));
+}
+
+void keepCentre(const Folders& folders, const geo::Centre& centre) {
+    keepSetting(folders, Key,
+                fmt::format("{},{},{},{}", centre.degrees.latitude, centre.degrees.longitude,
+                            centre.feet.x, centre.feet.y));
+}
+
+geo::Centre centreFor(const Folders& folders, const std::optional<geo::Degrees>& given,
+                      const std::function<geo::Feet()>& middle) {
+    const auto kept = keptCentre(folders);
+    if (!kept && !given) {
+        refuse(
+            "The district does not say where on the earth it lies. Name the middle of its stops "
+            "once: --centre LATITUDE,LONGITUDE.");
+    }
+    if (!kept) {
+        return {*given, middle()};
+    }
+    constexpr double Near = 1e-6;
+    const auto isOther = [](double one, double other) { return std::abs(one - other) > Near; };
+    if (given && (isOther(kept->degrees.latitude, given->latitude) ||
+                  isOther(kept->degrees.longitude, given->longitude))) {
+        refuse(fmt::format(
+            "The district keeps the centre {},{} already. With another one all its stops would "
+            "lie elsewhere; take it out of {} first if it is wrong.",
+            kept->degrees.latitude, kept->degrees.longitude, folders.settings().string()));
+    }
+    return *kept;
 }
 
 std::optional<geo::Degrees> degreesFrom(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,8 +16,17 @@ namespace tools::district {
 /// for one that cannot be.
 [[nodiscard]] std::optional<geo::Centre> keptCentre(const Folders& folders);
 
-/// Writes it into the settings. Raises base::RunTimeError.
+/// Writes a line of the section [District] into the settings. Raises base::RunTimeError.
+void keepSetting(const Folders& folders, std::string_view key, std::string_view value);
+
+/// The same for the centre.
 void keepCentre(const Folders& folders, const geo::Centre& centre);
+
+/// The kept centre, else the given degrees at the middle of the district's stops. Raises
+/// base::RunTimeError where both are there and differ, or neither is.
+[[nodiscard]] geo::Centre centreFor(const Folders& folders,
+                                    const std::optional<geo::Degrees>& given,
+                                    const std::function<geo::Feet()>& middle);
 
 /// "41.8818,-87.6232"; nothing for any other text and for what is nowhere on the earth.
 [[nodiscard]] std::optional<geo::Degrees> degreesFrom(std::string_view text);
