@@ -16,7 +16,7 @@ constexpr double TurnBitFeet = 150;
 constexpr double ForeignFeet = 260;
 
 bool isStreet(const Drive& drive, std::string_view name) {
-    return !drive.roundabout && !name.empty() && plainName(drive.name) == plainName(name);
+    return !drive.roundabout && isSameStreet(drive.name, name);
 }
 
 class DriveMaker {

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "streets/network/corners.h"
+
 namespace streets {
 
 namespace {
@@ -17,7 +19,7 @@ constexpr double SharpDegrees = 135;
 
 std::string nameOf(const Drive& drive) {
     if (!drive.name.empty()) {
-        return std::string(drive.name);
+        return std::string(firstName(drive.name));
     }
     if (drive.roundabout) {
         return "the roundabout";
@@ -60,6 +62,9 @@ std::string actionOf(const Drive& drive, bool goesOn) {
         case Approach::TurnBack:
             return fmt::format("{} {} on {}", goesOn ? "continue" : "go", heading, nameOf(drive));
         case Approach::Straight:
+            if (drive.kind == StreetClass::Ramp) {
+                return "take the ramp straight ahead";
+            }
             return fmt::format("{} onto {}, go {}", isFreeway(drive.kind) ? "merge" : "continue",
                                nameOf(drive), heading);
         case Approach::Stay:

@@ -8,8 +8,11 @@
 
 namespace streets {
 
-/// A street's name without North, South, East or West before it: what both its halves have.
-[[nodiscard]] std::string_view plainName(std::string_view name);
+/// Whether two names say the same street: without North, South, East or West before them, which
+/// parts a street into halves, and by any of the names that stand with semicolons between them.
+[[nodiscard]] bool isSameStreet(std::string_view one, std::string_view other);
+/// The first of several names.
+[[nodiscard]] std::string_view firstName(std::string_view names);
 
 /// "Fourth Street at Cliffside Drive": the halt's street and the nearest one that meets it, looked
 /// for along the street both ways.

@@ -1,6 +1,7 @@
 #include "streets/network/directedgraph.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 
 #include "streets/network/graphnetwork.h"
@@ -54,27 +55,34 @@ class TurnMaker {
 public:
     TurnMaker(const StreetMap& map, const DirectedGraph& graph, const DrivingRules& rules)
         : map_(map), graph_(graph), rules_(rules), turnRules_(map), arms_(graph.size()) {
-        for (DirectedPiece i = 0; i < arms_.size(); ++i) {
-            const Piece& piece = map.pieces[pieceOf(i)];
-            const Shape shape(map.pointsOf(piece), isBackward(i), piece.feet);
-            arms_[i] = {{piece.kind, piece.roundabout, shape.headingFrom(0)},
-                        shape.headingTo(piece.feet)};
+        for (std::uint32_t i = 0; i < map.pieces.size(); ++i) {
+            const Piece& piece = map.pieces[i];
+            const Shape shape(map.pointsOf(piece), false, piece.feet);
+            const double in = shape.headingFrom(0);
+            const double out = shape.headingTo(piece.feet);
+            arms_[directed(i, false)] = {{piece.kind, piece.roundabout, in}, out};
+            arms_[directed(i, true)] = {{piece.kind, piece.roundabout, out + 180}, in + 180};
         }
     }
 
-    void append(DirectedPiece from, std::vector<Turn>& turns) const {
+    /// Calls `take` with each turn from a piece and its parts.
+    template <typename Take>
+    void make(DirectedPiece from, Take take) const {
         const std::uint32_t node = graph_.endOf(from);
-        const std::size_t before = turns.size();
+        bool isDeadEnd = true;
         for (const std::uint32_t next : graph_.piecesAt(node)) {
             for (const bool backward : {false, true}) {
                 const DirectedPiece to = directed(next, backward);
                 if (graph_.isDriven(to) && graph_.beginOf(to) == node && to != back(from) &&
                     !turnRules_.forbid(pieceOf(from), node, next)) {
-                    turns.push_back(onwards(from, to));
+                    take(to, onwards(from, to));
+                    isDeadEnd = false;
                 }
             }
         }
-        appendBack(from, turns.size() == before, turns);
+        if (const auto back = turningBack(from, isDeadEnd)) {
+            take(from ^ 1U, *back);
+        }
     }
 
 private:
@@ -85,38 +93,33 @@ private:
 
     static DirectedPiece back(DirectedPiece piece) { return piece ^ 1U; }
 
-    [[nodiscard]] Turn made(DirectedPiece from, DirectedPiece to, double seconds,
-                            double reluctance) const {
-        return {.to = to,
-                .cost = static_cast<float>(graph_.seconds(from) + seconds + reluctance),
-                .seconds = static_cast<float>(seconds),
-                .reluctance = static_cast<float>(reluctance)};
+    static TurnParts parts(double seconds, double reluctance) {
+        return {static_cast<float>(seconds), static_cast<float>(reluctance)};
     }
 
-    [[nodiscard]] Turn onwards(DirectedPiece from, DirectedPiece to) const {
+    [[nodiscard]] TurnParts onwards(DirectedPiece from, DirectedPiece to) const {
         const TurnArm before{arms_[from].begin.kind, arms_[from].begin.roundabout,
                              arms_[from].headingOut};
         const bool intoAlley =
             arms_[to].begin.kind == StreetClass::Service && before.kind != StreetClass::Service;
-        const std::uint32_t node = graph_.endOf(from);
-        return made(from, to,
-                    turnSeconds(before, arms_[to].begin, othersBeside(from, to),
-                                map_.nodes[node].signal, rules_.turns),
-                    intoAlley ? rules_.alleyReluctance : 0);
+        const bool signal = map_.nodes[graph_.endOf(from)].signal;
+        return parts(
+            turnSeconds(before, arms_[to].begin, othersBeside(from, to), signal, rules_.turns),
+            intoAlley ? rules_.alleyReluctance : 0);
     }
 
-    void appendBack(DirectedPiece from, bool isDeadEnd, std::vector<Turn>& turns) const {
-        const DirectedPiece to = back(from);
+    [[nodiscard]] std::optional<TurnParts> turningBack(DirectedPiece from, bool isDeadEnd) const {
         const std::uint32_t node = graph_.endOf(from);
-        if (!graph_.isDriven(to)) {
-            return;
+        if (!graph_.isDriven(back(from))) {
+            return std::nullopt;
         }
         if (isDeadEnd) {
             const bool mayTurn = rules_.turnsInDeadEnds || map_.nodes[node].turningCircle;
-            turns.push_back(made(from, to, rules_.turns.deadEnd, mayTurn ? 0 : NeverAtLiking));
-        } else if (rules_.uTurns && !turnRules_.forbid(pieceOf(from), node, pieceOf(to))) {
-            turns.push_back(made(from, to, rules_.turns.uTurn, 0));
+            return parts(rules_.turns.deadEnd, mayTurn ? 0 : NeverAtLiking);
         }
+        const bool mayTurn =
+            rules_.uTurns && !turnRules_.forbid(pieceOf(from), node, pieceOf(from));
+        return mayTurn ? std::optional(parts(rules_.turns.uTurn, 0)) : std::nullopt;
     }
 
     [[nodiscard]] OtherArms othersBeside(DirectedPiece from, DirectedPiece to) const {
@@ -156,6 +159,7 @@ void DirectedGraph::setSpeeds(const DrivingRules& rules,
         if (lets(piece, rules)) {
             feetPerSecond_[directed(i, false)] = piece.forward ? speed : 0;
             feetPerSecond_[directed(i, true)] = piece.backward ? speed : 0;
+            mostFeetPerSecond_ = std::max<double>(mostFeetPerSecond_, speed);
         }
     }
     for (const std::uint32_t piece : closedPieces) {
@@ -190,10 +194,16 @@ void DirectedGraph::setTurns(const DrivingRules& rules) {
     const TurnMaker maker(map_, *this, rules);
     firstTurn_.reserve(size() + 1);
     turns_.reserve(size() * 3);
+    turnParts_.reserve(size() * 3);
     for (DirectedPiece i = 0; i < size(); ++i) {
         firstTurn_.push_back(static_cast<std::uint32_t>(turns_.size()));
         if (isDriven(i)) {
-            maker.append(i, turns_);
+            const double driven = seconds(i);
+            maker.make(i, [&](DirectedPiece to, const TurnParts& parts) {
+                turns_.push_back(
+                    {to, static_cast<float>(driven + parts.seconds) + parts.reluctance});
+                turnParts_.push_back(parts);
+            });
         }
     }
     firstTurn_.push_back(static_cast<std::uint32_t>(turns_.size()));
@@ -205,8 +215,10 @@ std::span<const Turn> DirectedGraph::turnsFrom(DirectedPiece piece) const {
     return std::span(turns_).subspan(firstTurn_[piece], firstTurn_[piece + 1] - firstTurn_[piece]);
 }
 
-const Turn& DirectedGraph::turn(DirectedPiece from, DirectedPiece to) const {
-    return *std::ranges::find(turnsFrom(from), to, &Turn::to);
+const TurnParts& DirectedGraph::partsOf(DirectedPiece from, DirectedPiece to) const {
+    const auto turns = turnsFrom(from);
+    const auto turn = std::ranges::find(turns, to, &Turn::to);
+    return turnParts_[firstTurn_[from] + static_cast<std::size_t>(turn - turns.begin())];
 }
 
 std::uint32_t DirectedGraph::beginOf(DirectedPiece piece) const {

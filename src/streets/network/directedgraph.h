@@ -13,8 +13,12 @@ namespace streets {
 /// From a piece that is driven to its end into the next one.
 struct Turn {
     DirectedPiece to = 0;
-    float cost = 0;     ///< seconds along the piece before, for the turn, and of reluctance
-    float seconds = 0;  ///< for the turn alone
+    float cost = 0;  ///< seconds along the piece before, for the turn, and of reluctance
+};
+
+/// What the cost of a turn holds beside the driving.
+struct TurnParts {
+    float seconds = 0;
     float reluctance = 0;
 };
 
@@ -34,8 +38,13 @@ public:
     }
 
     [[nodiscard]] std::span<const Turn> turnsFrom(DirectedPiece piece) const;
-    /// The turn between two pieces that is allowed.
-    [[nodiscard]] const Turn& turn(DirectedPiece from, DirectedPiece to) const;
+    /// Of a turn that is allowed.
+    [[nodiscard]] const TurnParts& partsOf(DirectedPiece from, DirectedPiece to) const;
+    [[nodiscard]] geo::Feet beginPlace(DirectedPiece piece) const {
+        return map_.nodes[beginOf(piece)].at;
+    }
+    /// Of the quickest piece.
+    [[nodiscard]] double mostFeetPerSecond() const { return mostFeetPerSecond_; }
 
     [[nodiscard]] std::uint32_t beginOf(DirectedPiece piece) const;
     [[nodiscard]] std::uint32_t endOf(DirectedPiece piece) const;
@@ -55,6 +64,8 @@ private:
     std::vector<std::uint32_t> pieces_;
     std::vector<std::uint32_t> firstTurn_;
     std::vector<Turn> turns_;
+    std::vector<TurnParts> turnParts_;  ///< of each of the turns
+    double mostFeetPerSecond_ = 1;
 };
 
 }  // namespace streets

@@ -14,6 +14,7 @@ namespace {
 
 constexpr double NearestSearch = 150;  // feet
 constexpr double SameCorner = 25;      // feet
+constexpr double ServiceFeet = 75;     // that a stop may be farther from a street than from a drive
 
 class GraphNetwork : public Network {
 public:
@@ -32,7 +33,9 @@ public:
     [[nodiscard]] std::vector<Halt> haltsAt(geo::Feet place, DoorSide side) const override {
         for (double feet = NearestSearch;; feet *= 4) {
             const bool isLast = feet >= farthestFeet_;
-            auto halts = haltsAmong(index_.near(place, std::min(feet, farthestFeet_)), side);
+            auto near = index_.near(place, std::min(feet, farthestFeet_));
+            putStreetsFirst(near, side);
+            auto halts = haltsAmong(near, side);
             const bool isWhole = side != DoorSide::Passing || halts.empty() ||
                                  halts.front().offStreet + SameCorner <= feet;
             if (isLast || (!halts.empty() && isWhole)) {
@@ -42,10 +45,20 @@ public:
     }
 
     [[nodiscard]] std::optional<Leg> leg(const Halt& from, const Halt& to) const override {
+        return legs(from, std::span(&to, 1)).front();
+    }
+
+    [[nodiscard]] std::vector<std::optional<Leg>> legs(const Halt& from,
+                                                       std::span<const Halt> to) const override {
         const SearchPool::Lease search(searches_);
-        search->run(from, std::span(&to, 1));
-        const auto way = search->way(from, to);
-        return way.empty() ? std::nullopt : std::optional(legAlong(way, from, to));
+        search->run(from, to);
+        std::vector<std::optional<Leg>> all;
+        all.reserve(to.size());
+        for (const Halt& goal : to) {
+            const auto way = search->way(from, goal);
+            all.push_back(way.empty() ? std::nullopt : std::optional(legAlong(way, from, goal)));
+        }
+        return all;
     }
 
     [[nodiscard]] std::vector<Travel> matrix(std::span<const Halt> from,
@@ -83,6 +96,17 @@ private:
     }
     [[nodiscard]] Shape shapeOf(DirectedPiece piece) const {
         return {map_->pointsOf(pieceAt(piece)), isBackward(piece), pieceAt(piece).feet};
+    }
+
+    /// Stops are named after streets, though a drive or an alley may lie nearer.
+    void putStreetsFirst(std::vector<NearPiece>& near, DoorSide side) const {
+        if (side == DoorSide::Passing) {
+            return;
+        }
+        std::ranges::stable_sort(near, {}, [this](const NearPiece& one) {
+            const bool isService = map_->pieces[one.piece].kind == StreetClass::Service;
+            return one.foot.distance + (isService ? ServiceFeet : 0);
+        });
     }
 
     [[nodiscard]] std::vector<Halt> haltsAmong(const std::vector<NearPiece>& near,
@@ -140,7 +164,7 @@ private:
             travel.feet += feet;
             travel.seconds += feet / graph_.feetPerSecond(way[i]);
             if (i > 0) {
-                const Turn& turn = graph_.turn(way[i - 1], way[i]);
+                const TurnParts& turn = graph_.partsOf(way[i - 1], way[i]);
                 travel.seconds += turn.seconds;
                 travel.reluctance += turn.reluctance;
             }

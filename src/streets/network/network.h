@@ -82,6 +82,10 @@ public:
     /// where none leads there.
     [[nodiscard]] virtual std::optional<Leg> leg(const Halt& from, const Halt& to) const = 0;
 
+    /// The same to several halts at once.
+    [[nodiscard]] virtual std::vector<std::optional<Leg>> legs(const Halt& from,
+                                                               std::span<const Halt> to) const;
+
     /// Row by row: from each of the first to each of the second.
     [[nodiscard]] virtual std::vector<Travel> matrix(std::span<const Halt> from,
                                                      std::span<const Halt> to) const = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace streets {
 
@@ -33,14 +34,13 @@ Box PieceIndex::boxOf(const Piece& piece) const {
 
 PieceIndex::PieceIndex(const StreetMap& map, const std::function<bool(std::uint32_t)>& isWanted)
     : map_(map), cellFeet_(SmallestCellFeet) {
-    std::vector<std::uint32_t> wanted;
+    std::vector<std::pair<std::uint32_t, Box>> wanted;
     Box all = emptyBox();
     for (std::uint32_t i = 0; i < map.pieces.size(); ++i) {
         if (isWanted(i)) {
-            wanted.push_back(i);
-            const Box box = boxOf(map.pieces[i]);
-            extend(all, box.low);
-            extend(all, box.high);
+            wanted.emplace_back(i, boxOf(map.pieces[i]));
+            extend(all, wanted.back().second.low);
+            extend(all, wanted.back().second.high);
         }
     }
     if (!wanted.empty()) {
@@ -53,9 +53,9 @@ PieceIndex::PieceIndex(const StreetMap& map, const std::function<bool(std::uint3
     }
     firstPiece_.assign(static_cast<std::size_t>(columns_ * rows_) + 1, 0);
     const auto forEachPlace = [&](const auto& take) {
-        for (const std::uint32_t piece : wanted) {
-            forEachCell(cellsOf(boxOf(map.pieces[piece])),
-                        [&](std::size_t cell) { take(cell, piece); });
+        for (const auto& wantedPiece : wanted) {
+            forEachCell(cellsOf(wantedPiece.second),
+                        [&](std::size_t cell) { take(cell, wantedPiece.first); });
         }
     };
     forEachPlace([&](std::size_t cell, std::uint32_t) { ++firstPiece_[cell + 1]; });

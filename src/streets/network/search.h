@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "streets/network/directedgraph.h"
+#include "streets/network/monotonequeue.h"
 
 namespace streets {
 
@@ -14,7 +16,8 @@ namespace streets {
 /// a large map costs more than a short way.
 class Search {
 public:
-    explicit Search(const DirectedGraph& graph) : graph_(graph), labels_(graph.size()) {}
+    explicit Search(const DirectedGraph& graph)
+        : graph_(graph), labels_(graph.size()), isGoal_(graph.size()) {}
 
     /// Looks for ways from a halt until those to all goals are known, or all that can be reached.
     void run(const Halt& from, std::span<const Halt> goals);
@@ -24,24 +27,27 @@ public:
     [[nodiscard]] std::vector<DirectedPiece> way(const Halt& from, const Halt& goal) const;
 
 private:
-    using Entry = std::uint64_t;  // a cost's bits above a piece: costs are not negative
-
     struct Label {
         float cost = 0;  ///< at the piece's beginning
         DirectedPiece previous = 0;
-        std::uint32_t search = 0;  ///< that wrote the two above
-        std::uint32_t goalOf = 0;  ///< the search that waits for this piece
+        std::uint32_t state = 0;  ///< twice the search that wrote the two above, and 1 when final
     };
 
     void begin();
+    void setGoals(const Halt& from, std::span<const Halt> goals);
     void improve(DirectedPiece piece, DirectedPiece previous, float cost);
-    [[nodiscard]] bool isKnown(DirectedPiece piece) const {
-        return labels_[piece].search == search_;
+    /// Seconds that it takes from a piece at least to the goals, where they are few.
+    [[nodiscard]] float ahead(DirectedPiece piece) const;
+    [[nodiscard]] bool isFinal(DirectedPiece piece) const {
+        return labels_[piece].state == 2 * search_ + 1;
     }
 
     const DirectedGraph& graph_;
     std::vector<Label> labels_;
-    std::vector<Entry> queue_;
+    MonotoneQueue queue_;
+    std::vector<bool> isGoal_;
+    std::size_t goalsLeft_ = 0;
+    std::optional<Box> goalBox_;
     std::uint32_t search_ = 0;
 };
 

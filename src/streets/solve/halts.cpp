@@ -16,43 +16,43 @@ Unserved::Why whyNoHalt(const Network& network, const RunStop& stop) {
 
 /// The quickest way to one halt of a stop.
 struct Reached {
-    double cost = 0;
+    double cost = std::numeric_limits<double>::infinity();
     std::size_t before = 0;  ///< the halt of the stop before
+    Leg way = {};
 };
-
-double costOf(const Travel& travel) { return travel.seconds + travel.reluctance; }
 
 /// The quickest ways to the halts of a stop from those of the stop before.
 std::vector<Reached> reach(const Network& network, const std::vector<Reached>& before,
                            const std::vector<Halt>& from, const std::vector<Halt>& to) {
-    const auto travels = network.matrix(from, to);
-    std::vector<Reached> reached(to.size(), {std::numeric_limits<double>::infinity(), 0});
+    std::vector<Reached> reached(to.size());
     for (std::size_t i = 0; i < from.size(); ++i) {
+        if (!std::isfinite(before[i].cost)) {
+            continue;
+        }
+        auto ways = network.legs(from[i], to);
         for (std::size_t j = 0; j < to.size(); ++j) {
-            const double cost = before[i].cost + costOf(travels[i * to.size() + j]);
+            const double cost =
+                ways[j] ? before[i].cost + ways[j]->seconds + ways[j]->reluctance : reached[j].cost;
             if (cost < reached[j].cost) {
-                reached[j] = {cost, i};
+                reached[j] = {cost, i, *std::move(ways[j])};
             }
         }
     }
     return reached;
 }
 
-bool isChoice(std::span<const StopHalts> stops) {
-    return std::ranges::any_of(stops, [](const auto& stop) { return stop.halts.size() > 1; });
-}
-
-std::vector<Halt> traced(std::span<const StopHalts> stops,
-                         const std::vector<std::vector<Reached>>& reached) {
-    std::vector<Halt> halts(stops.size());
+ChosenHalts traced(std::span<const StopHalts> stops, std::vector<std::vector<Reached>> reached) {
+    ChosenHalts chosen{.halts = std::vector<Halt>(stops.size()),
+                       .ways = std::vector<Leg>(stops.size())};
     const auto& last = reached.back();
     auto best =
         static_cast<std::size_t>(std::ranges::min_element(last, {}, &Reached::cost) - last.begin());
     for (std::size_t i = stops.size(); i-- > 0;) {
-        halts[i] = stops[i].halts[best];
+        chosen.halts[i] = stops[i].halts[best];
+        chosen.ways[i] = std::move(reached[i][best].way);
         best = reached[i][best].before;
     }
-    return halts;
+    return chosen;
 }
 
 }  // namespace
@@ -82,20 +82,17 @@ ChosenHalts chooseHalts(const Network& network, std::span<const StopHalts> stops
     if (stops.empty()) {
         return {};
     }
-    std::vector<std::vector<Reached>> reached{std::vector<Reached>(stops.front().halts.size())};
+    std::vector<std::vector<Reached>> reached{
+        std::vector<Reached>(stops.front().halts.size(), Reached{.cost = 0})};
     for (std::size_t i = 1; i < stops.size(); ++i) {
-        // A choice among ways needs their costs; a single one is found with its leg.
-        const bool isOnly = !isChoice(stops.subspan(i - 1, 2));
-        reached.push_back(isOnly
-                              ? std::vector<Reached>{{reached.back().front().cost, 0}}
-                              : reach(network, reached.back(), stops[i - 1].halts, stops[i].halts));
+        reached.push_back(reach(network, reached.back(), stops[i - 1].halts, stops[i].halts));
         const bool isReached = std::ranges::any_of(
             reached.back(), [](const Reached& one) { return std::isfinite(one.cost); });
         if (!isReached) {
             return {.notReached = i};
         }
     }
-    return {.halts = traced(stops, reached)};
+    return traced(stops, std::move(reached));
 }
 
 }  // namespace streets

@@ -20,11 +20,12 @@ struct StopHalts {
 [[nodiscard]] std::vector<StopHalts> haltsOf(const Network& network, const RunToSolve& run,
                                              std::vector<Unserved>& unserved);
 
-/// The halt of each stop with which the whole way is the quickest. Where no way leads on, the place
-/// in `stops` that cannot be reached.
+/// The halt of each stop with which the whole way is the quickest, and the ways to them, the first
+/// of which is none.
 struct ChosenHalts {
     std::vector<Halt> halts = {};
-    std::optional<std::size_t> notReached = {};
+    std::vector<Leg> ways = {};
+    std::optional<std::size_t> notReached = {};  ///< the first of `stops` that no way leads to
 };
 [[nodiscard]] ChosenHalts chooseHalts(const Network& network, std::span<const StopHalts> stops);
 

@@ -52,31 +52,21 @@ private:
     }
 
     void setWays(const std::vector<StopHalts>& stops) {
-        const auto chosen = chooseHalts(network_, stops);
+        auto chosen = chooseHalts(network_, stops);
         if (chosen.notReached) {
-            refuse(stops[*chosen.notReached].stop);
+            solution_.unserved.push_back(
+                {stops[*chosen.notReached].stop, Unserved::Why::NotReachable});
             return;
         }
         for (std::size_t i = 0; i < stops.size(); ++i) {
             SolvedStop& stop = solution_.stops[stops[i].stop];
             stop.halt = chosen.halts[i];
-            if (i > 0) {
-                auto way = network_.leg(chosen.halts[i - 1], chosen.halts[i]);
-                if (!way) {
-                    refuse(stops[i].stop);
-                    return;
-                }
-                stop.way = *std::move(way);
-            }
+            stop.way = std::move(chosen.ways[i]);
             if (turnsInDeadEnd(stop.way)) {
                 solution_.deadEnds.push_back(stops[i].stop);
             }
         }
         setLegs();
-    }
-
-    void refuse(std::size_t stop) {
-        solution_.unserved.push_back({stop, Unserved::Why::NotReachable});
     }
 
     /// A grid takes a bus past its turn points by the way, so that they cost nothing there; along

@@ -44,7 +44,8 @@ public:
 private:
     void relax(DirectedPiece piece, double atEnd) {
         for (const Turn& turn : graph_.turnsFrom(piece)) {
-            const double cost = atEnd + turn.seconds + turn.reluctance;
+            const TurnParts& parts = graph_.partsOf(piece, turn.to);
+            const double cost = atEnd + parts.seconds + parts.reluctance;
             if (cost < toBegin_[turn.to] - 1e-4) {
                 toBegin_[turn.to] = cost;
                 changed_.push_back(turn.to);
