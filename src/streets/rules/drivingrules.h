@@ -23,6 +23,8 @@ struct TurnSeconds {
     double signalLeftOverArterial = 20;  ///< from or onto one
     double uTurn = 45;                   ///< where U-turns are allowed
     double deadEnd = 25;                 ///< turning round where the street ends
+
+    friend bool operator==(const TurnSeconds&, const TurnSeconds&) = default;
 };
 
 /// By what a district's buses drive. A district that has measured some runs sets the figures.
@@ -37,6 +39,8 @@ struct DrivingRules {
     double busHeightInches = 126;
     double busWeightTons = 16.5;  ///< short tons
     double farthestFeet = 1000;   ///< from a stop to the street that it is served from
+
+    friend bool operator==(const DrivingRules&, const DrivingRules&) = default;
 };
 
 /// The rules of the section [Streets] of a settings text; what it does not name stays as above.
