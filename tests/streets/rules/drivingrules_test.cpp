@@ -42,7 +42,7 @@ TEST(DrivingRules, AreThoseOfTheGuide) {
     EXPECT_EQ(keys.size(), 29U);
     std::string all;
     for (const auto& [key, value] : keys) {
-        all += key + "=" + value + "\n";
+        all.append(key).append("=").append(value).append("\n");
         const std::string other = value == "yes" ? "no" : value == "no" ? "yes" : "100";
         EXPECT_NE(drivingRulesIn(section(key + "=" + (key == "BusWeight" ? "9.5" : other))),
                   DrivingRules())
