@@ -123,14 +123,14 @@ PictureThread::~PictureThread() {
 void PictureThread::want(PictureOrder order) {
     {
         const std::scoped_lock lock(mutex_);
-        if (painting_ && isSameGround(*painting_, order) &&
+        if (painting_ && !isGivenUp_ && isSameGround(*painting_, order) &&
             painting_->sceneVersion == order.sceneVersion) {
             waiting_.reset();
             return;
         }
         // Another place or scene waits until this one stands: else nothing new would be seen
         // while a hand moves.
-        isGivenUp_ = painting_ && !isOfUse(*painting_, order);
+        isGivenUp_ = isGivenUp_ || (painting_ && !isOfUse(*painting_, order));
         waiting_ = std::move(order);
     }
     wanted_.notify_one();
