@@ -62,10 +62,11 @@ TEST(MapLines, ClipToWhatManySamplesSayIsInside) {
             inside += MeasuredLine(part.points).length();
             EXPECT_NEAR(map::lengthOf(line.at(part.from).at - part.points.front()), 0, 1e-6);
         }
-        constexpr double Step = 0.05;
+        constexpr int Samples = 20000;
         double sampled = 0;
-        for (double at = Step / 2; at < line.length(); at += Step) {
-            sampled += box.contains(line.at(at).at) ? Step : 0;
+        for (int i = 0; i < Samples; ++i) {
+            const bool isInside = box.contains(line.at(line.length() * (i + 0.5) / Samples).at);
+            sampled += isInside ? line.length() / Samples : 0;
         }
         EXPECT_NEAR(inside, sampled, 0.5);
     }
@@ -82,8 +83,9 @@ TEST(MapLines, AreSimplifiedAndShiftedAsFarAsSaid) {
     const Line bent{{0, 0}, {100, 0}, {200, 80}, {300, 80}};
     for (const double aside : {6.0, -6.0}) {
         const MeasuredLine shifted(map::beside(bent, aside));
-        for (double at = 0; at <= shifted.length(); ++at) {
-            EXPECT_NEAR(map::distanceTo(bent, shifted.at(at).at), 6.2, 0.2001);  // more at corners
+        for (int at = 0; at <= shifted.length(); ++at) {
+            // More at corners.
+            EXPECT_NEAR(map::distanceTo(bent, shifted.at(at).at), 6.2, 0.2001);
         }
         EXPECT_EQ(shifted.at(0).at, QPointF(0, aside));  // walking east, south is on the right
     }

@@ -1,0 +1,121 @@
+#include "map/small/smallmap.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+
+#include "platform/controls/tones.h"
+
+namespace map {
+
+namespace {
+
+constexpr double Margin = 24;  ///< pixels around the scene
+constexpr double ScaleHeight = 28;
+constexpr double Corner = 4;
+
+}  // namespace
+
+SmallMap::SmallMap(QWidget* parent)
+    : QWidget(parent), picture_([this] {
+          QMetaObject::invokeMethod(
+              this, [this] { update(); }, Qt::QueuedConnection);
+      }) {
+    setFocusPolicy(Qt::TabFocus);
+    setAccessibleName(tr("Map of the run"));
+    takeTheme();
+    say({});
+}
+
+void SmallMap::showScene(std::shared_ptr<const Ground> ground, Scene scene, const QString& told) {
+    if (isEmpty(extentOf(scene))) {
+        say(tr("None of the stops has a place on the map yet."));
+        return;
+    }
+    words_.clear();
+    setAccessibleDescription(told);
+    picture_.setGround(std::move(ground));
+    picture_.setScene(std::move(scene));
+    update();
+}
+
+void SmallMap::say(const QString& words) {
+    words_ = words;
+    setAccessibleDescription(words);
+    picture_.setScene({});
+    update();
+}
+
+QSize SmallMap::sizeHint() const {
+    const int line = fontMetrics().height();
+    return {line * 22, line * 14};
+}
+
+QSize SmallMap::minimumSizeHint() const { return sizeHint() / 2; }
+
+Camera SmallMap::camera() const {
+    // The scale keeps the lower edge for itself.
+    const QSizeF above(width(), std::max(height() - ScaleHeight, 1.0));
+    return Camera::showing(extentOf(picture_.scene()), above, Margin)
+        .resized(size())
+        .movedBy({0, -ScaleHeight / 2});
+}
+
+bool SmallMap::isSettled() const {
+    return isEmpty(extentOf(picture_.scene())) || picture_.isSettled(camera(), devicePixelRatioF());
+}
+
+void SmallMap::takeTheme() {
+    picture_.setTheme(controls::isDark(palette()) ? darkTheme() : lightTheme());
+}
+
+void SmallMap::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) {
+        takeTheme();
+    }
+    QWidget::changeEvent(event);
+}
+
+void SmallMap::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        emit mapWanted();
+    }
+}
+
+void SmallMap::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        emit mapWanted();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void SmallMap::paintWords(QPainter& painter) const {
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const int around = fontMetrics().height();
+    painter.drawText(rect().adjusted(around, around, -around, -around),
+                     Qt::AlignCenter | Qt::TextWordWrap, words_);
+}
+
+void SmallMap::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Corner, Corner);
+    if (isEmpty(extentOf(picture_.scene()))) {
+        painter.fillPath(frame, palette().color(QPalette::Base));
+        paintWords(painter);
+    } else {
+        painter.save();
+        painter.setClipPath(frame);
+        picture_.paint(painter, camera(), devicePixelRatioF());
+        painter.restore();
+    }
+    painter.strokePath(frame, hasFocus() ? QPen(controls::focusInk(palette()), 2)
+                                         : QPen(palette().color(QPalette::Mid)));
+}
+
+}  // namespace map

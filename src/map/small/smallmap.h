@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "map/drawing/mappicture.h"
+
+namespace map {
+
+/// A run's way and stops as a picture in a form, drawn as the map's window draws them, or the
+/// reason why there is none. It keeps the whole of the scene in sight and follows the form's
+/// colours.
+class SmallMap : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SmallMap(QWidget* parent = nullptr);
+
+    /// Shows a scene; `told` says it for those who do not see it. A scene without any place says
+    /// so in words.
+    void showScene(std::shared_ptr<const Ground> ground, Scene scene, const QString& told);
+    /// Shows words in the place of a map.
+    void say(const QString& words);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    /// The picture in sight is the last one wanted.
+    [[nodiscard]] bool isSettled() const;
+
+signals:
+    /// A double click, or Enter while it has the focus: the planner wants the map itself.
+    void mapWanted();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    [[nodiscard]] Camera camera() const;
+    void paintWords(QPainter& painter) const;
+    void takeTheme();
+
+    MapPicture picture_;
+    QString words_;
+};
+
+}  // namespace map
