@@ -257,8 +257,8 @@ void BellTimeChange::arrange() {
     }
     ui_->RunsBeforeAfter->view().setColumnHidden(PreviewDescription, narrow_);
     ui_->mainRow->setDirection(lean_ ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    ui_->mainRow->setStretch(0, narrow_ ? 1 : 2);
-    ui_->mainRow->setStretch(1, lean_ ? 1 : narrow_ ? 2 : 3);
+    ui_->mainRow->setStretch(0, lean_ ? 1 : 2);
+    ui_->mainRow->setStretch(1, lean_ ? 1 : 3);
     makeRoom();
 }
 

@@ -464,7 +464,7 @@ void Add_Remove_Stops::resizeEvent(QResizeEvent* event) {
 
 /// Where the form is narrow for its font the buttons stand above and below the run's list.
 void Add_Remove_Stops::arrange() {
-    constexpr int LeanInCharacters = 135;
+    constexpr int LeanInCharacters = 140;
     const bool lean = width() < LeanInCharacters * fontMetrics().averageCharWidth();
     if (lean == lean_) {
         return;
