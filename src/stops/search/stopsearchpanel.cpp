@@ -413,7 +413,7 @@ QString StopSearchPanel::studentsOfSelected() const {
     for (const int row : stops.selectedRows()) {
         students += stops.cellValue(row, "NUM_STUDENTS").asInteger();
     }
-    return tr(", %n student(s)", nullptr, static_cast<int>(students));
+    return (students == 1 ? tr(", %1 student") : tr(", %1 students")).arg(students);
 }
 
 }  // namespace stops

@@ -61,9 +61,12 @@ protected:
 
 TEST_F(StopForms, WorksOnARunByItsButtonsAndKeys) {
     EXPECT_FALSE(isEnabled("AddStop"));
+    byOthers("UPDATE STOP_TRIPTYPE SET NUM_STUDENTS = 3");
     click("cmdSearch");
     EXPECT_EQ(stopIds("lstSTOP_TRIPTYPE"), "S1 S2 S3 S4 S5") << "free ones of the run's trip type";
     select("lstSTOP_TRIPTYPE", {0, 2});
+    EXPECT_EQ(text("SelectedCount"), "2 selected, 6 students");
+    byOthers("UPDATE STOP_TRIPTYPE SET NUM_STUDENTS = 0");
     click("AddStop");
     EXPECT_EQ(stopIds("StopList"), "S1* S3*");
     EXPECT_EQ(text("StopsInRun"), "2");
