@@ -53,13 +53,14 @@ TEST(StreetDirections, TellRampsRoundaboutsAndTurningBack) {
     ramp.kind = StreetClass::Ramp;
     auto freeway = street("Olentangy Freeway", 5280, 20);
     freeway.kind = StreetClass::Motorway;
-    Stretch ring{.feet = 60, .roundabout = true, .others = 1};
+    const Stretch ring{.feet = 60, .roundabout = true, .others = 1};
+    const Stretch entry{.feet = 20, .roundabout = true};
     auto back = street("Mill Street", 200, 270);
     back.uTurn = true;
     auto deadEnd = back;
     deadEnd.headingIn = deadEnd.headingOut = 90;
     deadEnd.others = 0;
-    EXPECT_THAT(told({street("High Street", 500, 0), ramp, freeway, ring, ring, ring,
+    EXPECT_THAT(told({street("High Street", 500, 0), ramp, freeway, ring, ring, entry, ring,
                       street("Mill Street", 400, 90), back, deadEnd}),
                 ElementsAre("Go north on High Street | 0.1 miles | north High Street",
                             "Take the ramp on the right | 0.2 miles | right the ramp",

@@ -101,7 +101,7 @@ TEST(SuggestOrder, ImprovesManyStopsAndKeepsSchoolAndTurnPoint) {
     fixed.back() = true;
     const auto few = suggestOrder(*network, run, fixed, {});
     EXPECT_TRUE(few.isBest);
-    fixed[10] = false;
+    fixed[10] = fixed.back() = false;
     const auto many = suggestOrder(*network, run, fixed, {.seats = 10});
     EXPECT_FALSE(many.isBest);
     EXPECT_FALSE(many.keepsLimits);
