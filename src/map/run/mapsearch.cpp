@@ -79,13 +79,16 @@ std::vector<SearchHit> runsLike(ado::Connection& routing, const std::string& tex
     return hits;
 }
 
+constexpr std::string_view PlacedStops =
+    "SELECT STOP.STOPID, STOP.STOPTYPE, STOP.ADDR1, STOP.DESCRIPTION, STOP.XPOS, STOP.YPOS FROM "
+    "STOP WHERE (STOP.XPOS <> 0 OR STOP.YPOS <> 0) AND STOP.XPOS Is Not Null AND STOP.YPOS Is Not "
+    "Null";
+
 std::vector<SearchHit> stopsLike(ado::Connection& routing, const std::string& text) {
     std::vector<SearchHit> hits;
     for (const auto* way : {"{}%", "%{}%"}) {
         addHits(routing,
-                "SELECT STOP.STOPID, STOP.STOPTYPE, STOP.ADDR1, STOP.DESCRIPTION, STOP.XPOS, "
-                "STOP.YPOS FROM STOP WHERE (STOP.XPOS <> 0 OR STOP.YPOS <> 0) AND STOP.XPOS Is Not "
-                "Null AND STOP.YPOS Is Not Null AND " +
+                std::string(PlacedStops) + " AND " +
                     anyLike({"STOP.STOPID", "STOP.ADDR1", "STOP.DESCRIPTION"},
                             fmt::format(fmt::runtime(way), text)) +
                     " ORDER BY STOP.STOPID",
@@ -110,23 +113,12 @@ std::vector<SearchHit> searchMap(ado::Connection& routing, std::string_view text
     return hits;
 }
 
-std::vector<UnplacedStop> readUnplacedStops(ado::Connection& routing, const std::string& run) {
-    std::vector<UnplacedStop> stops;
+std::vector<SearchHit> readAllStops(ado::Connection& routing) {
+    std::vector<SearchHit> stops;
     ado::Recordset row;
-    row.Open(fmt::format(
-                 "SELECT STOP.INT_STOPID, STOP.STOPID, STOP.ADDR1, STOP.DESCRIPTION, "
-                 "STOP_TRIPTYPE.NUM_STUDENTS FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID "
-                 "= STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}' AND (STOP.XPOS=0 OR "
-                 "STOP.XPOS Is Null) AND (STOP.YPOS=0 OR STOP.YPOS Is Null) ORDER BY "
-                 "STOP_TRIPTYPE.RUNSEQ",
-                 ado::escaped(run)),
-             routing);
+    row.Open(std::string(PlacedStops) + " ORDER BY STOP.STOPID", routing);
     for (; !row.Eof(); row.MoveNext()) {
-        stops.push_back({.intStopId = row["INT_STOPID"].asInteger(),
-                         .stopId = textOf(row["STOPID"]),
-                         .address = textOf(row["ADDR1"]),
-                         .description = textOf(row["DESCRIPTION"]),
-                         .students = wholeOf(row["NUM_STUDENTS"])});
+        stops.push_back(hitOfStop(row));
     }
     return stops;
 }

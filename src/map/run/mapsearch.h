@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,17 +25,7 @@ inline constexpr int MostHits = 20;
 /// the beginning comes first. Nothing for a blank text.
 [[nodiscard]] std::vector<SearchHit> searchMap(ado::Connection& routing, std::string_view text);
 
-/// A stop that no map knows the place of.
-struct UnplacedStop {
-    std::int64_t intStopId = 0;
-    std::string stopId = {};
-    std::string address = {};
-    std::string description = {};
-    int students = 0;  ///< on that run; 0 where it is on none
-};
-
-/// The stops without a place of a run, in its order.
-[[nodiscard]] std::vector<UnplacedStop> readUnplacedStops(ado::Connection& routing,
-                                                          const std::string& run);
+/// Where the district's stops are, schools and garages among them, by id.
+[[nodiscard]] std::vector<SearchHit> readAllStops(ado::Connection& routing);
 
 }  // namespace map

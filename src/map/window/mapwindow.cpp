@@ -12,6 +12,7 @@
 #include "platform/controls/access.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
+#include "streets/district/placesearch.h"
 
 #include "ui_mapwindow.h"
 
@@ -24,6 +25,7 @@ using controls::toQt;
 
 constexpr auto Form_ = "MapWindow";
 constexpr auto AskKey = "MapWindow/AskFirst";
+constexpr std::size_t MostPlaces = 10;
 constexpr double StopView = 1;  ///< feet a pixel
 
 // What the map needs beside the panel, in pixels: its signs do not grow with the font.
@@ -33,18 +35,6 @@ constexpr int PanelCharacters = 64;
 constexpr int NarrowCharacters = 26;
 
 constexpr auto NotSavedTitle = "Not Saved";
-
-std::shared_ptr<const Ground> groundOf(
-    const std::shared_ptr<const streets::DistrictStreets>& streets) {
-    if (streets == nullptr) {
-        return bareGround();
-    }
-    if (streets->grid()) {
-        return gridGround(streets->grid()->blockFeet);
-    }
-    // The map lives as long as what it belongs to.
-    return streetGround({streets, streets->map()}, streets->closed());
-}
 
 }  // namespace
 
@@ -102,6 +92,11 @@ void MapWindow::fillMenu() {
        &MapWindow::SchoolRuns_Click);
     on(menu->addAction(tr("Runs of the &Route")), &QAction::triggered, "RouteRuns_Click",
        &MapWindow::RouteRuns_Click);
+    menu->addSeparator();
+    auto* points = menu->addAction(tr("Show A&ll Stops"));
+    points->setObjectName(QStringLiteral("AllStops"));
+    points->setCheckable(true);
+    on(points, &QAction::toggled, "AllStops_Click", &MapWindow::AllStops_Click);
     menu->addSeparator();
     auto* moves = menu->addAction(tr("&Move Stops by Hand"));
     moves->setCheckable(true);
@@ -272,12 +267,42 @@ void MapWindow::show(View view) {
     tellStatus();
 }
 
+Panel MapWindow::panelNow() const {
+    switch (view_) {
+        case View::Nothing:
+            return {.heading = "No run"};
+        case View::Runs:
+            return panelOf(runs_, runsHeading_);
+        case View::Compared:
+            return panelOf(shown_, *comparison_);
+        case View::Candidates:
+            return candidatesPanelOf(stored_, chosenStop_, candidates_);
+        case View::Directions:
+            return directionsPanelOf(shown_);
+        case View::Run:
+            break;
+    }
+    return panelOf(shown_);
+}
+
+Scene MapWindow::sceneNow() const {
+    if (view_ == View::Nothing) {
+        return {};
+    }
+    if (view_ == View::Runs) {
+        return sceneOf(std::span<const ShownRun>(runs_), chosenRun_);
+    }
+    if (view_ == View::Compared) {
+        return comparisonScene(shown_, *comparison_, oldLines_, chosenStop_);
+    }
+    if (view_ == View::Candidates && !candidates_.empty()) {
+        return candidatesScene(candidates_, chosenCandidate_, chosenStop_);
+    }
+    return sceneOf(shown_, chosenStop_);
+}
+
 void MapWindow::showPanel() {
-    auto panel = view_ == View::Nothing                   ? Panel{.heading = "No run"}
-                 : view_ == View::Runs                    ? panelOf(runs_, runsHeading_)
-                 : view_ == View::Compared && comparison_ ? panelOf(shown_, *comparison_)
-                 : view_ == View::Directions              ? directionsPanelOf(shown_)
-                                                          : panelOf(shown_);
+    auto panel = panelNow();
     ui_->Heading->setText(toQt(panel.heading));
     ui_->Subject->setText(toQt(panel.subject));
     ui_->Subject->setVisible(!panel.subject.empty() && !ui_->Rows->isNarrow());
@@ -285,23 +310,28 @@ void MapWindow::showPanel() {
     ui_->Gain->setVisible(!panel.note.empty());
     ui_->Gain->say(controls::Tone::Plain, controls::toRich(panel.note));
     ui_->Rows->showRows(panel.columns, std::move(panel.rows));
-    ui_->Rows->choose(ui_->Rows->rowOfIndex(view_ == View::Runs ? chosenRun_ : chosenStop_));
+    ui_->Rows->choose(ui_->Rows->rowOfIndex(view_ == View::Runs         ? chosenRun_
+                                            : view_ == View::Candidates ? chosenCandidate_
+                                                                        : chosenStop_));
 }
 
 void MapWindow::showScene(bool fits) {
-    auto scene = view_ == View::Nothing ? Scene{}
-                 : view_ == View::Runs  ? sceneOf(std::span<const ShownRun>(runs_), chosenRun_)
-                 : view_ == View::Compared && comparison_
-                     ? comparisonScene(shown_, *comparison_, oldLines_, chosenStop_)
-                     : sceneOf(shown_, chosenStop_);
+    auto scene = sceneNow();
     const auto sight = firstSight(scene);
+    addAllStops(scene);
     ui_->Streets->showScene(std::move(scene), sight, fits ? MapView::Fit::Yes : MapView::Fit::No);
 }
 
 void MapWindow::showButtons() {
     const bool compared = view_ == View::Compared;
     ui_->TakeOver->setVisible(compared);
-    ui_->KeepOldWay->setVisible(compared);
+    ui_->KeepOldWay->setVisible(compared || view_ == View::Candidates);
+    const bool lacksPlace =
+        view_ == View::Run && chosenStop_ != NoStop && !shown_.run.stops[chosenStop_].isPlaced;
+    ui_->PlaceIt->setVisible(lacksPlace || view_ == View::Candidates);
+    ui_->PlaceIt->setEnabled(lacksPlace || !candidates_.empty());
+    ui_->KeepOldWay->setText(compared ? tr("&Keep Old Way") : tr("&Back"));
+    ui_->PlaceIt->setText(view_ == View::Candidates ? tr("&Place Here") : tr("&Find a Place"));
     ui_->SolveIt->setVisible(view_ == View::Run || view_ == View::Directions);
     ui_->SolveIt->setEnabled(isOfOneRun());
     ui_->OpenRun->setVisible(view_ == View::Runs);
@@ -320,7 +350,8 @@ void MapWindow::showButtons() {
 
 /// In full, unless the panel is folded.
 void MapWindow::showTrouble() {
-    const auto text = isOfOneRun() ? troubleText(shown_, chosenStop_) : std::string();
+    const bool isTold = isOfOneRun() && view_ != View::Candidates;
+    const auto text = isTold ? troubleText(shown_, chosenStop_) : std::string();
     ui_->Trouble->setVisible(!text.empty() && !ui_->Rows->isNarrow());
     ui_->Trouble->say(controls::Tone::Look, controls::toRich(text), controls::Sign::Warning);
 }
@@ -341,11 +372,13 @@ void MapWindow::tellStatus() {
     }
     ui_->Status->setText(toQt(text));
     const bool sides = district_.streets && district_.streets->network().hasSides();
-    ui_->Hint->setText(view_ == View::Compared ? tr("Nothing is saved until Take Over")
-                       : view_ == View::Runs
-                           ? tr("A click on a way chooses its run, a double click opens it")
-                       : sides ? tr("Right-hand door; figures on the way: minutes of the leg")
-                               : tr("Figures on the way: minutes of the leg"));
+    ui_->Hint->setText(
+        view_ == View::Compared ? tr("Nothing is saved until Take Over")
+        : view_ == View::Runs   ? tr("A click on a way chooses its run, a double click opens it")
+        : view_ == View::Candidates
+            ? tr("Type an address or a corner to look for others; nothing is saved yet")
+        : sides ? tr("Right-hand door; figures on the way: minutes of the leg")
+                : tr("Figures on the way: minutes of the leg"));
 }
 
 void MapWindow::chooseRow(int row) {
@@ -357,6 +390,10 @@ void MapWindow::chooseRow(int row) {
         chosenRun_ = at->index;
         showScene(false);
         tellStatus();
+    } else if (view_ == View::Candidates) {
+        chosenCandidate_ = at->index;
+        showScene(false);
+        ui_->Streets->reveal(candidates_[chosenCandidate_].at);
     } else if (at->index < shown_.run.stops.size()) {
         chooseStop(at->index);
     } else {
@@ -369,6 +406,7 @@ void MapWindow::chooseRow(int row) {
 void MapWindow::chooseStop(std::size_t stop) {
     chosenStop_ = stop;
     showScene(false);
+    showButtons();
     showTrouble();
     tellStatus();
     const auto row = ui_->Rows->rowOfIndex(stop);
@@ -381,7 +419,7 @@ void MapWindow::chooseStop(std::size_t stop) {
 }
 
 bool MapWindow::step(bool forward) {
-    if (!isOfOneRun()) {
+    if (!isOfOneRun() || view_ == View::Candidates) {
         return false;
     }
     const auto count = static_cast<std::ptrdiff_t>(shown_.run.stops.size());
@@ -398,6 +436,9 @@ bool MapWindow::step(bool forward) {
 }
 
 std::size_t MapWindow::stopOf(const Hit& hit) const {
+    if (hit.run >= (view_ == View::Runs ? runs_.size() : 1)) {
+        return NoStop;
+    }
     std::size_t drawn = 0;
     const auto& run = view_ == View::Runs ? runs_[hit.run].run : shown_.run;
     for (std::size_t i = 0; i < run.stops.size(); ++i) {
@@ -411,6 +452,9 @@ std::size_t MapWindow::stopOf(const Hit& hit) const {
 
 void MapWindow::chooseHit(const Hit& hit) {
     if (hit.kind != Hit::Kind::Stop && hit.kind != Hit::Kind::Leg) {
+        return;
+    }
+    if (hit.run >= (view_ == View::Runs ? runs_.size() : 1)) {
         return;
     }
     if (view_ == View::Runs) {
@@ -436,6 +480,10 @@ QString MapWindow::toldOf(const Hit& hit) const {
     if (hit.kind == Hit::Kind::Place) {
         return toQt(ui_->Streets->scene().places[hit.index].name);
     }
+    if (hit.run >= (view_ == View::Runs ? runs_.size() : 1)) {
+        const auto& stop = allStops_[hit.index];
+        return toQt(fmt::format("Stop {}, {}", stop.key, stop.name));
+    }
     if (hit.kind != Hit::Kind::Stop) {
         return view_ == View::Runs ? toQt(headingOf(runs_[hit.run].run)) : QString();
     }
@@ -455,6 +503,9 @@ void MapWindow::activateRow(int row) {
 
 /// So near that the sides of the street are seen.
 void MapWindow::enterStop() {
+    if (view_ == View::Candidates) {
+        return PlaceIt_Click();
+    }
     if (!isOfOneRun() || chosenStop_ == NoStop || !shown_.run.stops[chosenStop_].isPlaced) {
         return;
     }
@@ -486,7 +537,12 @@ void MapWindow::SolveIt_Click() {
 }
 
 void MapWindow::TakeOver_Click() { decide(Decision::TakenOver); }
-void MapWindow::KeepOldWay_Click() { decide(Decision::Kept); }
+void MapWindow::KeepOldWay_Click() {
+    if (view_ == View::Candidates) {
+        return show(View::Run);
+    }
+    decide(Decision::Kept);
+}
 
 void MapWindow::decide(Decision decision) {
     const auto run = shown_.run.id;

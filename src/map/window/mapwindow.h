@@ -54,6 +54,10 @@ public:
     void ask(const std::string& run, Decided decided);
     /// A run was solved and saved by others: where it is shown it is read again.
     void runSaved(const std::string& run);
+    /// Shows where all stops of the district are, beside what is shown.
+    void showPoints();
+    /// Other streets from now on.
+    void driveOn(std::shared_ptr<const streets::DistrictStreets> streets);
     /// Whether a run that another program sends is taken over only when the planner says so.
     [[nodiscard]] static bool asksFirst();
 
@@ -61,6 +65,7 @@ public:
     void TakeOver_Click();
     void KeepOldWay_Click();
     void OpenRun_Click();
+    void PlaceIt_Click();
     void MoveStop_Click(bool on);
     void SuggestOrder_Click();
     void SolveRuns_Click();
@@ -92,6 +97,8 @@ private:
     /// False where there is no such run; the window says so.
     bool read(const std::string& run);
     void show(View view);
+    [[nodiscard]] Panel panelNow() const;
+    [[nodiscard]] Scene sceneNow() const;
     void showPanel();
     void showScene(bool fits);
     void showButtons();
@@ -124,6 +131,9 @@ private:
     void dragStop(const Hit& hit, geo::Feet to);
     void dropStop(const Hit& hit, geo::Feet to);
     void showMenu(const QPoint& at, geo::Feet place);
+    void AllStops_Click(bool on);
+    void offerCandidates(const std::string& words);
+    void addAllStops(Scene& scene) const;
     void placeStop(std::size_t stop, geo::Feet at);
 
     std::unique_ptr<Ui::MapWindow> ui_;
@@ -133,7 +143,9 @@ private:
     ShownRun shown_;
     std::size_t chosenStop_ = NoStop;
     std::optional<Comparison> comparison_;
-    std::vector<Candidate> candidates_;
+    std::vector<Candidate> candidates_;  ///< for the chosen stop
+    std::size_t chosenCandidate_ = 0;
+    std::vector<SearchHit> allStops_;  ///< where they are shown
     std::vector<std::vector<geo::Feet>> oldLines_;
     std::deque<Asked> asked_;  ///< the first one is shown
     std::vector<ShownRun> runs_;

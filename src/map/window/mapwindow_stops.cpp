@@ -46,6 +46,7 @@ std::string suggestionText(const streets::OrderSuggestion& found) {
 }  // namespace
 
 void MapWindow::wireStops() {
+    on(ui_->PlaceIt, &QPushButton::clicked, "PlaceIt_Click", &MapWindow::PlaceIt_Click);
     on(ui_->Rows, &RowList::rowDropped, "Rows_Drop", &MapWindow::dropRow);
     on(ui_->Streets, &MapView::stopDragged, "Streets_Drag", &MapWindow::dragStop);
     on(ui_->Streets, &MapView::stopDropped, "Streets_Drop", &MapWindow::dropStop);
@@ -160,6 +161,69 @@ void MapWindow::SuggestOrder_Click() {
     auto way = wayOf(district_.streets->network(), changed);
     news_ = suggestionText(found);
     compareWith({.run = std::move(changed), .way = std::move(way)});
+}
+
+void MapWindow::PlaceIt_Click() {
+    if (view_ == View::Run && chosenStop_ != NoStop) {
+        return offerCandidates(stored_.stops[chosenStop_].name);
+    }
+    if (view_ == View::Candidates && chosenCandidate_ < candidates_.size()) {
+        const auto stop = chosenStop_;
+        compareWith(candidates_[chosenCandidate_].shown);
+        chooseStop(stop);
+    }
+}
+
+void MapWindow::offerCandidates(const std::string& words) {
+    candidates_ = candidatesFor(*district_.streets, stored_, chosenStop_, words);
+    chosenCandidate_ = 0;
+    if (candidates_.empty()) {
+        news_ = fmt::format("No place was found for \"{}\"", words);
+    }
+    show(View::Candidates);
+}
+
+void MapWindow::showPoints() {
+    trap("showPoints", [&] {
+        load();
+        ui_->More->menu()->findChild<QAction*>(QStringLiteral("AllStops"))->setChecked(true);
+        showForm();
+    });
+}
+
+void MapWindow::AllStops_Click(bool on) {
+    allStops_ = on ? readAllStops(district_.routing) : std::vector<SearchHit>{};
+    showScene(view_ == View::Nothing);
+}
+
+/// Behind all else, as one run more.
+void MapWindow::addAllStops(Scene& scene) const {
+    if (allStops_.empty()) {
+        return;
+    }
+    DrawnRun layer;
+    layer.isChosen = false;
+    for (const auto& stop : allStops_) {
+        DrawnStop drawn;
+        drawn.at = stop.at;
+        drawn.look = StopLook::Ring;
+        drawn.isPale = true;
+        layer.stops.push_back(std::move(drawn));
+    }
+    if (scene.runs.empty()) {
+        scene.runs.emplace_back();
+    }
+    scene.runs.push_back(std::move(layer));
+}
+
+void MapWindow::driveOn(std::shared_ptr<const streets::DistrictStreets> streets) {
+    trap("driveOn", [&] {
+        district_.streets = std::move(streets);
+        ui_->Streets->setGround(groundOf(district_.streets));
+        if (view_ != View::Compared) {
+            Reload();
+        }
+    });
 }
 
 }  // namespace map

@@ -6,9 +6,17 @@
 
 #include <fmt/format.h>
 
+#include "streets/district/placesearch.h"
+
 namespace map {
 
 namespace {
+
+constexpr std::size_t MostCandidates = 6;
+
+std::string letterOf(std::size_t candidate) {
+    return {static_cast<char>('A' + static_cast<char>(candidate))};
+}
 
 /// What the run comes to without the stop, where that is known; otherwise what is stored of it.
 double minutesWithout(const streets::Network& network, const MappedRun& run, std::size_t stop) {
@@ -36,9 +44,34 @@ std::optional<Candidate> candidate(const streets::Network& network, const Mapped
 
 }  // namespace
 
+std::shared_ptr<const Ground> groundOf(
+    const std::shared_ptr<const streets::DistrictStreets>& streets) {
+    if (streets == nullptr) {
+        return bareGround();
+    }
+    if (streets->grid()) {
+        return gridGround(streets->grid()->blockFeet);
+    }
+    // The map lives as long as what it belongs to.
+    return streetGround({streets, streets->map()}, streets->closed());
+}
+
 std::optional<Candidate> candidateAt(const streets::DistrictStreets& streets, const MappedRun& run,
                                      std::size_t stop, geo::Feet at) {
     return candidate(streets.network(), run, stop, at);
+}
+
+std::vector<Candidate> candidatesFor(const streets::DistrictStreets& streets, const MappedRun& run,
+                                     std::size_t stop, std::string_view words) {
+    std::vector<Candidate> found;
+    for (const auto& place : streets::findPlaces(streets, words, MostCandidates)) {
+        if (auto one = candidate(streets.network(), run, stop, place.at)) {
+            one->name = place.text;
+            found.push_back(std::move(*one));
+        }
+    }
+    std::ranges::stable_sort(found, {}, &Candidate::minutesMore);
+    return found;
 }
 
 Panel candidatesPanelOf(const MappedRun& run, std::size_t stop,
@@ -55,7 +88,7 @@ Panel candidatesPanelOf(const MappedRun& run, std::size_t stop,
             sideOf(one.shown.run.stops[stop], solution.stops[stop].halt, solution.sides);
         PanelRow row;
         row.mark = PanelRow::Mark::Candidate;
-        row.number = std::string(1, static_cast<char>('A' + i));
+        row.number = letterOf(i);
         row.title = one.name;
         row.detail = fmt::format("run starts {}{}", solution.start.hhmm(),
                                  side.empty() ? "" : ", door on the " + side);
@@ -66,6 +99,40 @@ Panel candidatesPanelOf(const MappedRun& run, std::size_t stop,
         panel.rows.push_back(std::move(row));
     }
     return panel;
+}
+
+/// What stays as it is becomes pale.
+Scene candidatesScene(const std::vector<Candidate>& candidates, std::size_t chosen,
+                      std::size_t stop) {
+    Scene scene = sceneOf(candidates[chosen].shown, NoStop);
+    auto& run = scene.runs.front();
+    auto leg = run.legs.begin();
+    const auto& solved = candidates[chosen].shown.way.solution.stops;
+    for (std::size_t i = 0; i < solved.size(); ++i) {
+        if (solved[i].way.line.size() > 1) {
+            leg->isPale = i != stop && i != stop + 1;
+            leg->plate.clear();
+            ++leg;
+        }
+    }
+    std::erase_if(run.stops, [&](const DrawnStop& drawn) {
+        return drawn.at.x == candidates[chosen].at.x && drawn.at.y == candidates[chosen].at.y;
+    });
+    for (auto& drawn : run.stops) {
+        drawn.isPale = true;
+    }
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        const auto& halt = candidates[i].shown.way.solution.stops[stop].halt;
+        DrawnStop drawn;
+        drawn.at = candidates[i].at;
+        drawn.onStreet = halt ? std::optional(halt->at) : std::nullopt;
+        drawn.number = letterOf(i);
+        drawn.plate = signedMinutes(candidates[i].minutesMore) + " min";
+        drawn.look = StopLook::Candidate;
+        drawn.isChosen = i == chosen;
+        run.stops.push_back(std::move(drawn));
+    }
+    return scene;
 }
 
 }  // namespace map

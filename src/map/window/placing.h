@@ -1,15 +1,22 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "map/ground/ground.h"
 #include "map/window/panelrows.h"
 #include "map/window/runscene.h"
 #include "streets/district/districtstreets.h"
 
 namespace map {
+
+/// What lies below a district's runs.
+[[nodiscard]] std::shared_ptr<const Ground> groundOf(
+    const std::shared_ptr<const streets::DistrictStreets>& streets);
 
 /// A place for one of a run's stops, and what the run comes to with it.
 struct Candidate {
@@ -19,6 +26,11 @@ struct Candidate {
     ShownRun shown = {};  ///< the run with the stop there
 };
 
+/// Places that the words name, the one that makes the run the least longer first, at most six;
+/// those that no bus can serve are left out.
+[[nodiscard]] std::vector<Candidate> candidatesFor(const streets::DistrictStreets& streets,
+                                                   const MappedRun& run, std::size_t stop,
+                                                   std::string_view words);
 /// The run with the stop at a place that was pointed at; nothing where no bus can serve it there.
 [[nodiscard]] std::optional<Candidate> candidateAt(const streets::DistrictStreets& streets,
                                                    const MappedRun& run, std::size_t stop,
@@ -26,5 +38,9 @@ struct Candidate {
 
 [[nodiscard]] Panel candidatesPanelOf(const MappedRun& run, std::size_t stop,
                                       const std::vector<Candidate>& candidates);
+
+/// The candidates by their letters, and the run with the chosen one.
+[[nodiscard]] Scene candidatesScene(const std::vector<Candidate>& candidates, std::size_t chosen,
+                                    std::size_t stop);
 
 }  // namespace map

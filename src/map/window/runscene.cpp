@@ -49,6 +49,28 @@ std::optional<streets::Leg> emptyLegOf(const streets::Network& network, const Ma
                         : legBetween(network, stop->at, run.garage->at);
 }
 
+/// The way past stops that have no place; nothing where another one cannot be served.
+std::vector<streets::SolvedStop> wayOfPlaced(const streets::Network& network, const MappedRun& run,
+                                             const streets::Solution& whole) {
+    auto rest = runToSolve(run);
+    std::vector<std::size_t> kept;
+    for (std::size_t i = 0; i < rest.stops.size(); ++i) {
+        if (rest.stops[i].placed) {
+            kept.push_back(i);
+        }
+    }
+    std::erase_if(rest.stops, [](const streets::RunStop& stop) { return !stop.placed; });
+    auto found = kept.size() == run.stops.size() ? whole : streets::solve(network, rest);
+    if (!found.unserved.empty() || found.stops.size() != kept.size()) {
+        return {};
+    }
+    std::vector<streets::SolvedStop> stops(run.stops.size());
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        stops[kept[i]] = std::move(found.stops[i]);
+    }
+    return stops;
+}
+
 std::string minutesText(double minutes) {
     return minutes > 0 ? fmt::format("{:.1f}", minutes) : "";
 }
@@ -70,10 +92,10 @@ DrawnStop drawnStop(const ShownRun& shown, std::size_t index, std::size_t chosen
     drawn.number = std::to_string(shown.run.numberOf(index));
     drawn.isChosen = index == chosen;
     drawn.isWarned = findingAt(shown.run, stop) != nullptr;
-    if (shown.way.isKnown()) {
-        const auto& solved = shown.way.solution.stops[index];
+    if (!shown.way.drawn.empty()) {
+        const auto& solved = shown.way.drawn[index];
         drawn.heading = headingAtEnd(solved.way.line);
-        if (shown.way.solution.sides && solved.halt) {
+        if (shown.way.sides && solved.halt) {
             drawn.onStreet = solved.halt->at;
         }
     }
@@ -82,13 +104,11 @@ DrawnStop drawnStop(const ShownRun& shown, std::size_t index, std::size_t chosen
 
 DrawnRun drawnRun(const ShownRun& shown, std::size_t chosenStop) {
     DrawnRun drawn;
-    if (shown.way.isKnown()) {
-        const auto& stops = shown.way.solution.stops;
-        for (std::size_t i = 0; i < stops.size(); ++i) {
-            if (stops[i].way.line.size() > 1) {
-                drawn.legs.push_back({.line = stops[i].way.line,
-                                      .plate = minutesText(shown.run.stops[i].legMinutes)});
-            }
+    const auto& stops = shown.way.drawn;
+    for (std::size_t i = 0; i < stops.size(); ++i) {
+        if (stops[i].way.line.size() > 1) {
+            drawn.legs.push_back(
+                {.line = stops[i].way.line, .plate = minutesText(shown.run.stops[i].legMinutes)});
         }
     }
     if (shown.way.empty && shown.way.empty->line.size() > 1) {
@@ -208,7 +228,11 @@ std::vector<std::vector<geo::Feet>> without(std::span<const std::vector<geo::Fee
 }  // namespace
 
 RunWay wayOf(const streets::Network& network, const MappedRun& run) {
-    return {streets::solve(network, runToSolve(run)), emptyLegOf(network, run)};
+    RunWay way{.solution = streets::solve(network, runToSolve(run)),
+               .empty = emptyLegOf(network, run),
+               .sides = network.hasSides()};
+    way.drawn = way.isKnown() ? way.solution.stops : wayOfPlaced(network, run, way.solution);
+    return way;
 }
 
 Scene sceneOf(const ShownRun& shown, std::size_t chosenStop) {
@@ -284,7 +308,7 @@ streets::Box firstSight(const Scene& scene) {
 
 std::vector<std::vector<geo::Feet>> linesOf(const RunWay& way) {
     std::vector<std::vector<geo::Feet>> lines;
-    for (const auto& stop : way.solution.stops) {
+    for (const auto& stop : way.drawn) {
         if (stop.way.line.size() > 1) {
             lines.push_back(stop.way.line);
         }

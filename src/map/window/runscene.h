@@ -17,9 +17,14 @@ namespace map {
 /// The way that a run drives on today's streets.
 struct RunWay {
     streets::Solution solution = {};  ///< where it has unserved stops there is no way
+    /// What is drawn: the solution's, or where it lacks but stops without a place, those of the
+    /// rest. One for each stop of the run; empty where there is nothing to draw.
+    std::vector<streets::SolvedStop> drawn = {};
     /// Between the garage and the run's first stop on a run to school, from its last one on a run
     /// home.
     std::optional<streets::Leg> empty = {};
+
+    bool sides = false;  ///< the sides of streets count
 
     [[nodiscard]] bool isKnown() const {
         return solution.unserved.empty() && !solution.stops.empty();

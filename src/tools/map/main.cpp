@@ -124,9 +124,10 @@ void openDistrict() {
     requireFittingDistrict(*startup::gcnRouting);
 }
 
-std::unique_ptr<MapService> serviceFor(const MapService::Manner& manner) {
+std::unique_ptr<MapService> serviceFor(MapService::Manner manner) {
+    manner.openStreets = tools::map::openStreets;
     return std::make_unique<MapService>(*startup::gcnRouting,
-                                        runedit::WorkFiles(startup::gProgPath), manner);
+                                        runedit::WorkFiles(startup::gProgPath), std::move(manner));
 }
 
 int serveUnseen(int argc, char** argv) {

@@ -1,12 +1,13 @@
 #include "tools/map/mapscreen.h"
 
+#include "data/lookups/mdlGetItems.h"
 #include "map/window/mapwindow.h"
+#include "platform/base/text.h"
 #include "platform/forms/application.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/session.h"
 #include "startup/districts/knowndistricts.h"
 #include "streets/district/districtstreets.h"
-#include "streets/network/gridnetwork.h"
 
 namespace tools::map {
 
@@ -14,10 +15,9 @@ namespace {
 
 using Window = ::map::MapWindow;
 
-/// Opened once, when the window is.
-std::shared_ptr<const streets::DistrictStreets> districtStreets() {
-    static const auto streets =
-        std::make_shared<const streets::DistrictStreets>(streets::gridNetwork({}), streets::Grid{});
+/// What the district drives on, for a window that is made anew.
+DistrictStreets& streetsNow() {
+    static DistrictStreets streets;
     return streets;
 }
 
@@ -28,12 +28,25 @@ std::string lastUser() {
 
 Window& window() {
     return forms::FormRegistry::instance().make<Window>(
-        ::map::MapDistrict{*startup::gcnRouting, districtStreets(), lastUser});
+        ::map::MapDistrict{*startup::gcnRouting, streetsNow(), lastUser});
+}
+
+/// The district's list of closed streets, as those who send runs name it.
+std::string closedStreets() {
+    const auto file = data::GetGGClosedStreet();
+    return file == "NOT FOUND" ? "" : std::string(base::trim(file));
 }
 
 template <class Step>
 void guarded(Step step) {
     forms::Application::instance().guarded(step);
+}
+
+template <class Step>
+void ifOpen(Step step) {
+    if (forms::FormRegistry::instance().find("MapWindow") != nullptr) {
+        guarded(step);
+    }
 }
 
 void ask(const std::string& run, const std::function<void(bool)>& decided) {
@@ -46,19 +59,23 @@ void ask(const std::string& run, const std::function<void(bool)>& decided) {
 
 }  // namespace
 
+DistrictStreets openStreets(const std::string& closedStreets) {
+    return streets::openStreets(
+        {.settings = startup::gIniFile, .folder = startup::gDataPath, .closed = closedStreets});
+}
+
 Screen desktopScreen() {
+    streetsNow() = openStreets(closedStreets());
     return {.show = [](const std::string& run) { guarded([&] { window().showRun(run); }); },
             .asksFirst = [] { return Window::asksFirst(); },
             .ask = ask,
-            .saved =
-                [](const std::string& run) {
-                    guarded([&] {
-                        if (forms::FormRegistry::instance().find("MapWindow") != nullptr) {
-                            window().runSaved(run);
-                        }
-                    });
-                },
-            .showPoints = showMap};
+            .saved = [](const std::string& run) { ifOpen([&] { window().runSaved(run); }); },
+            .showPoints = [] { guarded([] { window().showPoints(); }); },
+            .drive =
+                [](const DistrictStreets& streets) {
+                    streetsNow() = streets;
+                    ifOpen([&] { window().driveOn(streets); });
+                }};
 }
 
 void showMap() {

@@ -9,7 +9,6 @@
 
 #include "platform/base/error.h"
 #include "runedit/map/runanswer.h"
-#include "streets/network/gridnetwork.h"
 #include "tools/map/results.h"
 
 namespace tools::map {
@@ -19,11 +18,6 @@ namespace {
 constexpr MapService::Milliseconds Moment{100};
 
 bool isRunScript(const std::string& script) { return script == "StartRun" || script == "SolveRun"; }
-
-const streets::Network& network() {
-    static const auto Grid = streets::gridNetwork({});
-    return *Grid;
-}
 
 [[noreturn]] void refuseRequest(const std::string& why) {
     throw base::RunTimeError(base::errors::InvalidProcedureCall, why);
@@ -79,9 +73,29 @@ void MapService::take(const runedit::MapRequest& request) {
         onScreen([run = runIn(request)](const Screen& screen) { screen.show(run); });
     } else if (request.script == "Show.ShowPoints") {
         onScreen([](const Screen& screen) { screen.showPoints(); });
-    } else if (request.script != "CloseStreets") {
+    } else if (request.script == "CloseStreets") {
+        closeStreets(request);
+    } else {
         refuseRequest("There is no script " + request.script + ".");
     }
+}
+
+const DistrictStreets& MapService::streets() {
+    if (!streets_) {
+        streets_ = manner_.openStreets("");
+    }
+    return streets_;
+}
+
+/// The list may have been edited since: it is read each time.
+void MapService::closeStreets(const runedit::MapRequest& request) {
+    const auto* closed =
+        request.arguments.empty() ? nullptr : std::get_if<std::string>(&request.arguments.back());
+    streets_ = manner_.openStreets(closed == nullptr ? "" : *closed);
+    for (const auto& remark : streets_->remarks()) {
+        manner_.tell(remark);
+    }
+    onScreen([streets = streets_](const Screen& screen) { screen.drive(streets); });
 }
 
 void MapService::onScreen(const std::function<void(const Screen&)>& step) {
@@ -98,7 +112,7 @@ void MapService::takeRun(const std::string& run, bool isShown) {
         return;
     }
     const auto request = requestForRun(files::read(files_.path(runedit::workfile::Runs)), run);
-    const auto job = std::make_shared<Job>(request, files_.stopExport(run), network(),
+    const auto job = std::make_shared<Job>(request, files_.stopExport(run), streets(),
                                            rightSideStops(routing_, run));
     if (manner_.fault == Fault::Die) {
         QTimer::singleShot(manner_.work, this, [this, job] { manner_.end(); });

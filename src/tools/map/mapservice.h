@@ -12,6 +12,7 @@
 #include "platform/files/files.h"
 #include "runedit/map/maprequest.h"
 #include "runedit/map/workfiles.h"
+#include "streets/district/districtstreets.h"
 #include "tools/map/solver.h"
 
 namespace tools::map {
@@ -26,6 +27,8 @@ enum class Fault {
     FileStays,  ///< never gives the run's stop export free
 };
 
+using DistrictStreets = std::shared_ptr<const streets::DistrictStreets>;
+
 /// What the service has of a window; without one it works unseen.
 struct Screen {
     std::function<void(const std::string& run)> show;
@@ -35,6 +38,7 @@ struct Screen {
     std::function<void(const std::string& run, std::function<void(bool taken)> decided)> ask;
     std::function<void(const std::string& run)> saved;
     std::function<void()> showPoints;
+    std::function<void(const DistrictStreets& streets)> drive;  ///< other streets from now on
 };
 
 /// The map's side of the exchange. It takes requests, solves the run, writes what it found into the
@@ -51,6 +55,8 @@ public:
         std::function<void(const std::string&)> tell = [](const std::string&) {};
         std::function<void()> end = [] {};  ///< ends the program
         std::optional<Screen> screen = {};
+        /// Opens what the district drives on, without the streets of that list of closed ones.
+        std::function<DistrictStreets(const std::string& closedStreets)> openStreets = {};
     };
 
     MapService(ado::Connection& routing, runedit::WorkFiles files, Manner manner);
@@ -60,17 +66,21 @@ public:
 
 private:
     struct Job {
-        Job(const runedit::RequestLine& request, const std::string& stops,
-            const streets::Network& network, const std::set<std::int64_t>& rightSide)
-            : solved(request, dbf::tableIn(files::read(stops)), network, rightSide),
+        Job(const runedit::RequestLine& request, const std::string& stops, DistrictStreets drivenOn,
+            const std::set<std::int64_t>& rightSide)
+            : streets(std::move(drivenOn)),
+              solved(request, dbf::tableIn(files::read(stops)), streets->network(), rightSide),
               stopExport(stops),
               hold(stops) {}
 
+        DistrictStreets streets;
         SolvedRun solved;
         std::string stopExport;
         files::Hold hold;
     };
 
+    [[nodiscard]] const DistrictStreets& streets();
+    void closeStreets(const runedit::MapRequest& request);
     /// Raises base::RunTimeError for a request that cannot be taken.
     void take(const runedit::MapRequest& request);
     void takeRun(const std::string& run, bool isShown);
@@ -89,6 +99,7 @@ private:
     ado::Connection& routing_;
     runedit::WorkFiles files_;
     Manner manner_;
+    DistrictStreets streets_;
 };
 
 }  // namespace tools::map

@@ -162,6 +162,23 @@ TEST_F(MapWindowForm, AStopThatIsDraggedIsSavedWithItsRunOrPutBack) {
                                      "School|8:00:00 AM"));
 }
 
+TEST_F(MapWindowForm, AStopWithoutAPlaceGetsOneOfThoseFound) {
+    byOthers("UPDATE STOP SET XPOS=0, YPOS=NULL, ADDR1='1st Street at 2nd Avenue' WHERE "
+             "STOPID='MILE-1B'");
+    window().Reload();
+    EXPECT_FALSE(isShown("PlaceIt"));
+    emit rowList().rowChosen(1);
+    EXPECT_THAT(text("Status"), HasSubstr("not on the map"));
+    click("PlaceIt");
+    EXPECT_EQ(text("Heading"), "A place for stop 2");
+    ASSERT_NE(rowList().row(0), nullptr);
+    EXPECT_EQ(rowList().row(0)->title, "1st Street at 2nd Avenue");
+    click("PlaceIt");
+    click("TakeOver");
+    EXPECT_EQ(stored("SELECT XPOS, YPOS FROM STOP WHERE STOPID='MILE-1B'"), "1980|660");
+    EXPECT_THAT(times(), testing::Contains("1st Street at 2nd Avenue|7:51:45 AM"));
+}
+
 TEST_F(MapWindowForm, TabGoesFromStopToStopAndTellsEach) {
     map().setFocus();
     std::vector<std::string> told;
