@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <algorithm>
 
 namespace controls {
 
@@ -10,7 +11,8 @@ QSize ElidedLabel::minimumSizeHint() const {
 }
 
 QRect ElidedLabel::line() const {
-    return contentsRect().adjusted(margin(), margin(), -margin(), -margin());
+    return contentsRect().adjusted(margin() + std::max(indent(), 0), margin(), -margin(),
+                                   -margin());
 }
 
 bool ElidedLabel::isCut() const { return fontMetrics().horizontalAdvance(text()) > line().width(); }
