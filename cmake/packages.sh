@@ -28,14 +28,14 @@ need_packages() {
     rm -f "$log"
 }
 
-build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libsqlite3-dev
+build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libsqlite3-dev libpq-dev
     libshp-dev dbus libfmt-dev libcrypt-dev libarchive-dev libproj-dev libcairo2-dev
     libosmium2-dev libprotozero-dev zlib1g-dev
     libharfbuzz-dev libfribidi-dev
     libfontconfig-dev libxlsxwriter-dev libtiff-dev libcups2-dev mdbtools-dev fonts-roboto-unhinted
     fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev dbus procps sqlite3 poppler-utils qpdf python3-openpyxl
-    unrtf libtiff-tools libxml2-utils tidy zstd)
+    unrtf libtiff-tools libxml2-utils tidy zstd postgresql)
 
 # Configures and builds a preset; prints what the build does only when it does something or fails.
 build_preset() {

@@ -48,6 +48,9 @@ constexpr Row Sqlite[] = {
     {Op::ToDate, "jet_date({0})"},
     {Op::ToDays, "jet_days({0})"},
     {Op::YesNo, "({0} <> 0)"},
+    {Op::IsYes, "{0} <> 0"},
+    {Op::IsNo, "{0} = 0"},
+    {Op::YesNumber, "(-{0})"},
     {Op::Coalesce, "COALESCE({0}, {1})"},
     {Op::Abs, "ABS({0})"},
     {Op::Floor, "jet_int({0})"},
@@ -78,22 +81,78 @@ constexpr Row Sqlite[] = {
     {Op::Greatest, "MAX({0})"},
     {Op::First, "JSON_EXTRACT(JSON_GROUP_ARRAY({0}), '$[0]')"},
     {Op::Last, "JSON_EXTRACT(JSON_GROUP_ARRAY({0}), '$[#-1]')"},
+    {Op::Any, "MAX({0})"},
+    {Op::All, "MIN({0})"},
+    {Op::AnyOf, "{0}"},
     {Op::IsNull, "({0} IS NULL)"},
     {Op::Same, "{0}"},
 };
 
-constexpr Dialect build() {
-    // The plus keeps SQLite from looking up and copying where each result column comes from, which
-    // takes a fifth of preparing a wide statement.
-    // SQLite needs time that grows with the square of numbered parameters.
-    Dialect dialect{'?', false, "+", {}};
-    for (const Row& row : Sqlite) {
+/// What PostgreSQL writes differently.
+constexpr Row Postgres[] = {
+    {Op::NoCase, "{0} COLLATE vireo.nocase"},
+    {Op::Like, "lower(({0}) COLLATE vireo.plain) LIKE lower(({1}) COLLATE vireo.plain) ESCAPE ''"},
+    {Op::LikeAny, "(lower(({0}) COLLATE vireo.plain) ~ jet_pattern({1}))"},
+    {Op::Divide, "({0}::float8 / {1}::float8)"},
+    {Op::Replace, "jet_replace({0}, {1}, {2})"},
+    {Op::IsYes, "{0}"},
+    {Op::IsNo, "NOT {0}"},
+    {Op::YesNumber, "(-({0})::int)"},
+    {Op::Floor, "FLOOR(({0})::float8)"},
+    {Op::Truncate, "TRUNC(({0})::float8)"},
+    {Op::Sign, "SIGN({0})::bigint"},
+    {Op::Now, "{now}"},
+    {Op::Today, "DATE_TRUNC('day', {now})"},
+    {Op::TimeOfDay, "jet_time_part({now})"},
+    {Op::DatePart, "DATE_TRUNC('day', {0})"},
+    {Op::TimePart, "jet_time_part({0})"},
+    {Op::Year, "EXTRACT(YEAR FROM {0})::bigint"},
+    {Op::Month, "EXTRACT(MONTH FROM {0})::bigint"},
+    {Op::Day, "EXTRACT(DAY FROM {0})::bigint"},
+    {Op::Hour, "EXTRACT(HOUR FROM {0})::bigint"},
+    {Op::Minute, "EXTRACT(MINUTE FROM {0})::bigint"},
+    {Op::Second, "EXTRACT(SECOND FROM {0})::bigint"},
+    {Op::Weekday, "(EXTRACT(DOW FROM {0})::bigint + 1)"},
+    {Op::Sum, "SUM(({0})::float8)"},
+    {Op::Average, "AVG(({0})::float8)"},
+    {Op::First, "(ARRAY_AGG({0}{rows}))[1]"},
+    {Op::Last, "(ARRAY_AGG({0}{rows}))[COUNT(*)]"},
+    {Op::Any, "BOOL_OR({0})"},
+    {Op::All, "BOOL_AND({0})"},
+    {Op::AnyOf, "(ARRAY_AGG({0}))[1]"},
+};
+
+template <std::size_t Count>
+constexpr Dialect with(Dialect dialect, const Row (&rows)[Count]) {
+    for (const Row& row : rows) {
         dialect.templates[static_cast<int>(row.op)] = row.text;
     }
     return dialect;
 }
 
-constexpr Dialect SqliteDialect = build();
+constexpr Dialect SqliteDialect = with(
+    // The plus keeps SQLite from looking up and copying where each result column comes from, which
+    // takes a fifth of preparing a wide statement.
+    {.isStrict = false,
+     .resultMark = "+",
+     .yes = "1",
+     .no = "0",
+     .ascending = "",
+     .descending = " DESC",
+     .likeTo = Binding::LikeTo,
+     .templates = {}},
+    Sqlite);
+
+constexpr Dialect PostgresDialect = with(with({.isStrict = true,
+                                               .resultMark = "",
+                                               .yes = "TRUE",
+                                               .no = "FALSE",
+                                               .ascending = " NULLS FIRST",
+                                               .descending = " DESC NULLS LAST",
+                                               .likeTo = Binding::LikeToGreatest,
+                                               .templates = {}},
+                                              Sqlite),
+                                         Postgres);
 
 constexpr bool complete() {
     for (const std::string_view text : SqliteDialect.templates) {
@@ -107,6 +166,8 @@ static_assert(complete(), "an operation has no text");
 
 }  // namespace
 
-const Dialect& sqliteDialect() { return SqliteDialect; }
+const Dialect& dialectOf(store::Engine engine) {
+    return engine == store::Engine::Postgres ? PostgresDialect : SqliteDialect;
+}
 
 }  // namespace jet

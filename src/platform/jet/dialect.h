@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/jet/translate.h"
+
 namespace jet {
 
 /// Everything that stores write differently.
@@ -48,7 +50,10 @@ enum class Op : std::uint8_t {
     ToSingle,
     ToDate,
     ToDays,
-    YesNo,
+    YesNo,  ///< a number as a condition
+    IsYes,  ///< a yes/no value that is yes
+    IsNo,
+    YesNumber,  ///< a yes/no value as a number: yes is -1
     Coalesce,
     // numbers
     Abs,
@@ -82,17 +87,27 @@ enum class Op : std::uint8_t {
     Greatest,
     First,
     Last,
+    Any,    ///< the least of yes/no values: yes where one is
+    All,    ///< the greatest: yes where all are
+    AnyOf,  ///< of a group's rows any one's value, which is the same in all
     // conditions and forms
     IsNull,
     Same,  ///< its argument alone
     End,
 };
 
-/// A store's way to write an operation; {0}, {1}, {2} stand for its arguments.
+/// A store's way to write an operation; {0}, {1}, {2} stand for its arguments, {now} for the
+/// present time.
 struct Dialect {
-    char parameterMark;           ///< of a parameter
-    bool parametersAreNumbered;   ///< its number stands behind it
+    /// Whether kinds are never mixed, a group's columns are named in GROUP BY or taken from any
+    /// row, joins always have a condition, and rows come in no order of their own.
+    bool isStrict;
     std::string_view resultMark;  ///< in front of a result column that is a bare column
+    std::string_view yes;
+    std::string_view no;
+    std::string_view ascending;   ///< behind a key of an order
+    std::string_view descending;  ///< Nulls stand first in an order, last in a descending one
+    Binding likeTo;               ///< the text beyond all that begin with a pattern's fixed part
     std::string_view templates[static_cast<int>(Op::End)];
 
     [[nodiscard]] std::string_view operator[](Op op) const {
@@ -100,7 +115,8 @@ struct Dialect {
     }
 };
 
-/// SQLite 3.40 with the functions of storeFunctions().
-[[nodiscard]] const Dialect& sqliteDialect();
+/// SQLite 3.40 with the functions of storeFunctions(), or PostgreSQL 15 with its own under the same
+/// names.
+[[nodiscard]] const Dialect& dialectOf(store::Engine engine);
 
 }  // namespace jet

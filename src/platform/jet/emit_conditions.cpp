@@ -89,6 +89,9 @@ void Emitter::condition(const Expr& expr) {
              fmt::format("A condition should stand here, not {}", described(categoryOf(expr))),
              sql_, expr.offset);
     }
+    if (dialect_.isStrict && categoryOf(expr) == Category::Number) {
+        return expand(Op::YesNo, {&expr, &Emitter::atom});
+    }
     plain(expr);
 }
 
@@ -164,6 +167,9 @@ void Emitter::operand(const Expr& expr, const Expr& against) {
     if (own == Category::Number && other == Category::Date) {
         return dated(expr);
     }
+    if (own == Category::YesNo && dialect_.isStrict) {
+        return numeric(expr);
+    }
     sum(expr);
 }
 
@@ -176,23 +182,27 @@ void Emitter::compareYesNo(const Expr& left, Operator op, const Expr& right) {
     }
     if (right.kind == ExprKind::True || right.kind == ExprKind::False) {
         const bool isYes = (right.kind == ExprKind::True) == (op == Operator::Equal);
+        if (categoryOf(left) != Category::Number) {
+            return expand(isYes ? Op::IsYes : Op::IsNo, {&left, &Emitter::sum});
+        }
         ranked(left, Sum);
         out_ += isYes ? " <> 0" : " = 0";
         return;
     }
-    const auto side = [&](const Expr& expr) {
-        if (signedParameter(expr, Binding::YesNo)) {
-            return;
-        }
-        if (categoryOf(expr) == Category::Number || isColumn(expr)) {
-            expand(Op::YesNo, {&expr, &Emitter::atom});
-        } else {
-            ranked(expr, Sum);
-        }
-    };
-    side(left);
+    yesNoSide(left);
     out_ += comparisonSign(op);
-    side(right);
+    yesNoSide(right);
+}
+
+void Emitter::yesNoSide(const Expr& expr) {
+    if (signedParameter(expr, Binding::YesNo)) {
+        return;
+    }
+    if (categoryOf(expr) == Category::Number || (isColumn(expr) && !dialect_.isStrict)) {
+        expand(Op::YesNo, {&expr, &Emitter::atom});
+    } else {
+        ranked(expr, Sum);
+    }
 }
 
 /// Without trailing blanks and, unless the column does so itself, without case.
@@ -289,8 +299,9 @@ void Emitter::likeRange(const Expr& text, const Expr& pattern) {
     out_ += " AND ";
     column(text);
     out_ += " < ";
-    parameter(pattern, Binding::LikeTo);
-    if (pattern.facts.like != LikeForm::Prefix) {
+    parameter(pattern, dialect_.likeTo);
+    // The range of a store that sorts by the rules of languages holds other letters, too.
+    if (pattern.facts.like != LikeForm::Prefix || dialect_.isStrict) {
         out_ += " AND ";
         matches(text, pattern);
     }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "platform/jet/builtins.h"
@@ -46,8 +47,25 @@ bool givesOneRow(const Select& select) {
            (select.top && *select.top <= 1 && select.orderBy.empty());
 }
 
-/// Yes is -1 in the dialect and 1 in the store, so the least of them is the store's greatest.
-Op exchanged(Op op) { return op == Op::Least ? Op::Greatest : op == Op::Greatest ? Op::Least : op; }
+/// Yes is -1 in the dialect and the greater one in the store.
+Op ofYesNo(Op op) { return op == Op::Least ? Op::Any : op == Op::Greatest ? Op::All : op; }
+
+/// Whether all rows of a group have the very same value there; texts that compare equal may differ.
+bool isGroupedBy(const Select& select, int source, const store::Column& column) {
+    const auto isIt = [&](const Expr& expr) {
+        return isColumn(expr) && expr.scope == 0 && expr.source == source &&
+               expr.column == &column && categoryOf(expr) != Category::Text;
+    };
+    if (select.grouped()) {
+        return std::ranges::any_of(select.groupBy,
+                                   [&](const ExprPtr& expr) { return isIt(*expr); });
+    }
+    return std::ranges::any_of(select.outputs, [&](const Output& output) {
+        return output.expr != nullptr ? isIt(*output.expr)
+                                      : output.source == source && output.column == &column &&
+                                            categoryOf(column.kind) != Category::Text;
+    });
+}
 
 }  // namespace
 
@@ -68,10 +86,7 @@ void Emitter::name(std::string_view text) {
 
 void Emitter::parameter(const Expr& literal, Binding binding) {
     parameters_.push_back({literal.literal, binding});
-    out_ += dialect_.parameterMark;
-    if (dialect_.parametersAreNumbered) {
-        out_ += std::to_string(parameters_.size());
-    }
+    out_ += '?';
 }
 
 /// A number with or without a minus as a parameter; false for any other expression.
@@ -92,9 +107,18 @@ void Emitter::expand(Op op, Argument first, Argument second, Argument third) {
     std::string_view rest = dialect_[op];
     for (auto open = rest.find('{'); open != rest.npos; open = rest.find('{')) {
         out_ += rest.substr(0, open);
-        const Argument& argument = arguments[rest[open + 1] - '0'];
-        (this->*argument.form)(*argument.expr);
-        rest.remove_prefix(open + 3);
+        const auto place = rest.substr(open + 1, rest.find('}', open) - open - 1);
+        if (place == "now") {
+            parameters_.push_back({0, Binding::Now});
+            out_ += '?';
+        } else if (place == "rows") {
+            const Select& select = scopes_.back().select;
+            sortRows(select, joinOrder(select.from.get()).steps, " ORDER BY ");
+        } else {
+            const Argument& argument = arguments[place.front() - '0'];
+            (this->*argument.form)(*argument.expr);
+        }
+        rest.remove_prefix(open + place.size() + 2);
     }
     out_ += rest;
 }
@@ -103,6 +127,17 @@ void Emitter::expand(Op op, Argument first, Argument second, Argument third) {
 /// one nearer by could have the same.
 void Emitter::column(int scope, int source, const store::Column& column) {
     const Scope& at = scopes_[scopes_.size() - 1 - static_cast<std::size_t>(scope)];
+    if (!at.takesAnyRow || isGroupedBy(at.select, source, column)) {
+        return bareColumn(at, scope, source, column);
+    }
+    const std::string_view any = dialect_[Op::AnyOf];
+    const auto open = any.find('{');
+    out_ += any.substr(0, open);
+    bareColumn(at, scope, source, column);
+    out_ += any.substr(open + 3);
+}
+
+void Emitter::bareColumn(const Scope& at, int scope, int source, const store::Column& column) {
     if (scope > 0 || !at.names.unique(column.name)) {
         name(at.select.sources[static_cast<std::size_t>(source)].writtenName());
         out_ += '.';
@@ -166,10 +201,10 @@ void Emitter::plain(const Expr& expr) {
             out_ += "NULL";
             return;
         case ExprKind::True:
-            out_ += '1';
+            out_ += dialect_.yes;
             return;
         case ExprKind::False:
-            out_ += '0';
+            out_ += dialect_.no;
             return;
         case ExprKind::Column:
             return column(expr);
@@ -275,10 +310,12 @@ void Emitter::numeric(const Expr& expr) {
         case Category::Date:
             return expand(Op::ToDays, {&expr, &Emitter::plain});
         case Category::YesNo:
-            out_ += "(-";
-            isColumn(expr) ? expand(Op::YesNo, {&expr, &Emitter::atom}) : atom(expr);
-            out_ += ')';
+            return expand(Op::YesNumber, {&expr, &Emitter::asYesNo});
     }
+}
+
+void Emitter::asYesNo(const Expr& expr) {
+    isColumn(expr) && !dialect_.isStrict ? expand(Op::YesNo, {&expr, &Emitter::atom}) : atom(expr);
 }
 
 void Emitter::dated(const Expr& expr) {
@@ -319,13 +356,30 @@ void Emitter::call(const Expr& expr) {
     if (builtin.op == Op::FormatText) {
         return format(expr);
     }
-    const bool ofYesNo = expr.valueKind == ColumnKind::YesNo;
-    expand(ofYesNo ? exchanged(builtin.op) : builtin.op, formOf(0), formOf(1), formOf(2));
+    const Op op = expr.valueKind == ColumnKind::YesNo ? ofYesNo(builtin.op) : builtin.op;
+    if (builtin.aggregate) {
+        const Rows each(*this, Rows::Of::Each);
+        return expand(op, formOf(0));
+    }
+    expand(op, formOf(0), formOf(1), formOf(2));
 }
 
 /// All branches are written as the kind of the first one that has a kind.
 void Emitter::branch(const Expr& value, const Expr& call) {
-    call.valueKind == ColumnKind::Text ? textual(value) : plain(value);
+    if (call.valueKind == ColumnKind::Text) {
+        return textual(value);
+    }
+    if (!dialect_.isStrict || categoryOf(value) == Category::Null) {
+        return plain(value);
+    }
+    switch (categoryOf(call.valueKind)) {
+        case Category::Date:
+            return dated(value);
+        case Category::YesNo:
+            return condition(value);
+        default:
+            return numeric(value);
+    }
 }
 
 /// IIF, which has an ELSE, and Switch, which has none.
@@ -358,7 +412,7 @@ void Emitter::nz(const Expr& expr) {
     if (expr.children.size() > 1) {
         branch(*expr.children[1], expr);
     } else {
-        out_ += category == Category::Text ? "''" : "0";
+        out_ += category == Category::Text ? "''" : category == Category::YesNo ? dialect_.no : "0";
     }
     out_ += ')';
 }
@@ -379,7 +433,7 @@ void Emitter::format(const Expr& expr) {
 
 void Emitter::subSelect(const Expr& expr) {
     const bool exists = expr.kind == ExprKind::Exists;
-    const bool counts = !exists && !givesOneRow(*expr.select);
+    const bool counts = !exists && !dialect_.isStrict && !givesOneRow(*expr.select);
     out_ += exists ? "EXISTS (" : counts ? "(SELECT jet_only(COUNT(*), \"1\") FROM (" : "(";
     emitSelect(*expr.select, exists   ? Results::Presence
                              : counts ? Results::Numbered
@@ -390,7 +444,7 @@ void Emitter::subSelect(const Expr& expr) {
 /// A value on its way into a column.
 void Emitter::assigned(const Expr& expr, const store::Column& target) {
     if (expr.kind == ExprKind::Null) {
-        out_ += target.kind == ColumnKind::YesNo ? "0" : "NULL";
+        out_ += target.kind == ColumnKind::YesNo ? dialect_.no : "NULL";
         return;
     }
     switch (target.kind) {

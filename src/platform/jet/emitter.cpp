@@ -86,6 +86,10 @@ void Emitter::emitSelect(const Select& select, Results results, const Targets* t
     emitGrouping(select, distinct);
     if (!ranks) {
         emitOrder(select);
+        const bool isSeen = results == Results::WithKeys || select.top;
+        if (dialect_.isStrict && isSeen && !goesOnWithTies(select)) {
+            emitOwnOrder(select, order.steps);
+        }
         emitLimit(select);
     }
     scopes_.pop_back();
@@ -107,25 +111,42 @@ bool Emitter::isOrderUnique(const Select& select) {
 }
 
 /// TOP with an order goes on as long as rows stand at the last one's place.
+bool Emitter::goesOnWithTies(const Select& select) const {
+    return select.top && *select.top > 0 && !select.orderBy.empty() && !isOrderUnique(select);
+}
+
 void Emitter::emitLimit(const Select& select) {
     if (!select.top) {
         return;
     }
-    out_ += " LIMIT ";
-    if (select.orderBy.empty() || *select.top == 0 || isOrderUnique(select)) {
-        out_ += std::to_string(*select.top);
+    if (!goesOnWithTies(select)) {
+        out_ += " LIMIT " + std::to_string(*select.top);
         return;
     }
     if (scopes_.size() > 1 && namesOuter(select)) {
         failSyntax("TOP in a SELECT that names columns from outside needs an order without ties",
                    sql_, select.offset);
     }
-    out_ += "(SELECT COUNT(*) FROM (";
+    if (dialect_.isStrict) {
+        out_ += " FETCH FIRST " + std::to_string(*select.top) + " ROWS WITH TIES";
+        return;
+    }
+    out_ += " LIMIT (SELECT COUNT(*) FROM (";
     emitSelect(select, Results::Rank);
     out_ += ") WHERE \"1\" <= " + std::to_string(*select.top) + ')';
 }
 
+Emitter::Rows::Rows(Emitter& emitter, Of which)
+    : emitter_(emitter),
+      scope_(emitter.scopes_.size() - 1),
+      before_(emitter.scopes_[scope_].takesAnyRow) {
+    Scope& scope = emitter_.scopes_[scope_];
+    scope.takesAnyRow = which == Of::AnyOne && emitter_.dialect_.isStrict &&
+                        (scope.select.grouped() || scope.select.distinct);
+}
+
 void Emitter::emitOutputs(const Select& select, Results results, const Targets* targets) {
+    const Rows any(*this, Rows::Of::AnyOne);
     if (results == Results::Rank) {
         out_ += "RANK() OVER (";
         emitOrder(select);
@@ -191,7 +212,11 @@ void Emitter::emitKeys(const Select& select, const std::vector<JoinStep>& steps)
 void Emitter::emitSteps(const Select& select, const std::vector<JoinStep>& steps) {
     for (std::size_t i = 0; i < steps.size(); ++i) {
         const JoinStep& step = steps[i];
-        out_ += i == 0 ? "" : step.outer ? " LEFT JOIN " : " JOIN ";
+        const bool lacksCondition = dialect_.isStrict && step.on.empty();
+        out_ += i == 0           ? ""
+                : step.outer     ? " LEFT JOIN "
+                : lacksCondition ? " CROSS JOIN "
+                                 : " JOIN ";
         if (step.source >= 0) {
             emitTarget(select.sources[static_cast<std::size_t>(step.source)]);
         } else {
@@ -202,6 +227,8 @@ void Emitter::emitSteps(const Select& select, const std::vector<JoinStep>& steps
         if (!step.on.empty()) {
             out_ += " ON ";
             chain(step.on, " AND ", Negation);
+        } else if (lacksCondition && step.outer) {
+            out_ += " ON TRUE";
         }
     }
 }
@@ -216,7 +243,7 @@ void Emitter::emitParts(const Source& source) {
         out_ += i > 0 ? " UNION ALL " : "";
         out_ += isLimited ? "SELECT * FROM (" : "";
         emitSelect(part, i == 0 ? Results::Named : Results::Numbered);
-        out_ += isLimited ? ")" : "";
+        out_ += isLimited ? ") AS \"part\"" : "";
     }
     out_ += ") AS ";
     name(source.alias);
@@ -247,6 +274,7 @@ void Emitter::emitWhere(const Select& select, const JoinOrder& order) {
 
 void Emitter::emitGrouping(const Select& select, bool distinct) {
     std::string_view joint = " GROUP BY ";
+    const Rows each(*this, Rows::Of::Each);
     const auto group = [&](const Expr& expr) {
         out_ += joint;
         joint = ", ";
@@ -262,12 +290,14 @@ void Emitter::emitGrouping(const Select& select, bool distinct) {
         group(*expr);
     }
     if (select.having) {
+        const Rows any(*this, Rows::Of::AnyOne);
         out_ += " HAVING ";
         condition(*select.having);
     }
 }
 
 void Emitter::emitOrder(const Select& select) {
+    const Rows any(*this, Rows::Of::AnyOne);
     std::string_view joint = " ORDER BY ";
     for (const OrderItem& item : select.orderBy) {
         out_ += joint;
@@ -281,6 +311,48 @@ void Emitter::emitOrder(const Select& select) {
     }
 }
 
+/// What stands at one place of the order comes as it lies in the tables, groups by what they are
+/// grouped by.
+void Emitter::emitOwnOrder(const Select& select, const std::vector<JoinStep>& steps) {
+    std::string_view joint = select.orderBy.empty() ? " ORDER BY " : ", ";
+    if (!select.grouped() && !select.distinct) {
+        return sortRows(select, steps, joint);
+    }
+    const Rows each(*this, Rows::Of::Each);
+    const auto key = [&](const Expr& expr) {
+        if (isColumn(expr)) {
+            out_ += joint;
+            joint = ", ";
+            groupKey(expr);
+            out_ += dialect_.ascending;
+        }
+    };
+    if (!select.grouped()) {
+        for (const Output& output : select.outputs) {
+            onOutput(output, key);
+        }
+    }
+    for (const ExprPtr& expr : select.groupBy) {
+        key(*expr);
+    }
+}
+
+void Emitter::sortRows(const Select& select, const std::vector<JoinStep>& steps,
+                       std::string_view joint) {
+    for (const JoinStep& step : steps) {
+        const bool isTable = step.source >= 0;
+        const Source* source =
+            isTable ? &select.sources[static_cast<std::size_t>(step.source)] : nullptr;
+        if (isTable && !source->table->rowKey.empty()) {
+            out_ += joint;
+            joint = ", ";
+            name(source->writtenName());
+            out_ += '.' + source->table->rowKey;
+            out_ += dialect_.ascending;
+        }
+    }
+}
+
 /// Yes is the lesser one in the dialect. A code's column sorts by itself, so that its index serves.
 void Emitter::sortKey(const Expr& expr, bool descending) {
     const bool code = isColumn(expr) && expr.valueKind == ColumnKind::Code;
@@ -289,7 +361,8 @@ void Emitter::sortKey(const Expr& expr, bool descending) {
     } else {
         comparable(expr);
     }
-    out_ += descending != (categoryOf(expr) == Category::YesNo) ? " DESC" : "";
+    const bool isTurned = descending != (categoryOf(expr) == Category::YesNo);
+    out_ += isTurned ? dialect_.descending : dialect_.ascending;
 }
 
 /// A change of a joined table goes by the keys of the rows that the join finds there.

@@ -37,6 +37,28 @@ private:
     /// Numbered and Named results can be named from outside; a Rank is a row's place in the order.
     enum class Results { AsTheyAre, WithKeys, Trimmed, Presence, Numbered, Named, Rank };
 
+    struct Scope {
+        const Select& select;
+        ColumnNames names;
+        bool takesAnyRow = false;  ///< columns are written as those of any row of a group
+    };
+
+    /// While it lives, columns of the innermost SELECT are those of any row of a group, or of each
+    /// row. A store that is not strict needs no telling.
+    class Rows {
+    public:
+        enum class Of { AnyOne, Each };
+        Rows(Emitter& emitter, Of which);
+        ~Rows() { emitter_.scopes_[scope_].takesAnyRow = before_; }
+        Rows(const Rows&) = delete;
+        Rows& operator=(const Rows&) = delete;
+
+    private:
+        Emitter& emitter_;
+        std::size_t scope_;
+        bool before_;
+    };
+
     // statements
     void emitSelect(const Select& select, Results results, const Targets* targets = nullptr);
     [[nodiscard]] static bool isOrderUnique(const Select& select);
@@ -52,7 +74,10 @@ private:
     void emitWhere(const Select& select, const JoinOrder& order);
     void emitGrouping(const Select& select, bool distinct);
     void emitOrder(const Select& select);
+    void emitOwnOrder(const Select& select, const std::vector<JoinStep>& steps);
+    [[nodiscard]] bool goesOnWithTies(const Select& select) const;
     void sortKey(const Expr& expr, bool descending);
+    void sortRows(const Select& select, const std::vector<JoinStep>& steps, std::string_view joint);
     void emitUpdate(const Statement& statement);
     void emitDelete(const Statement& statement);
     void emitInsert(const Statement& statement);
@@ -66,12 +91,14 @@ private:
     void sum(const Expr& expr) { ranked(expr, Sum); }
     void textual(const Expr& expr);
     void numeric(const Expr& expr);
+    void asYesNo(const Expr& expr);
     void dated(const Expr& expr);
     void condition(const Expr& expr);
     void ordered(const Expr& expr);
     void textOrEmpty(const Expr& expr);
     void column(int scope, int source, const store::Column& column);
     void column(const Expr& expr);
+    void bareColumn(const Scope& at, int scope, int source, const store::Column& column);
     void arithmetic(const Expr& expr);
     void concatenation(const Expr& expr);
     void call(const Expr& expr);
@@ -93,6 +120,7 @@ private:
     void compare(const Expr& left, Operator op, const Expr& right);
     void compareText(const Expr& left, Operator op, const Expr& right);
     void compareYesNo(const Expr& left, Operator op, const Expr& right);
+    void yesNoSide(const Expr& expr);
     void compareDays(const Expr& expr);
     void like(const Expr& expr);
     void matches(const Expr& text, const Expr& pattern);
@@ -112,10 +140,6 @@ private:
     std::string out_;
     std::vector<Parameter> parameters_;
     std::vector<int> keys_;
-    struct Scope {
-        const Select& select;
-        ColumnNames names;
-    };
     std::vector<Scope> scopes_;  // the SELECTs around what is being written, innermost last
 };
 

@@ -71,7 +71,7 @@ struct DateParts {
         return std::stoi(iso.substr(from, length));
     }
     static std::size_t weekdayOf(base::Date date) {
-        constexpr std::int64_t Weeks = 7 * 200'000;  // 1899-12-30 was a Saturday
+        constexpr std::int64_t Weeks = std::int64_t{7} * 200'000;  // 1899-12-30 was a Saturday
         const auto days = date.dateValue().seconds / base::Date::SecondsPerDay;
         return static_cast<std::size_t>((days + Weeks + 6) % 7);
     }

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
 #include "platform/jet/lexer.h"
@@ -15,6 +16,9 @@ namespace {
 constexpr char TextMark = '\x01';
 constexpr char NumberMark = '\x02';
 constexpr char DateMark = '\x03';
+
+// U+FFFF, which stands behind every character where texts are sorted by the rules of languages.
+constexpr const char* GreatestCharacter = "\xEF\xBF\xBF";
 
 void appendLiteral(std::string& key, const LiteralFacts& facts) {
     switch (facts.kind) {
@@ -62,10 +66,14 @@ Shape shapeOf(std::string_view sql) {
 }
 
 base::Value boundValue(const Parameter& parameter, const std::vector<base::Value>& literals) {
+    if (parameter.binding == Binding::Now) {
+        return {base::Now()};
+    }
     const base::Value& value = literals.at(parameter.literal);
     switch (parameter.binding) {
         case Binding::AsIs:
         case Binding::LikePattern:
+        case Binding::Now:
             break;
         case Binding::TrimmedRight:
             return {base::trimRight(value.heldText())};
@@ -77,6 +85,8 @@ base::Value boundValue(const Parameter& parameter, const std::vector<base::Value
             return {fixedPrefix(value.heldText())};
         case Binding::LikeTo:
             return {beyondPrefix(fixedPrefix(value.heldText()))};
+        case Binding::LikeToGreatest:
+            return {std::string(fixedPrefix(value.heldText())) + GreatestCharacter};
         case Binding::Number:
             return value.isInteger() ? value : base::Value(value.asNumber());
         case Binding::Integer:

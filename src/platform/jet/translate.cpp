@@ -46,7 +46,7 @@ Translation translate(std::string_view sql, const store::Catalog& catalog) {
     rewrite(statement);
     Translation translation;
     translation.kind = statement.kind;
-    Emitter emitter(sql, sqliteDialect());
+    Emitter emitter(sql, dialectOf(catalog.engine()));
     emitter.emit(statement);
     translation.text = std::move(emitter.text());
     translation.parameters = std::move(emitter.parameters());

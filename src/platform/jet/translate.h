@@ -26,19 +26,21 @@ struct Shape {
 /// How a literal becomes a parameter of the translated statement.
 enum class Binding {
     AsIs,
-    TrimmedRight,  ///< a text compared with text
-    Code,          ///< written into a code column: as text, trimmed right, only blanks become one
-    Text,          ///< written into a text column: as text
-    LikeFrom,      ///< the least text that begins with the pattern's fixed part
-    LikeTo,        ///< a text beyond all that begin with it
-    LikePattern,   ///< the whole pattern in the store's own form
-    Number,        ///< as a number; raises "Type mismatch" (13) for a text that is none
-    Integer,       ///< as a whole number, halves to even
-    Single,        ///< rounded to single precision
-    YesNo,         ///< any non-zero is 1
-    Date,          ///< as a date-time: a number counts days, a text is read
-    DayFrom,       ///< the first midnight at or after the date
-    DayTo,         ///< the first midnight after the date
+    TrimmedRight,    ///< a text compared with text
+    Code,            ///< written into a code column: as text, trimmed right, only blanks become one
+    Text,            ///< written into a text column: as text
+    LikeFrom,        ///< the least text that begins with the pattern's fixed part
+    LikeTo,          ///< a text beyond all that begin with it
+    LikeToGreatest,  ///< the same for a store that sorts by the rules of languages
+    LikePattern,     ///< the whole pattern in the store's own form
+    Number,          ///< as a number; raises "Type mismatch" (13) for a text that is none
+    Integer,         ///< as a whole number, halves to even
+    Single,          ///< rounded to single precision
+    YesNo,           ///< any non-zero is 1
+    Date,            ///< as a date-time: a number counts days, a text is read
+    DayFrom,         ///< the first midnight at or after the date
+    DayTo,           ///< the first midnight after the date
+    Now,             ///< no literal: the present time
 };
 
 /// A parameter of the translated statement, in its order.
@@ -84,8 +86,8 @@ struct Translation {
     bool updatable = false;
 };
 
-/// Translates one statement of the Jet dialect for the tables of `catalog`. A semicolon may end it;
-/// anything behind that is a syntax error. Raises SqlError.
+/// Translates one statement of the Jet dialect for the tables of `catalog` and whoever keeps them.
+/// A semicolon may end it; anything behind that is a syntax error. Raises SqlError.
 [[nodiscard]] Translation translate(std::string_view sql, const store::Catalog& catalog);
 
 }  // namespace jet

@@ -22,6 +22,10 @@ int numberOf(Fault fault) {
             return 3027;
         case Fault::Full:
             return 3183;
+        case Fault::Unreachable:
+            return 3146;
+        case Fault::Lost:
+            return 3151;
         case Fault::Constraint:
             return 3022;
         case Fault::Statement:

@@ -25,6 +25,8 @@ enum class Fault {
     Network,       ///< on a file system that several machines share, which would damage it
     ReadOnly,      ///< the file or its folder cannot be written
     Full,          ///< no room left on the disk
+    Unreachable,   ///< no connection to the server can be made
+    Lost,          ///< the connection to the server ended under way
     Constraint,    ///< a duplicate key, a missing value, a code with trailing blanks
     Statement,     ///< SQL that the store refused
     Other,
@@ -55,8 +57,8 @@ struct Cell {
     std::string_view text = {};
 };
 
-/// A prepared statement. Parameters and columns count from 0. Views returned by cell() and
-/// text() hold until the next step() or reset().
+/// A prepared statement. Its parameters are question marks. Parameters and columns count from 0.
+/// Views returned by cell() and text() hold until the next step() or reset().
 class Statement {
 public:
     virtual ~Statement() = default;
@@ -116,10 +118,21 @@ struct FileMark {
     friend bool operator==(const FileMark&, const FileMark&) = default;
 };
 
+/// Takes the rows of a table in, many and quickly. Only those of a finished one stay.
+class RowLoader {
+public:
+    virtual ~RowLoader() = default;
+    /// One value for each of the table's columns, as they are stored. Raises StoreError.
+    virtual void add(std::span<const base::Value> row) = 0;
+    /// Raises StoreError for a row that the table does not take.
+    virtual void finish() = 0;
+};
+
 /// Told now and then while a file is copied, of the pages that are and of all.
 using CopyProgress = std::function<void(std::int64_t done, std::int64_t all)>;
 
-/// One open database file. SQL given here is the store's own dialect.
+/// One open database file, or what stands for it on a server. SQL given here is the store's own
+/// dialect.
 class Database {
 public:
     virtual ~Database() = default;
@@ -153,6 +166,10 @@ public:
                       std::vector<ColumnValue>& columns) = 0;
     /// The default of a column as a value; Null where it has none.
     virtual base::Value defaultOf(const Column& column) = 0;
+
+    /// For the table's empty columns in their order; a counter's values are given, too. Nothing
+    /// else is done with the database until it is finished. Only inside a transaction.
+    virtual std::unique_ptr<RowLoader> loader(const Table& table) = 0;
 
     /// Whether a transaction is open; a full disk or a damaged file ends one by rolling it back.
     [[nodiscard]] virtual bool inTransaction() const = 0;
@@ -193,16 +210,21 @@ public:
 /// How long a locked file is waited for, in milliseconds, unless told otherwise.
 inline constexpr int LockTimeoutMs = 5000;
 
-/// Opens an existing file and reads it once. Never creates one. Raises StoreError: Missing,
-/// NotADatabase, OtherKind, Damaged, Locked, Network; ReadOnly where even reading needs to write
-/// beside it.
+/// Opens an existing file and reads it once. Never creates one. A path on a server (see isServer)
+/// is opened there. Raises StoreError: Missing, NotADatabase, OtherKind, Damaged, Locked, Network,
+/// Unreachable; ReadOnly where even reading needs to write beside it.
 std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs = LockTimeoutMs);
 
 /// The same for this program alone: nobody else opens the file until it is closed. Raises Locked at
 /// once where somebody has it open.
 std::unique_ptr<Database> openAlone(const std::string& path);
 
-/// Creates a new, empty file, readable by its owner only; raises StoreError where one is there.
+/// Creates a new, empty file, readable by its owner only, or its place on a server, whose database
+/// must be there; raises StoreError where one is there.
 std::unique_ptr<Database> createFile(const std::string& path);
+
+/// Removes a file that nobody has open with everything in it, or its place on a server. Raises
+/// StoreError.
+void removeFile(const std::string& path);
 
 }  // namespace store

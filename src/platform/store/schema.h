@@ -51,9 +51,15 @@ struct Table {
 /// table where `found` is null. Kinds and keys are not compared.
 [[nodiscard]] Table lacking(const Table& wanted, const Table* found);
 
+/// Who keeps the tables, and so how statements for them are written.
+enum class Engine { Sqlite, Postgres };
+
 /// The tables that a connection sees: the file's own first, then linked ones.
 class Catalog {
 public:
+    explicit Catalog(Engine engine = Engine::Sqlite) : engine_(engine) {}
+
+    [[nodiscard]] Engine engine() const { return engine_; }
     /// The table of that name, matched without case; null where there is none. Pointers stay valid
     /// until the catalogue changes.
     [[nodiscard]] const Table* find(std::string_view tableName) const;
@@ -62,6 +68,7 @@ public:
     bool add(Table table);
 
 private:
+    Engine engine_;
     std::vector<Table> tables_;
 };
 

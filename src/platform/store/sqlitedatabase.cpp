@@ -53,6 +53,32 @@ void callRegistered(sqlite3_context* context, int count, sqlite3_value** values)
 
 void forget(void* registered) { delete static_cast<Registered*>(registered); }
 
+class Loader final : public RowLoader {
+public:
+    Loader(const Source& source, const Table& table) : insert_(source, statementFor(table)) {}
+
+    void add(std::span<const base::Value> row) override {
+        int place = 0;
+        for (const base::Value& value : row) {
+            insert_.bind(place++, value);
+        }
+        insert_.step();
+        insert_.reset();
+    }
+    void finish() override {}
+
+private:
+    static std::string statementFor(const Table& table) {
+        std::string places = "?";
+        for (std::size_t i = 1; i < table.columns.size(); ++i) {
+            places += ", ?";
+        }
+        return fmt::format("INSERT INTO {} VALUES ({})", quoted(table.name), places);
+    }
+
+    PreparedStatement insert_;
+};
+
 /// Undoes what was done since its making unless it is kept.
 class SavePoint {
 public:
@@ -204,6 +230,10 @@ bool SqliteDatabase::read(const Table& table, const base::Value& key,
 
 base::Value SqliteDatabase::defaultOf(const Column& column) { return rows_.defaultOf(column); }
 
+std::unique_ptr<RowLoader> SqliteDatabase::loader(const Table& table) {
+    return std::make_unique<Loader>(source_, table);
+}
+
 bool SqliteDatabase::inTransaction() const { return sqlite3_get_autocommit(source_.handle) == 0; }
 
 void SqliteDatabase::begin() {
@@ -340,7 +370,7 @@ void SqliteDatabase::copyTo(const std::string& path, const CopyProgress& progres
 }
 
 void SqliteDatabase::readCatalog() {
-    catalog_ = {};
+    catalog_ = Catalog();
     addTables("main", source_.path);
     for (const auto& [name, path] : linked_) {
         addTables(name, path);

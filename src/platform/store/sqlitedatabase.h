@@ -40,6 +40,7 @@ public:
     bool read(const Table& table, const base::Value& key,
               std::vector<ColumnValue>& columns) override;
     base::Value defaultOf(const Column& column) override;
+    std::unique_ptr<RowLoader> loader(const Table& table) override;
 
     [[nodiscard]] bool inTransaction() const override;
     void begin() override;
@@ -76,6 +77,9 @@ void openFile(Source& source, std::unique_ptr<sqlite3, int (*)(sqlite3*)>& handl
 
 /// Creates an empty file that only its owner reads; raises StoreError where one is there.
 void createEmpty(const std::string& path);
+
+/// Creates a file and opens it, see store::createFile.
+[[nodiscard]] std::unique_ptr<Database> createDatabase(const std::string& path);
 
 /// Raises StoreError where the file lies on a network file system.
 void refuseNetwork(const std::string& path);

@@ -67,75 +67,26 @@ std::string columnLine(const Column& column, bool isRowNumber) {
                        defaultOf(column), checkOf(column));
 }
 
-std::string nameList(const std::vector<std::string>& names) {
-    std::string list;
-    for (const std::string& name : names) {
-        list += (list.empty() ? "" : ", ") + quoted(name);
-    }
-    return list;
-}
-
-void requireColumns(const Table& table, const std::vector<std::string>& names) {
-    for (const std::string& name : names) {
-        if (table.find(name) == nullptr) {
-            throw StoreError(Fault::Statement,
-                             fmt::format("Table {} has no column {}.", table.name, name));
-        }
-    }
-}
-
-/// A sole whole-number key is the row's own number in the file: no index of its own is needed.
-bool keyIsRowNumber(const Table& table) {
-    if (table.key.size() != 1) {
-        return false;
-    }
-    const ColumnKind kind = table.find(table.key.front())->kind;
-    return kind == ColumnKind::Counter || kind == ColumnKind::Integer;
-}
-
-void requireSoundKey(const Table& table) {
-    requireColumns(table, table.key);
-    for (const Column& column : table.columns) {
-        if (column.kind == ColumnKind::Counter &&
-            (table.key.size() != 1 || !base::equalsNoCase(table.key.front(), column.name))) {
-            throw StoreError(Fault::Statement,
-                             fmt::format("The counter {} must be the only key of table {}.",
-                                         column.name, table.name));
-        }
-    }
-}
-
 std::string createTable(const Table& table) {
-    const bool rowNumber = keyIsRowNumber(table);
+    // A sole whole-number key is the row's own number in the file and needs no index of its own.
+    const bool rowNumber = hasWholeKey(table);
     std::string lines;
     for (const Column& column : table.columns) {
         const bool isKey = rowNumber && base::equalsNoCase(column.name, table.key.front());
         lines += (lines.empty() ? "" : ",\n") + columnLine(column, isKey);
     }
     if (!table.key.empty() && !rowNumber) {
-        lines += fmt::format(",\n  PRIMARY KEY ({})", nameList(table.key));
+        lines += fmt::format(",\n  PRIMARY KEY ({})", quotedList(table.key));
     }
     return fmt::format("CREATE TABLE {} (\n{}\n)", quoted(table.name), lines);
 }
 
 std::string createIndex(const Table& table, const Index& index) {
-    std::string name = "index_" + table.name;
-    for (const std::string& column : index.columns) {
-        name += "_" + column;
-    }
-    return fmt::format("CREATE {}INDEX {} ON {} ({})", index.unique ? "UNIQUE " : "", quoted(name),
-                       quoted(table.name), nameList(index.columns));
+    return fmt::format("CREATE {}INDEX {} ON {} ({})", index.unique ? "UNIQUE " : "",
+                       quoted(nameOf(index, table)), quoted(table.name), quotedList(index.columns));
 }
 
 }  // namespace
-
-std::string quoted(std::string_view name) {
-    std::string result = "\"";
-    for (const char c : name) {
-        result.append(c == '"' ? 2 : 1, c);
-    }
-    return result + '"';
-}
 
 std::string createTableStatement(const Table& table) {
     requireSoundKey(table);
@@ -143,13 +94,7 @@ std::string createTableStatement(const Table& table) {
 }
 
 std::string addColumnStatement(const Table& table, const Column& column) {
-    const bool hasValue =
-        column.nullable || column.kind == ColumnKind::YesNo || !column.defaultSql.empty();
-    if (!hasValue || column.kind == ColumnKind::Counter) {
-        throw StoreError(Fault::Statement,
-                         fmt::format("Table {} lacks its column {}, which cannot be made up.",
-                                     table.name, column.name));
-    }
+    requireAddable(table, column);
     return fmt::format("ALTER TABLE main.{} ADD COLUMN{}", quoted(table.name),
                        columnLine(column, false));
 }
@@ -157,14 +102,8 @@ std::string addColumnStatement(const Table& table, const Column& column) {
 std::vector<std::string> createIndexStatements(const Table& table,
                                                const std::vector<Index>& indexes) {
     std::vector<std::string> statements;
-    for (const Index& index : indexes) {
-        requireColumns(table, index.columns);
-        const bool isKey = std::equal(
-            index.columns.begin(), index.columns.end(), table.key.begin(), table.key.end(),
-            [](const auto& a, const auto& b) { return base::equalsNoCase(a, b); });
-        if (!isKey) {
-            statements.push_back(createIndex(table, index));
-        }
+    for (const Index& index : besideKey(table, indexes)) {
+        statements.push_back(createIndex(table, index));
     }
     return statements;
 }

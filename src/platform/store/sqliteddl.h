@@ -4,12 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/schema.h"
+#include "platform/store/ddl.h"
 
 namespace store::sqlite {
-
-/// A name as SQL text: "RUN", quotes in it doubled.
-[[nodiscard]] std::string quoted(std::string_view name);
 
 /// The statement that makes a table with its checks and key. Raises StoreError where the
 /// description contradicts itself.

@@ -176,28 +176,18 @@ void createEmpty(const std::string& path) {
     close(descriptor);
 }
 
-}  // namespace sqlite
-
-std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs) {
-    return std::make_unique<sqlite::SqliteDatabase>(path, lockTimeoutMs);
-}
-
-std::unique_ptr<Database> openAlone(const std::string& path) {
-    constexpr int DoNotWait = 0;
-    return std::make_unique<sqlite::SqliteDatabase>(path, DoNotWait, sqlite::Sharing::Alone);
-}
-
-std::unique_ptr<Database> createFile(const std::string& path) {
-    sqlite::createEmpty(path);
-    sqlite::stopCountingMemory();
+std::unique_ptr<Database> createDatabase(const std::string& path) {
+    createEmpty(path);
+    stopCountingMemory();
     sqlite3* made = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &made, SQLITE_OPEN_READWRITE, nullptr);
-    const sqlite::Source source{made, path, LockTimeoutMs, nullptr};
+    const Source source{made, path, LockTimeoutMs, nullptr};
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle(made, sqlite3_close_v2);
-    sqlite::check(source, code);
-    sqlite::check(source,
-                  sqlite3_exec(made, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr));
-    return open(path);
+    check(source, code);
+    check(source, sqlite3_exec(made, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr));
+    return std::make_unique<SqliteDatabase>(path, LockTimeoutMs);
 }
+
+}  // namespace sqlite
 
 }  // namespace store

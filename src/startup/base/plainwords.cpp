@@ -45,6 +45,11 @@ const std::array KnownErrors{
           "Please ask whoever looks after the program for the right to write, then try again."},
     Words{store::numberOf(Fault::Full), "Disk Full", "Oops, the disk is full.",
           "Please have room made on the disk, then try again."},
+    Words{store::numberOf(Fault::Unreachable), "Server Not Reached",
+          "Oops, the district's server cannot be used.",
+          "Please see that the network is there, or ask whoever looks after the server."},
+    Words{store::numberOf(Fault::Lost), "Connection Lost",
+          "Oops, the connection to the district's server was lost.", ""},
     Words{base::errors::FileNotFound, "File Not Found",
           "Oops, a file that the program needs is not there.",
           "Please see that the program is installed completely."},
@@ -82,6 +87,8 @@ bool refusedByStore() {
             case Fault::Full:
             case Fault::ReadOnly:
             case Fault::Replaced:
+            case Fault::Unreachable:
+            case Fault::Lost:
                 return true;
             default:
                 return false;

@@ -5,6 +5,8 @@
 #include "data/schema/schema.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
+#include "platform/store/copying.h"
+#include "support/privateserver.h"
 
 namespace jet::testing {
 
@@ -35,8 +37,7 @@ std::unique_ptr<store::Statement> prepared(store::Database& database,
 
 }  // namespace
 
-District::District() {
-    database_ = store::createFile(folder_.path() + "district.mdb");
+void District::createTables() {
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
         for (const store::Table& table : data::tablesOf(file)) {
             if (catalog().find(table.name) == nullptr) {
@@ -48,12 +49,26 @@ District::District() {
         database_->registerFunction(
             {function.name, function.arguments, function.deterministic, function.call});
     }
+}
+
+District::District() : database_(store::createFile(folder_.path() + "district.mdb")) {
+    createTables();
     std::ifstream rows(VIREO_SOURCE_DIR "/tests/platform/jet/district.txt");
     database_->begin();
     for (std::string line; std::getline(rows, line);) {
         if (!line.empty() && line.front() != '#') {
             database_->execute(line);
         }
+    }
+    database_->commit();
+}
+
+District::District(const std::string& path, District& original)
+    : database_(store::createFile(path)) {
+    createTables();
+    database_->begin();
+    for (const store::Table& table : original.catalog().tables()) {
+        store::copyRows(original.database(), table, *database_);
     }
     database_->commit();
 }
@@ -94,6 +109,15 @@ std::string District::plan(std::string_view sql) {
 District& sharedDistrict() {
     static District one;
     return one;
+}
+
+District* serverDistrict() {
+    support::PrivateServer* const server = support::PrivateServer::find();
+    if (server == nullptr) {
+        return nullptr;
+    }
+    static District one(server->newPlace() + "district.mdb", sharedDistrict());
+    return &one;
 }
 
 }  // namespace jet::testing

@@ -11,11 +11,13 @@
 
 namespace jet::testing {
 
-/// A small district in one file of its own, all six files' tables together; the rows of
-/// district.txt. The file goes with the object.
+/// A small district in one file of its own, or in one place on a server, all six files' tables
+/// together; the rows of district.txt. The file goes with the object.
 class District {
 public:
     District();
+    /// The same rows as another one has.
+    District(const std::string& path, District& original);
 
     [[nodiscard]] store::Database& database() { return *database_; }
     [[nodiscard]] const store::Catalog& catalog() const { return database_->catalog(); }
@@ -31,9 +33,14 @@ public:
     std::string plan(std::string_view sql);
 
 private:
+    void createTables();
+
     support::TemporaryFolder folder_{support::TemporaryFolder::Place::Memory};
     std::unique_ptr<store::Database> database_;
 };
+
+/// The same rows on a server of this program's own; null where there is none.
+District* serverDistrict();
 
 /// One for all tests of the program; who changes it puts it back.
 District& sharedDistrict();
