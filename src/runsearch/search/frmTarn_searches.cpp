@@ -10,6 +10,7 @@
 #include "platform/controls/qtext.h"
 #include "runsearch/search/frmTarn.h"
 #include "runsearch/search/savedsearches.h"
+#include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 
 #include "ui_frmTarn.h"
@@ -34,7 +35,7 @@ constexpr auto Unknown =
     "Some criteria of the search are not known any more and were left out, so it was not started: "
     "it could find more runs than you mean.  Look at the criteria and press Find Now.";
 
-SavedSearches searchesOfPlanner() { return {startup::gCommandLine, startup::gDataPath}; }
+SavedSearches searchesOfPlanner() { return {startup::gCommandLine, startup::folderOfFiles()}; }
 
 QString nameOf(const QWidget& control) {
     return control.accessibleName().isEmpty() ? control.objectName() : control.accessibleName();

@@ -6,6 +6,7 @@
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/files/files.h"
+#include "platform/store/location.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/mdlIniRoutines.h"
 #include "startup/base/trap.h"
@@ -41,31 +42,39 @@ void SetPaths() {
         gDataPath = INIGetSettingString("AppPaths", "datapath", "", gIniFile);
         gProgPath = INIGetSettingString("AppPaths", "progpath", "", gIniFile);
         gVIREOPath = INIGetSettingString("AppPaths", "VIREOpath", "", gIniFile);
-        gReportPath = gDataPath + "RouteRpts";
+        gReportPath = folderOfFiles() + "RouteRpts";
         gErrorHandling =
             toSwitch(INIGetSettingString("AppSettings", "ERRORHANDLING", "", gIniFile));
     });
 }
 
+std::string databasePath(const std::string& folder, const std::string& name) {
+    return store::isServer(folder) ? store::pathIn(folder, name) : files::find(folder + name);
+}
+
+const std::string& folderOfFiles() { return store::isServer(gDataPath) ? gProgPath : gDataPath; }
+
+const std::string& workPath() { return store::isServer(gDataPath) ? gDataPath : gProgPath; }
+
 std::unique_ptr<ado::Connection> GetJetConnection(const std::string& path, const std::string&,
                                                   const std::string&, const std::string&) {
     auto connection = std::make_unique<ado::Connection>();
     connection->Provider("Microsoft.Jet.OLEDB.4.0");
-    connection->Open(files::find(path), "", "", -1);
+    connection->Open(store::isServer(path) ? path : files::find(path), "", "", -1);
     return connection;
 }
 
 void OpenRoutingDatabase() {
     trapped("OpenRoutingDatabase", "mdlDBConnection", [] {
-        gcnRouting = GetJetConnection(gDataPath + "routing.mdb");
-        gcnRouteWrk = GetJetConnection(gProgPath + "RouteWrk.mdb");
-        gcnTrip = GetJetConnection(gVIREOPath + TripFile);
-        gcnRouting->link(files::find(gVIREOPath + TripFile));
-        gcnVIREORpt = GetJetConnection(gDataPath + "VIREORpt.mdb");
-        gcnVIREORpt->link(files::find(gDataPath + "routing.mdb"));
-        gcnVIREORpt->link(files::find(gVIREOPath + TripFile));
-        gcnDeadCross = GetJetConnection(gDataPath + "DEADCROSS.mdb");
-        gcnQDSC = GetJetConnection(gVIREOPath + "ZBQDSC1.mdb");
+        gcnRouting = GetJetConnection(databasePath(gDataPath, "routing.mdb"));
+        gcnRouteWrk = GetJetConnection(databasePath(workPath(), "RouteWrk.mdb"));
+        gcnTrip = GetJetConnection(databasePath(gVIREOPath, TripFile));
+        gcnRouting->link(databasePath(gVIREOPath, TripFile));
+        gcnVIREORpt = GetJetConnection(databasePath(gDataPath, "VIREORpt.mdb"));
+        gcnVIREORpt->link(databasePath(gDataPath, "routing.mdb"));
+        gcnVIREORpt->link(databasePath(gVIREOPath, TripFile));
+        gcnDeadCross = GetJetConnection(databasePath(gDataPath, "DEADCROSS.mdb"));
+        gcnQDSC = GetJetConnection(databasePath(gVIREOPath, "ZBQDSC1.mdb"));
     });
 }
 

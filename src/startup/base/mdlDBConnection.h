@@ -12,6 +12,17 @@ namespace startup {
 /// that is no Boolean raises "Type mismatch" (13).
 void SetPaths();
 
+/// The path of a database in a folder of the settings: in a folder of this machine found without
+/// regard to the case of its name.
+[[nodiscard]] std::string databasePath(const std::string& folder, const std::string& name);
+
+/// Where what a district keeps beside its databases lies: with the data, or in the program folder
+/// where the data are on a server. Ends as the settings have it.
+[[nodiscard]] const std::string& folderOfFiles();
+
+/// Where RouteWrk.mdb is: in the program folder, or with the data where these are on a server.
+[[nodiscard]] const std::string& workPath();
+
 /// Opens one database file, found without regard to the case of its name. Raises store::StoreError.
 /// The optional texts are not used. An error is its caller's.
 std::unique_ptr<ado::Connection> GetJetConnection(const std::string& path,

@@ -100,7 +100,7 @@ OpenFiles openFiles(const Folders& folders) {
 
 std::string nameIn(store::Database& routing) {
     try {
-        const auto row = routing.prepare("SELECT DistName FROM District");
+        const auto row = routing.prepare("SELECT \"DistName\" FROM \"District\"");
         return row->step() ? std::string(row->text(0)) : std::string();
     } catch (const store::StoreError&) {  // an older district may lack it
         return {};

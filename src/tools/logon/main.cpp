@@ -26,7 +26,8 @@ void start(const std::string& program) {
     startup::SetErrorHandling();
     help::offerGuide();
     startup::trapped("start", "Logon", [&] {
-        startup::gcnQDSC = startup::GetJetConnection(startup::gVIREOPath + "ZBQDSC1.mdb");
+        startup::gcnQDSC =
+            startup::GetJetConnection(startup::databasePath(startup::gVIREOPath, "ZBQDSC1.mdb"));
         startup::requireVersion({{data::DatabaseFile::QDSC, *startup::gcnQDSC}});
         forms::FormRegistry::instance().make<tools::logon::LogonForm>(program).showForm();
     });

@@ -120,7 +120,8 @@ bool takeName(QDBusConnection& bus, MapService& service) {
 
 void openDistrict() {
     startup::SetPaths();
-    startup::gcnRouting = startup::GetJetConnection(startup::gDataPath + "routing.mdb");
+    startup::gcnRouting =
+        startup::GetJetConnection(startup::databasePath(startup::gDataPath, "routing.mdb"));
     requireFittingDistrict(*startup::gcnRouting);
 }
 
@@ -151,7 +152,7 @@ std::unique_ptr<MapService> seenService;
 void serveSeen(bool isWaiting) {
     auto manner = mannerIn(*QCoreApplication::instance());
     openDistrict();
-    startup::gcnRouting->link(files::find(startup::gVIREOPath + "trip.mdb"));
+    startup::gcnRouting->link(startup::databasePath(startup::gVIREOPath, "trip.mdb"));
     startup::SetErrorHandling();
     help::offerGuide();
     manner.screen = tools::map::desktopScreen();

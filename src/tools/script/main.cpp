@@ -44,10 +44,11 @@ std::string pathOf(const std::string& database) {
             continue;
         }
         const bool common = file == data::DatabaseFile::Trip || file == data::DatabaseFile::QDSC;
-        const std::string& folder = common                                 ? startup::gVIREOPath
-                                    : file == data::DatabaseFile::RouteWrk ? startup::gProgPath
-                                                                           : startup::gDataPath;
-        return files::find(folder + name);
+        const bool isWork = file == data::DatabaseFile::RouteWrk;
+        const std::string& folder = common   ? startup::gVIREOPath
+                                    : isWork ? startup::workPath()
+                                             : startup::gDataPath;
+        return startup::databasePath(folder, std::string(data::fileName(file)));
     }
     throw std::runtime_error("there is no database \"" + database + "\"");
 }

@@ -14,6 +14,7 @@
 #include "platform/files/files.h"
 #include "platform/files/installation.h"
 #include "platform/ini/ini.h"
+#include "platform/store/location.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {
@@ -52,6 +53,12 @@ Folders allowed(Folders wanted, NewFolder::Place place) {
     return wanted;
 }
 
+/// As the settings have a place: with a separator at its end.
+std::string settingOf(const fs::path& place) {
+    return store::isServer(place.string()) ? store::pathIn(place.string(), "")
+                                           : place.string() + "/";
+}
+
 void makePrivate(const fs::path& folder) {
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
@@ -59,15 +66,22 @@ void makePrivate(const fs::path& folder) {
 
 }  // namespace
 
+bool Folders::isOnServer() const { return store::isServer(data().string()); }
+
 fs::path Folders::database(data::DatabaseFile file) const {
     const bool isCommon = file == data::DatabaseFile::Trip || file == data::DatabaseFile::QDSC;
-    const fs::path folder = isCommon                               ? common()
-                            : file == data::DatabaseFile::RouteWrk ? programs()
-                                                                   : data();
+    const bool isWork = file == data::DatabaseFile::RouteWrk && !isOnServer();
+    const fs::path folder = isCommon ? common() : isWork ? programs() : data();
+    if (store::isServer(folder.string())) {
+        return store::pathIn(folder.string(), data::fileName(file));
+    }
     return files::find((folder / data::fileName(file)).string());
 }
 
 Folders foldersOf(const fs::path& root) {
+    if (store::isServer(root.string())) {
+        return {root, Folders::Places{root, root, root}};
+    }
     if (!fs::is_directory(root)) {
         throw base::RunTimeError(base::errors::FileNotFound,
                                  fmt::format("There is no folder {}.", root.string()));
@@ -100,15 +114,15 @@ void writeSettings(const Folders& making, const Folders& wanted) {
     writePrivateFile(making.settings(),
                      fmt::format("; Made by vireo-district {}.\n"
                                  "[AppPaths]\n"
-                                 "datapath={}/\n"
-                                 "progpath={}/\n"
-                                 "VIREOpath={}/\n"
+                                 "datapath={}\n"
+                                 "progpath={}\n"
+                                 "VIREOpath={}\n"
                                  "\n"
                                  "[AppSettings]\n"
                                  "ERRORHANDLING=True\n"
                                  "MAPSoftware=ArcView3.2\n",
-                                 files::installation().version, wanted.data().string(),
-                                 wanted.programs().string(), wanted.common().string()));
+                                 files::installation().version, settingOf(wanted.data()),
+                                 settingOf(wanted.programs()), settingOf(wanted.common())));
 }
 
 std::string settingsFor(const Folders& wanted, std::string_view settings) {
@@ -123,7 +137,7 @@ std::string settingsFor(const Folders& wanted, std::string_view settings) {
             places, [&](const auto& one) { return base::equalsNoCase(one.first, key); });
         text += place == std::end(places) || line.find('=') == std::string::npos
                     ? line + '\n'
-                    : fmt::format("{}={}/\n", place->first, place->second.string());
+                    : fmt::format("{}={}\n", place->first, settingOf(place->second));
     }
     return text;
 }

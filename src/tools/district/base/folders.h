@@ -29,14 +29,19 @@ struct Folders {
     [[nodiscard]] std::filesystem::path common() const {
         return elsewhere ? elsewhere->common : root / "common";
     }
-    [[nodiscard]] std::filesystem::path reports() const { return data() / "RouteRpts"; }
+    [[nodiscard]] std::filesystem::path reports() const {
+        return (isOnServer() ? programs() : data()) / "RouteRpts";
+    }
+    /// Whether the databases are on a server.
+    [[nodiscard]] bool isOnServer() const;
     [[nodiscard]] std::filesystem::path settings() const { return root / "vireo" / "route.ini"; }
     /// Without regard to the case of a file that is there.
     [[nodiscard]] std::filesystem::path database(data::DatabaseFile file) const;
 };
 
 /// The places of the district in a folder: those below it where a routing database stands there,
-/// otherwise those that its settings name. Raises base::RunTimeError where there is no such folder.
+/// otherwise those that its settings name; or those of all its databases on a server. Raises
+/// base::RunTimeError where there is no such folder.
 [[nodiscard]] Folders foldersOf(const std::filesystem::path& root);
 
 /// A new folder with the folders of a district in it, for its owner only; see NewFolder.

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
+#include "platform/store/location.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {
@@ -72,6 +73,9 @@ fs::path makeBeside(const fs::path& wanted) {
 }  // namespace
 
 fs::path tidied(const fs::path& path) {
+    if (store::isServer(path.string())) {
+        return path;
+    }
     const fs::path whole = fs::absolute(path).lexically_normal();
     return whole.has_filename() ? whole : whole.parent_path();
 }

@@ -7,7 +7,7 @@
 
 namespace tools::district {
 
-/// Absolute, without a separator at its end.
+/// Absolute, without a separator at its end; a place on a server as it is given.
 [[nodiscard]] std::filesystem::path tidied(const std::filesystem::path& path);
 
 /// A new folder beside the one that is asked for, which takes that one's place when all is done.

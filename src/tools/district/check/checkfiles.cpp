@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
+#include "platform/store/location.h"
 #include "tools/district/check/checkparts.h"
 
 namespace tools::district {
@@ -87,6 +88,9 @@ void checkSettings(const Folders& folders, CheckReport& report) {
     text << file.rdbuf();
     CheckFinding astray{.what = "Folders that the settings do not name"};
     for (const fs::path& path : {folders.data(), folders.programs(), folders.common()}) {
+        if (store::isServer(path.string())) {
+            continue;
+        }
         const std::string whole = fs::absolute(path).lexically_normal().string() + "/";
         if (text.str().find("=" + whole) == std::string::npos) {
             astray.add(whole);
@@ -98,6 +102,9 @@ void checkSettings(const Folders& folders, CheckReport& report) {
 }  // namespace
 
 void checkFiles(const Folders& folders, CheckReport& report) {
+    if (store::isServer(folders.root.string())) {
+        return;
+    }
     checkSettings(folders, report);
     checkPrivacy(folders, report);
 }

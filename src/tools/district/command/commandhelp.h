@@ -49,6 +49,19 @@ It ends with 1 where lines were refused or the district has faults afterwards.
 
 Example: vireo-district import ~/fourtowns exports/ --map sis.map
          vireo-district import ~/fourtowns exports/ --map sis.map --apply)";
+inline constexpr std::string_view CopyHelp = R"(move a district between files and a server
+
+Copies a district as it is at one moment, from a folder to a place on a database server, back, or
+from one to another of a kind, and compares every cell of the copy. TO has no district yet; the
+database of a server is there already. Broken off, nothing is left of the copy.
+
+Example: vireo-district copy ~/sample postgresql://owner@office/vireo/)";
+inline constexpr std::string_view ConnectHelp = R"(make a folder for a district on a server
+
+Makes FOLDER with settings and companion programs for this desktop; its databases are those at
+SERVER, as everybody else's.
+
+Example: vireo-district connect ~/fourtowns postgresql://ann@office/vireo/?sslmode=verify-full)";
 inline constexpr std::string_view CheckHelp = R"(look for faults in a district's files
 
 Says the district's version and what it found, and ends with 1 where that is anything.

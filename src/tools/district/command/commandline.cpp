@@ -17,6 +17,7 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/files/installation.h"
+#include "platform/store/location.h"
 #include "tools/district/backup/backup.h"
 #include "tools/district/backup/restore.h"
 #include "tools/district/base/folders.h"
@@ -33,7 +34,9 @@
 #include "tools/district/command/reportcommand.h"
 #include "tools/district/command/sqlcommand.h"
 #include "tools/district/command/userscommand.h"
+#include "tools/district/copy/copydistrict.h"
 #include "tools/district/deadhead/filltravel.h"
+#include "tools/district/import/apply/importer.h"
 #include "tools/district/import/benchmark/plansources.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/create.h"
@@ -144,10 +147,36 @@ bool create(const Call& call) {
         options.seed = *seed;
     }
     Progress progress;
-    createDistrict(options, progress);
+    if (store::isServer(call.words[0])) {
+        const PrivateFolder making;
+        options.folder = making.path() / "district";
+        createDistrict(options, progress);
+        copyDistrict(options.folder.string(), call.words[0], progress);
+    } else {
+        createDistrict(options, progress);
+    }
     progress.clear();
-    call.tell("folder", pathJson(options.folder));
-    call.out << fmt::format("Made a district in {}.\n", options.folder.string());
+    call.tell("folder", pathJson(call.words[0]));
+    call.out << fmt::format("Made a district in {}.\n", call.words[0]);
+    return true;
+}
+
+bool copy(const Call& call) {
+    Progress progress;
+    const CopyOutcome made = copyDistrict(call.words[0], call.words[1], progress);
+    progress.clear();
+    call.tell("tables", qint64{made.tables});
+    call.tell("rows", qint64{made.rows});
+    call.out << fmt::format("Copied {} rows of {} tables to {}; every cell is the same.\n",
+                            made.rows, made.tables, call.words[1]);
+    return true;
+}
+
+bool connect(const Call& call) {
+    connectFolder(call.words[0], call.words[1]);
+    call.tell("folder", pathJson(call.words[0]));
+    call.out << fmt::format("{} is a district now whose databases are at {}.\n", call.words[0],
+                            call.words[1]);
     return true;
 }
 
@@ -497,6 +526,8 @@ const std::vector<Command>& commands() {
           {"overwrite-edited", ""},
           {"roll-over", "", "DAY"},
           {"user", "", "NAME"}}},
+        {"copy", "FROM TO", {2, 2}, CopyHelp, copy},
+        {"connect", "FOLDER SERVER", {2, 2}, ConnectHelp, connect},
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},

@@ -6,13 +6,16 @@
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
+#include "platform/store/location.h"
 
 namespace tools::district {
 
 namespace {
 
 std::optional<data::DatabaseFile> whichFile(const std::string& path, std::int32_t kind) {
-    const std::string name = std::filesystem::path(path).filename().string();
+    const std::string name = store::isServer(path)
+                                 ? store::serverPathOf(path).file
+                                 : std::filesystem::path(path).filename().string();
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
         const bool isNamed = kind == 0 && base::equalsNoCase(data::fileName(file), name);
         if (isNamed || data::markOf(file).kind == kind) {
@@ -32,8 +35,11 @@ void openFitting(ado::Connection& connection, const std::string& path) {
         return;
     }
     const auto found = data::lookAt(*file, path, mark, connection.catalog());
-    const auto folder = std::filesystem::absolute(path).parent_path().parent_path();
-    const std::string complaint = data::versionComplaint({{found}}, folder.string());
+    const std::string folder =
+        store::isServer(path)
+            ? store::pathBeside(path, "")
+            : std::filesystem::absolute(path).parent_path().parent_path().string();
+    const std::string complaint = data::versionComplaint({{found}}, folder);
     if (!complaint.empty()) {
         throw base::RunTimeError(base::errors::InvalidProcedureCall, complaint);
     }

@@ -11,6 +11,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "platform/jet/translate.h"
+#include "platform/store/location.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/command/fittingfile.h"
 
@@ -34,6 +35,12 @@ std::string escaped(std::string_view text) {
 
 void open(ado::Connection& connection, const std::string& file) {
     openFitting(connection, file);
+    if (store::isServer(file)) {
+        if (store::serverPathOf(file).file == data::fileName(data::DatabaseFile::Routing)) {
+            connection.link(store::pathBeside(file, data::fileName(data::DatabaseFile::Trip)));
+        }
+        return;
+    }
     const fs::path path = fs::absolute(file);
     if (path.filename() == data::fileName(data::DatabaseFile::Routing)) {
         const Folders folders{path.parent_path().parent_path()};
