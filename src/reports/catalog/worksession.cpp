@@ -59,11 +59,13 @@ struct Mark {
     std::string boot, space;
     pid_t process = 0;
     std::string beginning;
+    std::string computer;  ///< empty where it is not known
 };
 
 Mark read(const std::string& text) {
     Mark mark;
-    std::istringstream(text) >> mark.boot >> mark.space >> mark.process >> mark.beginning;
+    std::istringstream(text) >> mark.boot >> mark.space >> mark.process >> mark.beginning >>
+        mark.computer;
     return mark;
 }
 
@@ -96,12 +98,16 @@ std::vector<std::int64_t> leftBehind(ado::Connection& work) {
 }  // namespace
 
 std::string processMark() {
-    return fmt::format("{} {} {}", machine(), ::getpid(), beginningOf(::getpid()));
+    return fmt::format("{} {} {} {}", machine(), ::getpid(), beginningOf(::getpid()),
+                       firstLine("/etc/machine-id"));
 }
 
 bool isGone(const std::string& mark) {
     const Mark other = read(mark);
     const Mark here = read(processMark());
+    if (!other.computer.empty() && other.computer != here.computer) {
+        return false;  // its own programs look after what it left
+    }
     return other.boot != here.boot || (other.space == here.space && !isRunning(other));
 }
 

@@ -235,6 +235,11 @@ bool import(const Call& call) {
         call.out << sketchMaps(read.files());
         return true;
     }
+    if (folders.isOnServer() && call.options.isSet("apply")) {
+        throw Misuse{
+            "An import is written into files: copy the district into a folder, import "
+            "there, and copy it to a new place on the server."};
+    }
     ImportOptions options{.folders = folders,
                           .sources = read.files(),
                           .map = call.text("map").value_or(""),

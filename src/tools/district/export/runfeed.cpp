@@ -138,7 +138,7 @@ private:
         const auto row = routing_.prepare(
             "SELECT R.RUN, R.DESCRIPTION, R.INT_ROUTEID, R.PICKUP, S.SCHOOLNAME, R.monday,"
             " R.tuesday, R.wednesday, R.thursday, R.friday FROM RUN AS R"
-            " LEFT JOIN SCHOOL AS S ON S.SCHOOL = R.SCHOOL WHERE R.ACTIVE = 1 ORDER BY R.RUN");
+            " LEFT JOIN SCHOOL AS S ON S.SCHOOL = R.SCHOOL WHERE R.ACTIVE <> FALSE ORDER BY R.RUN");
         constexpr int Monday = 5;
         while (row->step()) {
             Trip trip{.id = std::string(row->text(0)), .route = {}, .headsign = {}, .times = {}};

@@ -59,7 +59,7 @@ TEST(Copy, MovesADistrictToAServerAndBack) {
     const std::string desktop = folder.path() + "desktop";
     ASSERT_EQ(told({"connect", desktop, place}).status, ExitStatus::Done);
     EXPECT_FALSE(std::filesystem::exists(desktop + "/data"));
-    const Answer rows = told({"sql", place + "trip.mdb", "UPDATE SCHOOL SET SCHOOLNAME = 'x'"});
+    const Answer rows = told({"sql", place + "routing.mdb", "UPDATE SCHOOL SET SCHOOLNAME = 'x'"});
     EXPECT_EQ(rows.status, ExitStatus::Done) << rows.text;
     EXPECT_EQ(told({"check", desktop}).status, ExitStatus::Done) << told({"check", desktop}).text;
     EXPECT_THAT(told({"connect", desktop + "2", server->newPlace()}).text,
