@@ -60,7 +60,7 @@ std::vector<Fact> programFacts() {
         {QObject::tr("Program folder"), orNone(startup::gProgPath)},
         {QObject::tr("Settings"), orNone(startup::gIniFile)},
         {QObject::tr("Map software"), orNone(startup::gMapSoftware)},
-        {QObject::tr("Store"), toQt(store::engineName())},
+        {QObject::tr("Store"), toQt(store::engineName(startup::gDataPath))},
         {QObject::tr("Toolkit"), QString("Qt ") + qVersion()},
         {QObject::tr("System"), QSysInfo::prettyProductName() + ", " + QSysInfo::kernelType() +
                                     ' ' + QSysInfo::kernelVersion()}};

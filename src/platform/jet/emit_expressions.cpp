@@ -138,7 +138,8 @@ void Emitter::column(int scope, int source, const store::Column& column) {
 }
 
 void Emitter::bareColumn(const Scope& at, int scope, int source, const store::Column& column) {
-    if (scope > 0 || !at.names.unique(column.name)) {
+    // An order by a bare name could mean a result of that name in a strict store.
+    if (scope > 0 || dialect_.isStrict || !at.names.unique(column.name)) {
         name(at.select.sources[static_cast<std::size_t>(source)].writtenName());
         out_ += '.';
     }

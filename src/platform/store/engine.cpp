@@ -10,7 +10,10 @@
 
 namespace store {
 
-std::string engineName() { return std::string("SQLite ") + sqlite3_libversion(); }
+std::string engineName(const std::string& folder) {
+    return isServer(folder) ? "PostgreSQL on a server"
+                            : std::string("SQLite ") + sqlite3_libversion();
+}
 
 std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs) {
     if (isServer(path)) {

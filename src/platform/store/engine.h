@@ -4,7 +4,7 @@
 
 namespace store {
 
-/// The engine that keeps the files, and its version: "SQLite 3.40.1".
-[[nodiscard]] std::string engineName();
+/// The engine that keeps what is in a folder: "SQLite 3.40.1", "PostgreSQL on a server".
+[[nodiscard]] std::string engineName(const std::string& folder);
 
 }  // namespace store

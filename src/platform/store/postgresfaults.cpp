@@ -23,8 +23,10 @@ std::string fieldOf(const PGresult* answer, int field) {
 
 /// The server's sentence as the end of one of ours.
 std::string oneLine(std::string_view text) {
-    std::string line(base::trim(text));
+    std::string line(text);
     std::ranges::replace(line, '\n', ' ');
+    std::ranges::replace(line, '\t', ' ');
+    line = base::trim(line);
     while (line.ends_with('.')) {
         line.pop_back();
     }
@@ -115,6 +117,7 @@ constexpr std::array Signs{
     Sign{"remaining connection slots", "it has as many connections as it allows"},
     Sign{"starting up", "it is just starting"},
     Sign{"shutting down", "it is just being stopped"},
+    Sign{"permission denied", "it lets this user not in"},
     Sign{"role", "it does not know this user"},
     Sign{"database", "it has no such database"},
     Sign{"could not translate host name", "no machine of that name is known"},

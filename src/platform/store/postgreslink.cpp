@@ -170,10 +170,15 @@ void Link::connect() {
     isConnecting_ = true;
     const Ended ended{isConnecting_};
     library().setNoticeProcessor(connection_.get(), keepQuiet, nullptr);
-    script(std::string(Setup));
-    applySettings();
-    requireFile();
-    takePlace();
+    try {
+        script(std::string(Setup));
+        applySettings();
+        requireFile();
+        takePlace();
+    } catch (const StoreError&) {
+        isUp_ = false;
+        throw;
+    }
 }
 
 std::vector<std::string> Link::settings() const {

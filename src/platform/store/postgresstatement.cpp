@@ -1,6 +1,11 @@
 #include "platform/store/postgresstatement.h"
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
+#include <utility>
+
+#include <fmt/format.h>
 
 namespace store::postgres {
 
@@ -11,6 +16,42 @@ Number numberIn(std::string_view text) {
     Number number{};
     std::from_chars(text.data(), text.data() + text.size(), number);
     return number;
+}
+
+/// As many rows as a list of runs has, so that only lists like the log's come in blocks.
+constexpr std::int64_t FirstBlock = 25'000;
+constexpr std::int64_t EverythingElse = std::numeric_limits<std::int64_t>::max();
+
+bool isOrderedAndEndless(std::string_view sql) {
+    return sql.starts_with("SELECT ") && sql.find(" ORDER BY ") != std::string_view::npos &&
+           sql.find(" LIMIT ") == std::string_view::npos &&
+           sql.find(" FETCH FIRST ") == std::string_view::npos;
+}
+
+std::string limited(std::string_view sql, bool isLimited) {
+    return isLimited ? fmt::format("{} LIMIT {}", sql, FirstBlock) : std::string(sql);
+}
+
+bool isSameRow(const PGresult* one, int row, const PGresult* other, int place) {
+    const Library& pq = library();
+    for (int column = 0; column < pq.columnCount(one); ++column) {
+        if (pq.isNull(one, row, column) != pq.isNull(other, place, column) ||
+            std::string_view(pq.value(one, row, column)) != pq.value(other, place, column)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Where the last row of a block stands in the next one; -1 where it does not.
+int placeOf(const PGresult* one, int row, const PGresult* next) {
+    const int count = library().rowCount(next);
+    for (int place = 0; place < count; ++place) {
+        if (isSameRow(one, row, next, place)) {
+            return place;
+        }
+    }
+    return -1;
 }
 
 /// What the server's types are here.
@@ -66,6 +107,12 @@ base::Value storedOf(const PGresult* rows, int row, int column) {
     return cell.text;
 }
 
+PostgresStatement::PostgresStatement(Link& link, std::string_view sql)
+    : link_(link),
+      sql_(sql),
+      hasBlocks_(isOrderedAndEndless(sql)),
+      query_(limited(sql, hasBlocks_)) {}
+
 void PostgresStatement::bind(int parameter, const base::Value& value) {
     const auto place = static_cast<std::size_t>(parameter);
     if (parameters_.size() <= place) {
@@ -82,12 +129,42 @@ void PostgresStatement::fetch() const {
 
 bool PostgresStatement::step() {
     fetch();
-    return ++row_ < library().rowCount(rows_.get());
+    return ++row_ < library().rowCount(rows_.get()) || fetchMore();
+}
+
+Result PostgresStatement::block(std::int64_t from, std::int64_t count) {
+    Query next(fmt::format("{} OFFSET {} LIMIT {}", sql_, from, count));
+    return link_.run(next, parameters_);
+}
+
+/// The next block, which begins with the row that was read last: where another one stands there
+/// now, rows were added or removed meanwhile, and that row is looked for.
+bool PostgresStatement::fetchMore() {
+    constexpr std::int64_t NextBlock = 100'000;
+    const int last = library().rowCount(rows_.get()) - 1;
+    if (!hasBlocks_ || last + 1 < (before_ == 0 ? FirstBlock : NextBlock)) {
+        return false;
+    }
+    std::int64_t from = before_ + last;
+    Result next = block(from, NextBlock);
+    int place = placeOf(rows_.get(), last, next.get());
+    if (place < 0) {
+        from = 0;
+        next = block(0, EverythingElse);
+        place = std::max(placeOf(rows_.get(), last, next.get()), 0);
+        hasBlocks_ = false;
+    }
+    before_ = from;
+    rows_ = std::move(next);
+    row_ = place + 1;
+    return row_ < library().rowCount(rows_.get());
 }
 
 void PostgresStatement::reset() {
     rows_.reset();
     row_ = -1;
+    before_ = 0;
+    hasBlocks_ = isOrderedAndEndless(sql_);
     parameters_.clear();
 }
 

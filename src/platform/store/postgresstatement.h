@@ -7,10 +7,11 @@
 namespace store::postgres {
 
 /// One prepared statement. Its rows are fetched together when the first one is asked for, so that
-/// the connection is free for others at once. `link` outlives it.
+/// the connection is free for others at once; very many rows in an order come in blocks, each when
+/// the one before is read. `link` outlives it.
 class PostgresStatement final : public Statement {
 public:
-    PostgresStatement(Link& link, std::string_view sql) : link_(link), query_(sql) {}
+    PostgresStatement(Link& link, std::string_view sql);
     ~PostgresStatement() override { link_.release(query_); }
     PostgresStatement(const PostgresStatement&) = delete;
     PostgresStatement& operator=(const PostgresStatement&) = delete;
@@ -28,12 +29,17 @@ public:
 
 private:
     void fetch() const;
+    [[nodiscard]] bool fetchMore();
+    [[nodiscard]] Result block(std::int64_t from, std::int64_t count);
 
     Link& link_;
+    std::string sql_;  ///< without the limit of a block
+    bool hasBlocks_;
     mutable Query query_;
     std::vector<Parameter> parameters_;
     mutable Result rows_;
     int row_ = -1;
+    std::int64_t before_ = 0;  ///< rows in the blocks before this one
 };
 
 /// A cell of an answer as the store's interface gives it; its text belongs to the answer.

@@ -13,7 +13,6 @@
 
 #include "help/viewer/guidedesk.h"
 #include "platform/dde/dbustransport.h"
-#include "platform/files/files.h"
 #include "platform/files/installation.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/mdlDBConnection.h"

@@ -14,6 +14,7 @@
 #include "platform/forms/application.h"
 #include "platform/forms/look.h"
 #include "platform/forms/screenless.h"
+#include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 #include "startup/desktop/selfdescription.h"
 #include "startup/main/RunStartup.h"

@@ -193,6 +193,29 @@ TEST_F(Server, ConnectsAnewAfterTheConnectionWasLost) {
     EXPECT_EQ(cell("SELECT string_agg(\"RUN\", ',' ORDER BY \"ID\") FROM \"STOPS\""), "R1,R3");
 }
 
+TEST_F(Server, ReadsVeryManyRowsInBlocksAndNoneTwiceOrNever) {
+    database->execute(
+        "INSERT INTO STOPS (ID, MILES) SELECT n, 0 FROM generate_series(10, 60009) AS n");
+    const std::string stops = "\"routing.mdb\".\"STOPS\"";
+    for (const auto& [meanwhile, seen] :
+         {std::pair{std::string("SELECT 1"), 60'000},
+          {"INSERT INTO " + stops + " (\"ID\") VALUES (9)", 60'000},
+          {"DELETE FROM " + stops + " WHERE \"ID\" < 12", 60'001}}) {
+        const auto rows = database->prepare("SELECT ID FROM STOPS WHERE ID > ? ORDER BY ID");
+        rows->bind(0, 8);
+        std::int64_t last = 0;
+        std::int64_t count = 0;
+        for (; rows->step(); ++count, last = rows->integer(0)) {
+            EXPECT_LT(last, rows->integer(0));
+            if (count == 20'000) {
+                static_cast<void>(tell(meanwhile));
+            }
+        }
+        EXPECT_EQ(last, 60'009) << meanwhile;
+        EXPECT_EQ(count, seen) << meanwhile;
+    }
+}
+
 TEST(ServerPath, IsPutTogetherAndTakenApart) {
     EXPECT_TRUE(store::isServer("PostgreSQL://office/vireo/"));
     EXPECT_FALSE(store::isServer("/data/postgresql://x/"));

@@ -64,6 +64,7 @@ std::unique_ptr<store::Database> openAll(const Folders& folders, CheckReport& re
 /// Not where the files may only be read.
 void beginReading(store::Database& database, const Folders& folders) {
     std::vector<std::string> paths;
+    paths.reserve(data::AllDatabaseFiles.size());
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         paths.push_back(folders.database(file).string());
     }

@@ -25,6 +25,7 @@ using Databases = std::vector<std::unique_ptr<store::Database>>;
 
 Databases openAll(const Folders& folders) {
     std::vector<std::string> paths;
+    paths.reserve(data::AllDatabaseFiles.size());
     for (const data::DatabaseFile file : data::AllDatabaseFiles) {
         paths.push_back(folders.database(file).string());
     }
@@ -107,7 +108,19 @@ void compare(store::Database& from, store::Database& to, data::DatabaseFile file
 }
 
 CopyOutcome copyFiles(const Folders& from, const Folders& to, Progress& progress) {
-    const Databases originals = openAll(from);
+    const Databases open = openAll(from);
+    std::vector<store::Database*> originals;
+    originals.reserve(open.size());
+    for (const auto& database : open) {
+        originals.push_back(database.get());
+    }
+    return copyDatabases(originals, to, progress);
+}
+
+}  // namespace
+
+CopyOutcome copyDatabases(const std::vector<store::Database*>& originals, const Folders& to,
+                          Progress& progress) {
     Copies copies(to);
     CopyOutcome outcome;
     std::size_t place = 0;
@@ -121,8 +134,6 @@ CopyOutcome copyFiles(const Folders& from, const Folders& to, Progress& progress
     copies.keep();
     return outcome;
 }
-
-}  // namespace
 
 CopyOutcome copyDistrict(const std::string& from, const std::string& to, Progress& progress) {
     const Folders original = foldersOf(from);

@@ -3,7 +3,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
+#include "platform/store/database.h"
+#include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
 
 namespace tools::district {
@@ -18,6 +21,11 @@ struct CopyOutcome {
 /// that has none, and compares each cell of the copy. A folder gets settings and companions, too.
 /// Nothing is left of a copy that fails. Raises base::RunTimeError, Interrupted.
 CopyOutcome copyDistrict(const std::string& from, const std::string& to, Progress& progress);
+
+/// The same for databases that are open already and that nobody else writes to, one for each file
+/// of a district in their order, and without settings and companions.
+CopyOutcome copyDatabases(const std::vector<store::Database*>& originals, const Folders& to,
+                          Progress& progress);
 
 /// Makes a folder for this desktop whose databases are on a server. Raises base::RunTimeError where
 /// there is no district, or the folder is taken.

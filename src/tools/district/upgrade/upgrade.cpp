@@ -12,7 +12,9 @@
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/store/database.h"
+#include "platform/store/location.h"
 #include "tools/district/base/openalone.h"
+#include "tools/district/copy/copydistrict.h"
 
 namespace tools::district {
 
@@ -48,6 +50,14 @@ public:
 
     [[nodiscard]] const std::vector<data::FoundFile>& found() const { return found_; }
     [[nodiscard]] store::Database& database(std::size_t i) const { return *databases_[i]; }
+    [[nodiscard]] std::vector<store::Database*> databases() const {
+        std::vector<store::Database*> all;
+        all.reserve(databases_.size());
+        for (const auto& one : databases_) {
+            all.push_back(one.get());
+        }
+        return all;
+    }
 
     /// Refuses files that are newer or something else.
     [[nodiscard]] bool needUpgrade() const {
@@ -79,7 +89,10 @@ void removeUnfinished(const fs::path& beside) {
 
 /// Under a name that nothing beside the data folder has yet.
 fs::path newBackup(const Folders& folders) {
-    const fs::path beside = folders.data().parent_path();
+    const bool hasFolder = !store::isServer(folders.root.string());
+    const fs::path beside = !folders.isOnServer() ? folders.data().parent_path()
+                            : hasFolder           ? folders.root
+                                                  : fs::current_path();
     removeUnfinished(beside);
     const std::string name =
         fmt::format("{}{:%Y-%m-%d-%H%M%S}", BackupName, fmt::localtime(std::time(nullptr)));
@@ -94,6 +107,11 @@ fs::path newBackup(const Folders& folders) {
 fs::path backUp(const Folders& folders, const OpenFiles& files, Progress& progress) {
     const Folders wanted{newBackup(folders)};
     FolderInTheMaking making(wanted.root);
+    if (folders.isOnServer()) {
+        copyDatabases(files.databases(), making.folders(), progress);
+        making.finish();
+        return wanted.root;
+    }
     for (std::size_t i = 0; i < files.found().size(); ++i) {
         const DatabaseFile file = files.found()[i].file;
         progress.begin(fmt::format("Backing up {}", data::fileName(file)), 0);

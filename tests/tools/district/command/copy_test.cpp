@@ -62,6 +62,15 @@ TEST(Copy, MovesADistrictToAServerAndBack) {
     const Answer rows = told({"sql", place + "routing.mdb", "UPDATE SCHOOL SET SCHOOLNAME = 'x'"});
     EXPECT_EQ(rows.status, ExitStatus::Done) << rows.text;
     EXPECT_EQ(told({"check", desktop}).status, ExitStatus::Done) << told({"check", desktop}).text;
+
+    auto routing = store::open(place + "routing.mdb");
+    routing->execute("ALTER TABLE RUN DROP COLUMN COMMENT");
+    EXPECT_EQ(told({"upgrade", desktop}).status, ExitStatus::Failed) << "somebody has it open";
+    routing.reset();
+    const Answer upgraded = told({"upgrade", desktop});
+    EXPECT_EQ(upgraded.status, ExitStatus::Done) << upgraded.text;
+    EXPECT_THAT(upgraded.text, HasSubstr("added RUN.COMMENT"));
+    EXPECT_EQ(told({"check", desktop}).status, ExitStatus::Done) << told({"check", desktop}).text;
     EXPECT_THAT(told({"connect", desktop + "2", server->newPlace()}).text,
                 HasSubstr("was not found"));
 }
