@@ -142,7 +142,7 @@ TEST(Engines, AgreeOnRandomStatements) {
         GTEST_SKIP() << "PostgreSQL's server is not installed";
     }
     Maker make;
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < 600; ++i) {
         const int depth = i % 4;
         const std::string joined = "(RUN LEFT JOIN ROUTE ON RUN.INT_ROUTEID = ROUTE.INT_ROUTEID)";
         const std::string sql =
