@@ -4,9 +4,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <tuple>
-#include <unordered_map>
 #include <utility>
 
 #include <fmt/format.h>
@@ -97,6 +97,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t Unranked = SIZE_MAX / 2;
+
     /// The best first: nothing left out, then the longest street.
     [[nodiscard]] std::vector<std::uint32_t> namesLike(const std::string& typed) const {
         const Words words = wordsOf(spelledOut(typed));
@@ -104,10 +106,14 @@ private:
         for (const Piece& piece : map_.pieces) {
             feet[piece.name] += piece.feet;
         }
+        std::vector<bool> hasHouse(map_.names.size(), false);
+        for (const HouseNumber& house : map_.houses) {
+            hasHouse[house.name] = true;
+        }
         std::vector<std::tuple<std::size_t, double, std::uint32_t>> fits;
         for (std::uint32_t i = 1; i < map_.names.size(); ++i) {
             if (const auto out = leftOut(words, wordsOf(map_.names[i]));
-                out && (feet[i] > 0 || hasHouse(i))) {
+                out && (feet[i] > 0 || hasHouse[i])) {
                 fits.emplace_back(*out, -feet[i], i);
             }
         }
@@ -118,11 +124,6 @@ private:
             names.push_back(std::get<2>(fit));
         }
         return names;
-    }
-
-    [[nodiscard]] bool hasHouse(std::uint32_t name) const {
-        return std::ranges::any_of(map_.houses,
-                                   [&](const HouseNumber& house) { return house.name == name; });
     }
 
     void addStreets(const std::vector<std::uint32_t>& names, std::vector<FoundPlace>& found) const {
@@ -154,39 +155,62 @@ private:
                                          [&](const geo::Feet& at) { return distance(at, mean); });
     }
 
+    /// A node where a street that fits meets one that fits the crossing.
+    struct Corner {
+        std::size_t rank = 0;
+        std::uint32_t node = 0;
+        std::uint32_t street = 0;
+        std::uint32_t crossing = 0;
+    };
+
+    [[nodiscard]] std::vector<Corner> cornersOf(const std::vector<std::uint32_t>& streets,
+                                                const std::vector<std::uint32_t>& crossings) const {
+        std::vector<std::vector<std::uint32_t>> namesAt(map_.nodes.size());
+        for (const Piece& piece : map_.pieces) {
+            namesAt[piece.from].push_back(piece.name);
+            namesAt[piece.to].push_back(piece.name);
+        }
+        const auto streetRanks = ranksOf(streets);
+        const auto crossingRanks = ranksOf(crossings);
+        std::vector<Corner> corners;
+        for (std::uint32_t node = 0; node < namesAt.size(); ++node) {
+            for (const std::uint32_t street : namesAt[node]) {
+                for (const std::uint32_t crossing : namesAt[node]) {
+                    const std::size_t rank = streetRanks[street] + crossingRanks[crossing];
+                    if (street != crossing && rank < Unranked) {
+                        corners.push_back({rank, node, street, crossing});
+                    }
+                }
+            }
+        }
+        std::ranges::sort(corners, {},
+                          [](const Corner& corner) { return std::pair(corner.rank, corner.node); });
+        return corners;
+    }
+
+    /// By name, its place among those that fit.
+    [[nodiscard]] std::vector<std::size_t> ranksOf(const std::vector<std::uint32_t>& names) const {
+        std::vector<std::size_t> ranks(map_.names.size(), Unranked);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            ranks[names[i]] = i;
+        }
+        return ranks;
+    }
+
     /// Nodes of a divided street that lie together are one corner.
     void addCorners(const std::vector<std::uint32_t>& streets,
                     const std::vector<std::uint32_t>& crossings,
                     std::vector<FoundPlace>& found) const {
         constexpr double OneCornerFeet = 200;
-        constexpr std::size_t MostNames = 20;
-        std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> namesAt;
-        for (const Piece& piece : map_.pieces) {
-            namesAt[piece.from].push_back(piece.name);
-            namesAt[piece.to].push_back(piece.name);
-        }
-        const auto take = [&](std::uint32_t street, std::uint32_t crossing) {
-            for (std::uint32_t node = 0; node < map_.nodes.size(); ++node) {
-                const auto names = namesAt.find(node);
-                const bool isCorner =
-                    names != namesAt.end() &&
-                    std::ranges::find(names->second, street) != names->second.end() &&
-                    std::ranges::find(names->second, crossing) != names->second.end();
-                const bool isKnown = std::ranges::any_of(found, [&](const FoundPlace& place) {
-                    return distance(place.at, map_.nodes[node].at) < OneCornerFeet;
-                });
-                if (isCorner && !isKnown && found.size() < most_) {
-                    found.push_back(
-                        {fmt::format("{} at {}", map_.names[street], map_.names[crossing]),
-                         map_.nodes[node].at, FoundPlace::Kind::Corner});
-                }
-            }
-        };
-        for (std::size_t i = 0; i < std::min(streets.size(), MostNames); ++i) {
-            for (std::size_t k = 0; k < std::min(crossings.size(), MostNames); ++k) {
-                if (streets[i] != crossings[k] && found.size() < most_) {
-                    take(streets[i], crossings[k]);
-                }
+        for (const Corner& corner : cornersOf(streets, crossings)) {
+            const geo::Feet& at = map_.nodes[corner.node].at;
+            const bool isKnown = std::ranges::any_of(found, [&](const FoundPlace& place) {
+                return distance(place.at, at) < OneCornerFeet;
+            });
+            if (!isKnown && found.size() < most_) {
+                found.push_back({fmt::format("{} at {}", map_.names[corner.street],
+                                             map_.names[corner.crossing]),
+                                 at, FoundPlace::Kind::Corner});
             }
         }
     }

@@ -122,17 +122,10 @@ std::size_t markReachable(streets::StreetMap& map) {
     for (streets::Piece& piece : map.pieces) {
         piece.reachable = isDrivable(piece);
     }
-    // What is taken away leaves dead ends, in which a bus may turn.
-    for (bool isTaken = true; isTaken;) {
-        const DirectedGraph graph(map, anyBus(), {});
-        const auto within = Parts(graph).largest();
-        isTaken = false;
-        for (std::size_t i = 0; i < map.pieces.size(); ++i) {
-            if (map.pieces[i].reachable && !within[2 * i] && !within[2 * i + 1]) {
-                map.pieces[i].reachable = false;
-                isTaken = true;
-            }
-        }
+    // Once is enough: what is taken away leaves more dead ends to turn round in, never fewer ways.
+    const auto within = Parts(DirectedGraph(map, anyBus(), {})).largest();
+    for (std::size_t i = 0; i < map.pieces.size(); ++i) {
+        map.pieces[i].reachable = map.pieces[i].reachable && (within[2 * i] || within[2 * i + 1]);
     }
     return static_cast<std::size_t>(std::ranges::count_if(
         map.pieces, [](const auto& piece) { return isDrivable(piece) && !piece.reachable; }));
