@@ -43,7 +43,8 @@ Extract inventedCity(std::uint32_t side) {
         return number;
     };
     for (std::uint32_t i = 0; i < side * side; ++i) {
-        add(i % side, static_cast<double>(i / side));
+        const std::uint32_t line = i / side;
+        add(i % side, line);
     }
     for (std::uint32_t along = 0; along < side; ++along) {
         for (const bool isStreet : {true, false}) {
