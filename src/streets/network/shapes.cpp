@@ -29,7 +29,11 @@ void append(std::vector<geo::Feet>& line, geo::Feet place) {
 
 }  // namespace
 
-double distance(geo::Feet a, geo::Feet b) { return std::hypot(b.x - a.x, b.y - a.y); }
+double distance(geo::Feet a, geo::Feet b) {
+    const double east = b.x - a.x;
+    const double north = b.y - a.y;
+    return std::sqrt(east * east + north * north);  // places are never so far that this overflows
+}
 
 double lengthOf(std::span<const geo::Feet> points) {
     double feet = 0;

@@ -66,8 +66,8 @@ double withoutSignal(Way way, StreetClass before, StreetClass after, const Other
 }  // namespace
 
 double turnAngle(double headingBefore, double headingAfter) {
-    const double angle = std::remainder(headingAfter - headingBefore, 360.0);
-    return angle >= 180 ? angle - 360 : angle;
+    const double angle = headingAfter - headingBefore;
+    return angle - 360 * std::round(angle / 360);
 }
 
 double turnSeconds(const TurnArm& before, const TurnArm& after, const OtherArms& others,
