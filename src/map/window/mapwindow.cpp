@@ -31,6 +31,7 @@ constexpr double StopView = 1;  ///< feet a pixel
 // What the map needs beside the panel, in pixels: its signs do not grow with the font.
 constexpr int LeastBesidePanel = 728;
 constexpr int LeastBesideNarrow = 650;
+constexpr int LeastLinesBelow = 20;
 constexpr int PanelCharacters = 64;
 constexpr int NarrowCharacters = 26;
 
@@ -146,11 +147,12 @@ void MapWindow::resizeEvent(QResizeEvent* event) {
 }
 
 /// The map takes what the panel leaves: a narrow window folds the panel to numbers and times, a
-/// narrower one moves it below the map.
+/// narrower one that is high enough moves it below the map.
 void MapWindow::arrange() {
     const int character = fontMetrics().averageCharWidth();
     const bool isNarrow = width() - PanelCharacters * character < LeastBesidePanel;
-    const bool isBelow = width() - NarrowCharacters * character < LeastBesideNarrow;
+    const bool isBelow = width() - NarrowCharacters * character < LeastBesideNarrow &&
+                         height() / 2 >= LeastLinesBelow * fontMetrics().height();
     const bool isFolded = isNarrow && !isBelow;
     ui_->body->setDirection(isBelow ? QBoxLayout::BottomToTop : QBoxLayout::LeftToRight);
     const int characters = isFolded ? NarrowCharacters : PanelCharacters;
