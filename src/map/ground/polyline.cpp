@@ -112,8 +112,9 @@ std::vector<LinePlace> placesAlong(const LinePart& part, double apart) {
     const MeasuredLine line(part.points);
     const double half = apart / 2;
     const double first = half + std::ceil((part.from - half) / apart) * apart - part.from;
-    const int count = static_cast<int>(std::ceil((line.length() - first) / apart));
+    const int count = std::max(0, static_cast<int>(std::ceil((line.length() - first) / apart)));
     std::vector<LinePlace> places;
+    places.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         places.push_back(line.at(first + i * apart));
     }

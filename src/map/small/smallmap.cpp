@@ -2,7 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
-#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
@@ -24,7 +24,6 @@ SmallMap::SmallMap(QWidget* parent)
           QMetaObject::invokeMethod(
               this, [this] { update(); }, Qt::QueuedConnection);
       }) {
-    setFocusPolicy(Qt::TabFocus);
     setAccessibleName(tr("Map of the run"));
     takeTheme();
     say({});
@@ -54,7 +53,7 @@ QSize SmallMap::sizeHint() const {
     return {line * 22, line * 14};
 }
 
-QSize SmallMap::minimumSizeHint() const { return sizeHint() / 2; }
+QSize SmallMap::minimumSizeHint() const { return sizeHint() / 3; }
 
 Camera SmallMap::camera() const {
     // The scale keeps the lower edge for itself.
@@ -85,14 +84,6 @@ void SmallMap::mouseDoubleClickEvent(QMouseEvent* event) {
     }
 }
 
-void SmallMap::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        emit mapWanted();
-        return;
-    }
-    QWidget::keyPressEvent(event);
-}
-
 void SmallMap::paintWords(QPainter& painter) const {
     painter.setPen(palette().color(QPalette::PlaceholderText));
     const int around = fontMetrics().height();
@@ -114,8 +105,7 @@ void SmallMap::paintEvent(QPaintEvent* /*event*/) {
         picture_.paint(painter, camera(), devicePixelRatioF());
         painter.restore();
     }
-    painter.strokePath(frame, hasFocus() ? QPen(controls::focusInk(palette()), 2)
-                                         : QPen(palette().color(QPalette::Mid)));
+    painter.strokePath(frame, QPen(palette().color(QPalette::Mid)));
 }
 
 }  // namespace map

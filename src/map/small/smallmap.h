@@ -28,14 +28,13 @@ public:
     [[nodiscard]] bool isSettled() const;
 
 signals:
-    /// A double click, or Enter while it has the focus: the planner wants the map itself.
+    /// A double click: the planner wants the map itself.
     void mapWanted();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     [[nodiscard]] Camera camera() const;

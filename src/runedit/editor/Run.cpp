@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "data/lookups/mdlLOAD_lstcmb.h"
+#include "map/small/smallmap.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
@@ -199,6 +200,12 @@ void Run::wireMap() {
     on(&answer_, &MapAnswer::ended, "refresh", &Run::refresh);
     on(&answer_, &MapAnswer::reload, "Command1_Click", &Run::Command1_Click);
     on(&answer_, &MapAnswer::lists, "buildLists", &Run::buildLists);
+    on(ui_->RunTab, &QTabWidget::currentChanged, "showSmallMap", [this] { showSmallMap(); });
+    on(ui_->SmallMap, &map::SmallMap::mapWanted, "MapIt_Click", [this] {
+        if (ui_->MapIt->isEnabled()) {
+            MapIt_Click();
+        }
+    });
 }
 
 void Run::edit(const std::string& run) { begin(run, false); }

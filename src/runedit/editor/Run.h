@@ -9,6 +9,7 @@
 
 #include "data/records/recordboxes.h"
 #include "data/records/records.h"
+#include "map/small/runmap.h"
 #include "platform/base/date.h"
 #include "platform/forms/timer.h"
 #include "runedit/editor/fieldarrangement.h"
@@ -97,6 +98,8 @@ private:
     void wireButtons();
     void wireButtonKeys();
     void wireMap();
+    /// On its page only; elsewhere the map is not looked at.
+    void showSmallMap();
 
     void begin(const std::string& run, bool isNew);
     void walk(int step);
@@ -153,6 +156,7 @@ private:
     std::unique_ptr<Ui::Run> ui_;
     std::unique_ptr<data::RecordBoxes> boxes_;
     MapAnswer answer_;
+    map::RunMaps maps_;
     forms::Timer Timer3;  ///< hides the status
     RunSequence* runs_ = nullptr;
     std::string toEdit_;  ///< the run asked for; blank for a new one

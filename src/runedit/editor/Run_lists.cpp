@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "data/lookups/mdlGetItems.h"
+#include "map/small/smallmap.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
@@ -20,6 +22,7 @@ using controls::toQt;
 using startup::gcnRouting;
 
 constexpr int StatusMilliseconds = 8000;
+constexpr auto NoClosedStreets = "NOT FOUND";  // the look-up's word
 const auto NotSavedYet = QStringLiteral("The run has no stops before it is saved.");
 
 }  // namespace
@@ -230,6 +233,27 @@ void Run::buildLists() {
     trap("Build_DirList", &Run::Build_DirList);
     trap("Build_WarnList", &Run::Build_WarnList);
     trap("Build_SpecialNeedsList", &Run::Build_SpecialNeedsList);
+    trap("showSmallMap", &Run::showSmallMap);
+}
+
+void Run::showSmallMap() {
+    if (ui_->RunTab->currentWidget() != ui_->MorePage) {
+        return;
+    }
+    if (isNew()) {
+        ui_->SmallMap->say(tr("A new run is on the map when it has been saved with its stops."));
+        return;
+    }
+    const std::string closed = data::GetGGClosedStreet();
+    auto shown = maps_.mapOf(*gcnRouting, run(),
+                             {.settings = startup::gIniFile,
+                              .folder = startup::gDataPath,
+                              .closed = closed == NoClosedStreets ? std::string() : closed});
+    if (shown.reason.empty()) {
+        ui_->SmallMap->showScene(std::move(shown.ground), std::move(shown.scene), toQt(shown.told));
+    } else {
+        ui_->SmallMap->say(toQt(shown.reason));
+    }
 }
 
 }  // namespace runedit
