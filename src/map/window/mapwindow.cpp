@@ -107,6 +107,11 @@ void MapWindow::fillMenu() {
     on(menu->addAction(tr("Suggest an &Order")), &QAction::triggered, "SuggestOrder_Click",
        &MapWindow::SuggestOrder_Click);
     menu->addSeparator();
+    on(menu->addAction(tr("&Print Map...")), &QAction::triggered, "PrintIt_Click",
+       &MapWindow::PrintIt_Click);
+    on(menu->addAction(tr("&Export Map...")), &QAction::triggered, "ExportIt_Click",
+       &MapWindow::ExportIt_Click);
+    menu->addSeparator();
     auto* asks = menu->addAction(tr("&Ask Before Taking Over"));
     asks->setCheckable(true);
     asks->setChecked(asksFirst());

@@ -25,6 +25,7 @@ namespace map {
 
 class SearchBox;
 struct Hit;
+struct MapPage;
 
 /// What the window works on.
 struct MapDistrict {
@@ -70,6 +71,8 @@ public:
     void SuggestOrder_Click();
     void SolveRuns_Click();
     void Directions_Click();
+    void PrintIt_Click();
+    void ExportIt_Click();
     void CloseIt_Click();
     void SchoolRuns_Click();
     void RouteRuns_Click();
@@ -105,6 +108,8 @@ private:
     void showTrouble();
     void tellStatus();
     void arrange();
+    /// What is shown, for paper.
+    [[nodiscard]] MapPage page() const;
 
     void chooseRow(int row);
     void activateRow(int row);

@@ -5,11 +5,13 @@
 
 #include "map/window/mapview.h"
 #include "map/window/rowlist.h"
+#include "platform/forms/filedialog.h"
 #include "startup/base/session.h"
 #include "streets/network/gridnetwork.h"
 #include "support/access.h"
 #include "support/formtest.h"
 #include "support/runbuilder.h"
+#include "support/temporaryfolder.h"
 
 namespace map {
 
@@ -90,6 +92,21 @@ TEST_F(MapWindowForm, ARunIsSavedOnlyWhenItIsTakenOver) {
               "15|5|False|PAT");
     EXPECT_EQ(stored("SELECT Count(*) FROM RUNDIR WHERE RUN='MILE-1' AND LINETYPE='Stop'"), "4");
     EXPECT_EQ(text("Status"), "Run MILE-1 was taken over");
+}
+
+TEST_F(MapWindowForm, IsExportedToAFileOrSaysWhyNot) {
+    const support::TemporaryFolder folder;
+    QString place = QString::fromStdString(folder.path() + "/map.pdf");
+    forms::setFileChooser([&](const forms::FileQuestion& question) {
+        EXPECT_TRUE(question.startAt.endsWith("/Map of MILE-1.pdf"));
+        return place;
+    });
+    window().ExportIt_Click();
+    EXPECT_THAT(support::contentsOf(place.toStdString()), StartsWith("%PDF"));
+    place = QString::fromStdString(folder.path() + "/none/map.pdf");
+    window().ExportIt_Click();
+    forms::setFileChooser({});
+    EXPECT_EQ(lastTitle(), "Not Exported");
 }
 
 TEST_F(MapWindowForm, NothingIsSavedOverAnothersChange) {
