@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <algorithm>
 
+#include "platform/controls/access.h"
 #include "platform/controls/tones.h"
 
 namespace map {
@@ -24,6 +25,7 @@ SmallMap::SmallMap(QWidget* parent)
           QMetaObject::invokeMethod(
               this, [this] { update(); }, Qt::QueuedConnection);
       }) {
+    controls::makeAccessible<SmallMap, controls::PictureAccess>();
     setAccessibleName(tr("Map of the run"));
     takeTheme();
     say({});
