@@ -49,14 +49,12 @@ std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& 
     return open;
 }
 
+/// Not read before: another planner may note at this moment that a calculation is due.
 void markCalculated(ado::Connection& routing) {
-    ado::Recordset system;
-    system.Open("Select SYSTEM.* FROM SYSTEM", routing, ado::CursorType::Dynamic);
-    if (!system.Eof()) {
-        system["LASTDEADHEADBUILD"].Value(base::Now());
-        system["NEEDDEADHEADBUILD"].Value(false);
-        system.Update();
-    }
+    routing.Execute(
+        fmt::format("UPDATE SYSTEM SET SYSTEM.LASTDEADHEADBUILD = #{}#, "
+                    "SYSTEM.NEEDDEADHEADBUILD = FALSE",
+                    base::Now().text()));
 }
 
 void add(DeadHeadOutcome& outcome, const RouteKey& route, std::vector<OpenLeg> open) {

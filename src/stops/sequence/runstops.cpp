@@ -416,13 +416,9 @@ ChangedStops placeStops(ado::Connection& connection, const EditedRun& run,
     return placed;
 }
 
+// Not read before: several planners do it at the same moment.
 void needDeadHeadBuild(ado::Connection& connection) {
-    ado::Recordset system;
-    system.Open("Select SYSTEM.* FROM SYSTEM", connection, ado::CursorType::Dynamic);
-    if (!system.Eof()) {
-        system["NEEDDEADHEADBUILD"].Value(true);
-        system.Update();
-    }
+    connection.Execute("UPDATE SYSTEM SET SYSTEM.NEEDDEADHEADBUILD = TRUE");
 }
 
 }  // namespace stops

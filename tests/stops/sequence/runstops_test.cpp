@@ -1,3 +1,6 @@
+#include <atomic>
+#include <thread>
+
 #include <unistd.h>
 
 #include "stops/sequence/stopmessages.h"
@@ -206,6 +209,23 @@ TEST_F(StopsDistrict, AsksBeforeStopsAreTakenFromARun) {
               "end.\n\nDo you wish to add all 2 stops to the run?");
     EXPECT_THAT(asked(std::vector(12, chosen(9))), HasSubstr("S9 on R2 and 2 more."));
     EXPECT_EQ(asked(std::vector(100, chosen(1))), "Do you wish to add all 100 stops to the run?");
+}
+
+TEST_F(StopsDistrict, TwoPlannersNoteAtTheSameMomentThatTheDeadHeadIsDue) {
+    byOthers("INSERT INTO SYSTEM (NEEDDEADHEADBUILD, LASTDEADHEADBUILD) VALUES (0, Null)");
+    std::atomic<bool> isOver = false;
+    std::thread other([&] {
+        const auto file = store::open(district.path(data::DatabaseFile::Routing));
+        file->setDurability(store::Durability::Crash);
+        for (int i = 0; !isOver; ++i) {
+            file->execute(fmt::format("UPDATE SYSTEM SET NEEDDEADHEADBUILD = {}", i % 2));
+        }
+    });
+    for (int i = 0; i < 400; ++i) {
+        EXPECT_NO_THROW(needDeadHeadBuild(connection));
+    }
+    isOver = true;
+    other.join();
 }
 
 }  // namespace
