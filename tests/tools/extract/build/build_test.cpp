@@ -21,6 +21,8 @@ using streets::StreetMap;
 
 const geo::Centre Middle{{40, -83}, {50'000, 20'000}};
 
+std::string id(char node) { return fmt::format("n{}", static_cast<unsigned char>(node)); }
+
 /// A plan drawn with letters: a letter is a point, 300 feet from the next column or line.
 class Town {
 public:
@@ -47,8 +49,8 @@ public:
     Town& way(const std::string& nodes, const std::string& tags = "highway=residential") {
         ways_ += fmt::format("w{} v1 T{} N", ++ways, tags);
         std::string_view comma;
-        for (const int node : nodes) {
-            ways_ += fmt::format("{}n{}", comma, node);
+        for (const char node : nodes) {
+            ways_ += fmt::format("{}{}", comma, id(node));
             comma = ",";
         }
         ways_ += '\n';
@@ -65,7 +67,7 @@ public:
         std::string text;
         for (const auto& [letter, at] : nodes_) {
             const auto mark = marks_.find(letter);
-            text += fmt::format("n{} v1{} {}\n", static_cast<int>(letter),
+            text += fmt::format("{} v1{} {}\n", id(letter),
                                 mark == marks_.end() ? "" : mark->second, at);
         }
         const support::TemporaryFolder folder;
@@ -85,8 +87,6 @@ private:
     std::string ways_;
     std::string relations_;
 };
-
-std::string via(char node) { return fmt::format("n{}", static_cast<int>(node)); }
 
 /// The pieces that a bus drives, as "name from-to", the ends by their column and line on the plan.
 std::multiset<std::string> driven(const StreetMap& map) {
@@ -164,13 +164,13 @@ TEST(BuildStreets, TurnALoopIntoTwoPieces) {
 TEST(BuildStreets, TakeTurnRulesAtCrossingsAndWhereTheyCanOverStreets) {
     Town town({" A  B ", "CDEFGH", " I  J "});
     town.way("ADI").way("BGJ").way("CD").way("DEFG").way("GH");
-    town.turn("no_left_turn", 3, via('D'), 1);      // which half of Nr. 1 is open: not taken
-    town.turn("no_straight_on", 3, via('D'), 4);    // taken
-    town.turn("only_straight_on", 5, via('G'), 4);  // taken
-    town.turn("no_u_turn", 4, via('G'), 4);         // taken
-    town.turn("no_left_turn", 3, via('Z'), 4);      // no such point
-    town.turn("no_left_turn", 77, via('D'), 4);     // no such street
-    town.turn("no_u_turn", 3, "w4", 5);             // other streets lead there, too: not taken
+    town.turn("no_left_turn", 3, id('D'), 1);      // which half of Nr. 1 is open: not taken
+    town.turn("no_straight_on", 3, id('D'), 4);    // taken
+    town.turn("only_straight_on", 5, id('G'), 4);  // taken
+    town.turn("no_u_turn", 4, id('G'), 4);         // taken
+    town.turn("no_left_turn", 3, id('Z'), 4);      // no such point
+    town.turn("no_left_turn", 77, id('D'), 4);     // no such street
+    town.turn("no_u_turn", 3, "w4", 5);            // other streets lead there, too: not taken
     const auto built = town.built();
     EXPECT_EQ(built.turnRules, 5U);
     EXPECT_EQ(built.turnRulesTaken, 3U);
