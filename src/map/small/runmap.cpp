@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
-#include "map/ground/districtground.h"
 #include "map/run/mappedrun.h"
+#include "map/window/placing.h"
 #include "map/window/runscene.h"
 #include "platform/base/error.h"
 

@@ -7,7 +7,6 @@
 
 #include <fmt/format.h>
 
-#include "map/ground/districtground.h"
 #include "map/window/mapview_access.h"
 #include "platform/base/ports.h"
 #include "platform/controls/access.h"

@@ -6,9 +6,9 @@
 #include <fmt/format.h>
 
 #include "data/lookups/mdlGetItems.h"
-#include "map/ground/districtground.h"
 #include "map/page/mappage.h"
 #include "map/window/mapwindow.h"
+#include "map/window/placing.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/application.h"
