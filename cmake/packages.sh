@@ -16,6 +16,12 @@ need_packages() {
         root=(sudo)
     fi
     echo "Installing ${missing[*]}"
+    # Of the database server its programs are wanted, not the one that the package would start.
+    local clusters=/etc/postgresql-common/createcluster.conf
+    if [[ " ${missing[*]} " == *" postgresql "* && ! -e $clusters ]]; then
+        "${root[@]}" mkdir -p "${clusters%/*}"
+        echo "create_main_cluster = false" | "${root[@]}" tee "$clusters" >/dev/null
+    fi
     local log
     log=$(mktemp)
     if ! { "${root[@]}" apt-get update -qq &&
