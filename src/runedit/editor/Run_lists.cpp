@@ -8,6 +8,7 @@
 #include "runedit/editor/crowdeddelegate.h"
 #include "runedit/editor/runlists.h"
 #include "runedit/validation/checkedrun.h"
+#include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
 
@@ -247,7 +248,7 @@ void Run::showSmallMap() {
     const std::string closed = data::GetGGClosedStreet();
     auto shown = maps_.mapOf(*gcnRouting, run(),
                              {.settings = startup::gIniFile,
-                              .folder = startup::gDataPath,
+                              .folder = startup::folderOfFiles(),
                               .closed = closed == NoClosedStreets ? std::string() : closed});
     if (shown.reason.empty()) {
         ui_->SmallMap->showScene(std::move(shown.ground), std::move(shown.scene), toQt(shown.told));

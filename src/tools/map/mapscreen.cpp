@@ -5,6 +5,7 @@
 #include "platform/base/text.h"
 #include "platform/forms/application.h"
 #include "platform/forms/formregistry.h"
+#include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 #include "startup/districts/knowndistricts.h"
 #include "streets/district/districtstreets.h"
@@ -60,8 +61,9 @@ void ask(const std::string& run, const std::function<void(bool)>& decided) {
 }  // namespace
 
 DistrictStreets openStreets(const std::string& closedStreets) {
-    return streets::openStreets(
-        {.settings = startup::gIniFile, .folder = startup::gDataPath, .closed = closedStreets});
+    return streets::openStreets({.settings = startup::gIniFile,
+                                 .folder = startup::folderOfFiles(),
+                                 .closed = closedStreets});
 }
 
 Screen desktopScreen() {

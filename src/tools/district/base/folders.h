@@ -29,9 +29,9 @@ struct Folders {
     [[nodiscard]] std::filesystem::path common() const {
         return elsewhere ? elsewhere->common : root / "common";
     }
-    [[nodiscard]] std::filesystem::path reports() const {
-        return (isOnServer() ? programs() : data()) / "RouteRpts";
-    }
+    /// Where what is kept beside the databases lies: with the programs where these are on a server.
+    [[nodiscard]] std::filesystem::path files() const { return isOnServer() ? programs() : data(); }
+    [[nodiscard]] std::filesystem::path reports() const { return files() / "RouteRpts"; }
     /// Whether the databases are on a server.
     [[nodiscard]] bool isOnServer() const;
     [[nodiscard]] std::filesystem::path settings() const { return root / "vireo" / "route.ini"; }

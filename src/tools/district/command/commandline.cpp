@@ -293,6 +293,10 @@ std::string megabytes(std::int64_t bytes) {
 
 bool backUp(const Call& call) {
     BackupOptions options{.folders = foldersOf(call.words[0]), .target = call.words[1]};
+    if (options.folders.isOnServer()) {
+        throw Misuse{"A district on a server is backed up by the server's own pg_dump, or copied "
+                     "into a folder by the command copy."};
+    }
     if (const auto keep = call.number("keep", 1, UINT32_MAX)) {
         options.keep = *keep;
     }

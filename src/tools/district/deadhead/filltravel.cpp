@@ -34,7 +34,7 @@ std::shared_ptr<const streets::DistrictStreets> openStreetsOf(const Folders& fol
     const auto row = routing.prepare("SELECT GIS_CLOSEDSTREETFILENAME FROM District");
     const std::string closed = row->step() ? std::string(row->text(0)) : "";
     return streets::openStreets({.settings = folders.settings().string(),
-                                 .folder = folders.data().string(),
+                                 .folder = folders.files().string(),
                                  .closed = closed});
 }
 
@@ -88,7 +88,7 @@ public:
 
 private:
     [[nodiscard]] std::string listPath() const {
-        return (options_.folders.data() / ComputedName).string();
+        return (options_.folders.files() / ComputedName).string();
     }
 
     /// How a pair stands in the table, where it does.

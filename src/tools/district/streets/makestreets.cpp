@@ -156,11 +156,11 @@ private:
     }
 
     [[nodiscard]] std::string keptAddresses() const {
-        return (options_.folders.data() / AddressName).string();
+        return (options_.folders.files() / AddressName).string();
     }
 
     void store(const streets::StreetMap& map) {
-        report_.file = options_.folders.data() / FileName;
+        report_.file = options_.folders.files() / FileName;
         streets::writeStreetFile(report_.file.string(), map);
         if (options_.addresses) {
             files::write(keptAddresses(), files::read(options_.addresses->string()));
