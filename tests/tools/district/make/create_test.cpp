@@ -55,7 +55,8 @@ TEST(Create, TheSettingsNameTheFolderWhereItEndsUp) {
                 testing::EndsWith("\n[AppPaths]\ndatapath=" + root + "/data/\nprogpath=" + root +
                                   "/prog/\nVIREOpath=" + root +
                                   "/common/\n\n[AppSettings]\nERRORHANDLING=True\n"
-                                  "MAPSoftware=ArcView3.2\n"));
+                                  "MAPSoftware=ArcView3.2\n\n[District]\n"
+                                  "Streets=grid 1320 29.3333\n"));
     EXPECT_TRUE(fs::is_directory(root + "/data/RouteRpts"));
 }
 
