@@ -23,7 +23,8 @@ TEST(Thinning, LeavesNoPointFartherOffThanSaid) {
         for (const geo::Feet& at : line) {
             double nearest = 1e9;
             for (std::size_t i = 1; i < left.size(); ++i) {
-                for (double share = 0; share <= 1; share += 1.0 / 256) {
+                for (int part = 0; part <= 256; ++part) {
+                    const double share = part / 256.0;
                     nearest = std::min(
                         nearest, feetBetween(at, {std::lerp(left[i - 1].x, left[i].x, share),
                                                   std::lerp(left[i - 1].y, left[i].y, share)}));
@@ -48,10 +49,8 @@ TEST(Rings, AreJoinedFromLinesInAnyOrderAndDirection) {
         const auto rings = joinedRings(lines, places);
         ASSERT_EQ(rings.size(), 3U);
         for (const auto& ring : rings) {
-            std::vector<geo::Feet> corners;
-            for (const auto node : ring) {
-                corners.push_back(places[node]);
-            }
+            std::vector<geo::Feet> corners(ring.size());
+            std::ranges::transform(ring, corners.begin(), [&](auto node) { return places[node]; });
             EXPECT_EQ(ring.front(), ring.back());
             EXPECT_DOUBLE_EQ(areaOf(corners), 10'000);
         }
