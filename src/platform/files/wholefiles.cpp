@@ -16,10 +16,17 @@
 namespace files {
 
 std::string read(const std::string& path) {
+    errno = 0;
     std::ifstream file(find(path), std::ios::binary);
-    if (!file.is_open() && !exists(path)) {
-        throw base::RunTimeError(base::errors::FileNotFound, "File not found: " + path);
+    if (!file.is_open()) {
+        const int why = errno;
+        // That it is there now says nothing: another program may have made it meanwhile.
+        if (why == ENOENT || !exists(path)) {
+            throw base::RunTimeError(base::errors::FileNotFound, "File not found: " + path);
+        }
+        raiseAccess(path, why);
     }
+    errno = 0;
     std::string contents{std::istreambuf_iterator<char>(file), {}};
     if (!file) {
         raiseAccess(path, errno == 0 ? EIO : errno);

@@ -60,7 +60,7 @@ void WorkFiles::rotateRequests() const {
 
 void WorkFiles::clear(std::string_view name) const {
     const std::string file = path(name);
-    if (files::exists(file) && !files::remove(file)) {
+    if (!files::remove(file) && files::exists(file)) {
         throw base::RunTimeError(base::errors::PathFileAccess,
                                  "Path/File access error: " + file + " cannot be deleted.");
     }

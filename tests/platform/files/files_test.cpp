@@ -1,14 +1,17 @@
 #include "platform/files/files.h"
 
+#include <atomic>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/base/error.h"
 #include "support/errors.h"
 #include "support/temporaryfolder.h"
 
@@ -81,6 +84,26 @@ TEST_F(Files, IsWrittenBesideForWhomTheFolderLetsIn) {
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1);
     }
     ::umask(before);
+}
+
+TEST_F(Files, IsWholeOrNotThereWhileAnotherProgramMakesAndRemovesIt) {
+    const std::string path = in("RunDone.txt");
+    std::atomic<bool> isOver = false;
+    std::thread other([&] {
+        while (!isOver) {
+            files::write(path, "R1");
+            files::remove(path);
+        }
+    });
+    for (int i = 0; i < 20'000; ++i) {
+        try {
+            EXPECT_EQ(files::read(path), "R1");
+        } catch (const base::RunTimeError& error) {
+            EXPECT_EQ(error.number(), base::errors::FileNotFound) << error.what();
+        }
+    }
+    isOver = true;
+    other.join();
 }
 
 TEST_F(Files, AFolderIsLockedForOneProgramUntilThatEndsHoweverItEnds) {
