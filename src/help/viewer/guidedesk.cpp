@@ -1,7 +1,9 @@
 #include "help/viewer/guidedesk.h"
 
 #include <QLabel>
-#include <algorithm>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "help/guide/fieldtexts.h"
 #include "help/guide/formplaces.h"
@@ -17,17 +19,20 @@ namespace {
 
 using controls::toQt;
 
-/// The form itself, or a part of it that several forms have.
-QWidget* partOf(QWidget& form, std::string_view name) {
-    const QString wanted = toQt(name);
-    if (form.objectName() == wanted) {
-        return &form;
+using Parts = std::unordered_map<std::string_view, QWidget*>;
+
+std::string_view classOf(const QWidget& widget) {
+    const std::string_view name = widget.metaObject()->className();
+    return name.substr(name.rfind(':') + 1);  // all of it where it has no namespace
+}
+
+/// The parts of a form by their classes: several forms have some of them.
+Parts partsOf(const QWidget& form) {
+    Parts parts;
+    for (QWidget* part : form.findChildren<QWidget*>()) {
+        parts.emplace(classOf(*part), part);
     }
-    const auto parts = form.findChildren<QWidget*>();
-    const auto found = std::ranges::find_if(parts, [&](const QWidget* part) {
-        return QString(part->metaObject()->className()).section("::", -1) == wanted;
-    });
-    return found == parts.end() ? nullptr : *found;
+    return parts;
 }
 
 /// What a field's tool tip says comes first.
@@ -43,9 +48,13 @@ void describeFields(forms::Form& form) {
             describeField(*control, {});
         }
     }
+    Parts parts = partsOf(form);
+    const std::string name = form.objectName().toStdString();
+    parts[name] = &form;
     for (const FieldText& text : fieldTexts()) {
-        QWidget* part = partOf(form, text.form);
-        QWidget* field = part == nullptr ? nullptr : part->findChild<QWidget*>(toQt(text.field));
+        const auto part = parts.find(text.form);
+        QWidget* field =
+            part == parts.end() ? nullptr : part->second->findChild<QWidget*>(toQt(text.field));
         if (field != nullptr) {
             describeField(*field, text.text);
         }
