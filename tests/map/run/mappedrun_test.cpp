@@ -1,5 +1,7 @@
 #include "map/run/mappedrun.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "map/run/mapsearch.h"
@@ -68,10 +70,10 @@ TEST_F(MappedRuns, AreReadWithAllThatTheMapSays) {
 
 TEST_F(MappedRuns, OfASchoolAndOfARouteStandTogether) {
     const auto ids = [](const std::vector<MappedRun>& runs) {
-        std::vector<std::string> all;
-        for (const auto& run : runs) {
-            all.push_back(fmt::format("{}:{}", run.id, run.stops.size()));
-        }
+        std::vector<std::string> all(runs.size());
+        std::ranges::transform(runs, all.begin(), [](const MappedRun& run) {
+            return fmt::format("{}:{}", run.id, run.stops.size());
+        });
         return all;
     };
     byOthers("UPDATE RUN SET TRIPTYPE='AM'");
