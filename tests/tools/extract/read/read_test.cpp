@@ -44,7 +44,7 @@ protected:
     }
     /// The same as the compact format in which extracts are passed on.
     [[nodiscard]] fs::path writePbf(const std::string& name, const std::string& text) const {
-        const fs::path path = folder_.path() + name;
+        fs::path path = folder_.path() + name;
         osmium::io::Reader reader{osmium::io::File{write(name + ".opl", text).string(), "opl"}};
         osmium::io::Writer writer{osmium::io::File{path.string(), "pbf"},
                                   osmium::io::overwrite::allow};
