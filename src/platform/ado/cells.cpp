@@ -3,6 +3,7 @@
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
+#include "platform/store/cellvalue.h"
 
 namespace ado {
 
@@ -22,20 +23,6 @@ store::Cell cellOf(const base::Value& stored) {
         cell.integer = stored.asInteger();
     }
     return cell;
-}
-
-base::Value stored(const store::Cell& cell) {
-    switch (cell.type) {
-        case CellType::Null:
-            break;
-        case CellType::Integer:
-            return cell.integer;
-        case CellType::Real:
-            return cell.real;
-        case CellType::Text:
-            return cell.text;
-    }
-    return {};
 }
 
 namespace {
@@ -83,7 +70,7 @@ base::Value valueOf(ColumnKind kind, const store::Cell& cell) {
         case ColumnKind::YesNo:
             return numberOf(cell) != 0;
         default:
-            return stored(cell);
+            return store::storedValue(cell);
     }
 }
 

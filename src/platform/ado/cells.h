@@ -14,9 +14,6 @@ namespace ado {
 /// A stored value as a cell; its text belongs to the value.
 [[nodiscard]] store::Cell cellOf(const base::Value& stored);
 
-/// A cell as a value of its own: Null, whole number, number or text.
-[[nodiscard]] base::Value stored(const store::Cell& cell);
-
 /// A cell read as its column's kind. What cannot be read so (a text that is no date, from another
 /// tool) is given as it stands.
 [[nodiscard]] base::Value valueOf(store::ColumnKind kind, const store::Cell& cell);

@@ -4,6 +4,7 @@
 
 #include "platform/ado/enums.h"
 #include "platform/base/error.h"
+#include "platform/store/cellvalue.h"
 
 namespace ado {
 
@@ -118,7 +119,7 @@ void RowEdit::cancel() {
 std::map<int, RowEdit::Values> RowEdit::changesByTable() const {
     std::map<int, Values> changes;
     for (const auto& [column, value] : pending_) {
-        if (adding_ || !(stored(fetchedCell(column)) == value)) {
+        if (adding_ || !(store::storedValue(fetchedCell(column)) == value)) {
             changes[layout().column(column).table].emplace(column, value);
         }
     }
@@ -139,7 +140,8 @@ store::FetchedRow RowEdit::fetchedRow(int table) const {
     store::FetchedRow row{base.table, *keyOf(table), {}};
     row.values.reserve(base.columns.size());
     for (const int column : base.columns) {
-        row.values.push_back({layout().column(column).column, stored(fetchedCell(column))});
+        row.values.push_back(
+            {layout().column(column).column, store::storedValue(fetchedCell(column))});
     }
     return row;
 }

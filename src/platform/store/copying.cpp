@@ -5,26 +5,12 @@
 
 #include <fmt/format.h>
 
+#include "platform/store/cellvalue.h"
 #include "platform/store/ddl.h"
 
 namespace store {
 
 namespace {
-
-base::Value storedIn(const Statement& row, int column) {
-    const Cell cell = row.cell(column);
-    switch (cell.type) {
-        case CellType::Null:
-            return {};
-        case CellType::Integer:
-            return cell.integer;
-        case CellType::Real:
-            return cell.real;
-        case CellType::Text:
-            break;
-    }
-    return cell.text;
-}
 
 /// Reads a table row by row, a bounded number of rows at a time.
 class TableReader {
@@ -54,7 +40,7 @@ public:
         ++read_;
         row.resize(width_);
         for (std::size_t i = 0; i < width_; ++i) {
-            row[i] = storedIn(*next_, static_cast<int>(i));
+            row[i] = storedValue(next_->cell(static_cast<int>(i)));
         }
         last_ = next_->integer(static_cast<int>(width_));
         return true;

@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/store/cellvalue.h"
+
 namespace store::postgres {
 
 namespace {
@@ -93,18 +95,7 @@ Cell cellOf(const PGresult* rows, int row, int column) {
 }
 
 base::Value storedOf(const PGresult* rows, int row, int column) {
-    const Cell cell = cellOf(rows, row, column);
-    switch (cell.type) {
-        case CellType::Null:
-            return {};
-        case CellType::Integer:
-            return cell.integer;
-        case CellType::Real:
-            return cell.real;
-        case CellType::Text:
-            break;
-    }
-    return cell.text;
+    return storedValue(cellOf(rows, row, column));
 }
 
 PostgresStatement::PostgresStatement(Link& link, std::string_view sql)

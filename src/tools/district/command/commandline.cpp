@@ -6,8 +6,9 @@
 #include <QTimeZone>
 #include <algorithm>
 #include <exception>
-#include <iostream>
+#include <istream>
 #include <optional>
+#include <ostream>
 #include <set>
 #include <sstream>
 
@@ -22,9 +23,9 @@
 #include "tools/district/backup/restore.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
-#include "tools/district/base/terminal.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/command/answer.h"
+#include "tools/district/command/call.h"
 #include "tools/district/command/commandhelp.h"
 #include "tools/district/command/exportcommand.h"
 #include "tools/district/command/importcommand.h"
@@ -49,51 +50,6 @@
 namespace tools::district {
 
 namespace {
-
-// The toolkit's texts carry the bytes of the command line as they are: a folder's name may be in
-// any encoding.
-QString toParser(const std::string& bytes) { return QString::fromLatin1(bytes.c_str()); }
-std::string fromParser(const QString& text) { return text.toLatin1().toStdString(); }
-
-/// What a command was called with.
-struct Call {
-    const QCommandLineParser& options;
-    std::vector<std::string> words;
-    std::istream& in;
-    std::ostream& out;
-    std::ostream& complaints;
-    Result result;  ///< null without --json, which never asks anybody
-
-    [[nodiscard]] bool isTyped() const {
-        return result == nullptr && &in == &std::cin && district::isTyped();
-    }
-
-    void tell(const char* what, const QJsonValue& value) const {
-        if (result != nullptr) {
-            result->insert(what, value);
-        }
-    }
-
-    [[nodiscard]] std::optional<std::string> text(const char* option) const {
-        return options.isSet(option) ? std::optional(fromParser(options.value(option)))
-                                     : std::nullopt;
-    }
-
-    [[nodiscard]] std::optional<std::uint64_t> number(const char* option, std::uint64_t least,
-                                                      std::uint64_t most) const {
-        if (!options.isSet(option)) {
-            return std::nullopt;
-        }
-        bool isNumber = false;
-        const QString text = options.value(option);
-        const std::uint64_t value = text.toULongLong(&isNumber);
-        if (!isNumber || value < least || value > most) {
-            throw Misuse{fmt::format("--{} takes a whole number from {} to {}, not \"{}\".", option,
-                                     least, most, fromParser(text))};
-        }
-        return value;
-    }
-};
 
 /// The name of a folder as a district's own until somebody gives it another.
 std::string nameOf(const std::filesystem::path& folder) {
@@ -294,8 +250,9 @@ std::string megabytes(std::int64_t bytes) {
 bool backUp(const Call& call) {
     BackupOptions options{.folders = foldersOf(call.words[0]), .target = call.words[1]};
     if (options.folders.isOnServer()) {
-        throw Misuse{"A district on a server is backed up by the server's own pg_dump, or copied "
-                     "into a folder by the command copy."};
+        throw Misuse{
+            "A district on a server is backed up by the server's own pg_dump, or copied "
+            "into a folder by the command copy."};
     }
     if (const auto keep = call.number("keep", 1, UINT32_MAX)) {
         options.keep = *keep;
