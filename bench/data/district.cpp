@@ -10,7 +10,8 @@
 #include <stdlib.h>
 
 #include "data/schema/version.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "support/insertmany.h"
 
 namespace bench {

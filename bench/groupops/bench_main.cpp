@@ -11,7 +11,8 @@
 #include "groupops/groupchange/runchange.h"
 #include "measureddistrict.h"
 #include "platform/ado/recordset.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "startup/base/session.h"
 #include "support/insertmany.h"
 

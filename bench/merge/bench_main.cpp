@@ -7,6 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include "groupops/merge/runmerge.h"
+#include "platform/store/open/open.h"
 #include "support/insertmany.h"
 #include "support/temporarydistrict.h"
 

@@ -11,7 +11,8 @@
 #include <stdlib.h>
 
 #include "district.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "runedit/times/mdl_Time_Calc_Routines.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"

@@ -5,7 +5,8 @@
 #include <fmt/format.h>
 #include <stdlib.h>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 #include "support/insertmany.h"

@@ -10,7 +10,8 @@
 #include "data/schema/schema.h"
 #include "platform/jet/functions.h"
 #include "platform/jet/translate.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 
 #include "platform/files/files.h"
 #include "platform/forms/timer.h"
+#include "platform/store/open/open.h"
 #include "runedit/map/fakemap.h"
 #include "startup/base/mdlGetMapSoftware.h"
 #include "walk.h"

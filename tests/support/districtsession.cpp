@@ -1,6 +1,7 @@
 #include "support/districtsession.h"
 
 #include "platform/ado/session.h"
+#include "platform/store/open/open.h"
 #include "startup/base/session.h"
 
 namespace support {

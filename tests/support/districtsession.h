@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "support/rows.h"
 #include "support/smalldistrict.h"
 #include "support/testsession.h"

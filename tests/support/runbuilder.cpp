@@ -4,7 +4,8 @@
 
 #include <fmt/format.h>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 
 namespace support {
 

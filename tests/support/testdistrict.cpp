@@ -5,7 +5,8 @@
 #include <fmt/format.h>
 
 #include "data/schema/version.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 
 namespace support {
 

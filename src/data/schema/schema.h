@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/schema.h"
+#include "platform/store/base/schema.h"
 
 namespace data {
 

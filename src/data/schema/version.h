@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "data/schema/schema.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace data {
 

@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include "platform/dde/transport.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "runedit/map/handover.h"
 
 namespace groupops {

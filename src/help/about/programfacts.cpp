@@ -8,7 +8,7 @@
 #include "data/lookups/mdlGetItems.h"
 #include "platform/controls/qtext.h"
 #include "platform/files/installation.h"
-#include "platform/store/engine.h"
+#include "platform/store/open/open.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/session.h"
 

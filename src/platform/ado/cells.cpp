@@ -3,7 +3,7 @@
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
-#include "platform/store/cellvalue.h"
+#include "platform/store/base/cellvalue.h"
 
 namespace ado {
 

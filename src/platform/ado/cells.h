@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/base/value.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace ado {
 

@@ -3,6 +3,7 @@
 #include "platform/ado/command.h"
 #include "platform/ado/session.h"
 #include "platform/base/error.h"
+#include "platform/store/open/open.h"
 
 namespace ado {
 

@@ -8,7 +8,7 @@
 
 #include "platform/ado/enums.h"
 #include "platform/base/ports.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace ado {
 

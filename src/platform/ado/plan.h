@@ -10,7 +10,7 @@
 
 #include "platform/ado/rowlayout.h"
 #include "platform/jet/translate.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace ado {
 

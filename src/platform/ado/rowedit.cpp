@@ -4,7 +4,7 @@
 
 #include "platform/ado/enums.h"
 #include "platform/base/error.h"
-#include "platform/store/cellvalue.h"
+#include "platform/store/base/cellvalue.h"
 
 namespace ado {
 

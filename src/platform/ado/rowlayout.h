@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/jet/translate.h"
-#include "platform/store/schema.h"
+#include "platform/store/base/schema.h"
 
 namespace ado {
 

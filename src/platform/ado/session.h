@@ -7,7 +7,7 @@
 
 #include "platform/ado/plan.h"
 #include "platform/base/error.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace ado {
 

@@ -9,7 +9,7 @@
 
 #include "platform/jet/lexer.h"
 #include "platform/jet/translate.h"
-#include "platform/store/schema.h"
+#include "platform/store/base/schema.h"
 
 namespace jet {
 

@@ -7,7 +7,7 @@
 
 #include "platform/base/value.h"
 #include "platform/jet/error.h"
-#include "platform/store/schema.h"
+#include "platform/store/base/schema.h"
 
 namespace jet {
 

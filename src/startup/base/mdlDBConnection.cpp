@@ -6,7 +6,7 @@
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/files/files.h"
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/mdlIniRoutines.h"
 #include "startup/base/trap.h"

@@ -5,7 +5,7 @@
 #include <exception>
 
 #include "platform/base/error.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace startup {
 

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "startup/base/mdlDBConnection.h"
 
 namespace startup {

@@ -7,7 +7,7 @@
 #include "platform/forms/formregistry.h"
 #include "platform/forms/listexporter.h"
 #include "platform/forms/titles.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "reports/lists/exportlist.h"
 #include "runsearch/search/frmTarn.h"
 #include "startup/base/mdlDBConnection.h"

@@ -2,6 +2,7 @@
 
 #include "../groupsupport.h"
 #include "platform/ado/session.h"
+#include "platform/store/open/open.h"
 #include "startup/base/session.h"
 #include "support/districtsession.h"
 

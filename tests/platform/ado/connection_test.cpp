@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "platform/ado/command.h"
+#include "platform/store/open/open.h"
 #include "smalldistrict.h"
 
 namespace {

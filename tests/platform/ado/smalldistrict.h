@@ -6,8 +6,9 @@
 
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
-#include "platform/store/database.h"
-#include "platform/store/plainfile.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
+#include "platform/store/open/plainfile.h"
 #include "support/errors.h"
 #include "support/rows.h"
 #include "support/temporaryfolder.h"

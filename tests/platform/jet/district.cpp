@@ -5,7 +5,8 @@
 #include "data/schema/schema.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
-#include "platform/store/copying.h"
+#include "platform/store/base/copying.h"
+#include "platform/store/open/open.h"
 #include "support/privateserver.h"
 
 namespace jet::testing {

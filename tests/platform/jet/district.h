@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/jet/translate.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "support/temporaryfolder.h"
 
 namespace jet::testing {

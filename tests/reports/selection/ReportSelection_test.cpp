@@ -9,6 +9,7 @@
 #include "platform/files/files.h"
 #include "platform/forms/filedialog.h"
 #include "platform/forms/printerdialog.h"
+#include "platform/store/open/open.h"
 #include "reports/preview/ReportPreview.h"
 #include "reports/printing/printservice.h"
 #include "reports/selection/choices.h"

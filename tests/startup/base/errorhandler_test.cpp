@@ -5,7 +5,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/ado/connection.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "startup/base/applicationinfo.h"
 #include "startup/base/cErrorHandler.h"
 #include "startup/base/mdlFileUtilities.h"

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include "platform/store/open/open.h"
 #include "stops/sequence/stopmessages.h"
 #include "stopsdistrict.h"
 

@@ -8,7 +8,8 @@
 
 #include "data/schema/version.h"
 #include "platform/files/files.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "startup/base/COSInfo.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/districts/knowndistricts.h"

@@ -14,7 +14,8 @@
 #include <unistd.h>
 
 #include "platform/files/files.h"
-#include "platform/store/standstill.h"
+#include "platform/store/open/standstill.h"
+#include "platform/store/open/open.h"
 #include "tools/district/backup/archive.h"
 #include "tools/district/base/refuse.h"
 

@@ -18,7 +18,7 @@
 
 #include "platform/files/files.h"
 #include "platform/ini/ini.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/backup/archive.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/openalone.h"

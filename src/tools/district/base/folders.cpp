@@ -14,7 +14,7 @@
 #include "platform/files/files.h"
 #include "platform/files/installation.h"
 #include "platform/ini/ini.h"
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {

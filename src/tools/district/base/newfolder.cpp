@@ -13,7 +13,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
+#include "platform/store/open/open.h"
 
 namespace tools::district {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace tools::district {
 

@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 #include "tools/district/check/checkparts.h"
 
 namespace tools::district {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "data/schema/schema.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
 #include "tools/district/check/checks.h"

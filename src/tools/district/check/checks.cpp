@@ -6,8 +6,9 @@
 #include <fmt/format.h>
 
 #include "data/schema/version.h"
-#include "platform/store/database.h"
-#include "platform/store/standstill.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/standstill.h"
+#include "platform/store/open/open.h"
 #include "tools/district/check/checkparts.h"
 
 namespace tools::district {

@@ -18,7 +18,7 @@
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/files/installation.h"
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 #include "tools/district/backup/backup.h"
 #include "tools/district/backup/restore.h"
 #include "tools/district/base/folders.h"

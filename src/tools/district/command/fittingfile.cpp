@@ -6,7 +6,7 @@
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/base/text.h"
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 
 namespace tools::district {
 

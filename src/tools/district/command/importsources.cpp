@@ -10,7 +10,8 @@
 
 #include "platform/base/text.h"
 #include "platform/files/installation.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/import/feed/schoolruns.h"
 #include "tools/district/import/feed/tripchoice.h"

@@ -11,7 +11,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/base/text.h"
 #include "platform/jet/translate.h"
-#include "platform/store/location.h"
+#include "platform/store/base/location.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/command/fittingfile.h"
 

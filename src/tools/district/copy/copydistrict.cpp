@@ -8,9 +8,10 @@
 
 #include "data/schema/version.h"
 #include "platform/files/installation.h"
-#include "platform/store/copying.h"
-#include "platform/store/location.h"
-#include "platform/store/standstill.h"
+#include "platform/store/base/copying.h"
+#include "platform/store/base/location.h"
+#include "platform/store/open/standstill.h"
+#include "platform/store/open/open.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/make/companions.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
 

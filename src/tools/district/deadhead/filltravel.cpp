@@ -11,6 +11,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/store/open/open.h"
 #include "streets/district/districtstreets.h"
 #include "tools/district/deadhead/computedtravel.h"
 #include "tools/district/deadhead/neededways.h"

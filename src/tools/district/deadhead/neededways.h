@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/geo/projection.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace tools::district {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "data/schema/version.h"
-#include "platform/store/standstill.h"
+#include "platform/store/open/standstill.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "data/schema/schema.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/base/folders.h"
 
 namespace tools::district {

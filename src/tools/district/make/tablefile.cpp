@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "data/schema/version.h"
+#include "platform/store/open/open.h"
 
 namespace tools::district {
 

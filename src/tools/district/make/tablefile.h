@@ -9,7 +9,7 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
 

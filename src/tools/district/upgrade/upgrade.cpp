@@ -11,8 +11,9 @@
 
 #include "data/schema/version.h"
 #include "platform/base/error.h"
-#include "platform/store/database.h"
-#include "platform/store/location.h"
+#include "platform/store/base/database.h"
+#include "platform/store/base/location.h"
+#include "platform/store/open/open.h"
 #include "tools/district/base/openalone.h"
 #include "tools/district/copy/copydistrict.h"
 

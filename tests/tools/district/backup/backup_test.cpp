@@ -8,7 +8,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/base/error.h"
-#include "platform/store/standstill.h"
+#include "platform/store/open/standstill.h"
+#include "platform/store/open/open.h"
 #include "tools/district/backup/restore.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"

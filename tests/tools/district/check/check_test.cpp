@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/store/plainfile.h"
+#include "platform/store/open/plainfile.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 

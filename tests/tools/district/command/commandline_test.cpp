@@ -11,6 +11,7 @@
 
 #include "data/schema/version.h"
 #include "platform/password/password.h"
+#include "platform/store/open/open.h"
 #include "tools/district/make/companions.h"
 #include "tools/district/make/madedistrict.h"
 

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/store/open/open.h"
 #include "support/privateserver.h"
 #include "tools/district/command/commandline.h"
 #include "tools/district/make/madedistrict.h"

@@ -2,7 +2,8 @@
 
 #include <string>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "support/temporaryfolder.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/make/create.h"

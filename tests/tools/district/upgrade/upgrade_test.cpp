@@ -10,6 +10,7 @@
 
 #include "data/schema/version.h"
 #include "platform/base/error.h"
+#include "platform/store/open/open.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 

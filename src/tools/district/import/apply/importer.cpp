@@ -13,6 +13,7 @@
 #include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "platform/files/files.h"
+#include "platform/store/open/open.h"
 #include "platform/table/csv.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/import/apply/rowspool.h"

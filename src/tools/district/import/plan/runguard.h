@@ -5,7 +5,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 
 namespace tools::district {
 

@@ -10,7 +10,7 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/import/plan/keymap.h"
 
 namespace tools::district {

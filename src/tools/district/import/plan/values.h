@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "platform/base/value.h"
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
 #include "tools/district/import/map/binding.h"
 
 namespace tools::district {

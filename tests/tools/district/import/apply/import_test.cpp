@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "importing.h"
+#include "platform/store/open/open.h"
 #include "tools/district/make/random.h"
 
 namespace tools::district {

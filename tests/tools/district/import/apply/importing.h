@@ -5,7 +5,8 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/store/database.h"
+#include "platform/store/base/database.h"
+#include "platform/store/open/open.h"
 #include "support/temporaryfolder.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/import/apply/importer.h"

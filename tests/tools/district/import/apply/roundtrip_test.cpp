@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "importing.h"
+#include "platform/store/open/open.h"
 #include "tools/district/export/tables.h"
 
 namespace tools::district {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/base/error.h"
+#include "platform/store/open/open.h"
 #include "support/temporaryfolder.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/import/apply/importer.h"
@@ -82,7 +83,8 @@ TEST_F(Benchmark, APlanComesInWithItsOwnTimes) {
     }
 }
 
-// The published trips round each way and each boarding to whole seconds: two seconds a stop at most.
+// The published trips round each way and each boarding to whole seconds: two seconds a stop at
+// most.
 TEST_F(Benchmark, TripsStartWhenTheInstanceSaysAtTheLatest) {
     const std::string instance = temporary_.path() + "instance/";
     fs::create_directories(instance);

@@ -1,0 +1,133 @@
+#include "platform/store/postgres/rows.h"
+
+#include <fmt/format.h>
+
+#include "platform/store/base/ddl.h"
+#include "platform/store/postgres/statement.h"
+
+namespace store::postgres {
+
+namespace {
+
+constexpr std::size_t MaxPrepared = 100;
+
+void requireKey(const Source& source, const Table& table) {
+    if (table.rowKey.empty()) {
+        throw StoreError(Fault::Statement,
+                         fmt::format("Rows of table {} in \"{}\" cannot be written one by one.",
+                                     table.name, source.path));
+    }
+}
+
+void append(std::vector<Parameter>& parameters, const std::vector<ColumnValue>& values) {
+    for (const ColumnValue& item : values) {
+        parameters.push_back(untyped(item.value, item.column->kind));
+    }
+}
+
+Parameter keyOf(const base::Value& key) { return untyped(key, ColumnKind::Integer); }
+
+/// " WHERE rowid = ? AND …" for the row as it was fetched. Letter case counts here, unlike in a
+/// planner's comparison.
+std::string whereFetched(const FetchedRow& row) {
+    std::string text = fmt::format(" WHERE {} = ?", row.table->rowKey);
+    for (const ColumnValue& item : row.values) {
+        const bool isText =
+            item.column->kind == ColumnKind::Code || item.column->kind == ColumnKind::Text;
+        text += fmt::format(" AND {}{} IS NOT DISTINCT FROM ?", quoted(item.column->name),
+                            isText ? " COLLATE \"C\"" : "");
+    }
+    return text;
+}
+
+}  // namespace
+
+Result Rows::run(const std::string& sql, const std::vector<Parameter>& parameters) {
+    if (prepared_.size() >= MaxPrepared && !prepared_.contains(sql)) {
+        for (const auto& [text, query] : prepared_) {
+            link_.release(query);
+        }
+        prepared_.clear();
+    }
+    return link_.run(prepared_.try_emplace(sql, sql).first->second, parameters);
+}
+
+RowOutcome Rows::outcomeOf(const FetchedRow& row) {
+    if (link_.changedRows() > 0) {
+        return RowOutcome::Written;
+    }
+    std::vector<ColumnValue> nothing;
+    return read(*row.table, row.key, nothing) ? RowOutcome::Changed : RowOutcome::Deleted;
+}
+
+RowOutcome Rows::update(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
+    requireKey(link_.source(), *row.table);
+    std::string assignments;
+    for (const ColumnValue& item : changes) {
+        assignments += (assignments.empty() ? "" : ", ") + quoted(item.column->name) + " = ?";
+    }
+    std::vector<Parameter> parameters;
+    append(parameters, changes);
+    parameters.push_back(keyOf(row.key));
+    append(parameters, row.values);
+    static_cast<void>(run(
+        fmt::format("UPDATE {} SET {}{}", quoted(row.table->name), assignments, whereFetched(row)),
+        parameters));
+    return outcomeOf(row);
+}
+
+RowOutcome Rows::remove(const FetchedRow& row) {
+    requireKey(link_.source(), *row.table);
+    std::vector<Parameter> parameters{keyOf(row.key)};
+    append(parameters, row.values);
+    static_cast<void>(run(
+        fmt::format("DELETE FROM {}{}", quoted(row.table->name), whereFetched(row)), parameters));
+    return outcomeOf(row);
+}
+
+base::Value Rows::insert(const Table& table, const std::vector<ColumnValue>& values) {
+    requireKey(link_.source(), table);
+    std::string names;
+    std::string places;
+    for (const ColumnValue& item : values) {
+        names += (names.empty() ? "" : ", ") + quoted(item.column->name);
+        places += places.empty() ? "?" : ", ?";
+    }
+    std::vector<Parameter> parameters;
+    append(parameters, values);
+    const std::string what =
+        values.empty() ? "DEFAULT VALUES" : fmt::format("({}) VALUES ({})", names, places);
+    const Result made =
+        run(fmt::format("INSERT INTO {} {} RETURNING {}", quoted(table.name), what, table.rowKey),
+            parameters);
+    return storedOf(made.get(), 0, 0);
+}
+
+bool Rows::read(const Table& table, const base::Value& key, std::vector<ColumnValue>& columns) {
+    requireKey(link_.source(), table);
+    std::string names;
+    for (const ColumnValue& item : columns) {
+        names += ", " + quoted(item.column->name);
+    }
+    const Result row =
+        run(fmt::format("SELECT 1{} FROM {} WHERE {} = ?", names, quoted(table.name), table.rowKey),
+            {keyOf(key)});
+    if (library().rowCount(row.get()) == 0) {
+        return false;
+    }
+    int place = 1;
+    for (ColumnValue& item : columns) {
+        item.value = storedOf(row.get(), 0, place++);
+    }
+    return true;
+}
+
+base::Value Rows::defaultOf(const Column& column) {
+    if (column.defaultSql.empty()) {
+        return {};
+    }
+    const Result row = run("SELECT " + column.defaultSql, {});
+    return storedOf(row.get(), 0, 0);
+}
+
+}  // namespace store::postgres

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/store/postgres/link.h"
+
+namespace store::postgres {
+
+/// Reads and writes single rows by key; keeps what it prepared, for a bounded number of different
+/// statements.
+class Rows {
+public:
+    explicit Rows(Link& link) : link_(link) {}
+
+    RowOutcome update(const FetchedRow& row, const std::vector<ColumnValue>& changes);
+    RowOutcome remove(const FetchedRow& row);
+    base::Value insert(const Table& table, const std::vector<ColumnValue>& values);
+    bool read(const Table& table, const base::Value& key, std::vector<ColumnValue>& columns);
+    base::Value defaultOf(const Column& column);
+
+private:
+    Result run(const std::string& sql, const std::vector<Parameter>& parameters);
+    RowOutcome outcomeOf(const FetchedRow& row);
+
+    Link& link_;
+    std::unordered_map<std::string, Query> prepared_;
+};
+
+}  // namespace store::postgres
