@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "map/run/fields.h"
+#include "map/shown/fields.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"

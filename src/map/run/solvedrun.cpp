@@ -8,8 +8,9 @@
 
 #include "data/runs/runrow.h"
 #include "map/run/allornothing.h"
-#include "map/run/fields.h"
 #include "map/run/solutionrows.h"
+#include "map/shown/fields.h"
+#include "map/shown/runscene.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
@@ -18,20 +19,6 @@
 namespace map {
 
 namespace {
-
-constexpr double SecondsPerMinute = 60;
-
-streets::RunStop stopToSolve(const MappedStop& stop) {
-    return {.id = stop.intStopId,
-            .stopId = stop.stopId,
-            .address = stop.name,
-            .passed = stop.kind == StopKind::TurnPoint,
-            .placed = stop.isPlaced,
-            .at = stop.at,
-            .side = stop.wantsRightSide ? streets::DoorSide::Right : streets::DoorSide::Either,
-            .students = stop.students,
-            .loadMinutes = stop.loadMinutes};
-}
 
 bool isSame(geo::Feet one, geo::Feet other) { return one.x == other.x && one.y == other.y; }
 
@@ -142,23 +129,10 @@ void savePlaces(ado::Connection& routing, const MappedRun& stored, const MappedR
     }
 }
 
-std::string moreOrLess(double figure, std::string_view unit, int decimals) {
-    return fmt::format("{:.{}f} {}", std::abs(figure), decimals, unit);
-}
-
 }  // namespace
 
 ChangedMeanwhile::ChangedMeanwhile(const std::string& what)
     : RunTimeError(base::errors::InvalidProcedureCall, what) {}
-
-streets::RunToSolve runToSolve(const MappedRun& run) {
-    streets::RunToSolve told;
-    told.pickup = run.isPickup;
-    told.anchor = run.countsFromStart ? streets::Anchor::Start : streets::Anchor::End;
-    told.time = (run.countsFromStart ? run.start : run.end).value_or(base::Date{});
-    std::ranges::transform(run.stops, std::back_inserter(told.stops), stopToSolve);
-    return told;
-}
 
 void saveSolution(ado::Connection& routing, const MappedRun& run, const streets::Solution& solution,
                   const std::string& user) {
@@ -213,51 +187,6 @@ void saveChanged(ado::Connection& routing, const MappedRun& stored, const Mapped
     savePlaces(routing, stored, changed);
     saveSolution(routing, changed, solution, user);
     unit.finish();
-}
-
-std::optional<double> Comparison::Stop::minutesLater() const {
-    if (!before || !after) {
-        return std::nullopt;
-    }
-    return static_cast<double>(after->seconds - before->seconds) / SecondsPerMinute;
-}
-
-Comparison compare(const MappedRun& run, const streets::Solution& solution) {
-    Comparison comparison{.minutesMore = solution.totalMinutes - run.minutes,
-                          .milesMore = solution.totalMiles - run.miles};
-    for (std::size_t i = 0; i < run.stops.size(); ++i) {
-        const auto& stop = comparison.stops.emplace_back(
-            Comparison::Stop{.before = run.stops[i].time, .after = solution.stops[i].time});
-        comparison.changed += std::abs(stop.minutesLater().value_or(0)) >= 0.5 ? 1 : 0;
-    }
-    return comparison;
-}
-
-std::string gainText(const Comparison& comparison) {
-    const auto told = [](double more) { return more < 0 ? "shorter" : "longer"; };
-    const bool sameMinutes = std::abs(comparison.minutesMore) < 0.05;
-    const bool sameMiles = std::abs(comparison.milesMore) < 0.005;
-    const auto minutes = moreOrLess(comparison.minutesMore, "minutes", 1);
-    const auto miles = moreOrLess(comparison.milesMore, "miles", 2);
-    if (sameMinutes && sameMiles) {
-        return "As long as before";
-    }
-    if (sameMinutes || sameMiles) {
-        return fmt::format("{} {}", sameMiles ? minutes : miles,
-                           told(sameMiles ? comparison.minutesMore : comparison.milesMore));
-    }
-    if ((comparison.minutesMore < 0) == (comparison.milesMore < 0)) {
-        return fmt::format("{}, {} {}", minutes, miles, told(comparison.minutesMore));
-    }
-    return fmt::format("{} {}, {} {}", minutes, told(comparison.minutesMore), miles,
-                       told(comparison.milesMore));
-}
-
-std::string signedMinutes(double minutes) {
-    const double shown = std::round(minutes * 10) / 10;
-    return shown > 0   ? fmt::format("+{:.1f}", shown)
-           : shown < 0 ? fmt::format("−{:.1f}", -shown)
-                       : "0.0";
 }
 
 }  // namespace map

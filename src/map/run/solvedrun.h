@@ -6,15 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "map/run/mappedrun.h"
+#include "map/shown/mappedrun.h"
 #include "platform/ado/connection.h"
 #include "platform/base/error.h"
 #include "streets/solve/solve.h"
 
 namespace map {
-
-/// The run as the solver takes it: in the order stored, from the end that its times count from.
-[[nodiscard]] streets::RunToSolve runToSolve(const MappedRun& run);
 
 /// Another planner has changed the run or its stops since they were read; nothing was written.
 class ChangedMeanwhile : public base::RunTimeError {
@@ -44,25 +41,5 @@ void saveSolution(ado::Connection& routing, const MappedRun& run, const streets:
 /// another planner has changed any of it since the run was read; what the connection raises.
 void saveChanged(ado::Connection& routing, const MappedRun& stored, const MappedRun& changed,
                  const streets::Solution& solution, const std::string& user);
-
-/// A solution beside what is stored of the run.
-struct Comparison {
-    struct Stop {
-        std::optional<base::Date> before = {};
-        std::optional<base::Date> after = {};
-        /// Minutes later; nothing where either is missing.
-        [[nodiscard]] std::optional<double> minutesLater() const;
-    };
-    std::vector<Stop> stops = {};  ///< one for each of the run
-    double minutesMore = 0;        ///< of the whole run
-    double milesMore = 0;
-    int changed = 0;  ///< stops whose times differ by half a minute or more
-};
-
-[[nodiscard]] Comparison compare(const MappedRun& run, const streets::Solution& solution);
-/// "6.3 minutes, 1.77 miles shorter".
-[[nodiscard]] std::string gainText(const Comparison& comparison);
-/// "+2.9", "−0.7", "0.0"; the minus is a true one.
-[[nodiscard]] std::string signedMinutes(double minutes);
 
 }  // namespace map

@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "map/run/mappedrun.h"
-#include "map/window/placing.h"
-#include "map/window/runscene.h"
+#include "map/shown/districtground.h"
+#include "map/shown/mappedrun.h"
+#include "map/shown/runscene.h"
 #include "platform/base/error.h"
 
 namespace map {

@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include "map/run/solvedrun.h"
+#include "map/shown/districtground.h"
 #include "map/window/mapview_access.h"
 #include "platform/base/ports.h"
 #include "platform/controls/access.h"

@@ -10,9 +10,9 @@
 
 #include "map/ground/camera.h"
 #include "map/run/mapsearch.h"
+#include "map/shown/runscene.h"
 #include "map/window/panelrows.h"
 #include "map/window/placing.h"
-#include "map/window/runscene.h"
 #include "platform/ado/connection.h"
 #include "startup/forms/trappedform.h"
 #include "streets/district/districtstreets.h"

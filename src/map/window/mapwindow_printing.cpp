@@ -7,8 +7,8 @@
 
 #include "data/lookups/mdlGetItems.h"
 #include "map/page/mappage.h"
+#include "map/shown/districtground.h"
 #include "map/window/mapwindow.h"
-#include "map/window/placing.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/application.h"

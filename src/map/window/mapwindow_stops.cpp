@@ -4,7 +4,9 @@
 
 #include <fmt/format.h>
 
-#include "map/run/fields.h"
+#include "map/run/solvedrun.h"
+#include "map/shown/districtground.h"
+#include "map/shown/fields.h"
 #include "map/window/mapwindow.h"
 #include "platform/ado/recordset.h"
 #include "platform/controls/qtext.h"

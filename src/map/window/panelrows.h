@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "map/run/solvedrun.h"
-#include "map/window/runscene.h"
+#include "map/shown/comparison.h"
+#include "map/shown/runscene.h"
 
 namespace map {
 

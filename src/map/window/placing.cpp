@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "map/run/solvedrun.h"
+#include "map/shown/comparison.h"
 #include "streets/district/placesearch.h"
 
 namespace map {
@@ -43,18 +45,6 @@ std::optional<Candidate> candidate(const streets::Network& network, const Mapped
 }
 
 }  // namespace
-
-std::shared_ptr<const Ground> groundOf(
-    const std::shared_ptr<const streets::DistrictStreets>& streets) {
-    if (streets == nullptr) {
-        return bareGround();
-    }
-    if (streets->grid()) {
-        return gridGround(streets->grid()->blockFeet);
-    }
-    // The map lives as long as what it belongs to.
-    return streetGround({streets, streets->map()}, streets->closed());
-}
 
 std::optional<Candidate> candidateAt(const streets::DistrictStreets& streets, const MappedRun& run,
                                      std::size_t stop, geo::Feet at) {

@@ -1,22 +1,16 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "map/ground/ground.h"
+#include "map/shown/runscene.h"
 #include "map/window/panelrows.h"
-#include "map/window/runscene.h"
 #include "streets/district/districtstreets.h"
 
 namespace map {
-
-/// What lies below a district's runs.
-[[nodiscard]] std::shared_ptr<const Ground> groundOf(
-    const std::shared_ptr<const streets::DistrictStreets>& streets);
 
 /// A place for one of a run's stops, and what the run comes to with it.
 struct Candidate {

@@ -1,4 +1,4 @@
-#include "map/run/mappedrun.h"
+#include "map/shown/mappedrun.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "map/run/mappedrun.h"
+#include "map/shown/mappedrun.h"
 
 #include <algorithm>
 #include <map>
@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 
 #include "data/schema/schema.h"
-#include "map/run/fields.h"
+#include "map/shown/fields.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"

@@ -7,12 +7,15 @@
 #include <vector>
 
 #include "map/drawing/scene.h"
-#include "map/run/mappedrun.h"
-#include "map/run/solvedrun.h"
+#include "map/shown/comparison.h"
+#include "map/shown/mappedrun.h"
 #include "streets/network/network.h"
 #include "streets/solve/solve.h"
 
 namespace map {
+
+/// The run as the solver takes it: in the order stored, from the end that its times count from.
+[[nodiscard]] streets::RunToSolve runToSolve(const MappedRun& run);
 
 /// The way that a run drives on today's streets.
 struct RunWay {

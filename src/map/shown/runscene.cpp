@@ -1,4 +1,4 @@
-#include "map/window/runscene.h"
+#include "map/shown/runscene.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +12,18 @@
 namespace map {
 
 namespace {
+
+streets::RunStop stopToSolve(const MappedStop& stop) {
+    return {.id = stop.intStopId,
+            .stopId = stop.stopId,
+            .address = stop.name,
+            .passed = stop.kind == StopKind::TurnPoint,
+            .placed = stop.isPlaced,
+            .at = stop.at,
+            .side = stop.wantsRightSide ? streets::DoorSide::Right : streets::DoorSide::Either,
+            .students = stop.students,
+            .loadMinutes = stop.loadMinutes};
+}
 
 /// The quickest way between two places, whichever side of their streets.
 std::optional<streets::Leg> legBetween(const streets::Network& network, geo::Feet from,
@@ -226,6 +238,15 @@ std::vector<std::vector<geo::Feet>> without(std::span<const std::vector<geo::Fee
 }
 
 }  // namespace
+
+streets::RunToSolve runToSolve(const MappedRun& run) {
+    streets::RunToSolve told;
+    told.pickup = run.isPickup;
+    told.anchor = run.countsFromStart ? streets::Anchor::Start : streets::Anchor::End;
+    told.time = (run.countsFromStart ? run.start : run.end).value_or(base::Date{});
+    std::ranges::transform(run.stops, std::back_inserter(told.stops), stopToSolve);
+    return told;
+}
 
 RunWay wayOf(const streets::Network& network, const MappedRun& run) {
     RunWay way{.solution = streets::solve(network, runToSolve(run)),
