@@ -129,8 +129,7 @@ DrawnRun drawnRun(const ShownRun& shown, std::size_t chosenStop) {
                               .isEmpty = true});
     }
     for (std::size_t i = 0; i < shown.run.stops.size(); ++i) {
-        const auto& stop = shown.run.stops[i];
-        if (stop.kind == StopKind::Stop && stop.isPlaced) {
+        if (isDrawn(shown.run.stops[i])) {
             drawn.stops.push_back(drawnStop(shown, i, chosenStop));
         }
     }
@@ -248,6 +247,8 @@ streets::RunToSolve runToSolve(const MappedRun& run) {
     return told;
 }
 
+bool isDrawn(const MappedStop& stop) { return stop.kind == StopKind::Stop && stop.isPlaced; }
+
 RunWay wayOf(const streets::Network& network, const MappedRun& run) {
     RunWay way{.solution = streets::solve(network, runToSolve(run)),
                .empty = emptyLegOf(network, run),
@@ -272,8 +273,7 @@ Scene comparisonScene(const ShownRun& shown, const Comparison& comparison,
     }
     auto drawn = run.stops.begin();
     for (std::size_t i = 0; i < shown.run.stops.size(); ++i) {
-        const auto& stop = shown.run.stops[i];
-        if (stop.kind != StopKind::Stop || !stop.isPlaced) {
+        if (!isDrawn(shown.run.stops[i])) {
             continue;
         }
         const auto later = signedMinutes(comparison.stops[i].minutesLater().value_or(0));

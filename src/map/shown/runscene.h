@@ -50,6 +50,10 @@ inline constexpr std::size_t NoStop = static_cast<std::size_t>(-1);
 /// they would become small.
 [[nodiscard]] streets::Box firstSight(const Scene& scene);
 
+/// Whether a scene of the run has it among its stops: neither school, garage nor turn point, and
+/// placed.
+[[nodiscard]] bool isDrawn(const MappedStop& stop);
+
 /// One run: its way with the minutes of each leg, its numbered stops, school and garage.
 [[nodiscard]] Scene sceneOf(const ShownRun& shown, std::size_t chosenStop);
 /// A run before and after: what is no longer driven of the old lines, and minutes at the stops.

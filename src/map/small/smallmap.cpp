@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -27,6 +28,7 @@ SmallMap::SmallMap(QWidget* parent)
       }) {
     controls::makeAccessible<SmallMap, controls::PictureAccess>();
     setAccessibleName(tr("Map of the run"));
+    setMouseTracking(true);
     takeTheme();
     say({});
 }
@@ -50,6 +52,23 @@ void SmallMap::say(const QString& words) {
     update();
 }
 
+void SmallMap::choose(std::optional<std::size_t> stop) {
+    Scene scene = picture_.scene();
+    if (scene.runs.empty()) {
+        return;
+    }
+    auto& stops = scene.runs.front().stops;
+    bool isOther = false;
+    for (std::size_t i = 0; i < stops.size(); ++i) {
+        isOther = isOther || stops[i].isChosen != (stop == i);
+        stops[i].isChosen = stop == i;
+    }
+    if (isOther) {
+        picture_.setScene(std::move(scene));
+        update();
+    }
+}
+
 QSize SmallMap::sizeHint() const {
     const int line = fontMetrics().height();
     return {line * 22, line * 14};
@@ -69,6 +88,13 @@ bool SmallMap::isSettled() const {
     return isEmpty(extentOf(picture_.scene())) || picture_.isSettled(camera(), devicePixelRatioF());
 }
 
+std::optional<int> SmallMap::stopAt(QPointF pixel) const {
+    static const QMetaMethod clicked = QMetaMethod::fromSignal(&SmallMap::stopClicked);
+    const auto hit = isSignalConnected(clicked) ? picture_.hitTest(camera(), pixel) : std::nullopt;
+    const bool isStop = hit && hit->kind == Hit::Kind::Stop && hit->run == 0;
+    return isStop ? std::optional(static_cast<int>(hit->index)) : std::nullopt;
+}
+
 void SmallMap::takeTheme() {
     picture_.setTheme(controls::isDark(palette()) ? darkTheme() : lightTheme());
 }
@@ -78,6 +104,17 @@ void SmallMap::changeEvent(QEvent* event) {
         takeTheme();
     }
     QWidget::changeEvent(event);
+}
+
+void SmallMap::mousePressEvent(QMouseEvent* event) {
+    const auto stop = stopAt(event->position());
+    if (stop && event->button() == Qt::LeftButton) {
+        emit stopClicked(*stop);
+    }
+}
+
+void SmallMap::mouseMoveEvent(QMouseEvent* event) {
+    setCursor(stopAt(event->position()) ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 void SmallMap::mouseDoubleClickEvent(QMouseEvent* event) {

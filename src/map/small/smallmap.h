@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QWidget>
+#include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "map/drawing/mappicture.h"
 
@@ -21,6 +23,8 @@ public:
     void showScene(std::shared_ptr<const Ground> ground, Scene scene, const QString& told);
     /// Shows words in the place of a map.
     void say(const QString& words);
+    /// Marks one of the first run's stops as the chosen one, or none.
+    void choose(std::optional<std::size_t> stop);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -30,14 +34,21 @@ public:
 signals:
     /// A double click: the planner wants the map itself.
     void mapWanted();
+    /// For who waits for streets; from any thread.
+    void opened();
+    /// A click on one of the first run's stops.
+    void stopClicked(int stop);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
     [[nodiscard]] Camera camera() const;
+    [[nodiscard]] std::optional<int> stopAt(QPointF pixel) const;
     void paintWords(QPainter& painter) const;
     void takeTheme();
 

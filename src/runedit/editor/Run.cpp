@@ -44,7 +44,11 @@ constexpr auto LockedText =
 }  // namespace
 
 Run::Run(forms::Form* owner)
-    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::Run>()), answer_(this), Timer3(this) {
+    : TrappedForm(Module, owner),
+      ui_(std::make_unique<Ui::Run>()),
+      answer_(this),
+      maps_([this] { emit ui_->SmallMap->opened(); }),
+      Timer3(this) {
     setWindowModality(Qt::WindowModal);
     ui_->setupUi(this);
     setCancelButton(ui_->Exit_Run);
@@ -201,6 +205,7 @@ void Run::wireMap() {
     on(&answer_, &MapAnswer::reload, "Command1_Click", &Run::Command1_Click);
     on(&answer_, &MapAnswer::lists, "buildLists", &Run::buildLists);
     on(ui_->RunTab, &QTabWidget::currentChanged, "showSmallMap", [this] { showSmallMap(); });
+    on(ui_->SmallMap, &map::SmallMap::opened, "showSmallMap", &Run::showSmallMap);
     on(ui_->SmallMap, &map::SmallMap::mapWanted, "MapIt_Click", [this] {
         if (ui_->MapIt->isEnabled()) {
             MapIt_Click();

@@ -1,14 +1,13 @@
 #include <algorithm>
 
-#include "data/lookups/mdlGetItems.h"
 #include "map/small/smallmap.h"
+#include "map/small/streetplaces.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
 #include "runedit/editor/crowdeddelegate.h"
 #include "runedit/editor/runlists.h"
 #include "runedit/validation/checkedrun.h"
-#include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
 
@@ -23,7 +22,6 @@ using controls::toQt;
 using startup::gcnRouting;
 
 constexpr int StatusMilliseconds = 8000;
-constexpr auto NoClosedStreets = "NOT FOUND";  // the look-up's word
 const auto NotSavedYet = QStringLiteral("The run has no stops before it is saved.");
 
 }  // namespace
@@ -245,11 +243,7 @@ void Run::showSmallMap() {
         ui_->SmallMap->say(tr("A new run is on the map when it has been saved with its stops."));
         return;
     }
-    const std::string closed = data::GetGGClosedStreet();
-    auto shown = maps_.mapOf(*gcnRouting, run(),
-                             {.settings = startup::gIniFile,
-                              .folder = startup::folderOfFiles(),
-                              .closed = closed == NoClosedStreets ? std::string() : closed});
+    auto shown = maps_.mapOf(*gcnRouting, run(), map::streetsOfSession());
     if (shown.reason.empty()) {
         ui_->SmallMap->showScene(std::move(shown.ground), std::move(shown.scene), toQt(shown.told));
     } else {

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "data/lookups/mdlGetItems.h"
+#include "map/small/smallmap.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/base/value.h"
@@ -78,7 +79,9 @@ private:
 }  // namespace
 
 Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
-    : TrappedForm(Module, owner), ui_(std::make_unique<Ui::Add_Remove_Stops>()) {
+    : TrappedForm(Module, owner),
+      ui_(std::make_unique<Ui::Add_Remove_Stops>()),
+      maps_([this] { emit ui_->SmallMap->opened(); }) {
     ui_->setupUi(this);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->ExitAddRun);
@@ -90,10 +93,12 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
         hint->setForegroundRole(QPalette::PlaceholderText);
     }
     ui_->RunSide->installEventFilter(this);
+    ui_->MapSplitter->installEventFilter(this);
     wireButtons();
     wireKeys();
     wireDragging();
     restoreSplitter();
+    wireMap();
 }
 
 Add_Remove_Stops::~Add_Remove_Stops() = default;
@@ -107,6 +112,7 @@ void Add_Remove_Stops::formDress() {
     if (isLoaded()) {
         showPassengers(passengers_);
         arrange();
+        arrangeMap();
     }
 }
 
@@ -189,6 +195,7 @@ void Add_Remove_Stops::Build_StopList() {
     showPassengers(stops.passengers);
     showUnplaced(stops.unplaced);
     enableButtons();
+    trap("showMap", &Add_Remove_Stops::showMap);
 }
 
 void Add_Remove_Stops::showHead() {
@@ -241,6 +248,9 @@ void Add_Remove_Stops::fitHeading() {
 bool Add_Remove_Stops::eventFilter(QObject* watched, QEvent* event) {
     if (watched == ui_->RunSide && event->type() == QEvent::Resize) {
         fitHeading();
+    }
+    if (watched == ui_->MapSplitter && event->type() == QEvent::Resize) {
+        arrangeMap();
     }
     return TrappedForm::eventFilter(watched, event);
 }
@@ -360,6 +370,7 @@ void Add_Remove_Stops::DelStop() {
     });
     showResult(removed.stopTripIds, {}, resultOf(removed, "removed"));
     ui_->StopList->choose(place);
+    markOnMap();
     tellOfSkipped(removed);
 }
 
@@ -406,6 +417,7 @@ void Add_Remove_Stops::showResult(const StopTripIds& changed, const StopTripIds&
     ui_->StopList->doItemsLayout();
     ui_->StopList->verticalScrollBar()->setValue(place);
     selectStops(selected);
+    markOnMap();
     ui_->Status->setText(toQt(told));
 }
 

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "map/small/runmap.h"
 #include "startup/forms/trappedform.h"
 #include "stops/sequence/runhead.h"
 #include "stops/sequence/runstops.h"
@@ -63,12 +64,22 @@ private:
     void wireKeys();
     void restoreSplitter();
     void wireDragging();
+    void wireMap();
     void enableButtons();
     void showHead();
     void showPassengers(std::int64_t passengers);
     void fitHeading();
     void arrange();
     void showUnplaced(const std::vector<std::size_t>& rows);
+
+    /// The run as it is stored, where it can be drawn and there is room for it.
+    void showMap();
+    void takeMap(map::RunMap shown);
+    [[nodiscard]] bool hasRoomForMap() const;
+    void arrangeMap();
+    void foldMap();
+    void markOnMap();
+    void SmallMap_StopClicked(int stop);
 
     [[nodiscard]] StopTripIds selectedStops() const;
     void selectStops(const StopTripIds& stopTripIds);
@@ -87,6 +98,10 @@ private:
     bool lean_ = false;     ///< the buttons stand above and below the run's list
     bool changed_ = false;  ///< by an action of this form
     std::function<void()> sent_;
+
+    map::RunMaps maps_;
+    std::vector<std::int64_t> mapped_;  ///< the trip records of the map's stops, in their order
+    bool canBeMapped_ = false;          ///< the run, on the district's streets
 };
 
 }  // namespace stops

@@ -1,5 +1,10 @@
 #include "map/small/runmap.h"
 
+#include <fstream>
+#include <future>
+
+#include <sys/stat.h>
+
 #include "startup/base/session.h"
 #include "support/districtsession.h"
 #include "support/runbuilder.h"
@@ -28,13 +33,19 @@ protected:
     SmallRunMaps() : DistrictSession(fillRuns) {}
 
     map::RunMap mapOf(const std::string& run, const std::string& streets = "grid 1320 29.3333") {
-        const auto settings = folder_.write("route.ini", "[District]\nStreets=" + streets + "\n");
-        return maps_.mapOf(*startup::gcnRouting, run, {settings, folder_.path()});
+        settings_ = folder_.write("route.ini", "[District]\nStreets=" + streets + "\n");
+        return mapAgain(run);
+    }
+    map::RunMap mapAgain(const std::string& run) {
+        return maps_.mapOf(*startup::gcnRouting, run, {settings_, folder_.path()});
     }
 
-private:
     support::TemporaryFolder folder_;
-    map::RunMaps maps_;
+    std::promise<void> opened_;
+
+private:
+    std::string settings_;
+    map::RunMaps maps_{[this] { opened_.set_value(); }};
 };
 
 TEST_F(SmallRunMaps, ShowWhatHasAPlaceAndSayWhatHasNone) {
@@ -50,6 +61,17 @@ TEST_F(SmallRunMaps, ShowWhatHasAPlaceAndSayWhatHasNone) {
 
 TEST_F(SmallRunMaps, SayWhyStreetsCannotBeReadAndReadThemWhenTheyCan) {
     EXPECT_THAT(mapOf("PLACED", "none.streets").reason, testing::HasSubstr("none.streets"));
+    EXPECT_EQ(mapOf("PLACED").reason, "");
+}
+
+TEST_F(SmallRunMaps, WaitForNoStreetsThatDoNotCome) {
+    const auto hanging = folder_.path() + "/hanging.streets";
+    ASSERT_EQ(mkfifo(hanging.c_str(), 0600), 0);
+    EXPECT_TRUE(mapOf("PLACED", hanging).isOpening);
+    EXPECT_TRUE(mapAgain("PLACED").isOpening);
+    std::ofstream(hanging) << "nothing of a street";
+    opened_.get_future().wait();
+    EXPECT_THAT(mapAgain("PLACED").reason, testing::HasSubstr("hanging.streets"));
     EXPECT_EQ(mapOf("PLACED").reason, "");
 }
 

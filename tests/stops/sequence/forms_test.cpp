@@ -4,6 +4,7 @@
 #include <QTextDocumentFragment>
 #include <numeric>
 
+#include "map/small/smallmap.h"
 #include "platform/forms/operation.h"
 #include "runedit/map/fakemap.h"
 #include "startup/base/mdlGetMapSoftware.h"
@@ -151,6 +152,47 @@ TEST_F(StopForms, ShowsWhatTheRunIsAndWhatItsStopsLack) {
     EXPECT_THAT(titles(), ElementsAre("Stop Changed by Another User"));
     QTest::mouseClick(rows, Qt::LeftButton, {}, at(1));
     EXPECT_EQ(stopIds(stops), "S2 S4* S1 S3 S9");
+}
+
+TEST_F(StopForms, ShowsTheRunOnASmallMapThatNeitherLacksNorTakesRoom) {
+    const auto isShown = [&] { return control<map::SmallMap>("SmallMap").isVisible(); };
+    addFirst();
+    EXPECT_FALSE(isShown()) << "no stop has a place";
+    EXPECT_FALSE(control<QPushButton>("ShowMap").isVisible());
+    byOthers("UPDATE STOP SET XPOS=INT_STOPID*900, YPOS=400 WHERE INT_STOPID<5");
+    click("AddStop");
+    click("AddStop");
+    form().resize(1300, 760);
+    EXPECT_TRUE(isShown());
+    // Discs have the numbers of the rows and follow their order.
+    auto& small = control<map::SmallMap>("SmallMap");
+    const auto rowsClicked = [&] {
+        std::string clicked;
+        for (int x = 0; x < small.width(); x += 6) {
+            list("StopList").selectNone();
+            QTest::mouseClick(&small, Qt::LeftButton, {}, {x, (small.height() - 28) / 2});
+            const auto rows = list("StopList").selectedRows();
+            const auto id = rows.empty() ? "" : list("StopList").cellText(rows.front(), 0);
+            clicked += id.empty() || clicked.ends_with(id) ? "" : id;
+        }
+        return clicked;
+    };
+    EXPECT_EQ(rowsClicked(), "S1S2S3");
+    EXPECT_TRUE(list("StopList").hasFocus());
+    select("StopList", {2});
+    press("StopList", Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(stopIds("StopList"), "S1 S3* S2");
+    EXPECT_EQ(rowsClicked(), "S1S2S3") << "where they lie, whatever their order";
+
+    click("ShowMap");
+    EXPECT_FALSE(isShown());
+    form().closeForm();
+    form().resize(1300, 760);
+    EXPECT_FALSE(isShown()) << "the planner has folded it";
+    click("ShowMap");
+    EXPECT_TRUE(isShown());
+    form().resize(1300, 420);
+    EXPECT_FALSE(isShown() || control<QPushButton>("ShowMap").isVisible());
 }
 
 TEST_F(StopForms, AsksAndTellsWhatAnActionMeets) {
