@@ -18,14 +18,18 @@ namespace base {
 ///     }
 class Wait {
 public:
-    explicit Wait(std::string text) : text_(std::move(text)) {}
+    using Clock = std::chrono::steady_clock;
+
+    /// `since` is when it began, where that is a while ago.
+    explicit Wait(std::string text, Clock::time_point since = Clock::now())
+        : text_(std::move(text)), start_(since) {}
 
     /// Lets a little time pass; false once the user has given up.
     [[nodiscard]] bool goesOn();
 
 private:
     std::string text_;
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    Clock::time_point start_;
     std::unique_ptr<WaitBox> box_;
 };
 

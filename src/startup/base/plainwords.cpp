@@ -50,6 +50,9 @@ const std::array KnownErrors{
           "Please see that the network is there, or ask whoever looks after the server."},
     Words{store::numberOf(Fault::Lost), "Connection Lost",
           "Oops, the connection to the district's server was lost.", ""},
+    Words{store::numberOf(Fault::GivenUp), "Waiting Given Up",
+          "The district's server has not answered yet.",
+          "Please try again, or ask whoever looks after the server."},
     Words{base::errors::FileNotFound, "File Not Found",
           "Oops, a file that the program needs is not there.",
           "Please see that the program is installed completely."},
@@ -89,6 +92,7 @@ bool refusedByStore() {
             case Fault::Replaced:
             case Fault::Unreachable:
             case Fault::Lost:
+            case Fault::GivenUp:
                 return true;
             default:
                 return false;

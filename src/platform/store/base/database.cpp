@@ -26,6 +26,8 @@ int numberOf(Fault fault) {
             return 3146;
         case Fault::Lost:
             return 3151;
+        case Fault::GivenUp:
+            return 3059;
         case Fault::Constraint:
             return 3022;
         case Fault::Statement:

@@ -27,6 +27,7 @@ enum class Fault {
     Full,          ///< no room left on the disk
     Unreachable,   ///< no connection to the server can be made
     Lost,          ///< the connection to the server ended under way
+    GivenUp,       ///< the user did not want to wait for the server any longer
     Constraint,    ///< a duplicate key, a missing value, a code with trailing blanks
     Statement,     ///< SQL that the store refused
     Other,

@@ -26,8 +26,7 @@ public:
         }
         const std::string sql =
             fmt::format("COPY {} ({}) FROM STDIN", quoted(table.name), quotedList(names));
-        const Result begun(library().exec(link_.handle(), sql.c_str()));
-        link_.require(begun.get());
+        link_.require(link_.exec(sql).get());
     }
     ~Loader() override {
         if (!isFinished_) {

@@ -189,6 +189,12 @@ void raiseLost(const Source& source, const std::string& what) {
                                  source.path, what));
 }
 
+void raiseGivenUp(const Source& source, const std::string& what) {
+    throw StoreError(
+        Fault::GivenUp,
+        fmt::format("You did not wait any longer for the server of \"{}\". {}", source.path, what));
+}
+
 void raiseUnreachable(const Source& source, PGconn* connection) {
     const std::string text = oneLine(library().errorMessage(connection));
     const auto* sign = std::ranges::find_if(

@@ -32,6 +32,9 @@ struct Source {
 /// Raises StoreError: Lost. `what` says what became of the change.
 [[noreturn]] void raiseLost(const Source& source, const std::string& what);
 
+/// Raises StoreError: GivenUp. `what` says what became of the change.
+[[noreturn]] void raiseGivenUp(const Source& source, const std::string& what);
+
 [[noreturn]] void raiseLocked(const Source& source);
 
 }  // namespace store::postgres

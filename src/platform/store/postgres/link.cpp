@@ -28,6 +28,7 @@ const std::string Begin = "BEGIN";
 const std::string Lock =
     "SELECT pg_advisory_xact_lock(hashtext('vireo unit'), hashtext($1)), pg_current_xact_id()";
 const std::vector<Parameter> NoParameters;
+constexpr auto NothingChanged = "Nothing was changed by that.";
 
 /// What every connection is set to. Hashing texts that compare without case is dear, and what is
 /// read here is too small for compiling to pay.
@@ -152,14 +153,21 @@ Link::Link(const std::string& path, int lockTimeoutMs, Sharing sharing)
 Link::~Link() = default;
 
 void Link::connect() {
-    constexpr std::array<const char*, 9> Keys{
-        "application_name",    "connect_timeout",  "keepalives_idle",
-        "keepalives_interval", "keepalives_count", "tcp_user_timeout",
-        "client_encoding",     "dbname",           nullptr};
-    const std::array<const char*, 9> values{
-        "vireo", "5", "10", "5", "3", "20000", "UTF8", place_.connection.c_str(), nullptr};
-    constexpr int DbnameIsAddress = 1;
-    connection_.reset(library().connect(Keys.data(), values.data(), DbnameIsAddress));
+    constexpr std::array<const char*, 8> Keys{
+        "application_name", "connect_timeout",  "keepalives_idle", "keepalives_interval",
+        "keepalives_count", "tcp_user_timeout", "client_encoding", "dbname"};
+    const std::array<const char*, 8> values{"vireo", "5",     "10",   "5",
+                                            "3",     "20000", "UTF8", place_.connection.c_str()};
+    startAsking();
+    isGivenUp_ = false;
+    {
+        isWaiting_ = true;
+        const Ended ended{isWaiting_};
+        connection_ = connected(Keys, values);
+    }
+    if (connection_ == nullptr) {
+        raiseGivenUp(source_, NothingChanged);
+    }
     if (library().status(connection_.get()) != CONNECTION_OK) {
         raiseUnreachable(source_, connection_.get());
     }
@@ -223,15 +231,15 @@ void Link::takePlace() {
     }
 }
 
-void Link::script(const std::string& statements) {
-    const Result answer(library().exec(connection_.get(), statements.c_str()));
-    require(answer.get());
-}
+void Link::script(const std::string& statements) { require(exec(statements).get()); }
 
 void Link::require(const PGresult* answer) {
     if (isLost(connection_.get(), answer)) {
         lose();
-        raiseLost(source_, "What was under way was undone.");
+        raiseGone("What was under way was undone.");
+    }
+    if (isCancelled_ && stateOf(answer) == "57014") {
+        raiseGivenUp(source_, NothingChanged);
     }
     if (isFault(answer)) {
         raiseFault(source_, answer);
@@ -241,6 +249,16 @@ void Link::require(const PGresult* answer) {
 void Link::lose() {
     inUnit_ = false;
     isUp_ = false;
+    if (isGivenUp_) {
+        connection_.reset();
+    }
+}
+
+void Link::raiseGone(const std::string& what) {
+    if (std::exchange(isGivenUp_, false)) {
+        raiseGivenUp(source_, what);
+    }
+    raiseLost(source_, what);
 }
 
 bool Link::send(const Command& command) const {
@@ -264,22 +282,61 @@ bool Link::send(const Command& command) const {
                                      texts.data(), nullptr, nullptr, AsText) == 1;
 }
 
-Result Link::exchangeOne(const Command& command) const {
-    const auto texts = textsOf(*command.parameters);
-    const auto types = typesOf(*command.parameters);
-    const int count = static_cast<int>(texts.size());
-    constexpr int AsText = 0;
-    return Result(command.kind == Command::Kind::RunPrepared
-                      ? library().execPrepared(connection_.get(), command.text->c_str(), count,
-                                               texts.data(), nullptr, nullptr, AsText)
-                      : library().execParams(connection_.get(), command.text->c_str(), count,
-                                             types.data(), texts.data(), nullptr, nullptr, AsText));
+/// What the forms do under a wait may ask the server something on the same connection.
+void Link::startAsking() {
+    if (isWaiting_) {
+        throw StoreError(Fault::Locked,
+                         fmt::format("The server of \"{}\" has not answered yet.", source_.path));
+    }
+    isCancelled_ = false;
+}
+
+/// A change that stands for itself is either made or not, and the server may say so in the moment
+/// that it is given; a unit ends with its connection.
+bool Link::waits() {
+    isWaiting_ = true;
+    const Ended ended{isWaiting_};
+    try {
+        if (awaitAnswer(connection_.get())) {
+            return true;
+        }
+        isCancelled_ = true;
+        cancel(connection_.get());
+        return !inUnit_ && isAnsweredSoon(connection_.get());
+    } catch (...) {  // the program ends
+        isGivenUp_ = true;
+        lose();
+        throw;
+    }
+}
+
+Result Link::answer() {
+    isGivenUp_ = isGivenUp_ || !waits();
+    return Result(isGivenUp_ ? nullptr : library().getResult(connection_.get()));
+}
+
+Result Link::lastAnswer() {
+    Result last = answer();
+    while (last && library().resultStatus(last.get()) != PGRES_COPY_IN) {
+        Result next = answer();
+        if (!next) {
+            break;
+        }
+        last = std::move(next);
+    }
+    return isGivenUp_ ? nullptr : std::move(last);
+}
+
+Result Link::exec(const std::string& statements) {
+    startAsking();
+    return library().sendQuery(connection_.get(), statements.c_str()) == 1 ? lastAnswer() : nullptr;
 }
 
 /// Sends the commands together; the answer to the wanted one, or to the first that failed.
 Result Link::exchange(std::span<const Command> commands, std::size_t wanted) {
+    startAsking();
     if (commands.size() == 1) {
-        return exchangeOne(commands.front());
+        return send(commands.front()) ? lastAnswer() : nullptr;
     }
     PGconn* connection = connection_.get();
     if (library().enterPipelineMode(connection) != 1 ||
@@ -290,16 +347,19 @@ Result Link::exchange(std::span<const Command> commands, std::size_t wanted) {
     Result result;
     bool failed = false;
     for (std::size_t i = 0; i < commands.size(); ++i) {
-        Result answer(library().getResult(connection));
-        for (Result rest(answer ? library().getResult(connection) : nullptr); rest != nullptr;) {
-            rest.reset(library().getResult(connection));
+        Result one = answer();
+        for (Result rest = one ? answer() : nullptr; rest != nullptr;) {
+            rest = answer();
         }
-        if (!failed && (i == wanted || isFault(answer.get()))) {
-            failed = isFault(answer.get());
-            result = std::move(answer);
+        if (!failed && (i == wanted || isFault(one.get()))) {
+            failed = isFault(one.get());
+            result = std::move(one);
         }
     }
-    const Result sync(library().getResult(connection));
+    const Result sync = answer();
+    if (isGivenUp_) {
+        return nullptr;
+    }
     library().exitPipelineMode(connection);
     return result;
 }
@@ -346,10 +406,7 @@ Result Link::once(Query& query, const std::vector<Parameter>& parameters) {
     return result;
 }
 
-void Link::undoStatement() {
-    const Result undone(library().exec(connection_.get(), Undo.c_str()));
-    require(undone.get());
-}
+void Link::undoStatement() { require(exec(Undo).get()); }
 
 Result Link::run(Query& query, const std::vector<Parameter>& parameters) {
     constexpr std::size_t ManyReleased = 20;
@@ -370,13 +427,13 @@ Result Link::run(Query& query, const std::vector<Parameter>& parameters) {
         const bool wasInUnit = inUnit_;
         lose();
         if (wasInUnit) {
-            raiseLost(source_, "The change that was under way was undone as a whole.");
+            raiseGone("The change that was under way was undone as a whole.");
         }
         if (query.writes) {
-            raiseLost(source_, "Please look whether the change was made before you make it again.");
+            raiseGone("Please look whether the change was made before you make it again.");
         }
-        if (isConnecting_) {
-            raiseLost(source_, "Nothing was read.");
+        if (isConnecting_ || isGivenUp_) {
+            raiseGone("Nothing was read.");
         }
         connect();
         result = once(query, parameters);
@@ -407,6 +464,9 @@ void Link::begin() {
     Result taken = exchange(commands, 1);
     if (isLost(connection_.get(), taken.get())) {
         lose();
+        if (isGivenUp_) {
+            raiseGone(NothingChanged);
+        }
         connect();
         taken = exchange(commands, 1);
     }
@@ -442,19 +502,18 @@ std::string Link::fateOf(const std::string& unit) {
 }
 
 void Link::commit() {
-    const Result answer(library().exec(connection_.get(), "COMMIT"));
     const std::string unit = std::exchange(unit_, {});
     inUnit_ = false;
+    const Result answer = exec("COMMIT");
     if (isLost(connection_.get(), answer.get())) {
         lose();
-        const std::string fate = unit.empty() ? "" : fateOf(unit);
+        const std::string fate = unit.empty() || isGivenUp_ ? "" : fateOf(unit);
         if (fate == "committed") {
             return;
         }
-        raiseLost(source_, fate == "aborted"
-                               ? "The change that was under way was undone as a whole."
-                               : "Please look whether the change was made before you make it "
-                                 "again.");
+        raiseGone(fate == "aborted" ? "The change that was under way was undone as a whole."
+                                    : "Please look whether the change was made before you make it "
+                                      "again.");
     }
     require(answer.get());
     if (std::string_view(library().commandStatus(answer.get())) != "COMMIT") {
@@ -464,7 +523,7 @@ void Link::commit() {
 
 void Link::rollback() {
     inUnit_ = false;
-    const Result answer(library().exec(connection_.get(), "ROLLBACK"));
+    const Result answer = exec("ROLLBACK");
     if (isLost(connection_.get(), answer.get())) {
         lose();  // and the server has undone it by itself
         return;

@@ -12,6 +12,7 @@
 #include "platform/store/base/database.h"
 #include "platform/store/base/location.h"
 #include "platform/store/postgres/faults.h"
+#include "platform/store/postgres/waiting.h"
 
 namespace store::postgres {
 
@@ -83,6 +84,8 @@ public:
     /// Forgets a prepared statement.
     void release(const Query& query);
 
+    /// Sends statements as they are; the answer to the last one, or to the first that failed.
+    Result exec(const std::string& statements);
     /// The connection itself, for copying into a table.
     [[nodiscard]] PGconn* handle() const { return connection_.get(); }
     /// Raises what an answer stands for unless it is a good one.
@@ -95,27 +98,29 @@ private:
         const std::string* name = nullptr;  ///< of a Prepare
         const std::vector<Parameter>* parameters = nullptr;
     };
-    struct Finish {
-        void operator()(PGconn* connection) const { library().finish(connection); }
-    };
-
     void connect();
     void applySettings();
     void requireFile();
     void takePlace();
     [[nodiscard]] std::vector<std::string> settings() const;
     [[nodiscard]] Result exchange(std::span<const Command> commands, std::size_t wanted);
-    [[nodiscard]] Result exchangeOne(const Command& command) const;
+    /// The next answer; null where the user did not wait for it.
+    [[nodiscard]] Result answer();
+    [[nodiscard]] Result lastAnswer();
+    [[nodiscard]] bool waits();
+    void startAsking();
     [[nodiscard]] bool send(const Command& command) const;
     [[nodiscard]] Result once(Query& query, const std::vector<Parameter>& parameters);
     void undoStatement();
     void lose();
+    /// Raises Lost, or GivenUp where the user gave up.
+    [[noreturn]] void raiseGone(const std::string& what);
     [[nodiscard]] std::string fateOf(const std::string& unit);
 
     ServerPath place_;
     Source source_;
     Sharing sharing_;
-    std::unique_ptr<PGconn, Finish> connection_;
+    Connection connection_;
     std::uint64_t generation_ = 0;
     std::uint64_t names_ = 0;
     std::vector<std::string> files_;
@@ -124,6 +129,9 @@ private:
     Durability durability_ = Durability::PowerCut;
     bool isUp_ = false;
     bool isConnecting_ = false;
+    bool isWaiting_ = false;
+    bool isCancelled_ = false;
+    bool isGivenUp_ = false;  ///< the user waited no longer, the connection is of no use any more
     bool inUnit_ = false;
     std::string unit_;  ///< the server's number of the unit
     std::int64_t changedRows_ = 0;

@@ -1,9 +1,13 @@
 // The store on a database server: what a file does, and what only a server can do to a program.
 
+#include <csignal>
+#include <functional>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "plainfile.h"
+#include "platform/base/ports.h"
 #include "platform/store/base/copying.h"
 #include "platform/store/base/database.h"
 #include "platform/store/base/location.h"
@@ -192,6 +196,71 @@ TEST_F(Server, ConnectsAnewAfterTheConnectionWasLost) {
                 }).what(),
                 HasSubstr("undone as a whole"));
     EXPECT_EQ(cell("SELECT string_agg(\"RUN\", ',' ORDER BY \"ID\") FROM \"STOPS\""), "R1,R3");
+}
+
+/// A user who gives up as soon as a wait is told.
+class Impatience {
+public:
+    Impatience() {
+        base::ports().waitBox = [](const std::string&) { return std::make_unique<Box>(); };
+    }
+    ~Impatience() { base::ports().waitBox = former_; }
+    Impatience(const Impatience&) = delete;
+    Impatience& operator=(const Impatience&) = delete;
+
+private:
+    struct Box : base::WaitBox {
+        bool goesOn() override { return false; }
+    };
+    decltype(base::Ports::waitBox) former_ = base::ports().waitBox;
+};
+
+/// A program of the server's that hangs.
+class Hanging {
+public:
+    explicit Hanging(const std::string& program) : program_(std::stoi(program)) {
+        kill(program_, SIGSTOP);
+    }
+    ~Hanging() { kill(program_, SIGCONT); }
+    Hanging(const Hanging&) = delete;
+    Hanging& operator=(const Hanging&) = delete;
+
+private:
+    pid_t program_;
+};
+
+TEST_F(Server, ThatHangsIsWaitedForAsLongAsTheUserLikes) {
+    const std::string master = tell("SELECT split_part(pg_read_file('postmaster.pid'), E'\\n', 1)");
+    const auto backend = [&] { return cell("SELECT pg_backend_pid()"); };
+    const Impatience impatience;
+    const auto givenUp = [&](const std::string& program, const std::function<void()>& act) {
+        const Hanging hanging(program);
+        const auto error = refusalOf([&] {
+            act();
+            return 0;
+        });
+        EXPECT_EQ(error.fault(), Fault::GivenUp);
+        EXPECT_FALSE(database->inTransaction());
+        return std::string(error.what());
+    };
+    EXPECT_THAT(givenUp(backend(), [&] { return cell("SELECT 1"); }),
+                HasSubstr("Nothing was read"));
+    EXPECT_THAT(givenUp(backend(), [&] { insert("R0", 0); }), HasSubstr("Please look whether"));
+    EXPECT_THAT(givenUp(master, [&] { store::open(path); }), HasSubstr("Nothing was changed"));
+    database->execute("DELETE FROM STOPS");
+    database->begin();
+    insert("R1", 1);
+    EXPECT_THAT(givenUp(backend(), [&] { insert("R2", 2); }), HasSubstr("undone as a whole"));
+    database->begin();
+    EXPECT_THAT(givenUp(backend(), [&] { database->commit(); }), HasSubstr("Please look whether"));
+    EXPECT_EQ(cell("SELECT count(*) FROM STOPS"), "0");
+
+    const std::string same = backend();
+    EXPECT_THAT(
+        refusalOf([&] { return database->execute("DO 'BEGIN PERFORM pg_sleep(60); END'"); }).what(),
+        HasSubstr("Nothing was changed"))
+        << "a server that is only slow leaves off";
+    EXPECT_EQ(backend(), same);
 }
 
 TEST_F(Server, ReadsVeryManyRowsInBlocksAndNoneTwiceOrNever) {
