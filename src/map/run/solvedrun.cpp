@@ -152,9 +152,7 @@ MappedRun inOrder(const MappedRun& run, std::span<const std::size_t> order) {
 }
 
 std::optional<MappedRun> withStopMoved(const MappedRun& run, std::size_t stop, std::size_t before) {
-    const auto kind = run.stops[stop].kind;
-    if (kind == StopKind::School || kind == StopKind::Garage || before == stop ||
-        before == stop + 1) {
+    if (isFixed(run.stops[stop]) || before == stop || before == stop + 1) {
         return std::nullopt;
     }
     MappedRun changed = run;

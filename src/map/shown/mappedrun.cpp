@@ -191,6 +191,10 @@ std::vector<MappedRun> readRuns(ado::Connection& routing, const std::string& con
 
 }  // namespace
 
+bool isFixed(const MappedStop& stop) {
+    return stop.kind == StopKind::School || stop.kind == StopKind::Garage;
+}
+
 int MappedRun::passengers() const {
     int sum = 0;
     for (const auto& stop : stops) {
@@ -237,13 +241,14 @@ std::string ridersAt(const MappedRun& run, const MappedStop& stop) {
                                     : (stop.students == 1 ? "leaves" : "leave"));
 }
 
-std::string spokenStop(const MappedRun& run, std::size_t stop) {
+std::string spokenStop(const MappedRun& run, std::size_t stop, const std::string& side) {
     const auto& at = run.stops[stop];
     const int number = run.numberOf(stop);
     std::string text = number == 0
                            ? at.name
                            : fmt::format("Stop {} of {}, {}", number, run.numberedStops(), at.name);
     text += at.time ? ", " + at.time->hhmm() : "";
+    text += number == 0 || side.empty() ? "" : ", " + side;
     text += number == 0 ? "" : ", " + ridersAt(run, at);
     return text + (at.isPlaced ? "" : ", not on the map");
 }
@@ -251,6 +256,12 @@ std::string spokenStop(const MappedRun& run, std::size_t stop) {
 std::optional<MappedRun> readMappedRun(ado::Connection& routing, const std::string& run) {
     auto runs = readRuns(routing, fmt::format("RUN.RUN='{}'", ado::escaped(run)), "RUN.RUN");
     return runs.empty() ? std::nullopt : std::optional(std::move(runs.front()));
+}
+
+double longestRide(ado::Connection& routing) {
+    ado::Recordset district;
+    district.Open("SELECT District.MaxRideTime FROM District", routing);
+    return district.Eof() ? 0 : numberOf(district["MaxRideTime"]);
 }
 
 std::vector<MappedRun> readRunsOfSchool(ado::Connection& routing, const MappedRun& like) {

@@ -33,6 +33,9 @@ struct MappedStop {
     std::optional<base::Date> time = {};  ///< of day
 };
 
+/// Schools and garages keep their place in the order.
+[[nodiscard]] bool isFixed(const MappedStop& stop);
+
 /// A place that a run is about but does not stop at.
 struct MappedPlace {
     std::string name = {};
@@ -82,13 +85,17 @@ struct MappedRun {
 [[nodiscard]] std::string subjectOf(const MappedRun& run);
 /// "6 board": who boards or leaves there.
 [[nodiscard]] std::string ridersAt(const MappedRun& run, const MappedStop& stop);
-/// "Stop 4 of 10, North Broadway, 07:46 AM, 4 board": the stop for those who do not see the map.
-[[nodiscard]] std::string spokenStop(const MappedRun& run, std::size_t stop);
+/// "Stop 4 of 10, North Broadway, 07:46 AM, north side, 4 board": the stop for those who do not see
+/// the map; the side where it is known.
+[[nodiscard]] std::string spokenStop(const MappedRun& run, std::size_t stop,
+                                     const std::string& side = {});
 
 /// The run with that id as it is stored now; nothing where there is none. Raises what the
 /// connection raises.
 [[nodiscard]] std::optional<MappedRun> readMappedRun(ado::Connection& routing,
                                                      const std::string& run);
+/// The longest ride that the district allows, in minutes; 0 for none.
+[[nodiscard]] double longestRide(ado::Connection& routing);
 /// The runs of that run's school with its trip type, by id.
 [[nodiscard]] std::vector<MappedRun> readRunsOfSchool(ado::Connection& routing,
                                                       const MappedRun& like);

@@ -103,7 +103,7 @@ DrawnStop drawnStop(const ShownRun& shown, std::size_t index, std::size_t chosen
     drawn.at = stop.at;
     drawn.number = std::to_string(shown.run.numberOf(index));
     drawn.isChosen = index == chosen;
-    drawn.isWarned = findingAt(shown.run, stop) != nullptr;
+    drawn.showsBus = drawn.isChosen;
     if (!shown.way.drawn.empty()) {
         const auto& solved = shown.way.drawn[index];
         drawn.heading = headingAtEnd(solved.way.line);
@@ -131,6 +131,7 @@ DrawnRun drawnRun(const ShownRun& shown, std::size_t chosenStop) {
     for (std::size_t i = 0; i < shown.run.stops.size(); ++i) {
         if (isDrawn(shown.run.stops[i])) {
             drawn.stops.push_back(drawnStop(shown, i, chosenStop));
+            drawn.stops.back().isWarned = troubleAt(shown.way.troubles, i) != nullptr;
         }
     }
     return drawn;
@@ -254,6 +255,7 @@ RunWay wayOf(const streets::Network& network, const MappedRun& run) {
                .empty = emptyLegOf(network, run),
                .sides = network.hasSides()};
     way.drawn = way.isKnown() ? way.solution.stops : wayOfPlaced(network, run, way.solution);
+    way.troubles = troublesOf(run, way);
     return way;
 }
 
@@ -337,16 +339,19 @@ std::vector<std::vector<geo::Feet>> linesOf(const RunWay& way) {
     return lines;
 }
 
-const RunFinding* findingAt(const MappedRun& run, const MappedStop& stop) {
-    const auto names = [&](const RunFinding& finding) {
-        const auto named = finding.text.find("StopID: " + stop.stopId);
-        const auto behind = named + 8 + stop.stopId.size();
-        return !stop.stopId.empty() && named != std::string::npos &&
-               (behind == finding.text.size() || finding.text[behind] == ' ' ||
-                finding.text[behind] == '.' || finding.text[behind] == ',');
-    };
-    const auto found = std::ranges::find_if(run.findings, names);
-    return found == run.findings.end() ? nullptr : &*found;
+bool names(const RunFinding& finding, const MappedStop& stop) {
+    const auto named = finding.text.find("StopID: " + stop.stopId);
+    const auto behind = named + 8 + stop.stopId.size();
+    return !stop.stopId.empty() && named != std::string::npos &&
+           (behind == finding.text.size() || finding.text[behind] == ' ' ||
+            finding.text[behind] == '.' || finding.text[behind] == ',');
+}
+
+std::string spokenStop(const ShownRun& shown, std::size_t stop) {
+    const bool isKnown = stop < shown.way.drawn.size();
+    return spokenStop(
+        shown.run, stop,
+        isKnown ? sideOf(shown.run.stops[stop], shown.way.drawn[stop].halt, shown.way.sides) : "");
 }
 
 std::string sideOf(const MappedStop& stop, const std::optional<streets::Halt>& halt, bool sides) {

@@ -9,6 +9,7 @@
 #include "map/drawing/scene.h"
 #include "map/shown/comparison.h"
 #include "map/shown/mappedrun.h"
+#include "map/shown/troubles.h"
 #include "streets/network/network.h"
 #include "streets/solve/solve.h"
 
@@ -23,11 +24,12 @@ struct RunWay {
     /// What is drawn: the solution's, or where it lacks but stops without a place, those of the
     /// rest. One for each stop of the run; empty where there is nothing to draw.
     std::vector<streets::SolvedStop> drawn = {};
-    /// Between the garage and the run's first stop on a run to school, from its last one on a run
-    /// home.
+    /// Between the garage and the run's first stop on a run to school, from its last one on a
+    /// run home.
     std::optional<streets::Leg> empty = {};
 
     bool sides = false;  ///< the sides of streets count
+    std::vector<Trouble> troubles = {};
 
     [[nodiscard]] bool isKnown() const {
         return solution.unserved.empty() && !solution.stops.empty();
@@ -43,11 +45,8 @@ struct ShownRun {
     bool isShown = true;
 };
 
-/// None of the stops.
-inline constexpr std::size_t NoStop = static_cast<std::size_t>(-1);
-
-/// What of a scene is to be seen at first: its runs, and the garage unless it lies so far away that
-/// they would become small.
+/// What of a scene is to be seen at first: its runs, and the garage unless it lies so far away
+/// that they would become small.
 [[nodiscard]] streets::Box firstSight(const Scene& scene);
 
 /// Whether a scene of the run has it among its stops: neither school, garage nor turn point, and
@@ -66,8 +65,10 @@ inline constexpr std::size_t NoStop = static_cast<std::size_t>(-1);
 /// The lines that a run drives, leg by leg.
 [[nodiscard]] std::vector<std::vector<geo::Feet>> linesOf(const RunWay& way);
 
-/// The finding that names a stop; null where none does.
-[[nodiscard]] const RunFinding* findingAt(const MappedRun& run, const MappedStop& stop);
+/// Whether a finding is about a stop.
+[[nodiscard]] bool names(const RunFinding& finding, const MappedStop& stop);
+/// The stop for those who do not see the map, with its side.
+[[nodiscard]] std::string spokenStop(const ShownRun& shown, std::size_t stop);
 /// "east side": where the stop lies from the middle of its street; "" where sides do not count.
 [[nodiscard]] std::string sideOf(const MappedStop& stop, const std::optional<streets::Halt>& halt,
                                  bool sides);

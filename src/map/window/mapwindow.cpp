@@ -2,6 +2,7 @@
 
 #include <QMenu>
 #include <QShortcut>
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -9,6 +10,7 @@
 
 #include "map/run/solvedrun.h"
 #include "map/shown/districtground.h"
+#include "map/window/cures.h"
 #include "map/window/mapview_access.h"
 #include "platform/base/ports.h"
 #include "platform/controls/access.h"
@@ -27,8 +29,8 @@ using controls::toQt;
 
 constexpr auto Form_ = "MapWindow";
 constexpr auto AskKey = "MapWindow/AskFirst";
-constexpr std::size_t MostPlaces = 10;
-constexpr double StopView = 1;  ///< feet a pixel
+constexpr int WaitingTurn = 20;  ///< milliseconds
+constexpr double StopView = 1;   ///< feet a pixel
 
 // What the map needs beside the panel, in pixels: its signs do not grow with the font.
 constexpr int LeastBesidePanel = 728;
@@ -44,11 +46,15 @@ constexpr auto NotSavedTitle = "Not Saved";
 MapWindow::MapWindow(MapDistrict district)
     : TrappedForm(Form_, nullptr, startup::AfterError::FormStays),
       ui_(std::make_unique<Ui::MapWindow>()),
-      district_(std::move(district)) {
+      district_(std::move(district)),
+      drivenOn_(district_.streets),
+      waiting_(new QTimer(this)) {
     controls::makeAccessible<MapView, MapAccess>();
     ui_->setupUi(this);
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     ui_->Streets->setGround(groundOf(district_.streets));
+    waiting_->setInterval(WaitingTurn);
+    on(waiting_, &QTimer::timeout, "Waiting_Timer", &MapWindow::Waiting_Timer);
     wireControls();
     wireMap();
     wireStops();
@@ -182,8 +188,9 @@ bool MapWindow::read(const std::string& run) {
         return false;
     }
     stored_ = *stored;
+    drivenOn_ = district_.streets;
     shown_ = {.run = std::move(*stored)};
-    shown_.way = wayOf(district_.streets->network(), shown_.run);
+    shown_.way = wayOf(drivenOn_->network(), shown_.run);
     comparison_.reset();
     oldLines_ = linesOf(shown_.way);
     return true;
@@ -222,11 +229,18 @@ void MapWindow::askNext() {
         runs_.clear();
         if (read(asked_.front().run) && shown_.way.isKnown()) {
             chosenStop_ = NoStop;
-            comparison_ = compare(shown_.run, shown_.way.solution);
+            compareShown();
             return show(View::Compared);
         }
         answerAsked(Decision::Kept);
     }
+}
+
+/// What was found of the run as it is stored says nothing of the new way.
+void MapWindow::compareShown() {
+    std::erase_if(shown_.way.troubles,
+                  [](const Trouble& trouble) { return trouble.kind == Trouble::Kind::Finding; });
+    comparison_ = compare(shown_.run, shown_.way.solution);
 }
 
 void MapWindow::answerAsked(Decision decision) {
@@ -269,6 +283,7 @@ void MapWindow::show(View view) {
     setWindowTitle(view == View::Runs      ? tr("Map - %1").arg(toQt(runsHeading_))
                    : view == View::Nothing ? tr("Map")
                                            : tr("Map - Run %1").arg(toQt(shown_.run.id)));
+    seekCures();
     showPanel();
     showScene(fits || chosenStop_ == NoStop);
     showButtons();
@@ -360,15 +375,45 @@ void MapWindow::showButtons() {
 /// In full, unless the panel is folded.
 void MapWindow::showTrouble() {
     const bool isTold = isOfOneRun() && view_ != View::Candidates;
-    const auto text = isTold ? troubleText(shown_, chosenStop_) : std::string();
+    const auto text =
+        isTold ? troubleText(shown_.way.troubles, cures_, chosenStop_) : std::string();
+    const bool isWarning =
+        chosenStop_ == NoStop || troubleAt(shown_.way.troubles, chosenStop_) != nullptr;
     ui_->Trouble->setVisible(!text.empty() && !ui_->Rows->isNarrow());
-    ui_->Trouble->say(controls::Tone::Look, controls::toRich(text), controls::Sign::Warning);
+    ui_->Trouble->say(isWarning ? controls::Tone::Look : controls::Tone::Plain,
+                      controls::toRich(text).replace(QLatin1Char('\n'), QLatin1String("<br>")),
+                      isWarning ? std::optional(controls::Sign::Warning) : std::nullopt);
+}
+
+/// What curing the troubles costs comes when it is worked out.
+void MapWindow::seekCures() {
+    curing_.giveUp();
+    cures_.clear();
+    if (!isOfOneRun() || shown_.way.troubles.empty() || view_ == View::Candidates) {
+        return;
+    }
+    curing_.ask([streets = drivenOn_, shown = shown_,
+                 longest = longestRide(district_.routing)](const std::stop_token& stop) {
+        return curesOf(streets->network(), shown, longest, stop);
+    });
+    waiting_->start();
+    Waiting_Timer();
+}
+
+void MapWindow::Waiting_Timer() {
+    if (auto cures = curing_.take()) {
+        cures_ = *std::move(cures);
+        showTrouble();
+    }
+    if (!curing_.isAsked()) {
+        waiting_->stop();
+    }
 }
 
 void MapWindow::tellStatus() {
     std::string text = std::exchange(news_, {});
     if (text.empty() && isOfOneRun() && chosenStop_ != NoStop) {
-        text = spokenStop(shown_.run, chosenStop_);
+        text = spokenStop(shown_, chosenStop_);
     }
     if (text.empty() && view_ == View::Runs) {
         const auto seen = std::ranges::count(runs_, true, &ShownRun::isShown);
@@ -497,8 +542,8 @@ QString MapWindow::toldOf(const Hit& hit) const {
         return view_ == View::Runs ? toQt(headingOf(runs_[hit.run].run)) : QString();
     }
     const auto stop = stopOf(hit);
-    const auto& run = view_ == View::Runs ? runs_[hit.run].run : shown_.run;
-    return stop == NoStop ? QString() : toQt(spokenStop(run, stop));
+    const auto& shown = view_ == View::Runs ? runs_[hit.run] : shown_;
+    return stop == NoStop ? QString() : toQt(spokenStop(shown, stop));
 }
 
 void MapWindow::activateRow(int row) {
@@ -541,7 +586,7 @@ void MapWindow::SolveIt_Click() {
         chosenStop_ = NoStop;
         return show(View::Run);
     }
-    comparison_ = compare(shown_.run, shown_.way.solution);
+    compareShown();
     show(View::Compared);
 }
 
@@ -635,7 +680,7 @@ void MapWindow::solveNext() {
         toSolve_.pop_front();
         if (read(run) && shown_.way.isKnown()) {
             news_ = fmt::format("{} more to solve{}", toSolve_.size(), left);
-            comparison_ = compare(shown_.run, shown_.way.solution);
+            compareShown();
             chosenStop_ = NoStop;
             return show(View::Compared);
         }

@@ -11,11 +11,14 @@
 #include "map/ground/camera.h"
 #include "map/run/mapsearch.h"
 #include "map/shown/runscene.h"
+#include "map/window/aside.h"
 #include "map/window/panelrows.h"
 #include "map/window/placing.h"
 #include "platform/ado/connection.h"
 #include "startup/forms/trappedform.h"
 #include "streets/district/districtstreets.h"
+
+class QTimer;
 
 namespace Ui {
 class MapWindow;
@@ -105,7 +108,10 @@ private:
     void showPanel();
     void showScene(bool fits);
     void showButtons();
+    void compareShown();
     void showTrouble();
+    void seekCures();
+    void Waiting_Timer();
     void tellStatus();
     void arrange();
     /// What is shown, for paper.
@@ -146,6 +152,10 @@ private:
     View view_ = View::Nothing;
     MappedRun stored_;  ///< what is shown, as it was read
     ShownRun shown_;
+    std::shared_ptr<const streets::DistrictStreets> drivenOn_;  ///< by the run that is shown
+    std::vector<std::string> cures_;  ///< of its troubles; empty until they are known
+    Aside<std::vector<std::string>> curing_;
+    QTimer* waiting_;  ///< for what is worked out aside
     std::size_t chosenStop_ = NoStop;
     std::optional<Comparison> comparison_;
     std::vector<Candidate> candidates_;  ///< for the chosen stop

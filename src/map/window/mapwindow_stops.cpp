@@ -22,17 +22,9 @@ namespace {
 
 using controls::toQt;
 
-double longestRide(ado::Connection& routing) {
-    ado::Recordset district;
-    district.Open("SELECT District.MaxRideTime FROM District", routing);
-    return district.Eof() ? 0 : numberOf(district["MaxRideTime"]);
-}
-
 std::vector<bool> fixedStops(const MappedRun& run) {
     std::vector<bool> fixed;
-    for (const auto& stop : run.stops) {
-        fixed.push_back(stop.kind == StopKind::School || stop.kind == StopKind::Garage);
-    }
+    std::ranges::transform(run.stops, std::back_inserter(fixed), isFixed);
     return fixed;
 }
 
@@ -54,7 +46,7 @@ void MapWindow::wireStops() {
     on(ui_->Streets, &MapView::stopDropped, "Streets_Drop", &MapWindow::dropStop);
     on(ui_->Streets, &MapView::stopPutBack, "Streets_PutBack", [this] {
         news_ = "The stop is where it was";
-        shown_ = {.run = stored_, .way = wayOf(district_.streets->network(), stored_)};
+        shown_ = {.run = stored_, .way = wayOf(drivenOn_->network(), stored_)};
         show(View::Run);
     });
     on(ui_->Streets, &MapView::menuAsked, "Streets_Menu", &MapWindow::showMenu);
@@ -67,10 +59,10 @@ void MapWindow::compareWith(ShownRun changed) {
         const auto& unserved = shown_.way.solution.unserved.front();
         news_ =
             streets::complaint(told.stops[unserved.stop], unserved.why) + " Nothing was changed";
-        shown_ = {.run = stored_, .way = wayOf(district_.streets->network(), stored_)};
+        shown_ = {.run = stored_, .way = wayOf(drivenOn_->network(), stored_)};
         return show(View::Run);
     }
-    comparison_ = compare(shown_.run, shown_.way.solution);
+    compareShown();
     chosenStop_ = NoStop;
     show(View::Compared);
 }
@@ -86,7 +78,7 @@ void MapWindow::dropRow(int row, int before) {
                            ? (before <= 0 ? 0 : stored_.stops.size())
                            : to->index;
     if (auto changed = withStopMoved(stored_, from->index, place)) {
-        auto way = wayOf(district_.streets->network(), *changed);
+        auto way = wayOf(drivenOn_->network(), *changed);
         compareWith({.run = std::move(*changed), .way = std::move(way)});
     }
 }
@@ -97,7 +89,7 @@ void MapWindow::dragStop(const Hit& hit, geo::Feet to) {
     if (stop == NoStop) {
         return;
     }
-    const auto dragged = candidateAt(*district_.streets, stored_, stop, to);
+    const auto dragged = candidateAt(*drivenOn_, stored_, stop, to);
     const int number = stored_.numberOf(stop);
     if (!dragged) {
         ui_->Status->setText(tr("Stop %1: no bus can serve it there").arg(number));
@@ -119,7 +111,7 @@ void MapWindow::dropStop(const Hit& hit, geo::Feet to) {
 
 void MapWindow::placeStop(std::size_t stop, geo::Feet at) {
     auto run = withStopAt(stored_, stop, at);
-    auto way = wayOf(district_.streets->network(), run);
+    auto way = wayOf(drivenOn_->network(), run);
     compareWith({.run = std::move(run), .way = std::move(way)});
     if (view_ == View::Compared) {
         chooseStop(stop);
@@ -152,7 +144,7 @@ void MapWindow::SuggestOrder_Click() {
         return tellStatus();
     }
     const auto found = streets::suggestOrder(
-        district_.streets->network(), runToSolve(stored_), fixedStops(stored_),
+        drivenOn_->network(), runToSolve(stored_), fixedStops(stored_),
         {.seats = stored_.seats.value_or(0), .rideMinutes = longestRide(district_.routing)});
     if (!found.unserved.empty() || std::ranges::is_sorted(found.suggested.stops)) {
         news_ = found.unserved.empty() ? "No quicker order was found"
@@ -160,7 +152,7 @@ void MapWindow::SuggestOrder_Click() {
         return show(View::Run);
     }
     auto changed = inOrder(stored_, found.suggested.stops);
-    auto way = wayOf(district_.streets->network(), changed);
+    auto way = wayOf(drivenOn_->network(), changed);
     news_ = suggestionText(found);
     compareWith({.run = std::move(changed), .way = std::move(way)});
 }
@@ -177,7 +169,7 @@ void MapWindow::PlaceIt_Click() {
 }
 
 void MapWindow::offerCandidates(const std::string& words) {
-    candidates_ = candidatesFor(*district_.streets, stored_, chosenStop_, words);
+    candidates_ = candidatesFor(*drivenOn_, stored_, chosenStop_, words);
     chosenCandidate_ = 0;
     if (candidates_.empty()) {
         news_ = fmt::format("No place was found for \"{}\"", words);
@@ -222,6 +214,9 @@ void MapWindow::driveOn(std::shared_ptr<const streets::DistrictStreets> streets)
     trap("driveOn", [&] {
         district_.streets = std::move(streets);
         ui_->Streets->setGround(groundOf(district_.streets));
+        if (view_ == View::Candidates) {
+            view_ = View::Run;
+        }
         if (view_ != View::Compared) {
             Reload();
         }

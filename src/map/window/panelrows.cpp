@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -48,9 +49,8 @@ std::string detailOf(const ShownRun& shown, std::size_t index) {
         return "not on the map";
     }
     auto text = ridersAt(shown.run, stop);
-    if (shown.way.isKnown()) {
-        const auto side =
-            sideOf(stop, shown.way.solution.stops[index].halt, shown.way.solution.sides);
+    if (index < shown.way.drawn.size()) {
+        const auto side = sideOf(stop, shown.way.drawn[index].halt, shown.way.sides);
         text += side.empty() ? "" : ", " + side;
     }
     return text;
@@ -63,20 +63,22 @@ Mark markOf(StopKind kind) {
 }
 
 PanelRow rowOf(const ShownRun& shown, std::size_t index) {
+    const auto& troubles = shown.way.troubles;
     const auto& run = shown.run;
     const auto& stop = run.stops[index];
-    const auto* finding = findingAt(run, stop);
+    const auto* trouble = stop.isPlaced ? troubleAt(troubles, index, true) : nullptr;
+    const bool isWarned = trouble != nullptr && troubleAt(troubles, index) != nullptr;
     const int number = run.numberOf(index);
+    const auto detail = detailOf(shown, index);
     PanelRow row{.mark = markOf(stop.kind),
                  .number = number == 0 ? "" : std::to_string(number),
                  .title = stop.name,
-                 .detail = finding != nullptr ? finding->type : detailOf(shown, index),
-                 .spoken = spokenStop(run, index),
-                 .isWarned = finding != nullptr || !stop.isPlaced,
+                 .detail = trouble != nullptr ? trouble->brief : detail,
+                 .spoken = spokenStop(shown, index),
+                 .isWarned = isWarned || !stop.isPlaced,
                  .index = index};
-    const auto detail = detailOf(shown, index);
     row.spoken += stop.kind == StopKind::Stop || detail.empty() ? "" : ", " + detail;
-    row.spoken += finding == nullptr ? "" : ", warning: " + finding->type;
+    row.spoken += trouble == nullptr ? "" : (isWarned ? ", warning: " : ", ") + trouble->brief;
     return row;
 }
 
@@ -211,22 +213,18 @@ Panel panelOf(std::span<const ShownRun> runs, const std::string& heading) {
     return panel;
 }
 
-std::string troubleText(const ShownRun& shown, std::size_t stop) {
+std::string troubleText(const std::vector<Trouble>& troubles, const std::vector<std::string>& cures,
+                        std::size_t stop) {
     std::string text;
-    const auto add = [&text](const std::string& sentence) {
-        text += (text.empty() ? "" : "\n") + sentence;
-    };
-    const auto told = runToSolve(shown.run);
-    for (const auto& unserved : shown.way.solution.unserved) {
-        if (stop == NoStop || stop == unserved.stop) {
-            add(streets::complaint(told.stops[unserved.stop], unserved.why));
+    std::set<std::string> told;
+    for (std::size_t i = 0; i < troubles.size(); ++i) {
+        const bool isTold = stop == NoStop ? !troubles[i].isRemark : troubles[i].stop == stop;
+        if (!isTold) {
+            continue;
         }
-    }
-    const auto* only = stop == NoStop ? nullptr : findingAt(shown.run, shown.run.stops[stop]);
-    for (const auto& finding : shown.run.findings) {
-        if (stop == NoStop || &finding == only) {
-            add(finding.type + ": " + finding.text);
-        }
+        text += (text.empty() ? "" : "\n") + troubles[i].text;
+        const auto cure = i < cures.size() ? cures[i] : std::string();
+        text += !cure.empty() && told.insert(cure).second ? " " + cure : "";
     }
     return text;
 }

@@ -8,6 +8,7 @@
 
 #include "map/shown/comparison.h"
 #include "map/shown/runscene.h"
+#include "map/shown/troubles.h"
 
 namespace map {
 
@@ -57,8 +58,10 @@ struct Panel {
 /// Several runs, a row each.
 [[nodiscard]] Panel panelOf(std::span<const ShownRun> runs, const std::string& heading);
 
-/// All that is wrong with the run and its way, a sentence each: what the validation has found, with
-/// what it is called, and stops that no bus can serve. For one stop where it is given.
-[[nodiscard]] std::string troubleText(const ShownRun& shown, std::size_t stop = NoStop);
+/// Troubles with what cures them, as far as that is known already, a line each: those of one stop,
+/// or all but remarks.
+[[nodiscard]] std::string troubleText(const std::vector<Trouble>& troubles,
+                                      const std::vector<std::string>& cures,
+                                      std::size_t stop = NoStop);
 
 }  // namespace map

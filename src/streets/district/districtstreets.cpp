@@ -91,10 +91,13 @@ ClosedPieces closedIn(const StreetMap& map, const std::string& path) {
                 "The list of closed streets names no street of the map: {}.", lineOf(street)));
         }
     }
-    std::ranges::sort(closed.pieces);
-    closed.pieces.erase(std::unique(closed.pieces.begin(), closed.pieces.end()),
-                        closed.pieces.end());
     return closed;
+}
+
+std::vector<std::uint32_t> onceEach(std::vector<std::uint32_t> pieces) {
+    std::ranges::sort(pieces);
+    pieces.erase(std::unique(pieces.begin(), pieces.end()), pieces.end());
+    return pieces;
 }
 
 }  // namespace
@@ -138,14 +141,26 @@ std::string textOf(const StreetSetting& setting) {
 DistrictStreets::DistrictStreets(std::unique_ptr<const Network> network, const Grid& grid)
     : network_(std::move(network)), grid_(grid) {}
 
-DistrictStreets::DistrictStreets(std::unique_ptr<const Network> network,
-                                 std::shared_ptr<const StreetMap> map,
+DistrictStreets::DistrictStreets(std::shared_ptr<const StreetMap> map, DrivingRules rules,
                                  std::vector<std::uint32_t> closed,
                                  std::vector<std::string> remarks)
     : map_(std::move(map)),
-      network_(std::move(network)),
-      closed_(std::move(closed)),
+      rules_(std::move(rules)),
+      closed_(onceEach(std::move(closed))),
+      network_(graphNetwork(map_, rules_, closed_)),
       remarks_(std::move(remarks)) {}
+
+std::shared_ptr<const DistrictStreets> DistrictStreets::with(const Detour& detour) const {
+    if (map_ == nullptr) {
+        return std::make_shared<const DistrictStreets>(gridNetwork(*grid_), *grid_);
+    }
+    auto rules = rules_;
+    rules.uTurnsAt.insert(rules.uTurnsAt.end(), detour.uTurns.begin(), detour.uTurns.end());
+    auto closed = closed_;
+    closed.insert(closed.end(), detour.avoided.begin(), detour.avoided.end());
+    return std::make_shared<const DistrictStreets>(map_, std::move(rules), std::move(closed),
+                                                   remarks_);
+}
 
 std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places) {
     const std::string settings =
@@ -154,7 +169,7 @@ std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places) {
     if (const auto* const grid = std::get_if<Grid>(&setting)) {
         return std::make_shared<const DistrictStreets>(gridNetwork(*grid), *grid);
     }
-    const DrivingRules rules = drivingRulesIn(settings);
+    DrivingRules rules = drivingRulesIn(settings);
     const std::string path = pathIn(places.folder, std::get<std::string>(setting));
     if (!files::exists(path)) {
         throw base::RunTimeError(
@@ -169,9 +184,8 @@ std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places) {
     if (const auto name = base::trim(places.closed); !name.empty()) {
         closed = closedIn(*map, pathIn(places.folder, name));
     }
-    auto network = graphNetwork(map, rules, closed.pieces);
-    return std::make_shared<const DistrictStreets>(
-        std::move(network), map, std::move(closed.pieces), std::move(closed.remarks));
+    return std::make_shared<const DistrictStreets>(map, std::move(rules), std::move(closed.pieces),
+                                                   std::move(closed.remarks));
 }
 
 }  // namespace streets

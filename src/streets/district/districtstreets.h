@@ -10,6 +10,7 @@
 #include "streets/base/streetmap.h"
 #include "streets/network/gridnetwork.h"
 #include "streets/network/network.h"
+#include "streets/rules/drivingrules.h"
 
 namespace streets {
 
@@ -32,28 +33,43 @@ struct StreetPlaces {
     std::string closed = {};  ///< the list of closed streets (see closedstreets.h); may be empty
 };
 
+/// What one run is solved with, beside what holds for its district.
+struct Detour {
+    std::vector<std::uint32_t> avoided = {};  ///< pieces that its bus keeps off
+    std::vector<std::uint32_t> uTurns = {};   ///< nodes where its bus may turn back
+
+    friend bool operator==(const Detour&, const Detour&) = default;
+};
+
 /// What a district drives on, opened once and then read by any thread.
 class DistrictStreets {
 public:
     DistrictStreets(std::unique_ptr<const Network> network, const Grid& grid);
-    DistrictStreets(std::unique_ptr<const Network> network, std::shared_ptr<const StreetMap> map,
+    /// A map by the rules, but for the closed pieces.
+    DistrictStreets(std::shared_ptr<const StreetMap> map, DrivingRules rules,
                     std::vector<std::uint32_t> closed, std::vector<std::string> remarks);
+
+    /// The same with a detour, which takes as long as opening does but for the file; a grid has
+    /// none and stays as it is.
+    [[nodiscard]] std::shared_ptr<const DistrictStreets> with(const Detour& detour) const;
 
     [[nodiscard]] const Network& network() const { return *network_; }
     /// Null where the district drives on a grid.
     [[nodiscard]] const StreetMap* map() const { return map_.get(); }
     /// Nothing where it drives on streets.
     [[nodiscard]] const std::optional<Grid>& grid() const { return grid_; }
-    /// Pieces that no bus drives because the list of closed streets names them; ascending.
+    /// Pieces that no bus drives because the list of closed streets or a detour names them;
+    /// ascending.
     [[nodiscard]] const std::vector<std::uint32_t>& closed() const { return closed_; }
     /// Sentences for the planner: lines of the list that name no street.
     [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
 
 private:
     std::shared_ptr<const StreetMap> map_;
-    std::unique_ptr<const Network> network_;  // reads the map
-    std::optional<Grid> grid_;
+    DrivingRules rules_;
     std::vector<std::uint32_t> closed_;
+    std::unique_ptr<const Network> network_;
+    std::optional<Grid> grid_;
     std::vector<std::string> remarks_;
 };
 

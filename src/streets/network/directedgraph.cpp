@@ -117,8 +117,8 @@ private:
             const bool mayTurn = rules_.turnsInDeadEnds || map_.nodes[node].turningCircle;
             return parts(rules_.turns.deadEnd, mayTurn ? 0 : NeverAtLiking);
         }
-        const bool mayTurn =
-            rules_.uTurns && !turnRules_.forbid(pieceOf(from), node, pieceOf(from));
+        const bool isAllowed = rules_.uTurns || std::ranges::count(rules_.uTurnsAt, node) > 0;
+        const bool mayTurn = isAllowed && !turnRules_.forbid(pieceOf(from), node, pieceOf(from));
         return mayTurn ? std::optional(parts(rules_.turns.uTurn, 0)) : std::nullopt;
     }
 

@@ -203,6 +203,7 @@ private:
         stretch.signal = node.signal;
         stretch.levelCrossing = node.levelCrossing;
         stretch.uTurn = pieceOf(before) == pieceOf(piece) && before != piece;
+        stretch.unwanted = stretch.uTurn && graph_.partsOf(before, piece).reluctance > 0;
     }
 
     std::shared_ptr<const StreetMap> map_;

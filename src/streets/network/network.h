@@ -38,6 +38,7 @@ struct Stretch {
     bool signal = false;
     bool levelCrossing = false;
     bool uTurn = false;
+    bool unwanted = false;  ///< a U-turn that the district's rules would not have
 };
 
 /// The way from one halt to the next one.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "streets/base/streetmap.h"
 
@@ -32,6 +34,8 @@ struct DrivingRules {
     std::array<double, StreetClasses> milesPerHour{55, 45, 35, 32, 28, 25, 20, 25, 10, 0};
     TurnSeconds turns = {};
     bool uTurns = false;
+    std::vector<std::uint32_t> uTurnsAt =
+        {};  ///< nodes of the map where they are allowed at any rate
     /// Otherwise a stop that lies in one is still served, and told.
     bool turnsInDeadEnds = true;
     bool alleys = true;           ///< service streets may be driven

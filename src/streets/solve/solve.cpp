@@ -19,8 +19,7 @@ constexpr double FeetPerMile = 5280;
 double milesOf(double feet) { return std::round(feet / FeetPerMile * 100) / 100; }
 
 bool turnsInDeadEnd(const Leg& way) {
-    return std::ranges::any_of(
-        way.stretches, [](const Stretch& stretch) { return stretch.uTurn && stretch.others == 0; });
+    return std::ranges::any_of(way.stretches, &Stretch::unwanted);
 }
 
 class Solver {

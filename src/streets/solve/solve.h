@@ -62,8 +62,9 @@ struct Unserved {
 /// A solved run. Where a stop is unserved, nothing else is told.
 struct Solution {
     std::vector<Unserved> unserved = {};
-    std::vector<std::size_t> deadEnds = {};  ///< stops on whose way the bus turns in a dead end
-    std::vector<SolvedStop> stops = {};      ///< one for each of the run
+    /// Stops on whose way the bus turns in a dead end where the rules would not have it.
+    std::vector<std::size_t> deadEnds = {};
+    std::vector<SolvedStop> stops = {};  ///< one for each of the run
     std::vector<DirectionLine> directions = {};
     base::Date start = {};
     base::Date end = {};

@@ -180,8 +180,9 @@ TEST_F(MapWindowForm, AStopThatIsDraggedIsSavedWithItsRunOrPutBack) {
 }
 
 TEST_F(MapWindowForm, AStopWithoutAPlaceGetsOneOfThoseFound) {
-    byOthers("UPDATE STOP SET XPOS=0, YPOS=NULL, ADDR1='1st Street at 2nd Avenue' WHERE "
-             "STOPID='MILE-1B'");
+    byOthers(
+        "UPDATE STOP SET XPOS=0, YPOS=NULL, ADDR1='1st Street at 2nd Avenue' WHERE "
+        "STOPID='MILE-1B'");
     window().Reload();
     EXPECT_FALSE(isShown("PlaceIt"));
     emit rowList().rowChosen(1);
