@@ -1,12 +1,14 @@
 #include "tools/district/backup/archive.h"
 
 #include <QCryptographicHash>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <utility>
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -14,6 +16,8 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "data/schema/schema.h"
+#include "platform/base/text.h"
 #include "tools/district/archive/archivereader.h"
 #include "tools/district/base/refuse.h"
 
@@ -113,6 +117,37 @@ std::string textOf(ArchiveReader& reader) {
 }
 
 }  // namespace
+
+std::optional<fs::path> nameInArchive(const Folders& folders, const fs::path& file) {
+    std::size_t longest = 0;
+    fs::path name;
+    const Folders layout;
+    for (const auto& [from, to] : {std::pair{folders.data(), layout.data()},
+                                   {folders.programs(), layout.programs()},
+                                   {folders.common(), layout.common()}}) {
+        const fs::path below = file.lexically_relative(from);
+        if (!below.empty() && *below.begin() != ".." && from.native().size() > longest) {
+            longest = from.native().size();
+            name = to / below;
+        }
+    }
+    return isNameBeside(name) ? std::optional(name) : std::nullopt;
+}
+
+bool isNameBeside(const fs::path& name) {
+    const Folders layout;
+    const bool isBelow =
+        !name.empty() &&
+        std::ranges::any_of(std::array{layout.data(), layout.programs(), layout.common()},
+                            [&](const fs::path& folder) { return *name.begin() == folder; });
+    const std::string file = name.filename().string();
+    const bool isDatabases = std::ranges::any_of(data::AllDatabaseFiles, [&](auto one) {
+        const std::string_view database = data::fileName(one);
+        return base::equalsNoCase(file.substr(0, database.size()), database);
+    });
+    return isBelow && !isDatabases && name.has_filename() && name != *name.begin() &&
+           name == name.lexically_normal();
+}
 
 ArchiveWriter::ArchiveWriter(int file)
     : archive_(archive_write_new(), [](archive* one) { archive_write_free(one); }) {

@@ -4,15 +4,26 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "tools/district/base/folders.h"
 
 struct archive;
 
 namespace tools::district {
 
-/// The settings in an archive; the database files stand as below a district's folder.
+/// The settings in an archive; all other files stand as below a district's folder.
 inline constexpr const char* SettingsInArchive = "vireo/route.ini";
+
+/// Where a file of a district stands in an archive: "data/town.streets". Nothing for one that lies
+/// outside its folders, or goes with a database.
+[[nodiscard]] std::optional<std::filesystem::path> nameInArchive(const Folders& folders,
+                                                                 const std::filesystem::path& file);
+
+/// Whether nameInArchive() gives such names.
+[[nodiscard]] bool isNameBeside(const std::filesystem::path& name);
 
 /// Told of the bytes that were read since it was last told; may raise to give up.
 using BytesRead = std::function<void(std::int64_t bytes)>;

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <ctime>
 #include <memory>
+#include <system_error>
 
 #include <fcntl.h>
 #include <fmt/chrono.h>
@@ -14,10 +15,11 @@
 #include <unistd.h>
 
 #include "platform/files/files.h"
-#include "platform/store/open/standstill.h"
 #include "platform/store/open/open.h"
+#include "platform/store/open/standstill.h"
 #include "tools/district/backup/archive.h"
 #include "tools/district/base/refuse.h"
+#include "tools/district/place/streetsof.h"
 
 namespace tools::district {
 
@@ -148,26 +150,58 @@ void requireSound(const Folders& copies, Progress& progress) {
     }
 }
 
-std::int64_t sizeOf(const Folders& folders) {
-    std::int64_t size = 0;
+/// Where everything stands below the copies and in the archive.
+std::vector<fs::path> namesOf(const Folders& copies, const std::vector<fs::path>& beside) {
+    std::vector<fs::path> names;
+    names.reserve(data::AllDatabaseFiles.size() + beside.size());
     for (const DatabaseFile file : data::AllDatabaseFiles) {
-        size += static_cast<std::int64_t>(fs::file_size(folders.database(file)));
+        names.push_back(copies.database(file).lexically_relative(copies.root));
+    }
+    names.insert(names.end(), beside.begin(), beside.end());
+    return names;
+}
+
+/// Copies what belongs to the district beside its databases; where it stands below the copies.
+std::vector<fs::path> copyBeside(const Folders& from, const Folders& to,
+                                 std::vector<fs::path>& leftOut) {
+    std::vector<fs::path> names;
+    const auto routing = store::open(to.database(DatabaseFile::Routing).string());
+    for (const fs::path& file : filesBeside(from, *routing)) {
+        std::error_code error;
+        if (!fs::is_regular_file(file, error)) {
+            continue;
+        }
+        if (const auto name = nameInArchive(from, file)) {
+            fs::create_directories((to.root / *name).parent_path());
+            files::copy(file.string(), (to.root / *name).string());
+            names.push_back(*name);
+        } else {
+            leftOut.push_back(file);
+        }
+    }
+    return names;
+}
+
+std::int64_t sizeOf(const fs::path& root, const std::vector<fs::path>& names) {
+    std::int64_t size = 0;
+    for (const fs::path& name : names) {
+        size += static_cast<std::int64_t>(fs::file_size(root / name));
     }
     return size;
 }
 
-void pack(const Folders& copies, const fs::path& settings, int handle, Progress& progress) {
+void pack(const fs::path& root, const std::vector<fs::path>& names, const std::string& settings,
+          int handle, Progress& progress) {
     ArchiveWriter archive(handle);
-    const std::int64_t all = sizeOf(copies);
+    const std::int64_t all = sizeOf(root, names);
     std::int64_t done = 0;
     progress.begin("Packing", all);
-    for (const DatabaseFile file : data::AllDatabaseFiles) {
-        const fs::path path = copies.database(file);
-        archive.add(path.lexically_relative(copies.root).string(), path,
+    for (const fs::path& name : names) {
+        archive.add(name.string(), root / name,
                     [&](std::int64_t bytes) { progress.reach(done += bytes, all); });
     }
-    if (fs::exists(settings)) {
-        archive.addText(SettingsInArchive, files::read(settings.string()));
+    if (!settings.empty()) {
+        archive.addText(SettingsInArchive, settings);
     }
     archive.finish();
 }
@@ -198,9 +232,13 @@ BackupOutcome backUpDistrict(const BackupOptions& options, Progress& progress) {
     const FolderInTheMaking copies(options.folders.data().parent_path() / "backup-copies");
     copyFiles(options.folders, copies.folders(), progress);
     requireSound(copies.folders(), progress);
-    outcome.bytes = sizeOf(copies.folders());
+    const fs::path settings = options.folders.settings();
+    const std::string settingsText = fs::exists(settings) ? files::read(settings.string()) : "";
+    const auto names =
+        namesOf(copies.folders(), copyBeside(options.folders, copies.folders(), outcome.leftOut));
+    outcome.bytes = sizeOf(copies.folders().root, names);
     NewFile file(outcome.file);
-    pack(copies.folders(), options.folders.settings(), file.handle(), progress);
+    pack(copies.folders().root, names, settingsText, file.handle(), progress);
     file.finish();
     outcome.packedBytes = static_cast<std::int64_t>(fs::file_size(outcome.file));
     if (options.keep) {

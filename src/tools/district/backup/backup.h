@@ -21,13 +21,15 @@ struct BackupOptions {
 
 struct BackupOutcome {
     std::filesystem::path file;
-    std::int64_t bytes = 0;        ///< of the district
-    std::int64_t packedBytes = 0;  ///< of the archive
+    std::int64_t bytes = 0;                           ///< of the district
+    std::int64_t packedBytes = 0;                     ///< of the archive
+    std::vector<std::filesystem::path> leftOut = {};  ///< files that lie outside its folders
     std::vector<std::filesystem::path> removed = {};
 };
 
-/// Writes a district's six files as they are at one moment, and its settings, into an archive that
-/// only its owner reads, while planners work; they wait for milliseconds. The archive stands under
+/// Writes a district's six files as they are at one moment, its settings, and what belongs to it
+/// beside them (see filesBeside()) into an archive that only its owner reads, while planners work;
+/// they wait for milliseconds. The archive stands under
 /// its name whole or not at all. Back-ups that names tell apart by their digits alone are of one
 /// kind; the oldest of them are removed once the new one is there. Raises base::RunTimeError where
 /// a file of that name is there or the district is damaged, store::StoreError, Interrupted.

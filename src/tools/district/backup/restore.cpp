@@ -5,9 +5,12 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -23,6 +26,7 @@
 #include "tools/district/base/folders.h"
 #include "tools/district/base/openalone.h"
 #include "tools/district/base/refuse.h"
+#include "tools/district/place/centre.h"
 
 namespace tools::district {
 
@@ -74,32 +78,76 @@ std::vector<std::unique_ptr<store::Database>> shut(const Folders& folders) {
     return files;
 }
 
-void unpack(const fs::path& file, const Folders& making, Progress& progress) {
-    std::map<std::string, fs::path> targets{{SettingsInArchive, making.settings()}};
-    for (const DatabaseFile one : data::AllDatabaseFiles) {
-        const fs::path path = making.database(one);
-        targets[path.lexically_relative(making.root).string()] = path;
+/// Where each file of a back-up goes, as far as it is one of a district.
+class Targets {
+public:
+    explicit Targets(const Folders& making) : root_(making.root) {
+        wanted_[SettingsInArchive] = making.settings();
+        for (const DatabaseFile one : data::AllDatabaseFiles) {
+            const fs::path path = making.database(one);
+            wanted_[path.lexically_relative(root_).string()] = path;
+        }
     }
+
+    fs::path operator()(const std::string& name) {
+        if (const auto found = wanted_.find(name); found != wanted_.end()) {
+            return found->second;
+        }
+        if (!isNameBeside(name)) {
+            return {};
+        }
+        beside_.emplace_back(name);
+        fs::create_directories((root_ / name).parent_path());
+        return root_ / name;
+    }
+
+    void requireAll(const fs::path& archive) const {
+        for (const auto& [name, path] : wanted_) {
+            if (name != SettingsInArchive && !fs::exists(path)) {
+                refuse(fmt::format("{} holds no {}; it is no back-up of a district.",
+                                   archive.string(), name));
+            }
+        }
+    }
+
+    /// The names of those that are neither databases nor settings.
+    [[nodiscard]] const std::vector<fs::path>& beside() const { return beside_; }
+
+private:
+    fs::path root_;
+    std::map<std::string, fs::path> wanted_;
+    std::vector<fs::path> beside_;
+};
+
+std::vector<fs::path> unpack(const fs::path& file, const Folders& making, Progress& progress) {
     std::int64_t megabytes = 0;
     std::int64_t bytes = 0;
     progress.begin("Unpacking", 0);
-    const auto target = [&](const std::string& name) {
-        const auto found = targets.find(name);
-        return found == targets.end() ? fs::path() : found->second;
-    };
-    unpackArchive(file, target, [&](std::int64_t more) {
+    Targets targets(making);
+    unpackArchive(file, std::ref(targets), [&](std::int64_t more) {
         bytes += more;
         if (constexpr std::int64_t Megabyte = 1000000; bytes / Megabyte != megabytes) {
             megabytes = bytes / Megabyte;
             progress.begin(fmt::format("Unpacked {} MB", megabytes), 0);
         }
     });
-    for (const auto& [name, path] : targets) {
-        if (path != making.settings() && !fs::exists(path)) {
-            refuse(fmt::format("{} holds no {}; it is no back-up of a district.", file.string(),
-                               name));
+    targets.requireAll(file);
+    return targets.beside();
+}
+
+/// A street file that was named with a folder of the former district is one of the new one's.
+std::string withOwnStreets(const Folders& wanted, const std::string& settings) {
+    const std::string streets = ini::valueIn(settings, "District", "Streets", "");
+    for (const auto& [key, folder] : {std::pair{"datapath", wanted.data()},
+                                      {"progpath", wanted.programs()},
+                                      {"VIREOpath", wanted.common()}}) {
+        const std::string former = ini::valueIn(settings, "AppPaths", key, "");
+        if (former.starts_with('/') && streets.starts_with(former)) {
+            return withSetting(settings, "District", "Streets",
+                               (folder / streets.substr(former.size())).string());
         }
     }
+    return settings;
 }
 
 void nameOwnFolders(const FolderInTheMaking& making) {
@@ -109,7 +157,8 @@ void nameOwnFolders(const FolderInTheMaking& making) {
     if (ini::valueIn(text, "AppPaths", "datapath", "").empty()) {
         writeSettings(making.folders(), making.wanted());
     } else {
-        writePrivateFile(settings, settingsFor(making.wanted(), text));
+        const auto own = withOwnStreets(making.wanted(), text);
+        writePrivateFile(settings, settingsFor(making.wanted(), own));
     }
 }
 
@@ -136,18 +185,20 @@ void carryOver(const fs::directory_entry& entry, const fs::path& to) {
 }
 
 /// What a restored district brings with it.
-std::vector<fs::path> replacedFiles(const Folders& folders) {
+std::vector<fs::path> replacedFiles(const Folders& folders, const std::vector<fs::path>& beside) {
     std::vector<fs::path> files{folders.settings()};
     for (const DatabaseFile file : data::AllDatabaseFiles) {
-        for (const char* beside : Beside) {
-            files.emplace_back(folders.database(file).string() + beside);
+        for (const char* added : Beside) {
+            files.emplace_back(folders.database(file).string() + added);
         }
     }
+    std::ranges::transform(beside, std::back_inserter(files),
+                           [&](const fs::path& name) { return folders.root / name; });
     return files;
 }
 
-void carryOverAll(const Folders& from, const Folders& to) {
-    const auto replaced = replacedFiles(from);
+void carryOverAll(const Folders& from, const Folders& to, const std::vector<fs::path>& beside) {
+    const auto replaced = replacedFiles(from, beside);
     for (const auto& entry : fs::recursive_directory_iterator(from.root)) {
         const bool isShared =
             entry.path().string().ends_with("-shm");  // made anew by whoever opens
@@ -158,17 +209,23 @@ void carryOverAll(const Folders& from, const Folders& to) {
     for (const DatabaseFile file : data::AllDatabaseFiles) {
         makeLike(from.database(file), to.database(file));
     }
+    for (const fs::path& name : beside) {
+        const bool wasThere = fs::exists(from.root / name);
+        makeLike(wasThere ? from.root / name : from.database(DatabaseFile::Routing),
+                 to.root / name);
+    }
     makeLike(from.settings(), to.settings());
     makeLike(from.root, to.root);
 }
 
 /// Under a name that nothing has yet; of its owner only.
-std::string keepFormer(const Folders& from, const Folders& to) {
+std::string keepFormer(const Folders& from, const Folders& to,
+                       const std::vector<fs::path>& beside) {
     std::string name = fmt::format("backup-{:%Y-%m-%d-%H%M%S}", fmt::localtime(std::time(nullptr)));
     while (fs::exists(from.root / name)) {
         name += "-2";
     }
-    for (const fs::path& file : replacedFiles(from)) {
+    for (const fs::path& file : replacedFiles(from, beside)) {
         const fs::path kept = to.root / name / file.lexically_relative(from.root);
         fs::create_directories(kept.parent_path());
         if (fs::exists(file) && fs::file_size(file) > 0) {  // a log is empty mostly
@@ -197,12 +254,12 @@ std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& fo
     const auto former = districtIn(folder);
     const auto keptShut = former ? shut(*former) : decltype(shut(*former)){};
     FolderInTheMaking making(folder, former ? Place::Replaced : Place::Free);
-    unpack(file, making.folders(), progress);
+    const auto beside = unpack(file, making.folders(), progress);
     nameOwnFolders(making);
     std::optional<fs::path> kept;
     if (former) {
-        kept = making.wanted().root / keepFormer(*former, making.folders());
-        carryOverAll(*former, making.folders());
+        kept = making.wanted().root / keepFormer(*former, making.folders(), beside);
+        carryOverAll(*former, making.folders(), beside);
     }
     sync(making.folders().root);
     making.finish();

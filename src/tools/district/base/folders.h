@@ -32,6 +32,12 @@ struct Folders {
     /// Where what is kept beside the databases lies: with the programs where these are on a server.
     [[nodiscard]] std::filesystem::path files() const { return isOnServer() ? programs() : data(); }
     [[nodiscard]] std::filesystem::path reports() const { return files() / "RouteRpts"; }
+    /// The district's own addresses, as they were last given to its streets.
+    [[nodiscard]] std::filesystem::path addresses() const { return files() / "addresses.csv"; }
+    /// The list of empty travel that was worked out and not entered.
+    [[nodiscard]] std::filesystem::path computedTravel() const {
+        return files() / "computed-travel.csv";
+    }
     /// Whether the databases are on a server.
     [[nodiscard]] bool isOnServer() const;
     [[nodiscard]] std::filesystem::path settings() const { return root / "vireo" / "route.ini"; }

@@ -24,6 +24,10 @@ void checkKeys(store::Database& database, CheckReport& report, Progress& progres
 /// What the program counts on: sequences, bounds, single rows, figures that can be.
 void checkRules(store::Database& database, CheckReport& report, Progress& progress);
 
+/// What the district drives on, and its list of closed streets.
+void checkStreets(const Folders& folders, store::Database& database, CheckReport& report,
+                  Progress& progress);
+
 /// Runs a query whose rows are cases: the first column is the example, the second, if there is one,
 /// how many cases the row stands for.
 [[nodiscard]] CheckFinding findingOf(store::Database& database, std::string what,

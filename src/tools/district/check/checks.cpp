@@ -7,8 +7,8 @@
 
 #include "data/schema/version.h"
 #include "platform/store/base/database.h"
-#include "platform/store/open/standstill.h"
 #include "platform/store/open/open.h"
+#include "platform/store/open/standstill.h"
 #include "tools/district/check/checkparts.h"
 
 namespace tools::district {
@@ -129,6 +129,7 @@ CheckReport checkDistrict(const Folders& folders, Progress& progress) {
     try {
         beginReading(*database, folders);
         checkTables(*database, report, progress);
+        checkStreets(folders, *database, report, progress);
     } catch (const store::StoreError& error) {
         CheckFinding broken{.what = "Faults that ended the check"};
         broken.add(error.what());

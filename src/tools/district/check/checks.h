@@ -36,9 +36,9 @@ struct CheckReport {
     void add(CheckFinding finding);
 };
 
-/// Reads the whole of a district's files and says what breaks their keys, references and rules. A
-/// file that cannot be opened is a finding too; what depends on it is left out, and all tables of a
-/// district that is newer. Raises Interrupted.
+/// Reads the whole of a district's files and says what breaks their keys, references and rules, and
+/// whether its streets can be driven on. A file that cannot be opened is a finding too; what
+/// depends on it is left out, and all tables of a district that is newer. Raises Interrupted.
 [[nodiscard]] CheckReport checkDistrict(const Folders& folders, Progress& progress);
 
 }  // namespace tools::district

@@ -76,8 +76,9 @@ killed, it leaves each file as before or as after: run it again.
 Example: vireo-district upgrade ~/sample)";
 inline constexpr std::string_view BackupHelp = R"(write a district into one file while planners work
 
-Writes the six files as they are at one moment, and the settings, into the archive TARGET, or
-into the folder TARGET under the district's name and the date; tar --zstd takes it apart, too.
+Writes the six files as they are at one moment, the settings, and the streets, addresses and
+lists that belong to the district into the archive TARGET, or into the folder TARGET under the
+district's name and the date; tar --zstd takes it apart, too.
 --keep N removes the oldest of those whose names differ in their digits alone, and keeps N.
 Broken off or killed, it leaves no archive.
 

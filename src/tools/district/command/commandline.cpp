@@ -263,10 +263,15 @@ bool backUp(const Call& call) {
     call.tell("file", pathJson(made.file));
     call.tell("bytes", static_cast<qint64>(made.bytes));
     call.tell("packedBytes", static_cast<qint64>(made.packedBytes));
+    call.tell("leftOut", arrayOf(made.leftOut, [](const auto& file) { return pathJson(file); }));
     call.tell("removed", arrayOf(made.removed, [](const auto& older) { return pathJson(older); }));
     call.out << fmt::format("Backed up {} of {} as {} in {}.\n", megabytes(made.bytes),
                             options.folders.root.string(), megabytes(made.packedBytes),
                             made.file.string());
+    for (const auto& file : made.leftOut) {
+        call.out << fmt::format("Left out {}: it lies outside the district's folders.\n",
+                                file.string());
+    }
     for (const auto& older : made.removed) {
         call.out << fmt::format("Removed {}.\n", older.string());
     }

@@ -16,12 +16,12 @@
 #include "tools/district/deadhead/computedtravel.h"
 #include "tools/district/deadhead/neededways.h"
 #include "tools/district/export/snapshot.h"
+#include "tools/district/place/streetsof.h"
 
 namespace tools::district {
 
 namespace {
 
-constexpr const char* ComputedName = "computed-travel.csv";
 constexpr std::size_t RowsOfBatch = 2000;
 constexpr std::size_t FirstCases = 10;
 constexpr double FeetPerMile = 5280;
@@ -29,15 +29,6 @@ constexpr double FeetPerMile = 5280;
 /// The two ends of a way, whichever comes first.
 using Pair = std::pair<std::int64_t, std::int64_t>;
 Pair pairOf(const TravelWay& way) { return std::minmax({way.first, way.second}); }
-
-std::shared_ptr<const streets::DistrictStreets> openStreetsOf(const Folders& folders,
-                                                              store::Database& routing) {
-    const auto row = routing.prepare("SELECT GIS_CLOSEDSTREETFILENAME FROM District");
-    const std::string closed = row->step() ? std::string(row->text(0)) : "";
-    return streets::openStreets({.settings = folders.settings().string(),
-                                 .folder = folders.files().string(),
-                                 .closed = closed});
-}
 
 TravelRows readStored(store::Database& cross) {
     TravelRows rows;
@@ -76,7 +67,7 @@ public:
         needed_ = neededWays(routing, options.all);
         streets_ = openStreetsOf(options.folders, routing);
         stored_ = readStored(district_.database(data::DatabaseFile::DeadCross));
-        computed_ = readComputed(listPath());
+        computed_ = readComputed(options_.folders.computedTravel().string());
         report_.routes = needed_.routes;
         report_.open = streets_->remarks();
     }
@@ -88,10 +79,6 @@ public:
     }
 
 private:
-    [[nodiscard]] std::string listPath() const {
-        return (options_.folders.files() / ComputedName).string();
-    }
-
     /// How a pair stands in the table, where it does.
     [[nodiscard]] TravelRows::const_iterator storedAs(const Pair& pair) const {
         const auto found = stored_.find(pair);
@@ -208,7 +195,7 @@ private:
         }
         TravelRows listed = rows;
         listed.merge(TravelRows(computed_));
-        writeComputed(listPath(), listed);
+        writeComputed(options_.folders.computedTravel().string(), listed);
         const auto cross = store::open(database(data::DatabaseFile::DeadCross));
         std::vector<TravelRows::value_type> batch;
         progress_.begin("Writing", static_cast<std::int64_t>(rows.size()));

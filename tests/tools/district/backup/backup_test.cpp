@@ -8,11 +8,12 @@
 #include <gmock/gmock.h>
 
 #include "platform/base/error.h"
-#include "platform/store/open/standstill.h"
 #include "platform/store/open/open.h"
+#include "platform/store/open/standstill.h"
 #include "tools/district/backup/restore.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
+#include "tools/district/place/centre.h"
 
 namespace tools::district {
 
@@ -92,6 +93,48 @@ TEST_F(Backup, BringsEveryCellAndTheSettingsBackElsewhere) {
         " && mkdir x && tar --zstd -xf b.tar.zst -C x"
         " && cd x && b2sum --quiet --check B2SUMS && test $(wc -l < B2SUMS) = 7";
     EXPECT_EQ(std::system(unpack.c_str()), 0) << "other tools take it apart";
+}
+
+TEST_F(Backup, BringsWhatBelongsToTheDistrictBesideItsDatabases) {
+    const Folders folders = made_.folders();
+    const std::string outside = place_.write("outside.txt", "Oak Street");
+    const auto setClosed = [&](const std::string& table, const std::string& name,
+                               const std::string& where = "") {
+        made_.execute(DatabaseFile::Routing,
+                      "UPDATE " + table + " SET GIS_CLOSEDSTREETFILENAME = '" + name + "'" + where);
+    };
+    setClosed("RUN", outside);
+    setClosed("RUN", (folders.programs() / "mine.txt").string(),
+              " WHERE RUN = (SELECT MAX(RUN) FROM RUN)");
+    setClosed("District", "lists/closed.txt");
+    keepSetting(folders, "Streets", (folders.data() / "town.streets").string());
+    const std::vector<fs::path> names{"data/town.streets", "data/lists/closed.txt",
+                                      "data/addresses.csv", "data/computed-travel.csv",
+                                      "prog/mine.txt"};
+    fs::create_directory(folders.data() / "lists");
+    const auto write = [&](const std::string& text) {
+        for (const fs::path& name : names) {
+            writePrivateFile(folders.root / name, text + name.string());
+        }
+    };
+    write("as backed up: ");
+    Progress progress;
+    const auto outcome = backUpDistrict({.folders = folders, .target = at("b.tar.zst")}, progress);
+    EXPECT_THAT(outcome.leftOut, testing::ElementsAre(fs::path(outside)));
+    write("as they were: ");
+    fs::permissions(folders.root / names[0], fs::perms::group_read, fs::perm_options::add);
+    restore(outcome.file, at("new"));
+    const auto former = restore(outcome.file, folders.root).value();
+    for (const fs::path& name : names) {
+        for (const fs::path& root : {at("new"), folders.root}) {
+            EXPECT_EQ(support::contentsOf((root / name).string()),
+                      "as backed up: " + name.string());
+        }
+        EXPECT_EQ(support::contentsOf((former / name).string()), "as they were: " + name.string());
+    }
+    EXPECT_EQ(fs::status(folders.root / names[0]).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    EXPECT_THAT(faults(at("new")), HasSubstr("new/data/town.streets is no street file"));
 }
 
 TEST_F(Backup, KeepsTheNewestOfItsKind) {

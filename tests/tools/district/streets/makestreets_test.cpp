@@ -10,6 +10,7 @@
 #include "platform/geo/projection.h"
 #include "streets/district/districtstreets.h"
 #include "streets/file/streetfile.h"
+#include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 #include "tools/district/place/centre.h"
 
@@ -100,6 +101,22 @@ TEST_F(MakeStreets, WritesFileCentreAndSettingOnThePlaneOfTheStops) {
     // Now that the district keeps it, nobody need say it again, nor may say another one.
     EXPECT_EQ(make({}, {}).pieces, 4U);
     EXPECT_THAT(refusal(geo::Degrees{41, -83}), HasSubstr("keeps the centre"));
+}
+
+TEST_F(MakeStreets, AreLookedOverWithTheirClosedStreetsAndTheCentre) {
+    make();
+    const auto findings = [&] {
+        Progress progress;
+        return checkDistrict(made_.folders(), progress).text();
+    };
+    EXPECT_THAT(findings(), HasSubstr(": no fault."));
+    made_.execute(data::DatabaseFile::Routing,
+                  "UPDATE District SET GIS_CLOSEDSTREETFILENAME = 'closed.txt'");
+    EXPECT_THAT(findings(), HasSubstr("Closed streets that are driven nevertheless: 1"));
+    writePrivateFile(made_.folders().data() / "closed.txt", "Oak Street\n");
+    EXPECT_THAT(findings(), HasSubstr(": no fault."));
+    keepSetting(made_.folders(), "Centre", "41,-83,50000,70450");
+    EXPECT_THAT(findings(), HasSubstr("Streets that cannot be driven on: 1, such as The street"));
 }
 
 TEST_F(MakeStreets, KeepsTheAddressTableForTheNextTime) {
