@@ -1,7 +1,9 @@
 #include "tools/district/streets/makestreets.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -19,11 +21,13 @@ namespace tools::district {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr const char* FileName = "district.streets";
-constexpr const char* AddressName = "addresses.csv";
 constexpr double FeetPerMile = 5280;
 constexpr double FarFeet = 300;
 constexpr std::size_t FirstCases = 10;
+constexpr std::chrono::seconds OthersTake{30};  // to write their streets
 
 struct PlacedStop {
     std::string stop;
@@ -44,6 +48,17 @@ std::vector<PlacedStop> readStops(const Folders& folders) {
                          {rows->real(2), rows->real(3)}});
     }
     return stops;
+}
+
+/// What a killed program left of a file; nobody else writes it now.
+void removeDrafts(const fs::path& file) {
+    std::error_code error;
+    const std::string beginning = "." + file.filename().string() + ".";
+    for (const auto& entry : fs::directory_iterator(file.parent_path(), error)) {
+        if (entry.path().filename().string().starts_with(beginning)) {
+            fs::remove(entry.path(), error);
+        }
+    }
 }
 
 streets::Box boxOf(const std::vector<PlacedStop>& stops) {
@@ -138,11 +153,11 @@ private:
     }
 
     AddressTable readAddressTable() {
-        if (!options_.addresses && !files::exists(keptAddresses())) {
+        if (!options_.addresses && !files::exists(options_.folders.addresses().string())) {
             return {};
         }
         progress_.begin("Reading the addresses", 0);
-        return readAddresses(options_.addresses.value_or(keptAddresses()),
+        return readAddresses(options_.addresses.value_or(options_.folders.addresses().string()),
                              geo::Projection(*centre_));
     }
 
@@ -155,21 +170,20 @@ private:
         }
     }
 
-    [[nodiscard]] std::string keptAddresses() const {
-        return (options_.folders.files() / AddressName).string();
-    }
-
     void store(const streets::StreetMap& map) {
+        const files::FolderLock alone(options_.folders.files().string(), OthersTake);
         report_.file = options_.folders.files() / FileName;
+        removeDrafts(report_.file);
         streets::writeStreetFile(report_.file.string(), map);
         if (options_.addresses) {
-            files::write(keptAddresses(), files::read(options_.addresses->string()));
+            files::write(options_.folders.addresses().string(),
+                         files::read(options_.addresses->string()));
         }
         if (!keptCentre(options_.folders)) {
             keepCentre(options_.folders, *centre_);
         }
         keepSetting(options_.folders, "Streets", FileName);
-        report_.bytes = std::filesystem::file_size(report_.file);
+        report_.bytes = fs::file_size(report_.file);
     }
 
     void tell(const streets::StreetMap& map) {
