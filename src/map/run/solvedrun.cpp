@@ -79,39 +79,64 @@ void requireOrder(ado::Connection& routing, const MappedRun& run) {
     }
 }
 
-/// One after the other is put in front of the one in whose place it comes.
+/// Which of a run's stops have to be moved: all but the longest row of those that stand one behind
+/// the other already. `from` is where each stood.
+std::vector<bool> stopsToMove(const std::vector<std::size_t>& from) {
+    std::vector<std::size_t> length(from.size(), 1);
+    std::vector<std::size_t> before(from.size(), from.size());
+    std::size_t last = 0;
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (from[j] < from[i] && length[j] + 1 >= length[i]) {
+                length[i] = length[j] + 1;
+                before[i] = j;
+            }
+        }
+        last = length[i] > length[last] ? i : last;
+    }
+    std::vector<bool> moves(from.size(), true);
+    for (std::size_t i = last; i < from.size(); i = before[i]) {
+        moves[i] = false;
+    }
+    return moves;
+}
+
+/// As a planner would do it: no more moves than it takes, from the end on.
 void saveOrder(ado::Connection& routing, const MappedRun& stored, const MappedRun& changed,
                const std::string& user) {
     requireOrder(routing, stored);
-    auto keys = keysOf(stored);
+    const auto keys = keysOf(stored);
     const auto wanted = keysOf(changed);
+    std::vector<std::size_t> from;
+    std::ranges::transform(wanted, std::back_inserter(from), [&](std::int64_t key) {
+        return static_cast<std::size_t>(std::ranges::find(keys, key) - keys.begin());
+    });
     const stops::EditedRun edited{
         .run = stored.id, .tripType = stored.tripType, .user = user, .isMapped = true};
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        if (keys[i] == wanted[i]) {
-            continue;
-        }
-        const auto from =
-            std::find(keys.begin() + static_cast<std::ptrdiff_t>(i), keys.end(), wanted[i]);
+    const auto moves = stopsToMove(from);
+    for (std::size_t i = wanted.size(); i-- > 0;) {
         const std::vector moved{wanted[i]};
-        if (from == keys.end() ||
-            !stops::placeStops(routing, edited, moved, keys[i]).changedByAnother.empty()) {
+        const auto behind = i + 1 < wanted.size() ? wanted[i + 1] : 0;
+        if (moves[i] &&
+            !stops::placeStops(routing, edited, moved, behind).changedByAnother.empty()) {
             refuseChanged(stored);
         }
-        std::rotate(keys.begin() + static_cast<std::ptrdiff_t>(i), from, from + 1);
     }
 }
 
 void savePlace(ado::Connection& routing, const MappedRun& run, const MappedStop& from,
-               geo::Feet to) {
+               const MappedStop& to) {
     ado::Recordset row;
     row.Open(fmt::format("SELECT STOP.* FROM STOP WHERE STOP.INT_STOPID={}", from.intStopId),
              routing, ado::CursorType::Dynamic);
     if (row.Eof() || !isSame(placeOf(row), from.at)) {
         refuseChanged(run);
     }
-    row["XPOS"].Value(to.x);
-    row["YPOS"].Value(to.y);
+    row["XPOS"].Value(to.at.x);
+    row["YPOS"].Value(to.at.y);
+    if (to.wantsRightSide != from.wantsRightSide) {
+        row["RIGHTSIDE"].Value(to.wantsRightSide);
+    }
     row.Update();
     row.Close();
     routing.Execute(fmt::format(
@@ -124,7 +149,7 @@ void savePlaces(ado::Connection& routing, const MappedRun& stored, const MappedR
     for (const auto& stop : changed.stops) {
         const auto from = std::ranges::find(stored.stops, stop.stopTripId, &MappedStop::stopTripId);
         if (from != stored.stops.end() && !isSame(from->at, stop.at)) {
-            savePlace(routing, stored, *from, stop.at);
+            savePlace(routing, stored, *from, stop);
         }
     }
 }

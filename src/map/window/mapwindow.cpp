@@ -29,6 +29,7 @@ using controls::toQt;
 
 constexpr auto Form_ = "MapWindow";
 constexpr auto AskKey = "MapWindow/AskFirst";
+constexpr std::size_t MostPlaces = 10;
 constexpr int WaitingTurn = 20;  ///< milliseconds
 constexpr double StopView = 1;   ///< feet a pixel
 
@@ -78,8 +79,7 @@ void MapWindow::wireControls() {
         showScene(false);
         tellStatus();
     });
-    on(ui_->FindIt, &SearchBox::offerWanted, "FindIt_Change",
-       [this] { ui_->FindIt->offer(searchMap(district_.routing, fromQt(ui_->FindIt->text()))); });
+    on(ui_->FindIt, &SearchBox::offerWanted, "FindIt_Change", &MapWindow::FindIt_Change);
     on(ui_->FindIt, &SearchBox::taken, "FindIt_Click", &MapWindow::find);
     on(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, "FindIt_GotFocus",
        [this] { ui_->FindIt->setFocus(Qt::ShortcutFocusReason); });
@@ -139,7 +139,7 @@ void MapWindow::Form_Load() {
 }
 
 void MapWindow::Form_Activate() {
-    if (view_ == View::Run) {
+    if (view_ == View::Run && !isChanged()) {
         Reload();
     }
 }
@@ -280,6 +280,7 @@ void MapWindow::show(View view) {
     const bool fits = view != view_ && view != View::Directions && view_ != View::Directions &&
                       view != View::Compared;
     view_ = view;
+    looking_.giveUp();
     setWindowTitle(view == View::Runs      ? tr("Map - %1").arg(toQt(runsHeading_))
                    : view == View::Nothing ? tr("Map")
                                            : tr("Map - Run %1").arg(toQt(shown_.run.id)));
@@ -300,7 +301,7 @@ Panel MapWindow::panelNow() const {
         case View::Compared:
             return panelOf(shown_, *comparison_);
         case View::Candidates:
-            return candidatesPanelOf(stored_, chosenStop_, candidates_);
+            return candidatesPanelOf(shown_.run, chosenStop_, candidates_);
         case View::Directions:
             return directionsPanelOf(shown_);
         case View::Run:
@@ -320,7 +321,7 @@ Scene MapWindow::sceneNow() const {
         return comparisonScene(shown_, *comparison_, oldLines_, chosenStop_);
     }
     if (view_ == View::Candidates && !candidates_.empty()) {
-        return candidatesScene(candidates_, chosenCandidate_, chosenStop_);
+        return candidatesScene(candidates_, chosenCandidate_);
     }
     return sceneOf(shown_, chosenStop_);
 }
@@ -372,13 +373,21 @@ void MapWindow::showButtons() {
     ui_->FindIt->setEnabled(!compared);
 }
 
+std::string MapWindow::textBelow() const {
+    if (view_ == View::Candidates && chosenCandidate_ < candidates_.size()) {
+        return fmt::format("{}", fmt::join(candidates_[chosenCandidate_].effects, "\n"));
+    }
+    return isOfOneRun() && view_ != View::Candidates
+               ? troubleText(shown_.way.troubles, cures_, chosenStop_)
+               : "";
+}
+
 /// In full, unless the panel is folded.
 void MapWindow::showTrouble() {
-    const bool isTold = isOfOneRun() && view_ != View::Candidates;
-    const auto text =
-        isTold ? troubleText(shown_.way.troubles, cures_, chosenStop_) : std::string();
+    const auto text = textBelow();
     const bool isWarning =
-        chosenStop_ == NoStop || troubleAt(shown_.way.troubles, chosenStop_) != nullptr;
+        view_ != View::Candidates &&
+        (chosenStop_ == NoStop || troubleAt(shown_.way.troubles, chosenStop_) != nullptr);
     ui_->Trouble->setVisible(!text.empty() && !ui_->Rows->isNarrow());
     ui_->Trouble->say(isWarning ? controls::Tone::Look : controls::Tone::Plain,
                       controls::toRich(text).replace(QLatin1Char('\n'), QLatin1String("<br>")),
@@ -405,7 +414,8 @@ void MapWindow::Waiting_Timer() {
         cures_ = *std::move(cures);
         showTrouble();
     }
-    if (!curing_.isAsked()) {
+    showCandidates({});
+    if (!curing_.isAsked() && !looking_.isAsked()) {
         waiting_->stop();
     }
 }
@@ -447,6 +457,7 @@ void MapWindow::chooseRow(int row) {
     } else if (view_ == View::Candidates) {
         chosenCandidate_ = at->index;
         showScene(false);
+        showTrouble();
         ui_->Streets->reveal(candidates_[chosenCandidate_].at);
     } else if (at->index < shown_.run.stops.size()) {
         chooseStop(at->index);
@@ -459,6 +470,7 @@ void MapWindow::chooseRow(int row) {
 
 void MapWindow::chooseStop(std::size_t stop) {
     chosenStop_ = stop;
+    looking_.giveUp();
     showScene(false);
     showButtons();
     showTrouble();
@@ -578,7 +590,7 @@ void MapWindow::leaveStop() {
 }
 
 void MapWindow::SolveIt_Click() {
-    if (!read(shown_.run.id)) {
+    if (!isChanged() && !read(shown_.run.id)) {
         return tellStatus();
     }
     if (!shown_.way.isKnown()) {
@@ -697,7 +709,23 @@ void MapWindow::Directions_Click() {
 
 void MapWindow::CloseIt_Click() { closeForm(); }
 
+/// Where a place for a stop is looked for, places alone.
+void MapWindow::FindIt_Change() {
+    const auto words = fromQt(ui_->FindIt->text());
+    std::vector<SearchHit> hits;
+    if (view_ != View::Candidates) {
+        hits = searchMap(district_.routing, words);
+    }
+    for (const auto& place : streets::findPlaces(*district_.streets, words, MostPlaces)) {
+        hits.push_back({.kind = SearchHit::Kind::Place, .name = place.text, .at = place.at});
+    }
+    ui_->FindIt->offer(std::move(hits));
+}
+
 void MapWindow::find(const SearchHit& hit) {
+    if (view_ == View::Candidates) {
+        return offerCandidates(hit.name);
+    }
     if (hit.kind == SearchHit::Kind::Run) {
         runs_.clear();
         return showRun(hit.key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -110,6 +111,7 @@ private:
     void showButtons();
     void compareShown();
     void showTrouble();
+    [[nodiscard]] std::string textBelow() const;
     void seekCures();
     void Waiting_Timer();
     void tellStatus();
@@ -133,7 +135,10 @@ private:
     void askNext();
     void answerAsked(Decision decision);
     void decide(Decision decision);
+    void FindIt_Change();
     void find(const SearchHit& hit);
+    /// Stops were placed on the map, and others have to be before anything can be saved.
+    [[nodiscard]] bool isChanged() const;
 
     void wireStops();
     /// Shows the run as it was changed on the map, beside what is stored.
@@ -144,6 +149,8 @@ private:
     void showMenu(const QPoint& at, geo::Feet place);
     void AllStops_Click(bool on);
     void offerCandidates(const std::string& words);
+    void showCandidates(std::chrono::milliseconds patience);
+    void leaveAsStored();
     void addAllStops(Scene& scene) const;
     void placeStop(std::size_t stop, geo::Feet at);
 
@@ -160,6 +167,8 @@ private:
     std::optional<Comparison> comparison_;
     std::vector<Candidate> candidates_;  ///< for the chosen stop
     std::size_t chosenCandidate_ = 0;
+    std::string wantedPlace_;  ///< the words that they were looked for by
+    Aside<std::vector<Candidate>> looking_;
     std::vector<SearchHit> allStops_;  ///< where they are shown
     std::vector<std::vector<geo::Feet>> oldLines_;
     std::deque<Asked> asked_;  ///< the first one is shown

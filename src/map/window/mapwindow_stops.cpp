@@ -22,6 +22,8 @@ namespace {
 
 using controls::toQt;
 
+constexpr std::chrono::milliseconds SoonEnough{30};
+
 std::vector<bool> fixedStops(const MappedRun& run) {
     std::vector<bool> fixed;
     std::ranges::transform(run.stops, std::back_inserter(fixed), isFixed);
@@ -46,38 +48,59 @@ void MapWindow::wireStops() {
     on(ui_->Streets, &MapView::stopDropped, "Streets_Drop", &MapWindow::dropStop);
     on(ui_->Streets, &MapView::stopPutBack, "Streets_PutBack", [this] {
         news_ = "The stop is where it was";
-        shown_ = {.run = stored_, .way = wayOf(drivenOn_->network(), stored_)};
         show(View::Run);
     });
     on(ui_->Streets, &MapView::menuAsked, "Streets_Menu", &MapWindow::showMenu);
 }
 
+bool MapWindow::isChanged() const {
+    return !std::ranges::equal(stored_.stops, shown_.run.stops,
+                               [](const MappedStop& one, const MappedStop& other) {
+                                   return one.stopTripId == other.stopTripId &&
+                                          one.at.x == other.at.x && one.at.y == other.at.y;
+                               });
+}
+
+/// A run that has stops without a place beside the one that got one now waits for theirs.
 void MapWindow::compareWith(ShownRun changed) {
     shown_ = std::move(changed);
-    if (!shown_.way.isKnown()) {
-        const auto told = runToSolve(shown_.run);
-        const auto& unserved = shown_.way.solution.unserved.front();
-        news_ =
-            streets::complaint(told.stops[unserved.stop], unserved.why) + " Nothing was changed";
-        shown_ = {.run = stored_, .way = wayOf(drivenOn_->network(), stored_)};
+    if (shown_.way.isKnown()) {
+        compareShown();
+        chosenStop_ = NoStop;
+        return show(View::Compared);
+    }
+    const auto& unserved = shown_.way.solution.unserved;
+    const auto other = std::ranges::find_if(unserved, [](const streets::Unserved& one) {
+        return one.why != streets::Unserved::Why::NoPlace;
+    });
+    if (other == unserved.end()) {
+        chosenStop_ = unserved.front().stop;
+        news_ = fmt::format("Placed, not saved yet: {} more of its stops have no place",
+                            unserved.size());
         return show(View::Run);
     }
-    compareShown();
+    news_ = streets::complaint(runToSolve(shown_.run).stops[other->stop], other->why) +
+            " Nothing was changed";
+    leaveAsStored();
+}
+
+void MapWindow::leaveAsStored() {
+    shown_ = {.run = stored_, .way = wayOf(drivenOn_->network(), stored_)};
     chosenStop_ = NoStop;
-    show(View::Compared);
+    show(View::Run);
 }
 
 /// Rows are stops but for the garage and turn points.
 void MapWindow::dropRow(int row, int before) {
     const auto* from = ui_->Rows->row(row);
     const auto* to = ui_->Rows->row(before);
-    if (view_ != View::Run || from == nullptr || from->index >= stored_.stops.size()) {
+    if (view_ != View::Run || from == nullptr || from->index >= shown_.run.stops.size()) {
         return;
     }
-    const auto place = to == nullptr || to->index >= stored_.stops.size()
-                           ? (before <= 0 ? 0 : stored_.stops.size())
+    const auto place = to == nullptr || to->index >= shown_.run.stops.size()
+                           ? (before <= 0 ? 0 : shown_.run.stops.size())
                            : to->index;
-    if (auto changed = withStopMoved(stored_, from->index, place)) {
+    if (auto changed = withStopMoved(shown_.run, from->index, place)) {
         auto way = wayOf(drivenOn_->network(), *changed);
         compareWith({.run = std::move(*changed), .way = std::move(way)});
     }
@@ -89,18 +112,18 @@ void MapWindow::dragStop(const Hit& hit, geo::Feet to) {
     if (stop == NoStop) {
         return;
     }
-    const auto dragged = candidateAt(*drivenOn_, stored_, stop, to);
-    const int number = stored_.numberOf(stop);
+    const auto dragged = pointedAt(drivenOn_->network(), shown_.run, stop, to);
+    const int number = shown_.run.numberOf(stop);
     if (!dragged) {
         ui_->Status->setText(tr("Stop %1: no bus can serve it there").arg(number));
         return;
     }
-    const auto comparison = compare(stored_, dragged->shown.way.solution);
+    const auto comparison = compare(shown_.run, dragged->shown.way.solution);
     ui_->Streets->showScene(comparisonScene(dragged->shown, comparison, oldLines_, stop));
     ui_->Status->setText(
         tr("Stop %1: %2, %3 minutes. Esc puts it back")
             .arg(number)
-            .arg(toQt(dragged->name), toQt(signedMinutes(comparison.minutesMore))));
+            .arg(toQt(dragged->corner), toQt(signedMinutes(comparison.minutesMore))));
 }
 
 void MapWindow::dropStop(const Hit& hit, geo::Feet to) {
@@ -110,7 +133,7 @@ void MapWindow::dropStop(const Hit& hit, geo::Feet to) {
 }
 
 void MapWindow::placeStop(std::size_t stop, geo::Feet at) {
-    auto run = withStopAt(stored_, stop, at);
+    auto run = withStopAt(shown_.run, stop, at);
     auto way = wayOf(drivenOn_->network(), run);
     compareWith({.run = std::move(run), .way = std::move(way)});
     if (view_ == View::Compared) {
@@ -140,18 +163,19 @@ void MapWindow::MoveStop_Click(bool on) {
 }
 
 void MapWindow::SuggestOrder_Click() {
-    if (!read(stored_.id)) {
+    if (!isChanged() && !read(shown_.run.id)) {
         return tellStatus();
     }
+    const auto& run = shown_.run;
     const auto found = streets::suggestOrder(
-        drivenOn_->network(), runToSolve(stored_), fixedStops(stored_),
-        {.seats = stored_.seats.value_or(0), .rideMinutes = longestRide(district_.routing)});
+        drivenOn_->network(), runToSolve(run), fixedStops(run),
+        {.seats = run.seats.value_or(0), .rideMinutes = longestRide(district_.routing)});
     if (!found.unserved.empty() || std::ranges::is_sorted(found.suggested.stops)) {
         news_ = found.unserved.empty() ? "No quicker order was found"
                                        : "An order can be suggested once all stops can be served";
         return show(View::Run);
     }
-    auto changed = inOrder(stored_, found.suggested.stops);
+    auto changed = inOrder(run, found.suggested.stops);
     auto way = wayOf(drivenOn_->network(), changed);
     news_ = suggestionText(found);
     compareWith({.run = std::move(changed), .way = std::move(way)});
@@ -159,22 +183,37 @@ void MapWindow::SuggestOrder_Click() {
 
 void MapWindow::PlaceIt_Click() {
     if (view_ == View::Run && chosenStop_ != NoStop) {
-        return offerCandidates(stored_.stops[chosenStop_].name);
+        return offerCandidates(shown_.run.stops[chosenStop_].name);
     }
     if (view_ == View::Candidates && chosenCandidate_ < candidates_.size()) {
-        const auto stop = chosenStop_;
+        const auto stop = candidates_[chosenCandidate_].stop;
         compareWith(candidates_[chosenCandidate_].shown);
-        chooseStop(stop);
+        if (view_ == View::Compared) {
+            chooseStop(stop);
+        }
     }
 }
 
 void MapWindow::offerCandidates(const std::string& words) {
-    candidates_ = candidatesFor(*drivenOn_, stored_, chosenStop_, words);
-    chosenCandidate_ = 0;
-    if (candidates_.empty()) {
-        news_ = fmt::format("No place was found for \"{}\"", words);
+    wantedPlace_ = words;
+    looking_.ask([streets = drivenOn_, run = shown_.run, stop = chosenStop_,
+                  words](const std::stop_token& given) {
+        return candidatesFor(*streets, run, stop, words, given);
+    });
+    ui_->Status->setText(tr("Looking for places..."));
+    waiting_->start();
+    showCandidates(SoonEnough);
+}
+
+void MapWindow::showCandidates(std::chrono::milliseconds patience) {
+    if (auto found = looking_.take(patience)) {
+        candidates_ = *std::move(found);
+        chosenCandidate_ = 0;
+        if (candidates_.empty()) {
+            news_ = fmt::format("No place was found for \"{}\"", wantedPlace_);
+        }
+        show(View::Candidates);
     }
-    show(View::Candidates);
 }
 
 void MapWindow::showPoints() {

@@ -154,6 +154,10 @@ TEST_F(MapWindowForm, AStopInAnotherPlaceOfTheOrderIsAPlannersMove) {
                                      "School|8:00:00 AM"));
     EXPECT_THAT(rows("SELECT StopID, ACTIVITYCODE, User FROM RUNLOG"),
                 ElementsAre("MILE-1C|3|PAT"));
+    // Behind all others it is one move, too.
+    emit rowList().rowDropped(0, 3);
+    click("TakeOver");
+    EXPECT_THAT(rows("SELECT StopID FROM RUNLOG"), ElementsAre("MILE-1C", "MILE-1A"));
     // The school stays where it is.
     emit rowList().rowDropped(3, 0);
     EXPECT_THAT(text("Heading"), testing::Not(HasSubstr("before and after")));
@@ -188,9 +192,10 @@ TEST_F(MapWindowForm, AStopWithoutAPlaceGetsOneOfThoseFound) {
     emit rowList().rowChosen(1);
     EXPECT_THAT(text("Status"), HasSubstr("not on the map"));
     click("PlaceIt");
-    EXPECT_EQ(text("Heading"), "A place for stop 2");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("Heading") == "A place for stop 2"; }));
     ASSERT_NE(rowList().row(0), nullptr);
     EXPECT_EQ(rowList().row(0)->title, "1st Street at 2nd Avenue");
+    EXPECT_THAT(text("Trouble"), HasSubstr("Passengers 9"));
     click("PlaceIt");
     click("TakeOver");
     EXPECT_EQ(stored("SELECT XPOS, YPOS FROM STOP WHERE STOPID='MILE-1B'"), "1980|660");
