@@ -66,6 +66,10 @@ std::int64_t Connection::Execute(std::string_view sql) {
     return raisedBy(sql, [&] { return openSession(session_).execute(sql); });
 }
 
+void Connection::executeUncounted(std::string_view sql) {
+    raisedBy(sql, [&] { openSession(session_).executeUncounted(sql); });
+}
+
 void Connection::BeginTrans() { openSession(session_).begin(); }
 
 void Connection::CommitTrans() { openSession(session_).commit(); }
@@ -82,30 +86,60 @@ void Connection::checkpoint() { openSession(session_).checkpoint(); }
 
 store::FileMark Connection::mark() const { return openSession(session_).database().mark(); }
 
+std::int64_t Connection::roundTrips() const {
+    return openSession(session_).database().roundTrips();
+}
+
 void Connection::requireWritable() const { openSession(session_).database().requireWritable(); }
 
 const store::Catalog& Connection::catalog() const {
     return openSession(session_).database().catalog();
 }
 
-CommitOnExit::CommitOnExit(Connection& connection) {
+ReadAhead::ReadAhead(Connection& connection, const std::vector<std::string>& statements,
+                     Until until)
+    : session_(connection.session()),
+      ticket_(openSession(connection.session()).readAhead(statements, until == Until::End)) {}
+
+ReadAhead::~ReadAhead() {
+    if (const auto session = session_.lock()) {
+        session->dropAhead(ticket_);
+    }
+}
+
+CommitOnExit::CommitOnExit(Connection& connection, const UnitPlan& plan) {
     Session& session = openSession(connection.session());
-    if (!session.inTransaction()) {
-        session.begin();
-        session_ = connection.session();
+    reads_ = connection.session();
+    if (session.inTransaction()) {
+        ticket_ = session.readAhead(plan.reads, true);
+        return;
+    }
+    ticket_ = session.beginWith(plan.reads);
+    session_ = connection.session();
+    if (plan.writesTogether) {
+        session.putWritesOff();
     }
 }
 
 CommitOnExit::~CommitOnExit() {
-    try {
-        commit();
-    } catch (const base::RunTimeError&) {  // the fault that led here has been told already
+    while (!session_.expired()) {
+        try {
+            commit();
+        } catch (const base::RunTimeError&) {  // the fault that led here has been told already
+        }
+    }
+    if (const auto session = reads_.lock()) {
+        session->dropAhead(ticket_);
     }
 }
 
+/// What was put off and cannot be written is given up, and the unit stays open without it.
 void CommitOnExit::commit() {
-    const auto session = std::exchange(session_, {}).lock();
-    if (session == nullptr || !session->inTransaction()) {
+    const auto session = session_.lock();
+    const bool isOpen = session != nullptr && session->inTransaction();
+    const bool isDone = !isOpen || session->commitPutOff();
+    session_.reset();
+    if (isDone) {
         return;
     }
     try {
@@ -130,20 +164,21 @@ GroupWork::~GroupWork() {
     }
 }
 
-bool GroupWork::unit(const std::function<void()>& work) {
+bool GroupWork::unit(const std::function<void()>& work, const std::vector<std::string>& reads) {
     constexpr int TurnMs = 30;
     const LockTimeout shortTurn(connection_, TurnMs);
     try {
-        CommitOnExit unit(connection_);
+        CommitOnExit unit(connection_, {.reads = reads, .writesTogether = true});
         try {
             work();
+            unit.commit();
         } catch (const store::StoreError& error) {
-            if (error.fault() == store::Fault::Locked) {
-                connection_.RollbackTrans();
+            const auto& session = connection_.session();
+            if (error.fault() == store::Fault::Locked && session && session->inTransaction()) {
+                session->rollback();
             }
             throw;
         }
-        unit.commit();
     } catch (const store::StoreError& error) {
         if (error.fault() != store::Fault::Locked) {
             throw;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ado/enums.h"
 #include "platform/base/ports.h"
@@ -37,6 +38,9 @@ public:
     /// store::StoreError, SelectNotExecutable.
     std::int64_t Execute(std::string_view sql);
 
+    /// The same where nobody asks for that number: a unit that writes together may put it off.
+    void executeUncounted(std::string_view sql);
+
     /// Takes the write lock at once. Transactions nest. CommitTrans and RollbackTrans raise
     /// NoTransaction without one.
     void BeginTrans();
@@ -55,6 +59,8 @@ public:
     void requireWritable() const;
     [[nodiscard]] const store::Catalog& catalog() const;
     [[nodiscard]] store::FileMark mark() const;
+    /// How often this connection waited for a server's answer.
+    [[nodiscard]] std::int64_t roundTrips() const;
     [[nodiscard]] const std::shared_ptr<Session>& session() const { return session_; }
 
 private:
@@ -62,12 +68,43 @@ private:
     std::shared_ptr<Session> session_;
 };
 
+/// Brackets reads that need nothing of each other's results: a server is asked for all of them at
+/// once. While this lives, the first recordset that is opened with exactly one of the texts has the
+/// rows that came then; without it, or from a file, it asks by itself. Raises nothing that opening
+/// the recordset would not raise.
+class ReadAhead {
+public:
+    enum class Until {
+        Write,  ///< what is not opened before the connection writes is asked for anew
+        End,    ///< what is written meanwhile does not concern these rows
+    };
+    ReadAhead(Connection& connection, const std::vector<std::string>& statements,
+              Until until = Until::Write);
+    ~ReadAhead();
+    ReadAhead(const ReadAhead&) = delete;
+    ReadAhead& operator=(const ReadAhead&) = delete;
+
+private:
+    std::weak_ptr<Session> session_;
+    std::uint64_t ticket_;
+};
+
+/// How a unit of work goes to a server; files do without.
+struct UnitPlan {
+    /// Asked for with the lock, as by a ReadAhead whose rows no write of the unit concerns before
+    /// they are opened.
+    std::vector<std::string> reads = {};
+    /// Updates of rows, and what is executed uncounted, go together: at the latest with the commit,
+    /// before that with the next read. What one of them raises is raised there.
+    bool writesTogether = false;
+};
+
 /// Brackets one unit of work: begins in its constructor, commits in its destructor whatever
 /// happened inside (a fault keeps what the unit had written; only a killed program rolls it back).
 /// Inside another transaction it is part of that one. Closing the connection commits it, too.
 class CommitOnExit {
 public:
-    explicit CommitOnExit(Connection& connection);
+    explicit CommitOnExit(Connection& connection, const UnitPlan& plan = {});
     ~CommitOnExit();
     CommitOnExit(const CommitOnExit&) = delete;
     CommitOnExit& operator=(const CommitOnExit&) = delete;
@@ -75,7 +112,9 @@ public:
     void commit();
 
 private:
-    std::weak_ptr<Session> session_;
+    std::weak_ptr<Session> session_;  ///< while the unit is open
+    std::weak_ptr<Session> reads_;
+    std::uint64_t ticket_ = 0;
 };
 
 /// Brackets an operation on many rows of one connection: while it lives, commits are quick and
@@ -88,10 +127,11 @@ public:
     GroupWork(const GroupWork&) = delete;
     GroupWork& operator=(const GroupWork&) = delete;
 
-    /// Does one unit of work. Another program's group operation leaves the file free for moments
-    /// only: where it is locked for longer than a short turn, nothing of the work is done and the
-    /// answer is false. Raises what the work raises but for that.
-    [[nodiscard]] bool unit(const std::function<void()>& work);
+    /// Does one unit of work, which writes together. Another program's group operation leaves the
+    /// file free for moments only: where it is locked for longer than a short turn, nothing of the
+    /// work is done and the answer is false. Raises what the work raises but for that.
+    [[nodiscard]] bool unit(const std::function<void()>& work,
+                            const std::vector<std::string>& reads = {});
 
 private:
     Connection& connection_;

@@ -71,7 +71,7 @@ std::unique_ptr<store::Statement> Plan::take(store::Database& database) {
 }
 
 void Plan::giveBack(std::unique_ptr<store::Statement> statement) {
-    constexpr std::size_t MaxIdle = 2;
+    constexpr std::size_t MaxIdle = 20;  // so many go to a server together
     statement->reset();
     if (idle_.size() < MaxIdle) {
         idle_.push_back(std::move(statement));

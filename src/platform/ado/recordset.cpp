@@ -22,7 +22,7 @@ namespace {
 }
 
 BoundStatement prepareSelect(Session& session, std::string_view source) {
-    BoundStatement bound = session.prepare(source);
+    BoundStatement bound = session.prepareRead(source);
     if (bound.plan->translation().kind != jet::StatementKind::Select) {
         throw base::RunTimeError(errors::SelectNotExecutable,
                                  "Only a SELECT statement can be opened as a recordset.");
@@ -58,7 +58,7 @@ struct Recordset::State_ final : OpenRecordset {
         edit.reset();
         cursor.reset();
         cursor.emplace(std::move(bound), goesBack());
-        edit.emplace(*session, *cursor);
+        edit.emplace(*session, *cursor, source);
     }
 
     void drain() override { cursor->drain(); }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/enums.h"
+#include "platform/ado/putoff.h"
 #include "platform/base/error.h"
 #include "platform/store/base/cellvalue.h"
 
@@ -12,21 +13,6 @@ namespace {
 
 [[noreturn]] void raiseNotUpdatable(const std::string& why) {
     throw base::RunTimeError(errors::NotUpdatable, why);
-}
-
-void requireWritten(store::RowOutcome outcome, const std::string& table) {
-    if (outcome == store::RowOutcome::Deleted) {
-        throw base::RunTimeError(
-            errors::RecordDeleted,
-            fmt::format("The record of table {} has been deleted by another user.", table));
-    }
-    if (outcome == store::RowOutcome::Changed) {
-        throw base::RunTimeError(
-            errors::RecordChanged,
-            fmt::format("The record of table {} has been changed by another user since it was "
-                        "read. Nothing was written.",
-                        table));
-    }
 }
 
 }  // namespace
@@ -155,8 +141,7 @@ void RowEdit::remember(int table, std::int64_t key, const Values& values) {
 
 void RowEdit::writeChanges(const std::map<int, Values>& changes) {
     for (const auto& [table, values] : changes) {
-        const store::FetchedRow row = fetchedRow(table);
-        requireWritten(session_.database().update(row, named(values)), row.table->name);
+        session_.update(fetchedRow(table), named(values), source_);
     }
 }
 
@@ -194,6 +179,7 @@ void RowEdit::insert() {
     const int table = changes.size() == 1 ? changes.begin()->first : soleTable();
     const std::vector<store::ColumnValue> values =
         changes.empty() ? std::vector<store::ColumnValue>() : named(changes.begin()->second);
+    session_.writePutOff();
     session_.beforeWrite();
     showInserted(table, session_.database().insert(*layout().table(table).table, values));
     cancel();
@@ -233,6 +219,7 @@ void RowEdit::showInserted(int table, const base::Value& key) {
 void RowEdit::remove() {
     requireUpdatable();
     const int table = soleTable();
+    session_.writePutOff();
     session_.beforeWrite();
     const store::FetchedRow row = fetchedRow(table);
     requireWritten(session_.database().remove(row), row.table->name);
@@ -241,6 +228,7 @@ void RowEdit::remove() {
 
 void RowEdit::readAgain() {
     requireUpdatable();
+    session_.writePutOff();
     for (int table = 0; table < static_cast<int>(layout().tables().size()); ++table) {
         if (const auto key = keyOf(table)) {
             const auto values = readRow(table, *key);

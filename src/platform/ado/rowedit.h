@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -18,7 +19,9 @@ namespace ado {
 /// same row of a table appears in the result.
 class RowEdit {
 public:
-    RowEdit(Session& session, Cursor& cursor) : session_(session), cursor_(cursor) {}
+    /// `source` is the statement that the rows come from. All three outlive this.
+    RowEdit(Session& session, Cursor& cursor, const std::string& source)
+        : session_(session), cursor_(cursor), source_(source) {}
 
     /// Whether fields may differ from what the cursor holds.
     [[nodiscard]] bool isActive() const { return isEditing() || !known_.empty(); }
@@ -67,6 +70,7 @@ private:
 
     Session& session_;
     Cursor& cursor_;
+    const std::string& source_;
     bool adding_ = false;
     Values pending_;
     mutable Values defaults_;  ///< of the row being added, as they are asked for

@@ -20,16 +20,26 @@ void bindAll(store::Statement& statement, const jet::Translation& translation,
     }
 }
 
+std::vector<store::Statement*> statementsOf(const std::vector<BoundStatement>& bound) {
+    std::vector<store::Statement*> statements;
+    statements.reserve(bound.size());
+    for (const BoundStatement& one : bound) {
+        statements.push_back(one.statement.get());
+    }
+    return statements;
+}
+
 }  // namespace
 
-Session::Session(std::unique_ptr<store::Database> database) : database_(std::move(database)) {
+Session::Session(std::unique_ptr<store::Database> database)
+    : database_(std::move(database)), putOff_(*database_) {
     for (const jet::StoreFunction& function : jet::storeFunctions()) {
         database_->registerFunction(
             {function.name, function.arguments, function.deterministic, function.call});
     }
 }
 
-Session::~Session() { plans_.clear(); }
+Session::~Session() = default;
 
 BoundStatement Session::prepare(std::string_view sql) {
     const jet::Shape shape = jet::shapeOf(sql);
@@ -49,10 +59,81 @@ std::int64_t Session::execute(std::string_view sql) {
         throw base::RunTimeError(errors::SelectNotExecutable,
                                  "A SELECT statement is opened as a recordset, not executed.");
     }
+    writePutOff();
     beforeWrite();
     bound.statement->step();
     bound.plan->giveBack(std::move(bound.statement));
     return database_->changedRows();
+}
+
+void Session::executeUncounted(std::string_view sql) {
+    if (!putsOff_) {
+        execute(sql);
+        return;
+    }
+    beforeWrite();
+    putOff_.add(prepare(sql), sql);
+}
+
+void Session::update(store::FetchedRow row, std::vector<store::ColumnValue> changes,
+                     std::string_view source) {
+    if (putsOff_) {
+        putOff_.add(std::move(row), std::move(changes), source);
+    } else {
+        requireWritten(database_->update(row, changes), row.table->name);
+    }
+}
+
+BoundStatement Session::prepareRead(std::string_view sql) {
+    if (auto read = ahead_.take(sql)) {
+        return std::move(*read);
+    }
+    writePutOff();
+    return prepare(sql);
+}
+
+std::vector<BoundStatement> Session::bound(const std::vector<std::string>& statements) {
+    std::vector<BoundStatement> bound;
+    bound.reserve(statements.size());
+    for (const std::string& statement : statements) {
+        bound.push_back(raisedBy(statement, [&] { return prepare(statement); }));
+    }
+    return bound;
+}
+
+ReadsAhead::Ticket Session::keepAhead(const std::vector<std::string>& statements,
+                                      std::vector<BoundStatement> bound, bool outlivesWrites) {
+    const ReadsAhead::Ticket ticket = ahead_.newTicket();
+    for (std::size_t i = 0; i < bound.size(); ++i) {
+        ahead_.add(ticket, statements[i], std::move(bound[i]), outlivesWrites);
+    }
+    return ticket;
+}
+
+ReadsAhead::Ticket Session::readAhead(const std::vector<std::string>& statements,
+                                      bool outlivesWrites) {
+    if (!database_->sendsTogether()) {
+        return 0;
+    }
+    std::vector<std::string> wanted = statements;
+    std::erase_if(wanted, [this](const std::string& one) { return ahead_.has(one); });
+    if (wanted.empty()) {
+        return 0;
+    }
+    if (!outlivesWrites) {
+        writePutOff();
+    }
+    std::vector<BoundStatement> reads = bound(wanted);
+    database_->fetchTogether(statementsOf(reads));
+    return keepAhead(wanted, std::move(reads), outlivesWrites);
+}
+
+bool Session::writePutOff(bool commits) {
+    if (putOff_.isEmpty()) {
+        return false;
+    }
+    requireTransaction();
+    return putOff_.write(commits);
 }
 
 void Session::remove(OpenRecordset* recordset) {
@@ -63,22 +144,39 @@ void Session::remove(OpenRecordset* recordset) {
 }
 
 void Session::beforeWrite() {
+    ahead_.dropWhatWritesConcern();
     for (OpenRecordset* recordset : recordsets_) {
         recordset->drain();
     }
 }
 
-void Session::begin() {
+void Session::begin() { static_cast<void>(beginWith({})); }
+
+ReadsAhead::Ticket Session::beginWith(const std::vector<std::string>& reads) {
+    writePutOff();
     beforeWrite();
     if (depth_ > 0 && !database_->inTransaction()) {
-        depth_ = 0;
+        ended();
     }
-    if (depth_ == 0) {
+    ReadsAhead::Ticket ticket = 0;
+    if (depth_ == 0 && !reads.empty() && database_->sendsTogether()) {
+        std::vector<BoundStatement> statements = bound(reads);
+        database_->beginWith(statementsOf(statements));
+        ticket = keepAhead(reads, std::move(statements), true);
+    } else if (depth_ == 0) {
         database_->begin();
     } else {
         database_->execute(fmt::format("SAVEPOINT level{}", depth_));
     }
     ++depth_;
+    return ticket;
+}
+
+/// The outermost transaction is no more.
+void Session::ended() {
+    depth_ = 0;
+    putsOff_ = false;
+    putOff_.clear();
 }
 
 void Session::requireTransaction() {
@@ -86,27 +184,42 @@ void Session::requireTransaction() {
         throw base::RunTimeError(errors::NoTransaction, "No transaction is open.");
     }
     if (!database_->inTransaction()) {
-        depth_ = 0;
+        ended();
         throw store::StoreError(store::Fault::Other,
                                 "The changes of this transaction were undone by an earlier fault.");
     }
 }
 
+bool Session::commitPutOff() {
+    const bool isCommitted = depth_ == 1 && writePutOff(true);
+    if (isCommitted) {
+        ended();
+    }
+    return isCommitted;
+}
+
 void Session::commit() {
     requireTransaction();
+    if (commitPutOff()) {
+        return;
+    }
     if (depth_ == 1) {
         database_->commit();
-    } else {
-        database_->execute(fmt::format("RELEASE level{}", depth_ - 1));
+        ended();
+        return;
     }
+    writePutOff();
+    database_->execute(fmt::format("RELEASE level{}", depth_ - 1));
     --depth_;
 }
 
 void Session::rollback() {
     requireTransaction();
     beforeWrite();
+    putOff_.clear();
     --depth_;
     if (depth_ == 0) {
+        ended();
         database_->rollback();
     } else {
         database_->execute(fmt::format("ROLLBACK TO level{}", depth_));
@@ -115,7 +228,7 @@ void Session::rollback() {
 }
 
 void Session::abandon() noexcept {
-    depth_ = 0;
+    ended();
     try {
         if (database_->inTransaction()) {
             database_->rollback();
@@ -129,11 +242,13 @@ void Session::link(const std::string& path) {
         throw base::RunTimeError(errors::ObjectOpen,
                                  "Tables cannot be linked while recordsets are open.");
     }
+    ahead_.clear();
     plans_.clear();
     database_->link(path);
 }
 
 void Session::checkpoint() {
+    writePutOff();
     beforeWrite();
     database_->checkpoint();
 }
@@ -142,10 +257,12 @@ void Session::close() {
     for (OpenRecordset* recordset : std::exchange(recordsets_, {})) {
         recordset->connectionClosed();
     }
-    plans_.clear();
-    if (depth_ > 0 && database_->inTransaction()) {
+    if (depth_ > 0 && database_->inTransaction() && !commitPutOff()) {
         database_->commit();
     }
+    ended();
+    ahead_.clear();
+    plans_.clear();
     database_.reset();
 }
 

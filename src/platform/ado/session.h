@@ -2,25 +2,17 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/ado/ahead.h"
 #include "platform/ado/plan.h"
-#include "platform/base/error.h"
+#include "platform/ado/putoff.h"
+#include "platform/ado/raisedby.h"
 #include "platform/store/base/database.h"
 
 namespace ado {
-
-/// What `work` returns; an error that it raises carries the statement.
-template <class Work>
-auto raisedBy(std::string_view statement, Work work) {
-    try {
-        return work();
-    } catch (base::RunTimeError& error) {
-        error.raisedBy(statement);
-        throw;
-    }
-}
 
 /// What a session asks of the recordsets that are open on it.
 class OpenRecordset {
@@ -30,12 +22,6 @@ public:
     virtual void drain() = 0;
     /// The connection is being closed.
     virtual void connectionClosed() = 0;
-};
-
-/// A plan with a statement prepared for it and its literals bound.
-struct BoundStatement {
-    std::shared_ptr<Plan> plan;
-    std::unique_ptr<store::Statement> statement;
 };
 
 /// The open database of a connection, its plans and its recordsets. A half-read statement would
@@ -51,8 +37,27 @@ public:
 
     /// Translates and prepares, or finds what is kept. Raises jet::SqlError, store::StoreError.
     [[nodiscard]] BoundStatement prepare(std::string_view sql);
+    /// The same for a statement that is to be read: as it was fetched ahead, or prepared now.
+    [[nodiscard]] BoundStatement prepareRead(std::string_view sql);
     /// Runs a statement that returns no rows; the number of rows changed.
     std::int64_t execute(std::string_view sql);
+    /// The same where nobody asks for that number: it may be put off.
+    void executeUncounted(std::string_view sql);
+    void update(store::FetchedRow row, std::vector<store::ColumnValue> changes,
+                std::string_view source);
+
+    /// Fetches the rows of statements together where the store gains by that, for `prepareRead`.
+    [[nodiscard]] ReadsAhead::Ticket readAhead(const std::vector<std::string>& statements,
+                                               bool outlivesWrites);
+    void dropAhead(ReadsAhead::Ticket ticket) { ahead_.drop(ticket); }
+
+    /// From here to the end of the transaction writes may be put off till something is read that
+    /// they could concern, or to the commit.
+    void putWritesOff() { putsOff_ = database_->sendsTogether(); }
+    /// Raises what the first of them that cannot be written raises; those behind it are given up.
+    void writePutOff() { static_cast<void>(writePutOff(false)); }
+    /// The same with the commit where something is put off; whether it was.
+    [[nodiscard]] bool commitPutOff();
 
     void add(OpenRecordset* recordset) { recordsets_.push_back(recordset); }
     void remove(OpenRecordset* recordset);
@@ -60,6 +65,8 @@ public:
 
     /// Transactions nest; only the outermost commit reaches the file.
     void begin();
+    /// The same with reads that are fetched behind the lock and outlive writes.
+    [[nodiscard]] ReadsAhead::Ticket beginWith(const std::vector<std::string>& reads);
     void commit();
     void rollback();
     [[nodiscard]] bool inTransaction() const { return depth_ > 0; }
@@ -74,9 +81,17 @@ public:
 
 private:
     void requireTransaction();
+    bool writePutOff(bool commits);
+    void ended();
+    [[nodiscard]] std::vector<BoundStatement> bound(const std::vector<std::string>& statements);
+    ReadsAhead::Ticket keepAhead(const std::vector<std::string>& statements,
+                                 std::vector<BoundStatement> bound, bool outlivesWrites);
 
     std::unique_ptr<store::Database> database_;
     PlanCache plans_;
+    ReadsAhead ahead_;
+    PutOffWrites putOff_;
+    bool putsOff_ = false;
     std::vector<OpenRecordset*> recordsets_;
     int depth_ = 0;
 };

@@ -102,6 +102,13 @@ struct FetchedRow {
 /// What became of a write to a fetched row.
 enum class RowOutcome { Written, Changed, Deleted };
 
+/// A write that goes to the store with others: of a fetched row, or a statement that is bound.
+struct Write {
+    const FetchedRow* row = nullptr;
+    const std::vector<ColumnValue>* changes = nullptr;  ///< of the row
+    Statement* statement = nullptr;
+};
+
 /// A function that SQL may call by name. Arguments come as they are stored. A RunTimeError that it
 /// raises fails the statement and arrives where the statement was run.
 struct Function {
@@ -155,6 +162,21 @@ public:
     [[nodiscard]] virtual std::int64_t changedRows() const = 0;
     /// A number that is another one as soon as another connection has written to the file.
     [[nodiscard]] virtual std::int64_t changeMark() const = 0;
+
+    // A server's answer takes a while, however little is asked. What needs no other's result goes
+    // there together; where nothing is gained by that, none of this is called.
+    [[nodiscard]] virtual bool sendsTogether() const { return false; }
+    /// Fetches the rows of bound statements. What fails is asked for again when it is stepped, and
+    /// raised there.
+    virtual void fetchTogether(std::span<Statement* const>) {}
+    /// The same with `begin`, behind its lock.
+    virtual void beginWith(std::span<Statement* const>) { begin(); }
+    /// Writes in the given order inside a transaction, and commits it where that is asked for.
+    /// False where a row is not as it was fetched or a statement fails: then none of them is done,
+    /// and the transaction is open as it was before. Raises what `commit` raises.
+    virtual bool writeTogether(std::span<const Write>, bool) { return false; }
+    /// How often an answer was waited for since it was opened.
+    [[nodiscard]] virtual std::int64_t roundTrips() const { return 0; }
 
     // One row of a table, by its key. Values are stored as they are given. `update` and `remove` do
     // nothing where the row is gone or a fetched column holds something else by now.

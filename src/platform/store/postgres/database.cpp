@@ -95,6 +95,24 @@ private:
     bool isFinished_ = false;
 };
 
+PostgresStatement& own(Statement& statement) { return dynamic_cast<PostgresStatement&>(statement); }
+
+std::vector<Call> callsOf(std::span<Statement* const> statements) {
+    std::vector<Call> calls;
+    calls.reserve(statements.size());
+    for (Statement* statement : statements) {
+        calls.push_back(own(*statement).call());
+    }
+    return calls;
+}
+
+/// Where there are no answers each statement asks for its own when it is stepped.
+void giveOut(std::span<Statement* const> statements, std::vector<Result> answers) {
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        own(*statements[i]).take(std::move(answers[i]));
+    }
+}
+
 }  // namespace
 
 PostgresDatabase::PostgresDatabase(const std::string& path, int lockTimeoutMs,
@@ -190,6 +208,29 @@ std::unique_ptr<Statement> PostgresDatabase::prepare(std::string_view sql) {
 std::int64_t PostgresDatabase::execute(std::string_view sql) {
     static_cast<void>(link_.run(withQuotedNames(sql, catalog_)));
     return link_.changedRows();
+}
+
+void PostgresDatabase::fetchTogether(std::span<Statement* const> reads) {
+    giveOut(reads, link_.readTogether(callsOf(reads)));
+}
+
+void PostgresDatabase::beginWith(std::span<Statement* const> reads) {
+    giveOut(reads, link_.begin(callsOf(reads)));
+}
+
+bool PostgresDatabase::writeTogether(std::span<const Write> writes, bool commits) {
+    rows_.forgetMany();
+    std::vector<std::vector<Parameter>> parameters(writes.size());
+    std::vector<Call> calls;
+    calls.reserve(writes.size());
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+        const Write& write = writes[i];
+        calls.push_back(write.statement != nullptr
+                            ? own(*write.statement).call()
+                            : Call{&rows_.updateOrFail(*write.row, *write.changes, parameters[i]),
+                                   &parameters[i]});
+    }
+    return link_.writeTogether(calls, commits);
 }
 
 RowOutcome PostgresDatabase::update(const FetchedRow& row,

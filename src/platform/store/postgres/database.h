@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,12 @@ public:
     [[nodiscard]] std::int64_t changedRows() const override { return link_.changedRows(); }
     [[nodiscard]] std::int64_t changeMark() const override;
 
+    [[nodiscard]] bool sendsTogether() const override { return true; }
+    void fetchTogether(std::span<Statement* const> reads) override;
+    void beginWith(std::span<Statement* const> reads) override;
+    bool writeTogether(std::span<const Write> writes, bool commits) override;
+    [[nodiscard]] std::int64_t roundTrips() const override { return link_.roundTrips(); }
+
     RowOutcome update(const FetchedRow& row, const std::vector<ColumnValue>& changes) override;
     RowOutcome remove(const FetchedRow& row) override;
     base::Value insert(const Table& table, const std::vector<ColumnValue>& values) override;
@@ -37,7 +44,7 @@ public:
     std::unique_ptr<RowLoader> loader(const Table& table) override;
 
     [[nodiscard]] bool inTransaction() const override { return link_.inUnit(); }
-    void begin() override { link_.begin(); }
+    void begin() override { static_cast<void>(link_.begin()); }
     void commit() override { link_.commit(); }
     void rollback() override { link_.rollback(); }
     void beginReading() override { link_.beginReading(); }

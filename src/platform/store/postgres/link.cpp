@@ -17,17 +17,16 @@ namespace store::postgres {
 
 namespace {
 
-enum Type : Oid { Bool = 16, Bigint = 20, TextType = 25, Double = 701, Timestamp = 1114 };
-
 const std::string Savepoint = "SAVEPOINT vireo_statement";
 const std::string Release = "RELEASE SAVEPOINT vireo_statement";
 const std::string Undo = "ROLLBACK TO SAVEPOINT vireo_statement; RELEASE SAVEPOINT vireo_statement";
 const std::string Begin = "BEGIN";
+const std::string Commit = "COMMIT";
 /// The number in the server's own books is asked for while the lock is taken, since after a commit
 /// that was lost on its way only that tells what became of the unit.
 const std::string Lock =
     "SELECT pg_advisory_xact_lock(hashtext('vireo unit'), hashtext($1)), pg_current_xact_id()";
-const std::vector<Parameter> NoParameters;
+constexpr auto NothingRead = "Nothing was read.";
 constexpr auto NothingChanged = "Nothing was changed by that.";
 
 /// What every connection is set to. Hashing texts that compare without case is dear, and what is
@@ -39,58 +38,12 @@ constexpr std::string_view Setup =
     " 5; SET tcp_keepalives_count = 3; SET tcp_user_timeout = 20000;"
     " SET client_connection_check_interval = 5000; ";
 
-/// The statement with its question marks outside quotes as "$1", "$2".
-std::string numbered(std::string_view sql) {
-    std::string text;
-    char quote = 0;
-    int number = 0;
-    for (const char c : sql) {
-        if (quote != 0) {
-            quote = c == quote ? '\0' : quote;
-        } else if (c == '"' || c == '\'') {
-            quote = c;
-        } else if (c == '?') {
-            text += fmt::format("${}", ++number);
-            continue;
-        }
-        text += c;
-    }
-    return text;
-}
-
-std::string firstWord(std::string_view sql) {
-    sql = base::trimLeft(sql);
-    return base::uppered(sql.substr(0, sql.find_first_of(" \n\t(")));
-}
-
-template <std::size_t Count>
-bool isOneOf(const std::string& word, const std::array<std::string_view, Count>& words) {
-    return std::ranges::find(words, word) != words.end();
-}
-
-void requireKeepable(const std::string& text) {
-    if (text.find('\0') != std::string::npos) {
-        throw StoreError(Fault::Constraint,
-                         "A text with a character of no meaning in it (code 0) cannot be stored.");
-    }
-}
-
 void keepQuiet(void*, const char*) {}
 
-std::vector<Oid> typesOf(const std::vector<Parameter>& parameters) {
-    std::vector<Oid> types;
-    types.reserve(parameters.size());
-    std::ranges::transform(parameters, std::back_inserter(types), &Parameter::type);
-    return types;
-}
-
-std::vector<const char*> textsOf(const std::vector<Parameter>& parameters) {
-    std::vector<const char*> texts;
-    texts.reserve(parameters.size());
-    std::ranges::transform(parameters, std::back_inserter(texts), [](const Parameter& one) {
-        return one.text ? one.text->c_str() : nullptr;
-    });
-    return texts;
+/// The place of the first answer that tells of a fault; behind the last without one.
+std::size_t firstFault(const std::vector<Result>& answers) {
+    const auto failed = std::ranges::find_if(answers, isFault, &Result::get);
+    return static_cast<std::size_t>(failed - answers.begin());
 }
 
 /// Turns a switch off when it ends.
@@ -103,44 +56,6 @@ struct Ended {
 };
 
 }  // namespace
-
-Parameter typed(const base::Value& value) {
-    if (value.isNull()) {
-        return {};
-    }
-    if (value.isText()) {
-        requireKeepable(value.heldText());
-        return {value.heldText(), TextType};
-    }
-    if (value.isDate()) {
-        return {value.asDate().iso(), Timestamp};
-    }
-    if (value.isYesNo()) {
-        return {value.asBoolean() ? "t" : "f", Bool};
-    }
-    if (value.isInteger()) {
-        return {std::to_string(value.asInteger()), Bigint};
-    }
-    return {fmt::format("{}", value.asNumber()), Double};
-}
-
-Parameter untyped(const base::Value& value, ColumnKind kind) {
-    Parameter parameter = typed(value);
-    parameter.type = 0;
-    if (kind == ColumnKind::YesNo && parameter.text) {
-        parameter.text = value.asNumber() != 0 ? "t" : "f";
-    }
-    return parameter;
-}
-
-Query::Query(std::string_view text) : sql(numbered(text)) {
-    constexpr std::array<std::string_view, 4> Reading{"SELECT", "VALUES", "EXPLAIN", "SHOW"};
-    constexpr std::array<std::string_view, 5> Control{"SAVEPOINT", "RELEASE", "ROLLBACK", "COMMIT",
-                                                      "BEGIN"};
-    const std::string word = firstWord(sql);
-    isControl = isOneOf(word, Control);
-    writes = !isControl && !isOneOf(word, Reading);
-}
 
 Link::Link(const std::string& path, int lockTimeoutMs, Sharing sharing)
     : place_(serverPathOf(path)),
@@ -172,8 +87,8 @@ void Link::connect() {
         raiseUnreachable(source_, connection_.get());
     }
     isUp_ = true;
-    ++generation_;
-    released_.clear();
+    ++prepared_.generation;
+    prepared_.released.clear();
     applied_.clear();
     isConnecting_ = true;
     const Ended ended{isConnecting_};
@@ -261,6 +176,15 @@ void Link::raiseGone(const std::string& what) {
     raiseLost(source_, what);
 }
 
+/// The connection is lost, and with it the unit that was open.
+void Link::raiseIfUnitIsLost() {
+    const bool wasInUnit = inUnit_;
+    lose();
+    if (wasInUnit) {
+        raiseGone("The change that was under way was undone as a whole.");
+    }
+}
+
 bool Link::send(const Command& command) const {
     static const std::vector<Parameter> Nothing;
     const auto& parameters = command.parameters == nullptr ? Nothing : *command.parameters;
@@ -284,6 +208,7 @@ bool Link::send(const Command& command) const {
 
 /// What the forms do under a wait may ask the server something on the same connection.
 void Link::startAsking() {
+    ++roundTrips_;
     if (isWaiting_) {
         throw StoreError(Fault::Locked,
                          fmt::format("The server of \"{}\" has not answered yet.", source_.path));
@@ -332,74 +257,52 @@ Result Link::exec(const std::string& statements) {
     return library().sendQuery(connection_.get(), statements.c_str()) == 1 ? lastAnswer() : nullptr;
 }
 
-/// Sends the commands together; the answer to the wanted one, or to the first that failed.
-Result Link::exchange(std::span<const Command> commands, std::size_t wanted) {
+/// Sends the commands together; an answer to each, none where the connection was lost.
+Link::Answers Link::exchange(std::span<const Command> commands) {
     startAsking();
+    Answers answers(commands.size());
     if (commands.size() == 1) {
-        return send(commands.front()) ? lastAnswer() : nullptr;
+        answers.front() = send(commands.front()) ? lastAnswer() : nullptr;
+        return answers;
     }
     PGconn* connection = connection_.get();
     if (library().enterPipelineMode(connection) != 1 ||
         !std::ranges::all_of(commands, [this](const Command& one) { return send(one); }) ||
         library().pipelineSync(connection) != 1) {
-        return nullptr;
+        return answers;
     }
-    Result result;
-    bool failed = false;
-    for (std::size_t i = 0; i < commands.size(); ++i) {
-        Result one = answer();
+    for (Result& one : answers) {
+        one = answer();
         for (Result rest = one ? answer() : nullptr; rest != nullptr;) {
             rest = answer();
         }
-        if (!failed && (i == wanted || isFault(one.get()))) {
-            failed = isFault(one.get());
-            result = std::move(one);
-        }
     }
     const Result sync = answer();
-    if (isGivenUp_) {
-        return nullptr;
+    if (!isGivenUp_) {
+        library().exitPipelineMode(connection);
     }
-    library().exitPipelineMode(connection);
-    return result;
+    return answers;
 }
 
 Result Link::once(Query& query, const std::vector<Parameter>& parameters) {
-    const std::vector<Oid> types = typesOf(parameters);
-    if (query.types != types) {
-        release(query);
-        query.types = types;
-        query.name.clear();
-        query.runs = 0;
-    }
-    if (query.generation != generation_) {
-        query.name.clear();
-    }
-    std::vector<Command> commands;
     const bool isGuarded = inUnit_ && !query.isControl;
+    Sending sending(prepared_);
     if (isGuarded) {
-        commands.push_back({Command::Kind::Run, &Savepoint, nullptr, &NoParameters});
+        sending.add(Savepoint);
     }
-    std::string name = query.name;
-    if (name.empty() && query.runs > 0 && !query.isControl) {
-        name = fmt::format("vireo{}", ++names_);
-        commands.push_back({Command::Kind::Prepare, &query.sql, &name, &parameters});
-    }
-    const std::size_t wanted = commands.size();
-    commands.push_back(name.empty()
-                           ? Command{Command::Kind::Run, &query.sql, nullptr, &parameters}
-                           : Command{Command::Kind::RunPrepared, &name, nullptr, &parameters});
+    sending.add({&query, &parameters});
+    const std::size_t wanted = sending.commands().size() - 1;
     if (isGuarded) {
-        commands.push_back({Command::Kind::Run, &Release, nullptr, &NoParameters});
+        sending.add(Release);
     }
-    Result result = exchange(commands, wanted);
+    Answers answers = exchange(sending.commands());
+    const std::size_t failed = firstFault(answers);
+    Result result = std::move(answers[failed < answers.size() ? failed : wanted]);
     if (isLost(connection_.get(), result.get())) {
         return result;
     }
     if (!isFault(result.get())) {
-        ++query.runs;
-        query.name = name;
-        query.generation = generation_;
+        sending.ran();
     } else if (isGuarded) {
         undoStatement();
     }
@@ -408,32 +311,33 @@ Result Link::once(Query& query, const std::vector<Parameter>& parameters) {
 
 void Link::undoStatement() { require(exec(Undo).get()); }
 
-Result Link::run(Query& query, const std::vector<Parameter>& parameters) {
+/// Outside a unit, before something is sent.
+void Link::makeReady() {
     constexpr std::size_t ManyReleased = 20;
+    if (!isUp_) {
+        connect();
+    }
+    if (prepared_.released.size() > ManyReleased) {
+        script("DEALLOCATE " + fmt::format("{}", fmt::join(prepared_.released, "; DEALLOCATE ")));
+        prepared_.released.clear();
+    }
+}
+
+Result Link::run(Query& query, const std::vector<Parameter>& parameters) {
     if (!inUnit_) {
-        if (!isUp_) {
-            connect();
-        }
+        makeReady();
         if (query.writes) {
             applySettings();
-        }
-        if (released_.size() > ManyReleased) {
-            script("DEALLOCATE " + fmt::format("{}", fmt::join(released_, "; DEALLOCATE ")));
-            released_.clear();
         }
     }
     Result result = once(query, parameters);
     if (isLost(connection_.get(), result.get())) {
-        const bool wasInUnit = inUnit_;
-        lose();
-        if (wasInUnit) {
-            raiseGone("The change that was under way was undone as a whole.");
-        }
+        raiseIfUnitIsLost();
         if (query.writes) {
             raiseGone("Please look whether the change was made before you make it again.");
         }
         if (isConnecting_ || isGivenUp_) {
-            raiseGone("Nothing was read.");
+            raiseGone(NothingRead);
         }
         connect();
         result = once(query, parameters);
@@ -452,30 +356,60 @@ Result Link::run(const std::string& sql, const std::vector<Parameter>& parameter
     return run(query, parameters);
 }
 
-void Link::begin() {
+/// Reads that fail take nothing of the unit with them: they are made again one by one.
+Link::Begun Link::tryToBegin(std::span<const Call> reads) {
+    constexpr std::size_t LockPlace = 1;
+    Query lock(Lock);
+    const std::vector<Parameter> file{{place_.file, 0}};
+    Sending sending(prepared_);
+    sending.add(Begin);
+    sending.add({&lock, &file});
+    if (!reads.empty()) {
+        sending.add(Savepoint);
+        sending.add(reads);
+        sending.add(Release);
+    }
+    Answers answers = exchange(sending.commands());
+    const std::size_t failed = firstFault(answers);
+    const bool failedLater = failed > LockPlace && failed < answers.size() &&
+                             !isLost(connection_.get(), answers[failed].get());
+    if (failed < answers.size() && !failedLater) {
+        return {std::move(answers[failed]), {}, false};
+    }
+    Begun begun{nullptr, sending.ofCalls(std::move(answers)), failedLater};
+    begun.lock = std::move(begun.reads.front());
+    begun.reads.erase(begun.reads.begin());
+    if (!failedLater) {
+        sending.ran();
+    }
+    return begun;
+}
+
+Link::Answers Link::begin(std::span<const Call> reads) {
     if (!isUp_) {
         connect();
     }
     applySettings();
-    const std::vector<Parameter> file{{place_.file, 0}};
-    const std::array<Command, 2> commands{
-        Command{Command::Kind::Run, &Begin, nullptr, &NoParameters},
-        Command{Command::Kind::Run, &Lock, nullptr, &file}};
-    Result taken = exchange(commands, 1);
-    if (isLost(connection_.get(), taken.get())) {
+    Begun begun = tryToBegin(reads);
+    if (isLost(connection_.get(), begun.lock.get())) {
         lose();
         if (isGivenUp_) {
             raiseGone(NothingChanged);
         }
         connect();
-        taken = exchange(commands, 1);
+        begun = tryToBegin(reads);
     }
-    if (isFault(taken.get()) && !isLost(connection_.get(), taken.get())) {
+    if (isFault(begun.lock.get()) && !isLost(connection_.get(), begun.lock.get())) {
         script("ROLLBACK");
     }
-    require(taken.get());
-    unit_ = library().value(taken.get(), 0, 1);
+    require(begun.lock.get());
+    unit_ = library().value(begun.lock.get(), 0, 1);
     inUnit_ = true;
+    if (begun.readsFailed) {
+        undoStatement();
+        return {};
+    }
+    return std::move(begun.reads);
 }
 
 void Link::beginReading() {
@@ -502,10 +436,16 @@ std::string Link::fateOf(const std::string& unit) {
 }
 
 void Link::commit() {
+    inUnit_ = false;
+    const Result answer = exec(Commit);
+    committed(answer.get());
+}
+
+/// What became of the unit, as far as that can be known.
+void Link::committed(PGresult* answer) {
     const std::string unit = std::exchange(unit_, {});
     inUnit_ = false;
-    const Result answer = exec("COMMIT");
-    if (isLost(connection_.get(), answer.get())) {
+    if (isLost(connection_.get(), answer)) {
         lose();
         const std::string fate = unit.empty() || isGivenUp_ ? "" : fateOf(unit);
         if (fate == "committed") {
@@ -515,10 +455,70 @@ void Link::commit() {
                                     : "Please look whether the change was made before you make it "
                                       "again.");
     }
-    require(answer.get());
-    if (std::string_view(library().commandStatus(answer.get())) != "COMMIT") {
+    require(answer);
+    if (std::string_view(library().commandStatus(answer)) != Commit) {
         throw StoreError(Fault::Other, "The server undid the changes of this transaction.");
     }
+}
+
+Link::Answers Link::readTogether(std::span<const Call> reads) {
+    if (!inUnit_) {
+        makeReady();
+    }
+    Sending sending(prepared_);
+    if (inUnit_) {
+        sending.add(Savepoint);
+    }
+    sending.add(reads);
+    if (inUnit_) {
+        sending.add(Release);
+    }
+    Answers answers = exchange(sending.commands());
+    const std::size_t failed = firstFault(answers);
+    if (failed == answers.size()) {
+        sending.ran();
+        return sending.ofCalls(std::move(answers));
+    }
+    if (isLost(connection_.get(), answers[failed].get())) {
+        raiseIfUnitIsLost();
+        if (isGivenUp_) {
+            raiseGone(NothingRead);
+        }
+    } else if (inUnit_) {
+        undoStatement();
+    } else if (isCancelled_) {
+        require(answers[failed].get());
+    }
+    return {};
+}
+
+bool Link::writeTogether(std::span<const Call> writes, bool commits) {
+    Sending sending(prepared_);
+    sending.add(Savepoint);
+    sending.add(writes);
+    sending.add(Release);
+    const std::size_t commitPlace = sending.commands().size();
+    if (commits) {
+        sending.add(Commit);
+    }
+    const Answers answers = exchange(sending.commands());
+    const std::size_t failed = firstFault(answers);
+    const bool isDone = failed == answers.size();
+    PGresult* telling = answers[isDone ? answers.size() - 1 : failed].get();
+    const bool isGone = isLost(connection_.get(), telling);
+    if (!isDone && !isGone && failed < commitPlace) {
+        undoStatement();
+        return false;
+    }
+    if (commits) {
+        committed(telling);
+    } else if (isGone) {
+        raiseIfUnitIsLost();
+    }
+    if (!isGone) {
+        sending.ran();
+    }
+    return true;
 }
 
 void Link::rollback() {
@@ -534,12 +534,6 @@ void Link::rollback() {
 void Link::setFiles(std::vector<std::string> files) {
     files_ = std::move(files);
     applySettings();
-}
-
-void Link::release(const Query& query) {
-    if (!query.name.empty() && query.generation == generation_) {
-        released_.push_back(query.name);
-    }
 }
 
 }  // namespace store::postgres

@@ -2,46 +2,18 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/base/value.h"
 #include "platform/store/base/database.h"
 #include "platform/store/base/location.h"
 #include "platform/store/postgres/faults.h"
+#include "platform/store/postgres/query.h"
 #include "platform/store/postgres/waiting.h"
 
 namespace store::postgres {
-
-/// One parameter as it goes to the server: as text, nothing for Null, with the type that it has
-/// there or 0 where its place says.
-struct Parameter {
-    std::optional<std::string> text;
-    Oid type = 0;
-};
-
-/// A value with the type that the statement must take it for. Raises StoreError for a text that the
-/// server cannot keep.
-[[nodiscard]] Parameter typed(const base::Value& value);
-
-/// A value as the column that it is meant for reads it.
-[[nodiscard]] Parameter untyped(const base::Value& value, ColumnKind kind);
-
-/// A statement that may run several times; prepared on the server when it runs for the second time.
-struct Query {
-    explicit Query(std::string_view text);
-
-    std::string sql;
-    bool writes = false;
-    bool isControl = false;  ///< of transactions
-    int runs = 0;
-    std::vector<Oid> types = {};
-    std::string name = {};         ///< on the server; empty where it is not prepared
-    std::uint64_t generation = 0;  ///< of the connection that it is prepared on
-};
 
 /// A connection to the server that is made again where it was lost. Outside a unit a read is
 /// repeated then, a write is not. In a unit each statement that fails leaves what the unit wrote
@@ -67,9 +39,16 @@ public:
     /// Several statements without parameters at once, outside a unit or as a part of it.
     void script(const std::string& statements);
 
+    /// Runs reads in one round trip; their answers, or none at all where one of them failed.
+    [[nodiscard]] std::vector<Result> readTogether(std::span<const Call> reads);
+    /// Runs writes of a unit in one round trip, with its commit where that is asked for. False
+    /// where one of them failed: then none of them is done and the unit goes on.
+    [[nodiscard]] bool writeTogether(std::span<const Call> writes, bool commits);
+
     [[nodiscard]] bool inUnit() const { return inUnit_; }
-    /// Takes the file's lock.
-    void begin();
+    /// Takes the file's lock. The answers to reads that are made under it in the same round trip,
+    /// or none at all where one of them failed.
+    std::vector<Result> begin(std::span<const Call> reads = {});
     void beginReading();
     /// Where the connection is lost meanwhile, the server is asked what became of the unit.
     void commit();
@@ -81,8 +60,10 @@ public:
     void setFiles(std::vector<std::string> files);
 
     [[nodiscard]] std::int64_t changedRows() const { return changedRows_; }
+    /// How often an answer was waited for.
+    [[nodiscard]] std::int64_t roundTrips() const { return roundTrips_; }
     /// Forgets a prepared statement.
-    void release(const Query& query);
+    void release(const Query& query) { prepared_.release(query); }
 
     /// Sends statements as they are; the answer to the last one, or to the first that failed.
     Result exec(const std::string& statements);
@@ -92,18 +73,18 @@ public:
     void require(const PGresult* answer);
 
 private:
-    struct Command {
-        enum class Kind { Run, Prepare, RunPrepared } kind = Kind::Run;
-        const std::string* text = nullptr;  ///< the statement or its name
-        const std::string* name = nullptr;  ///< of a Prepare
-        const std::vector<Parameter>* parameters = nullptr;
+    using Answers = std::vector<Result>;
+    struct Begun {
+        Result lock;  ///< or what failed before it was taken
+        Answers reads;
+        bool readsFailed = false;
     };
     void connect();
     void applySettings();
     void requireFile();
     void takePlace();
     [[nodiscard]] std::vector<std::string> settings() const;
-    [[nodiscard]] Result exchange(std::span<const Command> commands, std::size_t wanted);
+    [[nodiscard]] Answers exchange(std::span<const Command> commands);
     /// The next answer; null where the user did not wait for it.
     [[nodiscard]] Result answer();
     [[nodiscard]] Result lastAnswer();
@@ -111,7 +92,11 @@ private:
     void startAsking();
     [[nodiscard]] bool send(const Command& command) const;
     [[nodiscard]] Result once(Query& query, const std::vector<Parameter>& parameters);
+    void makeReady();
     void undoStatement();
+    void raiseIfUnitIsLost();
+    [[nodiscard]] Begun tryToBegin(std::span<const Call> reads);
+    void committed(PGresult* answer);
     void lose();
     /// Raises Lost, or GivenUp where the user gave up.
     [[noreturn]] void raiseGone(const std::string& what);
@@ -121,10 +106,8 @@ private:
     Source source_;
     Sharing sharing_;
     Connection connection_;
-    std::uint64_t generation_ = 0;
-    std::uint64_t names_ = 0;
+    PreparedNames prepared_;
     std::vector<std::string> files_;
-    std::vector<std::string> released_;
     std::vector<std::string> applied_;  ///< settings as the connection has them
     Durability durability_ = Durability::PowerCut;
     bool isUp_ = false;
@@ -135,6 +118,7 @@ private:
     bool inUnit_ = false;
     std::string unit_;  ///< the server's number of the unit
     std::int64_t changedRows_ = 0;
+    std::int64_t roundTrips_ = 0;
 };
 
 }  // namespace store::postgres

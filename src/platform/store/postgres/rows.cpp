@@ -40,16 +40,42 @@ std::string whereFetched(const FetchedRow& row) {
     return text;
 }
 
+std::string updateText(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
+    std::string assignments;
+    for (const ColumnValue& item : changes) {
+        assignments += (assignments.empty() ? "" : ", ") + quoted(item.column->name) + " = ?";
+    }
+    return fmt::format("UPDATE {} SET {}{}", quoted(row.table->name), assignments,
+                       whereFetched(row));
+}
+
+std::vector<Parameter> updateParameters(const FetchedRow& row,
+                                        const std::vector<ColumnValue>& changes) {
+    std::vector<Parameter> parameters;
+    append(parameters, changes);
+    parameters.push_back(keyOf(row.key));
+    append(parameters, row.values);
+    return parameters;
+}
+
 }  // namespace
 
-Result Rows::run(const std::string& sql, const std::vector<Parameter>& parameters) {
-    if (prepared_.size() >= MaxPrepared && !prepared_.contains(sql)) {
+void Rows::forgetMany() {
+    if (prepared_.size() >= MaxPrepared) {
         for (const auto& [text, query] : prepared_) {
             link_.release(query);
         }
         prepared_.clear();
     }
-    return link_.run(prepared_.try_emplace(sql, sql).first->second, parameters);
+}
+
+Query& Rows::queryOf(const std::string& sql) {
+    return prepared_.try_emplace(sql, sql).first->second;
+}
+
+Result Rows::run(const std::string& sql, const std::vector<Parameter>& parameters) {
+    forgetMany();
+    return link_.run(queryOf(sql), parameters);
 }
 
 RowOutcome Rows::outcomeOf(const FetchedRow& row) {
@@ -62,18 +88,17 @@ RowOutcome Rows::outcomeOf(const FetchedRow& row) {
 
 RowOutcome Rows::update(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
     requireKey(link_.source(), *row.table);
-    std::string assignments;
-    for (const ColumnValue& item : changes) {
-        assignments += (assignments.empty() ? "" : ", ") + quoted(item.column->name) + " = ?";
-    }
-    std::vector<Parameter> parameters;
-    append(parameters, changes);
-    parameters.push_back(keyOf(row.key));
-    append(parameters, row.values);
-    static_cast<void>(run(
-        fmt::format("UPDATE {} SET {}{}", quoted(row.table->name), assignments, whereFetched(row)),
-        parameters));
+    static_cast<void>(run(updateText(row, changes), updateParameters(row, changes)));
     return outcomeOf(row);
+}
+
+Query& Rows::updateOrFail(const FetchedRow& row, const std::vector<ColumnValue>& changes,
+                          std::vector<Parameter>& parameters) {
+    requireKey(link_.source(), *row.table);
+    parameters = updateParameters(row, changes);
+    return queryOf(
+        fmt::format(R"(WITH "written" AS ({} RETURNING 1) SELECT 1 / count(*) FROM "written")",
+                    updateText(row, changes)));
 }
 
 RowOutcome Rows::remove(const FetchedRow& row) {

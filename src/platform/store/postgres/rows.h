@@ -15,12 +15,19 @@ public:
     explicit Rows(Link& link) : link_(link) {}
 
     RowOutcome update(const FetchedRow& row, const std::vector<ColumnValue>& changes);
+    /// The same, to be run together with others: it fails where the row does not get written. Holds
+    /// until `forgetMany`.
+    Query& updateOrFail(const FetchedRow& row, const std::vector<ColumnValue>& changes,
+                        std::vector<Parameter>& parameters);
+    /// Lets go of what is prepared where that has become much.
+    void forgetMany();
     RowOutcome remove(const FetchedRow& row);
     base::Value insert(const Table& table, const std::vector<ColumnValue>& values);
     bool read(const Table& table, const base::Value& key, std::vector<ColumnValue>& columns);
     base::Value defaultOf(const Column& column);
 
 private:
+    Query& queryOf(const std::string& sql);
     Result run(const std::string& sql, const std::vector<Parameter>& parameters);
     RowOutcome outcomeOf(const FetchedRow& row);
 

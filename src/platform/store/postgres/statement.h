@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "platform/store/postgres/link.h"
@@ -26,6 +27,10 @@ public:
     [[nodiscard]] std::int64_t integer(int column) const override;
     [[nodiscard]] double real(int column) const override;
     [[nodiscard]] std::string_view text(int column) const override;
+
+    /// What it runs with, for who runs it together with others and gives it the answer.
+    [[nodiscard]] Call call() { return {&query_, &parameters_}; }
+    void take(Result rows) { rows_ = std::move(rows); }
 
 private:
     void fetch() const;
