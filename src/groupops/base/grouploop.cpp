@@ -38,10 +38,12 @@ GroupLoop::GroupLoop(ado::Connection& connection, base::ProgressPort& progress, 
 
 void GroupLoop::setPatience(std::chrono::milliseconds patience) { lockPatience = patience; }
 
-bool GroupLoop::once(const std::function<void()>& work) {
+bool GroupLoop::once(const std::function<void()>& work) { return wholly(work, {}); }
+
+bool GroupLoop::wholly(const std::function<void()>& work, const Statements& reads) {
     auto start = Clock::now();
     int turns = 0;
-    while (!outcome_.stopped && !tried(work)) {
+    while (!outcome_.stopped && !tried(work, reads)) {
         if (++turns == SilentTurns) {
             progress_.status(WaitingStatus);
         }
@@ -57,14 +59,14 @@ bool GroupLoop::once(const std::function<void()>& work) {
     return !outcome_.stopped;
 }
 
-bool GroupLoop::turn(const std::function<void()>& work) {
+bool GroupLoop::turn(const std::function<void()>& work, const Statements& reads) {
     outcome_.stopped = progress_.yield();
-    return once(work);
+    return wholly(work, reads);
 }
 
-bool GroupLoop::tried(const std::function<void()>& work) {
+bool GroupLoop::tried(const std::function<void()>& work, const Statements& reads) {
     try {
-        return work_.unit(work);
+        return work_.unit(work, reads);
     } catch (const std::exception&) {
         tellFault();
         throw;

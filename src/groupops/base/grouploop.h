@@ -27,6 +27,14 @@ enum class Telling { Before, Done };
 /// is told what is written and what is not, and asked whether to go on or to stop. A unit that met
 /// the lock is done anew, as a whole.
 ///
+/// Nothing is read first.
+struct NoReads {
+    template <class Item>
+    std::vector<std::string> operator()(const Item&) const {
+        return {};
+    }
+};
+
 /// What a unit raises goes on to the caller; before it does, the planner is told what is written
 /// and what is not. What the faulty unit has written until then stays, too.
 class GroupLoop {
@@ -38,8 +46,10 @@ public:
     /// Does `unit` for each item. It answers with what was left out and why, or with nothing where
     /// the item is done. `status` gives what is told of an item; the progress is told the percent
     /// of the items. False where the planner stopped. Raises what a unit raises.
-    template <class Items, class Unit, class Status>
-    bool forEach(const Items& items, Unit unit, Status status, Telling telling = Telling::Done);
+    /// `reads` gives statements that the unit of an item opens first, whatever it finds there.
+    template <class Items, class Unit, class Status, class Reads = NoReads>
+    bool forEach(const Items& items, Unit unit, Status status, Telling telling = Telling::Done,
+                 Reads reads = {});
 
     /// Does one unit of work that is none of the items; false where the planner stopped.
     bool once(const std::function<void()>& work);
@@ -52,8 +62,10 @@ public:
     static void setPatience(std::chrono::milliseconds patience);
 
 private:
-    bool turn(const std::function<void()>& work);
-    bool tried(const std::function<void()>& work);
+    using Statements = std::vector<std::string>;
+    bool turn(const std::function<void()>& work, const Statements& reads);
+    bool wholly(const std::function<void()>& work, const Statements& reads);
+    bool tried(const std::function<void()>& work, const Statements& reads);
     void tellFault() const;
     bool goOnWaiting();
     void count(std::optional<LeftOut> left);
@@ -67,8 +79,9 @@ private:
     std::string atHand_;
 };
 
-template <class Items, class Unit, class Status>
-bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling telling) {
+template <class Items, class Unit, class Status, class Reads>
+bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling telling,
+                        Reads reads) {
     const auto total = static_cast<double>(std::ranges::size(items));
     double begun = 0;
     for (const auto& item : items) {
@@ -79,7 +92,7 @@ bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling te
         }
         std::optional<LeftOut> left;
         atHand_.clear();
-        if (!turn([&] { left = unit(item); })) {
+        if (!turn([&] { left = unit(item); }, reads(item))) {
             return false;
         }
         if (telling == Telling::Done) {

@@ -27,6 +27,7 @@ public:
 private:
     std::optional<LeftOut> changeRun(const std::string& run, base::Date bell);
     void write(ado::Recordset& row, const std::string& run, base::Date bell, base::Date anchor);
+    [[nodiscard]] std::vector<std::string> readsOf(const std::string& run) const;
 
     ado::Connection& routing_;
     const BellChange& change_;
@@ -52,9 +53,16 @@ Outcome Changing::all() {
                 loop.worksOn(runs[slot]);
                 return changeRun(runs[slot], *bell);
             },
-            [](int) { return ChangingBells; });
+            [](int) { return ChangingBells; }, Telling::Done,
+            [&](int slot) { return readsOf(runs[slot]); });
     }
     return outcome;
+}
+
+std::vector<std::string> Changing::readsOf(const std::string& run) const {
+    const auto order =
+        change_.method.fromEnd ? runedit::TimeOrder::Backwards : runedit::TimeOrder::Forwards;
+    return {data::runSql(run), stopRowsSql(runedit::StopTable::Routing, order, run)};
 }
 
 std::optional<LeftOut> Changing::changeRun(const std::string& run, base::Date bell) {

@@ -44,7 +44,7 @@ std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& 
     }
     auto open = calculateRoute(data, route.route, route.garage);
     if (open.empty()) {
-        data.routing.Execute(fmt::format(RouteCalculated, route.route));
+        data.routing.executeUncounted(fmt::format(RouteCalculated, route.route));
     }
     return open;
 }
@@ -118,7 +118,7 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
                 return fmt::format("Calculating Dead Head Time for all runs in Route: {}.",
                                    route.routeId);
             },
-            Telling::Before);
+            Telling::Before, [](const RouteKey& route) { return readsOfRoute(route.route); });
     }
     if (!outcome.stopped) {
         loop.once([&] { markCalculated(data.routing); });

@@ -35,6 +35,9 @@ constexpr auto WriteSql =
 constexpr auto RunsSql =
     "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
 
+constexpr auto DistrictSql = "SELECT DISTRICT.* FROM DISTRICT";
+constexpr auto CountSql = "SELECT COUNT(*) AS RUNS FROM RUN WHERE RUN.INT_ROUTEID={}";
+
 float figure(const ado::Field& field) {
     if (field.isNull()) {
         return NoTravel;
@@ -57,7 +60,7 @@ Travel firstTravel(ado::Connection& cross, const std::string& sql) {
 
 double backToGarageGap(ado::Connection& routing) {
     ado::Recordset district;
-    district.Open("SELECT DISTRICT.* FROM DISTRICT", routing);
+    district.Open(DistrictSql, routing);
     return district.Eof() ? 0 : startup::numberOf(district["Back_To_Garage_Gap"]);
 }
 
@@ -78,18 +81,40 @@ int readRuns(ado::Recordset& rows, PerRun<RouteRun>& runs) {
     return count;
 }
 
+bool hasStops(Leg leg) { return leg.from >= 1 && leg.to >= 1; }
+
 Travel travelOf(ado::Connection& cross, Leg leg) {
-    return leg.from < 1 || leg.to < 1 ? Travel{NoStop, NoStop}
-                                      : readTravel(cross, leg.from, leg.to);
+    return hasStops(leg) ? readTravel(cross, leg.from, leg.to) : Travel{NoStop, NoStop};
+}
+
+/// Straight from run to run, the leg after one is the leg before the other.
+bool isKnown(const PerRun<RunLegs>& legs, int run) {
+    return run > 1 && legs[run].before == legs[run - 1].after;
+}
+
+/// What deadHeadOfRuns asks of each leg first.
+std::vector<std::string> travelReads(const PerRun<RunLegs>& legs, int count) {
+    std::vector<std::string> reads;
+    const auto add = [&](Leg leg) {
+        if (hasStops(leg)) {
+            reads.push_back(fmt::format(TravelSql, leg.from, leg.to));
+        }
+    };
+    for (int i = 1; i <= count; ++i) {
+        if (!isKnown(legs, i)) {
+            add(legs[i].before);
+        }
+        add(legs[i].after);
+    }
+    return reads;
 }
 
 PerRun<RunDeadHead> deadHeadOfRuns(ado::Connection& cross, const PerRun<RouteRun>& runs,
                                    const PerRun<RunLegs>& legs, int count) {
     PerRun<RunDeadHead> result;
     for (int i = 1; i <= count; ++i) {
-        // Straight from run to run, the leg after one is the leg before the other.
-        const bool known = i > 1 && legs[i].before == legs[i - 1].after;
-        const Travel before = known ? result[i - 1].after : travelOf(cross, legs[i].before);
+        const Travel before =
+            isKnown(legs, i) ? result[i - 1].after : travelOf(cross, legs[i].before);
         result[i] = deadHeadOf(runs[i], legs[i], before, travelOf(cross, legs[i].after));
     }
     return result;
@@ -103,11 +128,11 @@ std::string literal(std::optional<base::Date> time) {
 
 // A statement, not the recordset: that would compare all columns of RUN at each row.
 void writeRun(ado::Connection& routing, const std::string& run, const RunDeadHead& deadHead) {
-    routing.Execute(fmt::format(WriteSql, literal(deadHead.before.minutes),
-                                literal(deadHead.after.minutes), literal(deadHead.before.miles),
-                                literal(deadHead.after.miles), literal(deadHead.beforeStart),
-                                literal(deadHead.afterStart), deadHead.showBothBeg,
-                                deadHead.showBothEnd, ado::escaped(run)));
+    routing.executeUncounted(
+        fmt::format(WriteSql, literal(deadHead.before.minutes), literal(deadHead.after.minutes),
+                    literal(deadHead.before.miles), literal(deadHead.after.miles),
+                    literal(deadHead.beforeStart), literal(deadHead.afterStart),
+                    deadHead.showBothBeg, deadHead.showBothEnd, ado::escaped(run)));
 }
 
 OpenLeg::Lack lackOf(Travel travel) {
@@ -144,9 +169,12 @@ std::int32_t internalId(const ado::Field& field) {
 
 std::int64_t runsOfRoute(ado::Connection& routing, std::int32_t route) {
     ado::Recordset runs;
-    runs.Open(fmt::format("SELECT COUNT(*) AS RUNS FROM RUN WHERE RUN.INT_ROUTEID={}", route),
-              routing);
+    runs.Open(fmt::format(CountSql, route), routing);
     return startup::wholeOf(runs["RUNS"]);
+}
+
+std::vector<std::string> readsOfRoute(std::int32_t route) {
+    return {fmt::format(CountSql, route), DistrictSql, fmt::format(RunsSql, route)};
 }
 
 Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
@@ -156,14 +184,16 @@ Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
 
 std::vector<OpenLeg> calculateRoute(const DeadHeadData& data, std::int32_t route,
                                     std::int32_t garage) {
-    ado::CommitOnExit unit(data.routing);
+    ado::CommitOnExit unit(data.routing, {.reads = {DistrictSql, fmt::format(RunsSql, route)},
+                                          .writesTogether = true});
     const double gap = backToGarageGap(data.routing);
-    data.routing.Execute(fmt::format(ClearSql, route));
+    data.routing.executeUncounted(fmt::format(ClearSql, route));
     ado::Recordset rows;
     rows.Open(fmt::format(RunsSql, route), data.routing);
     PerRun<RouteRun> runs;
     const int count = readRuns(rows, runs);
     const auto legs = legsOfRoute(runs, count, garage, gap);
+    const ado::ReadAhead travel(data.cross, travelReads(legs, count));
     const auto results = deadHeadOfRuns(data.cross, runs, legs, count);
     for (int i = 1; i <= count; ++i) {
         writeRun(data.routing, runs[i].run, results[i]);

@@ -40,6 +40,9 @@ struct OpenLeg {
     std::int64_t runsOfRoute = 0;  ///< where these are too many
 };
 
+/// What runsOfRoute and calculateRoute ask first; nothing that they write concerns it.
+[[nodiscard]] std::vector<std::string> readsOfRoute(std::int32_t route);
+
 [[nodiscard]] std::int64_t runsOfRoute(ado::Connection& routing, std::int32_t route);
 
 /// Works out the dead-head of all runs of a route and writes it into them, as one unit of work;

@@ -35,9 +35,8 @@ Outcome changeRuns(ado::Connection& routing, std::span<const std::string> runs,
             loop.worksOn(run);
             return changeRow(routing, run, changes);
         },
-        [](const std::string& run) {
-            return fmt::format("Changed information for run: {}.", run);
-        });
+        [](const std::string& run) { return fmt::format("Changed information for run: {}.", run); },
+        Telling::Done, [](const std::string& run) { return std::vector{data::runSql(run)}; });
     return outcome;
 }
 

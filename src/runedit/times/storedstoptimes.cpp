@@ -161,7 +161,9 @@ void writeStops(ado::Recordset& rows, const std::vector<StopWrite>& writes, cons
 
 base::Date timeStoredStops(const StoredStops& stops, std::string& mode, base::Date& anchor,
                            const LogLine& log) {
-    ado::CommitOnExit unit(stops.connection);
+    const auto first = base::equalsNoCase(mode, "End") ? TimeOrder::Backwards : TimeOrder::Forwards;
+    ado::CommitOnExit unit(stops.connection, {.reads = {stopRowsSql(stops.rows, first, stops.run)},
+                                              .writesTogether = true});
     const base::Date last = passes(stops, mode, anchor, log);
     unit.commit();
     return last;

@@ -44,6 +44,10 @@ PassengerCount countPassengers(const CheckedRun& run, const StopRows& regularSto
     return count;
 }
 
+std::vector<std::string> passengerReads(const CheckedRun& run) {
+    return {stopsSql(regularStopsOf(run.run)), runSql(run.run)};
+}
+
 Findings Check_NumPassengers(const CheckedRun& run, const ValidationDatabases& databases) {
     auto count = countPassengers(run, readStops(databases.routing, regularStopsOf(run.run)));
     saveTotal(run, count.total, databases.routing);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "runedit/validation/checkedrun.h"
 #include "runedit/validation/finding.h"
@@ -22,5 +24,7 @@ struct PassengerCount {
 /// Cost: one statement for the stops, one for the run, and a write where the total is a new one.
 [[nodiscard]] Findings Check_NumPassengers(const CheckedRun& run,
                                            const ValidationDatabases& databases);
+/// The statements that it opens of the routing file, as far as the run itself decides them.
+[[nodiscard]] std::vector<std::string> passengerReads(const CheckedRun& run);
 
 }  // namespace runedit

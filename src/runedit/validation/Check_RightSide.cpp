@@ -8,11 +8,23 @@ namespace runedit {
 
 namespace {
 
-bool isRightSideOnly(const std::string& stopId, ado::Connection& routing) {
+std::vector<std::string> sideReads(const StopRows& stops) {
+    std::vector<std::string> reads;
+    reads.reserve(stops.size());
+    for (const StopRow& stop : stops) {
+        reads.push_back(fmt::format("SELECT STOP.RIGHTSIDE from STOP Where Stop.STOPID='{}'",
+                                    ado::escaped(stop.stopId)));
+    }
+    return reads;
+}
+
+std::string notServedFromTheRight(std::string_view run) {
+    return regularStopsOf(run) + " and STOP_TRIPTYPE.RUN_PICKUP_SIDE<>'right'";
+}
+
+bool isRightSideOnly(const std::string& sideRead, ado::Connection& routing) {
     ado::Recordset row;
-    row.Open(
-        fmt::format("SELECT STOP.RIGHTSIDE from STOP Where Stop.STOPID='{}'", ado::escaped(stopId)),
-        routing);
+    row.Open(sideRead, routing);
     return !row.Eof() && yesNoOf(row["RightSide"]);
 }
 
@@ -25,12 +37,18 @@ Finding servedFromTheLeft(const StopRow& stop) {
                                   stop.stopId)};
 }
 
+std::vector<std::string> rightSideReads(const CheckedRun& run) {
+    return {stopsSql(notServedFromTheRight(run.run))};
+}
+
 Findings Check_RightSide(const CheckedRun& run, const ValidationDatabases& databases) {
-    const auto condition = regularStopsOf(run.run) + " and STOP_TRIPTYPE.RUN_PICKUP_SIDE<>'right'";
+    const StopRows stops = readStops(databases.routing, notServedFromTheRight(run.run));
+    const auto sides = sideReads(stops);
+    const ado::ReadAhead ahead(databases.routing, sides, ado::ReadAhead::Until::End);
     Findings findings;
-    for (const StopRow& stop : readStops(databases.routing, condition)) {
-        if (isRightSideOnly(stop.stopId, databases.routing)) {
-            findings.push_back(servedFromTheLeft(stop));
+    for (std::size_t i = 0; i < stops.size(); ++i) {
+        if (isRightSideOnly(sides[i], databases.routing)) {
+            findings.push_back(servedFromTheLeft(stops[i]));
         }
     }
     return findings;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "runedit/validation/checkedrun.h"
 #include "runedit/validation/finding.h"
@@ -16,5 +17,7 @@ namespace runedit {
 /// are marked. A stop whose side is unknown (Null) is not looked at.
 /// Cost: one statement for the stops, one more for each stop that is not served from the right.
 [[nodiscard]] Findings Check_RightSide(const CheckedRun& run, const ValidationDatabases& databases);
+/// The statements that it opens of the routing file, as far as the run itself decides them.
+[[nodiscard]] std::vector<std::string> rightSideReads(const CheckedRun& run);
 
 }  // namespace runedit

@@ -20,12 +20,16 @@ Findings earlierThanBell(const StopRows& stops, base::Date bell) {
     return findings;
 }
 
+std::vector<std::string> earlyBellReads(const CheckedRun& run) {
+    const bool looks = !run.pickup && run.bell;
+    return looks ? std::vector{stopsSql(inSequence(run.run))} : std::vector<std::string>();
+}
+
 Findings Check_Run_EarlyBellTime(const CheckedRun& run, const ValidationDatabases& databases) {
     if (run.pickup || !run.bell) {
         return {};
     }
-    const auto condition = timedStopsOf(run.run).append(InSequence);
-    return earlierThanBell(readStops(databases.routing, condition), *run.bell);
+    return earlierThanBell(readStops(databases.routing, inSequence(run.run)), *run.bell);
 }
 
 }  // namespace runedit

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "platform/base/date.h"
 #include "runedit/validation/checkedrun.h"
 #include "runedit/validation/finding.h"
@@ -16,5 +19,7 @@ namespace runedit {
 /// bell. Cost: one statement.
 [[nodiscard]] Findings Check_Run_EarlyBellTime(const CheckedRun& run,
                                                const ValidationDatabases& databases);
+/// The statements that it opens of the routing file, as far as the run itself decides them.
+[[nodiscard]] std::vector<std::string> earlyBellReads(const CheckedRun& run);
 
 }  // namespace runedit

@@ -19,12 +19,16 @@ Findings laterThanBell(const StopRows& stops, base::Date bell) {
     return findings;
 }
 
+std::vector<std::string> lateBellReads(const CheckedRun& run) {
+    const bool looks = run.pickup && run.bell;
+    return looks ? std::vector{stopsSql(inSequence(run.run))} : std::vector<std::string>();
+}
+
 Findings Check_Run_LateBellTime(const CheckedRun& run, const ValidationDatabases& databases) {
     if (!run.pickup || !run.bell) {
         return {};
     }
-    const auto condition = timedStopsOf(run.run).append(InSequence);
-    return laterThanBell(readStops(databases.routing, condition), *run.bell);
+    return laterThanBell(readStops(databases.routing, inSequence(run.run)), *run.bell);
 }
 
 }  // namespace runedit

@@ -8,9 +8,11 @@ namespace runedit {
 
 namespace {
 
+constexpr auto DistrictSql = "Select * From District";
+
 std::int16_t maxRideTime(ado::Connection& routing) {
     ado::Recordset district;
-    district.Open("Select * From District", routing);
+    district.Open(DistrictSql, routing);
     return integer16(wholeOf(district["MaxRideTime"]));
 }
 
@@ -28,6 +30,10 @@ Findings ridesTooLong(const StopRows& stops, std::int16_t maximum) {
         }
     }
     return findings;
+}
+
+std::vector<std::string> rideTimeReads(const CheckedRun& run) {
+    return {DistrictSql, stopsSql(timedStopsOf(run.run))};
 }
 
 Findings Check_Run_RideTime(const CheckedRun& run, const ValidationDatabases& databases) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "runedit/validation/checkedrun.h"
 #include "runedit/validation/finding.h"
@@ -17,5 +19,7 @@ namespace runedit {
 /// Cost: one statement for the maximum, one for the stops.
 [[nodiscard]] Findings Check_Run_RideTime(const CheckedRun& run,
                                           const ValidationDatabases& databases);
+/// The statements that it opens of the routing file, as far as the run itself decides them.
+[[nodiscard]] std::vector<std::string> rideTimeReads(const CheckedRun& run);
 
 }  // namespace runedit

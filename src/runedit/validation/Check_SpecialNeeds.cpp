@@ -1,6 +1,7 @@
 #include "runedit/validation/Check_SpecialNeeds.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <fmt/format.h>
@@ -132,9 +133,9 @@ std::string needsSql(const StopRow& stop) {
         stop.intStopId, ado::escaped(stop.tripType));
 }
 
-std::vector<NeedCount> needsAt(const StopRow& stop, ado::Connection& routing) {
+std::vector<NeedCount> needsIn(const std::string& needsRead, ado::Connection& routing) {
     ado::Recordset rows;
-    rows.Open(needsSql(stop), routing);
+    rows.Open(needsRead, routing);
     std::vector<NeedCount> needs;
     for (; !rows.Eof(); rows.MoveNext()) {
         needs.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["TotSpec"])});
@@ -174,11 +175,19 @@ std::vector<NeedCount> needsCarriedBy(const std::string& vehType, ado::Connectio
 }
 
 std::vector<StopNeeds> readStopNeeds(const StopRows& regularStops, ado::Connection& routing) {
+    std::vector<std::string> reads;
+    reads.reserve(regularStops.size());
+    std::ranges::transform(regularStops, std::back_inserter(reads), needsSql);
+    const ado::ReadAhead ahead(routing, reads, ado::ReadAhead::Until::End);
     std::vector<StopNeeds> stops;
-    for (const StopRow& stop : regularStops) {
-        stops.push_back({stop, needsAt(stop, routing)});
+    for (std::size_t i = 0; i < reads.size(); ++i) {
+        stops.push_back({regularStops[i], needsIn(reads[i], routing)});
     }
     return stops;
+}
+
+std::vector<std::string> specialNeedsReads(const CheckedRun& run) {
+    return {stopsSql(regularStopsOf(run.run))};
 }
 
 Findings Check_SpecialNeeds(const CheckedRun& run, const ValidationDatabases& databases) {

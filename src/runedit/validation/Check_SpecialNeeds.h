@@ -47,5 +47,7 @@ inline constexpr std::string_view SpecialNeedsSeparator = "      *** ";
 /// Cost: one statement for the vehicle type, one for the stops and one for each of them.
 [[nodiscard]] Findings Check_SpecialNeeds(const CheckedRun& run,
                                           const ValidationDatabases& databases);
+/// The statements that it opens of the routing file, as far as the run itself decides them.
+[[nodiscard]] std::vector<std::string> specialNeedsReads(const CheckedRun& run);
 
 }  // namespace runedit

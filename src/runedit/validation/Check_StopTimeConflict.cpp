@@ -12,6 +12,8 @@ bool conflict(const StopRow& stop, const StopRow& later) {
     return stop.time && later.time && stop.time->timeValue() >= later.time->timeValue();
 }
 
+std::string compared(std::string_view run) { return inSequence(run).append("  "); }
+
 std::string message(const StopRow& stop, const StopRow& later) {
     return fmt::format(
         "StopID: {} has an arrival time that is earlier or at the same time as a later stop.  The "
@@ -38,9 +40,12 @@ Findings conflictingTimes(const StopRows& stopsInSequence) {
     return findings;
 }
 
+std::vector<std::string> stopTimeReads(const CheckedRun& run) {
+    return {stopsSql(compared(run.run))};
+}
+
 Findings Check_StopTimeConflict(const CheckedRun& run, const ValidationDatabases& databases) {
-    const auto condition = timedStopsOf(run.run).append(InSequence).append("  ");
-    return conflictingTimes(readStops(databases.routing, condition));
+    return conflictingTimes(readStops(databases.routing, compared(run.run)));
 }
 
 }  // namespace runedit

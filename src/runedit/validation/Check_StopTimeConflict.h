@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "runedit/validation/checkedrun.h"
 #include "runedit/validation/finding.h"
 #include "runedit/validation/stoprows.h"
@@ -18,5 +21,7 @@ inline constexpr int MaxComparedStops = 100;
 /// Cost: one statement, and half the square of the stops in comparisons.
 [[nodiscard]] Findings Check_StopTimeConflict(const CheckedRun& run,
                                               const ValidationDatabases& databases);
+/// The statements that it opens of the routing file, as far as the run itself decides them.
+[[nodiscard]] std::vector<std::string> stopTimeReads(const CheckedRun& run);
 
 }  // namespace runedit

@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/ado/command.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
@@ -39,26 +38,28 @@ struct Check {
     std::string_view type;
     std::string_view title;
     Findings (*find)(const CheckedRun&, const ValidationDatabases&);
+    std::vector<std::string> (*reads)(const CheckedRun&);
     bool forRoutes = false;  ///< whether its findings are recorded for a route where one is given
     std::string_view separator = Separator;
 };
 
 constexpr std::array Checks = {
     Check{"Check_NumPassengers", "CHECKRUNNUMPASS", "PASSENGERS",
-          "Too Many Passengers for Vehicle / Vehicle Type", Check_NumPassengers, true},
+          "Too Many Passengers for Vehicle / Vehicle Type", Check_NumPassengers, passengerReads,
+          true},
     Check{"Check_RightSide", "CHECKRUNRIGHT", "RIGHTSIDE",
-          "Picking up Right Hand Side Pickup Stops on Left Side", Check_RightSide},
+          "Picking up Right Hand Side Pickup Stops on Left Side", Check_RightSide, rightSideReads},
     Check{"Check_Run_EarlyBellTime", "CHECKRUNEARLYBELL", "EARLY BELL",
-          "Run Leaving before Bell Time of the Run", Check_Run_EarlyBellTime},
+          "Run Leaving before Bell Time of the Run", Check_Run_EarlyBellTime, earlyBellReads},
     Check{"Check_Run_LateBellTime", "CHECKRUNLATEBELL", "LATE BELL",
-          "Run Arriving After Bell Time of the Run", Check_Run_LateBellTime},
+          "Run Arriving After Bell Time of the Run", Check_Run_LateBellTime, lateBellReads},
     Check{"Check_Run_RideTime", "CHECKRUNRIDETIME", "RIDETIME",
-          "Run has Passengers Riding Too Long.", Check_Run_RideTime},
+          "Run has Passengers Riding Too Long.", Check_Run_RideTime, rideTimeReads},
     Check{"Check_SpecialNeeds", "CHECKRUNSPECIAL", "SPECIAL",
-          "Run has Special Needs Passengers that Vehicle Can't Handle.", Check_SpecialNeeds, true,
-          SpecialNeedsSeparator},
+          "Run has Special Needs Passengers that Vehicle Can't Handle.", Check_SpecialNeeds,
+          specialNeedsReads, true, SpecialNeedsSeparator},
     Check{"Check_StopTimeConflict", "CHECKSTOPOVERLAP", "CONFLICTING TIME",
-          "Run has Stops with Overlapping Times.", Check_StopTimeConflict},
+          "Run has Stops with Overlapping Times.", Check_StopTimeConflict, stopTimeReads},
 };
 
 constexpr std::size_t Passengers = 0;
@@ -66,9 +67,11 @@ constexpr std::size_t StopTimes = 6;
 static_assert(Checks[StopTimes].find == Check_StopTimeConflict);
 using Wanted = std::array<bool, Checks.size()>;
 
+constexpr auto DistrictSql = "Select District.* from District";
+
 Wanted wantedByDistrict() {
     ado::Recordset district;
-    district.Open("Select District.* from District", *startup::gcnRouting);
+    district.Open(DistrictSql, *startup::gcnRouting);
     district.MoveFirst();
     Wanted wanted{};
     for (std::size_t i = 0; i < Checks.size(); ++i) {
@@ -125,9 +128,7 @@ void Clear_WarningRS(const std::string& Run, std::int64_t IntRouteID,
                      std::string_view WarningType) {
     const auto type = base::trim(WarningType);
     const auto run = ado::escaped(base::trim(Run));
-    ado::Command command;
-    command.ActiveConnection(&*startup::gcnRouting);
-    command.CommandText(
+    startup::gcnRouting->executeUncounted(
         IntRouteID != 0
             ? fmt::format("DELETE FROM ROUTEWARNING WHERE ROUTEWARNING.WARNINGTYPE = '{}' AND "
                           "ROUTEWARNING.RUNID1='{}' AND ROUTEWARNING.INT_ROUTEID={}",
@@ -135,7 +136,6 @@ void Clear_WarningRS(const std::string& Run, std::int64_t IntRouteID,
             : fmt::format("DELETE FROM RUNWARNING WHERE RUNWARNING.WARNINGTYPE='{}' AND "
                           "RUNWARNING.RUN='{}'",
                           type, run));
-    command.Execute();
 }
 
 /// An empty recordset to add warnings to: the rows of this type have just been deleted.
@@ -200,10 +200,22 @@ std::string perform(const Check& check, const CheckedRun& run, const ValidationD
 
 using Texts = std::array<std::string, Checks.size()>;
 
+/// What the wanted checks open; no check writes what another one reads but through the run's row,
+/// which is opened once.
+std::vector<std::string> readsOf(const Wanted& wanted, const CheckedRun& run) {
+    std::vector<std::string> all;
+    for (std::size_t i = 0; i < Checks.size(); ++i) {
+        const auto own = wanted[i] ? Checks[i].reads(run) : std::vector<std::string>();
+        all.insert(all.end(), own.begin(), own.end());
+    }
+    return all;
+}
+
 Texts performAll(const Wanted& wanted, const CheckedRun& run,
                  const ValidationDatabases& databases) {
     Texts texts;
-    ado::CommitOnExit unit(databases.routing);
+    ado::CommitOnExit unit(databases.routing,
+                           {.reads = readsOf(wanted, run), .writesTogether = true});
     for (std::size_t i = 0; i < Checks.size(); ++i) {
         if (wanted[i]) {
             texts[i] = perform(Checks[i], run, databases, unit);
@@ -245,13 +257,15 @@ std::string validate(const std::string& run, std::int64_t intRouteId, bool shows
     return flagsOf(texts);
 }
 
+std::string countSql(const std::string& run) {
+    return "SELECT Count(*) AS N FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
+           "STOP_TRIPTYPE.INT_STOPID" +
+           timedStopsOf(run);
+}
+
 std::int64_t timedStops(const std::string& run) {
     ado::Recordset row;
-    row.Open(
-        "SELECT Count(*) AS N FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
-        "STOP_TRIPTYPE.INT_STOPID" +
-            timedStopsOf(run),
-        *startup::gcnRouting);
+    row.Open(countSql(run), *startup::gcnRouting);
     return row["N"].asInteger();
 }
 
@@ -260,12 +274,14 @@ std::int64_t timedStops(const std::string& run) {
 std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowMessages,
                      const std::string& Switches) {
     return startup::trapped("CheckRun", Module, [&] {
+        const ado::ReadAhead reads(*startup::gcnRouting, {DistrictSql, runSql(Run)});
         return validate(Run, IntRouteID, ShowMessages, wantedChecks(Switches));
     });
 }
 
 std::string checkRunOfAnyLength(const std::string& run, const std::string& switches) {
     return startup::trapped("CheckRun", Module, [&] {
+        const ado::ReadAhead reads(*startup::gcnRouting, {DistrictSql, countSql(run), runSql(run)});
         auto wanted = wantedChecks(switches);
         const auto stops = wanted[StopTimes] ? timedStops(run) : 0;
         wanted[StopTimes] = wanted[StopTimes] && stops <= MaxComparedStops;

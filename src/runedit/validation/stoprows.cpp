@@ -26,9 +26,13 @@ std::string timedStopsOf(std::string_view run) {
                        ado::escaped(run));
 }
 
+std::string inSequence(std::string_view run) { return timedStopsOf(run).append(InSequence); }
+
+std::string stopsSql(std::string_view condition) { return fmt::format("{}{}", Stops, condition); }
+
 StopRows readStops(ado::Connection& routing, std::string_view condition) {
     ado::Recordset rows;
-    rows.Open(fmt::format("{}{}", Stops, condition), routing);
+    rows.Open(stopsSql(condition), routing);
     const auto& stopId = rows["StopID"];
     const auto& run = rows["Run"];
     const auto& intStopId = rows["Int_STOPID"];

@@ -27,7 +27,11 @@ using StopRows = std::vector<StopRow>;
 /// The conditions (and order) of the checks, for one run.
 [[nodiscard]] std::string regularStopsOf(std::string_view run);
 [[nodiscard]] std::string timedStopsOf(std::string_view run);
+[[nodiscard]] std::string inSequence(std::string_view run);  ///< the timed ones
 inline constexpr std::string_view InSequence = " ORDER BY STOP_TRIPTYPE.RUNSEQ";
+
+/// The statement that readStops opens for a condition.
+[[nodiscard]] std::string stopsSql(std::string_view condition);
 
 /// The stops under a condition, in the order in which the database returns them.
 [[nodiscard]] StopRows readStops(ado::Connection& routing, std::string_view condition);
