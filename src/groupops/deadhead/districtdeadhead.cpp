@@ -51,7 +51,7 @@ std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& 
 
 /// Not read before: another planner may note at this moment that a calculation is due.
 void markCalculated(ado::Connection& routing) {
-    routing.Execute(
+    routing.executeUncounted(
         fmt::format("UPDATE SYSTEM SET SYSTEM.LASTDEADHEADBUILD = #{}#, "
                     "SYSTEM.NEEDDEADHEADBUILD = FALSE",
                     base::Now().text()));
