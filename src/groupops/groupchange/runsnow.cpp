@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -18,8 +19,6 @@ namespace groupops {
 
 namespace {
 
-constexpr std::string_view Columns[]{"RunFamily", "LocCode",  "School",  "TripType",
-                                     "VehType",   "Capacity", "OverFill"};
 constexpr auto AllRuns =
     "SELECT RUN.RUN, RUN.RunFamily, RUN.LocCode, RUN.School, RUN.TripType, RUN.VehType, "
     "RUN.Capacity, RUN.OverFill FROM RUN";
@@ -50,33 +49,45 @@ std::string valueAfter(std::span<const RunChange> changes, std::string_view colu
 }  // namespace
 
 RunsNow::RunsNow(ado::Connection& routing, std::span<const std::string> runs) : routing_(routing) {
+    if (!runs.empty()) {
+        readRuns(runs);
+    }
+}
+
+std::size_t RunsNow::indexOf(std::string_view column) {
+    return static_cast<std::size_t>(std::ranges::find(Columns, column) - Columns.begin());
+}
+
+void RunsNow::readRuns(std::span<const std::string> runs) {
+    std::unordered_set<std::string> wanted;
     for (const std::string& run : runs) {
-        runs_[base::lowered(run)];
+        wanted.insert(base::lowered(run));
     }
     const bool few = runs.size() <= FewRuns;
     ado::Recordset rows;
-    if (!runs.empty()) {
-        rows.Open(
-            few ? fmt::format("{} WHERE {}", AllRuns, conditionFor("RUN.RUN", runs)) : AllRuns,
-            routing);
-    }
-    for (base::Breath breath; !runs.empty() && !rows.Eof(); rows.MoveNext()) {
+    rows.Open(few ? fmt::format("{} WHERE {}", AllRuns, conditionFor("RUN.RUN", runs)) : AllRuns,
+              routing_);
+    std::vector<const ado::Field*> fields;
+    std::ranges::transform(Columns, std::back_inserter(fields),
+                           [&](auto column) { return &rows.Fields(column); });
+    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
         breath.take();
-        const auto place = runs_.find(base::lowered(rows["RUN"].asText()));
-        for (const auto column : Columns) {
-            if (place != runs_.end()) {
-                place->second[column] = base::trim(startup::textOf(rows[column]));
-            }
+        auto run = base::lowered(rows["RUN"].asText());
+        if (!wanted.contains(run)) {
+            continue;
+        }
+        Row& row = runs_[std::move(run)];
+        for (std::size_t i = 0; i < Columns.size(); ++i) {
+            row[i] = base::trim(startup::textOf(*fields[i]));
+            ++counts_[i][row[i]];
         }
     }
-    std::erase_if(runs_, [](const auto& run) { return run.second.empty(); });
 }
 
 std::string RunsNow::text(std::string_view column) const {
     std::map<std::string, int> counts;
-    for (const auto& [run, row] : runs_) {
-        const std::string& value = row.at(column);
-        ++counts[value.empty() ? "empty" : value];
+    for (const auto& [value, count] : counts_[indexOf(column)]) {
+        counts[value.empty() ? "empty" : value] += count;
     }
     if (counts.size() == 1) {
         return "all " + counts.begin()->first;
@@ -116,8 +127,8 @@ int RunsNow::tooFullAfter(std::span<const RunChange> changes, const SeatsOf& sea
     std::map<std::pair<std::string, std::string>, std::optional<std::int64_t>> known;
     return static_cast<int>(std::ranges::count_if(runs_, [&](const auto& run) {
         const auto& [id, row] = run;
-        const std::pair bus(valueAfter(changes, "VehType", row.at("VehType")),
-                            valueAfter(changes, "Capacity", row.at("Capacity")));
+        const std::pair bus(valueAfter(changes, "VehType", row[indexOf("VehType")]),
+                            valueAfter(changes, "Capacity", row[indexOf("Capacity")]));
         const auto [place, isNew] = known.try_emplace(bus);
         if (isNew) {
             place->second = seatsOf(bus.first, bus.second.empty() ? "Medium" : bus.second);

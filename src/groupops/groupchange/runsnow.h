@@ -1,11 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "groupops/base/seats.h"
@@ -28,13 +30,18 @@ public:
     [[nodiscard]] int tooFullAfter(std::span<const RunChange> changes, const SeatsOf& seatsOf);
 
 private:
-    using Row = std::map<std::string_view, std::string>;
+    static constexpr std::array<std::string_view, 7> Columns{
+        "RunFamily", "LocCode", "School", "TripType", "VehType", "Capacity", "OverFill"};
+    using Row = std::array<std::string, Columns.size()>;
 
+    [[nodiscard]] static std::size_t indexOf(std::string_view column);
+    void readRuns(std::span<const std::string> runs);
     void readPassengers();
 
     ado::Connection& routing_;
-    std::map<std::string, Row> runs_;  ///< by the id in small letters
-    std::optional<std::map<std::string, std::int64_t>> passengers_;
+    std::unordered_map<std::string, Row> runs_;                      ///< by the id in small letters
+    std::array<std::map<std::string, int>, Columns.size()> counts_;  ///< of each column's values
+    std::optional<std::unordered_map<std::string, std::int64_t>> passengers_;
 };
 
 }  // namespace groupops

@@ -24,6 +24,8 @@ Definition changedRuns() {
             "SELECT C.*, R.RUN, R.ROUTEID, R.SCHOOLNAME, R.RUN & ', ' & R.SCHOOLNAME AS "
             "RUNTITLE FROM RPT_NOTE AS C INNER JOIN RPT_RUN AS R ON C.RUNID=R.ID WHERE "
             "C.SESSION={0}",
+        .table = "RPT_NOTE",
+        .alias = "C",
         .order = "C.RUNID, C.NOTED, C.ID",
         .sortsRows = true,
         .sortedBy = "C.RUNID",

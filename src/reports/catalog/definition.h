@@ -26,9 +26,13 @@ struct Definition {
     /// What is put beside the runs, batch by batch.
     std::vector<void (*)(const Batch&)> fills = {};
 
-    /// The question for a list's rows, without order; {0} is the session. It gives every field that
-    /// columns and groups name.
+    /// The question for a list's rows, without order; {0} is the session, {1} and {2} are the first
+    /// and the last key of its runs. It gives every field that columns and groups name.
     std::string rows = {};
+    /// The work table that gives a row each, by its name and by what `rows` calls it; none where
+    /// rows are added up.
+    std::string table = {};
+    std::string alias = {};
     /// Of the rows: keys stand in the order of the runs and of what belongs to them.
     std::string order = {};
     bool sortsRows = false;           ///< whether a planner's fields may come before that

@@ -47,6 +47,8 @@ Definition ofLines() {
                                   PageBreak::School}},
             .ofOneRun = true,
             .fills = {fillDirections},
+            .table = "RPT_LINE",
+            .alias = "L",
             .order = "L.ID",
             .counts = "line",
             .nothing = "There are no directions: the map has not solved these runs yet."};

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 #include <utility>
 
 #include <fmt/format.h>
@@ -55,7 +54,6 @@ private:
     using Groups = std::vector<std::string>;  ///< the values that rows of one group share
 
     void findFields();
-    void countGroups();
     [[nodiscard]] Groups groupsOfRow();
     void beginGroups(const Groups& groups);
     void endGroups(std::size_t from);
@@ -69,7 +67,6 @@ private:
     ado::Recordset rows_;
     std::vector<const ado::Field*> cells_;
     std::vector<std::pair<const ado::Field*, const ado::Field*>> ratios_;  ///< of each column
-    std::vector<std::unordered_map<std::string, std::size_t>> counts_;     ///< of each level
     Groups groups_;
     std::vector<std::string> titles_;
     std::vector<std::vector<Added>> sums_;  ///< of each level, the whole report's last
@@ -78,25 +75,16 @@ private:
     bool isFinished_ = false;
 };
 
-std::string keyOf(const std::vector<std::string>& groups, std::size_t level) {
-    std::string key;
-    for (std::size_t i = 0; i <= level; ++i) {
-        key += groups[i] + '\n';
-    }
-    return key;
-}
-
 ListContent::ListContent(const Stored& stored)
     : StoredContent(stored),
       sums_(stored.report.groups.size() + 1, std::vector<Added>(stored.report.columns.size())),
       breaks_(stored.options.breaks),
       change_(stored.definition.change ? stored.definition.change() : RowChange()) {
     const Definition& definition = stored.definition;
-    countGroups();
-    if (counts_.empty()) {
-        size_ = counted(definition.rows);
-    }
-    open(rows_, definition.rows + " ORDER BY " + stored.order);
+    const bool isCounted = !definition.table.empty();
+    open(rows_, definition.rows + " ORDER BY " + stored.order,
+         isCounted ? ado::CursorType::ForwardOnly : ado::CursorType::Static);
+    size_ = isCounted ? stored.counts.rows : static_cast<std::size_t>(rows_.RecordCount());
     findFields();
 }
 
@@ -108,26 +96,6 @@ void ListContent::findFields() {
         ratios_.emplace_back(
             isRatio ? &rows_.Fields(divided.empty() ? column.ratioOf : divided) : nullptr,
             isRatio ? &rows_.Fields(column.ratioTo) : nullptr);
-    }
-}
-
-void ListContent::countGroups() {
-    std::string fields;
-    for (std::size_t level = 0; level < stored_.report.groups.size(); ++level) {
-        fields += (level == 0 ? "" : ", ") + ("Q." + stored_.report.groups[level].field);
-        ado::Recordset rows;
-        open(rows, fmt::format("SELECT {0}, COUNT(*) AS N FROM ({1}) AS Q GROUP BY {0}", fields,
-                               stored_.definition.rows));
-        auto& counts = counts_.emplace_back();
-        for (; !rows.Eof(); rows.MoveNext()) {
-            Groups groups;
-            for (std::size_t i = 0; i <= level; ++i) {
-                groups.push_back(base::lowered(wordsOf(rows.Fields(static_cast<int>(i)))));
-            }
-            const auto count = static_cast<std::size_t>(rows["N"].asInteger());
-            counts[keyOf(groups, level)] += count;
-            size_ += level == 0 ? count : 0;
-        }
     }
 }
 
@@ -165,7 +133,8 @@ void ListContent::beginGroups(const Groups& groups) {
     const bool newPage = breaks_.isDue(rows_);
     for (std::size_t level = from; level < all.size(); ++level) {
         titles_.push_back(wordsOf(rows_.Fields(all[level].title)));
-        const auto count = counts_[level][keyOf(groups, level)];
+        const Groups upToHere(groups.begin(), groups.begin() + static_cast<int>(level) + 1);
+        const auto count = stored_.counts.groups[level].at(upToHere);
         waiting_.emplace_back(
             GroupHead{level, titles_.back(),
                       all[level].note.empty() ? std::string() : countOf(count, all[level].note),

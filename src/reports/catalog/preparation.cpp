@@ -204,6 +204,11 @@ public:
 
 private:
     [[nodiscard]] bool addRuns(const Request& request, const KeepGoing& keepGoing);
+    [[nodiscard]] std::optional<std::vector<std::string>> runsInOrder(const Request& request,
+                                                                      const std::string& order,
+                                                                      const KeepGoing& keepGoing);
+    [[nodiscard]] bool fillAll(std::span<const std::string> runs, const std::string& order,
+                               RunColumns columns, const KeepGoing& keepGoing);
     void fillBatch(const Sources& sources, const Request& request, std::int64_t first,
                    std::int64_t last);
 
@@ -219,13 +224,20 @@ private:
 bool PreparedReport::fill(const Sources& sources, const Request& request,
                           const KeepGoing& keepGoing) {
     const District district = readDistrict(sources.routing);
-    stored_ = std::make_unique<Stored>(Stored{
-        work_, session_.key(), definition_, definition_.report, rowOrderOf(definition_, request),
-        options_, headingOf(sources, request, definition_.report, district.name)});
+    stored_ = std::make_unique<Stored>(
+        Stored{.work = work_,
+               .session = session_.key(),
+               .definition = definition_,
+               .report = definition_.report,
+               .order = rowOrderOf(definition_, request),
+               .options = options_,
+               .heading = headingOf(sources, request, definition_.report, district.name)});
     if (!addRuns(request, keepGoing)) {
         return false;
     }
     const Extent extent = extentOf(work_, session_.key());
+    stored_->first = extent.first;
+    stored_->last = extent.first + extent.count - 1;
     runs_ = extent.count;
     runCost_ = district.runCost;
     if (runs_ > 0 && extent.toSchool == runs_) {
@@ -244,22 +256,43 @@ bool PreparedReport::fill(const Sources& sources, const Request& request,
     return !keepGoing || keepGoing(1);
 }
 
-/// One transaction for all of them: another program must not come between their keys.
-bool PreparedReport::addRuns(const Request& request, const KeepGoing& keepGoing) {
-    const std::string order = orderOf(definition_, request);
-    const auto runs = runsInOrder(work_, conditionOf(definition_, request), order);
-    const std::span<const std::string> all = runs;
+bool PreparedReport::fillAll(std::span<const std::string> runs, const std::string& order,
+                             RunColumns columns, const KeepGoing& keepGoing) {
     constexpr auto Most = static_cast<std::size_t>(BatchRuns);
-    ado::CommitOnExit unit(work_);
-    for (std::size_t done = 0; done < all.size(); done += Most) {
+    for (; !runs.empty(); runs = runs.subspan(std::min(Most, runs.size()))) {
         if (keepGoing && !keepGoing(0)) {
             return false;
         }
-        fillRuns(work_, session_.key(), all.subspan(done, std::min(Most, all.size() - done)),
-                 order);
+        fillRuns(work_, session_.key(), runs.first(std::min(Most, runs.size())), order, columns);
     }
-    unit.commit();
     return true;
+}
+
+/// The store puts the runs into their order by what the order names and no more: sorting them in
+/// one go with all that it is made from would hold the form up.
+std::optional<std::vector<std::string>> PreparedReport::runsInOrder(const Request& request,
+                                                                    const std::string& order,
+                                                                    const KeepGoing& keepGoing) {
+    const auto found = runsOf(work_, runsMeeting(conditionOf(definition_, request)), keepGoing);
+    if (!found || !fillAll(*found, order, RunColumns::OfOrder, keepGoing)) {
+        return std::nullopt;
+    }
+    auto runs = runsOf(work_, runsFilled(session_.key(), order), keepGoing);
+    session_.removeRows();
+    return runs;
+}
+
+/// One transaction for all of them: another program must not come between their keys.
+bool PreparedReport::addRuns(const Request& request, const KeepGoing& keepGoing) {
+    const std::string order = orderOf(definition_, request);
+    const auto runs = runsInOrder(request, order, keepGoing);
+    if (!runs) {
+        return false;
+    }
+    ado::CommitOnExit unit(work_);
+    const bool isWhole = fillAll(*runs, order, RunColumns::All, keepGoing);
+    unit.commit();
+    return isWhole;
 }
 
 void PreparedReport::fillBatch(const Sources& sources, const Request& request, std::int64_t first,
@@ -274,11 +307,18 @@ void PreparedReport::fillBatch(const Sources& sources, const Request& request, s
                       .since = request.changedSince.value_or(
                           sources.now.plusSeconds(-ChangeDays * base::Date::SecondsPerDay)),
                       .runCost = runCost_};
+    const std::string& table = definition_.table;
+    const auto before = table.empty() ? 0 : lastKey(work_, table);
     for (const auto fill : definition_.fills) {
         fill(batch);
     }
     if (options_.names && definition_.report.mayName) {
         fillStudents(batch);
+    }
+    if (base::equalsNoCase(table, "RPT_RUN")) {
+        countRows(*stored_, fmt::format("{}.ID BETWEEN {} AND {}", definition_.alias, first, last));
+    } else if (!table.empty()) {
+        countRows(*stored_, fmt::format("{}.ID>{}", definition_.alias, before));
     }
     unit.commit();
 }

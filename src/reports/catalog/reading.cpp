@@ -8,6 +8,14 @@
 
 namespace reports {
 
+namespace {
+
+std::string ofSession(const Stored& stored, const std::string& question) {
+    return fmt::format(fmt::runtime(question), stored.session, stored.first, stored.last);
+}
+
+}  // namespace
+
 std::optional<Item> StoredContent::next() {
     while (waiting_.empty()) {
         if (!readOn()) {
@@ -19,14 +27,34 @@ std::optional<Item> StoredContent::next() {
     return item;
 }
 
-void StoredContent::open(ado::Recordset& rows, const std::string& question) const {
-    rows.Open(fmt::format(fmt::runtime(question), stored_.session), stored_.work);
+void StoredContent::open(ado::Recordset& rows, const std::string& question,
+                         ado::CursorType cursor) const {
+    rows.Open(ofSession(stored_, question), stored_.work, cursor);
 }
 
-std::size_t StoredContent::counted(const std::string& question) const {
+void countRows(Stored& stored, const std::string& condition) {
+    std::string fields;
+    for (const Group& group : stored.report.groups) {
+        fields += fmt::format("{}Q.{}", fields.empty() ? "" : ", ", group.field);
+    }
+    const auto counted = fmt::format("FROM ({} AND {}) AS Q", stored.definition.rows, condition);
     ado::Recordset rows;
-    open(rows, fmt::format("SELECT COUNT(*) AS N FROM ({}) AS Q", question));
-    return static_cast<std::size_t>(rows["N"].asInteger());
+    rows.Open(
+        ofSession(stored, fields.empty() ? "SELECT COUNT(*) AS N " + counted
+                                         : fmt::format("SELECT {0}, COUNT(*) AS N {1} GROUP BY {0}",
+                                                       fields, counted)),
+        stored.work);
+    stored.counts.groups.resize(stored.report.groups.size());
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const auto count = static_cast<std::size_t>(rows["N"].asInteger());
+        stored.counts.rows += count;
+        std::vector<std::string> values;
+        for (auto& level : stored.counts.groups) {
+            const auto field = static_cast<int>(values.size());
+            values.push_back(base::lowered(wordsOf(rows.Fields(field))));
+            level[values] += count;
+        }
+    }
 }
 
 std::string wordsOf(const ado::Field& field) {

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/ado/recordset.h"
 #include "reports/base/content.h"
@@ -12,16 +14,28 @@
 
 namespace reports {
 
+/// How many rows a list has, in all and in its groups: for each level by the lowered values that
+/// rows of one group share.
+struct RowCounts {
+    std::size_t rows = 0;
+    std::vector<std::map<std::vector<std::string>, std::size_t>> groups = {};
+};
+
 /// A prepared report in the work tables.
 struct Stored {
     ado::Connection& work;
     std::int64_t session = 0;
+    std::int64_t first = 0, last = -1;  ///< the keys of its runs
     const Definition& definition;
     Report report;      ///< with captions as its runs want them
     std::string order;  ///< of a list's rows
     Options options;
     Heading heading;
+    RowCounts counts = {};  ///< of a list whose rows come from one table
 };
+
+/// Counts the rows of a list among those that a condition holds for.
+void countRows(Stored& stored, const std::string& condition);
 
 /// What both kinds of report share: items are made one row or one sheet at a time.
 class StoredContent : public Content {
@@ -38,8 +52,8 @@ protected:
     /// Adds what comes next to waiting_; false at the end.
     virtual bool readOn() = 0;
     /// A question of the definition's with this session put in.
-    void open(ado::Recordset& rows, const std::string& question) const;
-    [[nodiscard]] std::size_t counted(const std::string& question) const;
+    void open(ado::Recordset& rows, const std::string& question,
+              ado::CursorType cursor = ado::CursorType::ForwardOnly) const;
 
     const Stored& stored_;
     std::deque<Item> waiting_;

@@ -8,7 +8,7 @@ using enum CellKind;
 
 constexpr auto Runs =
     "SELECT R.*, IIF(R.SEATS>0,R.RIDERS*100/R.SEATS,Null) AS LOADED FROM RPT_RUN AS R WHERE "
-    "R.SESSION={0}";
+    "R.ID BETWEEN {1} AND {2}";
 
 Column load() { return ratio({"LOADED", "Load %", Load, 66}, "RIDERS", "SEATS"); }
 
@@ -36,6 +36,8 @@ Definition longList() {
         .groupOrder = "SCHOOLNAME",
         .runOrder = "STARTTIME, RUN",
         .rows = Runs,
+        .table = "RPT_RUN",
+        .alias = "R",
         .order = "R.ID",
         .all = "All schools"};
 }
@@ -51,7 +53,7 @@ Definition byRoute() {
     definition.rows =
         "SELECT R.*, IIF(R.SEATS>0,R.RIDERS*100/R.SEATS,Null) AS LOADED, "
         "IIF(NZ(R.ROUTEID,' ')=' ','On no route','Route ' & R.ROUTEID) AS ROUTETITLE FROM RPT_RUN "
-        "AS R WHERE R.SESSION={0}";
+        "AS R WHERE R.ID BETWEEN {1} AND {2}";
     definition.all = "All routes";
     return definition;
 }
@@ -69,6 +71,8 @@ Definition shortList() {
                                    added({"RIDERS", "Riders", Whole, 40}),
                                    strong({"VEHICLE", "Bus", Text, 40})}},
             .rows = Runs,
+            .table = "RPT_RUN",
+            .alias = "R",
             .order = "R.ID"};
 }
 

@@ -14,7 +14,7 @@ namespace reports {
 
 namespace {
 
-constexpr auto Sheets = "SELECT R.* FROM RPT_RUN AS R WHERE R.SESSION={0}";
+constexpr auto Sheets = "SELECT R.* FROM RPT_RUN AS R WHERE R.ID BETWEEN {1} AND {2}";
 constexpr auto AllStops = "SELECT S.* FROM RPT_STOP AS S WHERE S.SESSION={0} ORDER BY S.ID";
 constexpr auto AllLines = "SELECT L.* FROM RPT_LINE AS L WHERE L.SESSION={0} ORDER BY L.ID";
 constexpr auto AllNames = "SELECT N.* FROM RPT_STUDENT AS N WHERE N.SESSION={0} ORDER BY N.ID";
@@ -121,7 +121,7 @@ private:
 };
 
 SheetContent::SheetContent(const Stored& stored) : StoredContent(stored) {
-    size_ = counted(Sheets);
+    size_ = static_cast<std::size_t>(stored.last - stored.first + 1);
     open(runs_, fmt::format("{} ORDER BY R.ID", Sheets));
     open(stops_, AllStops);
     open(lines_, AllLines);

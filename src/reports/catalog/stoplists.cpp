@@ -57,6 +57,8 @@ Definition stopList() {
         .ofOneRun = true,
         .fills = {fillStops, fillRidersHome},
         .rows = StopRows,
+        .table = "RPT_STOP",
+        .alias = "S",
         .order = "S.ID",
         .counts = "stop",
         .all = "All runs",
@@ -89,6 +91,8 @@ Definition studentList() {
             "R.SCHOOLNAME, R.RUN & ', ' & R.SCHOOLNAME AS RUNTITLE FROM (RPT_STUDENT AS N "
             "INNER JOIN RPT_STOP AS S ON N.STOPROW=S.ID) INNER JOIN RPT_RUN AS R ON "
             "N.RUNID=R.ID WHERE N.SESSION={0}",
+        .table = "RPT_STUDENT",
+        .alias = "N",
         .order = "N.ID",
         .sortsRows = true,
         .sortedBy = "N.RUNID",

@@ -28,6 +28,8 @@ Definition byRule() {
                        .foot = "As the last validation of each run left them."},
             .fills = {fillWarnings},
             .rows = Rows,
+            .table = "RPT_NOTE",
+            .alias = "W",
             .order = "W.KIND, W.RUNID, W.ID",
             .sortsRows = true,
             .sortedBy = "W.KIND",

@@ -16,13 +16,13 @@
 
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
+#include "platform/base/wait.h"
 
 namespace reports {
 
 namespace {
 
-constexpr std::array WorkTables{"RPT_RUN",  "RPT_STOP", "RPT_STUDENT",
-                                "RPT_LINE", "RPT_NOTE", "RPT_SESSION"};
+constexpr std::array WorkTables{"RPT_RUN", "RPT_STOP", "RPT_STUDENT", "RPT_LINE", "RPT_NOTE"};
 
 std::string firstLine(const std::string& path) {
     std::ifstream file(path);
@@ -77,10 +77,22 @@ bool isRunning(const Mark& mark) {
     return beginning.empty() || beginning == mark.beginning;
 }
 
+/// Some at a time: hundreds of thousands in one go would hold the forms up.
 void removeRows(ado::Session& file, std::int64_t key) {
+    constexpr std::int64_t Most = 5'000;
+    base::Breath breath;
     for (const char* table : WorkTables) {
-        file.execute(fmt::format("DELETE FROM {} WHERE SESSION={}", table, key));
+        const auto some = fmt::format(
+            "DELETE FROM {0} WHERE ID IN (SELECT TOP {1} P.ID FROM {0} AS P WHERE P.SESSION={2})",
+            table, Most, key);
+        while (file.execute(some) == Most) {
+            breath.takeNow();
+        }
     }
+}
+
+void endSession(ado::Session& file, std::int64_t key) {
+    file.execute(fmt::format("DELETE FROM RPT_SESSION WHERE SESSION={}", key));
 }
 
 std::vector<std::int64_t> leftBehind(ado::Connection& work) {
@@ -114,7 +126,8 @@ bool isGone(const std::string& mark) {
 WorkSession::WorkSession(ado::Connection& work, base::Date now) : file_(work.session()) {
     ado::CommitOnExit unit(work);
     for (const auto key : leftBehind(work)) {
-        removeRows(*work.session(), key);
+        reports::removeRows(*work.session(), key);
+        endSession(*work.session(), key);
     }
     work.Execute(fmt::format("INSERT INTO RPT_SESSION (OWNER, STARTED) VALUES ('{}', #{}#)",
                              ado::escaped(processMark()), now.text()));
@@ -124,10 +137,17 @@ WorkSession::WorkSession(ado::Connection& work, base::Date now) : file_(work.ses
     unit.commit();
 }
 
+void WorkSession::removeRows() {
+    if (const auto file = file_.lock()) {
+        reports::removeRows(*file, key_);
+    }
+}
+
 WorkSession::~WorkSession() {
     try {
         if (const auto file = file_.lock()) {
-            removeRows(*file, key_);
+            reports::removeRows(*file, key_);
+            endSession(*file, key_);
         }
     } catch (const base::RunTimeError&) {  // held by another program, or closed
     }

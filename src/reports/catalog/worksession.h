@@ -27,6 +27,8 @@ public:
     WorkSession& operator=(const WorkSession&) = delete;
 
     [[nodiscard]] std::int64_t key() const { return key_; }
+    /// All rows that were put in so far. Raises store::StoreError.
+    void removeRows();
 
 private:
     std::weak_ptr<ado::Session> file_;  ///< a form may outlive the connection

@@ -10,7 +10,6 @@
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"
-#include "platform/base/wait.h"
 
 namespace reports {
 
@@ -137,30 +136,25 @@ std::string runsAndMore() {
     return from;
 }
 
+/// `order` names its columns, each perhaps followed by DESC.
+bool isOrderedBy(std::string_view column, const std::string& order) {
+    const std::string terms = fmt::format(", {},", order);
+    return terms.find(fmt::format(", {},", column)) != std::string::npos ||
+           terms.find(fmt::format(", {} ", column)) != std::string::npos;
+}
+
 std::string fillRunsSql(std::int64_t session, const std::string& condition,
-                        const std::string& order) {
+                        const std::string& order, RunColumns wanted) {
     std::string columns = "SESSION";
     std::string values = std::to_string(session);
     for (const auto& [column, expression] : filledColumns()) {
-        columns += fmt::format(", {}", column);
-        values += fmt::format(", {} AS {}", expression, column);
+        if (wanted == RunColumns::All || isOrderedBy(column, order)) {
+            columns += fmt::format(", {}", column);
+            values += fmt::format(", {} AS {}", expression, column);
+        }
     }
     return fmt::format("INSERT INTO RPT_RUN ({}) SELECT {} FROM {} WHERE {} ORDER BY {}", columns,
                        values, runsAndMore(), condition, order);
-}
-
-/// No more than the ids and what orders them.
-std::string runsInOrderSql(const std::string& condition, const std::string& order) {
-    const std::string terms = fmt::format(", {},", order);
-    std::string columns;
-    for (const auto& [column, expression] : filledColumns()) {
-        if (column == "RUN" || terms.find(fmt::format(", {},", column)) != std::string::npos ||
-            terms.find(fmt::format(", {} ", column)) != std::string::npos) {
-            columns += fmt::format("{}{} AS {}", columns.empty() ? "" : ", ", expression, column);
-        }
-    }
-    return fmt::format("SELECT {} FROM {} WHERE {} ORDER BY {}", columns, runsAndMore(), condition,
-                       order);
 }
 
 /// An empty trip counts once, with the run that it leads to: the one after a run only where no
@@ -253,25 +247,40 @@ void runOn(const Batch& batch, std::string_view sql, const More&... more) {
 
 }  // namespace
 
-std::vector<std::string> runsInOrder(ado::Connection& work, const std::string& condition,
-                                     const std::string& order) {
+std::optional<std::vector<std::string>> runsOf(ado::Connection& work, const std::string& question,
+                                               const KeepGoing& keepGoing) {
+    constexpr std::size_t Often = 2'000;
     std::vector<std::string> runs;
     ado::Recordset rows;
-    rows.Open(runsInOrderSql(condition, order), work);
-    for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
-        breath.take();
-        runs.push_back(rows["RUN"].asText());
+    rows.Open(question, work);
+    if (rows.Eof()) {
+        return runs;
+    }
+    for (const ado::Field& run = rows["RUN"]; !rows.Eof(); rows.MoveNext()) {
+        if (runs.size() % Often == 0 && keepGoing && !keepGoing(0)) {
+            return std::nullopt;
+        }
+        runs.push_back(run.asText());
     }
     return runs;
 }
 
+std::string runsMeeting(const std::string& condition) {
+    return fmt::format("SELECT RUN.RUN FROM RUN WHERE {}", condition);
+}
+
+std::string runsFilled(std::int64_t session, const std::string& order) {
+    return fmt::format("SELECT RPT_RUN.RUN FROM RPT_RUN WHERE RPT_RUN.SESSION={} ORDER BY {}",
+                       session, order);
+}
+
 void fillRuns(ado::Connection& work, std::int64_t session, std::span<const std::string> runs,
-              const std::string& order) {
+              const std::string& order, RunColumns columns) {
     std::string keys;
     for (const std::string& run : runs) {
         keys += fmt::format("{}'{}'", keys.empty() ? "" : ",", ado::escaped(run));
     }
-    work.Execute(fillRunsSql(session, fmt::format("RUN.RUN IN ({})", keys), order));
+    work.Execute(fillRunsSql(session, fmt::format("RUN.RUN IN ({})", keys), order, columns));
 }
 
 void fillCosts(const Batch& batch) {

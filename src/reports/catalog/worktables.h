@@ -9,6 +9,7 @@
 
 #include "platform/ado/connection.h"
 #include "platform/base/date.h"
+#include "reports/base/content.h"
 
 namespace reports {
 
@@ -23,16 +24,21 @@ struct Batch {
     double runCost = 0;  ///< the district's of a mile
 };
 
-/// The ids of the runs that a condition on RUN holds for, in an order by the columns of the runs'
-/// work table.
-[[nodiscard]] std::vector<std::string> runsInOrder(ado::Connection& work,
-                                                   const std::string& condition,
-                                                   const std::string& order);
+/// The ids that a question finds in its column RUN; nothing where `keepGoing` said no.
+[[nodiscard]] std::optional<std::vector<std::string>> runsOf(ado::Connection& work,
+                                                             const std::string& question,
+                                                             const KeepGoing& keepGoing);
+/// Asks for the runs that a condition on RUN holds for, in no order.
+[[nodiscard]] std::string runsMeeting(const std::string& condition);
+/// Asks for a session's runs in an order by the columns of their work table.
+[[nodiscard]] std::string runsFilled(std::int64_t session, const std::string& order);
 
-/// Puts runs into the work table, in that order. Added in one transaction all runs of a preparation
-/// have keys that stand one behind the other.
+enum class RunColumns { All, OfOrder };
+
+/// Puts runs into the work table, in that order, with all columns or those that the order names.
+/// Added in one transaction all runs of a preparation have keys that stand one behind the other.
 void fillRuns(ado::Connection& work, std::int64_t session, std::span<const std::string> runs,
-              const std::string& order);
+              const std::string& order, RunColumns columns);
 
 /// What the empty trips of the runs and all their miles come to.
 void fillCosts(const Batch& batch);

@@ -214,6 +214,9 @@ void ReportPreview::LayOut_Timer() {
         isWhole_ = !layout_->layPage();
     } while (!isWhole_ && !slice.isOver());
     showGrown();
+    if (isWhole_) {
+        ui_->Strip->complete();
+    }
     LayOut.setEnabled(!isWhole_);
 }
 

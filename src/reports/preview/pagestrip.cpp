@@ -1,14 +1,24 @@
 #include "reports/preview/pagestrip.h"
 
 #include <QAbstractListModel>
+#include <QCache>
 #include <QPainter>
+#include <QPixmap>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTimer>
 
 #include "reports/preview/pagepainter.h"
 
 namespace reports {
+
+namespace {
+
+constexpr int Around = 8;
+constexpr int LongSideInLines = 9;
+
+}  // namespace
 
 class PageStripModel : public QAbstractListModel {
 public:
@@ -45,16 +55,56 @@ private:
     int count_ = 0;
 };
 
-namespace {
+/// Pages as pictures, one made a turn of the event loop: all that a strip shows would hold the form
+/// up.
+class PagePictures {
+public:
+    explicit PagePictures(QWidget& shownOn) : shownOn_(shownOn) {
+        nextTurn_.setSingleShot(true);
+        QObject::connect(&nextTurn_, &QTimer::timeout, &shownOn_, [this] { shownOn_.update(); });
+    }
 
-constexpr int Around = 8;
-constexpr int LongSideInLines = 9;
+    void forget() { made_.clear(); }
+    /// Null where another turn makes it; the widget is painted again then.
+    const QPixmap* of(const Pages& pages, int page, QSize size) {
+        const QPixmap* known = made_.object(page);
+        const double ratio = shownOn_.devicePixelRatioF();
+        if (known != nullptr && known->size() == size * ratio) {
+            return known;
+        }
+        if (nextTurn_.isActive()) {
+            return nullptr;
+        }
+        nextTurn_.start();
+        made_.insert(page, painted(pages, page, size, ratio));
+        return made_.object(page);
+    }
+
+private:
+    QPixmap* painted(const Pages& pages, int page, QSize size, double ratio) {
+        auto picture = std::make_unique<QPixmap>(size * ratio);
+        picture->setDevicePixelRatio(ratio);
+        picture->fill(Qt::white);
+        QPainter painter(picture.get());
+        painter_.paint(painter, pages.pages[static_cast<std::size_t>(page)],
+                       1.0 * size.width() / pages.size.width);
+        return picture.release();
+    }
+
+    static constexpr int Most = 100;
+    QWidget& shownOn_;
+    PagePainter painter_;
+    QCache<int, QPixmap> made_{Most};
+    QTimer nextTurn_;
+};
+
+namespace {
 
 /// A page with its number below it.
 class PageDelegate : public QStyledItemDelegate {
 public:
-    explicit PageDelegate(const PageStripModel& model, QObject* parent)
-        : QStyledItemDelegate(parent), model_(model) {}
+    PageDelegate(const PageStripModel& model, PagePictures& pictures, QObject* parent)
+        : QStyledItemDelegate(parent), model_(model), pictures_(pictures) {}
 
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                  const QModelIndex& /*index*/) const override {
@@ -78,10 +128,9 @@ public:
         painter->setPen(isCurrent ? accent : option.palette.color(QPalette::Text));
         painter->drawText(option.rect.adjusted(0, 0, 0, -Around / 2),
                           Qt::AlignHCenter | Qt::AlignBottom, QString::number(index.row() + 1));
-        painter->translate(paper.topLeft());
-        painter->setClipRect(QRect({0, 0}, size));
-        pages_.paint(*painter, model_.pages()->pages[static_cast<std::size_t>(index.row())],
-                     1.0 * size.width() / model_.pages()->size.width);
+        if (const auto* picture = pictures_.of(*model_.pages(), index.row(), size)) {
+            painter->drawPixmap(paper.topLeft(), *picture);
+        }
         painter->restore();
         if (option.state.testFlag(QStyle::State_HasFocus)) {
             QStyleOptionFocusRect focus;
@@ -99,14 +148,17 @@ private:
     }
 
     const PageStripModel& model_;
-    mutable PagePainter pages_;
+    PagePictures& pictures_;
 };
 
 }  // namespace
 
-PageStrip::PageStrip(QWidget* parent) : QListView(parent), model_(new PageStripModel(this)) {
+PageStrip::PageStrip(QWidget* parent)
+    : QListView(parent),
+      model_(new PageStripModel(this)),
+      pictures_(std::make_unique<PagePictures>(*viewport())) {
     setModel(model_);
-    setItemDelegate(new PageDelegate(*model_, this));
+    setItemDelegate(new PageDelegate(*model_, *pictures_, this));
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -119,9 +171,19 @@ QSize PageStrip::sizeHint() const {
             QListView::sizeHint().height()};
 }
 
-void PageStrip::showPages(const Pages* pages) { model_->showPages(pages); }
+PageStrip::~PageStrip() = default;
+
+void PageStrip::showPages(const Pages* pages) {
+    pictures_->forget();
+    model_->showPages(pages);
+}
 
 void PageStrip::grow() { model_->grow(); }
+
+void PageStrip::complete() {
+    pictures_->forget();
+    viewport()->update();
+}
 
 void PageStrip::follow(int page) {
     const QScopedValueRollback rollback(following_, true);

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QListView>
+#include <memory>
 
 #include "reports/page/layout.h"
 
 namespace reports {
 
+class PagePictures;
 class PageStripModel;
 
 /// The pages of a report in small, one of them current. Pages count from 0.
@@ -14,11 +16,14 @@ class PageStrip : public QListView {
 
 public:
     explicit PageStrip(QWidget* parent = nullptr);
+    ~PageStrip() override;
 
     /// The pages outlive the strip, or another showPages().
     void showPages(const Pages* pages);
     /// More pages are laid out.
     void grow();
+    /// All pages are laid out: they bear their number in all.
+    void complete();
     /// Makes a page current without a signal.
     void follow(int page);
 
@@ -34,6 +39,7 @@ protected:
 
 private:
     PageStripModel* model_;
+    std::unique_ptr<PagePictures> pictures_;
     bool following_ = false;
 };
 

@@ -236,6 +236,45 @@ TEST_F(Sample, StoppedOrRefusedAPreparationLeavesNothing) {
     EXPECT_THROW((void)prepare(sources(), asked("run list")), base::RunTimeError);
 }
 
+// Far more runs than are filled at once, in groups that begin in one part and end in another; the
+// store sorts them in one go.
+TEST_F(Sample, ManyRunsStandInOneOrder) {
+    district_.execute(data::DatabaseFile::Routing,
+                      "WITH N(I) AS (SELECT 1 UNION ALL SELECT I + 1 FROM N WHERE I < 1200)"
+                      " INSERT INTO RUN (RUN, DESCRIPTION, SCHOOL, STARTTIME) SELECT 'N' || I,"
+                      " CASE I % 3 WHEN 0 THEN 'b' || I % 7 WHEN 1 THEN 'B' || I % 5 ELSE NULL END,"
+                      " (SELECT S.SCHOOL FROM SCHOOL AS S WHERE I % 4 ="
+                      " (SELECT COUNT(*) FROM SCHOOL AS B WHERE B.SCHOOL < S.SCHOOL)),"
+                      " CASE I % 6 WHEN 0 THEN NULL ELSE '1899-12-30 0' || I % 9 || ':00:00' END"
+                      " FROM N");
+    auto request = asked("run-list");
+    request.sort = {{"DESCRIPTION", true}, {"STARTTIME", false}};
+    int looks = 0;
+    const auto prepared = prepare(sources(), request, [&](double) { return ++looks > 0; });
+    EXPECT_GT(looks, 10);
+    const auto runs = [](const std::string& question) {
+        Lines ids;
+        ado::Recordset rows;
+        for (rows.Open(question, *startup::gcnVIREORpt); !rows.Eof(); rows.MoveNext()) {
+            ids.push_back(rows["RUN"].asText());
+        }
+        return ids;
+    };
+    const auto shown = runs("SELECT RPT_RUN.RUN FROM RPT_RUN ORDER BY RPT_RUN.ID");
+    EXPECT_EQ(shown.size(), static_cast<std::size_t>(district_.number("SELECT COUNT(*) FROM RUN")));
+    EXPECT_EQ(shown, runs("SELECT RUN.RUN FROM RUN LEFT JOIN SCHOOL ON RUN.SCHOOL=SCHOOL.SCHOOL "
+                          "ORDER BY IIF(NZ(SCHOOL.SCHOOLNAME,' ')=' ','No school',"
+                          "SCHOOL.SCHOOLNAME), RUN.DESCRIPTION DESC, RUN.STARTTIME, RUN.RUN"));
+    std::size_t inGroups = 0;
+    for (const auto& line : told(*prepared->content())) {
+        const auto note = line.rfind(": ");
+        inGroups += line.ends_with(" runs") && note != std::string::npos
+                        ? static_cast<std::size_t>(base::leadingNumber(line.substr(note + 2)))
+                        : 0;
+    }
+    EXPECT_EQ(inGroups, shown.size());
+}
+
 // Lines of the map, stops, students and findings are counted by the store itself.
 TEST_F(Sample, ListsHoldEveryRowOfTheirTables) {
     const auto rows = [](const char* id) {
