@@ -23,10 +23,12 @@ std::string startEndSql(const MapRun& run, double seats, std::string_view update
 void Set_StartorEnd(ado::Connection& connection, const MapRun& run, double seats,
                     std::string_view updateMap) {
     const std::string sql = startEndSql(run, seats, updateMap);
+    ado::CommitOnExit unit(connection);  // another program folder may add the row, too
     if (connection.Execute(sql) == 0) {
         connection.Execute("INSERT INTO StartEnd (StartorEnd) VALUES (' ')");
         connection.Execute(sql);
     }
+    unit.commit();
 }
 
 }  // namespace runedit

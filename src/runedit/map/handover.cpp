@@ -76,6 +76,7 @@ constexpr auto RecordSql = "SELECT StartEnd.* FROM StartEnd";
 
 /// Puts the hand-off record back, unless another program folder's hand-over has come since.
 void putRecordBack(const HandOver& of, const std::vector<base::Value>& before) {
+    ado::CommitOnExit unit(of.routing);
     ado::Recordset row;
     row.Open(RecordSql, of.routing, ado::CursorType::Dynamic);
     if (row.Eof() || !base::equalsNoCase(base::trim(row["Run"].textView()), of.run.run)) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <barrier>
 #include <csignal>
 #include <thread>
 
@@ -11,6 +12,7 @@
 #include "mapsession.h"
 #include "platform/base/value.h"
 #include "platform/dbf/tablefile.h"
+#include "runedit/map/Set_StartorEnd.h"
 #include "runedit/map/requestline.h"
 #include "startup/base/mdlDBConnection.h"
 
@@ -214,6 +216,26 @@ TEST_F(HandOverTest, ProgramsThatHandOverAtOnceDoNotMix) {
     }
     EXPECT_EQ(sent + busy, 3 * Rounds);
     EXPECT_GE(sent, 2 * Rounds);
+}
+
+// They share no lock but the database's.
+TEST_F(HandOverTest, TwoProgramFoldersThatFindNoRecordMakeOne) {
+    constexpr int Rounds = 40;
+    std::barrier together(2, [&]() noexcept { sql("DELETE FROM StartEnd"); });
+    std::atomic<int> twice = 0;
+    const auto program = [&](const char* run) {
+        const auto routing = startup::GetJetConnection(district.path(DatabaseFile::Routing));
+        for (int round = 0; round < Rounds; ++round) {
+            together.arrive_and_wait();
+            Set_StartorEnd(*routing, {.run = run}, 10, "YES");
+            twice += support::rowsOf("SELECT Run FROM StartEnd", *routing).size() > 1 ? 1 : 0;
+        }
+    };
+    {
+        const std::jthread second(program, "102-AM");
+        program("101-AM");
+    }
+    EXPECT_EQ(twice, 0);
 }
 
 }  // namespace
