@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -93,7 +94,7 @@ void measure(const std::string& what, const std::string& file,
         const double reading = secondsOf([&] { extract = source(); });
         const geo::Centre centre{extract.nodes[extract.nodes.size() / 2].at, {}};
         BuiltStreets built;
-        const double making = secondsOf([&] { built = streetsOf(extract, centre, {}); });
+        const double making = secondsOf([&] { built = streetsOf(std::move(extract), centre, {}); });
         const double writing = secondsOf([&] { streets::writeStreetFile(file, built.map); });
         fmt::print(
             "{:<28} {:>7} crossings: read {:.3f} s, made {:.3f} s, written {:.3f} s, {:.0f} KB, {} "

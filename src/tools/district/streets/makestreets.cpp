@@ -107,11 +107,18 @@ public:
                 return stops_.empty() ? geo::Feet() : middleOf(boxOf(stops_));
             });
         }
-        const extract::Extract extract = read();
+        extract::Extract extract = read();
+        const std::size_t places = extract.nodes.size();
+        const std::size_t lines = extract.ways.size();
         const AddressTable addresses = readAddressTable();
         progress_.begin("Joining the streets", 0);
-        const auto built = extract::streetsOf(extract, *centre_, addresses.addresses);
-        requireStreets(built.map, extract);
+        const auto built = extract::streetsOf(std::move(extract), *centre_, addresses.addresses);
+        if (std::ranges::none_of(built.map.pieces, &streets::Piece::reachable)) {
+            refuse(
+                fmt::format("The extracts have no streets that buses drive, in {} places and {} "
+                            "lines. Perhaps they are cut off.",
+                            places, lines));
+        }
         progress_.begin("Writing the street file", 0);
         store(built.map);
         report_.addressFaults = addresses.faults;
@@ -159,15 +166,6 @@ private:
         progress_.begin("Reading the addresses", 0);
         return readAddresses(options_.addresses.value_or(options_.folders.addresses().string()),
                              geo::Projection(*centre_));
-    }
-
-    static void requireStreets(const streets::StreetMap& map, const extract::Extract& extract) {
-        if (std::ranges::none_of(map.pieces, &streets::Piece::reachable)) {
-            refuse(
-                fmt::format("The extracts have no streets that buses drive, in {} places and {} "
-                            "lines. Perhaps they are cut off.",
-                            extract.nodes.size(), extract.ways.size()));
-        }
     }
 
     void store(const streets::StreetMap& map) {

@@ -50,11 +50,11 @@ std::vector<streets::HouseNumber> housesOf(const Extract& extract, const geo::Ce
     return houses;
 }
 
-}  // namespace
-
-BuiltStreets streetsOf(const Extract& extract, const geo::Centre& centre,
-                       std::span<const Address> addresses) {
+/// Empties the extract of what is not needed any more.
+BuiltStreets joinedStreets(Extract& extract, const geo::Centre& centre,
+                           std::span<const Address> addresses) {
     const auto places = placesOf(extract, centre);
+    extract.nodes = {};
     NameTable names;
     BuiltStreets built;
     CutStreets cut = cutStreets(extract, places, centre.feet, names);
@@ -70,6 +70,15 @@ BuiltStreets streetsOf(const Extract& extract, const geo::Centre& centre,
     built.map.ground = groundOf(extract, places, names);
     built.map.houses = housesOf(extract, centre, addresses, names);
     built.map.names = names.names();
+    return built;
+}
+
+}  // namespace
+
+BuiltStreets streetsOf(Extract extract, const geo::Centre& centre,
+                       std::span<const Address> addresses) {
+    BuiltStreets built = joinedStreets(extract, centre, addresses);
+    extract = {};
     built.unreachable = markReachable(built.map);
     return built;
 }

@@ -25,8 +25,8 @@ struct BuiltStreets {
 };
 
 /// Makes the streets of a district from an extract: on its plane, cut, joined and thinned, with the
-/// addresses beside those of the extract.
-[[nodiscard]] BuiltStreets streetsOf(const Extract& extract, const geo::Centre& centre,
+/// addresses beside those of the extract. The extract goes as soon as it is not needed any more.
+[[nodiscard]] BuiltStreets streetsOf(Extract extract, const geo::Centre& centre,
                                      std::span<const Address> addresses);
 
 /// Miles of streets that buses drive, each once.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <unordered_map>
 #include <utility>
@@ -134,24 +135,35 @@ double lengthOf(std::span<const geo::Feet> line) {
     return feet;
 }
 
-std::vector<geo::Feet> thinned(std::span<const geo::Feet> line, double feet) {
+std::vector<geo::Feet> placesAlong(std::span<const std::uint32_t> line,
+                                   std::span<const geo::Feet> places) {
+    std::vector<geo::Feet> along;
+    along.reserve(line.size());
+    std::ranges::transform(line, std::back_inserter(along),
+                           [&](std::uint32_t point) { return places[point]; });
+    return along;
+}
+
+std::vector<std::uint32_t> thinned(std::span<const std::uint32_t> line,
+                                   std::span<const geo::Feet> places, double feet) {
     if (line.size() <= 2) {
         return {line.begin(), line.end()};
     }
+    const auto along = placesAlong(line, places);
     std::vector<bool> stays(line.size(), false);
     stays.front() = stays.back() = true;
     std::vector<std::pair<std::size_t, std::size_t>> todo{{0, line.size() - 1}};
     while (!todo.empty()) {
         const auto [first, last] = todo.back();
         todo.pop_back();
-        const auto [at, off] = farthest(line, first, last);
+        const auto [at, off] = farthest(along, first, last);
         if (off > feet) {
             stays[at] = true;
             todo.emplace_back(first, at);
             todo.emplace_back(at, last);
         }
     }
-    std::vector<geo::Feet> left;
+    std::vector<std::uint32_t> left;
     for (std::size_t i = 0; i < line.size(); ++i) {
         if (stays[i]) {
             left.push_back(line[i]);

@@ -11,8 +11,13 @@ namespace tools::extract {
 [[nodiscard]] double feetBetween(const geo::Feet& one, const geo::Feet& other);
 [[nodiscard]] double lengthOf(std::span<const geo::Feet> line);
 
+/// The places of a line of points, by their numbers.
+[[nodiscard]] std::vector<geo::Feet> placesAlong(std::span<const std::uint32_t> line,
+                                                 std::span<const geo::Feet> places);
+
 /// The line without points that lie at most so many feet off it; its ends stay.
-[[nodiscard]] std::vector<geo::Feet> thinned(std::span<const geo::Feet> line, double feet);
+[[nodiscard]] std::vector<std::uint32_t> thinned(std::span<const std::uint32_t> line,
+                                                 std::span<const geo::Feet> places, double feet);
 
 /// Square feet within a ring.
 [[nodiscard]] double areaOf(std::span<const geo::Feet> ring);

@@ -19,11 +19,7 @@ constexpr double SmallestArea = 1000;      // square feet
 using Numbers = std::vector<std::uint32_t>;
 
 std::vector<geo::Feet> lineOf(const Numbers& nodes, std::span<const geo::Feet> places) {
-    std::vector<geo::Feet> line;
-    for (const std::uint32_t node : nodes) {
-        line.push_back(places[node]);
-    }
-    return thinned(line, GroundThinning);
+    return placesAlong(thinned(nodes, places, GroundThinning), places);
 }
 
 bool isLine(GroundKind kind) { return kind == GroundKind::Rail || kind == GroundKind::Stream; }

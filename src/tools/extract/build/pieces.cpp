@@ -27,19 +27,26 @@ struct PointUse {
     PointTraits traits = {};
 };
 
+/// Streets that still lack the places of their points: these are four times as large as the
+/// points' numbers, and follow once the pieces are sorted.
+struct UnsortedStreets {
+    CutStreets cut;
+    std::vector<std::uint32_t> points;  ///< of all pieces, by their numbers in the extract
+};
+
 class Cutter {
 public:
     Cutter(const Extract& extract, std::span<const geo::Feet> places, NameTable& names)
         : extract_(extract),
           places_(places),
           names_(names),
-          uses_(extract.nodes.size()),
-          sameAs_(extract.nodes.size()) {
+          uses_(places.size()),
+          sameAs_(places.size()) {
         std::iota(sameAs_.begin(), sameAs_.end(), 0U);
-        cut_.nodeOf.assign(extract.nodes.size(), CutStreets::None);
+        cut_.nodeOf.assign(places.size(), CutStreets::None);
     }
 
-    CutStreets cut() {
+    UnsortedStreets cut() {
         for (const auto& [node, traits] : extract_.marks) {
             uses_[node].traits = traits;
         }
@@ -51,7 +58,7 @@ public:
         for (std::uint32_t i = 0; i < sameAs_.size(); ++i) {
             cut_.nodeOf[i] = cut_.nodeOf[same(i)];
         }
-        return std::move(cut_);
+        return {std::move(cut_), std::move(points_)};
     }
 
 private:
@@ -191,21 +198,16 @@ private:
     }
 
     void add(std::span<const std::uint32_t> part, const ExtractWay& way) {
-        std::vector<geo::Feet> line;
-        line.reserve(part.size());
-        for (const std::uint32_t node : part) {
-            line.push_back(places_[node]);
-        }
-        line = thinned(line, StreetThinning);
+        const auto line = thinned(part, places_, StreetThinning);
         const StreetTraits& traits = street(way);
         cut_.piecesOfWays.emplace_back(static_cast<std::uint32_t>(&way - extract_.ways.data()),
                                        static_cast<std::uint32_t>(cut_.pieces.size()));
         cut_.pieces.push_back({.from = nodeAt(part.front()),
                                .to = nodeAt(part.back()),
                                .name = names_.numberOf(traits.name),
-                               .firstPoint = static_cast<std::uint32_t>(cut_.points.size()),
+                               .firstPoint = static_cast<std::uint32_t>(points_.size()),
                                .points = static_cast<std::uint32_t>(line.size()),
-                               .feet = static_cast<float>(lengthOf(line)),
+                               .feet = static_cast<float>(lengthOf(placesAlong(line, places_))),
                                .kind = traits.kind,
                                .milesPerHour = traits.milesPerHour,
                                .forward = traits.forward,
@@ -213,7 +215,7 @@ private:
                                .roundabout = traits.roundabout,
                                .clearanceInches = traits.clearanceInches,
                                .weightTenths = traits.weightTenths});
-        cut_.points.insert(cut_.points.end(), line.begin(), line.end());
+        points_.insert(points_.end(), line.begin(), line.end());
     }
 
     /// Beside a barrier each street has an end of its own.
@@ -236,6 +238,7 @@ private:
     std::vector<PointUse> uses_;
     std::vector<std::uint32_t> sameAs_;
     CutStreets cut_;
+    std::vector<std::uint32_t> points_;
 };
 
 /// The old number of each new one, sorted by what `key` says of the old.
@@ -284,23 +287,24 @@ void sortNodes(CutStreets& cut, const geo::Feet& centre) {
     }
 }
 
-void sortPieces(CutStreets& cut) {
+/// Gives them the places of their points, too.
+void sortPieces(CutStreets& cut, std::span<const std::uint32_t> points,
+                std::span<const geo::Feet> places) {
     const auto order =
         orderBy(cut.pieces.size(), [&](std::uint32_t i) { return cut.pieces[i].from; });
     const auto numbers = inverse(order);
     std::vector<Piece> pieces;
-    std::vector<geo::Feet> points;
     pieces.reserve(order.size());
-    points.reserve(cut.points.size());
+    cut.points.reserve(points.size());
     for (const std::uint32_t old : order) {
         Piece piece = cut.pieces[old];
-        const auto first = cut.points.begin() + piece.firstPoint;
-        piece.firstPoint = static_cast<std::uint32_t>(points.size());
-        points.insert(points.end(), first, first + piece.points);
+        for (const std::uint32_t point : points.subspan(piece.firstPoint, piece.points)) {
+            cut.points.push_back(places[point]);
+        }
+        piece.firstPoint = static_cast<std::uint32_t>(cut.points.size()) - piece.points;
         pieces.push_back(piece);
     }
     cut.pieces = std::move(pieces);
-    cut.points = std::move(points);
     for (auto& [way, piece] : cut.piecesOfWays) {
         piece = numbers[piece];
     }
@@ -320,10 +324,10 @@ std::vector<std::uint32_t> CutStreets::piecesOf(std::uint32_t way) const {
 
 CutStreets cutStreets(const Extract& extract, std::span<const geo::Feet> places,
                       const geo::Feet& centre, NameTable& names) {
-    CutStreets cut = Cutter(extract, places, names).cut();
+    auto [cut, points] = Cutter(extract, places, names).cut();
     sortNodes(cut, centre);
-    sortPieces(cut);
-    return cut;
+    sortPieces(cut, points, places);
+    return std::move(cut);
 }
 
 }  // namespace tools::extract

@@ -50,12 +50,8 @@ private:
         return all;
     }
 
-    [[nodiscard]] std::optional<std::uint32_t> nodeOf(std::int64_t id) const {
-        const auto found = std::ranges::lower_bound(extract_.nodes, id, {}, &ExtractNode::id);
-        if (found == extract_.nodes.end() || found->id != id) {
-            return std::nullopt;
-        }
-        const auto node = cut_.nodeOf[static_cast<std::size_t>(found - extract_.nodes.begin())];
+    [[nodiscard]] std::optional<std::uint32_t> nodeOf(std::uint32_t point) const {
+        const auto node = point == ExtractWay::Missing ? CutStreets::None : cut_.nodeOf[point];
         return node == CutStreets::None ? std::nullopt : std::optional(node);
     }
 

@@ -1,6 +1,7 @@
 #include "tools/extract/read/collector.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tools::extract {
 
@@ -118,6 +119,7 @@ void Collector::relation(std::int64_t id, const std::vector<Member>& members, co
 
 void Collector::turn(const std::vector<Member>& members, const TurnTraits& traits) {
     ExtractTurn turn{.traits = traits};
+    turnNodes_.push_back(0);
     for (const Member& member : members) {
         if (member.isWay && member.role == "from") {
             turn.from.push_back(member.id);
@@ -126,7 +128,7 @@ void Collector::turn(const std::vector<Member>& members, const TurnTraits& trait
         } else if (member.isWay && member.role == "via") {
             turn.viaWays.push_back(member.id);
         } else if (!member.isWay && member.role == "via") {
-            turn.viaNode = member.id;
+            turnNodes_.back() = member.id;
         }
     }
     extract_.turns.push_back(std::move(turn));
@@ -147,6 +149,12 @@ void Collector::numberMarks() {
         marks.end());
 }
 
+void Collector::numberTurns() {
+    for (std::size_t i = 0; i < turnNodes_.size(); ++i) {
+        extract_.turns[i].viaNode = indexOf(turnNodes_[i]).value_or(ExtractWay::Missing);
+    }
+}
+
 /// Of a way that stands in several files the one with the most points is the whole one.
 void Collector::resolveWays() {
     std::ranges::stable_sort(ways_, [](const ReadWay& one, const ReadWay& other) {
@@ -158,9 +166,11 @@ void Collector::resolveWays() {
                                 return one.way.id == next.way.id;
                             }),
                 ways_.end());
+    extract_.ways.reserve(ways_.size());
     for (ReadWay& read : ways_) {
-        read.way.nodes.reserve(read.nodes.size());
-        for (const std::int64_t id : read.nodes) {
+        const auto nodes = std::move(read.nodes);  // gone with its way: a city has many
+        read.way.nodes.reserve(nodes.size());
+        for (const std::int64_t id : nodes) {
             const auto node = indexOf(id);
             read.way.isWhole = read.way.isWhole && node;
             read.way.nodes.push_back(node.value_or(ExtractWay::Missing));
@@ -194,6 +204,7 @@ void Collector::placeHouses() {
 Extract Collector::finish() {
     sortNodes();
     numberMarks();
+    numberTurns();
     resolveWays();
     placeHouses();
     return std::move(extract_);

@@ -48,6 +48,7 @@ private:
     [[nodiscard]] std::optional<std::uint32_t> indexOf(std::int64_t node) const;
     void turn(const std::vector<Member>& members, const TurnTraits& traits);
     void numberMarks();
+    void numberTurns();
     void resolveWays();
     void placeHouses();
 
@@ -56,6 +57,7 @@ private:
     bool isSorted_ = true;
     bool hasWays_ = false;
     std::vector<std::pair<std::int64_t, PointTraits>> marks_;
+    std::vector<std::int64_t> turnNodes_;  ///< of each turn; 0 for none
     std::vector<ReadWay> ways_;
     std::vector<WayHouse> wayHouses_;
     std::unordered_set<std::int64_t> relations_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <fmt/format.h>
+#include <malloc.h>
 #include <osmium/io/opl_input.hpp>
 #include <osmium/io/pbf_input.hpp>
 #include <osmium/io/reader.hpp>
@@ -114,10 +115,8 @@ void read(const fs::path& file, Collector& collector, const ReadProgress& progre
     reader.close();
 }
 
-}  // namespace
-
-Extract readExtracts(std::span<const fs::path> files, const std::optional<DegreeBox>& box,
-                     const ReadProgress& progress) {
+Extract collected(std::span<const fs::path> files, const std::optional<DegreeBox>& box,
+                  const ReadProgress& progress) {
     Collector collector(box);
     for (const fs::path& file : files) {
         try {
@@ -132,6 +131,18 @@ Extract readExtracts(std::span<const fs::path> files, const std::optional<Degree
         }
     }
     return collector.finish();
+}
+
+}  // namespace
+
+Extract readExtracts(std::span<const fs::path> files, const std::optional<DegreeBox>& box,
+                     const ReadProgress& progress) {
+    // Lists that grow and go give their memory back at once, and so, below, does the reader.
+    constexpr int Large = 1 << 17;  // bytes
+    ::mallopt(M_MMAP_THRESHOLD, Large);
+    Extract extract = collected(files, box, progress);
+    ::malloc_trim(0);
+    return extract;
 }
 
 }  // namespace tools::extract

@@ -46,9 +46,9 @@ struct ExtractWay {
 
 struct ExtractTurn {
     TurnTraits traits;
-    std::vector<std::int64_t> from = {};  ///< ways
-    std::vector<std::int64_t> to = {};    ///< ways
-    std::int64_t viaNode = 0;             ///< 0: over ways
+    std::vector<std::int64_t> from = {};          ///< ways
+    std::vector<std::int64_t> to = {};            ///< ways
+    std::uint32_t viaNode = ExtractWay::Missing;  ///< of Extract::nodes; Missing: over ways
     std::vector<std::int64_t> viaWays = {};
 };
 

@@ -84,7 +84,7 @@ TEST_F(ReadExtract, KeepsWhatStreetsAreMadeOf) {
         EXPECT_FALSE(town.ways[1].isWhole);
         ASSERT_EQ(town.turns.size(), 1U);
         EXPECT_THAT(town.turns[0].from, ElementsAre(10));
-        EXPECT_EQ(town.turns[0].viaNode, 3);
+        EXPECT_EQ(town.nodes.at(town.turns[0].viaNode).id, 3);
         ASSERT_EQ(town.areas.size(), 1U);
         EXPECT_EQ(town.areas[0].name, "Pond");
         EXPECT_THAT(town.areas[0].ways, ElementsAre(12, 13));
