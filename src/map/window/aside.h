@@ -10,6 +10,9 @@
 
 namespace map {
 
+/// Whoever waits no longer than this for an answer is not felt to wait.
+inline constexpr std::chrono::milliseconds SoonEnough{30};
+
 /// An answer that is worked out on a thread of its own. Whoever asks anew, or goes, gives up what
 /// was asked before; the work then ends by itself, so it must hold all that it reads.
 template <class Answer>

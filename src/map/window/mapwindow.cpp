@@ -49,6 +49,7 @@ MapWindow::MapWindow(MapDistrict district)
       ui_(std::make_unique<Ui::MapWindow>()),
       district_(std::move(district)),
       drivenOn_(district_.streets),
+      base_(district_.streets),
       waiting_(new QTimer(this)) {
     controls::makeAccessible<MapView, MapAccess>();
     ui_->setupUi(this);
@@ -188,7 +189,7 @@ bool MapWindow::read(const std::string& run) {
         return false;
     }
     stored_ = *stored;
-    drivenOn_ = district_.streets;
+    forgetDetours();
     shown_ = {.run = std::move(*stored)};
     shown_.way = wayOf(drivenOn_->network(), shown_.run);
     comparison_.reset();
@@ -281,6 +282,7 @@ void MapWindow::show(View view) {
                       view != View::Compared;
     view_ = view;
     looking_.giveUp();
+    detouring_.giveUp();
     setWindowTitle(view == View::Runs      ? tr("Map - %1").arg(toQt(runsHeading_))
                    : view == View::Nothing ? tr("Map")
                                            : tr("Map - Run %1").arg(toQt(shown_.run.id)));
@@ -298,8 +300,11 @@ Panel MapWindow::panelNow() const {
             return {.heading = "No run"};
         case View::Runs:
             return panelOf(runs_, runsHeading_);
-        case View::Compared:
-            return panelOf(shown_, *comparison_);
+        case View::Compared: {
+            auto panel = panelOf(shown_, *comparison_);
+            panel.note += steps_.empty() ? "" : " " + detourText(steps_);
+            return panel;
+        }
         case View::Candidates:
             return candidatesPanelOf(shown_.run, chosenStop_, candidates_);
         case View::Directions:
@@ -415,7 +420,8 @@ void MapWindow::Waiting_Timer() {
         showTrouble();
     }
     showCandidates({});
-    if (!curing_.isAsked() && !looking_.isAsked()) {
+    showDetour({});
+    if (!curing_.isAsked() && !looking_.isAsked() && !detouring_.isAsked()) {
         waiting_->stop();
     }
 }
@@ -625,8 +631,12 @@ void MapWindow::decide(Decision decision) {
     if (!asked_.empty()) {
         answerAsked(decision);
     }
-    news_ = decision == Decision::TakenOver ? fmt::format("Run {} was taken over", run)
-                                            : fmt::format("Run {} stays as it was", run);
+    news_ = decision == Decision::Kept ? fmt::format("Run {} stays as it was", run)
+            : steps_.empty()           ? fmt::format("Run {} was taken over", run)
+                                       : fmt::format(
+                                             "Run {} was taken over. Its detours are not kept: whoever "
+                                                       "solves it again drives as the district does",
+                                             run);
     if (!asked_.empty()) {
         return askNext();
     }

@@ -13,12 +13,14 @@
 #include "map/run/mapsearch.h"
 #include "map/shown/runscene.h"
 #include "map/window/aside.h"
+#include "map/window/detours.h"
 #include "map/window/panelrows.h"
 #include "map/window/placing.h"
 #include "platform/ado/connection.h"
 #include "startup/forms/trappedform.h"
 #include "streets/district/districtstreets.h"
 
+class QMenu;
 class QTimer;
 
 namespace Ui {
@@ -147,6 +149,13 @@ private:
     void dragStop(const Hit& hit, geo::Feet to);
     void dropStop(const Hit& hit, geo::Feet to);
     void showMenu(const QPoint& at, geo::Feet place);
+    void addPlacing(QMenu& menu, geo::Feet place);
+    void addDetours(QMenu& menu, geo::Feet place);
+    void addDetour(QMenu& menu, const QString& text, const DetourStep& step);
+    /// Solves the run with these, which is then shown before and after.
+    void detour(std::vector<DetourStep> steps);
+    void showDetour(std::chrono::milliseconds patience);
+    void forgetDetours();
     void AllStops_Click(bool on);
     void offerCandidates(const std::string& words);
     void showCandidates(std::chrono::milliseconds patience);
@@ -160,6 +169,7 @@ private:
     MappedRun stored_;  ///< what is shown, as it was read
     ShownRun shown_;
     std::shared_ptr<const streets::DistrictStreets> drivenOn_;  ///< by the run that is shown
+    std::shared_ptr<const streets::DistrictStreets> base_;      ///< that without detours
     std::vector<std::string> cures_;  ///< of its troubles; empty until they are known
     Aside<std::vector<std::string>> curing_;
     QTimer* waiting_;  ///< for what is worked out aside
@@ -167,6 +177,9 @@ private:
     std::optional<Comparison> comparison_;
     std::vector<Candidate> candidates_;  ///< for the chosen stop
     std::size_t chosenCandidate_ = 0;
+    std::vector<DetourStep> steps_;       ///< of the way that is shown
+    std::vector<DetourStep> askedSteps_;  ///< of the one that is looked for
+    Aside<Detoured> detouring_;
     std::string wantedPlace_;  ///< the words that they were looked for by
     Aside<std::vector<Candidate>> looking_;
     std::vector<SearchHit> allStops_;  ///< where they are shown

@@ -22,8 +22,6 @@ namespace {
 
 using controls::toQt;
 
-constexpr std::chrono::milliseconds SoonEnough{30};
-
 std::vector<bool> fixedStops(const MappedRun& run) {
     std::vector<bool> fixed;
     std::ranges::transform(run.stops, std::back_inserter(fixed), isFixed);
@@ -142,18 +140,25 @@ void MapWindow::placeStop(std::size_t stop, geo::Feet at) {
 }
 
 void MapWindow::showMenu(const QPoint& at, geo::Feet place) {
-    if (view_ != View::Run || chosenStop_ == NoStop || shown_.run.numberOf(chosenStop_) == 0) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addPlacing(*menu, place);
+    addDetours(*menu, place);
+    if (menu->isEmpty()) {
+        return menu->deleteLater();
+    }
+    menu->popup(at);
+}
+
+void MapWindow::addPlacing(QMenu& menu, geo::Feet place) {
+    const int number = chosenStop_ == NoStop ? 0 : shown_.run.numberOf(chosenStop_);
+    if (view_ != View::Run || number == 0) {
         return;
     }
-    QMenu menu(this);
-    const int number = shown_.run.numberOf(chosenStop_);
-    const auto* here = menu.addAction(shown_.run.stops[chosenStop_].isPlaced
-                                          ? tr("&Move Stop %1 Here").arg(number)
-                                          : tr("&Place Stop %1 Here").arg(number));
-    const auto stop = chosenStop_;
-    if (menu.exec(at) == here) {
-        placeStop(stop, place);
-    }
+    const auto text = shown_.run.stops[chosenStop_].isPlaced ? tr("&Move Stop %1 Here")
+                                                             : tr("&Place Stop %1 Here");
+    on(menu.addAction(text.arg(number)), &QAction::triggered, "PlaceHere_Click",
+       [this, stop = chosenStop_, place] { placeStop(stop, place); });
 }
 
 void MapWindow::MoveStop_Click(bool on) {
@@ -252,7 +257,9 @@ void MapWindow::addAllStops(Scene& scene) const {
 void MapWindow::driveOn(std::shared_ptr<const streets::DistrictStreets> streets) {
     trap("driveOn", [&] {
         district_.streets = std::move(streets);
-        ui_->Streets->setGround(groundOf(district_.streets));
+        if (steps_.empty()) {
+            ui_->Streets->setGround(groundOf(district_.streets));
+        }
         if (view_ == View::Candidates) {
             view_ = View::Run;
         }

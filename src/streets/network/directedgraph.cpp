@@ -113,12 +113,14 @@ private:
         if (!graph_.isDriven(back(from))) {
             return std::nullopt;
         }
+        const bool isAllowedHere = std::ranges::count(rules_.uTurnsAt, node) > 0;
         if (isDeadEnd) {
-            const bool mayTurn = rules_.turnsInDeadEnds || map_.nodes[node].turningCircle;
+            const bool mayTurn =
+                rules_.turnsInDeadEnds || isAllowedHere || map_.nodes[node].turningCircle;
             return parts(rules_.turns.deadEnd, mayTurn ? 0 : NeverAtLiking);
         }
-        const bool isAllowed = rules_.uTurns || std::ranges::count(rules_.uTurnsAt, node) > 0;
-        const bool mayTurn = isAllowed && !turnRules_.forbid(pieceOf(from), node, pieceOf(from));
+        const bool mayTurn = (rules_.uTurns || isAllowedHere) &&
+                             !turnRules_.forbid(pieceOf(from), node, pieceOf(from));
         return mayTurn ? std::optional(parts(rules_.turns.uTurn, 0)) : std::nullopt;
     }
 

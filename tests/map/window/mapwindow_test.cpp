@@ -1,6 +1,8 @@
 #include "map/window/mapwindow.h"
 
 #include <QAccessible>
+#include <QAction>
+#include <QMenu>
 #include <QTest>
 
 #include "map/window/mapview.h"
@@ -10,6 +12,7 @@
 #include "streets/network/gridnetwork.h"
 #include "support/access.h"
 #include "support/formtest.h"
+#include "support/inventedcity.h"
 #include "support/runbuilder.h"
 #include "support/temporaryfolder.h"
 
@@ -200,6 +203,50 @@ TEST_F(MapWindowForm, AStopWithoutAPlaceGetsOneOfThoseFound) {
     click("TakeOver");
     EXPECT_EQ(stored("SELECT XPOS, YPOS FROM STOP WHERE STOPID='MILE-1B'"), "1980|660");
     EXPECT_THAT(times(), testing::Contains("1st Street at 2nd Avenue|7:51:45 AM"));
+}
+
+class MapOnStreets : public MapWindowForm {
+protected:
+    MapOnStreets() {
+        byOthers("UPDATE STOP SET XPOS=XPOS/4");
+        window().driveOn(std::make_shared<const streets::DistrictStreets>(
+            support::inventedCity(24), streets::DrivingRules(), std::vector<std::uint32_t>(),
+            std::vector<std::string>()));
+    }
+    /// The entry of the menu that a right click on the middle of the second leg opens.
+    QAction* offered(const char* beginning) {
+        const auto line = map().scene().runs.at(0).legs.at(0).line;
+        emit map().menuAsked({}, line[line.size() / 2]);
+        for (auto* menu : window().findChildren<QMenu*>()) {
+            for (auto* action : menu->actions()) {
+                if (action->text().startsWith(QLatin1String(beginning))) {
+                    return action;
+                }
+            }
+        }
+        return nullptr;
+    }
+    bool comes(const char* words) {
+        return QTest::qWaitFor([&] { return text("Gain").find(words) != std::string::npos; });
+    }
+};
+
+TEST_F(MapOnStreets, AStreetIsAvoidedUntilTheRunIsTakenOverOrLeft) {
+    auto* avoid = offered("&Avoid This Street");
+    ASSERT_NE(avoid, nullptr);
+    avoid->trigger();
+    ASSERT_TRUE(comes("Avoids "));
+    EXPECT_THAT(times(), Untouched);
+    ASSERT_NE(offered("&Forget All Detours"), nullptr);
+    offered("&Forget All Detours")->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return text("Gain").find("Avoids") == std::string::npos; }));
+    offered("Allow &U-Turn Here")->trigger();
+    ASSERT_TRUE(comes("U-turn allowed"));
+    click("TakeOver");
+    EXPECT_THAT(text("Status"), HasSubstr("Its detours are not kept"));
+    EXPECT_THAT(times(), testing::Not(Untouched));
+    click("SolveIt");
+    EXPECT_THAT(text("Gain"), testing::Not(HasSubstr("U-turn")));
 }
 
 TEST_F(MapWindowForm, TabGoesFromStopToStopAndTellsEach) {

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 
 #include "map/run/solvedrun.h"
+#include "map/window/detours.h"
+#include "streets/network/graphnetwork.h"
 #include "support/inventedcity.h"
 
 namespace map {
@@ -15,10 +17,13 @@ using testing::Contains;
 using testing::SizeIs;
 using testing::StartsWith;
 
-const streets::DistrictStreets& city() {
-    static const streets::DistrictStreets streets(support::inventedCity(8), {}, {}, {});
+const std::shared_ptr<const streets::DistrictStreets>& sharedCity() {
+    static const auto streets = std::make_shared<const streets::DistrictStreets>(
+        support::inventedCity(8), streets::DrivingRules(), std::vector<std::uint32_t>(),
+        std::vector<std::string>());
     return streets;
 }
+const streets::DistrictStreets& city() { return *sharedCity(); }
 
 /// A run past the middle of the city to a school, with a stop that has no place.
 MappedRun runWithUnplaced() {
@@ -75,6 +80,69 @@ TEST(Placing, OneStopIsPlacedWhileAnotherHasNoPlaceYet) {
     ASSERT_THAT(found, SizeIs(2));
     EXPECT_NEAR(found.front().minutesMore, minutes, 0.01);
     EXPECT_EQ(candidatesScene(found, 1).runs[0].stops.back().number, "B");
+}
+
+geo::Feet middleOf(geo::Feet one, geo::Feet other) {
+    return {(one.x + other.x) / 2, (one.y + other.y) / 2};
+}
+
+/// Whether a way leads over one of the pieces, by what lies below its lines.
+bool drives(const RunWay& way, const std::vector<std::uint32_t>& pieces) {
+    for (const auto& line : linesOf(way)) {
+        for (std::size_t i = 1; i < line.size(); ++i) {
+            const auto middle = middleOf(line[i - 1], line[i]);
+            if (std::hypot(middle.x - line[i].x, middle.y - line[i].y) < 40) {
+                continue;  // too near to a crossing to tell its streets apart
+            }
+            const auto halts = city().network().haltsAt(middle, streets::DoorSide::Either);
+            if (std::ranges::count(pieces, streets::pieceOf(halts.front().piece)) > 0) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST(Detours, AnAvoidedStreetIsDrivenByNoLegAndATurnIsMadeWhereItIsAllowed) {
+    auto run = runWithUnplaced();
+    run.stops.erase(run.stops.begin());
+    const auto way = wayOf(city().network(), run);
+    int tried = 0;
+    for (const auto& stop : way.drawn) {
+        const auto& line = stop.way.line;
+        const auto at =
+            line.empty() ? geo::Feet() : middleOf(line[line.size() / 2 - 1], line[line.size() / 2]);
+        const auto offer = line.empty() ? std::nullopt : detoursAt(city(), way, at, 40);
+        if (!offer || offer->street.avoided.empty()) {
+            continue;
+        }
+        const auto found = withDetours(sharedCity(), {offer->street}, run);
+        ASSERT_TRUE(found.way.isKnown());
+        EXPECT_GE(found.way.solution.totalMinutes, way.solution.totalMinutes - 0.02);
+        EXPECT_FALSE(drives(found.way, offer->street.avoided));
+        EXPECT_EQ(found.streets->closed().size(), offer->street.avoided.size());
+        EXPECT_EQ(stepsAt(city(), {offer->street}, at, 40).empty(), !offer->block);
+        tried += drives(way, offer->street.avoided) ? 1 : 0;
+    }
+    EXPECT_GT(tried, 0);
+}
+
+TEST(Detours, TheBusTurnsBackWhereItIsAllowedTo) {
+    auto run = runWithUnplaced();
+    run.stops = {run.stops[3], run.stops[4]};
+    const auto halt = wayOf(city().network(), run).solution.stops[0].halt.value();
+    run.stops[0].at = run.stops[1].at = halt.at;
+    for (const double aside : {-8.0, 8.0}) {
+        run.stops[aside < 0 ? 0 : 1].at.y += aside;
+        run.stops[aside < 0 ? 0 : 1].wantsRightSide = true;
+    }
+    const auto way = wayOf(city().network(), run);
+    const auto offer = detoursAt(city(), way, halt.at, 40);
+    ASSERT_TRUE(offer && way.isKnown());
+    const auto found = withDetours(sharedCity(), {offer->uTurn}, run);
+    EXPECT_LT(found.way.solution.totalMinutes, way.solution.totalMinutes);
+    EXPECT_TRUE(std::ranges::any_of(found.way.drawn[1].way.stretches, &streets::Stretch::uTurn));
+    EXPECT_THAT(detourText({offer->street, offer->uTurn}), testing::HasSubstr("U-turn allowed at"));
 }
 
 }  // namespace
