@@ -1,23 +1,18 @@
 #include "tools/district/backup/backup.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <memory>
 #include <system_error>
 
-#include <fcntl.h>
 #include <fmt/chrono.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "platform/files/files.h"
 #include "platform/store/open/open.h"
 #include "platform/store/open/standstill.h"
 #include "tools/district/backup/archive.h"
+#include "tools/district/backup/newfile.h"
+#include "tools/district/backup/serverdump.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/place/streetsof.h"
 
@@ -29,28 +24,17 @@ namespace fs = std::filesystem;
 
 using data::DatabaseFile;
 
-constexpr std::string_view Making = ".making-";
-
-/// The name with one sign in the place of each number.
-std::string kindOf(std::string_view name) {
-    std::string kind;
-    for (const char c : name) {
-        if (std::isdigit(static_cast<unsigned char>(c)) == 0) {
-            kind += c;
-        } else if (!kind.ends_with('#')) {
-            kind += '#';
-        }
-    }
-    return kind;
+std::string nameNow(const Folders& folders) {
+    const auto now = fmt::localtime(std::time(nullptr));
+    return folders.isOnServer()
+               ? fmt::format("{}-{:%Y-%m-%d-%H%M%S}.dump", nameOnServer(folders), now)
+               : fmt::format("{}-{:%Y-%m-%d-%H%M%S}.tar.zst", folders.root.filename().string(),
+                             now);
 }
 
 fs::path fileOf(const BackupOptions& options) {
     const fs::path target = fs::absolute(options.target).lexically_normal();
-    fs::path file = fs::is_directory(target)
-                        ? target / fmt::format("{}-{:%Y-%m-%d-%H%M%S}.tar.zst",
-                                               options.folders.root.filename().string(),
-                                               fmt::localtime(std::time(nullptr)))
-                        : target;
+    fs::path file = fs::is_directory(target) ? target / nameNow(options.folders) : target;
     if (fs::exists(file)) {
         refuse(fmt::format("There is a file {} already. Choose another name.", file.string()));
     }
@@ -59,67 +43,6 @@ fs::path fileOf(const BackupOptions& options) {
     }
     return file;
 }
-
-/// The archive under another name until it is whole. It is held, so that no other back-up takes it
-/// for one that was left behind.
-class NewFile {
-public:
-    explicit NewFile(const fs::path& wanted)
-        : wanted_(wanted), making_(wanted.string() + std::string(Making) + "XXXXXX") {
-        removeAbandoned();
-        handle_ = ::mkostemp(making_.data(), O_CLOEXEC);
-        if (handle_ < 0) {
-            refuse(fmt::format("{} cannot be made: {}.", wanted.string(), std::strerror(errno)));
-        }
-        hold_ = std::make_unique<files::Hold>(making_);
-    }
-    ~NewFile() {
-        ::close(handle_);
-        if (!finished_) {
-            ::unlink(making_.c_str());
-        }
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    [[nodiscard]] int handle() const { return handle_; }
-
-    void finish() {
-        if (::fsync(handle_) != 0 || !moved()) {
-            refuse(
-                fmt::format("{} cannot be written: {}.", wanted_.string(), std::strerror(errno)));
-        }
-        finished_ = true;
-    }
-
-private:
-    /// Not every file system can move without replacing.
-    [[nodiscard]] bool moved() const {
-        if (::renameat2(AT_FDCWD, making_.c_str(), AT_FDCWD, wanted_.c_str(), RENAME_NOREPLACE) ==
-            0) {
-            return true;
-        }
-        return errno == EINVAL && !fs::exists(wanted_) &&
-               ::rename(making_.c_str(), wanted_.c_str()) == 0;
-    }
-
-    void removeAbandoned() const {
-        const std::string kind = kindOf(wanted_.filename().string());
-        for (const auto& entry : fs::directory_iterator(wanted_.parent_path())) {
-            const std::string name = entry.path().filename().string();
-            const auto making = name.find(Making);
-            if (making != std::string::npos && kindOf(name.substr(0, making)) == kind) {
-                files::removeUnheld(entry.path().string());
-            }
-        }
-    }
-
-    fs::path wanted_;
-    std::string making_;
-    int handle_ = -1;
-    std::unique_ptr<files::Hold> hold_;
-    bool finished_ = false;
-};
 
 void copyFiles(const Folders& from, const Folders& to, Progress& progress) {
     std::vector<std::string> paths;
@@ -225,10 +148,7 @@ std::vector<fs::path> removeOlder(const fs::path& made, std::size_t keep) {
     return older;
 }
 
-}  // namespace
-
-BackupOutcome backUpDistrict(const BackupOptions& options, Progress& progress) {
-    BackupOutcome outcome{.file = fileOf(options)};
+std::int64_t packFiles(const BackupOptions& options, BackupOutcome& outcome, Progress& progress) {
     const FolderInTheMaking copies(options.folders.data().parent_path() / "backup-copies");
     copyFiles(options.folders, copies.folders(), progress);
     requireSound(copies.folders(), progress);
@@ -236,10 +156,25 @@ BackupOutcome backUpDistrict(const BackupOptions& options, Progress& progress) {
     const std::string settingsText = fs::exists(settings) ? files::read(settings.string()) : "";
     const auto names =
         namesOf(copies.folders(), copyBeside(options.folders, copies.folders(), outcome.leftOut));
-    outcome.bytes = sizeOf(copies.folders().root, names);
     NewFile file(outcome.file);
     pack(copies.folders().root, names, settingsText, file.handle(), progress);
     file.finish();
+    return sizeOf(copies.folders().root, names);
+}
+
+std::int64_t packServer(const Folders& folders, const fs::path& target, Progress& progress) {
+    // Says in plain words what is wrong with the server or its district.
+    static_cast<void>(store::open(folders.database(DatabaseFile::Routing).string()));
+    return dumpDatabases(folders, target, progress);
+}
+
+}  // namespace
+
+BackupOutcome backUpDistrict(const BackupOptions& options, Progress& progress) {
+    BackupOutcome outcome{.file = fileOf(options)};
+    outcome.bytes = options.folders.isOnServer()
+                        ? packServer(options.folders, outcome.file, progress)
+                        : packFiles(options, outcome, progress);
     outcome.packedBytes = static_cast<std::int64_t>(fs::file_size(outcome.file));
     if (options.keep) {
         outcome.removed = removeOlder(outcome.file, *options.keep);

@@ -22,7 +22,9 @@
 #include "platform/files/files.h"
 #include "platform/ini/ini.h"
 #include "platform/store/base/database.h"
+#include "platform/store/base/location.h"
 #include "tools/district/backup/archive.h"
+#include "tools/district/backup/serverdump.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/openalone.h"
 #include "tools/district/base/refuse.h"
@@ -246,10 +248,8 @@ void sync(const fs::path& folder) {
     }
 }
 
-}  // namespace
-
-std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& folder,
-                                        Progress& progress) {
+std::optional<fs::path> restoreFiles(const fs::path& file, const fs::path& folder,
+                                     Progress& progress) {
     using Place = NewFolder::Place;
     const auto former = districtIn(folder);
     const auto keptShut = former ? shut(*former) : decltype(shut(*former)){};
@@ -264,6 +264,43 @@ std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& fo
     sync(making.folders().root);
     making.finish();
     return kept;
+}
+
+/// Beside the settings that name the server, otherwise where the command was given.
+fs::path formerOnServer(const Folders& folders) {
+    const fs::path beside =
+        store::isServer(folders.root.string()) ? fs::current_path() : folders.root;
+    return beside /
+           fmt::format("backup-{:%Y-%m-%d-%H%M%S}.dump", fmt::localtime(std::time(nullptr)));
+}
+
+bool isOnServer(const fs::path& target) {
+    return store::isServer(target.string()) ||
+           (fs::is_directory(target) && foldersOf(target).isOnServer());
+}
+
+}  // namespace
+
+std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& target,
+                                        const std::function<bool()>& mayReplace,
+                                        Progress& progress) {
+    const bool isDump = isServerDump(file);
+    if (isDump != isOnServer(target)) {
+        refuse(isDump
+                   ? fmt::format("{} is the back-up of a district on a server: name a place there, "
+                                 "postgresql://owner@server/database/, and not {}.",
+                                 file.string(), target.string())
+                   : fmt::format("{} is no back-up of a district on a server. One of files is "
+                                 "restored to a folder, and vireo-district copy moves it there.",
+                                 file.string()));
+    }
+    if (!isDump) {
+        return restoreFiles(file, target, progress);
+    }
+    const Folders folders = foldersOf(target);
+    const fs::path former = formerOnServer(folders);
+    return restoreDatabases(file, folders, mayReplace, former, progress) ? std::optional(former)
+                                                                         : std::nullopt;
 }
 
 }  // namespace tools::district

@@ -3,11 +3,13 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <iostream>
 
 #include <fmt/format.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include "platform/base/text.h"
 #include "tools/district/base/progress.h"
 
 namespace tools::district {
@@ -54,6 +56,13 @@ std::string askHidden(const std::string& question) {
     }
     line.pop_back();
     return line;
+}
+
+bool agrees(const std::string& question) {
+    fmt::print(stderr, "{} (yes, otherwise no) ", question);
+    std::string line;
+    std::getline(std::cin, line);
+    return base::equalsNoCase(base::trim(line), "yes");
 }
 
 }  // namespace tools::district

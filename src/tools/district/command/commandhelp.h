@@ -82,6 +82,8 @@ district's name and the date; tar --zstd takes it apart, too.
 --keep N removes the oldest of those whose names differ in their digits alone, and keeps N.
 Broken off or killed, it leaves no archive.
 
+A district on a server is written in the server's own format, by its pg_dump.
+
 Example: vireo-district backup ~/sample ~/backups --keep 14)";
 inline constexpr std::string_view RestoreHelp = R"(put a district back from such a file
 
@@ -89,6 +91,11 @@ Restores the archive FILE to a new FOLDER, or in the place of the district there
 works in it; the files as they were are kept in a folder of it, "backup-" and the date. Broken
 off or killed, it leaves the folder as before or restored. Then it looks the district over as
 check does, and ends with 1 where that finds anything.
+
+The back-up of a district on a server goes to a place there, postgresql://owner@office/vireo/, or
+to the server that FOLDER names. Where there is a district it asks, and makes a back-up of it first.
+
+  --replace   do not ask
 
 Example: vireo-district restore ~/backups/sample-2026-11-22-020000.tar.zst ~/sample)";
 inline constexpr std::string_view ExportHelp = R"(write all tables as CSV, or the runs as GTFS
@@ -128,6 +135,7 @@ remove USER                 with the user's permissions in all programs of the s
 grant USER PERMISSION...    from the next start of the program on
 revoke USER PERMISSION...
 password USER               as the command password
+role USER                   on a server: makes the user's role there, a planner's
 
 Permissions: new (RTG210), delete (RTG230), bell-times (RTG250), group-change (RTG260),
 print (RTG270), or all.

@@ -23,6 +23,7 @@
 #include "tools/district/backup/restore.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
+#include "tools/district/base/terminal.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/command/answer.h"
 #include "tools/district/command/call.h"
@@ -191,11 +192,6 @@ bool import(const Call& call) {
         call.out << sketchMaps(read.files());
         return true;
     }
-    if (folders.isOnServer() && call.options.isSet("apply")) {
-        throw Misuse{
-            "An import is written into files: copy the district into a folder, import "
-            "there, and copy it to a new place on the server."};
-    }
     ImportOptions options{.folders = folders,
                           .sources = read.files(),
                           .map = call.text("map").value_or(""),
@@ -249,11 +245,6 @@ std::string megabytes(std::int64_t bytes) {
 
 bool backUp(const Call& call) {
     BackupOptions options{.folders = foldersOf(call.words[0]), .target = call.words[1]};
-    if (options.folders.isOnServer()) {
-        throw Misuse{
-            "A district on a server is backed up by the server's own pg_dump, or copied "
-            "into a folder by the command copy."};
-    }
     if (const auto keep = call.number("keep", 1, UINT32_MAX)) {
         options.keep = *keep;
     }
@@ -278,17 +269,31 @@ bool backUp(const Call& call) {
     return true;
 }
 
+/// Whether a district may be replaced that stands where another one is restored to.
+bool mayReplace(const Call& call) {
+    return call.options.isSet("replace") ||
+           (call.isTyped() &&
+            agrees(fmt::format("There is a district at {} already. It is backed up first. Replace "
+                               "it?",
+                               call.words[1])));
+}
+
 bool restore(const Call& call) {
     Progress progress;
-    const auto former = restoreDistrict(call.words[0], call.words[1], progress);
+    const auto former = restoreDistrict(
+        call.words[0], call.words[1], [&] { return mayReplace(call); }, progress);
     progress.clear();
     const Folders folders = foldersOf(call.words[1]);
-    linkCompanions(files::installation().companions, folders.programs());
+    if (!folders.isOnServer()) {
+        linkCompanions(files::installation().companions, folders.programs());
+    }
     call.tell("folder", pathJson(folders.root));
     call.tell("former", former ? QJsonValue(pathJson(*former)) : QJsonValue());
     call.out << fmt::format("Restored {}.\n", folders.root.string());
     if (former) {
-        call.out << fmt::format("The files as they were are in {}.\n", former->string());
+        call.out << fmt::format(
+            "{} as {} in {}.\n", folders.isOnServer() ? "The district" : "The files",
+            folders.isOnServer() ? "it was is" : "they were are", former->string());
     }
     return check({call.options, {call.words[1]}, call.in, call.out, call.complaints, call.result});
 }
@@ -502,7 +507,7 @@ const std::vector<Command>& commands() {
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
         {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
-        {"restore", "FILE FOLDER", {2, 2}, RestoreHelp, restore},
+        {"restore", "FILE FOLDER [--replace]", {2, 2}, RestoreHelp, restore, {{"replace", ""}}},
         {"export",
          "FOLDER TARGET [--without-names | --gtfs]",
          {2, 2},

@@ -1,16 +1,21 @@
 #include "tools/district/command/userscommand.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 #include <ostream>
+#include <set>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include "platform/base/text.h"
+#include "platform/store/open/open.h"
 #include "tools/district/command/fittingfile.h"
 #include "tools/district/command/misuse.h"
 #include "tools/district/command/passwordcommand.h"
 #include "tools/district/users/accounts.h"
+#include "tools/district/users/roles.h"
 #include "tools/logon/users.h"
 
 namespace tools::district {
@@ -55,11 +60,18 @@ std::string_view wordOf(password::Stored stored) {
     return "unusable";
 }
 
-std::string tableOf(const std::vector<Account>& accounts) {
+/// The roles of the server's planners; nothing for a district in files.
+using Roles = std::optional<std::set<std::string>>;
+
+std::string tableOf(const std::vector<Account>& accounts, const Roles& roles) {
     std::vector<TextRow> rows{{"User", "Password"}, {"", ""}};
     for (const Permission& permission : Permissions) {
         rows[0].emplace_back(permission.name);
         rows[1].emplace_back(permission.code);
+    }
+    if (roles) {
+        rows[0].emplace_back("Role");
+        rows[1].emplace_back("");
     }
     for (const Account& account : accounts) {
         TextRow& row =
@@ -67,18 +79,26 @@ std::string tableOf(const std::vector<Account>& accounts) {
         for (const Permission& permission : Permissions) {
             row.emplace_back(account.may(permission) ? "yes" : "-");
         }
+        if (roles) {
+            row.emplace_back(roles->contains(roleOf(account.id)) ? roleOf(account.id) : "-");
+        }
     }
     return inColumns(rows);
 }
 
-QJsonObject jsonOfAccount(const Account& account) {
+QJsonObject jsonOfAccount(const Account& account, const Roles& roles) {
     QJsonObject permissions;
     for (const Permission& permission : Permissions) {
         permissions.insert(toJson(permission.code), account.may(permission));
     }
-    return {{"user", toJson(account.id)},
-            {"password", toJson(wordOf(account.password))},
-            {"permissions", permissions}};
+    QJsonObject json{{"user", toJson(account.id)},
+                     {"password", toJson(wordOf(account.password))},
+                     {"permissions", permissions}};
+    if (roles) {
+        const std::string role = roleOf(account.id);
+        json["role"] = roles->contains(role) ? QJsonValue(toJson(role)) : QJsonValue();
+    }
+    return json;
 }
 
 std::vector<Permission> permissionsOf(const std::vector<std::string>& words) {
@@ -119,11 +139,31 @@ public:
 
     bool list() {
         const auto accounts = readAccounts(users_);
+        const Roles known = roles();
         if (options_.result != nullptr) {
-            options_.result->insert("users", arrayOf(accounts, &jsonOfAccount));
+            options_.result->insert("users", arrayOf(accounts, [&](const Account& account) {
+                                        return jsonOfAccount(account, known);
+                                    }));
         } else {
-            out_ << tableOf(accounts);
+            out_ << tableOf(accounts, known);
         }
+        return true;
+    }
+
+    bool role() {
+        const auto id = knownUser();
+        if (!id) {
+            return false;
+        }
+        if (!options_.folders.isOnServer()) {
+            complaints_ << "The district is in files; roles are a server's.\n";
+            return false;
+        }
+        makePlanner(*server(), roleOf(*id));
+        out_ << fmt::format(
+            "The server's role {0} is a planner of this district now. Give it a password with "
+            "psql's \\password, or let it in by a certificate.\n",
+            roleOf(*id));
         return true;
     }
 
@@ -150,6 +190,9 @@ public:
                             password->empty() ? "without" : "with",
                             permissions.empty() ? "do nothing that needs a permission"
                                                 : "use " + namesOf(permissions));
+        if (const Roles known = roles(); known && !known->contains(roleOf(id))) {
+            out_ << fmt::format("The server has no role {} among its planners yet.\n", roleOf(id));
+        }
         return true;
     }
 
@@ -161,6 +204,9 @@ public:
         const auto rights = removeAccount(users_, *id);
         out_ << fmt::format("Removed {} with {} {} of all programs of the suite.\n", *id, rights,
                             rights == 1 ? "permission" : "permissions");
+        if (const Roles known = roles(); known && known->contains(roleOf(*id))) {
+            out_ << fmt::format("The server's role {} stays: DROP ROLE removes it.\n", roleOf(*id));
+        }
         return true;
     }
 
@@ -187,6 +233,13 @@ private:
             return std::nullopt;
         }
         return user->id;
+    }
+
+    [[nodiscard]] std::unique_ptr<store::Database> server() const {
+        return store::open(options_.folders.database(data::DatabaseFile::QDSC).string());
+    }
+    [[nodiscard]] Roles roles() const {
+        return options_.folders.isOnServer() ? Roles(plannersIn(*server())) : std::nullopt;
     }
 
     bool change(std::string_view deed, decltype(&grant) make) {
@@ -225,6 +278,7 @@ constexpr Action Actions[] = {
     {"grant", {3, AnyNumber}, &UsersCommand::grantAll},
     {"revoke", {3, AnyNumber}, &UsersCommand::revokeAll},
     {"password", {2, 2}, &UsersCommand::password},
+    {"role", {2, 2}, &UsersCommand::role},
 };
 
 const Action& actionOf(const std::vector<std::string>& words) {

@@ -209,7 +209,7 @@ private:
         }
         writeBatch(*cross, batch);
         store::open(database(data::DatabaseFile::Routing))
-            ->execute("UPDATE SYSTEM SET NEEDDEADHEADBUILD = 1");
+            ->execute("UPDATE SYSTEM SET NEEDDEADHEADBUILD = TRUE");
     }
 
     [[nodiscard]] std::string database(data::DatabaseFile file) const {
@@ -220,14 +220,14 @@ private:
     void writeBatch(store::Database& cross, std::vector<TravelRows::value_type>& batch) {
         cross.begin();
         const auto update = cross.prepare(
-            "UPDATE DEADHEAD_CROSS SET TRAVEL_MINUTES = ?1, TRAVEL_MILES = ?2 WHERE"
-            " ENDPOINT_INT_STOPID = ?3 AND DEST_INT_STOPID = ?4 AND TRAVEL_MINUTES = ?5 AND"
-            " TRAVEL_MILES = ?6");
+            "UPDATE DEADHEAD_CROSS SET TRAVEL_MINUTES = ?, TRAVEL_MILES = ? WHERE"
+            " ENDPOINT_INT_STOPID = ? AND DEST_INT_STOPID = ? AND TRAVEL_MINUTES = ? AND"
+            " TRAVEL_MILES = ?");
         const auto insert = cross.prepare(
             "INSERT INTO DEADHEAD_CROSS (TRAVEL_MINUTES, TRAVEL_MILES, ENDPOINT_INT_STOPID,"
-            " DEST_INT_STOPID) SELECT ?1, ?2, ?3, ?4 WHERE NOT EXISTS (SELECT 1 FROM DEADHEAD_CROSS"
-            " WHERE (ENDPOINT_INT_STOPID = ?3 AND DEST_INT_STOPID = ?4) OR"
-            " (ENDPOINT_INT_STOPID = ?4 AND DEST_INT_STOPID = ?3))");
+            " DEST_INT_STOPID) SELECT ?, ?, ?, ? WHERE NOT EXISTS (SELECT 1 FROM DEADHEAD_CROSS"
+            " WHERE (ENDPOINT_INT_STOPID = ? AND DEST_INT_STOPID = ?) OR"
+            " (DEST_INT_STOPID = ? AND ENDPOINT_INT_STOPID = ?))");
         std::size_t added = 0;
         std::size_t renewed = 0;
         for (const auto& [ends, travel] : batch) {
@@ -237,9 +237,15 @@ private:
             statement.reset();
             statement.bind(0, base::Value(static_cast<double>(travel.minutes)));
             statement.bind(1, base::Value(static_cast<double>(travel.miles)));
-            statement.bind(2, base::Value(ends.first));
-            statement.bind(3, base::Value(ends.second));
-            if (!isNew) {
+            const auto bindEnds = [&](int place) {
+                statement.bind(place, base::Value(ends.first));
+                statement.bind(place + 1, base::Value(ends.second));
+            };
+            bindEnds(2);
+            if (isNew) {
+                bindEnds(4);
+                bindEnds(6);
+            } else {
                 statement.bind(4, base::Value(static_cast<double>(row->second.minutes)));
                 statement.bind(5, base::Value(static_cast<double>(row->second.miles)));
             }

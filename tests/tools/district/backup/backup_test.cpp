@@ -8,10 +8,14 @@
 #include <gmock/gmock.h>
 
 #include "platform/base/error.h"
+#include "platform/store/base/copying.h"
 #include "platform/store/open/open.h"
 #include "platform/store/open/standstill.h"
+#include "support/privateserver.h"
 #include "tools/district/backup/restore.h"
+#include "tools/district/backup/serverdump.h"
 #include "tools/district/check/checks.h"
+#include "tools/district/copy/copydistrict.h"
 #include "tools/district/make/madedistrict.h"
 #include "tools/district/place/centre.h"
 
@@ -34,7 +38,8 @@ protected:
     }
     static std::optional<fs::path> restore(const fs::path& file, const fs::path& folder) {
         Progress progress;
-        return restoreDistrict(file, folder, progress);
+        return restoreDistrict(
+            file, folder, [] { return true; }, progress);
     }
     static std::string refusal(const std::function<void()>& action) {
         try {
@@ -238,6 +243,89 @@ TEST_F(Backup, ReadsAllFilesAsTheyAreAtOneMoment) {
     stop = true;
     writer.join();
     EXPECT_GT(moments.size(), 5U) << "the writer is not kept waiting";
+}
+
+/// The same of a district on a server.
+class ServerBackup : public Backup {
+protected:
+    void SetUp() override {
+        server_ = support::PrivateServer::find();
+        if (server_ == nullptr) {
+            GTEST_SKIP() << "PostgreSQL's server is not installed";
+        }
+        there_ = server_->newPlace();
+        Progress progress;
+        copyDistrict(made_.folder(), there_, progress);
+    }
+    fs::path dump(const fs::path& target) const {
+        Progress progress;
+        return backUpDistrict({.folders = foldersOf(there_), .target = target}, progress).file;
+    }
+    std::string restored(const fs::path& file, const std::string& place, bool mayReplace) const {
+        return refusal([&] {
+            Progress progress;
+            restoreDistrict(
+                file, place, [&] { return mayReplace; }, progress);
+        });
+    }
+    /// The first table that is not as in the files that the district was copied from.
+    std::string difference(const std::string& place) const {
+        for (const DatabaseFile file : data::AllDatabaseFiles) {
+            const auto one = made_.open(file);
+            const auto other = store::open(foldersOf(place).database(file).string());
+            for (const store::Table& table : one->catalog().tables()) {
+                if (const auto found = store::differenceOf(*one, *other, table); !found.empty()) {
+                    return found;
+                }
+            }
+        }
+        return "";
+    }
+    void remove(const std::string& rows) const {
+        store::open(there_ + "routing.mdb")->execute("DELETE FROM " + rows);
+    }
+
+    support::PrivateServer* server_ = nullptr;
+    std::string there_;
+};
+
+TEST_F(ServerBackup, BringsEveryCellBackAndReplacesOnlyWhatItMay) {
+    const fs::path file = dump(at("b.dump"));
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_THAT(dump(at("")).filename().string(), testing::MatchesRegex("one[-0-9]+.dump"));
+    const std::string elsewhere = server_->newPlace();
+    EXPECT_EQ(restored(file, elsewhere, false), "done");
+    EXPECT_EQ(difference(elsewhere), "");
+    const fs::path desktop = at("desktop");
+    connectFolder(desktop, there_);
+    remove("RUN");
+    EXPECT_THAT(restored(file, desktop, false), HasSubstr("already; nothing was restored"));
+    {
+        const auto somebody = store::open(there_ + "trip.mdb");
+        EXPECT_THAT(restored(file, desktop, true), HasSubstr("Somebody works"));
+    }
+    EXPECT_EQ(restored(file, desktop, true), "done");
+    EXPECT_EQ(difference(there_), "");
+    const auto former = std::find_if(fs::directory_iterator(desktop), {},
+                                     [](const auto& entry) { return isServerDump(entry.path()); });
+    ASSERT_NE(former, fs::directory_iterator());
+    EXPECT_EQ(restored(former->path(), desktop, true), "done") << "as it was before, without runs";
+    EXPECT_NE(difference(there_), "");
+}
+
+TEST_F(ServerBackup, LeavesTheDistrictAsItIsWhereTheBackUpIsNotSound) {
+    const fs::path file = dump(at("b.dump"));
+    const auto half = fs::file_size(file) / 2;
+    std::string bytes = support::contentsOf(file);
+    bytes[half] = static_cast<char>(~bytes[half]);
+    const fs::path changed = place_.write("changed.dump", bytes);
+    fs::resize_file(file, half);
+    EXPECT_THAT(restored(file, there_, true), HasSubstr("pg_restore"));
+    EXPECT_THAT(restored(changed, there_, true), HasSubstr("pg_restore"));
+    EXPECT_THAT(restored(file, at("folder"), true), HasSubstr("name a place there"));
+    EXPECT_THAT(restored(backUp(at("b.tar.zst")), there_, true), HasSubstr("restored to a folder"));
+    EXPECT_EQ(difference(there_), "");
+    EXPECT_THAT(refusal([&] { dump("/dev/full/b.dump"); }), HasSubstr("There is no folder"));
 }
 
 }  // namespace

@@ -15,6 +15,8 @@ namespace tools::district {
 
 namespace {
 
+using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 
 struct Answer {
@@ -74,6 +76,50 @@ TEST(Copy, MovesADistrictToAServerAndBack) {
     EXPECT_EQ(told({"check", desktop}).status, ExitStatus::Done) << told({"check", desktop}).text;
     EXPECT_THAT(told({"connect", desktop + "2", server->newPlace()}).text,
                 HasSubstr("was not found"));
+}
+
+// As the page for administrators says: the owner makes the district, a planner's role works in it.
+TEST(Roles, APlannerChangesRowsAndNothingElse) {
+    support::PrivateServer* const server = support::PrivateServer::find();
+    if (server == nullptr) {
+        GTEST_SKIP() << "PostgreSQL's server is not installed";
+    }
+    const auto as = [place = server->newPlace()](const std::string& role) {
+        return "postgresql://" + role + place.substr(place.find('@'));
+    };
+    const std::string master = as("vireo");
+    const std::string name = master.substr(master.rfind('/', master.size() - 2) + 1);
+    static_cast<void>(
+        server->tell(name.substr(0, name.size() - 1),
+                     support::contentsOf(VIREO_SOURCE_DIR "/packaging/server/roles.sql")));
+    ASSERT_EQ(told({"create", as("vireo_owner")}).status, ExitStatus::Done);
+    EXPECT_THAT(told({"users", as("vireo_owner"), "role", "PLANNER"}).text,
+                HasSubstr("administrator of the server"));
+    ASSERT_EQ(told({"users", master, "role", "PLANNER"}).status, ExitStatus::Done);
+    EXPECT_THAT(told({"users", as("planner")}).text,
+                AllOf(ContainsRegex("CLERK .* -\n"), ContainsRegex("PLANNER .* planner\n")));
+    EXPECT_EQ(told({"check", as("planner")}).status, ExitStatus::Done);
+
+    for (const data::DatabaseFile file : data::AllDatabaseFiles) {
+        const auto database = store::open(foldersOf(as("planner")).database(file).string());
+        database->requireWritable();
+        for (const store::Table& table : database->catalog().tables()) {
+            database->begin();
+            database->execute("DELETE FROM " + table.name);
+            database->rollback();
+        }
+    }
+    const auto database = store::open(as("planner") + "routing.mdb");
+    for (const char* forbidden :
+         {"DROP SCHEMA \"trip.mdb\" CASCADE", "CREATE SCHEMA mine", "CREATE TABLE mine (n int)",
+          "CREATE TEMPORARY TABLE mine (n int)", "TRUNCATE \"routing.mdb\".\"RUN\"",
+          "ALTER TABLE \"routing.mdb\".\"RUN\" DROP COLUMN \"SCHOOL\"",
+          "DROP TABLE \"routing.mdb\".\"RUN\"", "SET ROLE vireo_owner", "SET ROLE vireo",
+          "CREATE ROLE another", "COPY pg_class TO '/dev/null'",
+          "CREATE FUNCTION public.mine() RETURNS int LANGUAGE sql AS 'SELECT 1'",
+          "DROP FUNCTION vireo.val", "SELECT * FROM pg_authid"}) {
+        EXPECT_THROW(database->execute(forbidden), store::StoreError) << forbidden;
+    }
 }
 
 }  // namespace tools::district

@@ -238,25 +238,23 @@ public:
     }
 
     ImportResult run() {
-        for (int attempt = 1; attempt <= MostAttempts; ++attempt) {
+        if (!options_.apply) {
+            return {compare(nullptr), false};
+        }
+        for (int attempt = 1; attempt < MostAttempts; ++attempt) {
             const auto marks = marksOf(district_);
-            std::optional<RowSpool> spool;
-            if (options_.apply) {
-                spool.emplace();
-            }
-            ImportOutcome outcome = compare(spool ? &*spool : nullptr);
-            if (!spool || !outcome.hasChanges()) {
-                noteUnchanged(outcome);
-                return {std::move(outcome), false};
-            }
-            if (write(marks, *spool, outcome)) {
-                return {std::move(outcome), true};
+            RowSpool spool;
+            ImportOutcome outcome = compare(&spool);
+            const auto locks = lock();
+            if (marksOf(district_) == marks) {
+                return write(spool, std::move(outcome), *locks);
             }
             comparison_.forgetDistrict();
         }
-        refuse(
-            "Planners change the district too fast for an import; nothing was written. Try again "
-            "when it is quieter.");
+        const auto locks = lock();  // they wait now: a busy office would never let it through
+        RowSpool spool;
+        ImportOutcome outcome = compare(&spool);
+        return write(spool, std::move(outcome), *locks);
     }
 
 private:
@@ -268,31 +266,24 @@ private:
         return outcome;
     }
 
-    /// Runs that are what the sources say already are known from now on, too.
-    void noteUnchanged(const ImportOutcome& outcome) {
-        if (options_.apply && !outcome.hasChanges()) {
-            WriteLocks locks(district_, {DatabaseFile::Routing});
-            comparison_.runs().record();
-            locks.commit();
-        }
+    [[nodiscard]] std::unique_ptr<WriteLocks> lock() {
+        progress_.begin("Waiting for other programs", 0);
+        return std::make_unique<WriteLocks>(district_, filesToLock(comparison_));
     }
 
-    /// False where somebody has written since the comparison.
-    bool write(const std::vector<std::int64_t>& marks, RowSpool& spool,
-               const ImportOutcome& outcome) {
-        progress_.begin("Waiting for other programs", 0);
-        WriteLocks locks(district_, filesToLock(comparison_));
-        if (marksOf(district_) != marks) {
-            return false;
+    /// Runs that are what the sources say already are known from now on, too.
+    ImportResult write(RowSpool& spool, ImportOutcome outcome, WriteLocks& locks) {
+        const bool hasChanges = outcome.hasChanges();
+        if (hasChanges) {
+            const ImportAudit audit{options_.user, options_.now, sources_.front().kind->isTable};
+            TableWriter writer(district_, audit);
+            spool.writeTo(writer, progress_);
+            progress_.begin("Finishing", 0);
+            finishRuns(comparison_, outcome, district_, audit);
         }
-        const ImportAudit audit{options_.user, options_.now, sources_.front().kind->isTable};
-        TableWriter writer(district_, audit);
-        spool.writeTo(writer, progress_);
-        progress_.begin("Finishing", 0);
-        finishRuns(comparison_, outcome, district_, audit);
         comparison_.runs().record();
         locks.commit();
-        return true;
+        return {std::move(outcome), hasChanges};
     }
 
     void refuseOtherReplacements() const {

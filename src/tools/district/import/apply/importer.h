@@ -30,7 +30,7 @@ struct ImportResult {
 
 /// Compares the sources with the district and, where asked, writes what differs. The write locks
 /// are held for the writing only; whoever writes between comparing and locking makes it compare
-/// anew. All is written before the first file is committed, in the order in which files name rows
+/// anew, the third time with the locks held. All is written before the first file is committed, in the order in which files name rows
 /// of one another: until then a failure, or a kill, leaves the district as it was; one between two
 /// files leaves rows that nothing names yet, and the same import again brings the rest. Raises
 /// Interrupted, base::RunTimeError, store::StoreError.

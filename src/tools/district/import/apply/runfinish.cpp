@@ -12,7 +12,7 @@ using data::DatabaseFile;
 
 constexpr std::string_view Timed =
     " FROM STOP_TRIPTYPE AS t INNER JOIN STOP AS s ON s.INT_STOPID = t.INT_STOPID"
-    " WHERE t.RUN = ?1 AND s.STOPTYPE <> 'DIRECTIONAL'";
+    " WHERE t.RUN = RUN.RUN AND s.STOPTYPE <> 'DIRECTIONAL'";
 
 /// Runs a statement for each run of a set.
 void forEachRun(store::Database& routing, const std::string& sql,
@@ -41,7 +41,7 @@ void totals(const Comparison& comparison, store::Database& routing) {
     if (!comparison.brings("RUN", "TOTAL_STUDENTS")) {
         set += fmt::format(", TOTAL_STUDENTS = (SELECT COALESCE(SUM(t.NUM_STUDENTS), 0){})", Timed);
     }
-    forEachRun(routing, fmt::format("UPDATE RUN SET {} WHERE RUN = ?1", set),
+    forEachRun(routing, fmt::format("UPDATE RUN SET {} WHERE RUN = ?", set),
                comparison.runsWithOtherStops());
 }
 
@@ -104,7 +104,8 @@ void finishRuns(Comparison& comparison, const ImportOutcome& outcome, const Open
     totals(comparison, routing);
     log(comparison.runsTouched(), district, audit);
     if (std::ranges::any_of(outcome.tables, movesABus)) {
-        routing.execute("UPDATE SYSTEM SET NEEDDEADHEADBUILD = 1 WHERE NEEDDEADHEADBUILD = 0");
+        routing.execute(
+            "UPDATE SYSTEM SET NEEDDEADHEADBUILD = TRUE WHERE NEEDDEADHEADBUILD = FALSE");
     }
 }
 

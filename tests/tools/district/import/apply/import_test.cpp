@@ -6,7 +6,10 @@
 #include <unistd.h>
 
 #include "importing.h"
+#include "platform/store/base/copying.h"
 #include "platform/store/open/open.h"
+#include "support/privateserver.h"
+#include "tools/district/copy/copydistrict.h"
 #include "tools/district/make/random.h"
 
 namespace tools::district {
@@ -90,6 +93,38 @@ TEST_F(Import, BringsADistrictInAndFindsItTheSameTheNextTime) {
         EXPECT_EQ(table.added + table.changed, 0) << table.table;
     }
     EXPECT_EQ(std::stoll(rows("SELECT COUNT(*) FROM RUNLOG")), rowsBefore);
+}
+
+// Whatever is imported, the rows on a server are those of the files, cell by cell, and so is what
+// an import knows of the runs.
+TEST_F(Import, WritesTheSameRowsOnAServer) {
+    support::PrivateServer* const server = support::PrivateServer::find();
+    if (server == nullptr) {
+        GTEST_SKIP() << "PostgreSQL's server is not installed";
+    }
+    const Folders there = foldersOf(server->newPlace());
+    copyDistrict(folders_.root.string(), there.root.string(), progress_);
+    const auto importBoth = [&](const std::map<std::string, std::string>& files) {
+        options_.folders = there;
+        const std::string onServer = counts(import(files));
+        options_.folders = folders_;
+        EXPECT_EQ(onServer, counts(import(files)));
+        for (const data::DatabaseFile file : data::AllDatabaseFiles) {
+            const auto one = store::open(folders_.database(file).string());
+            const auto other = store::open(there.database(file).string());
+            for (const store::Table& table : one->catalog().tables()) {
+                EXPECT_EQ(store::differenceOf(*one, *other, table), "") << table.name;
+            }
+        }
+    };
+    importBoth(FirstDay);
+    importBoth(FirstDay);
+    importBoth({{"runs.csv", "run,active,description\n101-AM,no,It's \"é\" \\ ? $1\n"},
+                {"run_stops.csv", "run,stop,seq,time\n101-AM,S2,1,7:01\n101-AM,OAKSTOP,2,\n"}});
+    options_.rules.replaced = {"RUN"};
+    options_.rules.rollOver = base::Date::of(2026, 6, 30);
+    importBoth({{"runs.csv", "run,trip_type\n102-PM,PM\n"}, {"students.csv", "student\n17\n"}});
+    EXPECT_TRUE(checkDistrict(there, progress_).isSound());
 }
 
 TEST_F(Import, LeavesRunsThatPlannersHaveChanged) {
