@@ -31,6 +31,16 @@ Answer told(const std::vector<std::string>& words) {
     return {status, out.str()};
 }
 
+/// Whether the server does not allow it, for no other reason.
+bool isRefused(store::Database& database, const char* statement) {
+    try {
+        database.execute(statement);
+    } catch (const store::StoreError& error) {
+        return error.fault() == store::Fault::ReadOnly;
+    }
+    return false;
+}
+
 }  // namespace
 
 TEST(Copy, MovesADistrictToAServerAndBack) {
@@ -117,8 +127,8 @@ TEST(Roles, APlannerChangesRowsAndNothingElse) {
           "DROP TABLE \"routing.mdb\".\"RUN\"", "SET ROLE vireo_owner", "SET ROLE vireo",
           "CREATE ROLE another", "COPY pg_class TO '/dev/null'",
           "CREATE FUNCTION public.mine() RETURNS int LANGUAGE sql AS 'SELECT 1'",
-          "DROP FUNCTION vireo.val", "SELECT * FROM pg_authid"}) {
-        EXPECT_THROW(database->execute(forbidden), store::StoreError) << forbidden;
+          "DROP SCHEMA vireo CASCADE", "SELECT * FROM pg_authid"}) {
+        EXPECT_TRUE(isRefused(*database, forbidden)) << forbidden;
     }
 }
 
