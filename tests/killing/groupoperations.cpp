@@ -1,9 +1,11 @@
 // Kills group operations and lets two of them work on one district, for kill-group-operations. The
 // operations are the program's own; only their forms are missing.
 
+#include <algorithm>
 #include <iostream>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <fmt/format.h>
@@ -117,14 +119,33 @@ std::chrono::microseconds moment(const Undisturbed& watched, bool early) {
         std::uniform_int_distribution<std::int64_t>(0, span.count())(random));
 }
 
-void killEach(const Workshop& workshop, const Operation& operation, int count, Faults& faults) {
+/// Who is killed: the program that performs the operation, or the server.
+enum class Victim { Program, Server };
+
+/// Kills in the midst of an operation; how its program came to its end.
+Ending endOfKilled(const Workshop& workshop, const Operation& operation, Victim victim,
+                   std::chrono::microseconds after) {
+    const Performer performer(operation, workshop.path("killed"));
+    std::this_thread::sleep_for(after);
+    if (victim == Victim::Program) {
+        performer.kill();
+    } else {
+        workshop.killServer("killed");
+    }
+    const Ending ending = performer.wait();
+    workshop.settle("killed");
+    // A program whose server dies ends with a message.
+    return victim == Victim::Server && ending == Ending::Failed ? Ending::Killed : ending;
+}
+
+void killEach(const Workshop& workshop, const Operation& operation, Victim victim, int count,
+              Faults& faults) {
     const Undisturbed watched = watch(workshop, operation);
     int underWay = 0;
     for (int killed = 0; killed < count;) {
         workshop.renew("killed");
-        const Performer performer(operation, workshop.path("killed"));
-        performer.killAfter(moment(watched, killed % 2 == 0));
-        const Ending ending = performer.wait();
+        const Ending ending =
+            endOfKilled(workshop, operation, victim, moment(watched, killed % 2 == 0));
         if (ending == Ending::Failed) {
             faults.add("killed", operation.name, "it failed by itself");
             return;
@@ -139,9 +160,10 @@ void killEach(const Workshop& workshop, const Operation& operation, int count, F
         faults.examine("killed", operation.name, reached);
     }
     std::cout << fmt::format(
-        "{}: {} units in {} ms; killed {} times, {} of them with some units written\n",
+        "{}: {} units in {} ms; {} killed {} times, {} of them with some units written\n",
         operation.name, compare(watched.states.front(), watched.states).units,
-        watched.took.count() / 1000, count, underWay);
+        watched.took.count() / 1000, victim == Victim::Server ? "server" : "program", count,
+        underWay);
 }
 
 /// Two operations at once, and what must come out of them.
@@ -196,17 +218,19 @@ void performBoth(const Workshop& workshop, const Pair& pair, int count, Faults& 
     std::cout << fmt::format("{}: {} times\n", title, count);
 }
 
-/// Without names: all operations, and the pairs.
+/// Without names: all operations, also with the server killed where there is one, and the pairs.
 int run(int count, const std::string& folder, const std::vector<std::string>& names) {
     const Workshop workshop(folder);
     Faults faults(workshop);
-    for (const std::string& name : names) {
-        killEach(workshop, operationOf(name), count, faults);
+    for (const Operation& operation : operations()) {
+        if (names.empty() || std::ranges::find(names, operation.name) != names.end()) {
+            killEach(workshop, operation, Victim::Program, count, faults);
+            if (workshop.isOnServer()) {
+                killEach(workshop, operation, Victim::Server, (count + 3) / 4, faults);
+            }
+        }
     }
     if (names.empty()) {
-        for (const Operation& operation : operations()) {
-            killEach(workshop, operation, count, faults);
-        }
         for (const Pair& pair : Pairs) {
             performBoth(workshop, pair, (count + 9) / 10, faults);
         }

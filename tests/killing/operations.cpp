@@ -12,6 +12,7 @@
 #include "groupops/merge/runmerge.h"
 #include "platform/ado/recordset.h"
 #include "platform/base/ports.h"
+#include "tools/district/base/folders.h"
 
 namespace killing {
 
@@ -85,8 +86,9 @@ constexpr Operation All[] = {
 }  // namespace
 
 District::District(const std::string& folder) {
-    routing.Open(folder + "/data/routing.mdb");
-    cross.Open(folder + "/data/DEADCROSS.mdb");
+    const auto folders = tools::district::foldersOf(folder);
+    routing.Open(folders.database(data::DatabaseFile::Routing).string());
+    cross.Open(folders.database(data::DatabaseFile::DeadCross).string());
 }
 
 std::span<const Operation> operations() { return All; }

@@ -10,6 +10,7 @@ namespace killing {
 
 /// The databases of a district that group operations work on, opened as the program does.
 struct District {
+    /// Of a folder, or at a place on a server.
     explicit District(const std::string& folder);
 
     ado::Connection routing;

@@ -1,14 +1,19 @@
 #include "workshop.h"
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include <fmt/format.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/store/base/location.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/check/checks.h"
 
@@ -39,29 +44,74 @@ constexpr unsigned PatienceSeconds = 60;
 
 }  // namespace
 
+Workshop::Workshop(std::string folder)
+    : folder_(std::move(folder)), isOnServer_(store::isServer(folder_)) {}
+
+/// By psql on the server's own database; false where the server does not do it.
+bool Workshop::ask(const std::string& statements) const {
+    const std::string psql = fmt::format(
+        "psql -qX -v ON_ERROR_STOP=1 -o /dev/null -d '{}/postgres' 2>/dev/null", folder_);
+    std::FILE* const input = popen(psql.c_str(), "we");
+    std::fputs(statements.c_str(), input);
+    return pclose(input) == 0;
+}
+
 std::string Workshop::path(const std::string& district) const {
-    return (folder_ / district).string();
+    return fmt::format("{}/{}{}", folder_, district, isOnServer_ ? "/" : "");
 }
 
 void Workshop::renew(const std::string& district) const {
-    const Folders copy{folder_ / district};
+    if (isOnServer_) {
+        if (!ask(fmt::format("DROP DATABASE IF EXISTS {0} WITH (FORCE);\n"
+                             "CREATE DATABASE {0} TEMPLATE before;\n",
+                             district))) {
+            throw std::runtime_error("The server copies no district.");
+        }
+        return;
+    }
+    const Folders copy{path(district)};
     fs::remove_all(copy.root);
-    fs::copy(folder_ / "before", copy.root, fs::copy_options::recursive);
+    fs::copy(path("before"), copy.root, fs::copy_options::recursive);
     tools::district::writeSettings(copy, copy);
+}
+
+void Workshop::settle(const std::string& district) const {
+    const std::string wait = fmt::format(
+        "DO $$BEGIN WHILE EXISTS (SELECT FROM pg_stat_activity WHERE datname = '{}') LOOP"
+        " PERFORM pg_sleep(0.01); PERFORM pg_stat_clear_snapshot(); END LOOP; END$$;\n",
+        district);
+    while (isOnServer_ && !ask(wait)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds{20});
+    }
+}
+
+void Workshop::killServer(const std::string& district) const {
+    static_cast<void>(ask(
+        fmt::format("SELECT 'kill -9 ' || string_agg(pid::text, ' ') FROM pg_stat_activity WHERE"
+                    " datname = '{}'\\g (format=unaligned tuples_only=on) |sh\n",
+                    district)));
 }
 
 std::string Workshop::faultsOf(const std::string& district) const {
     tools::district::Progress progress;
-    const auto report = tools::district::checkDistrict({folder_ / district}, progress);
+    const auto report =
+        tools::district::checkDistrict(tools::district::foldersOf(path(district)), progress);
     return report.findings.empty() ? std::string() : report.text();
 }
 
 std::string Workshop::keep(const std::string& district) const {
+    if (isOnServer_) {
+        const std::string dump = fmt::format("{}/killing-fault-{}-{}.dump",
+                                             fs::temp_directory_path().string(), getpid(), rand());
+        const std::string command =
+            fmt::format("pg_dump -Fc -f {} -d '{}/{}'", dump, folder_, district);
+        return std::system(command.c_str()) == 0 ? dump : "nothing";
+    }
     for (int number = 1;; ++number) {
         const fs::path kept =
             fs::temp_directory_path() / fmt::format("killing-fault-{}-{}", getpid(), number);
         if (!fs::exists(kept)) {
-            fs::copy(folder_ / district, kept, fs::copy_options::recursive);
+            fs::copy(path(district), kept, fs::copy_options::recursive);
             return kept.string();
         }
     }
@@ -84,10 +134,7 @@ Performer::Performer(const Operation& operation, const std::string& folder) {
     close(ends[0]);
 }
 
-void Performer::killAfter(std::chrono::microseconds time) const {
-    std::this_thread::sleep_for(time);
-    kill(process_, SIGKILL);
-}
+void Performer::kill() const { ::kill(process_, SIGKILL); }
 
 Ending Performer::wait() const {
     int status = 0;

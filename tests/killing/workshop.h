@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -10,10 +9,13 @@
 
 namespace killing {
 
-/// A folder with a district "before", and the districts that are made from it.
+/// A folder, or a database server "postgresql://user@host", with a district "before", and the
+/// districts that are made from it.
 class Workshop {
 public:
-    explicit Workshop(std::filesystem::path folder) : folder_(std::move(folder)) {}
+    explicit Workshop(std::string folder);
+
+    [[nodiscard]] bool isOnServer() const { return isOnServer_; }
 
     [[nodiscard]] std::string path(const std::string& district) const;
     /// A district as it is before any operation, in the place of what stood there.
@@ -22,9 +24,17 @@ public:
     [[nodiscard]] std::string faultsOf(const std::string& district) const;
     /// Puts a copy aside for whoever looks for the fault; returns its path.
     [[nodiscard]] std::string keep(const std::string& district) const;
+    /// Waits until the server has noticed that nobody uses a district any more, and has got over
+    /// the death of a part of it.
+    void settle(const std::string& district) const;
+    /// Kills what of the server works for a district; the server then begins anew by itself.
+    void killServer(const std::string& district) const;
 
 private:
-    std::filesystem::path folder_;
+    [[nodiscard]] bool ask(const std::string& statements) const;
+
+    std::string folder_;
+    bool isOnServer_;
 };
 
 enum class Ending { Finished, Killed, Failed };
@@ -35,7 +45,7 @@ class Performer {
 public:
     /// Returns when the program has opened the district's databases.
     Performer(const Operation& operation, const std::string& folder);
-    void killAfter(std::chrono::microseconds time) const;
+    void kill() const;
     /// Waits; a program that needs more than a minute is ended and has failed.
     [[nodiscard]] Ending wait() const;
 
