@@ -117,6 +117,7 @@ constexpr std::array Signs{
     Sign{"remaining connection slots", "it has as many connections as it allows"},
     Sign{"starting up", "it is just starting"},
     Sign{"shutting down", "it is just being stopped"},
+    Sign{"no pg_hba.conf entry", "it lets nobody in from here in that way"},
     Sign{"permission denied", "it lets this user not in"},
     Sign{"role", "it does not know this user"},
     Sign{"database", "it has no such database"},

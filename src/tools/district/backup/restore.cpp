@@ -284,6 +284,9 @@ bool isOnServer(const fs::path& target) {
 std::optional<fs::path> restoreDistrict(const fs::path& file, const fs::path& target,
                                         const std::function<bool()>& mayReplace,
                                         Progress& progress) {
+    if (!fs::exists(file)) {
+        refuse(fmt::format("There is no file {}.", file.string()));
+    }
     const bool isDump = isServerDump(file);
     if (isDump != isOnServer(target)) {
         refuse(isDump

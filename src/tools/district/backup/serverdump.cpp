@@ -7,6 +7,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <fmt/format.h>
@@ -224,7 +225,13 @@ bool restoreDatabases(const fs::path& file, const Folders& folders,
         }
         dumpDatabases(folders, former, progress);
     }
-    refill(file, folders, progress);
+    try {
+        refill(file, folders, progress);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(former, ignored);  // it is as it stands there
+        throw;
+    }
     return !there.empty();
 }
 

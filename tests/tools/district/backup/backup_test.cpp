@@ -320,11 +320,16 @@ TEST_F(ServerBackup, LeavesTheDistrictAsItIsWhereTheBackUpIsNotSound) {
     bytes[half] = static_cast<char>(~bytes[half]);
     const fs::path changed = place_.write("changed.dump", bytes);
     fs::resize_file(file, half);
-    EXPECT_THAT(restored(file, there_, true), HasSubstr("pg_restore"));
-    EXPECT_THAT(restored(changed, there_, true), HasSubstr("pg_restore"));
+    const fs::path desktop = at("desktop");
+    connectFolder(desktop, there_);
+    EXPECT_THAT(restored(file, desktop, true), HasSubstr("pg_restore"));
+    EXPECT_THAT(restored(changed, desktop, true), HasSubstr("pg_restore"));
     EXPECT_THAT(restored(file, at("folder"), true), HasSubstr("name a place there"));
     EXPECT_THAT(restored(backUp(at("b.tar.zst")), there_, true), HasSubstr("restored to a folder"));
     EXPECT_EQ(difference(there_), "");
+    EXPECT_TRUE(std::none_of(fs::directory_iterator(desktop), {}, [](const auto& entry) {
+        return entry.path().extension() == ".dump";
+    })) << "the same as what stands there";
     EXPECT_THAT(refusal([&] { dump("/dev/full/b.dump"); }), HasSubstr("There is no folder"));
 }
 
