@@ -1,6 +1,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -112,9 +113,30 @@ QDBusConnection sessionBus() {
     return bus;
 }
 
+/// Whether who answers requests now is the map of a district, which passes on what is not for it.
+bool isOneOfOurs(QDBusConnectionInterface& bus, const QString& name) {
+    const auto owner = bus.serviceOwner(name).value();
+    const auto names = bus.registeredServiceNames().value();
+    return std::ranges::any_of(names, [&](const QString& other) {
+        return other.startsWith(name + QStringLiteral(".d")) &&
+               bus.serviceOwner(other).value() == owner;
+    });
+}
+
+/// False where this district's map is there already, or other mapping software. Behind another
+/// district's map the name is waited for.
 bool takeName(QDBusConnection& bus, MapService& service) {
     bus.registerVirtualObject(QString::fromStdString(dde::objectPath("System")), &service);
-    return bus.registerService(QString::fromStdString(dde::busName("ArcView")));
+    const auto name = QString::fromStdString(dde::busName("ArcView"));
+    if (!bus.registerService(service.ownName())) {
+        return false;
+    }
+    const auto taken =
+        bus.interface()->registerService(name, QDBusConnectionInterface::QueueService,
+                                         QDBusConnectionInterface::DontAllowReplacement);
+    return taken.value() == QDBusConnectionInterface::ServiceRegistered ||
+           (taken.value() == QDBusConnectionInterface::ServiceQueued &&
+            isOneOfOurs(*bus.interface(), name));
 }
 
 void openDistrict() {

@@ -1,13 +1,17 @@
 #include "tools/map/mapservice.h"
 
+#include <QCryptographicHash>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QTimer>
+#include <filesystem>
 
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
+#include "platform/dde/dbustransport.h"
 #include "runedit/map/runanswer.h"
 #include "tools/map/results.h"
 
@@ -33,10 +37,32 @@ std::string runIn(const runedit::MapRequest& request) {
     return *run;
 }
 
+/// The program folder whose files a request names; blank where it names none.
+std::string folderIn(const runedit::MapRequest& request) {
+    for (const auto& argument : request.arguments) {
+        if (const auto* text = std::get_if<std::string>(&argument)) {
+            return text->substr(0, text->rfind('/') + 1);
+        }
+    }
+    return "";
+}
+
+/// A folder may be reached on several ways.
+QString nameFor(const std::string& folder) {
+    std::error_code error;
+    const auto path = std::filesystem::weakly_canonical(folder, error).string();
+    const auto hash = QCryptographicHash::hash(QByteArray::fromStdString(error ? folder : path),
+                                               QCryptographicHash::Sha1);
+    return QString::fromStdString(dde::busName("ArcView")) + QStringLiteral(".d") +
+           QString::fromLatin1(hash.toHex());
+}
+
 }  // namespace
 
 MapService::MapService(ado::Connection& routing, runedit::WorkFiles files, Manner manner)
     : routing_(routing), files_(std::move(files)), manner_(std::move(manner)) {}
+
+QString MapService::ownName() const { return nameFor(files_.path("")); }
 
 QString MapService::introspect(const QString&) const {
     return QStringLiteral(
@@ -55,6 +81,9 @@ bool MapService::handleMessage(const QDBusMessage& message, const QDBusConnectio
         if (!request) {
             refuseRequest("This is no request: " + command);
         }
+        if (passOn(*request, message, connection)) {
+            return true;
+        }
         take(*request);
         if (manner_.fault != Fault::Silence || !isRunScript(request->script)) {
             connection.send(message.createReply());
@@ -63,6 +92,32 @@ bool MapService::handleMessage(const QDBusMessage& message, const QDBusConnectio
         manner_.tell(std::string("Refused: ") + error.what());
         connection.send(message.createErrorReply(QDBusError::Failed, error.what()));
     }
+    return true;
+}
+
+bool MapService::passOn(const runedit::MapRequest& request, const QDBusMessage& message,
+                        const QDBusConnection& connection) {
+    const auto folder = folderIn(request);
+    if (folder.empty() || nameFor(folder) == ownName()) {
+        return false;
+    }
+    auto passed = QDBusMessage::createMethodCall(nameFor(folder), message.path(), QString(),
+                                                 message.member());
+    passed.setAutoStartService(false);
+    passed.setArguments(message.arguments());
+    auto* answer = new QDBusPendingCallWatcher(connection.asyncCall(passed), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [=] {
+        const auto reply = answer->reply();
+        const bool isThere =
+            answer->error().name() != QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
+        const auto why = isThere ? answer->error().message()
+                                 : QString::fromStdString(fmt::format(
+                                       "No map of the district in {} is running.", folder));
+        connection.send(reply.type() == QDBusMessage::ErrorMessage
+                            ? message.createErrorReply(QDBusError::Failed, why)
+                            : message.createReply());
+        answer->deleteLater();
+    });
     return true;
 }
 

@@ -61,6 +61,10 @@ public:
 
     MapService(ado::Connection& routing, runedit::WorkFiles files, Manner manner);
 
+    /// Beside the name that requests go to, each map has one of its district's: requests for the
+    /// program folder of another district are passed on by it.
+    [[nodiscard]] QString ownName() const;
+
     [[nodiscard]] QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
@@ -79,6 +83,9 @@ private:
         files::Hold hold;
     };
 
+    /// Whether the request was for another district; then that one's map answers.
+    bool passOn(const runedit::MapRequest& request, const QDBusMessage& message,
+                const QDBusConnection& connection);
     [[nodiscard]] const DistrictStreets& streets();
     void closeStreets(const runedit::MapRequest& request);
     /// Raises base::RunTimeError for a request that cannot be taken.

@@ -145,10 +145,15 @@ protected:
 
     std::unique_ptr<support::ChildProgram> start(const char* name,
                                                  const std::vector<std::string>& arguments = {}) {
+        return startFor(district, name, arguments);
+    }
+    std::unique_ptr<support::ChildProgram> startFor(const support::TestDistrict& of,
+                                                    const char* name,
+                                                    const std::vector<std::string>& arguments) {
         return std::make_unique<support::ChildProgram>(
             support::programOfBuild(name), arguments,
             support::ChildProgram::Variables{{"DBUS_SESSION_BUS_ADDRESS", bus.address()},
-                                             {"XDG_CONFIG_HOME", district.folder()}});
+                                             {"XDG_CONFIG_HOME", of.folder()}});
     }
     std::unique_ptr<support::ChildProgram> map(const std::vector<std::string>& arguments) {
         auto program = start("vireo-map", arguments);
@@ -262,6 +267,27 @@ TEST_F(RoundTrip, AMapThatDiesInTheMiddleIsToldAndTheRunCanGoAgain) {
     answer.start("101-AM");
     ASSERT_TRUE(QTest::qWaitFor([&] { return status.find("still holds") != std::string::npos; }));
     EXPECT_TRUE(answer.isWaiting() && mapFilesLeft("101-AM") && !deleteMapFiles("101-AM"));
+}
+
+TEST_F(RoundTrip, EachDistrictIsServedByItsOwnMapWhicheverWasThereFirst) {
+    const support::TestDistrict other;
+    const auto former = startFor(other, "vireo-map", {"--no-window"});
+    ASSERT_TRUE(former->waitForLine("Ready"));
+    {
+        const auto own = map({"--work", "0.05", "--hold", "0.2"});
+        ASSERT_EQ(mapIt(), "");
+        waitForAnswer();
+        EXPECT_EQ(status, "Information Received from Mapping Software.");
+        // One a district.
+        EXPECT_FALSE(start("vireo-map", {"--no-window"})->waitForLine("Ready"));
+    }
+    EXPECT_THAT(mapIt(),
+                testing::StartsWith("ArcView refused the request: No map of the district"));
+    const auto own = map({"--work", "0.05", "--hold", "0.2"});
+    former->kill();
+    ASSERT_TRUE(QTest::qWaitFor([] { return mapIt().empty(); }));
+    waitForAnswer();
+    EXPECT_TRUE(reloaded);
 }
 
 }  // namespace
