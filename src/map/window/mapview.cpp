@@ -176,6 +176,7 @@ void MapView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     picture_.paint(painter, camera_, devicePixelRatioF());
     if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(controls::focusInk(palette()), 2));
         painter.drawRect(rect().adjusted(1, 1, -1, -1));
     }
