@@ -165,10 +165,22 @@ private:
         const auto best = bestOrder(costs, fixed_);
         take(best);
         if (excess(suggestion.suggested) > 0) {
+            // Behind a stop without students the longest ride begins at another one.
+            suggestion.isBest = suggestion.isBest && everyStopHasRiders();
             for (const OrderEnds& ends : otherEnds()) {
                 take(bestOrder(costs, fixed_, ends));
             }
         }
+    }
+
+    /// Of those that may change places.
+    [[nodiscard]] bool everyStopHasRiders() const {
+        for (std::size_t i = 0; i < fixed_.size(); ++i) {
+            if (!fixed_[i] && timed_.stop(i).students == 0) {
+                return false;
+            }
+        }
+        return true;
     }
 
     [[nodiscard]] bool isSmall() const {

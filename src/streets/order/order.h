@@ -31,8 +31,9 @@ struct OrderSuggestion {
 };
 
 /// A quicker order of the run's stops. The stops marked as fixed (schools, garages) stay where they
-/// are, and the first or last stop, whichever is the school, always does; a turn point stays before
-/// the stop that it led to. Up to twelve stops the best order, above the best of many moves.
+/// are and no other stop passes them, and the first or last stop, whichever is the school, always
+/// does; a turn point stays before the stop that it led to. Up to twelve stops the best order,
+/// above the best of many moves.
 [[nodiscard]] OrderSuggestion suggestOrder(const Network& network, const RunToSolve& run,
                                            const std::vector<bool>& fixed,
                                            const OrderLimits& limits);
