@@ -1,5 +1,10 @@
 #include "data/lookups/mdlGetItems.h"
 
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
@@ -169,14 +174,32 @@ std::string GetVehType(const std::string& vehType) {
     return answer(__func__, VehTypeText, vehType);
 }
 
+constexpr std::string_view Capacities =
+    "Select VehType.VEHTYPE, VehType.VTypDesc, VehType.High, VehType.Medium, VehType.Low FROM "
+    "VehType WHERE VehType.VEHTYPE='";
+std::string capacityQuestion(const std::string& vehType) {
+    return std::string(Capacities) + keyed(vehType);
+}
+
+std::string questionOf(KeyFunction function, const std::string& key) {
+    const std::pair<KeyFunction, const KeyLookup*> lookups[]{{GetLocCode, &LocCodeText},
+                                                             {GetRunFamily, &FamilyText},
+                                                             {GetSchool, &SchoolName},
+                                                             {GetTripType, &TripTypeText},
+                                                             {GetVehType, &VehTypeText}};
+    const auto* lookup =
+        std::ranges::find(lookups, function, [](const auto& one) { return one.first; });
+    if (lookup == std::end(lookups)) {
+        throw std::logic_error("a look-up whose question nobody needed before");
+    }
+    return std::string(lookup->second->sql) + keyed(key);
+}
+
 std::string GetVehType_Capacity(const std::string& vehType, const std::string& level) {
     const auto exact = base::trim(level);
-    const KeyLookup lookup{
-        "Select VehType.VEHTYPE, VehType.VTypDesc, VehType.High, VehType.Medium, VehType.Low FROM "
-        "VehType WHERE VehType.VEHTYPE='",
-        exact == "High"     ? "high"
-        : exact == "Medium" ? "medium"
-                            : "low"};
+    const KeyLookup lookup{Capacities, exact == "High"     ? "high"
+                                       : exact == "Medium" ? "medium"
+                                                           : "low"};
     return answer(__func__, lookup, vehType);
 }
 

@@ -21,6 +21,13 @@ std::string GetEmployeeName(const base::Value& empNum);  ///< "Smith, Ann"
 std::string GetStopId(const base::Value& intStopId);
 std::string GetStopId_WithName(const base::Value& intStopId);  ///< "S12: Oak and Main"
 
+using KeyFunction = std::string (*)(const std::string& key);
+/// What GetLocCode, GetRunFamily, GetSchool, GetTripType or GetVehType asks, for who asks several
+/// questions at once (ado::ReadAhead).
+[[nodiscard]] std::string questionOf(KeyFunction function, const std::string& key);
+/// The same of GetVehType_Capacity.
+[[nodiscard]] std::string capacityQuestion(const std::string& vehType);
+
 std::string GetLocCode(const std::string& locCode);
 std::string GetRoute(const std::string& routeId);        ///< the route's name
 std::string GetRouteIntNum(const std::string& routeId);  ///< the internal route id

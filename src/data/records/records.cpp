@@ -47,7 +47,7 @@ std::optional<Record> readRecord(ado::Connection& connection, const FieldTable& 
 SaveResult saveRecord(ado::Connection& connection, std::string_view select, const Entries& entries,
                       const Author& author) {
     // From here to the commit no other program can write, so what is compared is what is changed.
-    ado::CommitOnExit unit(connection);
+    ado::CommitOnExit unit(connection, {.reads = {std::string(select)}});
     ado::Recordset row;
     row.Open(select, connection, ado::CursorType::Dynamic);
     const FieldTable& fields = entries.entered.fields();

@@ -1,6 +1,9 @@
 #include "runedit/editor/Run.h"
 
 #include <QHeaderView>
+#include <QScopedValueRollback>
+#include <algorithm>
+#include <iterator>
 
 #include <fmt/format.h>
 
@@ -15,6 +18,7 @@
 #include "platform/forms/operation.h"
 #include "runedit/editor/crowdeddelegate.h"
 #include "runedit/editor/runfields.h"
+#include "runedit/editor/runlists.h"
 #include "runedit/validation/checkedrun.h"
 #include "startup/base/session.h"
 
@@ -133,7 +137,7 @@ void Run::wireFields() {
            [this, combo] { refuseUnknownKey(combo); });
     }
     for (auto* combo : {static_cast<QComboBox*>(ui_->cmbVEHTYPE), ui_->cmbCapacity}) {
-        on(combo, &QComboBox::currentIndexChanged, "showTotals", &Run::showTotals);
+        on(combo, &QComboBox::currentIndexChanged, "showTotals", &Run::seatsChanged);
     }
     on(ui_->Closed_Browse, &QPushButton::clicked, "Closed_Browse_Click", &Run::Closed_Browse_Click);
     on(ui_->Clear_Closed, &QPushButton::clicked, "Clear_Closed_Click", &Run::Clear_Closed_Click);
@@ -254,8 +258,12 @@ void Run::tellNotFound(const std::string& run) {
 }
 
 void Run::Form_Load() {
+    const QScopedValueRollback filling(isFilling_, true);
     sizeFields(*ui_);
     arrange();
+    auto reads = isNew() ? std::vector<std::string>() : readsOf(toEdit_);
+    std::ranges::copy(data::questionsOfARun(), std::back_inserter(reads));
+    const ado::ReadAhead ahead(*gcnRouting, reads);
     data::Load_cmbSchool(*this);
     data::Load_cmbTRIPTYPE(*this);
     data::Load_cmbRunFamily(*this);
@@ -278,6 +286,7 @@ void Run::openNew() {
 }
 
 void Run::openStored() {
+    const ado::ReadAhead ahead(*gcnRouting, readsOf(toEdit_));
     if (const auto stored = data::readRecord(*gcnRouting, runFields(), runSql(toEdit_))) {
         fill(*stored);
         buildLists();
@@ -289,6 +298,7 @@ void Run::openStored() {
 }
 
 void Run::fill(const data::Record& run) {
+    const QScopedValueRollback filling(isFilling_, true);
     boxes_->show(run);
     present(run);
     if (const auto unknown = boxes_->unknownChoices(); !unknown.empty()) {
@@ -310,6 +320,8 @@ void Run::refresh() {
     if (isNew()) {
         return;
     }
+    const QScopedValueRollback filling(isFilling_, true);
+    const ado::ReadAhead ahead(*gcnRouting, readsOf(run()));
     // A run that is gone is told when it is to be saved.
     if (const auto stored = storedRun()) {
         boxes_->refresh(*stored);
@@ -331,6 +343,14 @@ void Run::Command1_Click() {
         tellNotFound(run());
     }
     refresh();
+}
+
+/// What is asked to show a run with its lists. Its row is asked for twice: by the fields, and for
+/// the vehicle of its route.
+std::vector<std::string> Run::readsOf(const std::string& run) const {
+    auto reads = listReads(run, directionStyle(fromQt(ui_->cmbDirType->currentText())));
+    reads.insert(reads.end(), 2, runSql(run));
+    return reads;
 }
 
 bool Run::isNew() const { return ui_->chkNew->isChecked(); }

@@ -115,7 +115,9 @@ private:
     void showAudit(const data::Record& run);
     void showButtons();
     void showPlace();
+    void seatsChanged();
     void showTotals();
+    [[nodiscard]] std::vector<std::string> readsOf(const std::string& run) const;
     [[nodiscard]] std::string level() const;
     void readVehicle();
     void arrange();
@@ -162,6 +164,7 @@ private:
     std::string toEdit_;  ///< the run asked for; blank for a new one
     CrowdedDelegate* onTheBus_ = nullptr;
     std::optional<Arrangement> arrangement_;
+    bool isFilling_ = false;    ///< the lists follow, and the totals with them
     StopTotals totals_;         ///< of the list of stops
     std::string routeVehType_;  ///< of the vehicle of the run's route; blank where there is none
     bool allPlaced_ = true;

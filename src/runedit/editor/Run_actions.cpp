@@ -53,7 +53,10 @@ void Run::CalcTimes_Click() {
     std::string mode = fromStart ? "Start" : "End";
     auto anchor = entered[fromStart ? "StartTime" : "EndTime"].asDate();
     boxes_->type(fromStart ? "EndTime" : "StartTime", Calc_Times(mode, anchor, false, run()));
-    trap("Build_StopList", &Run::Build_StopList);
+    {
+        const ado::ReadAhead ahead(*gcnRouting, readsOf(run()));
+        trap("Build_StopList", &Run::Build_StopList);
+    }
     checkBell(entered);
     trap("Build_WarnList", &Run::Build_WarnList);
 }

@@ -55,7 +55,14 @@ void Run::readVehicle() {
     routeVehType_ = checked.hasVehicle() ? checked.vehType : std::string();
 }
 
+void Run::seatsChanged() {
+    if (!isFilling_) {
+        showTotals();
+    }
+}
+
 void Run::showTotals() {
+    const ado::ReadAhead ahead(*gcnRouting, seatsReads({ui_->cmbVEHTYPE->text(), routeVehType_}));
     ui_->TotalPass->setText(QString::number(totals_.passengers));
     ui_->TotalStops->setText(QString::number(totals_.stops));
     ui_->TotalDistance->setText(QString::number(totals_.miles, 'f', 2));

@@ -59,7 +59,9 @@ int Run::Check_For_Error() {
     for (auto* combo : findChildren<controls::MultiColumnCombo*>()) {
         combo->takeOnlyFit();
     }
-    const auto fault = boxes_->refuseFault(entries());
+    const auto entered = entries();
+    const ado::ReadAhead keys(*gcnRouting, keyReads(entered.entered));
+    const auto fault = boxes_->refuseFault(entered);
     return fault ? fault->code : 0;
 }
 

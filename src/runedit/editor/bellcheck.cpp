@@ -13,19 +13,23 @@ namespace runedit {
 namespace {
 
 void deleteBellWarnings(ado::Connection& routing, std::string_view run) {
-    routing.Execute(
+    routing.executeUncounted(
         fmt::format("DELETE RUNWARNING.* From RUNWARNING WHERE (RUNWARNING.WarningType='LATE BELL' "
                     "OR RUNWARNING.WarningType='EARLY BELL') AND RUNWARNING.Run='{}'",
                     ado::escaped(run)));
 }
 
+std::string bellStopsSql(std::string_view run) {
+    return fmt::format(
+        "SELECT STOP_TRIPTYPE.*, STOP.* FROM STOP_TRIPTYPE INNER JOIN STOP ON "
+        "STOP_TRIPTYPE.INT_STOPID = STOP.INT_STOPID where STOP.STOPTYPE<>'DIRECTIONAL' and "
+        "STOP_TRIPTYPE.RUN='{}'",
+        ado::escaped(run));
+}
+
 StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
     ado::Recordset rows;
-    rows.Open(fmt::format("SELECT STOP_TRIPTYPE.*, STOP.* FROM STOP_TRIPTYPE INNER JOIN STOP ON "
-                          "STOP_TRIPTYPE.INT_STOPID = STOP.INT_STOPID where "
-                          "STOP.STOPTYPE<>'DIRECTIONAL' and STOP_TRIPTYPE.RUN='{}'",
-                          ado::escaped(run)),
-              routing);
+    rows.Open(bellStopsSql(run), routing);
     StopRows stops;
     for (; !rows.Eof(); rows.MoveNext()) {
         StopRow stop;
@@ -39,6 +43,9 @@ StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
 
 void addBellWarnings(ado::Connection& routing, std::string_view run, std::string_view type,
                      const Findings& findings) {
+    if (findings.empty()) {
+        return;
+    }
     ado::Recordset rows;
     rows.Open(fmt::format("Select RunWarning.* from RunWarning Where RunWarning.Run='{}' AND "
                           "RunWarning.WarningType='{}'",
@@ -59,7 +66,7 @@ void addBellWarnings(ado::Connection& routing, std::string_view run, std::string
 bool recordBellCheck(ado::Connection& routing, std::string_view run, BellRule rule,
                      base::Date bell) {
     const bool early = rule == BellRule::NotEarlier;
-    ado::CommitOnExit unit(routing);
+    ado::CommitOnExit unit(routing, {.reads = {bellStopsSql(run)}, .writesTogether = true});
     deleteBellWarnings(routing, run);
     const auto stops = stopsAgainstBell(routing, run);
     const auto findings = early ? earlierThanBell(stops, bell) : laterThanBell(stops, bell);

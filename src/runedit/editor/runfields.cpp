@@ -174,6 +174,21 @@ const data::FieldTable& runFields() {
     return fields;
 }
 
+std::vector<std::string> keyReads(const data::Record& entered) {
+    constexpr std::pair<const char*, LookUp> Keys[]{{"School", GetSchool},
+                                                    {"TripType", GetTripType},
+                                                    {"RunFamily", GetRunFamily},
+                                                    {"LocCode", GetLocCode},
+                                                    {"VehType", GetVehType}};
+    std::vector<std::string> reads;
+    for (const auto& [column, lookUp] : Keys) {
+        if (const auto key = entered.text(column); !key.empty()) {
+            reads.push_back(data::questionOf(lookUp, key));
+        }
+    }
+    return reads;
+}
+
 data::Record newRun() {
     data::Record run(runFields());
     run.set("ACTIVE", true);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "data/records/fields.h"
 
@@ -12,6 +13,9 @@ namespace runedit {
 /// The fields of the run editor in the order in which they are written, with their rules. A new
 /// field is one line of this table and its control.
 [[nodiscard]] const data::FieldTable& runFields();
+
+/// What the rules of the keys ask, for who asks several questions at once (ado::ReadAhead).
+[[nodiscard]] std::vector<std::string> keyReads(const data::Record& entered);
 
 /// What a new run starts with: active, a pickup run timed from its start, the rest empty.
 [[nodiscard]] data::Record newRun();

@@ -93,6 +93,16 @@ constexpr auto NeedsOfRun =
     "STU_SPECIALNEEDS.SPECIALNEEDS_CODE, SPECIALNEEDS.DESCRIPTION, STOP_TRIPTYPE.RUN HAVING "
     "(((STOP_TRIPTYPE.RUN)='{}'))";
 
+const char* linesOf(DirectionStyle style) {
+    return style == DirectionStyle::VeryBrief ? VeryBriefLines
+           : style == DirectionStyle::Brief   ? BriefLines
+                                              : AllLines;
+}
+
+std::string questionOf(const char* question, std::string_view run) {
+    return fmt::format(fmt::runtime(question), ado::escaped(base::trim(run)));
+}
+
 bool isPlaced(const TextTable& stops, std::size_t row) {
     const auto isZero = [](const base::Value& place) {
         return place.isNull() || place.asNumber() == 0;
@@ -111,8 +121,8 @@ DirectionStyle directionStyle(std::string_view choice) {
 
 StopList readStopList(ado::Connection& routing, std::string_view run, bool toSchool) {
     StopList list;
-    list.table = readList(StopColumns, fmt::format(StopsOfRun, ado::escaped(base::trim(run))),
-                          routing, [&](TextTable& table, std::size_t row) {
+    list.table = readList(StopColumns, questionOf(StopsOfRun, run), routing,
+                          [&](TextTable& table, std::size_t row) {
                               if (!isPlaced(table, row)) {
                                   table.setText(row, table.columnOf("Map"), NoPlaceText);
                                   table.colourRed(row, 0, table.columns.size() - 1);
@@ -127,13 +137,9 @@ StopList readStopList(ado::Connection& routing, std::string_view run, bool toSch
 
 TextTable readDirections(ado::Connection& routing, std::string_view run, DirectionStyle style) {
     const bool isShort = style == DirectionStyle::VeryBrief;
-    const auto* lines = isShort                          ? VeryBriefLines
-                        : style == DirectionStyle::Brief ? BriefLines
-                                                         : AllLines;
     const auto distance = isShort ? "ShortDist" : "LineText2";
     return readList(
-        isShort ? ShortLineColumns : LineColumns,
-        fmt::format(fmt::runtime(lines), ado::escaped(base::trim(run))), routing,
+        isShort ? ShortLineColumns : LineColumns, questionOf(linesOf(style), run), routing,
         [&](TextTable& table, std::size_t row) {
             if (base::equalsNoCase(base::trim(table.text(row, distance)), NeitherDistanceNorTime)) {
                 table.setText(row, table.columnOf(distance), " ");
@@ -142,14 +148,18 @@ TextTable readDirections(ado::Connection& routing, std::string_view run, Directi
 }
 
 TextTable readWarnings(ado::Connection& routing, std::string_view run) {
-    return readList(WarningColumns, fmt::format(WarningsOfRun, ado::escaped(base::trim(run))),
-                    routing);
+    return readList(WarningColumns, questionOf(WarningsOfRun, run), routing);
 }
 
 std::string warningsCaption(bool any) { return any ? " * Warnings *" : "No Warnings"; }
 
 TextTable readSpecialNeeds(ado::Connection& routing, std::string_view run) {
-    return readList(NeedColumns, fmt::format(NeedsOfRun, ado::escaped(base::trim(run))), routing);
+    return readList(NeedColumns, questionOf(NeedsOfRun, run), routing);
+}
+
+std::vector<std::string> listReads(std::string_view run, DirectionStyle style) {
+    return {questionOf(StopsOfRun, run), questionOf(linesOf(style), run),
+            questionOf(WarningsOfRun, run), questionOf(NeedsOfRun, run)};
 }
 
 }  // namespace runedit

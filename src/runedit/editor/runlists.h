@@ -41,6 +41,9 @@ struct StopList {
 [[nodiscard]] table::TextTable readDirections(ado::Connection& routing, std::string_view run,
                                               DirectionStyle style);
 
+/// What the four readers open, for who asks several questions at once (ado::ReadAhead).
+[[nodiscard]] std::vector<std::string> listReads(std::string_view run, DirectionStyle style);
+
 /// Newest first.
 [[nodiscard]] table::TextTable readWarnings(ado::Connection& routing, std::string_view run);
 

@@ -29,6 +29,17 @@ StopTotals totalsOf(const TextTable& stops) {
     return totals;
 }
 
+std::vector<std::string> seatsReads(const std::vector<std::string>& vehTypes) {
+    std::vector<std::string> reads;
+    for (const std::string& vehType : vehTypes) {
+        if (!base::trim(vehType).empty()) {
+            reads.push_back(data::questionOf(data::GetVehType, vehType));
+            reads.push_back(data::capacityQuestion(vehType));
+        }
+    }
+    return reads;
+}
+
 std::optional<std::int64_t> seatsOf(const std::string& vehType, const std::string& capacityLevel) {
     const auto level = base::trim(capacityLevel);
     const bool isLevel = level.empty() || level == "High" || level == "Medium" || level == "Low";

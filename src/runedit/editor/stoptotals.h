@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/table/texttable.h"
 
@@ -23,5 +24,7 @@ struct StopTotals {
 /// type or the level is none. Raises what the databases raise.
 [[nodiscard]] std::optional<std::int64_t> seatsOf(const std::string& vehType,
                                                   const std::string& capacityLevel);
+/// What it asks of each of these, for who asks several questions at once (ado::ReadAhead).
+[[nodiscard]] std::vector<std::string> seatsReads(const std::vector<std::string>& vehTypes);
 
 }  // namespace runedit

@@ -1,0 +1,37 @@
+// How often the run editor waits for a server: at 1 ms of network that is most of what an action
+// takes. The figures may fall, never grow.
+
+#include <QLabel>
+
+#include "farsession.h"
+#include "runedit/editor/Run.h"
+#include "support/formtest.h"
+
+namespace {
+
+class EditTrips : public support::FormTest<FarSession> {
+protected:
+    runedit::Run& form() override { return loaded<runedit::Run>(); }
+};
+
+TEST_F(EditTrips, OfTheRunEditorAreFew) {
+    const auto opened = tripsOf([&] {
+        forms::FormRegistry::instance().destroyAll();
+        auto& run = made<runedit::Run>();
+        run.edit("FAR");
+        run.load();
+    });
+    EXPECT_EQ(opened, 5);
+    EXPECT_EQ(text("Heading"), "Run FAR");
+    int round = 0;
+    const auto saved = tripsOf([&] {
+        type("OverFill", std::to_string(++round));
+        click("OK");
+    });
+    EXPECT_EQ(saved, 17);
+    EXPECT_EQ(storedRun("OverFill", "FAR"), "2");
+    EXPECT_EQ(tripsOf([&] { click("CalcTimes"); }), 10);
+    EXPECT_THAT(titles(), testing::IsEmpty());
+}
+
+}  // namespace
