@@ -11,6 +11,7 @@
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "platform/ini/ini.h"
+#include "platform/store/base/location.h"
 #include "tools/district/base/refuse.h"
 
 namespace tools::district {
@@ -73,6 +74,11 @@ std::optional<geo::Centre> keptCentre(const Folders& folders) {
 }
 
 void keepSetting(const Folders& folders, std::string_view key, std::string_view value) {
+    if (store::isServer(folders.root.string())) {
+        refuse(
+            "Where the district lies is kept in the settings of a desktop: name the folder that "
+            "vireo-district connect made, not the place on the server.");
+    }
     const std::string path = folders.settings().string();
     files::write(path, withSetting(ini::decoded(files::read(path)), Section, key, value));
 }
