@@ -20,15 +20,18 @@ int contentWidth(const QAbstractItemView& list, int column) {
     return list.sizeHintForColumn(column);
 }
 
-/// With room for the sort arrow beside the caption, where there is one and the arrow not above it.
+/// What the style takes from a caption for the sort arrow beside it.
+int arrowWidth(const QHeaderView& header) {
+    return header.sizeHint().height() / 2 +
+           2 * header.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &header);
+}
+
+/// With room for the sort arrow, where there is a caption and the arrow not above it.
 int captionWidth(const MultiColumnList& list, int column) {
-    constexpr int Edges = 9;
     const auto& header = *list.header();
     const bool arrow = list.headerSorts() && !list.twoLineCaptions() &&
                        !list.table().columns[static_cast<std::size_t>(column)].caption.empty();
-    return header.sectionSizeHint(column) +
-           (arrow ? header.style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, &header) + Edges
-                  : 0);
+    return header.sectionSizeHint(column) + (arrow ? arrowWidth(header) : 0);
 }
 
 int fittingWidth(const MultiColumnList& list, int column) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 
 #include <fmt/format.h>
@@ -34,7 +35,8 @@ std::map<Seconds, BellLine> bellsBelow(const Frame& frame, int band) {
     return bells;
 }
 
-void paintBells(QPainter& painter, const Frame& frame, int band, double middle) {
+/// `free` is where no words stand yet.
+void paintBells(QPainter& painter, const Frame& frame, int band, double middle, double free) {
     const auto bells = bellsBelow(frame, band);
     for (const auto& [bell, line] : bells) {
         const double x = frame.x(bell);
@@ -46,9 +48,15 @@ void paintBells(QPainter& painter, const Frame& frame, int band, double middle) 
             const auto text = bells.size() == 1
                                   ? fmt::format("bell {}", clockText(bell))
                                   : fmt::format("bell {} · {}", clockText(bell), line.runs);
+            const double width = plateWidth(frame, text);
+            const double left = std::max(x - width / 2, free);
+            if (left > x) {
+                continue;  // no room on its line
+            }
             painter.setPen(Qt::NoPen);
-            paintPlate(painter, frame, x - plateWidth(frame, text) / 2, middle, text,
-                       frame.colours->words, frame.colours->ground);
+            paintPlate(painter, frame, left, middle, text, frame.colours->words,
+                       frame.colours->ground);
+            free = left + width + 2 * frame.unit;
         }
     }
 }
@@ -70,12 +78,15 @@ void paintSchool(QPainter& painter, const Frame& frame, const Row& row, int numb
                    QRectF(frame.plot.left(), y + 2, frame.plot.width(), frame.rowHeight - 3),
                    frame.scale, curve, curve.peak().count, frame.colours->curve);
     }
+    double free = frame.plot.left();
     if (frame.detail() >= Detail::SmallWords) {
+        const auto text = schoolText(*frame.plan, *frame.chart, number);
+        const double gap = 6 * frame.unit;
         painter.setPen(frame.colours->soft);
-        frame.words->draw(painter, frame.plot.left() + 6 * frame.unit, middle,
-                          schoolText(*frame.plan, *frame.chart, number), Type::Normal);
+        frame.words->draw(painter, free + gap, middle, text, Type::Normal);
+        free += frame.words->width(text, Type::Normal) + 2 * gap;
     }
-    paintBells(painter, frame, number, middle);
+    paintBells(painter, frame, number, middle, free);
 }
 
 }  // namespace schedule

@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gmock/gmock.h>
 
+#include "reports/preview/pagestrip.h"
 #include "reports/preview/pageview.h"
 #include "support/formtest.h"
 
@@ -68,6 +70,18 @@ protected:
         form().receive(std::make_shared<LongReport>(groups), {}, 1);
         form().showForm();
     }
+    /// Whether there is ink in the middle of a page among those in small.
+    bool isPainted(int page) {
+        auto& strip = control<PageStrip>("Strip");
+        QRect middle(0, 0, 84, 60);
+        middle.moveCenter(strip.visualRect(strip.model()->index(page, 0)).center());
+        const QImage seen = strip.viewport()->grab(middle).toImage();
+        int ink = 0;
+        for (int i = 0; i < seen.width() * seen.height(); ++i) {
+            ink += qGray(seen.pixel(i % seen.width(), i / seen.width())) < 240 ? 1 : 0;
+        }
+        return ink > 0;
+    }
     void layOutAll() {
         while (!form().isWhole()) {
             form().LayOut_Timer();
@@ -97,6 +111,7 @@ TEST_F(ReportPreviewForm, OpensOnItsFirstPageAndStaysUsableWhileTheOthersCome) {
     EXPECT_EQ(text("FindCount"), "1 of 900");
     EXPECT_EQ(list("Contents").rows(), 900);
     EXPECT_EQ(text("PageCount"), "of " + std::to_string(pages().pageCount()));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return isPainted(7) && isPainted(8); }));
 }
 
 TEST_F(ReportPreviewForm, ShowsAnotherReportOrGoesWhileOneIsLaidOut) {
