@@ -62,8 +62,10 @@ struct MapPicture::Parts {
     explicit Parts(Newer newer) : thread(std::move(newer)) {}
 
     [[nodiscard]] const Scene& scene() const { return prepared->scene; }
+    [[nodiscard]] Sight sight(const Camera& camera);
     [[nodiscard]] SceneLayout layout(const Camera& camera) {
-        return layScene(scene(), prepared->lanes, ground->hasSides(), camera, widths);
+        return layScene(scene(), prepared->lanes, ground->hasSides(), camera, sight(camera),
+                        widths);
     }
     [[nodiscard]] bool isCurrent(const KeptPicture& picture, double ratio) const {
         return picture.pixelRatio == ratio && picture.groundVersion == groundVersion &&
@@ -88,6 +90,14 @@ struct MapPicture::Parts {
     PictureThread thread;  // last: it ends first
 };
 
+Sight MapPicture::Parts::sight(const Camera& camera) {
+    const Furniture furniture = furnish(camera, ground->attribution(), widths);
+    Sight sight{.window = QRectF({}, camera.size()), .covered = reserved};
+    sight.covered.push_back(furniture.scale);
+    sight.covered.push_back(furniture.attribution);
+    return sight;
+}
+
 void MapPicture::Parts::order(const Camera& camera, double ratio) {
     PictureOrder order{.camera = camera.resized({camera.size().width() + 2 * Border,
                                                  camera.size().height() + 2 * Border}),
@@ -97,11 +107,9 @@ void MapPicture::Parts::order(const Camera& camera, double ratio) {
                        .scene = prepared,
                        .groundVersion = groundVersion,
                        .sceneVersion = sceneVersion};
-    const Furniture furniture = furnish(camera, ground->attribution(), widths);
-    order.reserved = reserved;
-    order.reserved.push_back(furniture.scale);
-    order.reserved.push_back(furniture.attribution);
-    for (QRectF& box : order.reserved) {
+    order.sight = sight(camera);
+    order.sight.window.translate(Border, Border);
+    for (QRectF& box : order.sight.covered) {
         box.translate(Border, Border);
     }
     thread.want(std::move(order));

@@ -64,7 +64,8 @@ QImage groundImage(const PictureOrder& order, const GroundPart& part, const Keep
 QImage namesImage(const PictureOrder& order, const GroundPart& part, const SceneLayout& layout,
                   Tools& tools, const KeepGoing& keepGoing) {
     Surroundings around = layout.surroundings();
-    around.reserved.insert(around.reserved.end(), order.reserved.begin(), order.reserved.end());
+    const auto& covered = order.sight.covered;
+    around.reserved.insert(around.reserved.end(), covered.begin(), covered.end());
     const auto widthOf = [&](std::string_view text, const NameStyle& style) {
         return tools.widths(text, style);
     };
@@ -92,8 +93,9 @@ void paintLayers(KeptPicture& picture, const PictureOrder& order, const KeptPict
                  Tools& tools, const KeepGoing& keepGoing) {
     constexpr double Around = 40;  // pixels: the widest street reaches into the picture from there
     const auto part = order.ground->partIn(order.camera.seen(Around), order.camera.feetPerPixel());
-    const SceneLayout layout = layScene(order.scene->scene, order.scene->lanes,
-                                        order.ground->hasSides(), order.camera, tools.widths);
+    const SceneLayout layout =
+        layScene(order.scene->scene, order.scene->lanes, order.ground->hasSides(), order.camera,
+                 order.sight, tools.widths);
     picture.ground = before != nullptr && isSameGround(*before, order)
                          ? before->ground
                          : groundImage(order, part, keepGoing);

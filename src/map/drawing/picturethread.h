@@ -14,6 +14,7 @@
 
 #include "map/drawing/lanes.h"
 #include "map/drawing/scene.h"
+#include "map/drawing/scenelayout.h"
 #include "map/drawing/theme.h"
 #include "map/ground/camera.h"
 #include "map/ground/ground.h"
@@ -33,9 +34,9 @@ struct PictureOrder {
     std::shared_ptr<const Ground> ground = {};
     Theme theme = {};
     std::shared_ptr<const PreparedScene> scene = {};
-    std::vector<QRectF> reserved = {};  ///< what names keep clear of besides the scene
-    std::uint64_t groundVersion = 0;    ///< of ground, theme and veil
-    std::uint64_t sceneVersion = 0;     ///< of the scene and what is reserved
+    Sight sight = {};                 ///< what names and plates keep clear of besides the scene
+    std::uint64_t groundVersion = 0;  ///< of ground, theme and veil
+    std::uint64_t sceneVersion = 0;   ///< of the scene and what is reserved
 };
 
 /// A map in layers, so that a scene that changes can be painted between them.

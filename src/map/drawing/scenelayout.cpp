@@ -77,8 +77,13 @@ void cutStubs(Aside& aside) {
 class Laying {
 public:
     Laying(const Scene& scene, bool hasSides, const std::vector<RunLanes>& lanes,
-           const Camera& camera, TextWidths& widths)
-        : scene_(scene), hasSides_(hasSides), lanes_(lanes), camera_(camera), widths_(widths) {}
+           const Camera& camera, const Sight& sight, TextWidths& widths)
+        : scene_(scene),
+          hasSides_(hasSides),
+          lanes_(lanes),
+          camera_(camera),
+          sight_(sight),
+          widths_(widths) {}
 
     SceneLayout lay() {
         layWays();
@@ -107,8 +112,10 @@ private:
         const double height = style.pixels > PlateStyle.pixels ? PlateHeight + 3 : PlateHeight;
         return {widths_(text.toStdString(), style) + Around, height};
     }
-    /// Right of what it belongs to, or left, below, above, wherever nothing stands.
+    /// Right of what it belongs to, or left, below, above, wherever nothing stands and it is seen.
     void addBeside(PlateMark plate, QPointF centre, double radius, const NameStyle& style);
+    [[nodiscard]] std::vector<QPointF> besides(QPointF centre, double radius, QSizeF size) const;
+    [[nodiscard]] bool isFree(const QRectF& box) const { return !taken_.meets(box); }
     void add(PlateMark plate) {
         taken_.take(plate.box);
         layout_.plates.push_back(std::move(plate));
@@ -121,6 +128,7 @@ private:
     bool hasSides_;
     const std::vector<RunLanes>& lanes_;
     const Camera& camera_;
+    const Sight& sight_;
     TextWidths& widths_;
     SceneLayout layout_;
     Occupied taken_;
@@ -133,6 +141,7 @@ void Laying::layWays() {
             Aside aside = asideLine(legs[leg].line, lanes_[run][leg], camera_);
             if (!hasSides_) {
                 cutStubs(aside);
+                layout_.ownStreets.push_back(aside.line);
             }
             layout_.ways.push_back({run, leg, beside(aside.line, aside.pixels)});
         }
@@ -232,17 +241,38 @@ void Laying::layPlaces() {
     }
 }
 
-void Laying::addBeside(PlateMark plate, QPointF centre, double radius, const NameStyle& style) {
-    constexpr double Gap = 4;
-    const QSizeF size = plateSize(plate.text, style);
+/// Below and above also moved along, as far as the window's edge asks for.
+std::vector<QPointF> Laying::besides(QPointF centre, double radius, QSizeF size) const {
+    constexpr double Gap = 4, Edge = 2;
     const double aside = radius + Gap;
     const QPointF up(0, size.height() / 2), left(size.width() / 2, 0);
-    const std::array corners{
+    std::vector corners{
         centre + QPointF(aside, 0) - up, centre - QPointF(aside + size.width(), 0) - up,
         centre + QPointF(0, aside) - left, centre - QPointF(0, aside + size.height()) - left};
-    const auto* const isFree = std::ranges::find_if(
-        corners, [&](QPointF corner) { return !taken_.meets(QRectF(corner, size)); });
-    plate.box = QRectF(isFree == corners.end() ? corners.front() : *isFree, size);
+    const double first = sight_.window.left() + Edge;
+    const double last = std::max(sight_.window.right() - Edge - size.width(), first);
+    for (const double y : {corners[2].y(), corners[3].y()}) {
+        corners.emplace_back(std::clamp(centre.x() - left.x(), first, last), y);
+    }
+    return corners;
+}
+
+void Laying::addBeside(PlateMark plate, QPointF centre, double radius, const NameStyle& style) {
+    const QSizeF size = plateSize(plate.text, style);
+    auto corners = besides(centre, radius, size);
+    if (sight_.window.contains(centre)) {
+        // One that stands over something else is read at least.
+        const auto isHidden = [&](QPointF corner) { return !sight_.shows(QRectF(corner, size)); };
+        std::stable_partition(corners.begin(), corners.end(),
+                              [&](QPointF corner) { return !isHidden(corner); });
+        const auto hidden = std::ranges::find_if(corners, isHidden);
+        if (hidden != corners.begin()) {
+            corners.erase(hidden, corners.end());
+        }
+    }
+    const auto found =
+        std::ranges::find_if(corners, [&](QPointF corner) { return isFree(QRectF(corner, size)); });
+    plate.box = QRectF(found == corners.end() ? corners.front() : *found, size);
     add(std::move(plate));
 }
 
@@ -290,7 +320,7 @@ void Laying::layLegPlate(const WayMark& way, const DrawnLeg& leg) {
     for (const double share : {0.5, 0.42, 0.58, 0.34, 0.66, 0.26, 0.74}) {
         const QPointF centre = line.at(line.length() * share).at;
         const QRectF box(centre - QPointF(size.width() / 2, size.height() / 2), size);
-        if (!taken_.meets(box)) {
+        if (isFree(box) && (sight_.shows(box) || !sight_.window.intersects(box))) {
             add({.kind = leg.isEmpty ? PlateMark::Kind::EmptyLeg : PlateMark::Kind::Leg,
                  .box = box,
                  .text = text,
@@ -301,6 +331,12 @@ void Laying::layLegPlate(const WayMark& way, const DrawnLeg& leg) {
 }
 
 }  // namespace
+
+bool Sight::shows(const QRectF& box) const {
+    return window.contains(box) && std::ranges::none_of(covered, [&](const QRectF& other) {
+               return other.intersects(box);
+           });
+}
 
 Surroundings SceneLayout::surroundings() const {
     Surroundings around;
@@ -324,8 +360,8 @@ Surroundings SceneLayout::surroundings() const {
 }
 
 SceneLayout layScene(const Scene& scene, const std::vector<RunLanes>& lanes, bool hasSides,
-                     const Camera& camera, TextWidths& widths) {
-    return Laying(scene, hasSides, lanes, camera, widths).lay();
+                     const Camera& camera, const Sight& sight, TextWidths& widths) {
+    return Laying(scene, hasSides, lanes, camera, sight, widths).lay();
 }
 
 double wayWidth(const Scene& scene, const DrawnRun& run, double feetPerPixel) {

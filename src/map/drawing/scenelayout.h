@@ -42,9 +42,18 @@ struct PlateMark {
     std::size_t run = 0;
 };
 
+/// What of a picture a window shows, and what covers it there, in the picture's pixels.
+struct Sight {
+    QRectF window = {};
+    std::vector<QRectF> covered = {};  ///< by buttons, scale and attribution
+
+    [[nodiscard]] bool shows(const QRectF& box) const;
+};
+
 /// Where everything of a scene stands in a picture, in its pixels.
 struct SceneLayout {
     std::vector<WayMark> ways = {};
+    std::vector<Line> ownStreets = {};  ///< below ways where the ground has none of its own there
     std::vector<Line> oldWay = {};
     std::vector<StopMark> stops = {};  ///< chosen ones last
     std::vector<QPointF> places = {};
@@ -55,8 +64,10 @@ struct SceneLayout {
 };
 
 /// Lays a scene out. `lanes` are those of its runs; `hasSides` says that a bus halts at the curb.
+/// Plates of what the window shows stand where they are seen, as far as there is room.
 [[nodiscard]] SceneLayout layScene(const Scene& scene, const std::vector<RunLanes>& lanes,
-                                   bool hasSides, const Camera& camera, TextWidths& widths);
+                                   bool hasSides, const Camera& camera, const Sight& sight,
+                                   TextWidths& widths);
 
 /// How wide the way of a run is, in pixels.
 [[nodiscard]] double wayWidth(const Scene& scene, const DrawnRun& run, double feetPerPixel);

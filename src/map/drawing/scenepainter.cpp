@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "map/drawing/symbols.h"
+#include "map/ground/zoomrules.h"
 
 namespace map {
 
@@ -76,7 +77,25 @@ QRectF ScenePainter::seen(double around) const {
     return QRectF({}, camera_.size()).adjusted(-around, -around, around, around);
 }
 
+/// The grid has streets in the middle of its blocks only; places lie anywhere.
+void ScenePainter::paintOwnStreets() {
+    constexpr double CasedFrom = 1.9, Casing = 2;
+    constexpr auto Kind = streets::StreetClass::Residential;
+    const double width = streetWidth(Kind, camera_.feetPerPixel());
+    const auto paint = [&](const QColor& colour, double thick) {
+        for (const Line& line : layout_.ownStreets) {
+            paintWay(painter_, line, penOf(colour, thick), seen(thick));
+        }
+    };
+    const bool isCased = width >= CasedFrom;
+    paint(theme_.of(Kind).casing, isCased ? width + Casing : width);
+    if (isCased) {
+        paint(theme_.of(Kind).fill, width);
+    }
+}
+
 void ScenePainter::paintWays() {
+    paintOwnStreets();
     paintOldWay();
     for (const WayMark& way : layout_.ways) {
         if (legOf(way).isEmpty) {
@@ -106,7 +125,8 @@ void ScenePainter::paintOldWay() {
 }
 
 void ScenePainter::paintRun(std::size_t run) {
-    const double width = wayWidth(scene_, scene_.runs[run], camera_.feetPerPixel());
+    const double width =
+        wayWidth(scene_, scene_.runs[run], camera_.feetPerPixel()) + theme_.wayMore;
     const double casing = scene_.runs.size() > 1 ? 1.6 : 3;
     std::vector<const WayMark*> ways;
     for (const bool pale : {true, false}) {

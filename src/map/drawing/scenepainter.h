@@ -31,6 +31,7 @@ private:
     [[nodiscard]] const DrawnLeg& legOf(const WayMark& way) const {
         return scene_.runs[way.run].legs[way.leg];
     }
+    void paintOwnStreets();
     void paintOldWay();
     void paintRun(std::size_t run);
     void paintEmptyLeg(const WayMark& way);

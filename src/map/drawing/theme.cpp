@@ -63,7 +63,6 @@ Theme makeLight() {
 
 Theme makeDark() {
     Theme theme;
-    theme.isDark = true;
     theme.ground = colour(0x1e2125);
     theme.areas = {colour(0x18303f), colour(0x232f27), colour(0x212e22), colour(0x29272f),
                    colour(0x2c2f34), colour(0x283a2c), colour(0x5b616b), colour(0x18303f)};
@@ -105,6 +104,62 @@ Theme makeDark() {
     return theme;
 }
 
+constexpr double BroaderWay = 2;
+
+/// Streets of one look but for the large ones.
+void setStreets(Theme& theme, const StreetColours& large, const StreetColours& other) {
+    using streets::StreetClass;
+    theme.streets.fill(other);
+    for (const auto kind : {StreetClass::Motorway, StreetClass::Trunk, StreetClass::Primary}) {
+        theme.streets[static_cast<std::size_t>(kind)] = large;
+    }
+}
+
+/// Ink for all that is written and ground for all that it is written on.
+void setInks(Theme& theme, const QColor& ink, const QColor& ground) {
+    for (QColor* of :
+         {&theme.streetName, &theme.parkName, &theme.waterName, &theme.emptyWay, &theme.school,
+          &theme.garage, &theme.candidate, &theme.plateInk, &theme.plateFrame}) {
+        *of = ink;
+    }
+    for (QColor* of : {&theme.ground, &theme.streetNameHalo, &theme.wayCasing, &theme.onWarning,
+                       &theme.onPlace, &theme.plate, &theme.onRun}) {
+        *of = ground;
+    }
+    theme.veil = Qt::transparent;
+    theme.wayMore = BroaderWay;
+}
+
+Theme makeStrongLight() {
+    Theme theme = makeLight();
+    setInks(theme, Qt::black, Qt::white);
+    theme.areas = {colour(0xb4d4f0), colour(0xe2f0da), colour(0xd6e9cb), colour(0xeeeeee),
+                   colour(0xdddddd), colour(0xd8ebcf), colour(0x444444), colour(0x4d8fc7)};
+    setStreets(theme, {colour(0xffd966), colour(0x000000)}, {colour(0xffffff), colour(0x595959)});
+    theme.way = colour(0x0033b3);
+    theme.oldWay = colour(0x7a3f00);
+    theme.walk = colour(0x00591f);
+    theme.crossingWalk = theme.warning = colour(0x7a2e00);
+    theme.runs = {colour(0x0033b3), colour(0x9a2800), colour(0x00564f), colour(0x5c00a3),
+                  colour(0x6e4200), colour(0x8f003c), colour(0x2f5200), colour(0x111111)};
+    return theme;
+}
+
+Theme makeStrongDark() {
+    Theme theme = makeDark();
+    setInks(theme, Qt::white, Qt::black);
+    theme.areas = {colour(0x0f3a5c), colour(0x12301a), colour(0x102a16), colour(0x222222),
+                   colour(0x2e2e2e), colour(0x173a20), colour(0xb0b0b0), colour(0x3d8fd0)};
+    setStreets(theme, {colour(0xa08a3c), colour(0x000000)}, {colour(0x7a7a7a), colour(0x000000)});
+    theme.way = colour(0x66c2ff);
+    theme.oldWay = colour(0xd9a441);
+    theme.walk = colour(0x7dff9b);
+    theme.crossingWalk = theme.warning = colour(0xffd24d);
+    theme.runs = {colour(0x66c2ff), colour(0xffa366), colour(0x4dffe1), colour(0xd9b3ff),
+                  colour(0xffd24d), colour(0xff99cc), colour(0xb8ff5c), colour(0xffffff)};
+    return theme;
+}
+
 }  // namespace
 
 QColor Theme::run(int colour) const {
@@ -119,6 +174,15 @@ const Theme& lightTheme() {
 const Theme& darkTheme() {
     static const Theme Dark = makeDark();
     return Dark;
+}
+
+const Theme& themeFor(bool isDark, Contrast contrast) {
+    static const Theme StrongLight = makeStrongLight();
+    static const Theme StrongDark = makeStrongDark();
+    if (contrast == Contrast::High) {
+        return isDark ? StrongDark : StrongLight;
+    }
+    return isDark ? darkTheme() : lightTheme();
 }
 
 }  // namespace map

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <array>
+#include <cstdint>
 
 #include "streets/base/streetmap.h"
 
@@ -16,7 +17,6 @@ struct StreetColours {
 struct Theme {
     static constexpr int RunColours = 8;
 
-    bool isDark = false;
     QColor ground;
     std::array<QColor, 8> areas;  ///< by GroundKind
     std::array<StreetColours, streets::StreetClasses> streets;
@@ -32,6 +32,7 @@ struct Theme {
     std::array<QColor, RunColours> runs;
     QColor onRun;  ///< figures on a run's colour
     QColor veil;
+    double wayMore = 0;  ///< so many pixels the ways are broader
 
     [[nodiscard]] const StreetColours& of(streets::StreetClass kind) const {
         return streets[static_cast<std::size_t>(kind)];
@@ -41,5 +42,11 @@ struct Theme {
 
 [[nodiscard]] const Theme& lightTheme();
 [[nodiscard]] const Theme& darkTheme();
+
+enum class Contrast : std::uint8_t { Usual, High };
+
+/// What fits a form's colours. In high contrast streets and names stand black on white or the
+/// other way round, ways are broader, and nothing becomes pale.
+[[nodiscard]] const Theme& themeFor(bool isDark, Contrast contrast);
 
 }  // namespace map

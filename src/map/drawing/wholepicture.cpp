@@ -23,16 +23,19 @@ double pixelRatioOf(const QPainter& painter) {
 }  // namespace
 
 void paintMap(QPainter& painter, const Ground& ground, const Scene& scene, const Theme& theme,
-              const Camera& camera) {
+              const Camera& camera, Credit credit) {
     constexpr double Around = 40;  // pixels: the widest street reaches into the picture from there
     Stamps stamps(pixelRatioOf(painter));
     TextWidths widths;
     const auto lanes = lanesOf(scene.runs);
-    const SceneLayout layout = layScene(scene, lanes, ground.hasSides(), camera, widths);
-    const Furniture furniture = furnish(camera, ground.attribution(), widths);
+    const Furniture furniture =
+        furnish(camera, credit == Credit::Inside ? ground.attribution() : std::string(), widths);
+    const Sight sight{.window = QRectF({}, camera.size()),
+                      .covered = {furniture.scale, furniture.attribution}};
+    const SceneLayout layout = layScene(scene, lanes, ground.hasSides(), camera, sight, widths);
     Surroundings surroundings = layout.surroundings();
-    surroundings.reserved.push_back(furniture.scale);
-    surroundings.reserved.push_back(furniture.attribution);
+    surroundings.reserved.insert(surroundings.reserved.end(), sight.covered.begin(),
+                                 sight.covered.end());
     const GroundPart part = ground.partIn(camera.seen(Around), camera.feetPerPixel());
 
     painter.save();

@@ -8,8 +8,8 @@
 #include <QPainterPath>
 #include <algorithm>
 
+#include "map/small/formtheme.h"
 #include "platform/controls/access.h"
-#include "platform/controls/tones.h"
 
 namespace map {
 
@@ -95,9 +95,7 @@ std::optional<int> SmallMap::stopAt(QPointF pixel) const {
     return isStop ? std::optional(static_cast<int>(hit->index)) : std::nullopt;
 }
 
-void SmallMap::takeTheme() {
-    picture_.setTheme(controls::isDark(palette()) ? darkTheme() : lightTheme());
-}
+void SmallMap::takeTheme() { picture_.setTheme(themeOf(palette())); }
 
 void SmallMap::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) {

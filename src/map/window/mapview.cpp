@@ -15,7 +15,7 @@
 #include <cmath>
 #include <utility>
 
-#include "map/drawing/theme.h"
+#include "map/small/formtheme.h"
 #include "platform/controls/tones.h"
 
 namespace map {
@@ -94,7 +94,7 @@ void MapView::placeButtons() {
 }
 
 void MapView::applyTheme() {
-    picture_.setTheme(controls::isDark(palette()) ? darkTheme() : lightTheme());
+    picture_.setTheme(themeOf(palette()));
     fit_->setIcon(frameIcon(palette().color(QPalette::ButtonText), fontMetrics().height()));
     update();
 }

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include "map/small/formtheme.h"
 #include "platform/controls/qtext.h"
 #include "platform/controls/signs.h"
 #include "platform/controls/tones.h"
@@ -183,7 +184,7 @@ private:
     }
 
     void paintMark(Row& at) const {
-        const auto& theme = controls::isDark(at.option.palette) ? darkTheme() : lightTheme();
+        const auto& theme = themeOf(at.option.palette);
         if (at.row.canBeHidden) {
             paintCheckBox(at);
         }

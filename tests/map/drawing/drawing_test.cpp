@@ -98,7 +98,8 @@ TEST(MapDrawing, FindsEachStopBelowItsDiscAndTheWayBetween) {
         scene.runs[0].stops.push_back({.at = {10, 0}, .onStreet = geo::Feet{0, 0}});
     }
     map::TextWidths widths;
-    const auto layout = map::layScene(scene, map::lanesOf(scene.runs), true, Middle, widths);
+    const auto layout = map::layScene(scene, map::lanesOf(scene.runs), true, Middle,
+                                      {.window = {0, 0, 640, 480}}, widths);
     ASSERT_EQ(layout.stops.size(), 10U);
     for (const map::StopMark& mark : layout.stops) {
         EXPECT_EQ(map::hitIn(layout, scene, Middle, mark.centre),
@@ -107,6 +108,29 @@ TEST(MapDrawing, FindsEachStopBelowItsDiscAndTheWayBetween) {
     EXPECT_EQ(map::hitIn(layout, scene, Middle, {325, 150}), (Hit{Hit::Kind::Leg, 0, 0}));
     EXPECT_EQ(map::hitIn(layout, scene, Middle, {225, 240}), (Hit{Hit::Kind::Place, 0, 0}));
     EXPECT_EQ(map::hitIn(layout, scene, Middle, {40, 40}), std::nullopt);
+}
+
+TEST(MapDrawing, NamesPlacesWhereTheyAreReadWhateverCoversTheWindow) {
+    map::TextWidths widths;
+    const QRectF window(0, 0, 640, 480);
+    const map::Sight sight{.window = window, .covered = {{590, 8, 40, 140}, {0, 440, 110, 40}}};
+    for (int y = 10; y < 480; y += 47) {
+        for (int x = 10; x < 640; x += 31) {
+            const QPointF at(x, y);
+            const auto covers = [&](const QRectF& box) {
+                return box.adjusted(-20, -20, 20, 20).contains(at);
+            };
+            if (std::ranges::any_of(sight.covered, covers)) {
+                continue;
+            }
+            Scene scene;
+            scene.places.push_back({.at = Middle.toFeet(at), .name = "Oak Elementary"});
+            const auto layout = map::layScene(scene, {}, true, Middle, sight, widths);
+            const QRectF box = layout.plates.at(0).box;
+            EXPECT_TRUE(sight.shows(box)) << x << " " << y;
+            EXPECT_FALSE(box.contains(layout.places[0]));
+        }
+    }
 }
 
 TEST(MapDrawing, LeavesHomesOutOfWholePictures) {
