@@ -188,6 +188,9 @@ constexpr std::array Texts{
               "from another run has an entry there, too."},
 
     // Reports and the schedule
+    FieldText{"ReportSelection", "Maps",
+              "Drawn when the report is made, from the run as it is stored. The discs have the "
+              "numbers of the sheet. Files that are tables have no pictures."},
     FieldText{"ReportSelection", "StudentNames",
               "Names who rides at each stop on the day of printing. Every page and file then says "
               "Confidential, and a file can be read by those who can read its folder."},

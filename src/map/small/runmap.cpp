@@ -69,12 +69,13 @@ void RunMaps::Opening::run(const std::shared_ptr<Opening>& opening,
                            const streets::StreetPlaces& places) {
     std::string reason;
     std::shared_ptr<const streets::DistrictStreets> streets;
+    std::shared_ptr<const Ground> ground;
     try {
         streets = streets::openStreets(places);
+        ground = groundOf(streets);
     } catch (const std::exception& fault) {
         reason = fault.what();
     }
-    auto ground = groundOf(streets);
     const std::scoped_lock lock(opening->mutex);
     opening->reason = std::move(reason);
     opening->streets = std::move(streets);

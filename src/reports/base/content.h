@@ -2,12 +2,14 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "platform/base/value.h"
+#include "reports/base/picture.h"
 #include "reports/base/report.h"
 
 namespace reports {
@@ -90,8 +92,15 @@ struct SheetRemark {
     bool quiet = false;
 };
 
-using Item =
-    std::variant<GroupHead, Row, Remark, Totals, SheetHead, SheetStop, SheetWay, SheetRemark>;
+/// A small map of the sheet's run, behind its last line.
+struct SheetMap {
+    /// Null where there is nothing to draw. Looks for it when it is called, which is not done for a
+    /// file without pictures; raises what the district's connection raises.
+    std::function<std::shared_ptr<const Drawable>()> find = {};
+};
+
+using Item = std::variant<GroupHead, Row, Remark, Totals, SheetHead, SheetStop, SheetWay,
+                          SheetRemark, SheetMap>;
 
 /// A prepared report, read once from its beginning to its end. It holds no more than the item that
 /// is read, and reads nothing but the work tables.

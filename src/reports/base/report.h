@@ -69,6 +69,7 @@ struct Report {
     bool landscape = false;
     Confidential confidential = Confidential::Never;
     bool mayName = false;   ///< can be had with students' names
+    bool mayMap = false;    ///< can be had with a small map of each run
     std::string foot = {};  ///< what holds for every row, said once on each page
 };
 
@@ -80,6 +81,7 @@ struct Options {
     bool landscape = false;
     PageBreak breaks = PageBreak::None;
     bool names = false;
+    bool maps = false;
 };
 
 /// What stands at the head and foot of every page, made when the report is.

@@ -12,6 +12,7 @@ Report instructions() {
             .breaks = {PageBreak::Run},
             .confidential = Confidential::WithNames,
             .mayName = true,
+            .mayMap = true,
             .foot = "Replaces every older sheet of this run."};
 }
 

@@ -231,7 +231,8 @@ bool PreparedReport::fill(const Sources& sources, const Request& request,
                .report = definition_.report,
                .order = rowOrderOf(definition_, request),
                .options = options_,
-               .heading = headingOf(sources, request, definition_.report, district.name)});
+               .heading = headingOf(sources, request, definition_.report, district.name),
+               .maps = definition_.report.mayMap && options_.maps ? sources.maps : nullptr});
     if (!addRuns(request, keepGoing)) {
         return false;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,12 +29,16 @@ struct Request {
     std::optional<base::Date> changedSince = {};  ///< only runs that were changed after it
 };
 
+/// Finds the map of a run; null where it has none.
+using MapsOfRuns = std::function<std::shared_ptr<const Drawable>(const std::string& run)>;
+
 /// Where the data are and who asks.
 struct Sources {
     ado::Connection& routing;
     ado::Connection& work;  ///< the report file
     std::string user;
     base::Date now;
+    MapsOfRuns maps = {};  ///< empty where there are no streets
 };
 
 /// The reports that a group of the suite offers, in their order: "RUNSEARCH" those of a search,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -32,6 +33,7 @@ struct Stored {
     Options options;
     Heading heading;
     RowCounts counts = {};  ///< of a list whose rows come from one table
+    std::function<std::shared_ptr<const Drawable>(const std::string& run)> maps = {};
 };
 
 /// Counts the rows of a list among those that a condition holds for.

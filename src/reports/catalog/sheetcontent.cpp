@@ -106,6 +106,7 @@ private:
     void addRemark(std::vector<SheetWay::Piece> pieces, bool quiet = false);
     void addBefore();
     void addAfter();
+    void addMap();
     void addEmpty(std::string place, const char* time, const char* miles);
     [[nodiscard]] std::string text(const char* field) const { return wordsOf(run(field)); }
     [[nodiscard]] bool flag(const char* field) const {
@@ -146,6 +147,7 @@ bool SheetContent::readOn() {
     addStops();
     addAfter();
     addRemarks();
+    addMap();
     runs_.MoveNext();
     return true;
 }
@@ -310,6 +312,13 @@ void SheetContent::addRemarks() {
         addRemark({{"The run was changed after these directions were made.", true}});
     }
     addRemark({{"Pick up on the right-hand side unless the stop is marked LEFT SIDE."}}, true);
+}
+
+void SheetContent::addMap() {
+    if (stored_.maps) {
+        waiting_.emplace_back(
+            SheetMap{[find = stored_.maps, id = text("RUN")] { return find(id); }});
+    }
 }
 
 }  // namespace

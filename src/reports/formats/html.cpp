@@ -7,6 +7,7 @@
 #include "platform/base/fold.h"
 #include "reports/formats/columnshares.h"
 #include "reports/formats/htmlstyle.h"
+#include "reports/formats/svg.h"
 #include "reports/formats/texts.h"
 #include "reports/formats/writer.h"
 
@@ -51,30 +52,6 @@ std::string_view kindName(SheetStop::Kind kind) {
             break;
     }
     return "stop";
-}
-
-/// A text between marks or in a quoted attribute.
-std::string htmlText(std::string_view text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '>':
-                result += "&gt;";
-                break;
-            case '"':
-                result += "&quot;";
-                break;
-            default:
-                result += c;
-        }
-    }
-    return result;
 }
 
 /// A text with its line ends.
@@ -333,6 +310,19 @@ private:
         endWay();
         write(fmt::format("<p class=\"rest{}\">{}</p>\n", remark.quiet ? " quiet" : "",
                           markedWords(remark.pieces)));
+    }
+
+    void put(const SheetMap& map) {
+        constexpr float Width = 720, Height = 380;
+        endWay();
+        if (const auto found = map.find()) {
+            // With its own style: a page without a map has none of it.
+            write(
+                fmt::format("<figure style=\"margin:1rem 0 0;break-inside:avoid;font-size:.72rem;"
+                            "text-align:right\">{}{}</figure>\n",
+                            svgOf(found->drawn(Width, Height), plain(found->told())),
+                            element("figcaption", "", found->attribution())));
+        }
     }
 
     void endStop() {

@@ -332,6 +332,8 @@ private:
                         rtfWords(remark.pieces)));
     }
 
+    void put(const SheetMap& /*map*/) {}  // readers of such files draw lines each in their own way
+
     files::Draft& draft_;
     const Report& report_;
     const Heading& heading_;

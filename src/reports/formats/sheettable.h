@@ -26,6 +26,7 @@ private:
     void put(const SheetStop& stop);
     void put(const SheetWay& way);
     void put(const SheetRemark& remark);
+    void put(const SheetMap& /*map*/) {}  ///< tables have no pictures
     template <class Other>
     void put(const Other& other) {
         ready_.emplace_back(other);

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "reports/base/picture.h"
 #include "reports/base/report.h"
 
 /// Laid out pages. Lengths are in points (72 to the inch) from the top left edge of the paper.
@@ -50,6 +52,12 @@ struct Shape {
     std::vector<float> points;    ///< of a polygon: x and y in turn; one not filled stays open
 };
 
+/// A picture between shapes and texts.
+struct PlacedPicture {
+    float x = 0, y = 0;
+    std::shared_ptr<const Picture> picture;
+};
+
 /// A place to jump to: bookmarks of a file, contents of the preview.
 struct Mark {
     std::uint8_t level = 0;
@@ -61,6 +69,7 @@ struct Page {
     std::string text;
     std::vector<Box> boxes;
     std::vector<Shape> shapes;
+    std::vector<PlacedPicture> pictures;
     std::vector<Mark> marks;
 
     [[nodiscard]] std::string_view textOf(const Box& box) const {

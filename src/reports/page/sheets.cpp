@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <deque>
+#include <memory>
 #include <utility>
 
 #include "reports/page/characters.h"
@@ -17,12 +18,19 @@ constexpr float DiscSize = 16;
 constexpr float SquareSize = 8.5F;
 constexpr float NotesLeast = 44;  ///< a lower box of notes is left out
 constexpr float NotesPitch = 27;
+constexpr float MapLeast = 150;  ///< a lower one goes to a page of its own
+constexpr float MapMost = 290;
+constexpr float MapAbove = 13;
+constexpr Style CreditStyle{Face::Regular, 7.5F, QuietInk, Role::Artifact};
+constexpr float CreditHeight = 11;
 
 /// Places the lines of one sheet on its pages.
 class SheetPaging {
 public:
-    SheetPaging(const PageSize& size, const Heading& heading, const SheetHead& head)
+    SheetPaging(const PageSize& size, const Heading& heading, const SheetHead& head,
+                std::shared_ptr<const Drawable> map)
         : grid_(size),
+          map_(std::move(map)),
           first_(sheetFrame(size, heading, head, true)),
           other_(sheetFrame(size, heading, head, false)) {}
 
@@ -30,6 +38,8 @@ public:
         return paged(blocks).size();
     }
     [[nodiscard]] std::deque<Page> paged(const std::vector<SheetBlock>& blocks);
+    /// Draws what paged() has left room for, on the last of its pages.
+    void drawMap(std::deque<Page>& pages) const;
     [[nodiscard]] const SheetFrame& first() const { return first_; }
 
 private:
@@ -44,9 +54,11 @@ private:
     void placeBlock(const SheetBlock& block);
     void placeNode(const Node& node);
     void wayLine(float from, float to, bool isEmpty);
+    void placeMap();
     void notes();
 
     SheetGrid grid_;
+    std::shared_ptr<const Drawable> map_;
     SheetFrame first_;
     SheetFrame other_;
     const SheetFrame* frame_ = nullptr;
@@ -54,6 +66,7 @@ private:
     Page page_;
     float y_ = 0;
     bool isFresh_ = true;
+    float mapHeight_ = 0;
     std::optional<Touched> touched_;
 };
 
@@ -126,6 +139,30 @@ void SheetPaging::placeBlock(const SheetBlock& block) {
     y_ += block.height;
 }
 
+/// In what the run leaves of its last page, or on the next one.
+void SheetPaging::placeMap() {
+    const float credit = map_->attribution().empty() ? 0 : CreditHeight;
+    if (y_ + MapAbove + MapLeast + credit > frame_->bottom) {
+        endPage();
+        begin(other_);
+    }
+    y_ += isFresh_ ? 0 : MapAbove;
+    mapHeight_ = std::min(frame_->bottom - 1 - y_ - credit, MapMost);
+    page_.pictures.push_back({grid_.hungLeft(), y_, nullptr});
+    y_ += mapHeight_;
+    if (credit > 0) {
+        put(page_, CreditStyle, map_->attribution(), grid_.right + SheetGrid::Hang, y_ + 9,
+            Align::Right);
+    }
+    y_ += credit;
+}
+
+void SheetPaging::drawMap(std::deque<Page>& pages) const {
+    for (PlacedPicture& placed : pages.back().pictures) {
+        placed.picture = std::make_shared<Picture>(map_->drawn(grid_.hungWidth(), mapHeight_));
+    }
+}
+
 /// What the run leaves of its last page is the driver's.
 void SheetPaging::notes() {
     const float top = y_ + 13;
@@ -156,9 +193,22 @@ std::deque<Page> SheetPaging::paged(const std::vector<SheetBlock>& blocks) {
         placeBlock(blocks[at]);
     }
     touched_.reset();
+    if (map_) {
+        placeMap();
+    }
     notes();
     endPage();
     return std::move(pages_);
+}
+
+/// Null where the sheet has none.
+std::shared_ptr<const Drawable> mapOf(const std::vector<Item>& items) {
+    for (const Item& item : items) {
+        if (const auto* map = std::get_if<SheetMap>(&item)) {
+            return map->find();
+        }
+    }
+    return nullptr;
 }
 
 class SheetMaking : public PageMaking {
@@ -206,11 +256,12 @@ void SheetMaking::laySheet() {
     while (look() != nullptr && !std::holds_alternative<SheetHead>(*look())) {
         items.push_back(*take());
     }
-    SheetPaging paging(pages.size, pages.heading, head);
+    SheetPaging paging(pages.size, pages.heading, head, mapOf(items));
     const auto loose = blocksOf(items, Loose);
     const auto close = blocksOf(items, Close);
     const bool isLong = paging.count(loose) > paging.count(close);
     laid_ = paging.paged(isLong ? close : loose);
+    paging.drawMap(laid_);
     laid_.front().marks.push_back(
         {0, cleaned(head.plate + (head.title.empty() ? "" : "  " + head.title)), 0});
     rows_ += static_cast<std::uint32_t>(items.size());

@@ -1,6 +1,7 @@
 #include "reports/paint/drawing.h"
 
 #include <algorithm>
+#include <array>
 #include <numbers>
 #include <string>
 
@@ -10,9 +11,39 @@ namespace reports {
 
 namespace {
 
+constexpr int White = 255;
 constexpr std::uint8_t FaxWhite = 200;  ///< words and lines of a darker grey are black
 constexpr std::uint8_t FaxBand = 225;   ///< a lighter grey only guides the eye
 constexpr double FaxLine = 0.4;         ///< points
+
+/// As bright as the colour is on white paper.
+std::uint8_t greyOf(const Colour& colour) {
+    const double grey = 0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue;
+    return static_cast<std::uint8_t>(White - (White - grey) * colour.alpha / White);
+}
+
+void tracePath(cairo_t* cairo, const Picture::Path& path) {
+    const float* at = path.places.data();
+    for (const Picture::Step step : path.steps) {
+        switch (step) {
+            case Picture::Step::Move:
+                cairo_move_to(cairo, at[0], at[1]);
+                at += 2;
+                break;
+            case Picture::Step::Line:
+                cairo_line_to(cairo, at[0], at[1]);
+                at += 2;
+                break;
+            case Picture::Step::Curve:
+                cairo_curve_to(cairo, at[0], at[1], at[2], at[3], at[4], at[5]);
+                at += 6;
+                break;
+            case Picture::Step::Close:
+                cairo_close_path(cairo);
+                break;
+        }
+    }
+}
 
 /// Where each letter of a text begins that has glyphs, in order.
 std::vector<std::uint32_t> lettersOf(const Shaped& shaped) {
@@ -134,9 +165,50 @@ void Drawing::paint(const Shape& shape) {
     cairo_stroke(cairo_);
 }
 
+void Drawing::ink(const Colour& colour) {
+    constexpr double Full = 255;
+    if (medium_ == Medium::Fax) {
+        ink(greyOf(colour));
+    } else {
+        cairo_set_source_rgba(cairo_, colour.red / Full, colour.green / Full, colour.blue / Full,
+                              colour.alpha / Full);
+    }
+}
+
+void Drawing::path(const Picture::Path& path) {
+    tracePath(cairo_, path);
+    const Picture::Look& look = path.look;
+    ink(look.colour);
+    if (look.filled) {
+        cairo_set_fill_rule(cairo_,
+                            look.evenOdd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING);
+        cairo_fill(cairo_);
+        return;
+    }
+    const std::array<double, 2> dashes{look.dash, look.gap};
+    cairo_set_dash(cairo_, dashes.data(), look.dash > 0 ? 2 : 0, 0);
+    cairo_set_line_cap(cairo_, look.roundEnds ? CAIRO_LINE_CAP_ROUND : CAIRO_LINE_CAP_BUTT);
+    cairo_set_line_join(cairo_, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_line_width(cairo_, look.thick);
+    cairo_stroke(cairo_);
+}
+
+void Drawing::picture(const PlacedPicture& placed) {
+    const Picture& picture = *placed.picture;
+    cairo_save(cairo_);
+    cairo_translate(cairo_, placed.x, placed.y);
+    cairo_rectangle(cairo_, 0, 0, picture.width, picture.height);
+    cairo_clip(cairo_);
+    std::ranges::for_each(picture.paths, [this](const Picture::Path& each) { path(each); });
+    cairo_restore(cairo_);
+}
+
 void Drawing::shapes(const Page& page) {
     for (const Shape& shape : page.shapes) {
         paint(shape);
+    }
+    for (const PlacedPicture& placed : page.pictures) {
+        picture(placed);
     }
 }
 

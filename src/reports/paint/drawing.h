@@ -20,6 +20,7 @@ public:
 
     /// Makes a surface of dots white.
     void clear();
+    /// What is drawn below the texts: shapes and pictures.
     void shapes(const Page& page);
     void box(const Page& page, const Box& box);
 
@@ -36,6 +37,9 @@ private:
     void traceRectangle(const Shape& shape);
     void paint(const Shape& shape);
     void fill(const Shape& shape);
+    void picture(const PlacedPicture& placed);
+    void path(const Picture::Path& path);
+    void ink(const Colour& colour);
     void words(const Box& box, std::string_view text);
     void glyphs(const Box& box, const GlyphRun& run, std::string_view text,
                 const std::vector<std::uint32_t>& letters);

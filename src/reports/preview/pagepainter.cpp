@@ -3,6 +3,7 @@
 #include <QGlyphRun>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -35,6 +36,56 @@ QPolygonF polygonOf(const Shape& shape, double scale) {
     return polygon;
 }
 
+QPainterPath pathOf(const Picture::Path& path) {
+    QPainterPath traced;
+    const float* at = path.places.data();
+    for (const Picture::Step step : path.steps) {
+        switch (step) {
+            case Picture::Step::Move:
+                traced.moveTo(at[0], at[1]);
+                at += 2;
+                break;
+            case Picture::Step::Line:
+                traced.lineTo(at[0], at[1]);
+                at += 2;
+                break;
+            case Picture::Step::Curve:
+                traced.cubicTo(at[0], at[1], at[2], at[3], at[4], at[5]);
+                at += 6;
+                break;
+            case Picture::Step::Close:
+                traced.closeSubpath();
+                break;
+        }
+    }
+    traced.setFillRule(path.look.evenOdd ? Qt::OddEvenFill : Qt::WindingFill);
+    return traced;
+}
+
+QPen penOf(const Picture::Look& look, const QColor& ink) {
+    QPen pen(ink, look.thick, Qt::SolidLine, look.roundEnds ? Qt::RoundCap : Qt::FlatCap,
+             Qt::RoundJoin);
+    if (look.dash > 0 && look.thick > 0) {
+        pen.setDashPattern({look.dash / look.thick, look.gap / look.thick});
+    }
+    return pen;
+}
+
+void paintPaths(QImage& image, const Picture& picture, double scale) {
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    for (const Picture::Path& path : picture.paths) {
+        const auto& [red, green, blue, alpha] = path.look.colour;
+        const QColor ink(red, green, blue, alpha);
+        if (path.look.filled) {
+            painter.fillPath(pathOf(path), ink);
+        } else {
+            painter.strokePath(pathOf(path), penOf(path.look, ink));
+        }
+    }
+}
+
 }  // namespace
 
 void PagePainter::paint(QPainter& painter, const Page& page, double scale) {
@@ -42,6 +93,9 @@ void PagePainter::paint(QPainter& painter, const Page& page, double scale) {
     painter.setRenderHint(QPainter::Antialiasing);
     for (const Shape& shape : page.shapes) {
         paintShape(painter, shape, scale);
+    }
+    for (const PlacedPicture& placed : page.pictures) {
+        paintPicture(painter, placed, scale);
     }
     const QRectF seen = painter.clipBoundingRect();
     for (const Box& box : page.boxes) {
@@ -72,6 +126,28 @@ void PagePainter::paintShape(QPainter& painter, const Shape& shape, double scale
             return shape.filled ? painter.drawPolygon(polygonOf(shape, scale))
                                 : painter.drawPolyline(polygonOf(shape, scale));
     }
+}
+
+/// Thousands of lines: while a page is moved about they are painted once.
+void PagePainter::paintPicture(QPainter& painter, const PlacedPicture& placed, double scale) {
+    constexpr std::size_t MostKept = 6;
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QSize pixels = (QSizeF(placed.picture->width, placed.picture->height) * scale * ratio)
+                             .expandedTo({1, 1})
+                             .toSize();
+    auto known = std::ranges::find_if(pictures_, [&](const Painted& painted) {
+        return painted.picture == placed.picture && painted.image.size() == pixels;
+    });
+    if (known == pictures_.end()) {
+        QImage image(pixels, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        image.setDevicePixelRatio(ratio);
+        paintPaths(image, *placed.picture, scale);
+        pictures_.push_front({placed.picture, std::move(image)});
+        pictures_.resize(std::min(pictures_.size(), MostKept));
+        known = pictures_.begin();
+    }
+    painter.drawImage(QPointF(placed.x, placed.y) * scale, known->image);
 }
 
 void PagePainter::paintBox(QPainter& painter, const Page& page, const Box& box, double scale) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QImage>
 #include <QRawFont>
+#include <deque>
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "reports/page/page.h"
@@ -22,11 +25,19 @@ public:
 
 private:
     void paintShape(QPainter& painter, const Shape& shape, double scale) const;
+    void paintPicture(QPainter& painter, const PlacedPicture& placed, double scale);
     void paintBox(QPainter& painter, const Page& page, const Box& box, double scale);
     /// A file that the toolkit cannot read gives a font that draws nothing.
     [[nodiscard]] const QRawFont& fontOf(const FontFile& file, double pixels);
 
+    /// A picture as it was painted last.
+    struct Painted {
+        std::shared_ptr<const Picture> picture;
+        QImage image;
+    };
+
     std::map<std::pair<const FontFile*, int>, QRawFont> fonts_;  ///< by 64ths of a pixel
+    std::deque<Painted> pictures_;
 };
 
 }  // namespace reports

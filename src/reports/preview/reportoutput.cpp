@@ -10,6 +10,8 @@
 
 #include <fmt/format.h>
 
+#include "map/sheet/sheetmaps.h"
+#include "map/small/streetplaces.h"
 #include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/controls/qtext.h"
@@ -32,6 +34,8 @@ constexpr auto NoRunsTitle = "Nothing to Show";
 constexpr auto NoRuns =
     "Oops, no run is left for this report.  The runs were probably deleted or changed meanwhile, "
     "or none was changed since the date.  Please search again.";
+constexpr auto NoMapsTitle = "No Maps";
+constexpr auto NoMaps = "The sheets are made without maps: the streets are not open.  {}";
 constexpr auto NotExportedTitle = "Not Exported";
 constexpr auto NotExported =
     "Oops, the file {} could not be written: {}.  Please choose another folder or name and try "
@@ -43,6 +47,19 @@ constexpr auto OfferFile = "{}  Do you want to save the pages as a PDF file inst
 constexpr auto PrinterRefused =
     "Oops, the printer {} did not take the report: {}.  Please look after the printer and try "
     "again, or save the report as a file.";
+
+struct OpenedStreets {
+    std::shared_ptr<const streets::DistrictStreets> streets = {};
+    std::string reason = {};
+};
+
+OpenedStreets openedStreets(const streets::StreetPlaces& places) {
+    try {
+        return {.streets = streets::openStreets(places)};
+    } catch (const std::exception& fault) {
+        return {.reason = fault.what()};
+    }
+}
 
 /// Runs what may hang in a thread of its own; nothing where the planner stops waiting for it.
 template <class Result>
@@ -106,10 +123,37 @@ KeepGoing keepGoing(forms::Form::Operation& operation) {
 ReportOutput::ReportOutput(forms::Form& form, forms::OperationPanel panel, SavedFileBar* saved)
     : form_(form), panel_(std::move(panel)), saved_(saved) {}
 
+/// What draws the maps of a report; nothing where it has none, or where the streets cannot be
+/// opened, which is told.
+MapsOfRuns ReportOutput::mapsFor(const Request& request) const {
+    const Report* report = reportNamed(request.report);
+    if (report == nullptr || !report->mayMap || !request.options.maps ||
+        !streets::saysStreets(startup::gIniFile)) {
+        return nullptr;
+    }
+    std::optional<OpenedStreets> opened;
+    {
+        forms::Form::Operation operation(form_, panel_);
+        operation.status("Opening the streets…");
+        opened = waitFor<OpenedStreets>(
+            operation, [places = map::streetsOfSession()] { return openedStreets(places); });
+    }
+    panel_.clear();
+    if (!opened || opened->streets == nullptr) {
+        base::MsgBox(fmt::format(NoMaps, opened ? opened->reason : "You stopped opening them."),
+                     NoMapsTitle, base::MsgIcon::Information);
+        return nullptr;
+    }
+    return [streets = opened->streets](const std::string& run) {
+        return map::sheetMapOf(*startup::gcnRouting, streets, run);
+    };
+}
+
 std::shared_ptr<Prepared> ReportOutput::prepare(const Request& request) const {
     if (saved_ != nullptr) {
         saved_->clear();
     }
+    MapsOfRuns maps = mapsFor(request);
     std::shared_ptr<Prepared> prepared;
     {
         forms::Form::Operation operation(form_, panel_);
@@ -118,7 +162,8 @@ std::shared_ptr<Prepared> ReportOutput::prepare(const Request& request) const {
         prepared = reports::prepare({.routing = *startup::gcnRouting,
                                      .work = *startup::gcnVIREORpt,
                                      .user = startup::gCommandLine,
-                                     .now = base::Now()},
+                                     .now = base::Now(),
+                                     .maps = std::move(maps)},
                                     request, keepGoing(operation));
     }
     panel_.clear();

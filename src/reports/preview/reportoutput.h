@@ -35,6 +35,7 @@ public:
     void print(Prepared& prepared, const Request& request, int copies, int pages) const;
 
 private:
+    [[nodiscard]] MapsOfRuns mapsFor(const Request& request) const;
     /// False where it was stopped or failed, which is told.
     [[nodiscard]] bool write(Prepared& prepared, Format format, const std::string& path) const;
     void save(Prepared& prepared, Format format, const QString& path) const;

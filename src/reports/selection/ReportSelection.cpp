@@ -14,6 +14,8 @@
 #include "reports/selection/choices.h"
 #include "reports/selection/reportpictures.h"
 #include "startup/base/mdlSecurity_Routines.h"
+#include "startup/base/session.h"
+#include "streets/district/districtstreets.h"
 
 #include "ui_ReportSelection.h"
 
@@ -114,8 +116,8 @@ void ReportSelection::wireOptions() {
          {ui_->Paper, ui_->Orientation, ui_->PageBreaks, ui_->Sort1, ui_->Sort2, ui_->Sort3}) {
         on(box, &QComboBox::currentIndexChanged, "Options_Change", changed);
     }
-    for (QCheckBox* box : {ui_->StudentNames, ui_->OnlyChanged, ui_->Descending1, ui_->Descending2,
-                           ui_->Descending3}) {
+    for (QCheckBox* box : {ui_->StudentNames, ui_->Maps, ui_->OnlyChanged, ui_->Descending1,
+                           ui_->Descending2, ui_->Descending3}) {
         on(box, &QCheckBox::toggled, "Options_Change", changed);
     }
     on(ui_->ChangedSince, &QLineEdit::textChanged, "Options_Change", changed);
@@ -210,6 +212,8 @@ void ReportSelection::showOptions() {
     ui_->Orientation->setEnabled(report().form != reports::Form::Sheet);
     ui_->StudentNames->setChecked(known.options.names);
     ui_->StudentNames->setEnabled(report().mayName);
+    ui_->Maps->setEnabled(report().mayMap && streets::saysStreets(startup::gIniFile));
+    ui_->Maps->setChecked(known.options.maps && ui_->Maps->isEnabled());
     ui_->ChangedSince->setText(known.changedSince);
     ui_->ChangedSince->setEnabled(ui_->OnlyChanged->isChecked());
     fillSorts(known);
@@ -241,6 +245,9 @@ Choices ReportSelection::choices() const {
     const auto breaks = static_cast<std::size_t>(std::max(ui_->PageBreaks->currentIndex(), 0));
     chosen.options.breaks = report().breaks.at(breaks);
     chosen.options.names = report().mayName && ui_->StudentNames->isChecked();
+    // Where there are no streets nobody has decided anew.
+    chosen.options.maps =
+        ui_->Maps->isEnabled() ? ui_->Maps->isChecked() : recallChoices(report(), {}).options.maps;
     chosen.changedSince = ui_->ChangedSince->text();
     for (const auto& [box, descending] : sortBoxes_) {
         if (box->currentIndex() > 0) {

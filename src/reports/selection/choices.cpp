@@ -64,6 +64,7 @@ Choices recallChoices(const Report& report, const std::vector<SortField>& sort) 
         recalled("A4", usualPaper() == Paper::A4).toBool() ? Paper::A4 : Paper::Letter;
     choices.options.landscape = recalled("Landscape", report.landscape).toBool();
     choices.options.names = report.mayName && recalled("Names", false).toBool();
+    choices.options.maps = report.mayMap && recalled("Maps", true).toBool();
     const auto breaks =
         static_cast<PageBreak>(recalled("Break", static_cast<int>(report.breaks.front())).toInt());
     choices.options.breaks =
@@ -79,6 +80,7 @@ void rememberChoices(const Report& report, const Choices& choices) {
     memory.remember(keyOf(report, "A4"), options.paper == Paper::A4);
     memory.remember(keyOf(report, "Landscape"), options.landscape);
     memory.remember(keyOf(report, "Names"), options.names);
+    memory.remember(keyOf(report, "Maps"), options.maps);
     memory.remember(keyOf(report, "Break"), static_cast<int>(options.breaks));
     memory.remember(keyOf(report, "Sort"), textsOf(choices.sort));
     memory.remember(keyOf(report, "ChangedSince"), choices.changedSince);

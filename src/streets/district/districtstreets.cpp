@@ -24,6 +24,7 @@ namespace streets {
 namespace {
 
 constexpr const char* Section = "District";
+constexpr const char* StreetsKey = "Streets";
 constexpr std::string_view GridWord = "grid";
 constexpr double FeetPerSecondPerMile = 5280.0 / 3600;
 
@@ -67,6 +68,10 @@ void requireCentre(const std::string& path, const StreetMap& map, std::string_vi
         }
         kept.remove_prefix(std::min(end + 1, kept.size()));
     }
+}
+
+std::string settingsIn(const std::string& path) {
+    return files::exists(path) ? ini::decoded(files::read(path)) : "";
 }
 
 struct ClosedPieces {
@@ -162,10 +167,17 @@ std::shared_ptr<const DistrictStreets> DistrictStreets::with(const Detour& detou
                                                    remarks_);
 }
 
+bool saysStreets(const std::string& settings) {
+    try {
+        return !ini::valueIn(settingsIn(settings), Section, StreetsKey, "").empty();
+    } catch (const base::RunTimeError&) {
+        return false;  // who opens the streets is told
+    }
+}
+
 std::shared_ptr<const DistrictStreets> openStreets(const StreetPlaces& places) {
-    const std::string settings =
-        files::exists(places.settings) ? ini::decoded(files::read(places.settings)) : "";
-    const auto setting = streetSettingIn(ini::valueIn(settings, Section, "Streets", ""));
+    const std::string settings = settingsIn(places.settings);
+    const auto setting = streetSettingIn(ini::valueIn(settings, Section, StreetsKey, ""));
     if (const auto* const grid = std::get_if<Grid>(&setting)) {
         return std::make_shared<const DistrictStreets>(gridNetwork(*grid), *grid);
     }

@@ -33,6 +33,10 @@ struct StreetPlaces {
     std::string closed = {};  ///< the list of closed streets (see closedstreets.h); may be empty
 };
 
+/// Whether the settings can be read and say what the district drives on; without that it is a grid
+/// that nobody may have.
+[[nodiscard]] bool saysStreets(const std::string& settings);
+
 /// What one run is solved with, beside what holds for its district.
 struct Detour {
     std::vector<std::uint32_t> avoided = {};  ///< pieces that its bus keeps off

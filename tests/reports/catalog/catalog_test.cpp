@@ -79,6 +79,7 @@ struct Told {
                            cellText(CellKind::Decimal, way.miles));
     }
     std::string operator()(const SheetRemark& remark) const { return piecesOf(remark.pieces); }
+    std::string operator()(const SheetMap& /*map*/) const { return "map"; }
 };
 
 Lines told(Content& content) {

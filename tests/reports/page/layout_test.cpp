@@ -282,5 +282,51 @@ TEST(Sheets, CountTheirPagesEachForItselfAndRepeatTheRun) {
     }
 }
 
+/// Those of all pages, whichever they stand on.
+std::vector<std::string> cellsOf(const std::vector<Page>& pages) {
+    std::vector<std::string> cells;
+    for (const Page& page : pages) {
+        const auto more = textsOf(page, Role::Cell);
+        cells.insert(cells.end(), more.begin(), more.end());
+    }
+    return cells;
+}
+
+struct Square : Drawable {
+    [[nodiscard]] Picture drawn(float width, float height) const override {
+        return {.width = width, .height = height};
+    }
+    [[nodiscard]] std::string told() const override { return "A square"; }
+    [[nodiscard]] std::string attribution() const override { return "© Somebody"; }
+};
+
+TEST(Sheets, HaveTheirMapBehindTheLastLineWhereThereIsRoomForIt) {
+    for (int stops = 0; stops <= 150; stops += 3) {
+        Invented content(Form::Sheet);
+        content.items.emplace_back(SheetHead{"107", "School", "", "Bus 7", "", {}});
+        for (int number = 1; number <= stops; ++number) {
+            content.items.emplace_back(SheetStop{.number = number, .place = "Stop"});
+        }
+        content.items.emplace_back(SheetRemark{{{"The end"}}});
+        const auto without = layOut(content).pages;
+        content.rewind();
+        content.items.emplace_back(SheetMap{[] { return std::make_shared<Square>(); }});
+        const auto pages = layOut(content).pages;
+        ASSERT_LE(pages.size(), without.size() + 1) << stops;
+        EXPECT_EQ(cellsOf(pages), cellsOf(without));
+        const Page& last = pages.back();
+        ASSERT_EQ(last.pictures.size(), 1U);
+        const auto& [x, y, picture] = last.pictures.front();
+        EXPECT_GE(picture->height, 150);
+        float credit = 0;
+        for (const Box& box : last.boxes) {
+            EXPECT_TRUE(box.role != Role::Cell || box.baseline < y || box.x > x + picture->width);
+            credit = last.textOf(box) == "© Somebody" ? box.baseline : credit;
+        }
+        EXPECT_GT(credit, y + picture->height);
+        EXPECT_LT(credit, 792 - 36);
+    }
+}
+
 }  // namespace
 }  // namespace reports

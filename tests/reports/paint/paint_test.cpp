@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 
@@ -27,6 +28,18 @@ std::string outputOf(const std::string& command) {
         output.append(part.data(), count);
     }
     return output;
+}
+
+/// Of a page of dots, uncompressed.
+constexpr std::size_t PageBytes = std::size_t{(1700 + 7) / 8} * 2200;
+
+/// The bits that are set.
+double dark(std::string_view bytes) {
+    long count = 0;
+    for (const char byte : bytes) {
+        count += __builtin_popcount(static_cast<unsigned char>(byte));
+    }
+    return static_cast<double>(count);
 }
 
 int countOf(const std::string& text, const std::string& word) {
@@ -107,18 +120,42 @@ TEST_F(Painting, AFaxHasEachPageInDots) {
              " && tiffcp -c none list.tiff,0 one.tiff && tiff2bw one.tiff bw.tiff");
     const std::string drawn = support::contentsOf(path("pdf.pbm"));
     const std::string dots = support::contentsOf(path("one.tiff"));
-    const auto dark = [](std::string_view bytes) {
-        long count = 0;
-        for (const char byte : bytes) {
-            count += __builtin_popcount(static_cast<unsigned char>(byte));
-        }
-        return static_cast<double>(count);
+    ASSERT_GT(drawn.size(), PageBytes);
+    ASSERT_GT(dots.size(), PageBytes);
+    const double wanted = dark(std::string_view(drawn).substr(drawn.size() - PageBytes));
+    EXPECT_NEAR(dark(std::string_view(dots).substr(8, PageBytes)), wanted, wanted / 4);
+}
+
+TEST_F(Painting, APictureIsSeenInItsColoursAndNotBeyondItsEdges) {
+    using Step = Picture::Step;
+    const auto square = [](float side) {
+        return std::vector<float>{0, 0, side, 0, side, side, 0, side};
     };
-    constexpr std::size_t Bytes = std::size_t{(1700 + 7) / 8} * 2200;
-    ASSERT_GT(drawn.size(), Bytes);
-    ASSERT_GT(dots.size(), Bytes);
-    const double wanted = dark(std::string_view(drawn).substr(drawn.size() - Bytes));
-    EXPECT_NEAR(dark(std::string_view(dots).substr(8, Bytes)), wanted, wanted / 4);
+    const std::vector steps{Step::Move, Step::Line, Step::Line, Step::Line, Step::Close};
+    const auto picture = std::make_shared<Picture>(Picture{
+        .width = 100,
+        .height = 100,
+        .paths = {
+            {{.colour = {31, 111, 209}}, steps, square(500)},
+            {{.filled = false, .colour = {255, 255, 255}, .thick = 40}, steps, square(100)}}});
+    Pages pages;
+    pages.pages.emplace_back().pictures.push_back({100, 100, picture});
+    ASSERT_TRUE(paintPdf(pages, path("map.pdf")));
+    ASSERT_TRUE(paintTiff(pages, path("map.tiff")));
+    outputOf("cd " + folder_.path() +
+             " && pdftoppm -r 72 -singlefile map.pdf map && tiffcp -c none map.tiff one.tiff");
+    const std::string drawn = support::contentsOf(path("map.ppm"));
+    const auto at = [&](std::size_t x, std::size_t y) {
+        return drawn.substr(drawn.size() - (792 - y) * 612 * 3 + x * 3, 3);
+    };
+    EXPECT_EQ(at(150, 150), "\x1f\x6f\xd1");
+    for (const auto& [x, y] : {std::pair(110, 150), {190, 150}, {210, 150}, {150, 90}}) {
+        EXPECT_EQ(at(static_cast<std::size_t>(x), static_cast<std::size_t>(y)), "\xff\xff\xff");
+    }
+    // On a fax the blue is black: 60 points of 200 dots to the inch each way.
+    const std::string dots = support::contentsOf(path("one.tiff"));
+    EXPECT_NEAR(dark(std::string_view(dots).substr(8, PageBytes)), std::pow(60 * 200 / 72.0, 2),
+                700);
 }
 
 TEST_F(Painting, WhatIsStoppedOrFailsLeavesNoFile) {

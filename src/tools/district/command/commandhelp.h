@@ -179,6 +179,8 @@ inline constexpr std::string_view ReportHelp = R"(make a file of a report, witho
 --format FORMAT             PDF, RTF, HTML, Excel, text, TIFF or CSV; otherwise by the file's name
 --output FILE               otherwise "VIREOReport" in the district's folder of reports
 --names                     with the students' names, where a report may show them
+--without-maps              no small map of each run on drivers' sheets, where the district has
+                            streets
 --changed-since DATE        only runs that were changed after it
 --break run|route|school    where a new page begins
 --sort FIELD                of a run, as STARTTIME or "BELLTIME DESC"; may be given more than once

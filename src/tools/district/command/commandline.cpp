@@ -399,6 +399,7 @@ bool report(const Call& call) {
                           .changedSince = text("changed-since"),
                           .user = text("user"),
                           .names = call.options.isSet("names"),
+                          .withoutMaps = call.options.isSet("without-maps"),
                           .result = call.result};
     options.orientation = call.options.isSet("landscape")  ? "landscape"
                           : call.options.isSet("portrait") ? "portrait"
@@ -540,7 +541,8 @@ const std::vector<Command>& commands() {
           {"sort", "", "FIELD"},
           {"changed-since", "", "DATE"},
           {"user", "", "NAME"},
-          {"names", ""}}},
+          {"names", ""},
+          {"without-maps", ""}}},
         {"streets",
          "FOLDER EXTRACT... [--addresses FILE] [--centre LAT,LON] [--around MILES]",
          {2, MostExtracts},

@@ -1,6 +1,11 @@
 #include "tools/district/command/reportcommand.h"
 
+#include <QGuiApplication>
+#include <QLoggingCategory>
 #include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
 #include <ostream>
 #include <set>
 
@@ -9,8 +14,10 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "map/sheet/sheetmaps.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
+#include "platform/base/error.h"
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "reports/catalog/preparation.h"
@@ -153,6 +160,7 @@ reports::Options optionsOf(const Report& report, const ReportOptions& given) {
         throw Misuse{fmt::format("The report {} has no names to show.", report.id)};
     }
     options.names = given.names;
+    options.maps = report.mayMap && !given.withoutMaps;
     return options;
 }
 
@@ -225,6 +233,57 @@ struct Opened {
     ado::Connection work;
 };
 
+bool hasPictures(reports::Format format) {
+    using reports::Format;
+    return format == Format::Pdf || format == Format::Html || format == Format::Tiff;
+}
+
+/// What draws the maps of drivers' sheets, without a display.
+class Maps {
+public:
+    Maps(const Folders& folders, ado::Connection& routing);
+    [[nodiscard]] std::shared_ptr<const reports::Drawable> of(const std::string& run) const {
+        return map::sheetMapOf(routing_, streets_, run);
+    }
+
+private:
+    ado::Connection& routing_;
+    std::shared_ptr<const streets::DistrictStreets> streets_;
+    int words_ = 1;
+    std::string name_ = "vireo-district";
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    std::unique_ptr<QGuiApplication> letters_;  ///< finds the fonts
+};
+
+Maps::Maps(const Folders& folders, ado::Connection& routing) : routing_(routing) {
+    ado::Recordset district;
+    district.Open("SELECT DISTRICT.GIS_CLOSEDSTREETFILENAME FROM DISTRICT", routing);
+    streets_ = streets::openStreets(
+        {.settings = folders.settings().string(),
+         .folder = folders.files().string(),
+         .closed =
+             district.Eof() ? "" : std::string(district["GIS_CLOSEDSTREETFILENAME"].textView())});
+    if (QCoreApplication::instance() == nullptr) {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        // A job at night has no session, which the toolkit would complain about.
+        QLoggingCategory::setFilterRules("default.warning=false");
+        letters_ = std::make_unique<QGuiApplication>(words_, arguments_.data());
+    }
+}
+
+/// Null, with a complaint, where the streets cannot be opened.
+std::shared_ptr<const Maps> mapsFor(const ReportOptions& options, ado::Connection& routing,
+                                    std::ostream& complaints) {
+    try {
+        return streets::saysStreets(options.folders.settings().string())
+                   ? std::make_shared<const Maps>(options.folders, routing)
+                   : nullptr;
+    } catch (const base::RunTimeError& fault) {
+        complaints << fmt::format("The sheets are made without maps. {}\n", fault.description());
+        return nullptr;
+    }
+}
+
 /// Shows on a terminal how far a piece of the work is; Ctrl+C ends it.
 reports::KeepGoing told(Progress& progress, const std::string& what) {
     constexpr std::int64_t Steps = 1000;
@@ -269,10 +328,18 @@ bool runReport(const ReportOptions& options, std::ostream& out, std::ostream& co
         return false;
     }
     const std::string name = fmt::format("{}{}", StandardName, reports::extensionOf(format));
+    const auto maps = request.options.maps && hasPictures(format)
+                          ? mapsFor(options, files.routing, complaints)
+                          : nullptr;
+    reports::MapsOfRuns mapOf;
+    if (maps) {
+        mapOf = [maps](const std::string& run) { return maps->of(run); };
+    }
     make({.routing = files.routing,
           .work = files.work,
           .user = options.user.empty() ? accountName() : options.user,
-          .now = base::Now()},
+          .now = base::Now(),
+          .maps = mapOf},
          request, format,
          options.output.empty() ? (options.folders.reports() / name).string() : options.output, out,
          options.result);

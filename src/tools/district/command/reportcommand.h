@@ -25,6 +25,7 @@ struct ReportOptions {
     std::vector<std::string> sort = {};  ///< fields, each with "DESC" behind it or not
     std::string user = {};               ///< as it is printed; otherwise who uses the computer
     bool names = false;
+    bool withoutMaps = false;
     Result result = nullptr;
 };
 

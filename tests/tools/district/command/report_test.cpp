@@ -141,6 +141,13 @@ TEST_F(ReportCommand, TakesWhatItIsAsked) {
     EXPECT_THAT(text, HasSubstr("by ANN\n"));
     EXPECT_LT(text.find("\n105-1 "), text.find("\n107-1 "));
 
+    // The sample district says that its streets are a grid.
+    const std::string page = folder_.path() + "sheet.html";
+    for (const auto& [option, maps] : {std::pair("--names", true), {"--without-maps", false}}) {
+        run({"driver-instructions", "--runs", "107-1", "--output", page, option});
+        EXPECT_EQ(support::contentsOf(page).find("Map of Run 107-1") != std::string::npos, maps);
+    }
+
     const std::string list = folder_.path() + "list";
     run({"run-list-short", "--runs", "RUN.RUN LIKE '10[3-7]-1'", "--output", list, "--format",
          "csv", "--sort", "STARTTIME DESC"});
