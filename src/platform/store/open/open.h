@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/store/base/database.h"
+#include "platform/store/base/watch.h"
 
 namespace store {
 
@@ -23,6 +24,16 @@ std::unique_ptr<Database> createFile(const std::string& path);
 /// Removes a file that nobody has open with everything in it, or its place on a server. Raises
 /// StoreError.
 void removeFile(const std::string& path);
+
+/// From now on whoever watches the database is told of the rows of this table that are written, by
+/// their value in a column of codes. A file needs nothing for that.
+void announce(Database& database, const Table& table, const std::string& column);
+
+/// A watch on an open database, which outlives it. What is written over connections of this program
+/// is not told on a server, and over the given one not in a file. `who` is what others call this
+/// program.
+std::unique_ptr<Watch> watch(const std::string& path, const Database& database,
+                             const std::string& who);
 
 /// The engine that keeps what is in a folder: "SQLite 3.40.1", "PostgreSQL on a server".
 [[nodiscard]] std::string engineName(const std::string& folder);

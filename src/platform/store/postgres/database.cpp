@@ -322,6 +322,10 @@ std::vector<std::string> PostgresDatabase::complete(const Table& table) {
     return added;
 }
 
+void PostgresDatabase::announce(const Table& table, const std::string& column) {
+    link_.script(fmt::format("{}", fmt::join(announceStatements(table, column), ";")));
+}
+
 void PostgresDatabase::copyTo(const std::string& path, const CopyProgress&) {
     throw StoreError(Fault::Statement,
                      fmt::format("\"{}\" is on a server and cannot be copied as a file to \"{}\": "
@@ -336,6 +340,10 @@ std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs) {
 std::unique_ptr<Database> openAlone(const std::string& path) {
     constexpr int DoNotWait = 0;
     return std::make_unique<PostgresDatabase>(path, DoNotWait, Link::Sharing::Alone);
+}
+
+void announce(Database& database, const Table& table, const std::string& column) {
+    dynamic_cast<PostgresDatabase&>(database).announce(table, column);
 }
 
 std::unique_ptr<Database> createDatabase(const std::string& path) {

@@ -58,6 +58,7 @@ public:
     void create(const Table& table) override;
     void createIndexes(const Table& table) override;
     std::vector<std::string> complete(const Table& table) override;
+    void announce(const Table& table, const std::string& column);
     void copyTo(const std::string& path, const CopyProgress& progress) override;
 
 private:

@@ -125,6 +125,27 @@ std::string moveCounterStatement(const Table& table) {
         quoted(table.name), name, quoted(name), quoted(table.name), quoted(name));
 }
 
+std::vector<std::string> announceStatements(const Table& table, const std::string& column) {
+    constexpr std::string_view Function = R"sql(
+CREATE OR REPLACE FUNCTION {0}() RETURNS trigger LANGUAGE plpgsql AS $$
+DECLARE
+  place text := TG_TABLE_SCHEMA || E'\x1f' || TG_TABLE_NAME || E'\x1f';
+BEGIN
+  IF TG_OP <> 'INSERT' THEN
+    PERFORM pg_notify('vireo', place || coalesce(left(OLD.{1}, 1000), ''));
+  END IF;
+  IF TG_OP = 'INSERT' OR TG_OP = 'UPDATE' AND NEW.{1} IS DISTINCT FROM OLD.{1} THEN
+    PERFORM pg_notify('vireo', place || coalesce(left(NEW.{1}, 1000), ''));
+  END IF;
+  RETURN NULL;
+END $$)sql";
+    const std::string name = quoted("tell " + table.name);
+    return {fmt::format(Function, name, quoted(column)),
+            fmt::format("CREATE OR REPLACE TRIGGER tell AFTER INSERT OR UPDATE OR DELETE ON {} FOR"
+                        " EACH ROW EXECUTE FUNCTION {}()",
+                        quoted(table.name), name)};
+}
+
 ColumnKind kindOfType(std::string_view type) {
     static constexpr std::array<std::pair<std::string_view, ColumnKind>, 14> Types{{
         {"code", ColumnKind::Code},

@@ -31,6 +31,11 @@ inline constexpr std::string_view RowNumber = "rowid";
 /// for a table without a counter.
 [[nodiscard]] std::string moveCounterStatement(const Table& table);
 
+/// The statements that have each row of a table that is written told on the channel of the watches,
+/// see store::announce.
+[[nodiscard]] std::vector<std::string> announceStatements(const Table& table,
+                                                          const std::string& column);
+
 /// What the server's name of a type stands for.
 [[nodiscard]] ColumnKind kindOfType(std::string_view type);
 

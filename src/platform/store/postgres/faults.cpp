@@ -104,7 +104,8 @@ void raiseArithmetic(const std::string& state) {
                      fmt::format("\"{}\" may only be read: {}.", source.path, detail));
 }
 
-/// What stands in the words of a connection that failed, which have no number.
+/// What stands in the words of a connection that failed, which have no number. The first one that
+/// fits counts: names of users and databases stand in most of them.
 struct Sign {
     std::string_view text;
     std::string_view meaning;
@@ -112,20 +113,30 @@ struct Sign {
 constexpr std::array Signs{
     Sign{"password authentication failed", "the password was not right"},
     Sign{"no password supplied", "there is no password for it on this account"},
+    Sign{"rejects connection", "it lets this user not in from here"},
+    Sign{"does not support SSL", "it does not encrypt, which this desktop insists on"},
     Sign{"certificate", "the server's certificate cannot be trusted"},
     Sign{"too many clients", "it has as many connections as it allows"},
+    Sign{"too many connections", "it has as many connections as it allows"},
     Sign{"remaining connection slots", "it has as many connections as it allows"},
-    Sign{"starting up", "it is just starting"},
     Sign{"shutting down", "it is just being stopped"},
     Sign{"no pg_hba.conf entry", "it lets nobody in from here in that way"},
+    Sign{"database system is", "it is just starting"},
+    Sign{"session is read-only", "only a copy of it answers, which may only be read"},
+    Sign{"not currently accepting connections", "its district is closed for now"},
+    Sign{"not permitted to log in", "it lets this user not in"},
     Sign{"permission denied", "it lets this user not in"},
-    Sign{"role", "it does not know this user"},
-    Sign{"database", "it has no such database"},
     Sign{"could not translate host name", "no machine of that name is known"},
-    Sign{"service", "there is no such entry in the service file"},
     Sign{"timeout expired", "it did not answer in time"},
+    Sign{"timed out", "it did not answer in time"},
     Sign{"Connection refused", "no server answers there"},
     Sign{"No such file", "no server answers there"},
+    Sign{"closed the connection", "it was stopped at that moment"},
+    Sign{"No route to host", "its network cannot be reached"},
+    Sign{"Network is unreachable", "its network cannot be reached"},
+    Sign{"definition of service", "there is no such entry in the service file"},
+    Sign{"role", "it does not know this user"},
+    Sign{"database", "it has no such database"},
 };
 
 }  // namespace
@@ -170,6 +181,15 @@ void raiseFault(const Source& source, const PGresult* answer) {
     }
     if (state.starts_with("23") || state == "22001") {
         raiseConstraint(source, answer);
+    }
+    if (state == "57014") {
+        throw StoreError(Fault::GivenUp,
+                         fmt::format("The server broke off what it did for \"{}\": {}. Nothing was "
+                                     "changed by that.",
+                                     source.path, text));
+    }
+    if (state == "XX001" || state == "XX002") {
+        throw StoreError(Fault::Damaged, fmt::format("\"{}\" is damaged: {}.", source.path, text));
     }
     const bool isStatement = state.starts_with("42") || state.starts_with("22");
     throw StoreError(isStatement ? Fault::Statement : Fault::Other,

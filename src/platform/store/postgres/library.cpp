@@ -34,6 +34,9 @@ Library load() {
     find(from, "PQerrorMessage", l.errorMessage);
     find(from, "PQsocket", l.socket);
     find(from, "PQsslInUse", l.sslInUse);
+    find(from, "PQbackendPID", l.backendPid);
+    find(from, "PQnotifies", l.notifies);
+    find(from, "PQfreemem", l.freeMemory);
     find(from, "PQsendQuery", l.sendQuery);
     find(from, "PQsendQueryParams", l.sendQueryParams);
     find(from, "PQsendPrepare", l.sendPrepare);

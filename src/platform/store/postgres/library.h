@@ -15,6 +15,9 @@ struct Library {
     decltype(&PQerrorMessage) errorMessage;
     decltype(&PQsocket) socket;
     decltype(&PQsslInUse) sslInUse;
+    decltype(&PQbackendPID) backendPid;
+    decltype(&PQnotifies) notifies;
+    decltype(&PQfreemem) freeMemory;
     decltype(&PQsendQuery) sendQuery;
     decltype(&PQsendQueryParams) sendQueryParams;
     decltype(&PQsendPrepare) sendPrepare;

@@ -38,8 +38,6 @@ constexpr std::string_view Setup =
     " 5; SET tcp_keepalives_count = 3; SET tcp_user_timeout = 20000;"
     " SET client_connection_check_interval = 5000; ";
 
-void keepQuiet(void*, const char*) {}
-
 /// The place of the first answer that tells of a fault; behind the last without one.
 std::size_t firstFault(const std::vector<Result>& answers) {
     const auto failed = std::ranges::find_if(answers, isFault, &Result::get);
@@ -68,17 +66,12 @@ Link::Link(const std::string& path, int lockTimeoutMs, Sharing sharing)
 Link::~Link() = default;
 
 void Link::connect() {
-    constexpr std::array<const char*, 8> Keys{
-        "application_name", "connect_timeout",  "keepalives_idle", "keepalives_interval",
-        "keepalives_count", "tcp_user_timeout", "client_encoding", "dbname"};
-    const std::array<const char*, 8> values{"vireo", "5",     "10",   "5",
-                                            "3",     "20000", "UTF8", place_.connection.c_str()};
     startAsking();
     isGivenUp_ = false;
     {
         isWaiting_ = true;
         const Ended ended{isWaiting_};
-        connection_ = connected(Keys, values);
+        connection_ = connected(place_.connection);
     }
     if (connection_ == nullptr) {
         raiseGivenUp(source_, NothingChanged);
@@ -87,12 +80,12 @@ void Link::connect() {
         raiseUnreachable(source_, connection_.get());
     }
     isUp_ = true;
+    own_.emplace(connection_.get());
     ++prepared_.generation;
     prepared_.released.clear();
     applied_.clear();
     isConnecting_ = true;
     const Ended ended{isConnecting_};
-    library().setNoticeProcessor(connection_.get(), keepQuiet, nullptr);
     try {
         script(std::string(Setup));
         applySettings();
@@ -164,6 +157,7 @@ void Link::require(const PGresult* answer) {
 void Link::lose() {
     inUnit_ = false;
     isUp_ = false;
+    own_.reset();
     if (isGivenUp_) {
         connection_.reset();
     }

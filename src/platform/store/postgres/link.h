@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "platform/store/base/database.h"
 #include "platform/store/base/location.h"
 #include "platform/store/postgres/faults.h"
+#include "platform/store/postgres/ownbackends.h"
 #include "platform/store/postgres/query.h"
 #include "platform/store/postgres/waiting.h"
 
@@ -106,6 +108,7 @@ private:
     Source source_;
     Sharing sharing_;
     Connection connection_;
+    std::optional<OwnBackend> own_;
     PreparedNames prepared_;
     std::vector<std::string> files_;
     std::vector<std::string> applied_;  ///< settings as the connection has them

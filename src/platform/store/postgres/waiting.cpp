@@ -5,9 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <poll.h>
 #include <unistd.h>
@@ -81,24 +79,7 @@ private:
     bool isMade_ = false;
 };
 
-/// What the library is told, kept for a thread that may outlive who asked.
-struct Options {
-    std::vector<std::string> keys;
-    std::vector<std::string> values;
-
-    [[nodiscard]] Connection connect() const {
-        std::vector<const char*> names;
-        std::vector<const char*> texts;
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            names.push_back(keys[i].c_str());
-            texts.push_back(values[i].c_str());
-        }
-        names.push_back(nullptr);
-        texts.push_back(nullptr);
-        constexpr int DbnameIsAddress = 1;
-        return Connection(library().connect(names.data(), texts.data(), DbnameIsAddress));
-    }
-};
+void keepQuiet(void*, const char*) {}
 
 struct FreeCancel {
     void operator()(PGcancel* cancel) const { library().freeCancel(cancel); }
@@ -106,16 +87,26 @@ struct FreeCancel {
 
 }  // namespace
 
-Connection connected(std::span<const char* const> keys, std::span<const char* const> values) {
-    Options options{{keys.begin(), keys.end()}, {values.begin(), values.end()}};
+Connection connectedAnyhow(const std::string& address) {
+    constexpr std::array<const char*, 9> Keys{
+        "application_name",    "connect_timeout",  "keepalives_idle",
+        "keepalives_interval", "keepalives_count", "tcp_user_timeout",
+        "client_encoding",     "dbname",           nullptr};
+    const std::array<const char*, 9> values{
+        "vireo", "5", "10", "5", "3", "20000", "UTF8", address.c_str(), nullptr};
+    constexpr int DbnameIsAddress = 1;
+    Connection made(library().connect(Keys.data(), values.data(), DbnameIsAddress));
+    library().setNoticeProcessor(made.get(), keepQuiet, nullptr);
+    return made;
+}
+
+Connection connected(const std::string& address) {
     if (!isThreadOfForms()) {
-        return options.connect();
+        return connectedAnyhow(address);
     }
     const auto making = std::make_shared<Making>();
     const auto begun = Clock::now();
-    std::thread([making, options = std::move(options)] {
-        making->made(options.connect());
-    }).detach();
+    std::thread([making, address] { making->made(connectedAnyhow(address)); }).detach();
     if (making->isMadeWithin(Unnoticed)) {
         return making->take();
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <span>
+#include <string>
 
 #include "platform/store/postgres/library.h"
 
@@ -14,10 +14,11 @@ using Connection = std::unique_ptr<PGconn, Finish>;
 // On the thread of the forms what is waited for is told after a second, and the user may give up.
 // Until then nothing else runs, so that nobody asks the server anything in between.
 
-/// Connects; null where the user gave up. Keys and values as the library takes them, without the
-/// null at their end. Where names of machines are looked up is part of the wait.
-[[nodiscard]] Connection connected(std::span<const char* const> keys,
-                                   std::span<const char* const> values);
+/// Connects to what an address says ("postgresql://office/vireo"); null where the user gave up.
+/// Looking up the names of machines is part of the wait.
+[[nodiscard]] Connection connected(const std::string& address);
+/// The same without any wait that could be given up, for other threads.
+[[nodiscard]] Connection connectedAnyhow(const std::string& address);
 
 /// Waits until the next answer can be taken without waiting; false once the user has given up.
 /// What the forms raise meanwhile passes.

@@ -6,12 +6,13 @@
 
 #include <fmt/format.h>
 
+#include "data/schema/announcing.h"
 #include "data/schema/version.h"
 #include "platform/files/installation.h"
 #include "platform/store/base/copying.h"
 #include "platform/store/base/location.h"
-#include "platform/store/open/standstill.h"
 #include "platform/store/open/open.h"
+#include "platform/store/open/standstill.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/make/companions.h"
@@ -88,6 +89,7 @@ std::int64_t fill(store::Database& from, store::Database& to, data::DatabaseFile
     for (const store::Table& table : tables) {
         to.createIndexes(table);
     }
+    data::announceRuns(to, file);
     to.commit();
     to.checkpoint();
     return rows;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "data/schema/announcing.h"
 #include "data/schema/version.h"
 #include "platform/store/open/open.h"
 
@@ -49,6 +50,7 @@ void TableFile::finish(Progress& progress) {
         database_->createIndexes(table);
         progress.step();
     }
+    data::announceRuns(*database_, file_);
     database_->commit();
     database_->checkpoint();
     database_.reset();

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "data/schema/announcing.h"
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/store/base/database.h"
@@ -144,6 +145,7 @@ std::vector<std::string> bringUp(store::Database& database, const data::FoundFil
             }
         }
     }
+    data::announceRuns(database, found.file);
     database.setMark(data::markOf(found.file));
     database.commit();
     return deeds;

@@ -1,6 +1,7 @@
 #include "platform/store/open/open.h"
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <tuple>
@@ -317,6 +318,35 @@ TEST_F(Link, ClosingALookAtAFileKeepsTheLocksOfItsOtherConnections) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
     trip->commit();
+}
+
+TEST_F(Open, AWatchHearsOfOthersWritesAndOfWhoHasTheSameRecordOpen) {
+    const std::string path = sampleFile();
+    const auto database = store::open(path);
+    const auto ann = store::watch(path, *database, "ANN");
+    const auto ben = store::watch(path, *database, "BEN");
+    database->execute("UPDATE STOPS SET SEQ = 1");
+    EXPECT_FALSE(ann->look().any);
+    PlainFile(path).run("UPDATE STOPS SET SEQ = 2");
+    EXPECT_TRUE(ann->look().any);
+    EXPECT_FALSE(ann->look().any);
+
+    ann->open("R1");
+    ben->open("R10");
+    EXPECT_THAT(ann->others(), testing::IsEmpty());
+    ben->open("R1");
+    EXPECT_THAT(ann->others(), testing::ElementsAre("BEN"));
+    const pid_t child = fork();
+    if (child == 0) {
+        store::watch(path, *database, "EVE").release()->open("R1");
+        kill(getpid(), SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_THAT(ann->others(), testing::ElementsAre("BEN")) << "no ghost";
+    ben->open("");
+    ann->open("");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() + "open"));
 }
 
 TEST_F(Open, ACheckpointReachesTheFileItselfAndDurabilityIsAsAsked) {

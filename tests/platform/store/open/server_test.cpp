@@ -1,7 +1,11 @@
 // The store on a database server: what a file does, and what only a server can do to a program.
 
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -198,6 +202,63 @@ TEST_F(Server, ConnectsAnewAfterTheConnectionWasLost) {
     EXPECT_EQ(cell("SELECT string_agg(\"RUN\", ',' ORDER BY \"ID\") FROM \"STOPS\""), "R1,R3");
 }
 
+TEST_F(Server, TellsWhatOthersHaveWrittenAndNothingOfItsOwn) {
+    store::announce(*database, *table, "RUN");
+    const auto watch = store::watch(path, *database, "");
+    std::vector<std::string> told;
+    const auto look = [&] {
+        store::Changes changes = watch->look();
+        for (const store::ToldRow& row : changes.rows) {
+            told.push_back(row.table + " " + row.value);
+        }
+        return changes;
+    };
+    const auto waitFor = [](const std::function<bool()>& isSo) {
+        bool isIt = isSo();
+        for (int i = 0; i < 1000 && !isIt; ++i, isIt = isSo()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{20});
+        }
+        EXPECT_TRUE(isIt);
+    };
+    const auto listeners = [&](const char* count) {
+        waitFor([&] {
+            return tell(
+                       "SELECT count(*) FROM pg_stat_activity WHERE query = 'LISTEN vireo' AND"
+                       " state = 'idle' AND datname = current_database()") == count;
+        });
+    };
+    const std::string stops = "\"routing.mdb\".\"STOPS\"";
+    listeners("1");
+    insert("R1", 1);
+    static_cast<void>(tell("BEGIN; DELETE FROM " + stops + "; ROLLBACK"));
+    static_cast<void>(tell("INSERT INTO " + stops +
+                           " (\"RUN\") SELECT 'X' FROM "
+                           "generate_series(1, 20)"));
+    static_cast<void>(tell("UPDATE " + stops + " SET \"RUN\" = 'R2' WHERE \"RUN\" = 'R1'"));
+    waitFor([&] { return look().areAllTold && told.size() >= 3; });
+    EXPECT_THAT(told, testing::ElementsAre("STOPS X", "STOPS R1", "STOPS R2"));
+    EXPECT_FALSE(look().any);
+
+    const auto ann = store::watch(path, *database, "ANN");
+    {
+        const auto ben = store::watch(path, *database, "BEN on DESK3");
+        ann->open("R1");
+        ben->open("R2");
+        ben->open("R1");
+        waitFor([&] { return ann->others() == std::vector<std::string>{"BEN on DESK3"}; });
+    }
+    waitFor([&] { return ann->others().empty(); });
+
+    cutConnections();
+    waitFor([&] {
+        const store::Changes changes = look();
+        return changes.any && !changes.areAllTold;
+    });
+    listeners("1");
+    static_cast<void>(tell("DELETE FROM " + stops + " WHERE \"RUN\" = 'X'"));
+    waitFor([&] { return look().areAllTold && told.size() == 4; });
+}
+
 /// A user who gives up as soon as a wait is told.
 class Impatience {
 public:
@@ -261,6 +322,72 @@ TEST_F(Server, ThatHangsIsWaitedForAsLongAsTheUserLikes) {
         HasSubstr("Nothing was changed"))
         << "a server that is only slow leaves off";
     EXPECT_EQ(backend(), same);
+}
+
+/// Each fault of a server in its own words, and the next action goes on once it is over.
+TEST_F(Server, TellsEachFaultInItsOwnWords) {
+    const std::string name = tell("SELECT current_database()");
+    const std::string access = tell("SHOW hba_file");
+    static_cast<void>(
+        tell("CREATE ROLE secret LOGIN PASSWORD 'x'; CREATE ROLE few LOGIN CONNECTION"
+             " LIMIT 0; CREATE ROLE nobody; CREATE ROLE guest LOGIN"));
+    static_cast<void>(
+        tell("COPY (SELECT unnest(ARRAY['local all secret scram-sha-256', 'local all"
+             " guest reject', 'local all all trust'])) TO '" +
+             access + "'; SELECT pg_reload_conf(), pg_sleep(0.3)"));
+    const auto as = [&](const std::string& user, const std::string& more = "") {
+        const auto at = path.find("vireo@");
+        return path.substr(0, at) + user + path.substr(at + 5) + more;
+    };
+    const struct {
+        std::string path;
+        const char* told;
+    } connecting[] = {
+        {as("secret"), "there is no password for it"},
+        {as("secret", "?passfile=" + access + ".pass"), "the password was not right"},
+        {as("few"), "as many connections as it allows"},
+        {as("nobody"), "lets this user not in"},
+        {as("guest"), "lets this user not in from here"},
+        {as("stranger"), "does not know this user"},
+        {path.substr(0, path.find('/', 14)) + "/none/routing.mdb", "no such database"},
+        {"postgresql:///x/routing.mdb?host=/none", "no server answers there"},
+        {path + "?host=127.0.0.1&port=1", "no server answers there"},
+        {path + "?service=none", "no such entry in the service file"}};
+    std::ofstream(access + ".pass") << "*:*:*:secret:wrong\n";
+    std::filesystem::permissions(access + ".pass", std::filesystem::perms::owner_read);
+    for (const auto& [where, told] : connecting) {
+        const auto error = refusalOf([&] { return store::open(where); });
+        EXPECT_EQ(error.fault(), Fault::Unreachable) << where;
+        EXPECT_THAT(error.what(), HasSubstr(told)) << where;
+    }
+
+    const struct {
+        std::string setting;
+        std::string statement;
+        Fault fault;
+        const char* told;
+    } working[] = {{"default_transaction_read_only = on", "DELETE FROM STOPS", Fault::ReadOnly,
+                    "only be read"},
+                   {"statement_timeout = 50", "DO 'BEGIN PERFORM pg_sleep(9); END'", Fault::GivenUp,
+                    "broke off"},
+                   {"temp_file_limit = 0",
+                    "DO 'BEGIN SET work_mem = 64; PERFORM n FROM generate_series(1, 99999) n ORDER "
+                    "BY -n; END'",
+                    Fault::Full, "no room left"}};
+    for (const auto& [setting, statement, fault, told] : working) {
+        static_cast<void>(tell("ALTER ROLE vireo IN DATABASE " + name + " SET " + setting));
+        cutConnections();
+        EXPECT_EQ(cell("SELECT 1"), "1");
+        const auto error = refusalOf([&] { return database->execute(statement); });
+        EXPECT_EQ(error.fault(), fault) << setting;
+        EXPECT_THAT(error.what(), HasSubstr(told)) << setting;
+        static_cast<void>(
+            tell("SET default_transaction_read_only = off; ALTER ROLE vireo IN DATABASE " + name +
+                 " RESET ALL"));
+        cutConnections();
+        EXPECT_EQ(cell("SELECT 1"), "1");
+        insert("R1", 1);
+    }
 }
 
 TEST_F(Server, ReadsVeryManyRowsInBlocksAndNoneTwiceOrNever) {
