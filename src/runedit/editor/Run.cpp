@@ -52,9 +52,11 @@ Run::Run(forms::Form* owner)
       ui_(std::make_unique<Ui::Run>()),
       answer_(this),
       maps_([this] { emit ui_->SmallMap->opened(); }),
-      Timer3(this) {
+      Timer3(this),
+      changed_(new startup::ChangedNote(this)) {
     setWindowModality(Qt::WindowModal);
     ui_->setupUi(this);
+    watchOthers();
     setCancelButton(ui_->Exit_Run);
     dress();
     boxes_ = std::make_unique<data::RecordBoxes>(*this, runFields());
@@ -308,6 +310,9 @@ void Run::fill(const data::Record& run) {
 
 /// Shows what stands around the fields.
 void Run::present(const data::Record& run) {
+    seen_ = run;
+    changed_->clear();
+    startup::ChangeWatch::instance().open(isNew() ? std::string() : this->run());
     ui_->RunID->setReadOnly(!isNew());
     showAudit(run);
     showNames();

@@ -16,6 +16,8 @@
 #include "runedit/editor/runsequence.h"
 #include "runedit/editor/stoptotals.h"
 #include "runedit/map/mapanswer.h"
+#include "startup/forms/changednote.h"
+#include "startup/forms/changewatch.h"
 #include "startup/forms/trappedform.h"
 #include "stops/sequence/runstops.h"
 
@@ -81,7 +83,7 @@ protected:
     void Form_Load() override;
     void Form_Activate() override;
     bool Form_QueryUnload() override;
-    void Form_Unload() override { answer_.stop(); }
+    void Form_Unload() override;
     [[nodiscard]] Message lockedMessage() const override;
     void formDress() override;
     void resizeEvent(QResizeEvent* event) override;
@@ -110,6 +112,9 @@ private:
     void fill(const data::Record& run);
     void present(const data::Record& run);
     void refresh();
+    void watchOthers();
+    /// Says in a line of the form where it shows something else than what others have stored.
+    void lookAtOthers(const store::Changes& changes);
     void showHead();
     void showNames();
     void showAudit(const data::Record& run);
@@ -160,6 +165,8 @@ private:
     MapAnswer answer_;
     map::RunMaps maps_;
     forms::Timer Timer3;  ///< hides the status
+    startup::ChangedNote* changed_;
+    std::optional<data::Record> seen_;  ///< the run as it was read last
     RunSequence* runs_ = nullptr;
     std::string toEdit_;  ///< the run asked for; blank for a new one
     CrowdedDelegate* onTheBus_ = nullptr;

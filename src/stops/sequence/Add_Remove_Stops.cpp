@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "data/lists/samelist.h"
 #include "data/lookups/mdlGetItems.h"
 #include "map/small/smallmap.h"
 #include "platform/base/ports.h"
@@ -81,8 +82,10 @@ private:
 Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     : TrappedForm(Module, owner),
       ui_(std::make_unique<Ui::Add_Remove_Stops>()),
-      maps_([this] { emit ui_->SmallMap->opened(); }) {
+      maps_([this] { emit ui_->SmallMap->opened(); }),
+      changedNote_(new startup::ChangedNote(this)) {
     ui_->setupUi(this);
+    ui_->runColumn->insertWidget(1, changedNote_);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->ExitAddRun);
     ui_->StopList->setEmptyText(NoStops);
@@ -99,6 +102,13 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
     wireDragging();
     restoreSplitter();
     wireMap();
+    on(changedNote_, &startup::ChangedNote::readAnew, "Build_StopList", [this] {
+        const auto selected = selectedStops();
+        Build_StopList();
+        selectStops(selected);
+    });
+    on(&startup::ChangeWatch::instance(), &startup::ChangeWatch::changed, "lookAtOthers",
+       &Add_Remove_Stops::lookAtOthers);
 }
 
 Add_Remove_Stops::~Add_Remove_Stops() = default;
@@ -196,6 +206,19 @@ void Add_Remove_Stops::Build_StopList() {
     showUnplaced(stops.unplaced);
     enableButtons();
     trap("showMap", &Add_Remove_Stops::showMap);
+    changedNote_->clear();
+}
+
+void Add_Remove_Stops::lookAtOthers(const store::Changes& changes) {
+    if (!head_.exists || !startup::concerns(changes, run_.run)) {
+        return;
+    }
+    const auto stops = readStopsInSequence(*startup::gcnRouting, run_.run, head_.isPickup);
+    if (!readRunHead(*startup::gcnRouting, *startup::gcnTrip, run_.run).exists) {
+        changedNote_->tell(tr("This run was deleted meanwhile."));
+    } else if (!data::isSameList(stops.table, ui_->StopList->table())) {
+        changedNote_->tell(tr("The stops of this run were changed meanwhile."));
+    }
 }
 
 void Add_Remove_Stops::showHead() {

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "map/small/runmap.h"
+#include "startup/forms/changednote.h"
+#include "startup/forms/changewatch.h"
 #include "startup/forms/trappedform.h"
 #include "stops/sequence/runhead.h"
 #include "stops/sequence/runstops.h"
@@ -59,6 +61,8 @@ private:
     using StopTripIds = std::vector<std::int64_t>;
 
     void Build_StopList();
+    /// Says in a line of the form where others have changed the stops that it shows.
+    void lookAtOthers(const store::Changes& changes);
 
     void wireButtons();
     void wireKeys();
@@ -100,6 +104,7 @@ private:
     std::function<void()> sent_;
 
     map::RunMaps maps_;
+    startup::ChangedNote* changedNote_;
     std::vector<std::int64_t> mapped_;  ///< the trip records of the map's stops, in their order
     bool canBeMapped_ = false;          ///< the run, on the district's streets
 };

@@ -79,7 +79,11 @@ std::unique_ptr<Ui::frmStopTripType> made(frmStopTripType& form) {
 }  // namespace
 
 frmStopTripType::frmStopTripType(forms::Form* owner)
-    : TrappedForm(Module, owner), ui_(made(*this)), boxes_(*this, tripFields()) {
+    : TrappedForm(Module, owner),
+      ui_(made(*this)),
+      boxes_(*this, tripFields()),
+      changed_(new startup::ChangedNote(this)) {
+    ui_->headColumn->addWidget(changed_);
     if (owner != nullptr) {
         setWindowModality(Qt::WindowModal);
     }
@@ -115,6 +119,9 @@ void frmStopTripType::wire() {
     on(ui_->Exit_StopTrip, &QPushButton::clicked, "Exit_StopTrip_Click",
        &frmStopTripType::Exit_StopTrip_Click);
     on(&Timer3, &forms::Timer::tick, "Timer3_Timer", &frmStopTripType::Timer3_Timer);
+    on(changed_, &startup::ChangedNote::readAnew, "readAnew", &frmStopTripType::readAnew);
+    on(&startup::ChangeWatch::instance(), &startup::ChangeWatch::changed, "lookAtOthers",
+       &frmStopTripType::lookAtOthers);
     key(Qt::CTRL | Qt::Key_PageUp, ui_->PreviousStop);
     key(Qt::CTRL | Qt::Key_PageDown, ui_->NextStop);
     key(Qt::CTRL | Qt::Key_Return, ui_->OK);
@@ -152,6 +159,7 @@ void frmStopTripType::hold(const TripRecord& record) {
 void frmStopTripType::present(const TripRecord& record) {
     held_ = record;
     gone_ = false;
+    changed_->clear();
     showHead();
     showRun();
     showStudents();
@@ -159,6 +167,30 @@ void frmStopTripType::present(const TripRecord& record) {
     if (const auto unknown = boxes_.unknownChoices(); !unknown.empty()) {
         showStatus(unknown);
     }
+}
+
+void frmStopTripType::lookAtOthers(const store::Changes& changes) {
+    if (gone_ || !startup::concerns(changes, held_.run)) {
+        return;
+    }
+    const auto stored = data::readRecord(routing(), tripFields(), tripRecordSql(held_.id));
+    if (!stored) {
+        changed_->tell(tr("This stop's trip record was deleted meanwhile."));
+    } else if (*stored != held_.fields) {
+        changed_->tell(startup::changedBy(tr("this stop"), toQt(stored->text("ChangedBy")),
+                                          toQt(stored->text("changeddt"))));
+    }
+}
+
+/// What was typed stays on top of it.
+void frmStopTripType::readAnew() {
+    const auto stored = data::readRecord(routing(), tripFields(), tripRecordSql(held_.id));
+    if (!stored) {
+        changed_->clear();
+        return tellGone();
+    }
+    boxes_.refresh(*stored);
+    present(TripRecord(*stored));
 }
 
 void frmStopTripType::showHead() {

@@ -8,6 +8,8 @@
 
 #include "data/records/recordboxes.h"
 #include "platform/forms/timer.h"
+#include "startup/forms/changednote.h"
+#include "startup/forms/changewatch.h"
 #include "startup/forms/trappedform.h"
 #include "stops/triprecord/triprecord.h"
 
@@ -48,6 +50,9 @@ protected:
 
 private:
     void wire();
+    /// Says in a line of the form where others have stored something else than it shows.
+    void lookAtOthers(const store::Changes& changes);
+    void readAnew();
 
     void openRecord(std::int64_t id);
     void hold(const TripRecord& record);
@@ -69,6 +74,7 @@ private:
     std::unique_ptr<Ui::frmStopTripType> ui_;
     data::RecordBoxes boxes_;
     forms::Timer Timer3;
+    startup::ChangedNote* changed_;
     std::function<void()> saved_;
     std::int64_t id_ = 0;
     /// The record as it was read; nothing of it is left to edit once it is gone.

@@ -4,6 +4,7 @@
 #include <QTest>
 #include <algorithm>
 
+#include "platform/controls/notebox.h"
 #include "platform/controls/refusalnote.h"
 #include "runfixture.h"
 
@@ -39,6 +40,33 @@ protected:
         check("chkMonday");
     }
 };
+
+TEST_F(RunSavingTest, SaysInALineWhatOthersHaveStoredMeanwhile) {
+    open();
+    auto* note = form().findChild<QWidget*>("ChangedNote");
+    const auto says = [&](const char* what) {
+        return QTest::qWaitFor([&] {
+            const auto* line = note->findChild<controls::NoteBox*>();
+            return !note->isHidden() && line->plainText().contains(what);
+        });
+    };
+    type("Comment", "mine");
+    byOthers("UPDATE RUN SET DESCRIPTION='Elm' WHERE RUN='102-AM'");
+    QTest::qWait(1000);
+    EXPECT_TRUE(note->isHidden()) << "another run";
+    byOthers("UPDATE RUN SET DESCRIPTION='Elm', ChangedBy='ANN' WHERE RUN='101-AM'");
+    EXPECT_TRUE(says("by ANN"));
+    click("ReadAnew");
+    EXPECT_TRUE(note->isHidden());
+    EXPECT_EQ(text("RunDesc"), "Elm");
+    EXPECT_EQ(text("Comment"), "mine");
+    byOthers("UPDATE STOP_TRIPTYPE SET NUM_STUDENTS=40 WHERE RUN='101-AM'");
+    EXPECT_TRUE(says("stops of this run"));
+    click("OK");
+    EXPECT_TRUE(note->isHidden()) << "its own";
+    byOthers("DELETE FROM RUN WHERE RUN='101-AM'");
+    EXPECT_TRUE(says("deleted"));
+}
 
 TEST_F(RunSavingTest, ShowsAndSavesEveryField) {
     byOthers(
