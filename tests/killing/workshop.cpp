@@ -62,8 +62,8 @@ std::string Workshop::path(const std::string& district) const {
 
 void Workshop::renew(const std::string& district) const {
     if (isOnServer_) {
-        if (!ask(fmt::format("DROP DATABASE IF EXISTS {0} WITH (FORCE);\n"
-                             "CREATE DATABASE {0} TEMPLATE before;\n",
+        if (!ask(fmt::format("DROP DATABASE IF EXISTS \"{0}\" WITH (FORCE);\n"
+                             "CREATE DATABASE \"{0}\" TEMPLATE before;\n",
                              district))) {
             throw std::runtime_error("The server copies no district.");
         }
