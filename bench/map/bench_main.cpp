@@ -94,6 +94,51 @@ void frames(benchmark::State& state, bool zooms) {
     }
 }
 
+/// Each leg winds from one side of the city to the other.
+map::Scene longRunOf(std::size_t stops) {
+    map::DrawnRun run;
+    geo::Feet at{-6000, -5000};
+    for (std::size_t i = 0; i < stops; ++i) {
+        run.stops.push_back({.at = at, .onStreet = at, .number = std::to_string(i + 1)});
+        map::DrawnLeg leg{.line = {at}};
+        for (int corner = 0; corner < 24; ++corner) {
+            at.x += i % 2 == 0 ? 500 : -500;
+            leg.line.push_back(at);
+            at.y += corner % 2 == 0 ? 400 : -335;
+            leg.line.push_back(at);
+        }
+        at.y -= at.y > 5000 ? 10000 : 0;
+        run.legs.push_back(std::move(leg));
+    }
+    return {.runs = {run}};
+}
+
+/// Frames of a window while the middle stop is dragged: its two legs change with each.
+void draggedFrames(benchmark::State& state) {
+    map::MapPicture picture([] {});
+    picture.setGround(ground());
+    const map::Camera camera({0, 0}, scaleOf(state), Window);
+    QImage window(Window, QImage::Format_RGB32);
+    const auto stops = static_cast<std::size_t>(state.range(1));
+    int frame = 0;
+    const auto drag = [&] {
+        map::Scene scene = longRunOf(stops);
+        map::DrawnRun& run = scene.runs.front();
+        run.legs[stops / 2 - 1].line.back().y += ++frame % 40;
+        run.stops[stops / 2].plate = std::to_string(frame % 40);
+        run.legs[stops / 2].line.front() = run.legs[stops / 2 - 1].line.back();
+        picture.setScene(std::move(scene));
+        QPainter painter(&window);
+        picture.paint(painter, camera);
+    };
+    for (int i = 0; i < 5; ++i) {
+        drag();
+    }
+    for (auto _ : state) {
+        drag();
+    }
+}
+
 void registerAll() {
     benchmark::RegisterBenchmark("join_streets", joinStreets)->Unit(benchmark::kMillisecond);
     for (const int scale : Scales) {
@@ -101,6 +146,10 @@ void registerAll() {
             ->Arg(scale)
             ->Unit(benchmark::kMillisecond);
         for (const int stops : {20, 150}) {
+            benchmark::RegisterBenchmark("frame/dragged", draggedFrames)
+                ->Args({scale, stops})
+                ->Iterations(60)
+                ->Unit(benchmark::kMillisecond);
             for (const bool zooms : {false, true}) {
                 benchmark::RegisterBenchmark(
                     zooms ? "frame/zoomed" : "frame/moved",

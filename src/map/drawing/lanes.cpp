@@ -108,9 +108,21 @@ RunLanes byLegs(const DrawnRun& run, std::span<const int> lanes) {
     return legs;
 }
 
+/// Of a run that shares no street, found for each step of a stop that is dragged.
+RunLanes alone(const DrawnRun& run) {
+    RunLanes legs;
+    for (const DrawnLeg& leg : run.legs) {
+        legs.emplace_back(leg.line.empty() ? 0 : leg.line.size() - 1);
+    }
+    return legs;
+}
+
 }  // namespace
 
 std::vector<RunLanes> lanesOf(const std::vector<DrawnRun>& runs) {
+    if (runs.size() == 1) {
+        return {alone(runs.front())};
+    }
     std::vector<std::vector<Drive>> drives;
     std::map<Drive, Sharing> sharings;
     for (std::size_t run = 0; run < runs.size(); ++run) {

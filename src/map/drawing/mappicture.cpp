@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "map/drawing/furniture.h"
+#include "map/drawing/keptways.h"
 #include "map/drawing/picturethread.h"
 #include "map/drawing/scenelayout.h"
 #include "map/drawing/scenepainter.h"
@@ -87,6 +88,7 @@ struct MapPicture::Parts {
     std::uint64_t sceneVersion = 0;
     Stamps stamps{1};
     TextWidths widths;
+    KeptWays ways;
     PictureThread thread;  // last: it ends first
 };
 
@@ -124,8 +126,16 @@ void MapPicture::Parts::paintLive(QPainter& painter, const Camera& camera,
         paintMoved(painter, picture->ground, picture->camera, camera, ratio);
     }
     const SceneLayout laid = layout(camera);
-    ScenePainter marks(painter, stamps, scene(), laid, camera, theme);
-    marks.paintWays();
+    const auto on = [&](QPainter& to) {
+        return ScenePainter(to, stamps, scene(), laid, camera, theme);
+    };
+    ScenePainter marks = on(painter);
+    if (isHeavy(scene())) {
+        ways.paint(painter, {camera.size(), ratio, groundVersion, scene().runs.size()}, scene(),
+                   laid, on);
+    } else {
+        marks.paintWays();
+    }
     if (picture != nullptr) {
         paintMoved(painter, picture->names, picture->camera, camera, ratio);
     }

@@ -78,13 +78,15 @@ QRectF ScenePainter::seen(double around) const {
 }
 
 /// The grid has streets in the middle of its blocks only; places lie anywhere.
-void ScenePainter::paintOwnStreets() {
+void ScenePainter::paintOwnStreets(const WayChoice& ways) {
     constexpr double CasedFrom = 1.9, Casing = 2;
     constexpr auto Kind = streets::StreetClass::Residential;
     const double width = streetWidth(Kind, camera_.feetPerPixel());
     const auto paint = [&](const QColor& colour, double thick) {
-        for (const Line& line : layout_.ownStreets) {
-            paintWay(painter_, line, penOf(colour, thick), seen(thick));
+        for (std::size_t i = 0; i < layout_.ownStreets.size(); ++i) {
+            if (ways[i]) {
+                paintWay(painter_, layout_.ownStreets[i], penOf(colour, thick), seen(thick));
+            }
         }
     };
     const bool isCased = width >= CasedFrom;
@@ -95,20 +97,29 @@ void ScenePainter::paintOwnStreets() {
 }
 
 void ScenePainter::paintWays() {
-    paintOwnStreets();
+    const WayChoice all(layout_.ways.size(), true);
+    paintOwnStreets(all);
     paintOldWay();
-    for (const WayMark& way : layout_.ways) {
-        if (legOf(way).isEmpty) {
-            paintEmptyLeg(way);
+    paintLegs(all);
+    paintLegPlates();
+}
+
+void ScenePainter::paintLegs(const WayChoice& ways) {
+    for (std::size_t i = 0; i < layout_.ways.size(); ++i) {
+        if (ways[i] && legOf(layout_.ways[i]).isEmpty) {
+            paintEmptyLeg(layout_.ways[i]);
         }
     }
     for (const bool chosen : {false, true}) {
         for (std::size_t run = 0; run < scene_.runs.size(); ++run) {
             if (scene_.runs[run].isChosen == chosen) {
-                paintRun(run);
+                paintRun(run, ways);
             }
         }
     }
+}
+
+void ScenePainter::paintLegPlates() {
     for (const PlateMark& plate : layout_.plates) {
         if (plate.kind == PlateMark::Kind::Leg || plate.kind == PlateMark::Kind::EmptyLeg) {
             paintPlate(plate);
@@ -124,14 +135,15 @@ void ScenePainter::paintOldWay() {
     }
 }
 
-void ScenePainter::paintRun(std::size_t run) {
+void ScenePainter::paintRun(std::size_t run, const WayChoice& chosen) {
     const double width =
         wayWidth(scene_, scene_.runs[run], camera_.feetPerPixel()) + theme_.wayMore;
     const double casing = scene_.runs.size() > 1 ? 1.6 : 3;
     std::vector<const WayMark*> ways;
     for (const bool pale : {true, false}) {
-        for (const WayMark& way : layout_.ways) {
-            if (way.run == run && !legOf(way).isEmpty && legOf(way).isPale == pale) {
+        for (std::size_t i = 0; i < layout_.ways.size(); ++i) {
+            const WayMark& way = layout_.ways[i];
+            if (chosen[i] && way.run == run && !legOf(way).isEmpty && legOf(way).isPale == pale) {
                 ways.push_back(&way);
             }
         }
@@ -141,7 +153,8 @@ void ScenePainter::paintRun(std::size_t run) {
     }
     const QColor colour = colourOf(run);
     for (const WayMark* way : ways) {
-        paintLine(painter_, way->line, penOf(legOf(*way).isPale ? pale(colour) : colour, width));
+        const QPen pen = penOf(legOf(*way).isPale ? pale(colour) : colour, width);
+        paintWay(painter_, way->line, pen, seen(width));
     }
     if (scene_.runs[run].isChosen) {
         for (const WayMark* way : ways) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <vector>
 
 #include "map/drawing/scene.h"
 #include "map/drawing/scenelayout.h"
@@ -12,6 +13,9 @@ class QPainter;
 
 namespace map {
 
+/// Which ways of a layout are meant, by their places in it.
+using WayChoice = std::vector<bool>;
+
 /// Paints a scene that is laid out, in two halves: names stand between them.
 class ScenePainter {
 public:
@@ -20,6 +24,11 @@ public:
 
     /// Old and new ways with their minutes.
     void paintWays();
+    /// The same in parts, from below.
+    void paintOwnStreets(const WayChoice& ways);
+    void paintOldWay();
+    void paintLegs(const WayChoice& ways);
+    void paintLegPlates();
     /// Homes and walks; never on paper.
     void paintHomes();
     /// Stops, places and their plates.
@@ -31,9 +40,7 @@ private:
     [[nodiscard]] const DrawnLeg& legOf(const WayMark& way) const {
         return scene_.runs[way.run].legs[way.leg];
     }
-    void paintOwnStreets();
-    void paintOldWay();
-    void paintRun(std::size_t run);
+    void paintRun(std::size_t run, const WayChoice& chosen);
     void paintEmptyLeg(const WayMark& way);
     void chevrons(const Line& line, double apart, double size, const QColor& colour, double thick);
     void paintStem(const StopMark& mark);

@@ -161,7 +161,9 @@ struct Bit {
     geo::Feet to;
 };
 
-std::vector<Bit> bitsOf(std::span<const std::vector<geo::Feet>> lines) {
+using Lines = std::vector<std::vector<geo::Feet>>;
+
+std::vector<Bit> bitsOf(const Lines& lines) {
     std::vector<Bit> bits;
     for (const auto& line : lines) {
         for (std::size_t i = 1; i < line.size(); ++i) {
@@ -169,6 +171,29 @@ std::vector<Bit> bitsOf(std::span<const std::vector<geo::Feet>> lines) {
         }
     }
     return bits;
+}
+
+/// Most legs of a run stay as they were, and comparing all bits with all takes its time.
+Lines changedOf(std::span<const std::vector<geo::Feet>> old, const Lines& now) {
+    const auto isSame = [](geo::Feet one, geo::Feet other) {
+        return one.x == other.x && one.y == other.y;
+    };
+    Lines changed;
+    std::ranges::copy_if(old, std::back_inserter(changed), [&](const auto& line) {
+        return std::ranges::none_of(
+            now, [&](const auto& other) { return std::ranges::equal(line, other, isSame); });
+    });
+    return changed;
+}
+
+/// Whether they come within a foot of each other, as far as their boxes say.
+bool areNear(const Bit& one, const Bit& other) {
+    const auto apart = [](double from, double to, double otherFrom, double otherTo) {
+        return std::max(from, to) + 1 < std::min(otherFrom, otherTo) ||
+               std::max(otherFrom, otherTo) + 1 < std::min(from, to);
+    };
+    return !apart(one.from.x, one.to.x, other.from.x, other.to.x) &&
+           !apart(one.from.y, one.to.y, other.from.y, other.to.y);
 }
 
 /// From and until where of a bit another one covers it, as parts of its length; nothing where they
@@ -195,7 +220,7 @@ std::optional<std::pair<double, double>> covered(const Bit& bit, const Bit& by) 
 std::vector<std::pair<double, double>> bareParts(const Bit& bit, const std::vector<Bit>& others) {
     std::vector<std::pair<double, double>> taken;
     for (const auto& other : others) {
-        if (const auto part = covered(bit, other)) {
+        if (const auto part = areNear(bit, other) ? covered(bit, other) : std::nullopt) {
             taken.push_back(*part);
         }
     }
@@ -215,11 +240,10 @@ std::vector<std::pair<double, double>> bareParts(const Bit& bit, const std::vect
 }
 
 /// Of the old lines, what the new ones do not drive, in either direction.
-std::vector<std::vector<geo::Feet>> without(std::span<const std::vector<geo::Feet>> old,
-                                            const std::vector<std::vector<geo::Feet>>& now) {
-    std::vector<std::vector<geo::Feet>> rest;
+Lines without(std::span<const std::vector<geo::Feet>> old, const Lines& now) {
+    Lines rest;
     const auto others = bitsOf(now);
-    for (const auto& bit : bitsOf(old)) {
+    for (const auto& bit : bitsOf(changedOf(old, now))) {
         const auto at = [&](double part) {
             return geo::Feet{bit.from.x + (bit.to.x - bit.from.x) * part,
                              bit.from.y + (bit.to.y - bit.from.y) * part};

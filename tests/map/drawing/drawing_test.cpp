@@ -175,6 +175,27 @@ TEST_F(WindowMap, ShowsWhatTheWholePictureShowsWhereverItIsMoved) {
     EXPECT_LT(difference(settled(nearer), wholePicture(*ground, scene, nearer)), 0.0005);
 }
 
+TEST_F(WindowMap, ShowsARunOfManyLegsAsItIsWhileOneOfItsStopsIsDragged) {
+    const auto ground = namelessGround();
+    Scene scene = straightRun();
+    auto& legs = scene.runs[0].legs;
+    for (int i = 0; i < 80; ++i) {
+        const double x = -2400 + 60 * i;
+        legs.push_back({.line = {{x, -800}, {x, 800}, {x + 30, 800}}});
+    }
+    picture_.setGround(ground);
+    picture_.setScene(scene);
+    settled(Middle);
+    for (int i = 0; i < 6; ++i) {
+        // The second stop that is dragged is another one.
+        auto& leg = legs[i < 3 ? 42 : 50];
+        leg.line[1].x += 20;
+        leg.isEmpty = i == 5;
+        picture_.setScene(scene);
+        EXPECT_LT(difference(painted(Middle), wholePicture(*ground, scene, Middle)), 0.003) << i;
+    }
+}
+
 TEST_F(WindowMap, TakesTheLastOfManyWishesAndEndsInTheMiddleOfOne) {
     picture_.setGround(map::streetGround(support::inventedCity(60), {}));
     Camera camera = Middle;
