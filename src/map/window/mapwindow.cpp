@@ -139,8 +139,9 @@ void MapWindow::Form_Load() {
     ui_->Rows->setFocus();
 }
 
+/// What is being looked for would be given up with the run that is read again.
 void MapWindow::Form_Activate() {
-    if (view_ == View::Run && !isChanged()) {
+    if (view_ == View::Run && !isChanged() && !looking_.isAsked() && !detouring_.isAsked()) {
         Reload();
     }
 }

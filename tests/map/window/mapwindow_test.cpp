@@ -23,6 +23,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::SizeIs;
 using testing::StartsWith;
 
 /// Stops a mile apart, three minutes of driving.
@@ -226,10 +227,46 @@ protected:
         }
         return nullptr;
     }
+    bool comesTo(const char* heading) {
+        return QTest::qWaitFor([&] { return text("Heading").starts_with(heading); });
+    }
     bool comes(const char* words) {
         return QTest::qWaitFor([&] { return text("Gain").find(words) != std::string::npos; });
     }
 };
+
+TEST_F(MapOnStreets, StopsWithoutAPlaceAreEachGivenOneAndSavedTogether) {
+    byOthers("UPDATE STOP SET XPOS=0, YPOS=NULL WHERE STOPID IN ('MILE-1A', 'MILE-1B')");
+    const std::string First = "East Plder Street at 18th Avenue";
+    const std::string Second = "East Nlder Street at 17th Avenue";
+    byOthers("UPDATE STOP SET ADDR1='" + First + "' WHERE STOPID='MILE-1A'");
+    byOthers("UPDATE STOP SET ADDR1='" + Second + "' WHERE STOPID='MILE-1B'");
+    window().Reload();
+    emit rowList().rowChosen(1);
+    for (const auto* heading : {"A place for stop 2", "A place for stop 1"}) {
+        click("PlaceIt");
+        ASSERT_TRUE(comesTo(heading)) << text("Status");
+        emit rowList().rowChosen(1);
+        click("PlaceIt");
+        EXPECT_THAT(rows("SELECT XPOS FROM STOP WHERE YPOS IS NULL"), SizeIs(2));
+    }
+    std::vector<std::string> shown;
+    for (int i = 0; rowList().row(i) != nullptr; ++i) {
+        shown.push_back(rowList().row(i)->title);
+    }
+    click("TakeOver");
+    // The one between them was moved: the second one found its best place behind it.
+    EXPECT_THAT(shown, ElementsAre(First, "Third", Second, "School"));
+    EXPECT_THAT(rows("SELECT STOP.ADDR1 FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
+                     "STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='MILE-1' ORDER BY "
+                     "STOP_TRIPTYPE.RUNSEQ"),
+                testing::ElementsAreArray(shown));
+    EXPECT_THAT(rows("SELECT StopID, ACTIVITYCODE, User FROM RUNLOG"),
+                ElementsAre("MILE-1C|3|PAT"));
+    EXPECT_THAT(rows("SELECT STOPID FROM STOP WHERE RIGHTSIDE=True ORDER BY STOPID"),
+                ElementsAre("MILE-1A", "MILE-1B"));
+    EXPECT_THAT(rows("SELECT XPOS FROM STOP WHERE YPOS IS NULL"), SizeIs(0));
+}
 
 TEST_F(MapOnStreets, AStreetIsAvoidedUntilTheRunIsTakenOverOrLeft) {
     auto* avoid = offered("&Avoid This Street");
