@@ -217,6 +217,22 @@ TEST_P(SeenOrNot, ARunComesBackSolvedAndIsBusyWhileItIsHeld) {
               "Follow 5th Street, go west");
 }
 
+/// As long as the planner at the map thinks it over.
+TEST_F(RoundTrip, AMapWhosePlannerIsAskedIsWaitedFor) {
+    const auto program = map({"--work", "0.05", "--window"});
+    ASSERT_EQ(mapIt(), "");
+    answer.start("101-AM");
+    QTest::qWait(1500);  // two and a half minutes of the forms' time
+    EXPECT_TRUE(answer.isWaiting());
+    EXPECT_EQ(mapIt(), MapStillProcessingText);
+    EXPECT_EQ(status, "Waiting for updated information from mapping software.");
+    write("RunDone.txt", "101-AM\n");
+    program->kill();
+    deleteMapFiles("101-AM");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !answer.isWaiting(); }));
+    EXPECT_TRUE(reloaded);
+}
+
 TEST_P(SeenOrNot, TheCleanUpProgramWaitsUntilTheMapLetsGo) {
     const auto program = mapOfEither({"--work", "0", "--hold", "60"});
     ASSERT_EQ(mapIt(), "");
