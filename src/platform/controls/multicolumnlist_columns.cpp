@@ -4,7 +4,10 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
+#include <functional>
 #include <numeric>
+#include <optional>
+#include <utility>
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/listheader.h"
@@ -49,20 +52,68 @@ int fittingWidth(const MultiColumnList& list, int column) {
     return std::max(std::clamp(content, least, WidestInLetters * letter), caption);
 }
 
-/// Room that is left goes to the widest column of texts, up to what its texts take.
-void widenForTexts(const MultiColumnList& list) {
+/// The widest column of the list where it holds texts.
+std::optional<int> widestOfTexts(const MultiColumnList& list) {
     const auto& columns = list.table().columns;
     const auto widest = std::ranges::max_element(columns, {}, &table::TableColumn::widthTwips);
-    if (widest == columns.end() || widest->kind != table::CellKind::Text) {
+    return widest == columns.end() || widest->kind != table::CellKind::Text
+               ? std::nullopt
+               : std::optional(static_cast<int>(widest - columns.begin()));
+}
+
+/// Below 0 where the columns are wider than the list.
+int roomLeft(const MultiColumnList& list) {
+    const int around = list.verticalScrollBar()->sizeHint().width() + 2 * list.frameWidth();
+    return list.width() - around - list.header()->length();
+}
+
+/// Room that is left goes to the widest column of texts, up to what its texts take.
+void widenForTexts(const MultiColumnList& list) {
+    const auto widest = widestOfTexts(list);
+    if (!widest) {
         return;
     }
-    const int column = static_cast<int>(widest - columns.begin());
-    const int around = list.verticalScrollBar()->sizeHint().width() + 2 * list.frameWidth();
+    const int column = *widest;
     const int width = list.header()->sectionSize(column);
-    const int left = std::max(list.width() - around - list.header()->length(), 0);
+    const int left = std::max(roomLeft(list), 0);
     list.header()->resizeSection(column,
                                  std::clamp(contentWidth(list, column), width, width + left));
 }
+
+/// The widest column of texts gives what its texts leave free where that spares the list its bar,
+/// and takes it back when there is room.
+void spareBar(const MultiColumnList& list) {
+    const auto widest = widestOfTexts(list);
+    if (!widest || list.header()->isSectionHidden(*widest)) {
+        return;
+    }
+    const int width = list.header()->sectionSize(*widest);
+    const int given = fittingWidth(list, *widest);
+    const int room = width + roomLeft(list);
+    if (room == width || (room > width && width >= given)) {
+        return;
+    }
+    const int needed = std::max(contentWidth(list, *widest), captionWidth(list, *widest));
+    list.header()->resizeSection(*widest, room < needed ? given : std::min(room, given));
+}
+
+/// Calls a function whenever a widget gets another size.
+class OnResize : public QObject {
+public:
+    OnResize(QWidget& watched, std::function<void()> call)
+        : QObject(&watched), call_(std::move(call)) {
+        watched.installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Resize) {
+            call_();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> call_;
+};
 
 /// What is hidden is remembered below 0.
 int hiddenOrShown(int column, bool hidden) { return hidden ? -1 - column : column; }
@@ -80,6 +131,13 @@ void MultiColumnList::wireHeader() {
     header()->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header(), &QHeaderView::sectionClicked, this, &MultiColumnList::columnPressed);
     connect(header(), &QHeaderView::sectionResized, this, [this] { rememberWidths(); });
+    new OnResize(*this, [this] {
+        if (!twoLineCaptions_ &&
+            LayoutMemory::instance().recall(layoutKey("columns")).toList().isEmpty()) {
+            const QScopedValueRollback<bool> arranging(arranging_, true);
+            spareBar(*this);
+        }
+    });
     connect(header(), &QHeaderView::sectionMoved, this,
             [this](int, int from, int to) { keepFixedFirst(from, to); });
     connect(header(), &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
@@ -228,8 +286,8 @@ void MultiColumnList::applyWidths() {
         hiddenWidths_[column] = width;
         header()->resizeSection(column, width);
     }
-    if (remembered.isEmpty() && twoLineCaptions_) {
-        widenForTexts(*this);
+    if (remembered.isEmpty()) {
+        twoLineCaptions_ ? widenForTexts(*this) : spareBar(*this);
     }
 }
 

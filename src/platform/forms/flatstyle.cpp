@@ -458,6 +458,11 @@ QSize FlatStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         case CT_LineEdit:
         case CT_ComboBox:
             return fitted.expandedTo({0, size.height() + lines(0.6)});
+        case CT_MenuItem: {
+            const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+            const bool hasKey = item != nullptr && item->text.contains('\t');
+            return hasKey ? fitted.grownBy({lines(1), 0, 0, 0}) : fitted;
+        }
         case CT_ItemViewItem:
             fitted.setHeight(fitted.height() + lines(0.4));
             return fitted;

@@ -32,7 +32,8 @@ struct Column {
     double width = 0;     ///< points on a page; what is left over goes to the columns that may grow
     bool grows = false;   ///< takes a share of what is left over, and gives where it is short
     bool strong = false;  ///< what people call out: bold
-    bool condensed = false;  ///< short of room: names
+    bool condensed = false;     ///< short of room: names
+    std::string unbroken = {};  ///< a word that stays on one line while the type can get smaller
     Total total = Total::None;
     std::string ratioOf = {},
                 ratioTo = {};  ///< the columns, by field, whose sums a Ratio divides, in percent

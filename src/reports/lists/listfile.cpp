@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <sstream>
+#include <string>
 #include <utility>
 
 #include "platform/base/text.h"
@@ -36,11 +38,13 @@ public:
         report_.title = heading.title;
         for (const std::size_t column : shown_.columns) {
             const CellKind kind = kindOf(column);
-            report_.columns.push_back({.field = "c" + std::to_string(column),
-                                       .caption = shown_.table.columns[column].caption,
-                                       .kind = kind,
-                                       .width = widthOf(column, kind),
-                                       .grows = kind == CellKind::Text});
+            report_.columns.push_back(
+                {.field = "c" + std::to_string(column),
+                 .caption = shown_.table.columns[column].caption,
+                 .kind = kind,
+                 .width = widthOf(column, kind),
+                 .grows = kind == CellKind::Text,
+                 .unbroken = kind == CellKind::Text ? longestWord(column) : std::string()});
         }
     }
 
@@ -89,15 +93,36 @@ private:
         constexpr double TwipsInAPoint = 20;
         constexpr double CharacterPoints = 5.5;
         constexpr std::size_t MostCharacters = 40;
-        constexpr std::size_t Sample = 500;
         const double given = shown_.table.columns[column].widthTwips / TwipsInAPoint;
+        if (kind != CellKind::Text) {
+            return given;
+        }
         std::size_t longest = 0;
-        for (std::size_t place = 0;
-             kind == CellKind::Text && place < std::min(shown_.rows.size(), Sample); ++place) {
-            longest = std::max(longest, shown_.table.text(shown_.rows[place], column).size());
+        for (const std::size_t row : sample()) {
+            longest = std::max(longest, shown_.table.text(row, column).size());
         }
         const auto characters = static_cast<double>(std::min(longest, MostCharacters));
         return std::max(given, characters * CharacterPoints);
+    }
+
+    /// The longest that is no longer than codes are, so that no id is torn apart.
+    [[nodiscard]] std::string longestWord(std::size_t column) const {
+        constexpr std::size_t CodeCharacters = 14;
+        std::string longest;
+        for (const std::size_t row : sample()) {
+            std::istringstream words(shown_.table.text(row, column));
+            for (std::string word; words >> word;) {
+                if (word.size() > longest.size() && word.size() <= CodeCharacters) {
+                    longest = word;
+                }
+            }
+        }
+        return longest;
+    }
+
+    [[nodiscard]] std::span<const std::size_t> sample() const {
+        constexpr std::size_t Rows = 500;
+        return std::span(shown_.rows).first(std::min(shown_.rows.size(), Rows));
     }
 
     static bool isTime(const base::Value& value) { return value.isDate() || value.isNull(); }

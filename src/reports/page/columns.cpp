@@ -30,11 +30,15 @@ constexpr Setting Settings[] = {
 
 bool endsAtRight(CellKind kind) { return kind != CellKind::Text && kind != CellKind::Days; }
 
+Face faceOf(const Column& column, const Setting& setting) {
+    return setting.isNarrow ? (column.strong ? Face::CondensedBold : Face::Condensed)
+                            : (column.strong ? Face::Bold : Face::Regular);
+}
+
 /// The widest value that a kind usually has.
 float usualWidth(const Column& column, const Setting& setting) {
     const float size = 10 * setting.scale;
-    const Face face = setting.isNarrow ? (column.strong ? Face::CondensedBold : Face::Condensed)
-                                       : (column.strong ? Face::Bold : Face::Regular);
+    const Face face = faceOf(column, setting);
     switch (column.kind) {
         case CellKind::Text:
             return 0;
@@ -118,9 +122,12 @@ public:
             const float usual = usualWidth(column, setting) + gap;
             const bool gives = column.grows || column.condensed;
             const float asked = static_cast<float>(column.width) * scale;
-            const float wish = std::max({asked, caption, usual});
+            const float unbroken =
+                widthOf(faceOf(column, setting), 10 * scale, column.unbroken) + gap;
+            const float wish = std::max({asked, caption, usual, unbroken});
             wishes.push_back(wish);
-            least_.push_back(gives ? std::max({caption, usual, asked * LeastShare}) : wish);
+            least_.push_back(gives ? std::max({caption, usual, asked * LeastShare, unbroken})
+                                   : wish);
             grows_.push_back(column.grows);
         }
     }

@@ -87,10 +87,10 @@ void FinderBox::offer() {
     if (!searched->isWhole()) {
         addHint(tr("Still reading the runs and stops of the district…"));
     } else if (found_->rowCount() == 0) {
-        addHint(tr("No run with these words in its id, description, school or stops."));
+        addHint(tr("No run has all these words."));
     }
     popup_->popup()->setMinimumWidth(
-        std::min(popup_->popup()->sizeHintForColumn(0) + 2 * height(), window()->width() / 2));
+        std::min(popup_->popup()->sizeHintForColumn(0) + 2 * height(), window()->width() * 3 / 4));
     popup_->complete();
 }
 
@@ -104,6 +104,7 @@ void FinderBox::addRow(const FoundRun& found) {
 void FinderBox::addHint(const QString& hint) {
     auto* item = new QStandardItem(hint);
     item->setFlags(Qt::NoItemFlags);
+    item->setForeground(palette().placeholderText());
     found_->appendRow(item);
 }
 

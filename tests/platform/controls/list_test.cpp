@@ -62,6 +62,19 @@ protected:
     MultiColumnList list;
 };
 
+TEST_F(ListTest, TheWidestColumnOfTextsSparesTheListItsBarAndTakesBackItsWidth) {
+    list.setTable(runs(30));
+    const int given = list.header()->sectionSize(1);
+    const QScrollBar& bar = *list.horizontalScrollBar();
+    window.resize(window.width() - list.viewport()->width() + list.header()->length() - 15, 400);
+    QApplication::processEvents();
+    EXPECT_LT(list.header()->sectionSize(1), given);
+    EXPECT_EQ(bar.maximum(), 0);
+    window.resize(600, 400);
+    QApplication::processEvents();
+    EXPECT_EQ(list.header()->sectionSize(1), given);
+}
+
 TEST_F(ListTest, AFillIsOneResetAndForgetsWhatWasChosen) {
     list.setTable(runs(5));
     list.choose(3);

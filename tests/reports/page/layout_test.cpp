@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "reports/page/characters.h"
+#include "reports/page/columns.h"
 #include "reports/page/invented.h"
 
 namespace reports {
@@ -189,6 +190,16 @@ std::vector<std::string> textsOf(const Page& page, Role role) {
         }
     }
     return texts;
+}
+
+TEST(List, TearsNoCodeApartWhileItsTypeCanGetSmaller) {
+    std::vector<Column> columns(14, {.caption = "A", .width = 60, .grows = true});
+    columns[0] = {.caption = "A", .width = 10, .grows = true, .unbroken = "101-12345"};
+    const Table table = tableOf(columns, 36, 576);
+    const auto& code = table.columns[0];
+    EXPECT_GE(code.right - code.left + 0.01F,
+              widthOf(table.narrow ? Face::Condensed : Face::Regular, 10 * table.scale,
+                      columns[0].unbroken));
 }
 
 TEST(List, KeepsGroupsTogetherAndSaysWhereTheyGoOn) {
