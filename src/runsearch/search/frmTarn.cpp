@@ -59,6 +59,7 @@ frmTarn::frmTarn()
     wireKeys();
     wireSearches();
     makeFinder();
+    watchRuns();
     makeMenuBar();
     dress();
     showButtons();
@@ -211,6 +212,8 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     ui_->WholeMinutes->setVisible(!endsWithinMinutes().empty());
     ui_->RunList->sortingOff();
     ui_->RunList->setFilter({});
+    changedRuns_.end();
+    showChangedRuns();
     // No row of the new list is chosen yet: an action must not go to a run of the former one.
     ui_->Tarn->clear();
     if (runs.Eof() && runs.Bof()) {
@@ -225,6 +228,7 @@ void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked
     ui_->RunList->clearRows();
     ui_->RunList->setEmptyText(Searching);
     ui_->RunList->setTable(readRuns(runs, asked.useRoute));
+    changedRuns_.begin(ui_->RunList->table(), asked.useRoute, query.runs);
     ui_->TotSel->setText(QString::number(ui_->RunList->rowsInAll()));
     startup::RunSearchSQL = query.runs;
     startup::RunSearchSchoolSQL = query.runsSchool;
@@ -261,6 +265,8 @@ void frmTarn::cmdReset_Click() {
     ui_->RunTab->setCurrentIndex(0);
     ui_->RunList->setFilter({});
     ui_->RunList->clearAll();
+    changedRuns_.end();
+    showChangedRuns();
     explainEmptyList(BeforeSearch);
     showToResolve();
     buttons_.afterReset();

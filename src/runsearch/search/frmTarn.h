@@ -12,9 +12,11 @@
 #include "platform/forms/timer.h"
 #include "reports/selection/selectionintake.h"
 #include "runedit/editor/runsequence.h"
+#include "runsearch/search/changedruns.h"
 #include "runsearch/search/listplace.h"
 #include "runsearch/search/runbuttons.h"
 #include "runsearch/search/runsearchquery.h"
+#include "startup/forms/changednote.h"
 #include "startup/forms/trappedform.h"
 
 namespace controls {
@@ -160,6 +162,10 @@ private:
     void followFilter();
     void showChosenRun();
     void showToResolve();
+    void watchRuns();
+    void lookAtOthers(const store::Changes& changes);
+    void CompareRuns_Timer();
+    void showChangedRuns();
     void explainEmptyList(const QString& otherwise);
     void enterList();
     void enterCriteria();
@@ -184,6 +190,9 @@ private:
     QWidget* headingEnd_ = nullptr;  ///< the district's name and what finds a run
     FinderBox* finder_ = nullptr;
     forms::Timer findTurn_;  ///< reads for it
+    ChangedRuns changedRuns_;
+    startup::ChangedNote* changedNote_ = nullptr;
+    forms::Timer compareTurn_;
 };
 
 }  // namespace runsearch

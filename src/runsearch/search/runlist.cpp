@@ -1,12 +1,9 @@
 #include "runsearch/search/runlist.h"
 
 #include <algorithm>
-#include <string_view>
-#include <vector>
 
 #include <fmt/format.h>
 
-#include "data/lists/listreader.h"
 #include "platform/base/text.h"
 
 namespace runsearch {
@@ -51,7 +48,9 @@ constexpr RunColumn Columns[]{
     {{"Time To Use", "TimeToUse"}, Shown::WithoutRouting},
 };
 
-std::vector<data::ListColumn> shownColumns(bool withRouting) {
+}  // namespace
+
+std::vector<data::ListColumn> runColumns(bool withRouting) {
     const auto left = withRouting ? Shown::WithoutRouting : Shown::WithRouting;
     std::vector<data::ListColumn> columns;
     for (const auto& [column, shown] : Columns) {
@@ -62,11 +61,9 @@ std::vector<data::ListColumn> shownColumns(bool withRouting) {
     return columns;
 }
 
-}  // namespace
-
 table::TextTable readRuns(ado::Recordset& runs, bool withRouting) {
-    const auto columns = shownColumns(withRouting);
-    const auto& regenerate = runs.Fields("Regenerate");
+    const auto columns = runColumns(withRouting);
+    const auto& regenerate = runs.Fields(NeedsSolving);
     // What stands behind the totals stays plain.
     const auto lastRed = static_cast<std::size_t>(
         std::ranges::find(columns, "Total Students", &data::ListColumn::caption) - columns.begin());

@@ -1,11 +1,19 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "data/lists/listreader.h"
 #include "platform/ado/recordset.h"
 #include "platform/table/texttable.h"
 
 namespace runsearch {
+
+/// The columns of the run list.
+[[nodiscard]] std::vector<data::ListColumn> runColumns(bool withRouting);
+/// The field by which a run is red.
+inline constexpr std::string_view NeedsSolving = "Regenerate";
 
 /// The table of all runs from the current one on, one row a run, with or without the four route
 /// columns. A run that must be regenerated is red.

@@ -181,9 +181,14 @@ TEST_F(ActionsTest, KeepsOrderSelectionAndChoiceWhenItSearchesAgain) {
     byOthers("DELETE FROM RUN WHERE RUN = '103-PM'");
     form().Form_Activate();
     EXPECT_EQ(text("TotSel"), "4") << "nobody asked for a new search";
+    byOthers("UPDATE RUN SET DESCRIPTION = 'Elm' WHERE RUN = '102-AM'");
+    const auto* note = form().findChild<QWidget*>("ChangedNote");
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return text("ChangedText").find("2 runs of") != std::string::npos; }));
     startup::RefreshRunList = true;
     form().Form_Activate();
     EXPECT_FALSE(startup::RefreshRunList);
+    EXPECT_TRUE(note->isHidden());
     EXPECT_EQ(text("TotSel"), "3");
     EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM", "102-AM"));
     EXPECT_EQ(runs.sortOrder(), Qt::DescendingOrder);
