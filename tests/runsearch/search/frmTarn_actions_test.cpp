@@ -1,6 +1,7 @@
 #include <QMenu>
 #include <QTest>
 
+#include "startup/forms/changewatch.h"
 #include "support/runbuilder.h"
 #include "tarnform.h"
 
@@ -189,6 +190,9 @@ TEST_F(ActionsTest, KeepsOrderSelectionAndChoiceWhenItSearchesAgain) {
     form().Form_Activate();
     EXPECT_FALSE(startup::RefreshRunList);
     EXPECT_TRUE(note->isHidden());
+    emit startup::ChangeWatch::instance().changed(
+        {true, true, {{"RUN", "102-am"}, {"STOP_TRIPTYPE", "102-AM"}, {"RUN", "900-AM"}}});
+    EXPECT_THAT(text("ChangedText"), HasSubstr("1 run of"));
     EXPECT_EQ(text("TotSel"), "3");
     EXPECT_THAT(form().selectedRuns(), ElementsAre("201-PM", "102-AM"));
     EXPECT_EQ(runs.sortOrder(), Qt::DescendingOrder);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/store/base/location.h"
+#include "platform/store/open/announced.h"
 #include "platform/store/open/filepresence.h"
 #include "platform/store/postgres/engine.h"
 #include "platform/store/sqlite/engine.h"
@@ -43,6 +44,11 @@ void announce(Database& database, const Table& table, const std::string& column)
     if (database.catalog().engine() == Engine::Postgres) {
         postgres::announce(database, table, column);
     }
+}
+
+bool isAnnounced(const Database& database, const Table& table) {
+    return database.catalog().engine() != Engine::Postgres ||
+           postgres::isAnnounced(database, table);
 }
 
 std::unique_ptr<Watch> watch(const std::string& path, const Database& database,

@@ -326,6 +326,13 @@ void PostgresDatabase::announce(const Table& table, const std::string& column) {
     link_.script(fmt::format("{}", fmt::join(announceStatements(table, column), ";")));
 }
 
+bool PostgresDatabase::isAnnounced(const Table& table) const {
+    const Result row = link_.run(
+        "SELECT count(*) FROM pg_trigger WHERE tgname = 'tell' AND tgrelid = to_regclass($1)",
+        {{quoted(table.name)}});
+    return cellOf(row.get(), 0, 0).integer > 0;
+}
+
 void PostgresDatabase::copyTo(const std::string& path, const CopyProgress&) {
     throw StoreError(Fault::Statement,
                      fmt::format("\"{}\" is on a server and cannot be copied as a file to \"{}\": "
@@ -344,6 +351,10 @@ std::unique_ptr<Database> openAlone(const std::string& path) {
 
 void announce(Database& database, const Table& table, const std::string& column) {
     dynamic_cast<PostgresDatabase&>(database).announce(table, column);
+}
+
+bool isAnnounced(const Database& database, const Table& table) {
+    return dynamic_cast<const PostgresDatabase&>(database).isAnnounced(table);
 }
 
 std::unique_ptr<Database> createDatabase(const std::string& path) {

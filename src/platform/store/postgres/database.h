@@ -59,6 +59,7 @@ public:
     void createIndexes(const Table& table) override;
     std::vector<std::string> complete(const Table& table) override;
     void announce(const Table& table, const std::string& column);
+    [[nodiscard]] bool isAnnounced(const Table& table) const;
     void copyTo(const std::string& path, const CopyProgress& progress) override;
 
 private:

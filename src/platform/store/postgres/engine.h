@@ -14,6 +14,7 @@ namespace store::postgres {
 [[nodiscard]] std::unique_ptr<Database> createDatabase(const std::string& path);
 void removeDatabase(const std::string& path);
 void announce(Database& database, const Table& table, const std::string& column);
+[[nodiscard]] bool isAnnounced(const Database& database, const Table& table);
 [[nodiscard]] std::unique_ptr<Watch> watch(const std::string& path, const std::string& who);
 
 }  // namespace store::postgres

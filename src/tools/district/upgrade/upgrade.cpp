@@ -151,12 +151,25 @@ std::vector<std::string> bringUp(store::Database& database, const data::FoundFil
     return deeds;
 }
 
+/// For a district that came to its server before changes were told there. Planners may be at work.
+void announceWhereMissing(const OpenFiles& files,
+                          const std::function<void(const std::string&)>& tell) {
+    for (std::size_t i = 0; i < files.found().size(); ++i) {
+        const DatabaseFile file = files.found()[i].file;
+        if (!data::areRunsAnnounced(files.database(i), file)) {
+            data::announceRuns(files.database(i), file);
+            tell(fmt::format("{}: what a planner changes is told to the others from now on.",
+                             data::fileName(file)));
+        }
+    }
+}
+
 }  // namespace
 
 void upgradeDistrict(const Folders& folders, Progress& progress,
                      const std::function<void(const std::string&)>& tell) {
-    if (!OpenFiles(folders, openBesideOthers).needUpgrade()) {
-        return;
+    if (const OpenFiles files(folders, openBesideOthers); !files.needUpgrade()) {
+        return announceWhereMissing(files, tell);
     }
     const OpenFiles files(folders, openAlone);
     if (!files.needUpgrade()) {

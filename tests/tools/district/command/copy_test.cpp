@@ -77,6 +77,9 @@ TEST(Copy, MovesADistrictToAServerAndBack) {
     EXPECT_EQ(told({"check", desktop}).status, ExitStatus::Done) << told({"check", desktop}).text;
 
     auto routing = store::open(place + "routing.mdb");
+    routing->execute("DROP TRIGGER tell ON RUN");
+    EXPECT_THAT(told({"upgrade", desktop}).text, HasSubstr("routing.mdb: what a planner changes"));
+    EXPECT_THAT(told({"upgrade", desktop}).text, HasSubstr("nothing was changed"));
     routing->execute("ALTER TABLE RUN DROP COLUMN COMMENT");
     EXPECT_EQ(told({"upgrade", desktop}).status, ExitStatus::Failed) << "somebody has it open";
     routing.reset();
