@@ -12,7 +12,8 @@ namespace runedit {
 
 using controls::toQt;
 
-/// Both lines stand below the heading while there is something to say.
+/// Both lines stand above the pages while there is something to say: in sight on a small screen,
+/// too, and they move no field.
 void Run::watchOthers() {
     auto* alsoOpen = new QLabel(this);
     alsoOpen->setObjectName("AlsoOpen");
@@ -20,8 +21,9 @@ void Run::watchOthers() {
     alsoOpen->setWordWrap(true);
     alsoOpen->setForegroundRole(QPalette::PlaceholderText);
     alsoOpen->hide();
-    ui_->mainColumn->insertWidget(1, alsoOpen);
-    ui_->mainColumn->insertWidget(2, changed_);
+    auto& column = *ui_->mainColumn;
+    column.insertWidget(column.indexOf(ui_->RunTab), alsoOpen);
+    changed_->standIn(column, column.indexOf(ui_->RunTab), ui_->CalcTimes);
     auto* watch = &startup::ChangeWatch::instance();
     on(changed_, &startup::ChangedNote::readAnew, "Command1_Click", &Run::Command1_Click);
     on(watch, &startup::ChangeWatch::changed, "lookAtOthers", &Run::lookAtOthers);

@@ -10,11 +10,9 @@
 
 namespace runsearch {
 
-/// The line stands below the list, where it moves no row away from under the pointer.
 void frmTarn::watchRuns() {
     changedNote_ = new startup::ChangedNote(this);
-    auto& column = *ui_->mainColumn;
-    column.insertWidget(column.indexOf(ui_->RunList) + 1, changedNote_);
+    changedNote_->standIn(*ui_->mainColumn, -1, ui_->RunList);
     ui_->RunList->drawColumnBy("Run", new ChangedRunDelegate(*ui_->RunList, changedRuns_));
     on(changedNote_, &startup::ChangedNote::readAnew, "refreshRunList",
        [this] { refreshRunList(); });

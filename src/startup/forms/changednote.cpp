@@ -23,6 +23,11 @@ ChangedNote::ChangedNote(QWidget* parent)
     hide();
 }
 
+void ChangedNote::standIn(QBoxLayout& column, int place, QWidget* before) {
+    column.insertWidget(place, this);
+    setTabOrder(before, button_);
+}
+
 void ChangedNote::tell(const QString& text) {
     text_->say(controls::Tone::Look, text.toHtmlEscaped(), controls::Sign::Warning);
     show();

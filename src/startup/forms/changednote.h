@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QPushButton;
 namespace controls {
 class NoteBox;
@@ -16,6 +17,9 @@ class ChangedNote : public QWidget {
 
 public:
     explicit ChangedNote(QWidget* parent);
+    /// Puts it at a place of a column (-1 is its end), best where it moves nothing that somebody is
+    /// about to click, and behind a control of the same form in the order of Tab.
+    void standIn(QBoxLayout& column, int place, QWidget* before);
 
     void tell(const QString& text);
     /// There is nothing to tell any more.

@@ -53,12 +53,14 @@ void ChangeWatch::connectNotify(const QMetaMethod&) {
     }
 }
 
-/// The session's database may have been closed and another one opened since.
+/// The session's database may have been closed and another one opened since, and the first form is
+/// there before it is known who works.
 store::Watch* ChangeWatch::watchOnSession() {
     const auto session = gcnRouting ? gcnRouting->session() : nullptr;
-    if (session == nullptr || session != watched_.lock()) {
+    if (session == nullptr || session != watched_.lock() || user_ != gCommandLine) {
         watch_.reset();
         watched_ = session;
+        user_ = gCommandLine;
         if (session != nullptr) {
             watch_ = store::watch(databasePath(gDataPath, "routing.mdb"), session->database(),
                                   thisProgram());

@@ -44,6 +44,7 @@ private:
     QTimer timer_;
     std::weak_ptr<ado::Session> watched_;
     std::unique_ptr<store::Watch> watch_;
+    std::string user_;  ///< by which others know this program
     std::string open_;
     QString others_;
     int looks_ = 0;

@@ -85,7 +85,7 @@ Add_Remove_Stops::Add_Remove_Stops(forms::Form* owner)
       maps_([this] { emit ui_->SmallMap->opened(); }),
       changedNote_(new startup::ChangedNote(this)) {
     ui_->setupUi(this);
-    ui_->runColumn->insertWidget(1, changedNote_);
+    changedNote_->standIn(*ui_->runColumn, -1, ui_->StopList);
     setWindowModality(Qt::WindowModal);
     setCancelButton(ui_->ExitAddRun);
     ui_->StopList->setEmptyText(NoStops);

@@ -83,7 +83,7 @@ frmStopTripType::frmStopTripType(forms::Form* owner)
       ui_(made(*this)),
       boxes_(*this, tripFields()),
       changed_(new startup::ChangedNote(this)) {
-    ui_->headColumn->addWidget(changed_);
+    changed_->standIn(*ui_->headColumn, -1, ui_->Exit_StopTrip);
     if (owner != nullptr) {
         setWindowModality(Qt::WindowModal);
     }
