@@ -184,10 +184,9 @@ void MapView::paintEvent(QPaintEvent*) {
 
 void MapView::resizeEvent(QResizeEvent*) {
     placeButtons();
+    camera_ = camera_.resized(size());
     if (showsAll_) {
         fit();
-    } else {
-        camera_ = camera_.resized(size());
     }
 }
 
