@@ -1,0 +1,1 @@
+// Compiled with the headers that many rooms share, so that these are compiled once.
