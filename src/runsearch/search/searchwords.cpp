@@ -37,7 +37,7 @@ std::string anyOf(const std::vector<std::string>& names, std::string_view many) 
 
 class Words {
 public:
-    void add(std::string part) { parts_.push_back(std::move(part)); }
+    void add(std::string_view part) { parts_.emplace_back(part); }
     void text(fmt::format_string<std::string_view> words, std::string_view typed) {
         if (!base::trim(typed).empty()) {
             add(fmt::format(words, base::trim(typed)));
