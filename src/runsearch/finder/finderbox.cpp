@@ -103,8 +103,7 @@ void FinderBox::addRow(const FoundRun& found) {
 
 void FinderBox::addHint(const QString& hint) {
     auto* item = new QStandardItem(hint);
-    item->setFlags(Qt::NoItemFlags);
-    item->setForeground(palette().placeholderText());
+    item->setFlags(Qt::ItemIsEnabled);  // what is disabled is too pale to be read
     found_->appendRow(item);
 }
 
