@@ -237,7 +237,7 @@ private:
             statement.reset();
             statement.bind(0, base::Value(static_cast<double>(travel.minutes)));
             statement.bind(1, base::Value(static_cast<double>(travel.miles)));
-            const auto bindEnds = [&](int place) {
+            const auto bindEnds = [&statement, &ends = ends](int place) {
                 statement.bind(place, base::Value(ends.first));
                 statement.bind(place + 1, base::Value(ends.second));
             };
