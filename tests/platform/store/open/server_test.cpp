@@ -356,7 +356,7 @@ TEST_F(Server, TellsEachFaultInItsOwnWords) {
     std::ofstream(access + ".pass") << "*:*:*:secret:wrong\n";
     std::filesystem::permissions(access + ".pass", std::filesystem::perms::owner_read);
     for (const auto& [where, told] : connecting) {
-        const auto error = refusalOf([&] { return store::open(where); });
+        const auto error = refusalOf([&place = where] { return store::open(place); });
         EXPECT_EQ(error.fault(), Fault::Unreachable) << where;
         EXPECT_THAT(error.what(), HasSubstr(told)) << where;
     }
@@ -378,7 +378,8 @@ TEST_F(Server, TellsEachFaultInItsOwnWords) {
         static_cast<void>(tell("ALTER ROLE vireo IN DATABASE " + name + " SET " + setting));
         cutConnections();
         EXPECT_EQ(cell("SELECT 1"), "1");
-        const auto error = refusalOf([&] { return database->execute(statement); });
+        const auto error =
+            refusalOf([&database, &sql = statement] { return database->execute(sql); });
         EXPECT_EQ(error.fault(), fault) << setting;
         EXPECT_THAT(error.what(), HasSubstr(told)) << setting;
         static_cast<void>(
