@@ -378,8 +378,7 @@ TEST_F(Server, TellsEachFaultInItsOwnWords) {
         static_cast<void>(tell("ALTER ROLE vireo IN DATABASE " + name + " SET " + setting));
         cutConnections();
         EXPECT_EQ(cell("SELECT 1"), "1");
-        const auto error =
-            refusalOf([&database, &sql = statement] { return database->execute(sql); });
+        const auto error = refusalOf([this, &sql = statement] { return database->execute(sql); });
         EXPECT_EQ(error.fault(), fault) << setting;
         EXPECT_THAT(error.what(), HasSubstr(told)) << setting;
         static_cast<void>(
