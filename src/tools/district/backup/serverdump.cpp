@@ -167,7 +167,7 @@ void refill(const fs::path& file, const Folders& folders, Progress& progress) {
                            {"--no-psqlrc", "--quiet", "--no-password", "--output=/dev/null",
                             "--set=ON_ERROR_STOP=1", "--dbname=" + connectionOf(folders)},
                            progress);
-    psql->write("BEGIN;\n");
+    psql->write("SET client_min_messages = warning;\nBEGIN;\n");
     for (const std::string& schema : schemasOf(folders)) {
         psql->write(fmt::format("DROP SCHEMA IF EXISTS \"{}\" CASCADE;\n", schema));
     }
