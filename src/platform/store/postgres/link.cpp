@@ -129,13 +129,21 @@ void Link::takePlace() {
     if (sharing_ == Sharing::Unknown) {
         return;
     }
-    const std::string_view form = sharing_ == Sharing::Alone ? "" : "_shared";
-    const Result taken = run(
-        fmt::format("SELECT pg_try_advisory_lock{}(hashtext('vireo open'), hashtext($1))", form),
-        {{place_.file}});
-    if (*library().value(taken.get(), 0, 0) != 't') {
-        throw StoreError(Fault::Locked,
-                         fmt::format("\"{}\" is in use by another program.", source_.path));
+    constexpr int Looks = 10;  // a program that has just ended leaves the server a moment later
+    constexpr std::chrono::milliseconds Moment{100};
+    const std::string sql =
+        fmt::format("SELECT pg_try_advisory_lock{}(hashtext('vireo open'), hashtext($1))",
+                    sharing_ == Sharing::Alone ? "" : "_shared");
+    for (int look = 1;; ++look) {
+        const Result taken = run(sql, {{place_.file}});
+        if (*library().value(taken.get(), 0, 0) == 't') {
+            return;
+        }
+        if (look == Looks) {
+            throw StoreError(Fault::Locked,
+                             fmt::format("\"{}\" is in use by another program.", source_.path));
+        }
+        std::this_thread::sleep_for(Moment);
     }
 }
 

@@ -375,7 +375,8 @@ TEST_F(Server, TellsEachFaultInItsOwnWords) {
                     "BY -n; END'",
                     Fault::Full, "no room left"}};
     for (const auto& [setting, statement, fault, told] : working) {
-        static_cast<void>(tell("ALTER ROLE vireo IN DATABASE " + name + " SET " + setting));
+        static_cast<void>(
+            tell(fmt::format("ALTER ROLE vireo IN DATABASE {} SET {}", name, setting)));
         cutConnections();
         EXPECT_EQ(cell("SELECT 1"), "1");
         const auto error = refusalOf([this, &sql = statement] { return database->execute(sql); });
