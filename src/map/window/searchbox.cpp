@@ -58,7 +58,7 @@ void SearchBox::offer(std::vector<SearchHit> hits) {
     }
     if (hits_.empty()) {
         auto* hint = new QStandardItem(tr("No run, stop, school or address with these words."));
-        hint->setFlags(Qt::ItemIsEnabled);  // what is disabled is too pale to be read
+        hint->setFlags(Qt::NoItemFlags);
         found_->appendRow(hint);
     }
     if (text().trimmed().isEmpty() || !isVisible()) {

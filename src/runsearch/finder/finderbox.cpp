@@ -103,7 +103,8 @@ void FinderBox::addRow(const FoundRun& found) {
 
 void FinderBox::addHint(const QString& hint) {
     auto* item = new QStandardItem(hint);
-    item->setFlags(Qt::ItemIsEnabled);  // what is disabled is too pale to be read
+    item->setFlags(Qt::NoItemFlags);
+    item->setForeground(palette().placeholderText());
     found_->appendRow(item);
 }
 
