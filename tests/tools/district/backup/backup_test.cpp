@@ -275,7 +275,7 @@ protected:
             const auto one = made_.open(file);
             const auto other = store::open(foldersOf(place).database(file).string());
             for (const store::Table& table : one->catalog().tables()) {
-                if (const auto found = store::differenceOf(*one, *other, table); !found.empty()) {
+                if (auto found = store::differenceOf(*one, *other, table); !found.empty()) {
                     return found;
                 }
             }
