@@ -25,12 +25,15 @@ constexpr auto StillOpening = "The streets are being opened.";
 /// Short enough to be no wait, long enough for a town.
 constexpr std::chrono::milliseconds Blink(40);
 
-/// Changes whenever what is opened may have changed.
+/// Changes whenever what is opened may have changed; making streets writes the settings, too.
 std::string stateOf(const streets::StreetPlaces& places) {
-    std::error_code none;  // a file that is not there has no time, and is found out by opening
-    const auto changed = std::filesystem::last_write_time(places.settings, none);
-    return fmt::format("{}\n{}\n{}", places.settings, changed.time_since_epoch().count(),
-                       places.closed);
+    std::string state;
+    for (const std::string& file : {places.settings, places.closed}) {
+        std::error_code none;  // a file that is not there has no time, and is found out by opening
+        const auto changed = std::filesystem::last_write_time(file, none);
+        state += fmt::format("{}\n{}\n", file, changed.time_since_epoch().count());
+    }
+    return state;
 }
 
 std::size_t placedStops(const MappedRun& run) {

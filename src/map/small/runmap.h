@@ -24,8 +24,8 @@ struct RunMap {
 };
 
 /// Draws runs of one district. Its streets are opened by a thread of its own when the first run is
-/// drawn, and again when the settings that name them have changed. Those that another one has
-/// open are taken from there.
+/// drawn, and again when the settings that name them or the list of closed streets have changed.
+/// Those that another one has open are taken from there.
 class RunMaps {
 public:
     /// `opened` is called by the other thread when a run that had to wait can be drawn, or is told

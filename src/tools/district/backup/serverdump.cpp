@@ -160,13 +160,14 @@ std::vector<std::unique_ptr<store::Database>> shutOnServer(const Folders& folder
     return there;
 }
 
-/// All in one transaction, which is there as a whole only once the back-up was read to its end.
-void refill(const fs::path& file, const Folders& folders, Progress& progress) {
+/// The transaction that has put everything back and is still to be committed.
+std::unique_ptr<ServerTool> refill(const fs::path& file, const Folders& folders,
+                                   Progress& progress) {
     const int version = versionOf(folders, progress);
-    const auto psql = tool("psql", version,
-                           {"--no-psqlrc", "--quiet", "--no-password", "--output=/dev/null",
-                            "--set=ON_ERROR_STOP=1", "--dbname=" + connectionOf(folders)},
-                           progress);
+    auto psql = tool("psql", version,
+                     {"--no-psqlrc", "--quiet", "--no-password", "--output=/dev/null",
+                      "--set=ON_ERROR_STOP=1", "--dbname=" + connectionOf(folders)},
+                     progress);
     psql->write("SET client_min_messages = warning;\nBEGIN;\n");
     for (const std::string& schema : schemasOf(folders)) {
         psql->write(fmt::format("DROP SCHEMA IF EXISTS \"{}\" CASCADE;\n", schema));
@@ -178,8 +179,11 @@ void refill(const fs::path& file, const Folders& folders, Progress& progress) {
         passing.add(bytes.size());
     }
     restoring->finish();
-    psql->write("COMMIT;\n");
-    psql->finish();
+    psql->write("\\echo done\n");
+    if (psql->read().empty()) {  // it says so only behind statements that went well
+        psql->finish();
+    }
+    return psql;
 }
 
 }  // namespace
@@ -225,13 +229,16 @@ bool restoreDatabases(const fs::path& file, const Folders& folders,
         }
         dumpDatabases(folders, former, progress);
     }
+    std::unique_ptr<ServerTool> unit;
     try {
-        refill(file, folders, progress);
+        unit = refill(file, folders, progress);
     } catch (...) {
         std::error_code ignored;
         fs::remove(former, ignored);  // it is as it stands there
         throw;
     }
+    unit->write("COMMIT;\n");  // a server that is gone from here on may have done it
+    unit->finish();
     return !there.empty();
 }
 

@@ -23,8 +23,8 @@ std::int64_t dumpDatabases(const Folders& folders, const std::filesystem::path& 
 
 /// Puts a district back from such a file, all of it at one moment: killed, the server has what it
 /// had before. What stands there is replaced only where `mayReplace` says so and nobody works
-/// there; it is kept in the file `former`, and true is returned. Raises base::RunTimeError,
-/// store::StoreError, Interrupted.
+/// there; it is kept in the file `former`, and true is returned. Where the server goes while it
+/// commits, that file stays. Raises base::RunTimeError, store::StoreError, Interrupted.
 bool restoreDatabases(const std::filesystem::path& file, const Folders& folders,
                       const std::function<bool()>& mayReplace, const std::filesystem::path& former,
                       Progress& progress);
