@@ -13,8 +13,9 @@ namespace store {
 /// Unreachable; ReadOnly where even reading needs to write beside it.
 std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs = LockTimeoutMs);
 
-/// The same for this program alone: nobody else opens the file until it is closed. Raises Locked at
-/// once where somebody has it open.
+/// The same for this program alone: nobody else opens the file until it is closed. Raises Locked
+/// where somebody has it open; on a server after five seconds, in which a program that has just
+/// ended may leave.
 std::unique_ptr<Database> openAlone(const std::string& path);
 
 /// Creates a new, empty file, readable by its owner only, or its place on a server, whose database

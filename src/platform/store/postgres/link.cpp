@@ -129,7 +129,8 @@ void Link::takePlace() {
     if (sharing_ == Sharing::Unknown) {
         return;
     }
-    constexpr int Looks = 10;  // a program that has just ended leaves the server a moment later
+    // A program that has just ended leaves the server a moment later.
+    const int looks = sharing_ == Sharing::Alone ? 50 : 10;
     constexpr std::chrono::milliseconds Moment{100};
     const std::string sql =
         fmt::format("SELECT pg_try_advisory_lock{}(hashtext('vireo open'), hashtext($1))",
@@ -139,7 +140,7 @@ void Link::takePlace() {
         if (*library().value(taken.get(), 0, 0) == 't') {
             return;
         }
-        if (look == Looks) {
+        if (look == looks) {
             throw StoreError(Fault::Locked,
                              fmt::format("\"{}\" is in use by another program.", source_.path));
         }
