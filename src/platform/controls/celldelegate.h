@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QCache>
+#include <QFont>
+#include <QStaticText>
 #include <QStyledItemDelegate>
 
 namespace controls {
@@ -22,6 +25,14 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    void drawText(QPainter& painter, const QStyleOptionViewItem& cell, const QString& text) const;
+    [[nodiscard]] const QStaticText& shaped(const QString& text, const QFont& font) const;
+
+    /// Texts as they are drawn: a list shows the same few over and over as it scrolls.
+    mutable QCache<QString, QStaticText> shaped_{3000};
+    mutable QFont font_;
 };
 
 }  // namespace controls

@@ -28,7 +28,7 @@ constexpr data::ListColumn Columns[]{
 constexpr std::int64_t CountedAtOnce = 100'000;
 /// So many of the newest entries tell which index leads to a filter's entries sooner: that of the
 /// times where one in `Rarest` of them is wanted. Sorting the entries of a run costs more then.
-constexpr std::int64_t Sample = 4'000;
+constexpr std::int64_t Sample = 1'000;
 constexpr std::int64_t Rarest = 20;
 
 }  // namespace

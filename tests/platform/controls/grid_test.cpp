@@ -5,11 +5,15 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QStyle>
 #include <QTableView>
 #include <QTest>
 #include <QVBoxLayout>
 
 #include <gmock/gmock.h>
+
+#include "platform/controls/celldelegate.h"
 
 namespace {
 
@@ -118,6 +122,32 @@ TEST_F(GridTest, ShowsRedCellsAndGoesToThem) {
     EXPECT_LT(shown.green(), 50);
     grid.setRed(1, 1, false);
     EXPECT_FALSE(grid.isRed(1, 1));
+}
+
+TEST(CellDelegate, DrawsWhatTheStyleWould) {
+    QStandardItemModel model(4, 2);
+    model.setItem(0, 0, new QStandardItem("Øvre Fjord"));
+    model.setItem(1, 0, new QStandardItem("Far more than its column has room for"));
+    model.setItem(2, 0, new QStandardItem("12.30"));
+    model.item(2)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    model.setItem(3, 0, new QStandardItem("Two\nlines"));
+    model.setItem(
+        3, 1,
+        new QStandardItem(QApplication::style()->standardIcon(QStyle::SP_FileIcon), "A sign"));
+    const auto picture = [&](QAbstractItemDelegate* delegate, bool enabled) {
+        QTableView view;
+        view.setModel(&model);
+        view.setItemDelegate(delegate);
+        view.selectRow(2);
+        view.setEnabled(enabled);
+        return view.grab().toImage();
+    };
+    controls::CellDelegate ours;
+    QStyledItemDelegate styles;
+    for (const bool enabled : {true, false}) {
+        EXPECT_EQ(picture(&ours, enabled), picture(&styles, enabled));
+        EXPECT_EQ(picture(&ours, enabled), picture(&styles, enabled)) << "from what was kept";
+    }
 }
 
 }  // namespace
