@@ -1,6 +1,7 @@
 #include "map/small/streetplaces.h"
 
 #include "data/lookups/mdlGetItems.h"
+#include "platform/base/text.h"
 #include "startup/base/mdlDBConnection.h"
 #include "startup/base/session.h"
 
@@ -11,7 +12,7 @@ streets::StreetPlaces streetsOfSession() {
     const std::string closed = data::GetGGClosedStreet();
     return {.settings = startup::gIniFile,
             .folder = startup::folderOfFiles(),
-            .closed = closed == None ? std::string() : closed};
+            .closed = closed == None ? "" : std::string(base::trim(closed))};
 }
 
 }  // namespace map

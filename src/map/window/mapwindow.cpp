@@ -1,20 +1,16 @@
 #include "map/window/mapwindow.h"
 
 #include <QMenu>
-#include <QShortcut>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
 #include <fmt/format.h>
 
-#include "map/run/solvedrun.h"
 #include "map/shown/districtground.h"
 #include "map/window/cures.h"
 #include "map/window/mapview_access.h"
-#include "platform/base/ports.h"
 #include "platform/controls/access.h"
-#include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 #include "streets/district/placesearch.h"
 
@@ -28,19 +24,9 @@ using controls::fromQt;
 using controls::toQt;
 
 constexpr auto Form_ = "MapWindow";
-constexpr auto AskKey = "MapWindow/AskFirst";
 constexpr std::size_t MostPlaces = 10;
 constexpr int WaitingTurn = 20;  ///< milliseconds
 constexpr double StopView = 1;   ///< feet a pixel
-
-// What the map needs beside the panel, in pixels: its signs do not grow with the font.
-constexpr int LeastBesidePanel = 728;
-constexpr int LeastBesideNarrow = 650;
-constexpr int LeastLinesBelow = 20;
-constexpr int PanelCharacters = 64;
-constexpr int NarrowCharacters = 26;
-
-constexpr auto NotSavedTitle = "Not Saved";
 
 }  // namespace
 
@@ -65,75 +51,6 @@ MapWindow::MapWindow(MapDistrict district)
 
 MapWindow::~MapWindow() = default;
 
-void MapWindow::wireControls() {
-    on(ui_->SolveIt, &QPushButton::clicked, "SolveIt_Click", &MapWindow::SolveIt_Click);
-    on(ui_->TakeOver, &QPushButton::clicked, "TakeOver_Click", &MapWindow::TakeOver_Click);
-    on(ui_->KeepOldWay, &QPushButton::clicked, "KeepOldWay_Click", &MapWindow::KeepOldWay_Click);
-    on(ui_->OpenRun, &QPushButton::clicked, "OpenRun_Click", &MapWindow::OpenRun_Click);
-    on(ui_->SolveRuns, &QPushButton::clicked, "SolveRuns_Click", &MapWindow::SolveRuns_Click);
-    on(ui_->Directions, &QPushButton::clicked, "Directions_Click", &MapWindow::Directions_Click);
-    on(ui_->CloseIt, &QPushButton::clicked, "CloseIt_Click", &MapWindow::CloseIt_Click);
-    on(ui_->Rows, &RowList::rowChosen, "Rows_Click", &MapWindow::chooseRow);
-    on(ui_->Rows, &RowList::rowActivated, "Rows_DblClick", &MapWindow::activateRow);
-    on(ui_->Rows, &RowList::rowChecked, "Rows_Check", [this](int row, bool shown) {
-        runs_[ui_->Rows->row(row)->index].isShown = shown;
-        showScene(false);
-        tellStatus();
-    });
-    on(ui_->FindIt, &SearchBox::offerWanted, "FindIt_Change", &MapWindow::FindIt_Change);
-    on(ui_->FindIt, &SearchBox::taken, "FindIt_Click", &MapWindow::find);
-    on(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, "FindIt_GotFocus",
-       [this] { ui_->FindIt->setFocus(Qt::ShortcutFocusReason); });
-    on(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, "Reload", &MapWindow::Reload);
-}
-
-void MapWindow::wireMap() {
-    ui_->Streets->setTelling([this](const Hit& hit) { return toldOf(hit); });
-    ui_->Streets->setStepping([this](bool forward) { return step(forward); });
-    on(ui_->Streets, &MapView::hitChosen, "Streets_Click", &MapWindow::chooseHit);
-    on(ui_->Streets, &MapView::hitActivated, "Streets_DblClick", &MapWindow::openHit);
-    on(ui_->Streets, &MapView::enterPressed, "Streets_Enter", &MapWindow::enterStop);
-    on(ui_->Streets, &MapView::escapePressed, "Streets_Escape", &MapWindow::leaveStop);
-}
-
-void MapWindow::fillMenu() {
-    auto* menu = new QMenu(this);
-    on(menu->addAction(tr("Runs of the &School")), &QAction::triggered, "SchoolRuns_Click",
-       &MapWindow::SchoolRuns_Click);
-    on(menu->addAction(tr("Runs of the &Route")), &QAction::triggered, "RouteRuns_Click",
-       &MapWindow::RouteRuns_Click);
-    menu->addSeparator();
-    auto* points = menu->addAction(tr("Show A&ll Stops"));
-    points->setObjectName(QStringLiteral("AllStops"));
-    points->setCheckable(true);
-    on(points, &QAction::toggled, "AllStops_Click", &MapWindow::AllStops_Click);
-    menu->addSeparator();
-    auto* moves = menu->addAction(tr("&Move Stops by Hand"));
-    moves->setCheckable(true);
-    moves->setToolTip(tr("Stops are dragged without holding Alt."));
-    on(moves, &QAction::toggled, "MoveStop_Click", &MapWindow::MoveStop_Click);
-    on(menu->addAction(tr("Suggest an &Order")), &QAction::triggered, "SuggestOrder_Click",
-       &MapWindow::SuggestOrder_Click);
-    menu->addSeparator();
-    on(menu->addAction(tr("&Print Map...")), &QAction::triggered, "PrintIt_Click",
-       &MapWindow::PrintIt_Click);
-    on(menu->addAction(tr("&Export Map...")), &QAction::triggered, "ExportIt_Click",
-       &MapWindow::ExportIt_Click);
-    menu->addSeparator();
-    auto* asks = menu->addAction(tr("&Ask Before Taking Over"));
-    asks->setCheckable(true);
-    asks->setChecked(asksFirst());
-    asks->setToolTip(tr("A run that Map It sends is shown before and after first."));
-    on(asks, &QAction::toggled, "AskFirst_Click",
-       [](bool on) { controls::LayoutMemory::instance().remember(QLatin1String(AskKey), on); });
-    ui_->More->setMenu(menu);
-}
-
-bool MapWindow::asksFirst() {
-    return controls::LayoutMemory::instance().recall(QLatin1String(AskKey)).value<QVariant>() !=
-           QVariant(false);
-}
-
 void MapWindow::Form_Load() {
     show(View::Nothing);
     ui_->Rows->setFocus();
@@ -152,35 +69,6 @@ void MapWindow::Form_Unload() {
     while (!asked_.empty()) {
         answerAsked(Decision::Kept);
     }
-}
-
-void MapWindow::formDress() { arrange(); }
-
-void MapWindow::resizeEvent(QResizeEvent* event) {
-    TrappedForm::resizeEvent(event);
-    arrange();
-}
-
-/// The map takes what the panel leaves: a narrow window folds the panel to numbers and times, a
-/// narrower one that is high enough moves it below the map.
-void MapWindow::arrange() {
-    const int character = fontMetrics().averageCharWidth();
-    const bool isNarrow = width() - PanelCharacters * character < LeastBesidePanel;
-    const bool isBelow = width() - NarrowCharacters * character < LeastBesideNarrow &&
-                         height() / 2 >= LeastLinesBelow * fontMetrics().height();
-    const bool isFolded = isNarrow && !isBelow;
-    ui_->body->setDirection(isBelow ? QBoxLayout::BottomToTop : QBoxLayout::LeftToRight);
-    const int characters = isFolded ? NarrowCharacters : PanelCharacters;
-    ui_->PanelArea->setMinimumWidth(isBelow ? 0 : characters * character);
-    ui_->PanelArea->setMaximumWidth(isBelow ? QWIDGETSIZE_MAX : characters * character);
-    ui_->PanelArea->setMaximumHeight(isBelow ? height() / 2 : QWIDGETSIZE_MAX);
-    ui_->Rows->setNarrow(isFolded);
-    ui_->Totals->setVisible(!isFolded);
-    ui_->findRow->setDirection(isFolded ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    ui_->Subject->setVisible(!isFolded && !ui_->Subject->text().isEmpty());
-    ui_->buttonRow->setDirection(isFolded ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    ui_->decisionRow->setDirection(isFolded ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    showTrouble();
 }
 
 bool MapWindow::read(const std::string& run) {
@@ -212,43 +100,6 @@ void MapWindow::showRun(const std::string& run) {
         }
         showForm();
     });
-}
-
-void MapWindow::ask(const std::string& run, Decided decided) {
-    trap("ask", [&] {
-        load();
-        asked_.push_back({run, std::move(decided)});
-        if (asked_.size() == 1) {
-            askNext();
-        }
-        showForm();
-    });
-}
-
-/// Runs that cannot be solved stay as they are.
-void MapWindow::askNext() {
-    while (!asked_.empty()) {
-        runs_.clear();
-        if (read(asked_.front().run) && shown_.way.isKnown()) {
-            chosenStop_ = NoStop;
-            compareShown();
-            return show(View::Compared);
-        }
-        answerAsked(Decision::Kept);
-    }
-}
-
-/// What was found of the run as it is stored says nothing of the new way.
-void MapWindow::compareShown() {
-    std::erase_if(shown_.way.troubles,
-                  [](const Trouble& trouble) { return trouble.kind == Trouble::Kind::Finding; });
-    comparison_ = compare(shown_.run, shown_.way.solution);
-}
-
-void MapWindow::answerAsked(Decision decision) {
-    const auto asked = std::move(asked_.front());
-    asked_.pop_front();
-    asked.decided(decision);
 }
 
 void MapWindow::runSaved(const std::string& run) {
@@ -607,111 +458,6 @@ void MapWindow::SolveIt_Click() {
     }
     compareShown();
     show(View::Compared);
-}
-
-void MapWindow::TakeOver_Click() { decide(Decision::TakenOver); }
-void MapWindow::KeepOldWay_Click() {
-    if (view_ == View::Candidates) {
-        return show(View::Run);
-    }
-    decide(Decision::Kept);
-}
-
-void MapWindow::decide(Decision decision) {
-    const auto run = shown_.run.id;
-    try {
-        if (decision == Decision::TakenOver && asked_.empty()) {
-            saveChanged(district_.routing, stored_, shown_.run, shown_.way.solution,
-                        district_.user());
-        }
-    } catch (const ChangedMeanwhile& changed) {
-        base::MsgBox(
-            {.text = changed.what(), .title = NotSavedTitle, .icon = base::MsgIcon::Exclamation});
-        return SolveIt_Click();
-    }
-    if (!asked_.empty()) {
-        answerAsked(decision);
-    }
-    news_ = decision == Decision::Kept ? fmt::format("Run {} stays as it was", run)
-            : steps_.empty()           ? fmt::format("Run {} was taken over", run)
-                                       : fmt::format(
-                                             "Run {} was taken over. Its detours are not kept: whoever "
-                                                       "solves it again drives as the district does",
-                                             run);
-    if (!asked_.empty()) {
-        return askNext();
-    }
-    if (!toSolve_.empty()) {
-        return solveNext();
-    }
-    if (read(run)) {
-        show(runs_.empty() ? View::Run : View::Runs);
-    } else {
-        tellStatus();
-    }
-}
-
-void MapWindow::showRuns(std::vector<MappedRun> runs, const std::string& heading) {
-    runs_.clear();
-    for (auto& run : runs) {
-        auto way = wayOf(district_.streets->network(), run);
-        runs_.push_back({.run = std::move(run), .way = std::move(way)});
-    }
-    runsHeading_ = heading;
-    const auto own =
-        std::ranges::find(runs_, shown_.run.id, [](const ShownRun& shown) { return shown.run.id; });
-    chosenRun_ = own == runs_.end() ? 0 : static_cast<std::size_t>(own - runs_.begin());
-    chosenStop_ = NoStop;
-    show(View::Runs);
-}
-
-void MapWindow::SchoolRuns_Click() {
-    const auto& run = shown_.run;
-    showRuns(readRunsOfSchool(district_.routing, run),
-             fmt::format("{}: runs {}", run.schoolName.empty() ? run.school : run.schoolName,
-                         run.tripType));
-}
-
-void MapWindow::RouteRuns_Click() {
-    showRuns(readRunsOfRoute(district_.routing, shown_.run.routeKey),
-             "Route " + shown_.run.routeId);
-}
-
-void MapWindow::OpenRun_Click() {
-    if (chosenRun_ < runs_.size()) {
-        const auto run = runs_[chosenRun_].run.id;
-        runs_.clear();
-        showRun(run);
-    }
-}
-
-void MapWindow::SolveRuns_Click() {
-    toSolve_.clear();
-    for (const auto& shown : runs_) {
-        if (shown.isShown) {
-            toSolve_.push_back(shown.run.id);
-        }
-    }
-    solveNext();
-}
-
-/// Runs that cannot be solved are passed over and told.
-void MapWindow::solveNext() {
-    std::string left;
-    while (!toSolve_.empty()) {
-        const auto run = toSolve_.front();
-        toSolve_.pop_front();
-        if (read(run) && shown_.way.isKnown()) {
-            news_ = fmt::format("{} more to solve{}", toSolve_.size(), left);
-            compareShown();
-            chosenStop_ = NoStop;
-            return show(View::Compared);
-        }
-        left += (left.empty() ? "; not solved: " : ", ") + run;
-    }
-    news_ = left.empty() ? "All runs are solved" : "The other runs are solved" + left;
-    view_ = View::Runs;
-    Reload();
 }
 
 void MapWindow::Directions_Click() {

@@ -1,8 +1,7 @@
 #include "tools/map/mapscreen.h"
 
-#include "data/lookups/mdlGetItems.h"
+#include "map/small/streetplaces.h"
 #include "map/window/mapwindow.h"
-#include "platform/base/text.h"
 #include "platform/forms/application.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/mdlDBConnection.h"
@@ -30,12 +29,6 @@ std::string lastUser() {
 Window& window() {
     return forms::FormRegistry::instance().make<Window>(
         ::map::MapDistrict{*startup::gcnRouting, streetsNow(), lastUser});
-}
-
-/// The district's list of closed streets, as those who send runs name it.
-std::string closedStreets() {
-    const auto file = data::GetGGClosedStreet();
-    return file == "NOT FOUND" ? "" : std::string(base::trim(file));
 }
 
 template <class Step>
@@ -67,7 +60,7 @@ DistrictStreets openStreets(const std::string& closedStreets) {
 }
 
 Screen desktopScreen() {
-    streetsNow() = openStreets(closedStreets());
+    streetsNow() = streets::openStreets(::map::streetsOfSession());
     return {.show = [](const std::string& run) { guarded([&] { window().showRun(run); }); },
             .asksFirst = [] { return Window::asksFirst(); },
             .ask = ask,
