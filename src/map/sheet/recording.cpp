@@ -6,6 +6,8 @@
 #include <QPainterPath>
 #include <cmath>
 
+#include "map/ground/polyline.h"
+
 namespace map {
 
 namespace {
@@ -43,7 +45,10 @@ void trace(Drawing::Path& path, const QPainterPath& traced) {
 
 class Engine : public QPaintEngine {
 public:
-    explicit Engine(Drawing& picture) : QPaintEngine(AllFeatures), picture_(picture) {}
+    explicit Engine(Drawing& picture)
+        : QPaintEngine(AllFeatures),
+          picture_(picture),
+          frame_(0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)) {}
 
     bool begin(QPaintDevice* /*device*/) override { return true; }
     bool end() override { return true; }
@@ -58,9 +63,11 @@ public:
 private:
     void fill(const QPainterPath& path);
     void stroke(const QPainterPath& path);
+    void strokeLine(const QPolygonF& line);
     Drawing::Path& pathFor(const Drawing::Look& look);
 
     Drawing& picture_;
+    QRectF frame_;
 };
 
 /// Lines of one look go on in one path, as the streets of a class do; where they cross they would
@@ -106,13 +113,29 @@ void Engine::drawPath(const QPainterPath& path) {
     stroke(placed);
 }
 
-void Engine::drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) {
+/// A street goes on through the whole city; only dashes would begin elsewhere.
+void Engine::strokeLine(const QPolygonF& line) {
+    constexpr double Around = 20;  // points: the widest street reaches in from there
     QPainterPath path;
-    path.addPolygon(QPolygonF(QList<QPointF>(points, points + count)));
-    const QPainterPath placed = state->transform().map(path);
-    if (mode == PolylineMode) {
-        return stroke(placed);
+    if (state->pen().dashPattern().size() > 1) {
+        path.addPolygon(line);
+    } else {
+        for (const LinePart& part :
+             clipped(line, frame_.adjusted(-Around, -Around, Around, Around))) {
+            path.addPolygon(QPolygonF(QList<QPointF>(part.points.begin(), part.points.end())));
+        }
     }
+    stroke(path);
+}
+
+void Engine::drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) {
+    const QPolygonF line(QList<QPointF>(points, points + count));
+    if (mode == PolylineMode) {
+        return strokeLine(state->transform().map(line));
+    }
+    QPainterPath path;
+    path.addPolygon(line);
+    const QPainterPath placed = state->transform().map(path);
     fill(placed);
     QPainterPath closed = placed;
     closed.closeSubpath();

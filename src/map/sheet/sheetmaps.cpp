@@ -63,16 +63,18 @@ reports::Picture SheetMap::drawn(float width, float height) const {
 
 }  // namespace
 
-std::shared_ptr<const reports::Drawable> sheetMapOf(
-    ado::Connection& routing, const std::shared_ptr<const streets::DistrictStreets>& streets,
-    const std::string& run) {
-    auto mapped = readMappedRun(routing, run);
+SheetMaps::SheetMaps(ado::Connection& routing,
+                     std::shared_ptr<const streets::DistrictStreets> streets)
+    : routing_(routing), streets_(std::move(streets)), ground_(groundOf(streets_)) {}
+
+std::shared_ptr<const reports::Drawable> SheetMaps::of(const std::string& run) const {
+    auto mapped = readMappedRun(routing_, run);
     if (!mapped || std::ranges::none_of(mapped->stops, &MappedStop::isPlaced)) {
         return nullptr;
     }
     ShownRun shown{.run = std::move(*mapped)};
-    shown.way = wayOf(streets->network(), shown.run);
-    return std::make_shared<SheetMap>(groundOf(streets), driversScene(shown),
+    shown.way = wayOf(streets_->network(), shown.run);
+    return std::make_shared<SheetMap>(ground_, driversScene(shown),
                                       "Map of " + headingOf(shown.run));
 }
 

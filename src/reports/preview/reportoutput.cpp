@@ -144,9 +144,8 @@ MapsOfRuns ReportOutput::mapsFor(const Request& request) const {
                      NoMapsTitle, base::MsgIcon::Information);
         return nullptr;
     }
-    return [streets = opened->streets](const std::string& run) {
-        return map::sheetMapOf(*startup::gcnRouting, streets, run);
-    };
+    return [maps = std::make_shared<const map::SheetMaps>(*startup::gcnRouting, opened->streets)](
+               const std::string& run) { return maps->of(run); };
 }
 
 std::shared_ptr<Prepared> ReportOutput::prepare(const Request& request) const {

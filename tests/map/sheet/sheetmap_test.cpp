@@ -67,19 +67,19 @@ void fillRuns(const TestDistrict& district) {
     support::RunBuilder("NOWHERE").school("OAK").stop("N1", {}).into(district);
 }
 
-class SheetMaps : public support::DistrictSession {
+class DriversMaps : public support::DistrictSession {
 protected:
-    SheetMaps() : DistrictSession(fillRuns) {}
+    DriversMaps() : DistrictSession(fillRuns) {}
 
     std::shared_ptr<const reports::Drawable> mapOf(const std::string& run) {
-        return map::sheetMapOf(*startup::gcnRouting, grid_, run);
+        return map::SheetMaps(*startup::gcnRouting, grid_).of(run);
     }
 
 private:
     std::shared_ptr<const streets::DistrictStreets> grid_ = streets::openStreets({});
 };
 
-TEST_F(SheetMaps, AreOfRunsThatCanBeDrawnAtAnySize) {
+TEST_F(DriversMaps, AreOfRunsThatCanBeDrawnAtAnySize) {
     EXPECT_EQ(mapOf("GONE"), nullptr);
     EXPECT_EQ(mapOf("NOWHERE"), nullptr);
     const auto map = mapOf("PLACED");

@@ -243,26 +243,28 @@ class Maps {
 public:
     Maps(const Folders& folders, ado::Connection& routing);
     [[nodiscard]] std::shared_ptr<const reports::Drawable> of(const std::string& run) const {
-        return map::sheetMapOf(routing_, streets_, run);
+        return maps_->of(run);
     }
 
 private:
-    ado::Connection& routing_;
-    std::shared_ptr<const streets::DistrictStreets> streets_;
+    std::optional<map::SheetMaps> maps_;
     int words_ = 1;
     std::string name_ = "vireo-district";
     std::array<char*, 2> arguments_{name_.data(), nullptr};
     std::unique_ptr<QGuiApplication> letters_;  ///< finds the fonts
 };
 
-Maps::Maps(const Folders& folders, ado::Connection& routing) : routing_(routing) {
+Maps::Maps(const Folders& folders, ado::Connection& routing) {
     ado::Recordset district;
     district.Open("SELECT DISTRICT.GIS_CLOSEDSTREETFILENAME FROM DISTRICT", routing);
-    streets_ = streets::openStreets(
-        {.settings = folders.settings().string(),
-         .folder = folders.files().string(),
-         .closed =
-             district.Eof() ? "" : std::string(district["GIS_CLOSEDSTREETFILENAME"].textView())});
+    maps_.emplace(
+        routing,
+        streets::openStreets(
+            {.settings = folders.settings().string(),
+             .folder = folders.files().string(),
+             .closed = district.Eof()
+                           ? ""
+                           : std::string(district["GIS_CLOSEDSTREETFILENAME"].textView())}));
     if (QCoreApplication::instance() == nullptr) {
         ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
         // A job at night has no session, which the toolkit would complain about.
