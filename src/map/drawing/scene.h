@@ -57,7 +57,7 @@ struct DrawnPlace {
 /// Where a student lives. Never printed.
 struct DrawnHome {
     geo::Feet at = {};
-    std::string label = {};            ///< the house's number, or how many students
+    std::string label = {};            ///< how many students; may be empty
     std::vector<geo::Feet> walk = {};  ///< from the home to the stop; may be empty
     bool crosses = false;              ///< the stop's street
 };

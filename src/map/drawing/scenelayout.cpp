@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "map/ground/zoomrules.h"
 #include "map/names/occupied.h"
 
 namespace map {
@@ -386,7 +387,8 @@ std::optional<Hit> hitIn(const SceneLayout& layout, const Scene& scene, const Ca
             return Hit{Hit::Kind::Place, 0, i};
         }
     }
-    for (std::size_t i = 0; i < scene.homes.size(); ++i) {
+    const std::size_t homes = camera.feetPerPixel() < HomesBelow ? scene.homes.size() : 0;
+    for (std::size_t i = 0; i < homes; ++i) {
         if (lengthOf(camera.toPixels(scene.homes[i].at) - pixel) <= HomeRadius) {
             return Hit{Hit::Kind::Home, 0, i};
         }

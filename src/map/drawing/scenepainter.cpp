@@ -186,7 +186,11 @@ void ScenePainter::chevrons(const Line& line, double apart, double size, const Q
 
 void ScenePainter::paintHomes() {
     constexpr double Thick = 2;
+    constexpr double Side = 22;
     constexpr NameStyle Style{11, true, NameInk::House};
+    if (camera_.feetPerPixel() >= HomesBelow) {
+        return;
+    }
     TextWidths widths;
     for (const DrawnHome& home : scene_.homes) {
         Line walk;
@@ -198,6 +202,9 @@ void ScenePainter::paintHomes() {
     }
     for (const DrawnHome& home : scene_.homes) {
         const QPointF at = camera_.toPixels(home.at);
+        if (!seen(Side).contains(at)) {
+            continue;
+        }
         paintHome(painter_, stamps_, at, home.crosses ? theme_.crossingWalk : theme_.walk, theme_);
         const double width = widths(home.label, Style);
         paintText(painter_, stamps_, {home.label, at + QPointF(width / 2 + 12, 0), 0}, Style,

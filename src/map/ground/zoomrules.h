@@ -13,6 +13,7 @@ namespace map {
 
 inline constexpr double OneWayArrowsBelow = 7;
 inline constexpr double HousesBelow = 1.6;
+inline constexpr double HomesBelow = 16;  ///< of students
 inline constexpr double ShortNamesAbove = 5;  ///< streets are named "N High St" from here on
 
 /// The width of a street of the class, in pixels.

@@ -52,6 +52,7 @@ MapWindow::MapWindow(MapDistrict district)
 MapWindow::~MapWindow() = default;
 
 void MapWindow::Form_Load() {
+    seekHomes(false);
     show(View::Nothing);
     ui_->Rows->setFocus();
 }
@@ -139,6 +140,7 @@ void MapWindow::show(View view) {
                    : view == View::Nothing ? tr("Map")
                                            : tr("Map - Run %1").arg(toQt(shown_.run.id)));
     seekCures();
+    placeHomes();
     showPanel();
     showScene(fits || chosenStop_ == NoStop);
     showButtons();
@@ -201,6 +203,7 @@ void MapWindow::showScene(bool fits) {
     auto scene = sceneNow();
     const auto sight = firstSight(scene);
     addAllStops(scene);
+    std::ranges::transform(shownHomes_, std::back_inserter(scene.homes), &ShownHome::drawn);
     ui_->Streets->showScene(std::move(scene), sight, fits ? MapView::Fit::Yes : MapView::Fit::No);
 }
 
@@ -375,6 +378,10 @@ std::size_t MapWindow::stopOf(const Hit& hit) const {
 }
 
 void MapWindow::chooseHit(const Hit& hit) {
+    if (hit.kind == Hit::Kind::Home) {
+        news_ = shownHomes_[hit.index].told;
+        return tellStatus();
+    }
     if (hit.kind != Hit::Kind::Stop && hit.kind != Hit::Kind::Leg) {
         return;
     }
@@ -403,6 +410,9 @@ void MapWindow::openHit(const Hit& hit) {
 QString MapWindow::toldOf(const Hit& hit) const {
     if (hit.kind == Hit::Kind::Place) {
         return toQt(ui_->Streets->scene().places[hit.index].name);
+    }
+    if (hit.kind == Hit::Kind::Home) {
+        return toQt(shownHomes_[hit.index].told);
     }
     if (hit.run >= (view_ == View::Runs ? runs_.size() : 1)) {
         const auto& stop = allStops_[hit.index];

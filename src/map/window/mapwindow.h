@@ -11,6 +11,7 @@
 
 #include "map/ground/camera.h"
 #include "map/run/mapsearch.h"
+#include "map/shown/homes.h"
 #include "map/shown/runscene.h"
 #include "map/window/aside.h"
 #include "map/window/detours.h"
@@ -38,6 +39,9 @@ struct MapDistrict {
     ado::Connection& routing;
     std::shared_ptr<const streets::DistrictStreets> streets;
     std::function<std::string()> user;  ///< whom changes are put down to
+    /// The district's list of students' homes for who may see it now, nothing for anybody else,
+    /// who is told so where asked to. Empty where there is no such list to be had.
+    std::function<std::optional<std::vector<streets::Home>>(bool tell)> homes = {};
 };
 
 /// What became of a run that was solved.
@@ -65,6 +69,8 @@ public:
     void showPoints();
     /// Other streets from now on.
     void driveOn(std::shared_ptr<const streets::DistrictStreets> streets);
+    /// Whether students' homes were left on, for who may see them.
+    [[nodiscard]] static bool showsHomes();
     /// Whether a run that another program sends is taken over only when the planner says so.
     [[nodiscard]] static bool asksFirst();
 
@@ -157,6 +163,10 @@ private:
     void showDetour(std::chrono::milliseconds patience);
     void forgetDetours();
     void AllStops_Click(bool on);
+    void Homes_Click(bool on);
+    /// The layer's homes, where it is turned on and the user may see them.
+    void seekHomes(bool tell);
+    void placeHomes();
     void offerCandidates(const std::string& words);
     void showCandidates(std::chrono::milliseconds patience);
     void leaveAsStored();
@@ -183,6 +193,9 @@ private:
     std::string wantedPlace_;  ///< the words that they were looked for by
     Aside<std::vector<Candidate>> looking_;
     std::vector<SearchHit> allStops_;  ///< where they are shown
+    std::string homesAreFor_;          ///< the user who was let see them
+    std::vector<streets::Home> homes_;
+    std::vector<ShownHome> shownHomes_;  ///< around what is shown
     std::vector<std::vector<geo::Feet>> oldLines_;
     std::deque<Asked> asked_;  ///< the first one is shown
     std::vector<ShownRun> runs_;

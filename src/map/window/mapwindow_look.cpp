@@ -63,6 +63,14 @@ void MapWindow::fillMenu() {
     points->setObjectName(QStringLiteral("AllStops"));
     points->setCheckable(true);
     on(points, &QAction::toggled, "AllStops_Click", &MapWindow::AllStops_Click);
+    auto* homes = menu->addAction(tr("Show Students' &Homes"));
+    homes->setObjectName(QStringLiteral("Homes"));
+    homes->setCheckable(true);
+    homes->setShortcut(Qt::CTRL | Qt::Key_H);
+    homes->setVisible(district_.homes != nullptr);
+    homes->setChecked(showsHomes());
+    addAction(homes);
+    on(homes, &QAction::toggled, "Homes_Click", &MapWindow::Homes_Click);
     menu->addSeparator();
     auto* moves = menu->addAction(tr("&Move Stops by Hand"));
     moves->setCheckable(true);

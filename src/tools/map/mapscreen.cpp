@@ -2,12 +2,15 @@
 
 #include "map/small/streetplaces.h"
 #include "map/window/mapwindow.h"
+#include "platform/ado/sqltext.h"
 #include "platform/forms/application.h"
 #include "platform/forms/formregistry.h"
 #include "startup/base/mdlDBConnection.h"
+#include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
 #include "startup/districts/knowndistricts.h"
 #include "streets/district/districtstreets.h"
+#include "streets/district/homes.h"
 
 namespace tools::map {
 
@@ -26,9 +29,24 @@ std::string lastUser() {
     return startup::KnownDistricts().find(startup::districtInForce()).lastUser;
 }
 
+/// Homes are for who may print them with the students' reports. Rights may have changed since the
+/// last time.
+std::optional<std::vector<streets::Home>> homesNow(bool tell) {
+    constexpr auto PrintPermission = "RTG270";
+    if (!startup::gcnQDSC) {
+        startup::gcnQDSC =
+            startup::GetJetConnection(startup::databasePath(startup::gVIREOPath, "ZBQDSC1.mdb"));
+    }
+    const bool isUnknown = startup::LoadUserPermissions(ado::escaped(lastUser()));
+    startup::gSecurityOn = startup::gSecurityOn || isUnknown;
+    return startup::HasAuthority(PrintPermission, tell)
+               ? std::optional(streets::readHomes(startup::folderOfFiles()))
+               : std::nullopt;
+}
+
 Window& window() {
     return forms::FormRegistry::instance().make<Window>(
-        ::map::MapDistrict{*startup::gcnRouting, streetsNow(), lastUser});
+        ::map::MapDistrict{*startup::gcnRouting, streetsNow(), lastUser, homesNow});
 }
 
 template <class Step>

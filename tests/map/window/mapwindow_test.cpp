@@ -55,8 +55,12 @@ protected:
     static MapWindow& window() {
         static const auto streets = std::make_shared<const streets::DistrictStreets>(
             streets::gridNetwork({}), streets::Grid{});
-        return made<MapWindow>(MapDistrict{*startup::gcnRouting, streets, [] { return "PAT"; }});
+        return made<MapWindow>(
+            MapDistrict{*startup::gcnRouting, streets, [] { return user; },
+                        [](bool /*tell*/) { return user == "PAT" ? homes : std::nullopt; }});
     }
+    static inline std::string user = "PAT";
+    static inline std::optional<std::vector<streets::Home>> homes = {};
     MapView& map() { return control<MapView>("Streets"); }
     RowList& rowList() { return control<RowList>("Rows"); }
     std::vector<std::string> rowsShown(std::size_t cell) {
@@ -96,6 +100,40 @@ TEST_F(MapWindowForm, ARunIsSavedOnlyWhenItIsTakenOver) {
               "15|5|False|PAT");
     EXPECT_EQ(stored("SELECT Count(*) FROM RUNDIR WHERE RUN='MILE-1' AND LINETYPE='Stop'"), "4");
     EXPECT_EQ(text("Status"), "Run MILE-1 was taken over");
+}
+
+TEST_F(MapWindowForm, HomesAreShownToThoseWhoMaySeeThem) {
+    homes = {{{"S1", {660, 960}, "1 Main Street"},
+              {"", {660, 960}, ""},
+              {"S2", {660, 1160}, ""},
+              {"", {90'000, 660}, "far away"}}};
+    byOthers("INSERT INTO STUDENT (INT_STUID, STUID) VALUES (901, 'S2')");
+    byOthers(
+        "INSERT INTO STU_ADDR_TRIPTYPE (INT_STUID, TRIPTYPE, INT_STOPID) SELECT 901, TRIPTYPE, "
+        "INT_STOPID FROM STOP_TRIPTYPE WHERE RUN='MILE-1' AND TIME_AT_STOP='1899-12-30 07:44:00'");
+    EXPECT_THAT(map().scene().homes, IsEmpty());
+    window().findChild<QAction*>("Homes")->trigger();
+    EXPECT_THAT(text("Status"), StartsWith("2 of 4 homes"));
+    ASSERT_THAT(map().scene().homes, SizeIs(2));
+    EXPECT_EQ(map().tellOf({.kind = Hit::Kind::Home, .index = 0}),
+              "1 Main Street, 2 students, 300 feet in a straight line to the nearest stop 1");
+    EXPECT_EQ(map().tellOf({.kind = Hit::Kind::Home, .index = 1}),
+              "Home, 10572 feet in a straight line to its stop 2");
+    EXPECT_THAT(map().scene().homes[1].walk, SizeIs(2));
+    user = "SAM";
+    window().Reload();
+    EXPECT_THAT(map().scene().homes, IsEmpty());
+    EXPECT_FALSE(window().findChild<QAction*>("Homes")->isChecked());
+    user = "PAT";
+}
+
+TEST_F(MapWindowForm, KeepsItsSightWhenTheDirectionsAreLeft) {
+    emit rowList().rowChosen(1);
+    map().zoom(2);
+    const auto before = map().camera().feetPerPixel();
+    window().Directions_Click();
+    window().Directions_Click();
+    EXPECT_EQ(map().camera().feetPerPixel(), before);
 }
 
 TEST_F(MapWindowForm, IsExportedToAFileOrSaysWhyNot) {

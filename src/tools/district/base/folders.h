@@ -34,6 +34,8 @@ struct Folders {
     [[nodiscard]] std::filesystem::path reports() const { return files() / "RouteRpts"; }
     /// The district's own addresses, as they were last given to its streets.
     [[nodiscard]] std::filesystem::path addresses() const { return files() / "addresses.csv"; }
+    /// Where students live, as the district was last told.
+    [[nodiscard]] std::filesystem::path homes() const { return files() / "homes.csv"; }
     /// The list of empty travel that was worked out and not entered.
     [[nodiscard]] std::filesystem::path computedTravel() const {
         return files() / "computed-travel.csv";

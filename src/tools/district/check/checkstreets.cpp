@@ -1,9 +1,26 @@
 #include "platform/base/error.h"
+#include "platform/files/files.h"
 #include "platform/store/base/location.h"
+#include "streets/district/homes.h"
 #include "tools/district/check/checkparts.h"
 #include "tools/district/place/streetsof.h"
 
 namespace tools::district {
+
+namespace {
+
+CheckFinding homesNotUnderstood(const Folders& folders) {
+    CheckFinding finding{.what = "Homes that no map can show"};
+    const auto file = folders.homes().string();
+    if (files::exists(file)) {
+        for (const std::string& fault : streets::homesIn(files::read(file)).faults) {
+            finding.add(fault);
+        }
+    }
+    return finding;
+}
+
+}  // namespace
 
 void checkStreets(const Folders& folders, store::Database& database, CheckReport& report,
                   Progress& progress) {
@@ -23,6 +40,7 @@ void checkStreets(const Folders& folders, store::Database& database, CheckReport
     }
     report.add(std::move(unopened));
     report.add(std::move(closed));
+    report.add(homesNotUnderstood(folders));
 }
 
 }  // namespace tools::district

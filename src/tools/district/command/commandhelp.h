@@ -153,6 +153,9 @@ miles there are, what buses cannot reach, and which stops lie far from a street.
 --addresses FILE   the district's own addresses, CSV with the columns number, street, and x and y
                    or latitude and longitude; kept, and taken again the next time
 --around MILES     how far beyond the outermost stops, 5 unless you say
+--homes FILE       where students live, CSV with the columns address, or number and street, or x
+                   and y, or latitude and longitude, and student for the id; kept for the map,
+                   which shows them to who may print. Without an extract the streets stay
 
 Example: vireo-district streets ~/fourtowns kansas.osm.pbf --centre 38.97,-95.24)";
 inline constexpr std::string_view TravelHelp = R"(work out the empty travel between stops

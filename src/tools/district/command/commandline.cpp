@@ -44,6 +44,7 @@
 #include "tools/district/make/create.h"
 #include "tools/district/make/generator.h"
 #include "tools/district/place/centre.h"
+#include "tools/district/streets/keephomes.h"
 #include "tools/district/streets/makestreets.h"
 #include "tools/district/upgrade/upgrade.h"
 #include "tools/district/users/accounts.h"
@@ -412,7 +413,17 @@ bool report(const Call& call) {
 
 constexpr std::uint64_t FarthestMiles = 500;
 
-bool streets(const Call& call) {
+void takeHomes(const Call& call, const std::string& file) {
+    Progress progress;
+    const HomesReport report = keepHomes(foldersOf(call.words[0]), file, progress);
+    progress.clear();
+    call.out << report.text();
+    call.tell("homes", static_cast<qint64>(report.homes));
+    call.tell("homesWithoutPlace",
+              arrayOf(report.unplaced, [](const std::string& line) { return toJson(line); }));
+}
+
+void makeStreetsOf(const Call& call) {
     StreetsOptions options{.folders = foldersOf(call.words[0]),
                            .extracts = {call.words.begin() + 1, call.words.end()},
                            .centre = centreGiven(call)};
@@ -433,6 +444,20 @@ bool streets(const Call& call) {
                   return QJsonObject{{"stop", toJson(stop.stop)},
                                      {"feet", stop.feet ? QJsonValue(*stop.feet) : QJsonValue()}};
               }));
+}
+
+/// Homes alone need no extract: they are placed on the streets that are there.
+bool streets(const Call& call) {
+    const auto homes = call.text("homes");
+    if (call.words.size() < 2 && !homes) {
+        throw Misuse{"Name an extract of OpenStreetMap, or a list of homes with --homes."};
+    }
+    if (call.words.size() > 1) {
+        makeStreetsOf(call);
+    }
+    if (homes) {
+        takeHomes(call, *homes);
+    }
     return true;
 }
 
@@ -544,11 +569,15 @@ const std::vector<Command>& commands() {
           {"names", ""},
           {"without-maps", ""}}},
         {"streets",
-         "FOLDER EXTRACT... [--addresses FILE] [--centre LAT,LON] [--around MILES]",
-         {2, MostExtracts},
+         "FOLDER [EXTRACT...] [--addresses FILE] [--homes FILE] [--centre LAT,LON] [--around "
+         "MILES]",
+         {1, MostExtracts},
          StreetsHelp,
          streets,
-         {{"addresses", "", "FILE"}, {"centre", "", "LAT,LON"}, {"around", "", "MILES"}}},
+         {{"addresses", "", "FILE"},
+          {"homes", "", "FILE"},
+          {"centre", "", "LAT,LON"},
+          {"around", "", "MILES"}}},
         {"travel",
          "FOLDER [--all] [--again]",
          {1, 1},

@@ -61,7 +61,7 @@ std::shared_ptr<const streets::DistrictStreets> openStreetsOf(const Folders& fol
 }
 
 std::vector<std::filesystem::path> filesBeside(const Folders& folders, store::Database& routing) {
-    std::vector<std::filesystem::path> files{folders.addresses(), folders.computedTravel()};
+    std::vector<std::filesystem::path> files{folders.addresses(), folders.homes(), folders.computedTravel()};
     for (const auto& names : {streetFileIn(folders.settings().string()),
                               closedIn(routing, "District"), closedIn(routing, "RUN")}) {
         for (const std::string& name : names) {

@@ -19,8 +19,8 @@ namespace tools::district {
     const Folders& folders, store::Database& routing);
 
 /// The files that belong to the district beside its databases, under their whole paths, whether
-/// they are there or not: its streets, its addresses, the lists of closed streets (its own and its
-/// runs'), and the list of empty travel that was worked out. Each once.
+/// they are there or not: its streets, its addresses, its students' homes, the lists of closed streets
+/// (its own and its runs'), and the list of empty travel that was worked out. Each once.
 [[nodiscard]] std::vector<std::filesystem::path> filesBeside(const Folders& folders,
                                                              store::Database& routing);
 

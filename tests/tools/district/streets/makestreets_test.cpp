@@ -9,10 +9,12 @@
 #include "platform/base/error.h"
 #include "platform/geo/projection.h"
 #include "streets/district/districtstreets.h"
+#include "streets/district/homes.h"
 #include "streets/file/streetfile.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 #include "tools/district/place/centre.h"
+#include "tools/district/streets/keephomes.h"
 
 namespace tools::district {
 
@@ -136,6 +138,33 @@ TEST_F(MakeStreets, KeepsTheAddressTableForTheNextTime) {
     EXPECT_NEAR(open()->map()->houses[0].at.y, middle_.y, 0.1);
     EXPECT_THROW(make(temporary_.write("wrong.csv", "a,b\n1,2\n")), base::RunTimeError);
     EXPECT_EQ(make().houses, 1U);
+}
+
+TEST_F(MakeStreets, PlacesHomesWhereTheirVeryHouseIsKnown) {
+    make(temporary_.write("addresses.csv",
+                          fmt::format("number,street,x,y\n12,Oak St,{0},70010\n", middle_.x)));
+    const auto keep = [&](const std::string& rows) {
+        Progress progress;
+        return keepHomes(made_.folders(), temporary_.write("given.csv", rows), progress);
+    };
+    const auto report = keep(
+        "student,address,x,y\n7,\"12 oak st, Town\",,\n8,12 Oakland St,,\n"
+        ",\"1,5\",500,600\n9,,far,1\n");
+    EXPECT_EQ(report.byAddress, 1U);
+    EXPECT_THAT(report.unplaced, ElementsAre("Line 3: 12 Oakland St"));
+    EXPECT_THAT(report.faults, ElementsAre("Line 5: It names no place."));
+    const auto kept = [&] { return streets::readHomes(made_.folders().files().string()); };
+    ASSERT_EQ(kept().size(), 2U);
+    EXPECT_EQ(kept()[0].student, "7");
+    EXPECT_NEAR(kept()[0].at.y, 70010, 0.1);
+    EXPECT_EQ(kept()[1].address, "1,5");
+    EXPECT_THROW(keep("student,address\n7,1 Nowhere St\n"), base::RunTimeError);
+    EXPECT_THROW(keep("student\n7\n"), base::RunTimeError);
+    EXPECT_EQ(kept().size(), 2U);
+    writePrivateFile(made_.folders().homes(), "student,x,y,address\n1,here,2,\n");
+    Progress progress;
+    EXPECT_THAT(checkDistrict(made_.folders(), progress).text(),
+                HasSubstr("Homes that no map can show: 1"));
 }
 
 TEST_F(MakeStreets, LeavesAllAsItWasWhenRefusedOrStopped) {
