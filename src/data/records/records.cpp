@@ -47,7 +47,7 @@ std::optional<Record> readRecord(ado::Connection& connection, const FieldTable& 
 SaveResult saveRecord(ado::Connection& connection, std::string_view select, const Entries& entries,
                       const Author& author) {
     // From here to the commit no other program can write, so what is compared is what is changed.
-    ado::CommitOnExit unit(connection, {.reads = {std::string(select)}});
+    ado::CommitOnExit unit(connection, {.reads = {std::string(select)}, .writesTogether = true});
     ado::Recordset row;
     row.Open(select, connection, ado::CursorType::Dynamic);
     const FieldTable& fields = entries.entered.fields();
@@ -64,7 +64,6 @@ SaveResult saveRecord(ado::Connection& connection, std::string_view select, cons
         return {SaveOutcome::Changed, std::move(stored)};
     }
     write(row, entries, author);
-    row.Resync();
     SaveResult result{SaveOutcome::Saved, recordOf(row, fields)};
     row.Close();
     unit.commit();

@@ -311,6 +311,11 @@ void Run::fill(const data::Record& run) {
 /// Shows what stands around the fields.
 void Run::present(const data::Record& run) {
     seen_ = run;
+    if (vehicle_.run != this->run()) {
+        vehicle_ = {};
+        vehicle_.run = this->run();
+    }
+    vehicle_.ownRoute = run["INT_ROUTEID"].asInteger();
     changed_->clear();
     startup::ChangeWatch::instance().open(isNew() ? std::string() : this->run());
     ui_->RunID->setReadOnly(!isNew());
@@ -355,6 +360,9 @@ void Run::Command1_Click() {
 std::vector<std::string> Run::readsOf(const std::string& run) const {
     auto reads = listReads(run, directionStyle(fromQt(ui_->cmbDirType->currentText())));
     reads.insert(reads.end(), 2, runSql(run));
+    if (run == vehicle_.run) {
+        std::ranges::copy(vehicleAndSeatsReads(), std::back_inserter(reads));
+    }
     return reads;
 }
 

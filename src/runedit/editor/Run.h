@@ -16,6 +16,8 @@
 #include "runedit/editor/runsequence.h"
 #include "runedit/editor/stoptotals.h"
 #include "runedit/map/mapanswer.h"
+#include "runedit/validation/checkedrun.h"
+#include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/forms/changednote.h"
 #include "startup/forms/changewatch.h"
 #include "startup/forms/trappedform.h"
@@ -125,6 +127,9 @@ private:
     [[nodiscard]] std::vector<std::string> readsOf(const std::string& run) const;
     [[nodiscard]] std::string level() const;
     void readVehicle();
+    [[nodiscard]] std::string routeVehType() const;
+    [[nodiscard]] ReadsOfCheck likelyReads() const;
+    [[nodiscard]] std::vector<std::string> vehicleAndSeatsReads() const;
     void arrange();
     void refuseUnknownKey(controls::MultiColumnCombo* combo);
     void showStatus(const QString& text, bool green = false);
@@ -171,9 +176,9 @@ private:
     std::string toEdit_;  ///< the run asked for; blank for a new one
     CrowdedDelegate* onTheBus_ = nullptr;
     std::optional<Arrangement> arrangement_;
-    bool isFilling_ = false;    ///< the lists follow, and the totals with them
-    StopTotals totals_;         ///< of the list of stops
-    std::string routeVehType_;  ///< of the vehicle of the run's route; blank where there is none
+    bool isFilling_ = false;  ///< the lists follow, and the totals with them
+    StopTotals totals_;       ///< of the list of stops
+    CheckedRun vehicle_;      ///< the run with its route's vehicle as they were found last
     bool allPlaced_ = true;
     bool saysSaved_ = false;  ///< the status tells of the last saving
     bool activatedBefore_ = false;

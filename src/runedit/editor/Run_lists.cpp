@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 
 #include "map/small/smallmap.h"
 #include "map/small/streetplaces.h"
@@ -50,9 +51,18 @@ void Run::showPlace() {
 std::string Run::level() const { return fromQt(ui_->cmbCapacity->currentText()); }
 
 /// The vehicle of the run's route decides on the seats, as in the validation.
-void Run::readVehicle() {
-    const auto checked = readCheckedRun(run(), 0, {*gcnRouting, *startup::gcnTrip});
-    routeVehType_ = checked.hasVehicle() ? checked.vehType : std::string();
+void Run::readVehicle() { vehicle_ = readCheckedRun(run(), 0, {*gcnRouting, *startup::gcnTrip}); }
+
+/// Blank where the run's route has no vehicle.
+std::string Run::routeVehType() const {
+    return vehicle_.hasVehicle() ? vehicle_.vehType : std::string();
+}
+
+/// What the vehicle and the seats are looked up by, where they are found as before.
+std::vector<std::string> Run::vehicleAndSeatsReads() const {
+    auto reads = seatsReads({ui_->cmbVEHTYPE->text(), routeVehType()});
+    std::ranges::copy(routeReads(vehicle_), std::back_inserter(reads));
+    return reads;
 }
 
 void Run::seatsChanged() {
@@ -62,7 +72,7 @@ void Run::seatsChanged() {
 }
 
 void Run::showTotals() {
-    const ado::ReadAhead ahead(*gcnRouting, seatsReads({ui_->cmbVEHTYPE->text(), routeVehType_}));
+    const ado::ReadAhead ahead(*gcnRouting, seatsReads({ui_->cmbVEHTYPE->text(), routeVehType()}));
     ui_->TotalPass->setText(QString::number(totals_.passengers));
     ui_->TotalStops->setText(QString::number(totals_.stops));
     ui_->TotalDistance->setText(QString::number(totals_.miles, 'f', 2));
@@ -70,11 +80,15 @@ void Run::showTotals() {
 
     const auto typed = seatsOf(ui_->cmbVEHTYPE->text(), level());
     ui_->LevelSeats->setText(typed ? tr("%1 seats").arg(*typed) : QString());
-    const auto seats = routeVehType_.empty() ? typed : seatsOf(routeVehType_, level());
+    const auto ofRoute = routeVehType();
+    const bool isSame =
+        ofRoute.empty() || base::trim(ofRoute) == base::trim(ui_->cmbVEHTYPE->text());
+    const auto seats = isSame ? typed : seatsOf(ofRoute, level());
     ui_->Seats->setText(seats ? tr("of %1 seats").arg(*seats) : QString());
-    ui_->Seats->setToolTip(routeVehType_.empty() ? tr("The seats of the run's vehicle type.")
-                                                 : tr("The vehicle of the run's route decides: %1.")
-                                                       .arg(toQt(base::trim(routeVehType_))));
+    ui_->Seats->setToolTip(
+        ofRoute.empty()
+            ? tr("The seats of the run's vehicle type.")
+            : tr("The vehicle of the run's route decides: %1.").arg(toQt(base::trim(ofRoute))));
     ui_->PassengerBar->setValues(static_cast<double>(totals_.passengers),
                                  static_cast<double>(seats.value_or(0)));
     onTheBus_->setSeats(seats);
@@ -170,6 +184,7 @@ void Run::Build_StopList() {
     auto stops = isNew() ? StopList() : readStopList(*gcnRouting, run(), ui_->Pickup->isChecked());
     allPlaced_ = stops.unplaced.empty();
     totals_ = stops.totals;
+    const ado::ReadAhead ahead(*gcnRouting, vehicleAndSeatsReads());
     readVehicle();
     showTotals();
     const auto chosen = chosenStopTrip();

@@ -7,7 +7,6 @@
 #include "platform/controls/qtext.h"
 #include "runedit/editor/Run.h"
 #include "runedit/editor/runfields.h"
-#include "runedit/validation/checkedrun.h"
 #include "runedit/validation/mdlValidate_Runs.h"
 #include "startup/base/session.h"
 
@@ -104,10 +103,22 @@ void Run::afterSaving(const data::Record& stored) {
     ui_->chkNew->setChecked(false);
     fill(stored);
     showStatus(tr("Run %1 saved.").arg(toQt(run())), true);
+    const auto likely = likelyReads();
+    const ado::ReadAhead ofTrip(*startup::gcnTrip, likely.trip, ado::ReadAhead::Until::End);
+    const ado::ReadAhead ofRouting(*gcnRouting, likely.routing);
     std::ignore = unlessLocked({"Run Not Checked", fmt::format(NotCheckedText, run())}, [this] {
         trap("CheckRun", [this] { checkRunOfAnyLength(run(), "Y"); });
     });
     refresh();
+}
+
+/// What the checks ask where the vehicle is the one that is shown.
+ReadsOfCheck Run::likelyReads() const {
+    auto found = vehicle_;
+    if (!found.hasVehicle()) {
+        found.vehType = ui_->cmbVEHTYPE->text();
+    }
+    return readsOfCheck(found);
 }
 
 bool Run::askAboutDeletion() {

@@ -41,26 +41,6 @@ StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
     return stops;
 }
 
-void addBellWarnings(ado::Connection& routing, std::string_view run, std::string_view type,
-                     const Findings& findings) {
-    if (findings.empty()) {
-        return;
-    }
-    ado::Recordset rows;
-    rows.Open(fmt::format("Select RunWarning.* from RunWarning Where RunWarning.Run='{}' AND "
-                          "RunWarning.WarningType='{}'",
-                          ado::escaped(run), type),
-              routing, ado::CursorType::Dynamic);
-    for (const Finding& finding : findings) {
-        rows.AddNew();
-        rows["Run"].Value(finding.run);
-        rows["WarningType"].Value(type);
-        rows["WarningDateTime"].Value(base::Now());
-        rows["WarningText"].Value(finding.message);
-        rows.Update();
-    }
-}
-
 }  // namespace
 
 bool recordBellCheck(ado::Connection& routing, std::string_view run, BellRule rule,
@@ -70,7 +50,9 @@ bool recordBellCheck(ado::Connection& routing, std::string_view run, BellRule ru
     deleteBellWarnings(routing, run);
     const auto stops = stopsAgainstBell(routing, run);
     const auto findings = early ? earlierThanBell(stops, bell) : laterThanBell(stops, bell);
-    addBellWarnings(routing, run, early ? "EARLY BELL" : "LATE BELL", findings);
+    for (const Finding& finding : findings) {
+        addRunWarning(routing, early ? "EARLY BELL" : "LATE BELL", finding);
+    }
     unit.commit();
     return findings.empty();
 }

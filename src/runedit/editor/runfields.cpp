@@ -166,6 +166,7 @@ const data::FieldTable& runFields() {
         {"friday", "Friday", YesNo, "chkFriday"},
         {"Regenerate", "Regenerate", YesNo, "Regenerate"},
         {"ACTIVE", "Active", YesNo, "Active"},
+        shownField("INT_ROUTEID", Number),
         shownField("CreatedBy", Key),
         shownField("CREATEDDT", DateTime),
         shownField("ChangedBy", Key),

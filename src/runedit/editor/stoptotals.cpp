@@ -1,5 +1,7 @@
 #include "runedit/editor/stoptotals.h"
 
+#include <algorithm>
+
 #include "data/lookups/mdlGetItems.h"
 #include "data/runs/onthebus.h"
 #include "platform/base/text.h"
@@ -32,8 +34,9 @@ StopTotals totalsOf(const TextTable& stops) {
 std::vector<std::string> seatsReads(const std::vector<std::string>& vehTypes) {
     std::vector<std::string> reads;
     for (const std::string& vehType : vehTypes) {
-        if (!base::trim(vehType).empty()) {
-            reads.push_back(data::questionOf(data::GetVehType, vehType));
+        const auto question = data::questionOf(data::GetVehType, vehType);
+        if (!base::trim(vehType).empty() && std::ranges::find(reads, question) == reads.end()) {
+            reads.push_back(question);
             reads.push_back(data::capacityQuestion(vehType));
         }
     }

@@ -161,12 +161,16 @@ Findings needsNotMet(const CheckedRun& run, const std::vector<StopNeeds>& stops,
     return std::move(counter).findings();
 }
 
+std::string needsCarriedSql(std::string_view vehType) {
+    return fmt::format(
+        "SELECT VEHTYPE_SPECIALNEEDS.* FROM VEHTYPE_SPECIALNEEDS Where "
+        "VEHTYPE_SPECIALNEEDS.VEHTYPE='{}'",
+        ado::escaped(vehType));
+}
+
 std::vector<NeedCount> needsCarriedBy(const std::string& vehType, ado::Connection& trip) {
     ado::Recordset rows;
-    rows.Open(fmt::format("SELECT VEHTYPE_SPECIALNEEDS.* FROM VEHTYPE_SPECIALNEEDS Where "
-                          "VEHTYPE_SPECIALNEEDS.VEHTYPE='{}'",
-                          ado::escaped(vehType)),
-              trip);
+    rows.Open(needsCarriedSql(vehType), trip);
     std::vector<NeedCount> carried;
     for (; !rows.Eof(); rows.MoveNext()) {
         carried.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["Capacity"])});

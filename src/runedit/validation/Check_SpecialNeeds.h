@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "runedit/validation/checkedrun.h"
@@ -42,6 +43,8 @@ inline constexpr std::string_view SpecialNeedsSeparator = "      *** ";
 /// What a vehicle type can carry, as it is stored.
 [[nodiscard]] std::vector<NeedCount> needsCarriedBy(const std::string& vehType,
                                                     ado::Connection& trip);
+/// The statement that it opens.
+[[nodiscard]] std::string needsCarriedSql(std::string_view vehType);
 
 /// The same for the stored run. A stop's needs are taken in the order of their codes.
 /// Cost: one statement for the vehicle type, one for the stops and one for each of them.

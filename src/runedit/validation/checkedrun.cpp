@@ -14,31 +14,36 @@ namespace {
 
 bool isBlank(std::string_view text) { return base::trim(text).empty(); }
 
+std::string routeSql(std::int64_t intRouteId) {
+    return fmt::format("Select ROUTE.* FROM ROUTE Where ROUTE.INT_ROUTEID={}", intRouteId);
+}
+
+std::string vehicleSql(std::string_view vehicle) {
+    return fmt::format("Select VEHICLE.* From VEHICLE WHERE VEHICLE.VEHICLE='{}'",
+                       ado::escaped(base::trim(vehicle)));
+}
+
 /// The vehicle of a route; blank where there is none.
 std::string vehicleOfRoute(std::int64_t intRouteId, ado::Connection& routing) {
     if (intRouteId == 0) {
         return {};
     }
     ado::Recordset route;
-    route.Open(fmt::format("Select ROUTE.* FROM ROUTE Where ROUTE.INT_ROUTEID={}", intRouteId),
-               routing);
+    route.Open(routeSql(intRouteId), routing);
     return route.Eof() ? std::string() : textOf(route["Vehicle"]);
 }
 
 std::optional<std::string> vehTypeOfVehicle(std::string_view vehicle, ado::Connection& trip) {
     ado::Recordset row;
-    row.Open(fmt::format("Select VEHICLE.* From VEHICLE WHERE VEHICLE.VEHICLE='{}'",
-                         ado::escaped(base::trim(vehicle))),
-             trip);
+    row.Open(vehicleSql(vehicle), trip);
     return row.Eof() ? std::nullopt : std::optional(textOf(row["VehType"]));
 }
 
-/// Reads the run's row; returns the route that it is on.
-std::int64_t readRun(CheckedRun& checked, ado::Connection& routing) {
+void readRun(CheckedRun& checked, ado::Connection& routing) {
     ado::Recordset row;
     row.Open(runSql(checked.run), routing);
     if (row.Eof()) {
-        return 0;
+        return;
     }
     // The run's overfill is not added to the capacity, although the message speaks of it: meant.
     checked.vehType = textOf(row["VehType"]);
@@ -47,7 +52,7 @@ std::int64_t readRun(CheckedRun& checked, ado::Connection& routing) {
     }
     checked.pickup = yesNoOf(row["Pickup"]);
     checked.bell = timeOf(row["BellTime"]);
-    return wholeOf(row["Int_RouteID"]);
+    checked.ownRoute = wholeOf(row["Int_RouteID"]);
 }
 
 }  // namespace
@@ -59,7 +64,8 @@ CheckedRun readCheckedRun(const std::string& run, std::int64_t intRouteId,
     CheckedRun checked;
     checked.run = run;
     checked.intRouteId = intRouteId;
-    checked.vehicle = vehicleOfRoute(readRun(checked, databases.routing), databases.routing);
+    readRun(checked, databases.routing);
+    checked.vehicle = vehicleOfRoute(checked.ownRoute, databases.routing);
     if (checked.hasVehicle()) {
         checked.vehType =
             vehTypeOfVehicle(checked.vehicle, databases.trip).value_or(checked.vehType);
@@ -69,6 +75,14 @@ CheckedRun readCheckedRun(const std::string& run, std::int64_t intRouteId,
 
 std::string runSql(std::string_view run) {
     return fmt::format("Select RUN.* FROM RUN Where RUN.RUN='{}'", ado::escaped(run));
+}
+
+std::vector<std::string> routeReads(const CheckedRun& found) {
+    return found.ownRoute == 0 ? std::vector<std::string>() : std::vector{routeSql(found.ownRoute)};
+}
+
+std::vector<std::string> vehicleReads(const CheckedRun& found) {
+    return found.hasVehicle() ? std::vector{vehicleSql(found.vehicle)} : std::vector<std::string>();
 }
 
 std::int16_t integer16(std::int64_t number) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ado/connection.h"
 #include "platform/ado/recordset.h"
@@ -24,8 +25,9 @@ struct CheckedRun {
     std::string run;
     std::int64_t intRouteId = 0;  ///< the route that the caller asks for; 0 is none
 
-    std::string vehicle;  ///< of the run's own route, blank where none is known
-    std::string vehType;  ///< of that vehicle, otherwise of the run; may be blank
+    std::int64_t ownRoute = 0;  ///< the run's own route; 0 is none
+    std::string vehicle;        ///< of the run's own route, blank where none is known
+    std::string vehType;        ///< of that vehicle, otherwise of the run; may be blank
     std::string capacityLevel = "Medium";
     std::int16_t capacity = 0;  ///< seats; filled where the passengers are checked
     bool pickup = false;
@@ -42,6 +44,11 @@ struct CheckedRun {
 
 /// The statement that the checks read a run's row with.
 [[nodiscard]] std::string runSql(std::string_view run);
+
+/// What readCheckedRun asks behind that row where it finds the same route and vehicle again, for
+/// who asks several questions at once (ado::ReadAhead).
+[[nodiscard]] std::vector<std::string> routeReads(const CheckedRun& found);
+[[nodiscard]] std::vector<std::string> vehicleReads(const CheckedRun& found);  ///< of the trips
 
 using startup::numberOf;
 using startup::textOf;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/ado/sqltext.h"
+#include "platform/base/ports.h"
 #include "platform/base/text.h"
 
 namespace runedit {
@@ -25,6 +27,14 @@ std::string onLines(std::string_view accumulated, std::string_view separator) {
                              base::trim(accumulated.substr(from, at - from)));
     }
     return lines;
+}
+
+void addRunWarning(ado::Connection& routing, std::string_view type, const Finding& finding) {
+    routing.executeUncounted(
+        fmt::format("INSERT INTO RUNWARNING (RUN, WARNINGTYPE, WARNINGDATETIME, WARNINGTEXT) "
+                    "VALUES ('{}', '{}', #{}#, '{}')",
+                    ado::escaped(base::codeOf(finding.run)), type, base::Now().text(),
+                    ado::escaped(finding.message)));
 }
 
 }  // namespace runedit

@@ -1,6 +1,8 @@
 #include "runedit/validation/mdlValidate_Runs.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -94,12 +96,15 @@ Wanted wantedChecks(std::string_view switches) {
     return wanted;
 }
 
+std::string capacitySql(std::string_view vehType) {
+    return fmt::format("Select VEHTYPE.* From VEHTYPE Where VEHTYPE.VEHTYPE='{}'",
+                       ado::escaped(base::trim(vehType)));
+}
+
 std::int16_t GetVehCapacity(const std::string& VehType, const std::string& CapacityLevel) {
     return startup::trapped("GetVehCapacity", Module, [&]() -> std::int16_t {
         ado::Recordset row;
-        row.Open(fmt::format("Select VEHTYPE.* From VEHTYPE Where VEHTYPE.VEHTYPE='{}'",
-                             ado::escaped(base::trim(VehType))),
-                 *startup::gcnRouting);
+        row.Open(capacitySql(VehType), *startup::gcnRouting);
         if (row.Eof()) {
             base::MsgBox(
                 "Warning,  the vehicle type that you assigned to this run is no longer in your "
@@ -138,41 +143,12 @@ void Clear_WarningRS(const std::string& Run, std::int64_t IntRouteID,
                           type, run));
 }
 
-/// An empty recordset to add warnings to: the rows of this type have just been deleted.
-void openForAdding(ado::Recordset& rows, const CheckedRun& run, std::string_view type,
-                   bool forRoute) {
-    const auto id = ado::escaped(run.run);
-    rows.Open(forRoute
-                  ? fmt::format("SELECT ROUTEWARNING.* FROM ROUTEWARNING WHERE "
-                                "ROUTEWARNING.WARNINGTYPE='{}' AND ROUTEWARNING.RUNID1='{}' AND "
-                                "ROUTEWARNING.INT_ROUTEID={}",
-                                type, id, run.intRouteId)
-                  : fmt::format("SELECT RUNWARNING.* FROM RUNWARNING WHERE "
-                                "RUNWARNING.WARNINGTYPE='{}' AND RUNWARNING.RUN='{}'",
-                                type, id),
-              *startup::gcnRouting, ado::CursorType::Dynamic);
-}
-
-void writeWarnings(const CheckedRun& run, const Check& check, bool forRoute,
-                   const Findings& findings) {
-    if (findings.empty()) {
-        return;
-    }
-    ado::Recordset rows;
-    openForAdding(rows, run, check.type, forRoute);
-    for (const Finding& finding : findings) {
-        rows.AddNew();
-        if (forRoute) {
-            rows["RunID1"].Value(run.run);
-            rows["Int_RouteID"].Value(run.intRouteId);
-        } else {
-            rows["Run"].Value(finding.run);
-        }
-        rows["WarningType"].Value(check.type);
-        rows["WarningDateTime"].Value(base::Now());
-        rows["WarningText"].Value(finding.message);
-        rows.Update();
-    }
+void addRouteWarning(const CheckedRun& run, std::string_view type, const Finding& finding) {
+    startup::gcnRouting->executeUncounted(
+        fmt::format("INSERT INTO ROUTEWARNING (RUNID1, INT_ROUTEID, WARNINGTYPE, WARNINGDATETIME, "
+                    "WARNINGTEXT) VALUES ('{}', {}, '{}', #{}#, '{}')",
+                    ado::escaped(base::codeOf(run.run)), run.intRouteId, type, base::Now().text(),
+                    ado::escaped(finding.message)));
 }
 
 Findings replaceWarnings(const Check& check, const CheckedRun& run,
@@ -180,7 +156,10 @@ Findings replaceWarnings(const Check& check, const CheckedRun& run,
     const bool forRoute = check.forRoutes && run.inRouteMode();
     Clear_WarningRS(run.run, forRoute ? run.intRouteId : 0, check.type);
     auto findings = check.find(run, databases);
-    writeWarnings(run, check, forRoute, findings);
+    for (const Finding& finding : findings) {
+        forRoute ? addRouteWarning(run, check.type, finding)
+                 : addRunWarning(*startup::gcnRouting, check.type, finding);
+    }
     return findings;
 }
 
@@ -277,6 +256,17 @@ std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowM
         const ado::ReadAhead reads(*startup::gcnRouting, {DistrictSql, runSql(Run)});
         return validate(Run, IntRouteID, ShowMessages, wantedChecks(Switches));
     });
+}
+
+ReadsOfCheck readsOfCheck(const CheckedRun& foundBefore) {
+    const std::string& run = foundBefore.run;
+    ReadsOfCheck reads{{DistrictSql, countSql(run), runSql(run)}, vehicleReads(foundBefore)};
+    std::ranges::copy(routeReads(foundBefore), std::back_inserter(reads.routing));
+    if (!base::trim(foundBefore.vehType).empty()) {
+        reads.routing.push_back(capacitySql(foundBefore.vehType));
+        reads.trip.push_back(needsCarriedSql(foundBefore.vehType));
+    }
+    return reads;
 }
 
 std::string checkRunOfAnyLength(const std::string& run, const std::string& switches) {

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include "runedit/validation/checkedrun.h"
 
 namespace runedit {
 
@@ -36,5 +39,13 @@ std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowM
 /// The same for a form, with messages and without a route: a run with more stops than CONFLICTING
 /// TIME takes gets all other checks, and the planner is told.
 std::string checkRunOfAnyLength(const std::string& run, const std::string& switches);
+
+/// What it asks before it begins to check, as far as the run is found as before: for who asks
+/// several questions at once (ado::ReadAhead).
+struct ReadsOfCheck {
+    std::vector<std::string> routing;
+    std::vector<std::string> trip;
+};
+[[nodiscard]] ReadsOfCheck readsOfCheck(const CheckedRun& foundBefore);
 
 }  // namespace runedit

@@ -59,6 +59,7 @@ Link::Link(const std::string& path, int lockTimeoutMs, Sharing sharing)
     : place_(serverPathOf(path)),
       source_{path, lockTimeoutMs},
       sharing_(sharing),
+      lock_(Lock),
       files_{place_.file} {
     connect();
 }
@@ -362,11 +363,10 @@ Result Link::run(const std::string& sql, const std::vector<Parameter>& parameter
 /// Reads that fail take nothing of the unit with them: they are made again one by one.
 Link::Begun Link::tryToBegin(std::span<const Call> reads) {
     constexpr std::size_t LockPlace = 1;
-    Query lock(Lock);
     const std::vector<Parameter> file{{place_.file, 0}};
     Sending sending(prepared_);
     sending.add(Begin);
-    sending.add({&lock, &file});
+    sending.add({&lock_, &file});
     if (!reads.empty()) {
         sending.add(Savepoint);
         sending.add(reads);

@@ -110,6 +110,7 @@ private:
     Connection connection_;
     std::optional<OwnBackend> own_;
     PreparedNames prepared_;
+    Query lock_;
     std::vector<std::string> files_;
     std::vector<std::string> applied_;  ///< settings as the connection has them
     Durability durability_ = Durability::PowerCut;
