@@ -174,7 +174,8 @@ bool GroupWork::unit(const std::function<void()>& work, const std::vector<std::s
             unit.commit();
         } catch (const store::StoreError& error) {
             const auto& session = connection_.session();
-            if (error.fault() == store::Fault::Locked && session && session->inTransaction()) {
+            if (error.fault() == store::Fault::Locked && session &&
+                session->database().inTransaction()) {
                 session->rollback();
             }
             throw;

@@ -275,7 +275,7 @@ std::string checkRunOfAnyLength(const std::string& run, const std::string& switc
         auto wanted = wantedChecks(switches);
         const auto stops = wanted[StopTimes] ? timedStops(run) : 0;
         wanted[StopTimes] = wanted[StopTimes] && stops <= MaxComparedStops;
-        const auto flags = validate(run, 0, true, wanted);
+        auto flags = validate(run, 0, true, wanted);
         if (stops > MaxComparedStops) {
             base::MsgBox(fmt::format(TooManyStopsText, base::trim(run), stops, MaxComparedStops),
                          TooManyStopsTitle, base::MsgIcon::Information);

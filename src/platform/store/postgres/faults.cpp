@@ -170,7 +170,10 @@ void raiseFault(const Source& source, const PGresult* answer) {
     if (state == "55P03" || state == "40P01" || state == "40001") {
         raiseLocked(source);
     }
-    if (state == "25006" || state == "42501") {
+    if (state == "25006") {
+        raiseReadOnly(source, fmt::format("its server is a copy, or closed to changes ({})", text));
+    }
+    if (state == "42501") {
         raiseReadOnly(source, text);
     }
     if (state.starts_with("53")) {

@@ -351,6 +351,7 @@ Result Link::run(Query& query, const std::vector<Parameter>& parameters) {
         result = once(query, parameters);
     }
     require(result.get());
+    hasWritten_ = hasWritten_ || query.writes;
     changedRows_ = std::atoll(library().commandRows(result.get()));
     return result;
 }
@@ -360,21 +361,16 @@ Result Link::run(const std::string& sql, const std::vector<Parameter>& parameter
     return run(query, parameters);
 }
 
-/// Reads that fail take nothing of the unit with them: they are made again one by one.
 Link::Begun Link::tryToBegin(std::span<const Call> reads) {
-    constexpr std::size_t LockPlace = 1;
     const std::vector<Parameter> file{{place_.file, 0}};
     Sending sending(prepared_);
     sending.add(Begin);
     sending.add({&lock_, &file});
-    if (!reads.empty()) {
-        sending.add(Savepoint);
-        sending.add(reads);
-        sending.add(Release);
-    }
+    const std::size_t lockPlace = sending.commands().size() - 1;
+    sending.add(reads);
     Answers answers = exchange(sending.commands());
     const std::size_t failed = firstFault(answers);
-    const bool failedLater = failed > LockPlace && failed < answers.size() &&
+    const bool failedLater = failed > lockPlace && failed < answers.size() &&
                              !isLost(connection_.get(), answers[failed].get());
     if (failed < answers.size() && !failedLater) {
         return {std::move(answers[failed]), {}, false};
@@ -406,12 +402,13 @@ Link::Answers Link::begin(std::span<const Call> reads) {
         script("ROLLBACK");
     }
     require(begun.lock.get());
+    if (begun.readsFailed) {  // they are made again one by one, each with its own fault
+        script("ROLLBACK");
+        return begin();
+    }
     unit_ = library().value(begun.lock.get(), 0, 1);
     inUnit_ = true;
-    if (begun.readsFailed) {
-        undoStatement();
-        return {};
-    }
+    hasWritten_ = false;
     return std::move(begun.reads);
 }
 
@@ -495,11 +492,24 @@ Link::Answers Link::readTogether(std::span<const Call> reads) {
     return {};
 }
 
+/// All that the unit has written until now is undone by the server; it goes on as a new one.
+void Link::beginAnew() {
+    script("ROLLBACK");
+    inUnit_ = false;
+    static_cast<void>(begin());
+}
+
+/// Where the unit has written nothing before, nothing needs to be kept of it.
 bool Link::writeTogether(std::span<const Call> writes, bool commits) {
+    const bool isWhole = commits && !hasWritten_;
     Sending sending(prepared_);
-    sending.add(Savepoint);
+    if (!isWhole) {
+        sending.add(Savepoint);
+    }
     sending.add(writes);
-    sending.add(Release);
+    if (!isWhole) {
+        sending.add(Release);
+    }
     const std::size_t commitPlace = sending.commands().size();
     if (commits) {
         sending.add(Commit);
@@ -510,9 +520,10 @@ bool Link::writeTogether(std::span<const Call> writes, bool commits) {
     PGresult* telling = answers[isDone ? answers.size() - 1 : failed].get();
     const bool isGone = isLost(connection_.get(), telling);
     if (!isDone && !isGone && failed < commitPlace) {
-        undoStatement();
+        isWhole ? beginAnew() : undoStatement();
         return false;
     }
+    hasWritten_ = true;
     if (commits) {
         committed(telling);
     } else if (isGone) {

@@ -96,6 +96,7 @@ private:
     [[nodiscard]] Result once(Query& query, const std::vector<Parameter>& parameters);
     void makeReady();
     void undoStatement();
+    void beginAnew();
     void raiseIfUnitIsLost();
     [[nodiscard]] Begun tryToBegin(std::span<const Call> reads);
     void committed(PGresult* answer);
@@ -120,6 +121,7 @@ private:
     bool isCancelled_ = false;
     bool isGivenUp_ = false;  ///< the user waited no longer, the connection is of no use any more
     bool inUnit_ = false;
+    bool hasWritten_ = false;  ///< in this unit
     std::string unit_;  ///< the server's number of the unit
     std::int64_t changedRows_ = 0;
     std::int64_t roundTrips_ = 0;

@@ -155,6 +155,10 @@ TEST_F(Server, KeepsWhatAUnitWroteBeforeAFailedStatement) {
 
 TEST_F(Server, LetsOneProgramAtATimeIntoAUnit) {
     const auto other = store::open(path, 30);
+    for (int unit = 0; unit < 3; ++unit) {  // the lock is prepared there by then
+        other->begin();
+        other->commit();
+    }
     database->begin();
     const auto error = refusalOf([&] {
         other->begin();
