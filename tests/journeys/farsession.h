@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include "platform/store/base/location.h"
 #include "startup/base/session.h"
 #include "support/districtsession.h"
