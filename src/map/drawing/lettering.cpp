@@ -34,9 +34,24 @@ QPainterPath cornersOf(const QPainterPath& curved) {
     return corners;
 }
 
+/// Words of a city stand on many sheets, and finding their outlines takes longer than all else.
+const QPainterPath& outlineOf(const QFont& font, const QString& words) {
+    constexpr qsizetype Most = 4000;
+    thread_local QHash<QString, QPainterPath> known;
+    const QString key = font.key() + QLatin1Char('\n') + words;
+    if (const auto found = known.constFind(key); found != known.constEnd()) {
+        return *found;
+    }
+    if (known.size() >= Most) {
+        known.clear();
+    }
+    QPainterPath outline;
+    outline.addText({}, font, words);
+    return *known.insert(key, outline);
+}
+
 void paintOutlined(QPainter& painter, QPointF begin, const QString& words, const TextInk& inks) {
-    QPainterPath letters;
-    letters.addText(begin, painter.font(), words);
+    const QPainterPath letters = outlineOf(painter.font(), words).translated(begin);
     if (inks.halo.alpha() > 0) {
         painter.strokePath(cornersOf(letters),
                            QPen(inks.halo, Halo, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

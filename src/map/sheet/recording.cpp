@@ -116,13 +116,15 @@ void Engine::drawPath(const QPainterPath& path) {
 /// A street goes on through the whole city; only dashes would begin elsewhere.
 void Engine::strokeLine(const QPolygonF& line) {
     constexpr double Around = 20;  // points: the widest street reaches in from there
+    constexpr double Unseen = 0.2;
     QPainterPath path;
     if (state->pen().dashPattern().size() > 1) {
         path.addPolygon(line);
     } else {
         for (const LinePart& part :
              clipped(line, frame_.adjusted(-Around, -Around, Around, Around))) {
-            path.addPolygon(QPolygonF(QList<QPointF>(part.points.begin(), part.points.end())));
+            const Line plain = simplified(part.points, Unseen);
+            path.addPolygon(QPolygonF(QList<QPointF>(plain.begin(), plain.end())));
         }
     }
     stroke(path);

@@ -52,10 +52,14 @@ struct Shape {
     std::vector<float> points;    ///< of a polygon: x and y in turn; one not filled stays open
 };
 
-/// A picture between shapes and texts.
+/// A picture between shapes and texts. It is drawn when its page is painted: those of a whole
+/// report would fill the memory.
 struct PlacedPicture {
     float x = 0, y = 0;
-    std::shared_ptr<const Picture> picture;
+    float width = 0, height = 0;
+    std::shared_ptr<const Drawable> drawable = {};
+
+    [[nodiscard]] Picture drawn() const { return drawable->drawn(width, height); }
 };
 
 /// A place to jump to: bookmarks of a file, contents of the preview.

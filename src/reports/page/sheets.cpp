@@ -38,8 +38,6 @@ public:
         return paged(blocks).size();
     }
     [[nodiscard]] std::deque<Page> paged(const std::vector<SheetBlock>& blocks);
-    /// Draws what paged() has left room for, on the last of its pages.
-    void drawMap(std::deque<Page>& pages) const;
     [[nodiscard]] const SheetFrame& first() const { return first_; }
 
 private:
@@ -66,7 +64,6 @@ private:
     Page page_;
     float y_ = 0;
     bool isFresh_ = true;
-    float mapHeight_ = 0;
     std::optional<Touched> touched_;
 };
 
@@ -147,20 +144,14 @@ void SheetPaging::placeMap() {
         begin(other_);
     }
     y_ += isFresh_ ? 0 : MapAbove;
-    mapHeight_ = std::min(frame_->bottom - 1 - y_ - credit, MapMost);
-    page_.pictures.push_back({grid_.hungLeft(), y_, nullptr});
-    y_ += mapHeight_;
+    const float height = std::min(frame_->bottom - 1 - y_ - credit, MapMost);
+    page_.pictures.push_back({grid_.hungLeft(), y_, grid_.hungWidth(), height, map_});
+    y_ += height;
     if (credit > 0) {
         put(page_, CreditStyle, map_->attribution(), grid_.right + SheetGrid::Hang, y_ + 9,
             Align::Right);
     }
     y_ += credit;
-}
-
-void SheetPaging::drawMap(std::deque<Page>& pages) const {
-    for (PlacedPicture& placed : pages.back().pictures) {
-        placed.picture = std::make_shared<Picture>(map_->drawn(grid_.hungWidth(), mapHeight_));
-    }
 }
 
 /// What the run leaves of its last page is the driver's.
@@ -261,7 +252,6 @@ void SheetMaking::laySheet() {
     const auto close = blocksOf(items, Close);
     const bool isLong = paging.count(loose) > paging.count(close);
     laid_ = paging.paged(isLong ? close : loose);
-    paging.drawMap(laid_);
     laid_.front().marks.push_back(
         {0, cleaned(head.plate + (head.title.empty() ? "" : "  " + head.title)), 0});
     rows_ += static_cast<std::uint32_t>(items.size());

@@ -194,7 +194,7 @@ void Drawing::path(const Picture::Path& path) {
 }
 
 void Drawing::picture(const PlacedPicture& placed) {
-    const Picture& picture = *placed.picture;
+    const Picture picture = placed.drawn();
     cairo_save(cairo_);
     cairo_translate(cairo_, placed.x, placed.y);
     cairo_rectangle(cairo_, 0, 0, picture.width, picture.height);

@@ -132,18 +132,17 @@ void PagePainter::paintShape(QPainter& painter, const Shape& shape, double scale
 void PagePainter::paintPicture(QPainter& painter, const PlacedPicture& placed, double scale) {
     constexpr std::size_t MostKept = 6;
     const double ratio = painter.device()->devicePixelRatioF();
-    const QSize pixels = (QSizeF(placed.picture->width, placed.picture->height) * scale * ratio)
-                             .expandedTo({1, 1})
-                             .toSize();
+    const QSize pixels =
+        (QSizeF(placed.width, placed.height) * scale * ratio).expandedTo({1, 1}).toSize();
     auto known = std::ranges::find_if(pictures_, [&](const Painted& painted) {
-        return painted.picture == placed.picture && painted.image.size() == pixels;
+        return painted.drawable == placed.drawable && painted.image.size() == pixels;
     });
     if (known == pictures_.end()) {
         QImage image(pixels, QImage::Format_RGB32);
         image.fill(Qt::white);
         image.setDevicePixelRatio(ratio);
-        paintPaths(image, *placed.picture, scale);
-        pictures_.push_front({placed.picture, std::move(image)});
+        paintPaths(image, placed.drawn(), scale);
+        pictures_.push_front({placed.drawable, std::move(image)});
         pictures_.resize(std::min(pictures_.size(), MostKept));
         known = pictures_.begin();
     }

@@ -32,7 +32,7 @@ private:
 
     /// A picture as it was painted last.
     struct Painted {
-        std::shared_ptr<const Picture> picture;
+        std::shared_ptr<const Drawable> drawable;
         QImage image;
     };
 

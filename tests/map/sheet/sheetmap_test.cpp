@@ -39,9 +39,17 @@ TEST(Recording, PaintedAgainIsThePictureThatWasPainted) {
     QPainter directly(&direct);
     paint(directly);
     directly.end();
-    const auto picture = std::make_shared<reports::Picture>(map::recorded({600, 300}, paint));
+    struct Recorded : reports::Drawable {
+        explicit Recorded(std::function<void(QPainter&)> how) : paint(std::move(how)) {}
+        [[nodiscard]] reports::Picture drawn(float width, float height) const override {
+            return map::recorded({width, height}, paint);
+        }
+        [[nodiscard]] std::string told() const override { return ""; }
+        [[nodiscard]] std::string attribution() const override { return ""; }
+        std::function<void(QPainter&)> paint;
+    };
     reports::Page page;
-    page.pictures.push_back({0, 0, picture});
+    page.pictures.push_back({0, 0, 600, 300, std::make_shared<Recorded>(paint)});
     QImage again = paper();
     QPainter painter(&again);
     reports::PagePainter().paint(painter, page, 1);

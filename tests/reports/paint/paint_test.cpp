@@ -126,20 +126,32 @@ TEST_F(Painting, AFaxHasEachPageInDots) {
     EXPECT_NEAR(dark(std::string_view(dots).substr(8, PageBytes)), wanted, wanted / 4);
 }
 
+struct Drawn : Drawable {
+    explicit Drawn(Picture picture) : picture_(std::move(picture)) {}
+    [[nodiscard]] Picture drawn(float /*width*/, float /*height*/) const override {
+        return picture_;
+    }
+    [[nodiscard]] std::string told() const override { return ""; }
+    [[nodiscard]] std::string attribution() const override { return ""; }
+
+private:
+    Picture picture_;
+};
+
 TEST_F(Painting, APictureIsSeenInItsColoursAndNotBeyondItsEdges) {
     using Step = Picture::Step;
     const auto square = [](float side) {
         return std::vector<float>{0, 0, side, 0, side, side, 0, side};
     };
     const std::vector steps{Step::Move, Step::Line, Step::Line, Step::Line, Step::Close};
-    const auto picture = std::make_shared<Picture>(Picture{
+    const auto picture = std::make_shared<Drawn>(Picture{
         .width = 100,
         .height = 100,
         .paths = {
             {{.colour = {31, 111, 209}}, steps, square(500)},
             {{.filled = false, .colour = {255, 255, 255}, .thick = 40}, steps, square(100)}}});
     Pages pages;
-    pages.pages.emplace_back().pictures.push_back({100, 100, picture});
+    pages.pages.emplace_back().pictures.push_back({100, 100, 100, 100, picture});
     ASSERT_TRUE(paintPdf(pages, path("map.pdf")));
     ASSERT_TRUE(paintTiff(pages, path("map.tiff")));
     outputOf("cd " + folder_.path() +
