@@ -187,6 +187,7 @@ void ScenePainter::chevrons(const Line& line, double apart, double size, const Q
 void ScenePainter::paintHomes() {
     constexpr double Thick = 2;
     constexpr double Side = 22;
+    constexpr double OtherRadius = 3;
     constexpr NameStyle Style{11, true, NameInk::House};
     if (camera_.feetPerPixel() >= HomesBelow) {
         return;
@@ -205,7 +206,14 @@ void ScenePainter::paintHomes() {
         if (!seen(Side).contains(at)) {
             continue;
         }
-        paintHome(painter_, stamps_, at, home.crosses ? theme_.crossingWalk : theme_.walk, theme_);
+        const QColor colour = home.crosses ? theme_.crossingWalk : theme_.walk;
+        if (home.walk.empty()) {
+            painter_.setPen(QPen(theme_.wayCasing, 1));
+            painter_.setBrush(colour);
+            painter_.drawEllipse(at, OtherRadius, OtherRadius);
+        } else {
+            paintHome(painter_, stamps_, at, colour, theme_);
+        }
         const double width = widths(home.label, Style);
         paintText(painter_, stamps_, {home.label, at + QPointF(width / 2 + 12, 0), 0}, Style,
                   {theme_.plateInk, theme_.streetNameHalo}, width);

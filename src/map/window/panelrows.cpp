@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -215,18 +216,28 @@ Panel panelOf(std::span<const ShownRun> runs, const std::string& heading) {
 
 std::string troubleText(const std::vector<Trouble>& troubles, const std::vector<std::string>& cures,
                         std::size_t stop) {
+    constexpr int MostOfAKind = 2;
     std::string text;
     std::set<std::string> told;
+    std::map<std::string, int> kinds;  // by the words before the colon
+    int more = 0;
     for (std::size_t i = 0; i < troubles.size(); ++i) {
         const bool isTold = stop == NoStop ? !troubles[i].isRemark : troubles[i].stop == stop;
         if (!isTold) {
+            continue;
+        }
+        if (stop == NoStop &&
+            ++kinds[troubles[i].text.substr(0, troubles[i].text.find(':'))] > MostOfAKind) {
+            ++more;
             continue;
         }
         text += (text.empty() ? "" : "\n") + troubles[i].text;
         const auto cure = i < cures.size() ? cures[i] : std::string();
         text += !cure.empty() && told.insert(cure).second ? " " + cure : "";
     }
-    return text;
+    return more == 0 ? text
+                     : text + fmt::format("\nAnd {} more of the kind: choose a stop to read of it.",
+                                          more);
 }
 
 }  // namespace map

@@ -59,7 +59,7 @@ struct Panel {
 [[nodiscard]] Panel panelOf(std::span<const ShownRun> runs, const std::string& heading);
 
 /// Troubles with what cures them, as far as that is known already, a line each: those of one stop,
-/// or all but remarks.
+/// or the first two of each kind but remarks, and how many more there are.
 [[nodiscard]] std::string troubleText(const std::vector<Trouble>& troubles,
                                       const std::vector<std::string>& cures,
                                       std::size_t stop = NoStop);

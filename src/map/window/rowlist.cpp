@@ -106,7 +106,10 @@ public:
         const bool isOne =
             row != nullptr && row->detail.empty() && row->mark == PanelRow::Mark::Run;
         const int line = option.fontMetrics.height();
-        return {line, isOne || list_.isNarrow() ? line * 2 : line * 5 / 2};
+        if (list_.isNarrow()) {
+            return {line, line * 3};
+        }
+        return {line, isOne ? line * 2 : line * 5 / 2};
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -123,9 +126,14 @@ public:
                                            : option.palette.brush(index.row() % 2 == 0
                                                                       ? QPalette::Base
                                                                       : QPalette::AlternateBase));
+        const QRect below = takeLineBelow(at);
         paintMark(at);
         paintCells(at);
-        paintTexts(at);
+        if (list_.isNarrow()) {
+            paintBelow(at, below);
+        } else {
+            paintTexts(at);
+        }
         if (option.state.testFlag(QStyle::State_HasFocus)) {
             painter->setRenderHint(QPainter::Antialiasing, false);
             painter->setBrush(Qt::NoBrush);
@@ -147,6 +155,22 @@ private:
             return option.palette.color(isChosen ? QPalette::HighlightedText : role);
         }
     };
+
+    /// In a narrow list the name has a line to itself.
+    [[nodiscard]] QRect takeLineBelow(Row& at) const {
+        const int line = at.option.fontMetrics.height();
+        const QRect below(at.room.left(), at.room.bottom() - line - line / 6, at.room.width(),
+                          line);
+        at.room.setBottom(list_.isNarrow() ? below.top() : at.room.bottom());
+        return below;
+    }
+
+    void paintBelow(Row& at, const QRect& below) const {
+        const int pad = padOf(at.option.fontMetrics) / 2;
+        at.painter.setPen(at.ink(QPalette::Text));
+        at.painter.setFont(smallFont(at.option.font));
+        paintLine(at, below.adjusted(pad, 0, -pad, 0), toQt(at.row.title));
+    }
 
     void paintCheckBox(Row& at) const {
         const int side = at.option.fontMetrics.height();
@@ -242,9 +266,6 @@ private:
     }
 
     void paintTexts(Row& at) const {
-        if (list_.isNarrow()) {
-            return;
-        }
         const int line = at.option.fontMetrics.height();
         const bool isOne = at.row.detail.empty();
         const bool isPlace =

@@ -168,7 +168,7 @@ std::string homeCases(const std::string& heading, const std::vector<std::string>
     if (all.empty()) {
         return "";
     }
-    std::string text = fmt::format("{} {}:\n", all.size(), heading);
+    std::string text = fmt::format("{}: {}\n", heading, all.size());
     for (std::size_t i = 0; i < std::min(all.size(), FirstHomes); ++i) {
         text += fmt::format("  {}\n", all[i]);
     }
@@ -180,13 +180,12 @@ std::string homeCases(const std::string& heading, const std::vector<std::string>
 }  // namespace
 
 std::string HomesReport::text() const {
-    const std::string kept = homes == 0 ? ""
-                                        : fmt::format(
-                                              "Kept {} homes in {}, {} of them placed by "
-                                              "their address.\n",
-                                              homes, file.string(), byAddress);
-    return kept + homeCases("addresses found no place", unplaced) +
-           homeCases("lines of the homes were left out", faults);
+    const std::string kept =
+        homes == 0 ? ""
+                   : fmt::format("Homes kept in {}: {}, of which {} by their address.\n",
+                                 file.string(), homes, byAddress);
+    return kept + homeCases("Addresses without a place", unplaced) +
+           homeCases("Lines left out", faults);
 }
 
 HomesReport keepHomes(const Folders& folders, const fs::path& file, Progress& progress) {
