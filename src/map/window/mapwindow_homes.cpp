@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "map/ground/zoomrules.h"
 #include "map/window/mapwindow.h"
 #include "platform/controls/layoutmemory.h"
 
@@ -29,9 +30,11 @@ void MapWindow::Homes_Click(bool on) {
     seekHomes(true);
     placeHomes();
     if (on && !homesAreFor_.empty()) {
-        news_ = homes_.empty() ? "The district has no list of students' homes"
-                               : fmt::format("{} of {} homes lie around what is shown",
-                                             shownHomes_.size(), homes_.size());
+        const bool isFar = ui_->Streets->camera().feetPerPixel() >= HomesBelow;
+        news_ = homes_.empty()
+                    ? "The district has no list of students' homes"
+                    : fmt::format("{} of {} homes lie around what is shown{}", shownHomes_.size(),
+                                  homes_.size(), isFar ? "; go nearer to see them" : "");
     }
     showScene(false);
     tellStatus();
