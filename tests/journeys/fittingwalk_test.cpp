@@ -2,14 +2,11 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTabWidget>
 
 #include "platform/controls/timebox.h"
 #include "walk.h"
 
 namespace {
-
-const walk::Station TimeLine{"frmRunSchdl", "frmTarn", "TimeLine", nullptr, "", {}, {}};
 
 /// The program on a small screen in fonts of several sizes.
 class FittingWalk : public walk::Walk, public testing::WithParamInterface<int> {
@@ -67,21 +64,12 @@ private:
 };
 
 TEST_P(FittingWalk, NothingIsCutOrScrollsSidewaysAndEveryFormIsOnTheScreen) {
-    auto stations = walk::Stations;
-    stations.push_back(TimeLine);
-    for (const auto& station : stations) {
-        forms::Form& form = open(station);
-        const auto pages = form.findChildren<QTabWidget*>();
-        for (int page = 0; page < (pages.empty() ? 1 : pages.front()->count()); ++page) {
-            if (!pages.empty()) {
-                pages.front()->setCurrentIndex(page);
-            }
-            for (int turn = 0; turn < 5; ++turn) {
-                forms::Application::instance().yield();
-            }
+    for (const auto& station : walk::Stations) {
+        const forms::Form& form = open(station);
+        onEachPage(form, [&](int) {
             expectNothingCut(form);
             expectNothingAside(form);
-        }
+        });
         EXPECT_TRUE(form.screen()->availableGeometry().contains(form.geometry())) << station.form;
         closeOthers(stationOf("frmTarn"));
     }
@@ -89,11 +77,6 @@ TEST_P(FittingWalk, NothingIsCutOrScrollsSidewaysAndEveryFormIsOnTheScreen) {
 
 TEST_P(FittingWalk, FiveRowsOfTheRunsAreInSightAfterASearchAndStandStillUnderAClick) {
     open(stationOf("frmTarn"));
-    const auto settle = [] {
-        for (int turn = 0; turn < 5; ++turn) {
-            forms::Application::instance().yield();
-        }
-    };
     click("cmdSearch");
     settle();
     auto& runs = list("RunList");

@@ -86,8 +86,6 @@ TEST_F(KeysWalk, EveryKeyOfEveryFormStandsOnThePageOfKeys) {
         look(open(station));
         closeOthers(stationOf("frmTarn"));
     }
-    support::ControlsOf(form()).click("TimeLine");
-    look(*opened("frmRunSchdl"));
     help::showGuide({});
     look(*opened("GuideWindow"));
 }

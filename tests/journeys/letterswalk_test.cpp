@@ -1,7 +1,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
-#include <QTabWidget>
 #include <map>
 #include <set>
 
@@ -77,15 +76,9 @@ protected:
 
 TEST_F(LettersWalk, NoTwoOfAPageShareALetterAndNoneLacksOneThatIsFree) {
     for (const auto& station : walk::Stations) {
-        forms::Form& form = open(station);
+        const forms::Form& form = open(station);
         startAnew();
-        auto* tabs = form.findChild<QTabWidget*>();
-        for (int page = 0; page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
-            if (tabs != nullptr) {
-                tabs->setCurrentIndex(page);
-            }
-            look(form, page);
-        }
+        onEachPage(form, [&](int page) { look(form, page); });
         expectLettersWhereThereAreAny(form);
         closeOthers(stationOf("frmTarn"));
     }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QTabWidget>
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -148,6 +150,23 @@ protected:
             }
         }
         forms::Application::instance().yield();
+    }
+
+    static void settle() {
+        for (int turn = 0; turn < 5; ++turn) {
+            forms::Application::instance().yield();
+        }
+    }
+    /// Turns to each page of a form in turn; the form itself is page 0 where it has none.
+    static void onEachPage(const forms::Form& form, const std::function<void(int page)>& look) {
+        auto* tabs = form.findChild<QTabWidget*>();
+        for (int page = 0; page < (tabs == nullptr ? 1 : tabs->count()); ++page) {
+            if (tabs != nullptr) {
+                tabs->setCurrentIndex(page);
+            }
+            settle();
+            look(page);
+        }
     }
 
     std::string typed;

@@ -115,18 +115,21 @@ TEST_F(LookTest, EveryTextStandsOutFromEveryGround) {
         for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::AlternateBase,
                                   QPalette::Button, QPalette::ToolTipBase}) {
             const QColor on = palette.color(ground);
-            EXPECT_GE(support::contrastOf(palette.color(QPalette::Text), on), least) << ground;
-            EXPECT_GE(support::contrastOf(palette.color(QPalette::PlaceholderText), on), least)
-                << ground;
+            for (const auto ink : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText,
+                                   QPalette::ToolTipText, QPalette::PlaceholderText}) {
+                EXPECT_GE(support::contrastOf(palette.color(ink), on), least) << ink << ground;
+            }
             EXPECT_GE(support::contrastOf(controls::focusInk(palette), on), 3) << ground;
         }
+        EXPECT_GE(support::contrastOf(palette.color(QPalette::Link), palette.base().color()), 4.5);
         EXPECT_GE(support::contrastOf(palette.color(QPalette::HighlightedText),
                                       palette.color(QPalette::Highlight)),
                   least);
         for (const auto tone : {Tone::Look, Tone::Wrong}) {
-            EXPECT_GE(support::contrastOf(inkOf(tone, palette), groundOf(tone, palette)), least);
-            EXPECT_GE(support::contrastOf(inkOf(tone, palette), palette.color(QPalette::Window)),
-                      least);
+            for (const auto& on :
+                 {groundOf(tone, palette), palette.window().color(), palette.base().color()}) {
+                EXPECT_GE(support::contrastOf(inkOf(tone, palette), on), least);
+            }
         }
     }
 }
