@@ -4,11 +4,11 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QRadioButton>
-#include <stdexcept>
 
 #include "platform/controls/numberbox.h"
 #include "platform/controls/timebox.h"
 #include "support/controls.h"
+#include "support/faultof.h"
 
 namespace data {
 namespace {
@@ -56,12 +56,7 @@ protected:
         return record;
     }
     std::string refusalOf(const FieldTable& table) {
-        try {
-            RecordBoxes boxes(window, table);
-        } catch (const std::logic_error& error) {
-            return error.what();
-        }
-        return "";
+        return support::faultOf([&] { RecordBoxes(window, table); });
     }
 
     QWidget window;

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "reports/base/content.h"
+#include "support/commandoutput.h"
 #include "support/temporaryfolder.h"
 
 namespace reports {
@@ -107,25 +106,16 @@ inline Invented nastyList() {
     return {std::move(report), std::move(items)};
 }
 
-/// What a command writes, with what it complains of.
-inline std::string outputOf(const std::string& command) {
-    std::string output;
-    FILE* pipe = ::popen((command + " 2>&1").c_str(), "r");
-    std::array<char, 4096> block{};
-    for (std::size_t count = 1; pipe != nullptr && count > 0;) {
-        count = std::fread(block.data(), 1, block.size(), pipe);
-        output.append(block.data(), count);
-    }
-    return ::pclose(pipe) == 0 ? output : "failed: " + output;
-}
+using support::outputOf;
 
 using Rows = std::vector<std::vector<std::string>>;
 
 /// A file's rows as another program reads them.
 inline Rows readBack(const std::string& file, const std::string& what = "") {
     Rows rows;
-    std::istringstream all(outputOf(
-        "/usr/bin/python3 '" VIREO_SOURCE_DIR "/tests/reports/formats/readback.py' '" + file + "' " + what));
+    std::istringstream all(outputOf("/usr/bin/python3 '" VIREO_SOURCE_DIR
+                                    "/tests/reports/formats/readback.py' '" +
+                                    file + "' " + what));
     for (std::string row; std::getline(all, row, '\x1e');) {
         auto& cells = rows.emplace_back();
         std::istringstream line(row + '\x1f');

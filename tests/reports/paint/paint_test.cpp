@@ -10,25 +10,15 @@
 #include "reports/page/layout.h"
 #include "reports/paint/pdf.h"
 #include "reports/paint/tiff.h"
+#include "support/commandoutput.h"
 #include "support/errors.h"
 #include "support/temporaryfolder.h"
 
 namespace reports {
 namespace {
 
+using support::outputOf;
 using testing::HasSubstr;
-
-/// What another program prints.
-std::string outputOf(const std::string& command) {
-    const std::unique_ptr<FILE, decltype(&pclose)> pipe(popen((command + " 2>&1").c_str(), "r"),
-                                                        pclose);
-    std::string output;
-    std::array<char, 4096> part{};
-    while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe.get())) {
-        output.append(part.data(), count);
-    }
-    return output;
-}
 
 /// Of a page of dots, uncompressed.
 constexpr std::size_t PageBytes = std::size_t{(1700 + 7) / 8} * 2200;

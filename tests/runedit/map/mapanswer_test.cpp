@@ -7,6 +7,7 @@
 #include "platform/dde/dbustransport.h"
 #include "platform/forms/application.h"
 #include "runedit/map/requestline.h"
+#include "support/faultof.h"
 #include "support/privatebus.h"
 
 namespace {
@@ -162,12 +163,7 @@ protected:
     }
     /// What a form tells the planner; blank where the map has the run.
     static std::string mapIt() {
-        try {
-            sendRunToMap("101-AM", MapScreen::Run);
-        } catch (const base::RunTimeError& error) {
-            return error.what();
-        }
-        return "";
+        return support::faultOf([] { sendRunToMap("101-AM", MapScreen::Run); });
     }
     void waitForAnswer() {
         reloaded = false;

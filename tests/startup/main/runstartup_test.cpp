@@ -2,7 +2,6 @@
 
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <thread>
@@ -22,6 +21,7 @@
 #include "startup/base/COSInfo.h"
 #include "startup/base/session.h"
 #include "startup/logon/logonticket.h"
+#include "support/commandoutput.h"
 #include "support/smalldistrict.h"
 #include "support/testdistrict.h"
 #include "support/testsession.h"
@@ -168,19 +168,12 @@ TEST(CommandLine, IsTheArgumentsJoinedWithSingleBlanks) {
 }
 
 // Runs the program itself; its output ends in its exit status.
-std::string outputOf(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(
-        popen((command + " 2>&1; echo \"status $?\"").c_str(), "r"), pclose);
-    std::string output;
-    std::array<char, 4096> buffer{};
-    while (std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe.get()) != nullptr) {
-        output += buffer.data();
-    }
-    return output;
+std::string endOf(const std::string& command) {
+    return support::outputOf(command + "; echo \"status $?\"");
 }
 
 TEST(Program, WithoutADisplayItSaysSoAndEnds) {
-    const std::string output = outputOf(
+    const std::string output = endOf(
         "env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb "
         "'" TARN_PROGRAM "' ANN");
     EXPECT_THAT(output, HasSubstr("tarn: No window can be opened."));
@@ -191,7 +184,7 @@ TEST(Program, TheMapsSideTellsOfAnOlderDistrict) {
     const support::TestDistrict district;
     store::open(district.path(DatabaseFile::Routing))->setMark({});
     const std::string output =
-        outputOf("XDG_CONFIG_HOME='" + district.folder() + "' '" MAP_PROGRAM "'");
+        endOf("XDG_CONFIG_HOME='" + district.folder() + "' '" MAP_PROGRAM "'");
     EXPECT_THAT(output, HasSubstr("vireo-map: This district is older than the program"));
     EXPECT_THAT(output, testing::EndsWith("status 1\n"));
 }
@@ -205,8 +198,8 @@ TEST(Program, HandsOverToTheLogonProgramWithExactlyOneArgument) {
     std::filesystem::permissions(logon, std::filesystem::perms::owner_all);
     std::filesystem::copy(district.path(DatabaseFile::RouteWrk), programs.path());
     district.writeIniWithProgPath(programs.path());
-    const std::string output = outputOf("XDG_CONFIG_HOME='" + district.folder() +
-                                        "' QT_QPA_PLATFORM=offscreen '" TARN_PROGRAM "' NOBODY");
+    const std::string output = endOf("XDG_CONFIG_HOME='" + district.folder() +
+                                     "' QT_QPA_PLATFORM=offscreen '" TARN_PROGRAM "' NOBODY");
     EXPECT_THAT(output, testing::EndsWith("status 0\n"));
     for (int tries = 0; tries < 500 && support::contentsOf(out).empty(); ++tries) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));

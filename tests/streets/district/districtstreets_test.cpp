@@ -6,11 +6,11 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
-#include "platform/base/error.h"
 #include "platform/files/files.h"
 #include "streets/district/closedstreets.h"
 #include "streets/district/placesearch.h"
 #include "streets/file/streetfile.h"
+#include "support/faultof.h"
 #include "support/temporaryfolder.h"
 
 namespace {
@@ -100,12 +100,7 @@ protected:
                             .closed = closed});
     }
     [[nodiscard]] std::string refusal(const std::string& district) const {
-        try {
-            static_cast<void>(open(district));
-        } catch (const base::RunTimeError& error) {
-            return error.what();
-        }
-        return "";
+        return support::faultOf([&] { return open(district); });
     }
 
     support::TemporaryFolder folder_;

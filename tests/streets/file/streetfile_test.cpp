@@ -11,11 +11,13 @@
 
 #include "platform/base/error.h"
 #include "platform/files/files.h"
+#include "support/faultof.h"
 #include "support/temporaryfolder.h"
 
 namespace {
 
 using namespace streets;
+using support::faultOf;
 using testing::HasSubstr;
 
 /// Any map that holds together: random streets among random corners.
@@ -64,18 +66,8 @@ StreetMap anyMap(unsigned seed) {
     return map;
 }
 
-template <class Action>
-std::string refusalBy(Action&& action) {
-    try {
-        static_cast<void>(action());
-    } catch (const base::RunTimeError& error) {
-        return error.what();
-    }
-    return "";
-}
-
 std::string refusalOf(const std::string& bytes) {
-    return refusalBy([&] { return streetMapIn(bytes); });
+    return faultOf([&] { return streetMapIn(bytes); });
 }
 
 TEST(StreetFile, HoldsAMapAsItWas) {
@@ -159,7 +151,7 @@ TEST(StreetFile, ReplacesTheOldOneWhenItIsWhole) {
     writeStreetFile(path, anyMap(3));
     EXPECT_EQ(bytesOf(readStreetFile(path)), bytesOf(anyMap(3)));
     files::write(path, "");
-    EXPECT_THAT(refusalBy([&] { return readStreetFile(path); }),
+    EXPECT_THAT(faultOf([&] { return readStreetFile(path); }),
                 HasSubstr(path + " is no street file"));
 }
 

@@ -160,10 +160,7 @@ TEST_F(Server, LetsOneProgramAtATimeIntoAUnit) {
         other->commit();
     }
     database->begin();
-    const auto error = refusalOf([&] {
-        other->begin();
-        return 0;
-    });
+    const auto error = refusalOf([&] { other->begin(); });
     EXPECT_EQ(error.fault(), Fault::Locked);
     EXPECT_THAT(error.what(), HasSubstr("within 0.03 seconds"));
     database->commit();
@@ -199,11 +196,7 @@ TEST_F(Server, ConnectsAnewAfterTheConnectionWasLost) {
     database->begin();
     insert("R6", 6);
     cutConnections();
-    EXPECT_THAT(refusalOf([&] {
-                    database->commit();
-                    return 0;
-                }).what(),
-                HasSubstr("undone as a whole"));
+    EXPECT_THAT(refusalOf([&] { database->commit(); }).what(), HasSubstr("undone as a whole"));
     EXPECT_EQ(cell("SELECT string_agg(\"RUN\", ',' ORDER BY \"ID\") FROM \"STOPS\""), "R1,R3");
 }
 
@@ -301,10 +294,7 @@ TEST_F(Server, ThatHangsIsWaitedForAsLongAsTheUserLikes) {
     const Impatience impatience;
     const auto givenUp = [&](const std::string& program, const std::function<void()>& act) {
         const Hanging hanging(program);
-        const auto error = refusalOf([&] {
-            act();
-            return 0;
-        });
+        const auto error = refusalOf(act);
         EXPECT_EQ(error.fault(), Fault::GivenUp);
         EXPECT_FALSE(database->inTransaction());
         return std::string(error.what());

@@ -7,10 +7,10 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/base/error.h"
 #include "platform/store/base/copying.h"
 #include "platform/store/open/open.h"
 #include "platform/store/open/standstill.h"
+#include "support/faultof.h"
 #include "support/privateserver.h"
 #include "tools/district/backup/restore.h"
 #include "tools/district/backup/serverdump.h"
@@ -26,6 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 
 using data::DatabaseFile;
+using support::faultOf;
 using testing::AnyOf;
 using testing::HasSubstr;
 
@@ -41,14 +42,6 @@ protected:
         Progress progress;
         return restoreDistrict(
             file, folder, [] { return true; }, progress);
-    }
-    static std::string refusal(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const base::RunTimeError& error) {
-            return error.what();
-        }
-        return "done";
     }
     static std::string faults(const fs::path& folder) {
         Progress progress;
@@ -153,7 +146,7 @@ TEST_F(Backup, KeepsTheNewestOfItsKind) {
     place_.write("district-7.tar.zst.making-abcdef", "left by a kill");
     backUp(at("district-2.tar.zst"), 1);
     EXPECT_EQ(names(), (std::set<std::string>{"district-2.tar.zst", "district-2020-01-01.txt"}));
-    EXPECT_THAT(refusal([&] { backUp(at("district-2.tar.zst"), 1); }), HasSubstr("already"));
+    EXPECT_THAT(faultOf([&] { backUp(at("district-2.tar.zst"), 1); }), HasSubstr("already"));
     EXPECT_THAT(backUp(place_.path()).filename().string(),
                 testing::MatchesRegex("district-[-0-9]+.tar.zst"));
 }
@@ -168,7 +161,7 @@ TEST_F(Backup, TakesThePlaceOfADistrictAndKeepsTheRest) {
                     fs::perm_options::add);
     {
         const auto somebody = made_.open(DatabaseFile::DeadCross);
-        EXPECT_THAT(refusal([&] { restore(file, folders.root); }), HasSubstr("DEADCROSS.mdb"));
+        EXPECT_THAT(faultOf([&] { restore(file, folders.root); }), HasSubstr("DEADCROSS.mdb"));
     }
     EXPECT_EQ(made_.number("SELECT COUNT(*) FROM RUN"), 0);
     fs::resize_file(folders.database(DatabaseFile::RouteWrk),
@@ -193,7 +186,7 @@ TEST_F(Backup, RefusesWhatIsChangedOrCutShortAndChangesNothing) {
         flipped[place] = static_cast<char>(flipped[place] ^ 0x10);
         for (const std::string& bytes : {flipped, whole.substr(0, place)}) {
             const std::string broken = place_.write("broken", bytes);
-            EXPECT_THAT(refusal([&] { restore(broken, at("new")); }), HasSubstr(broken)) << place;
+            EXPECT_THAT(faultOf([&] { restore(broken, at("new")); }), HasSubstr(broken)) << place;
         }
     }
     EXPECT_EQ(names(), (std::set<std::string>{"b.tar.zst", "broken"}));
@@ -201,7 +194,7 @@ TEST_F(Backup, RefusesWhatIsChangedOrCutShortAndChangesNothing) {
     std::string pages = support::contentsOf(routing);
     pages.replace(pages.size() / 2, 8192, 8192, '\x55');
     writePrivateFile(routing, pages);
-    EXPECT_THAT(refusal([&] { backUp(at("c.tar.zst")); }), HasSubstr("routing.mdb is damaged"));
+    EXPECT_THAT(faultOf([&] { backUp(at("c.tar.zst")); }), HasSubstr("routing.mdb is damaged"));
     EXPECT_EQ(names(), (std::set<std::string>{"b.tar.zst", "broken"}));
 }
 
@@ -263,7 +256,7 @@ protected:
         return backUpDistrict({.folders = foldersOf(there_), .target = target}, progress).file;
     }
     std::string restored(const fs::path& file, const std::string& place, bool mayReplace) const {
-        return refusal([&] {
+        return faultOf([&] {
             Progress progress;
             restoreDistrict(
                 file, place, [&] { return mayReplace; }, progress);
@@ -295,7 +288,7 @@ TEST_F(ServerBackup, BringsEveryCellBackAndReplacesOnlyWhatItMay) {
     EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_THAT(dump(at("")).filename().string(), testing::MatchesRegex("one[-0-9]+.dump"));
     const std::string elsewhere = server_->newPlace();
-    EXPECT_EQ(restored(file, elsewhere, false), "done");
+    EXPECT_EQ(restored(file, elsewhere, false), "");
     EXPECT_EQ(difference(elsewhere), "");
     const fs::path desktop = at("desktop");
     connectFolder(desktop, there_);
@@ -305,12 +298,12 @@ TEST_F(ServerBackup, BringsEveryCellBackAndReplacesOnlyWhatItMay) {
         const auto somebody = store::open(there_ + "trip.mdb");
         EXPECT_THAT(restored(file, desktop, true), HasSubstr("Somebody works"));
     }
-    EXPECT_EQ(restored(file, desktop, true), "done");
+    EXPECT_EQ(restored(file, desktop, true), "");
     EXPECT_EQ(difference(there_), "");
     const auto former = std::find_if(fs::directory_iterator(desktop), {},
                                      [](const auto& entry) { return isServerDump(entry.path()); });
     ASSERT_NE(former, fs::directory_iterator());
-    EXPECT_EQ(restored(former->path(), desktop, true), "done") << "as it was before, without runs";
+    EXPECT_EQ(restored(former->path(), desktop, true), "") << "as it was before, without runs";
     EXPECT_NE(difference(there_), "");
 }
 
@@ -332,7 +325,7 @@ TEST_F(ServerBackup, LeavesTheDistrictAsItIsWhereTheBackUpIsNotSound) {
     EXPECT_TRUE(std::none_of(fs::directory_iterator(desktop), {}, [](const auto& entry) {
         return entry.path().extension() == ".dump";
     })) << "the same as what stands there";
-    EXPECT_THAT(refusal([&] { dump("/dev/full/b.dump"); }), HasSubstr("There is no folder"));
+    EXPECT_THAT(faultOf([&] { dump("/dev/full/b.dump"); }), HasSubstr("There is no folder"));
 }
 
 }  // namespace

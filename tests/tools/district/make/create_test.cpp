@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "platform/base/error.h"
+#include "support/faultof.h"
 #include "tools/district/make/madedistrict.h"
 
 namespace tools::district {
@@ -16,13 +16,8 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string refusalOf(const fs::path& folder) {
-    try {
-        Progress progress;
-        createDistrict({.folder = folder, .runs = 1}, progress);
-    } catch (const base::RunTimeError& error) {
-        return error.what();
-    }
-    return "";
+    Progress progress;
+    return support::faultOf([&] { createDistrict({.folder = folder, .runs = 1}, progress); });
 }
 
 std::size_t entriesOf(const fs::path& folder) {

@@ -11,6 +11,7 @@
 #include "streets/district/districtstreets.h"
 #include "streets/district/homes.h"
 #include "streets/file/streetfile.h"
+#include "support/faultof.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 #include "tools/district/place/centre.h"
@@ -65,12 +66,7 @@ protected:
         return makeStreets(options, progress);
     }
     [[nodiscard]] std::string refusal(std::optional<geo::Degrees> centre = Somewhere) const {
-        try {
-            make({}, centre);
-        } catch (const base::RunTimeError& error) {
-            return error.what();
-        }
-        return "";
+        return support::faultOf([&] { return make({}, centre); });
     }
     [[nodiscard]] std::shared_ptr<const streets::DistrictStreets> open() const {
         return streets::openStreets({.settings = made_.folders().settings().string(),

@@ -11,6 +11,7 @@
 #include "data/schema/version.h"
 #include "platform/base/error.h"
 #include "platform/store/open/open.h"
+#include "support/faultof.h"
 #include "tools/district/check/checks.h"
 #include "tools/district/make/madedistrict.h"
 
@@ -36,12 +37,7 @@ Lines upgraded(const Folders& folders) {
 }
 
 std::string refusal(const Folders& folders) {
-    try {
-        upgraded(folders);
-    } catch (const base::RunTimeError& error) {
-        return error.what();
-    }
-    return "upgraded";
+    return support::faultOf([&] { return upgraded(folders); });
 }
 
 data::FoundFile found(const Folders& folders, DatabaseFile file) {

@@ -9,7 +9,7 @@
 #include <osmium/io/reader.hpp>
 #include <osmium/io/writer.hpp>
 
-#include "platform/base/error.h"
+#include "support/faultof.h"
 #include "support/temporaryfolder.h"
 #include "tools/extract/read/extract.h"
 
@@ -59,12 +59,7 @@ protected:
         return readExtracts(files, box, [](auto, auto) {});
     }
     [[nodiscard]] static std::string refusal(const fs::path& file) {
-        try {
-            static_cast<void>(read({file}));
-        } catch (const base::RunTimeError& error) {
-            return error.what();
-        }
-        return "";
+        return support::faultOf([&] { return read({file}); });
     }
 
 private:

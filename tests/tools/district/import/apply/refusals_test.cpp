@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "importing.h"
+#include "support/faultof.h"
 
 namespace tools::district {
 
@@ -154,12 +155,7 @@ TEST_F(Refusals, RejectedLinesCanBeMendedAndImportedAgain) {
 
 TEST_F(Refusals, FilesThatCannotBeReadAtAllSayWhy) {
     const auto refusal = [this](const std::map<std::string, std::string>& files) {
-        try {
-            static_cast<void>(import(files));
-        } catch (const base::RunTimeError& error) {
-            return std::string(error.what());
-        }
-        return std::string();
+        return support::faultOf([&] { return import(files); });
     };
     using testing::HasSubstr;
     EXPECT_THAT(refusal({{"stops.csv", ""}}), HasSubstr("is empty"));

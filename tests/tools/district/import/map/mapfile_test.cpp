@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/base/error.h"
+#include "support/faultof.h"
 #include "tools/district/import/map/binding.h"
 
 namespace tools::district {
@@ -12,12 +12,7 @@ namespace tools::district {
 namespace {
 
 std::string refusalOf(const std::string& map) {
-    try {
-        static_cast<void>(readMap(map));
-    } catch (const base::RunTimeError& error) {
-        return error.what();
-    }
-    return "";
+    return support::faultOf([&] { return readMap(map); });
 }
 
 /// What the fields get of the second line of a file, by the map and its first line.
