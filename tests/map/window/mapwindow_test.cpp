@@ -15,6 +15,7 @@
 #include "support/inventedcity.h"
 #include "support/runbuilder.h"
 #include "support/temporaryfolder.h"
+#include "support/wheel.h"
 
 namespace map {
 
@@ -85,6 +86,13 @@ const auto Untouched =
 TEST_F(MapWindowForm, ARunIsSavedOnlyWhenItIsTakenOver) {
     EXPECT_THAT(rowsShown(1), ElementsAre("1:07:40", "2:07:44", "3:07:50", ":08:00"));
     EXPECT_THAT(support::accessFindings(window()), IsEmpty());
+    const auto disc = [&](int row) {
+        const auto place = rowList().visualRect(rowList().model()->index(row, 0)).topLeft();
+        const int line = rowList().fontMetrics().height();
+        return rowList().viewport()->grab({place, QSize(line * 4 / 3, line * 2)}).toImage();
+    };
+    rowList().choose(1);
+    EXPECT_TRUE(disc(0) != disc(2)) << "each has its stop's number";
     click("SolveIt");
     EXPECT_THAT(rowsShown(2), ElementsAre("1:+5.0", "2:+7.0", "3:+4.0", ":0.0"));
     EXPECT_THAT(text("Gain"), StartsWith("5.0 minutes shorter"));
@@ -343,6 +351,13 @@ TEST_F(MapWindowForm, TabGoesFromStopToStopAndTellsEach) {
     EXPECT_EQ(map().camera().feetPerPixel(), 1);
     QTest::keyClick(&map(), Qt::Key_Escape);
     EXPECT_EQ(map().camera().feetPerPixel(), before);
+    const QPointF at(20, 30);
+    const auto place = map().camera().toFeet(at);
+    support::turnWheel(map(), at, 1);
+    EXPECT_LT(map().camera().feetPerPixel(), before);
+    EXPECT_NEAR(map().camera().toFeet(at).x, place.x, 1e-6);
+    support::turnWheel(map(), at, -1);
+    EXPECT_NEAR(map().camera().feetPerPixel(), before, 1e-9);
 }
 
 TEST_F(MapWindowForm, SeveralRunsAreShownHiddenAndSolvedOneAfterAnother) {

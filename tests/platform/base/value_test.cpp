@@ -64,6 +64,8 @@ TEST(Text, ABlankCodeIsOneBlank) {
 
 TEST(Text, LetterCaseIsThatOfEveryAlphabet) {
     EXPECT_EQ(folded("ÉCOLE Łódź ΣΑΣ 😀 \xff"), "école łódź σασ 😀 \xff");
+    const std::string edges = "\u07ff\u0800\uffff\U00010000\U0010ffff";  // of one byte more
+    EXPECT_EQ(folded(edges), edges);
     EXPECT_EQ(upperCase("école ß") + lowerCase("ŁÓDŹ"), "ÉCOLE ßłódź");
     EXPECT_LT(compareFolded("éA", "Éb"), 0);
     EXPECT_EQ(compareFolded("ДА", "да"), 0);

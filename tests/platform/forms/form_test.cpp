@@ -189,6 +189,9 @@ TEST_F(FormsTest, IsOnTheScreenHoweverLargeItIsAndWhereverItWasLeft) {
     settle();
     other = &otherShown("other", &main);
     EXPECT_TRUE(onScreen(*other));
+    const QPoint gap =
+        other->screen()->availableGeometry().bottomRight() - other->frameGeometry().bottomRight();
+    EXPECT_EQ(gap.x(), gap.y()) << "as near to the corner as it was";
     EXPECT_EQ(other->size(), QSize(517, 323)) << "as it was left";
     auto& large = registry().load<ThirdForm>("large", log, nullptr);
     large.button.setMinimumSize(300, 2000);

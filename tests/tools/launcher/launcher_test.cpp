@@ -1,5 +1,6 @@
 #include <QLabel>
 #include <QTest>
+#include <QTimer>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -171,6 +172,20 @@ TEST_F(FirstStart, MakesAnEmptyDistrictWithAnAdministratorAndOpensIt) {
     ASSERT_EQ(known.size(), 1U);
     EXPECT_EQ(known[0].lastUser, "ADMIN");
     EXPECT_EQ(chosenDistrict(), made);
+}
+
+TEST_F(FirstStart, EscapeStopsTheMakingAndLeavesNothing) {
+    form().showForm();
+    QTimer impatience;
+    QObject::connect(&impatience, &QTimer::timeout, [this] {
+        if (form().isBusy()) {
+            QTest::keyClick(&form(), Qt::Key_Escape);
+        }
+    });
+    impatience.start(0);
+    click("Start");
+    EXPECT_EQ(text("Message"), "Stopped.  Nothing was made.");
+    EXPECT_FALSE(std::filesystem::exists(text("Folder")));
 }
 
 TEST_F(FirstStart, WhatCannotBeMadeIsToldAndTheFormStays) {
