@@ -5,8 +5,7 @@
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/ports.h"
-#include "runedit/validation/Check_Run_EarlyBellTime.h"
-#include "runedit/validation/Check_Run_LateBellTime.h"
+#include "runedit/validation/rules.h"
 
 namespace runedit {
 

@@ -1,4 +1,4 @@
-#include "runedit/validation/Check_NumPassengers.h"
+#include "runedit/validation/rules.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "runedit/validation/Check_Run_RideTime.h"
+#include "runedit/validation/rules.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "runedit/validation/Check_SpecialNeeds.h"
+#include "runedit/validation/rules.h"
 
 #include <algorithm>
 #include <iterator>

@@ -5,12 +5,6 @@
 #include <fmt/format.h>
 
 #include "platform/ado/recordset.h"
-#include "runedit/validation/Check_NumPassengers.h"
-#include "runedit/validation/Check_RightSide.h"
-#include "runedit/validation/Check_Run_EarlyBellTime.h"
-#include "runedit/validation/Check_Run_LateBellTime.h"
-#include "runedit/validation/Check_Run_RideTime.h"
-#include "runedit/validation/Check_StopTimeConflict.h"
 
 namespace schedule {
 

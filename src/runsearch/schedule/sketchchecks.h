@@ -3,9 +3,7 @@
 #include <map>
 #include <string>
 
-#include "runedit/validation/Check_SpecialNeeds.h"
-#include "runedit/validation/checkedrun.h"
-#include "runedit/validation/stoprows.h"
+#include "runedit/validation/rules.h"
 #include "runsearch/schedule/sketch.h"
 
 namespace schedule {

@@ -1,11 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "runedit/validation/Check_NumPassengers.h"
-#include "runedit/validation/Check_RightSide.h"
-#include "runedit/validation/Check_Run_EarlyBellTime.h"
-#include "runedit/validation/Check_Run_LateBellTime.h"
-#include "runedit/validation/Check_Run_RideTime.h"
-#include "runedit/validation/Check_StopTimeConflict.h"
+#include "runedit/validation/rules.h"
 #include "runedit/validation/rulesupport.h"
 #include "support/errors.h"
 

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "runedit/validation/Check_SpecialNeeds.h"
+#include "runedit/validation/rules.h"
 #include "runedit/validation/rulesupport.h"
 #include "support/errors.h"
 

@@ -7,7 +7,7 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
-#include "runedit/validation/Check_SpecialNeeds.h"
+#include "runedit/validation/rules.h"
 #include "tools/district/users/permissions.h"
 
 namespace tools::district {

@@ -8,10 +8,7 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
-#include "runedit/validation/Check_NumPassengers.h"
-#include "runedit/validation/Check_RightSide.h"
-#include "runedit/validation/Check_Run_RideTime.h"
-#include "runedit/validation/Check_SpecialNeeds.h"
+#include "runedit/validation/rules.h"
 #include "tools/district/make/codes.h"
 #include "tools/district/make/names.h"
 
