@@ -1,26 +1,24 @@
 #pragma once
 
-#include <QAccessibleWidget>
-#include <vector>
-
 #include "map/window/mapview.h"
+#include "platform/controls/listaccess.h"
 
 namespace map {
 
-/// The map for a screen reader: a list whose entries are the stops, each told in one sentence.
-class MapAccess : public QAccessibleWidget {
+/// The map for a screen reader: its entries are the stops.
+class MapAccess : public controls::ListAccess {
 public:
-    explicit MapAccess(MapView& view);
-    ~MapAccess() override;
+    explicit MapAccess(MapView& view) : ListAccess(view), view_(view) {}
 
-    [[nodiscard]] int childCount() const override;
-    [[nodiscard]] QAccessibleInterface* child(int index) const override;
-    [[nodiscard]] QAccessibleInterface* focusChild() const override;
-    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override;
+    [[nodiscard]] int childCount() const override { return view_.stopCount(); }
+    [[nodiscard]] QString told(int stop) const override;
+    [[nodiscard]] QRect placeOf(int stop) const override;
+    [[nodiscard]] int chosen() const override;
 
 private:
-    [[nodiscard]] MapView& view() const;
-    mutable std::vector<QAccessible::Id> stops_;  ///< 0 where none was asked for
+    [[nodiscard]] const DrawnStop& drawn(int stop) const;
+
+    MapView& view_;
 };
 
 }  // namespace map

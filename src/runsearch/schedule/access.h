@@ -1,26 +1,24 @@
 #pragma once
 
-#include <QAccessibleWidget>
-#include <vector>
-
+#include "platform/controls/listaccess.h"
 #include "runsearch/schedule/scheduleview.h"
 
 namespace schedule {
 
-/// The schedule for a screen reader: a list whose entries are the bars, each told in one sentence.
-class ScheduleAccess : public QAccessibleWidget {
+/// The schedule for a screen reader: its entries are the bars.
+class ScheduleAccess : public controls::ListAccess {
 public:
-    explicit ScheduleAccess(ScheduleView& view);
-    ~ScheduleAccess() override;
+    explicit ScheduleAccess(ScheduleView& view) : ListAccess(view), view_(view) {}
 
     [[nodiscard]] int childCount() const override;
-    [[nodiscard]] QAccessibleInterface* child(int index) const override;
-    [[nodiscard]] QAccessibleInterface* focusChild() const override;
-    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override;
+    [[nodiscard]] QString told(int bar) const override;
+    [[nodiscard]] QRect placeOf(int bar) const override;
+    [[nodiscard]] int chosen() const override;
 
 private:
-    [[nodiscard]] const ScheduleView& view() const;
-    mutable std::vector<QAccessible::Id> bars_;  ///< 0 where none was asked for
+    [[nodiscard]] int runOf(int bar) const;
+
+    const ScheduleView& view_;
 };
 
 }  // namespace schedule
