@@ -494,8 +494,8 @@ struct Command {
     std::string_view words;                     ///< what follows the name
     std::pair<std::size_t, std::size_t> count;  ///< of the words beside options: least and most
     std::string_view help;
-    bool (*run)(const Call&);  ///< whether all went well
-    QList<QCommandLineOption> options = {};
+    bool (*run)(const Call&);       ///< whether all went well
+    std::string_view options = {};  ///< each takes a value where "=" follows it
 };
 
 const std::vector<Command>& commands() {
@@ -505,48 +505,27 @@ const std::vector<Command>& commands() {
          {1, 1},
          CreateHelp,
          create,
-         {{"runs", "", "N"},
-          {"seed", "", "S"},
-          {"empty", ""},
-          {"name", "", "DISTRICT"},
-          {"admin", "", "USER"}}},
+         "runs= seed= empty name= admin="},
         {"import",
          "FOLDER SOURCE... [--map FILE] [--plan INSTANCE] [--apply] [...]",
          {1, 10'000},
          ImportHelp,
          import,
-         {{"apply", ""},
-          {"map", "", "FILE"},
-          {"plan", "", "INSTANCE"},
-          {"trips", "", "SIGN"},
-          {"shared-stops", ""},
-          {"charset", "", "NAME"},
-          {"sketch-map", ""},
-          {"rejected", "", "FILE"},
-          {"add-codes", ""},
-          {"replace", "", "TABLE"},
-          {"overwrite-edited", ""},
-          {"roll-over", "", "DAY"},
-          {"user", "", "NAME"}}},
+         "apply map= plan= trips= shared-stops charset= sketch-map rejected= add-codes replace= "
+         "overwrite-edited roll-over= user="},
         {"copy", "FROM TO", {2, 2}, CopyHelp, copy},
         {"connect", "FOLDER SERVER", {2, 2}, ConnectHelp, connect},
         {"check", "FOLDER", {1, 1}, CheckHelp, check},
         {"upgrade", "FOLDER", {1, 1}, UpgradeHelp, upgrade},
-        {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, {{"keep", "", "N"}}},
-        {"restore", "FILE FOLDER [--replace]", {2, 2}, RestoreHelp, restore, {{"replace", ""}}},
+        {"backup", "FOLDER TARGET [--keep N]", {2, 2}, BackupHelp, backUp, "keep="},
+        {"restore", "FILE FOLDER [--replace]", {2, 2}, RestoreHelp, restore, "replace"},
         {"export",
          "FOLDER TARGET [--without-names | --gtfs]",
          {2, 2},
          ExportHelp,
          exportAll,
-         {{"without-names", ""},
-          {"gtfs", ""},
-          {"centre", "", "LAT,LON"},
-          {"timezone", "", "ZONE"},
-          {"url", "", "URL"},
-          {"from", "", "DAY"},
-          {"until", "", "DAY"}}},
-        {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, {{"check", ""}}},
+         "without-names gtfs centre= timezone= url= from= until="},
+        {"sql", "[--check] FILE [STATEMENT]", {1, 2}, SqlHelp, sql, "check"},
         {"password", "FOLDER USER", {2, 2}, PasswordHelp, password},
         {"users", "FOLDER [ACTION [USER ...]]", {1, MostUserWords}, UsersHelp, users},
         {"report",
@@ -554,36 +533,16 @@ const std::vector<Command>& commands() {
          {1, 2},
          ReportHelp,
          report,
-         {{"list", ""},
-          {"runs", "", "WHICH"},
-          {"selection", "", "TEXT"},
-          {"format", "", "FORMAT"},
-          {"output", "", "FILE"},
-          {"paper", "", "PAPER"},
-          {"landscape", ""},
-          {"portrait", ""},
-          {"break", "", "WHERE"},
-          {"sort", "", "FIELD"},
-          {"changed-since", "", "DATE"},
-          {"user", "", "NAME"},
-          {"names", ""},
-          {"without-maps", ""}}},
+         "list runs= selection= format= output= paper= landscape portrait break= sort= "
+         "changed-since= user= names without-maps"},
         {"streets",
          "FOLDER [EXTRACT...] [--addresses FILE] [--homes FILE] [--centre LAT,LON] [--around "
          "MILES]",
          {1, MostExtracts},
          StreetsHelp,
          streets,
-         {{"addresses", "", "FILE"},
-          {"homes", "", "FILE"},
-          {"centre", "", "LAT,LON"},
-          {"around", "", "MILES"}}},
-        {"travel",
-         "FOLDER [--all] [--again]",
-         {1, 1},
-         TravelHelp,
-         travel,
-         {{"all", ""}, {"again", ""}}},
+         "addresses= homes= centre= around="},
+        {"travel", "FOLDER [--all] [--again]", {1, 1}, TravelHelp, travel, "all again"},
         {"programs", "FOLDER", {1, 1}, ProgramsHelp, programs}};
     return all;
 }
@@ -661,12 +620,20 @@ ExitStatus performForScript(const Command& command, const QCommandLineParser& op
     return status;
 }
 
+void addOptions(QCommandLineParser& parser, std::string_view options) {
+    for (QString name : toParser(std::string(options)).split(' ', Qt::SkipEmptyParts)) {
+        const bool takesValue = name.endsWith('=');
+        name.chop(takesValue ? 1 : 0);
+        parser.addOption({name, "", takesValue ? "VALUE" : ""});
+    }
+}
+
 ExitStatus run(const Command& command, const QStringList& given, std::istream& in,
                std::ostream& out, std::ostream& complaints) {
     QCommandLineParser options;
     options.addHelpOption();
     options.addOption({"json", ""});
-    options.addOptions(command.options);
+    addOptions(options, command.options);
     options.parse(given);
     if (options.isSet("help")) {
         out << fmt::format("Usage: {}\n\n{}\n", usageOf(command), command.help);
