@@ -160,13 +160,6 @@ void Grid::setColumns(std::vector<GridColumn> columns) {
 
 const std::vector<GridColumn>& Grid::columns() const { return model_->columns(); }
 
-int Grid::column(std::string_view field) const {
-    const auto found =
-        std::find_if(columns().begin(), columns().end(),
-                     [&](const GridColumn& column) { return column.field == field; });
-    return static_cast<int>(found - columns().begin());
-}
-
 void Grid::setRows(std::vector<std::vector<std::string>> rows) {
     model_->setRows(std::move(rows));
     fitColumns();

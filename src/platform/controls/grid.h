@@ -32,8 +32,6 @@ public:
     /// Replaces the columns and removes the rows.
     void setColumns(std::vector<GridColumn> columns);
     [[nodiscard]] const std::vector<GridColumn>& columns() const;
-    /// The column of a field name; there must be one.
-    [[nodiscard]] int column(std::string_view field) const;
 
     /// Replaces the rows; nothing is selected afterwards and no cell red.
     void setRows(std::vector<std::vector<std::string>> rows);

@@ -19,11 +19,6 @@ namespace streets {
 
 namespace {
 
-constexpr std::string_view Heading =
-    "# Streets that no bus drives, one a line:\n"
-    "#   Street; from crossing street; to crossing street; note\n"
-    "#   Street                                   the whole of it\n"
-    "#   Street; x y; ; note                      the piece at that place, in feet\n";
 constexpr std::size_t Fields = 4;
 constexpr double NearFeet = 200;
 
@@ -221,26 +216,12 @@ ClosedStreetList closedStreetsIn(std::string_view text) {
     return list;
 }
 
-std::string textOf(std::span<const ClosedStreet> closed) {
-    std::string text(Heading);
-    for (const ClosedStreet& street : closed) {
-        text += lineOf(street) + '\n';
-    }
-    return text;
-}
-
 std::vector<std::uint32_t> closedPieces(const StreetMap& map, const ClosedStreet& closed) {
     const Pieces street = closed.street.empty() ? allPieces(map) : piecesNamed(map, closed.street);
     if (closed.place) {
         return pieceAt(map, street, *closed.place);
     }
     return closed.from.empty() ? street : piecesBetween(map, street, closed);
-}
-
-ClosedStreet closedStreetAt(const StreetMap& map, std::uint32_t piece) {
-    const Piece& at = map.pieces[piece];
-    const Shape shape(map.pointsOf(at), false, at.feet);
-    return {.street = map.nameOf(at), .place = shape.at(at.feet / 2)};
 }
 
 }  // namespace streets

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,14 +36,9 @@ struct ClosedStreetList {
 /// The entry as a line of the list, without a line end.
 [[nodiscard]] std::string lineOf(const ClosedStreet& closed);
 [[nodiscard]] ClosedStreetList closedStreetsIn(std::string_view text);
-/// The list as a file holds it, with a heading that says how it is edited.
-[[nodiscard]] std::string textOf(std::span<const ClosedStreet> closed);
 
 /// The pieces that an entry closes, in both directions; empty where it names no street of the map.
 [[nodiscard]] std::vector<std::uint32_t> closedPieces(const StreetMap& map,
                                                       const ClosedStreet& closed);
-
-/// The entry for a piece that was pointed at: its street, and a place on it that names it alone.
-[[nodiscard]] ClosedStreet closedStreetAt(const StreetMap& map, std::uint32_t piece);
 
 }  // namespace streets

@@ -17,7 +17,6 @@
 #include "streets/district/closedstreets.h"
 #include "streets/file/streetfile.h"
 #include "streets/network/graphnetwork.h"
-#include "streets/rules/drivingrules.h"
 
 namespace streets {
 

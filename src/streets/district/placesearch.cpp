@@ -1,7 +1,6 @@
 #include "streets/district/placesearch.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
