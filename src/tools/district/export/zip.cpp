@@ -1,7 +1,5 @@
 #include "tools/district/export/zip.h"
 
-#include <cerrno>
-#include <cstring>
 #include <ctime>
 #include <memory>
 #include <set>
@@ -10,8 +8,8 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
+#include "platform/files/draft.h"
 #include "platform/files/files.h"
 #include "tools/district/base/refuse.h"
 
@@ -43,10 +41,10 @@ void add(archive& zip, const fs::path& file) {
     require(zip, archive_write_data(&zip, bytes.data(), bytes.size()));
 }
 
-void writeZip(const fs::path& folder, int handle) {
+void writeZip(const fs::path& folder, const std::string& to) {
     const Zip zip(archive_write_new(), [](archive* one) { archive_write_free(one); });
     require(*zip, archive_write_set_format_zip(zip.get()));
-    require(*zip, archive_write_open_fd(zip.get(), handle));
+    require(*zip, archive_write_open_filename(zip.get(), to.c_str()));
     std::set<fs::path> sorted;
     for (const auto& entry : fs::directory_iterator(folder)) {
         sorted.insert(entry.path());
@@ -60,23 +58,11 @@ void writeZip(const fs::path& folder, int handle) {
 }  // namespace
 
 void zipFolder(const fs::path& folder, const fs::path& file) {
-    std::string making = file.string() + ".making-XXXXXX";
-    const int handle = ::mkstemp(making.data());
-    if (handle < 0) {
-        refuse(fmt::format("{} cannot be made: {}.", file.string(), std::strerror(errno)));
+    files::Draft draft(file.string());
+    writeZip(folder, draft.path());
+    if (!draft.add()) {
+        refuse(fmt::format("{} is there already.", file.string()));
     }
-    try {
-        writeZip(folder, handle);
-        if (::fsync(handle) != 0 || ::link(making.c_str(), file.c_str()) != 0) {
-            refuse(fmt::format("{} cannot be written: {}.", file.string(), std::strerror(errno)));
-        }
-    } catch (...) {
-        ::close(handle);
-        ::unlink(making.c_str());
-        throw;
-    }
-    ::close(handle);
-    ::unlink(making.c_str());
 }
 
 }  // namespace tools::district

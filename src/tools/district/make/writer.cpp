@@ -7,7 +7,6 @@
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"
-#include "tools/district/make/codes.h"
 #include "tools/district/make/history.h"
 #include "tools/district/make/names.h"
 #include "tools/district/make/tablefile.h"
@@ -150,11 +149,12 @@ private:
         progress_.begin("Directions", steps(district_.runs));
         auto rows = file_.into("RUNDIR");
         for (const Run& run : district_.runs) {
-            for (const DirectionLine& line : directionsOf(run)) {
-                rows.add("RUN"_c = run.id, "INT_STOPID"_c = line.stop->id,
-                         "STOPID"_c = line.stop->stopId, "LINETYPE"_c = line.type,
-                         "LINETEXT1"_c = line.text1, "LINETEXT2"_c = line.text2,
-                         "SHORTTEXT"_c = line.shortText, "SHORTDIST"_c = line.shortDistance);
+            for (const auto& line : directionsOf(run)) {
+                const Stop& stop = *run.visits[line.stop].stop;
+                rows.add("RUN"_c = run.id, "INT_STOPID"_c = stop.id, "STOPID"_c = stop.stopId,
+                         "LINETYPE"_c = line.type, "LINETEXT1"_c = line.text1,
+                         "LINETEXT2"_c = line.text2, "SHORTTEXT"_c = line.shortText,
+                         "SHORTDIST"_c = line.shortDistance);
             }
             progress_.step();
         }

@@ -2,14 +2,11 @@
 
 #include <string>
 
+#include "platform/geo/projection.h"
+
 namespace tools::district {
 
-/// A place on the map, in feet.
-struct Point {
-    double x = 0;
-    double y = 0;
-    friend bool operator==(const Point&, const Point&) = default;
-};
+using Point = geo::Feet;
 
 inline constexpr double FeetPerMile = 5280;
 

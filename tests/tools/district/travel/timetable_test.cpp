@@ -46,7 +46,7 @@ TEST(Directions, FollowTheGridAndTurnBack) {
     given.second.at = {5280, 2640};
     setTimes(given.run, Anchor::End, Date::timeOfDay(7, 0));
     std::vector<std::string> lines;
-    for (const DirectionLine& line : directionsOf(given.run)) {
+    for (const auto& line : directionsOf(given.run)) {
         lines.push_back(std::string(line.type) + ": " + line.text1 + " | " + line.text2);
     }
     const std::vector<std::string> expected = {
