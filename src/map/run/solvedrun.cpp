@@ -1,13 +1,10 @@
 #include "map/run/solvedrun.h"
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
 
 #include <fmt/format.h>
 
 #include "data/runs/runrow.h"
-#include "map/run/allornothing.h"
 #include "map/run/solutionrows.h"
 #include "map/shown/fields.h"
 #include "map/shown/runscene.h"
@@ -19,6 +16,30 @@
 namespace map {
 
 namespace {
+
+/// One unit of work of which nothing stays unless it was finished.
+class AllOrNothing {
+public:
+    explicit AllOrNothing(ado::Connection& connection) : connection_(connection) {
+        connection_.BeginTrans();
+    }
+    ~AllOrNothing() {
+        if (!finished_) {
+            connection_.RollbackTrans();
+        }
+    }
+    AllOrNothing(const AllOrNothing&) = delete;
+    AllOrNothing& operator=(const AllOrNothing&) = delete;
+
+    void finish() {
+        connection_.CommitTrans();
+        finished_ = true;
+    }
+
+private:
+    ado::Connection& connection_;
+    bool finished_ = false;
+};
 
 bool isSame(geo::Feet one, geo::Feet other) { return one.x == other.x && one.y == other.y; }
 

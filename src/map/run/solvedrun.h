@@ -4,7 +4,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "map/shown/mappedrun.h"
 #include "platform/ado/connection.h"

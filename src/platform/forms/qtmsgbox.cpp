@@ -1,5 +1,7 @@
 #include "platform/forms/qtmsgbox.h"
 
+#include <QScopeGuard>
+
 #include "platform/forms/form.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/messagebox.h"
@@ -7,26 +9,6 @@
 namespace forms {
 
 namespace {
-
-/// Shows the arrow while a box is open under a busy cursor.
-class ArrowCursor {
-public:
-    ArrowCursor() : busy_(QApplication::overrideCursor() != nullptr) {
-        if (busy_) {
-            QApplication::setOverrideCursor(Qt::ArrowCursor);
-        }
-    }
-    ~ArrowCursor() {
-        if (busy_) {
-            QApplication::restoreOverrideCursor();
-        }
-    }
-    ArrowCursor(const ArrowCursor&) = delete;
-    ArrowCursor& operator=(const ArrowCursor&) = delete;
-
-private:
-    bool busy_;
-};
 
 QWidget* ownerOfBoxes() {
     QWidget* active = QApplication::activeWindow();
@@ -36,7 +18,15 @@ QWidget* ownerOfBoxes() {
 }  // namespace
 
 base::MsgAnswer QtMsgBox::show(const base::MsgRequest& request) {
-    const ArrowCursor arrow;
+    const bool isBusy = QApplication::overrideCursor() != nullptr;
+    if (isBusy) {
+        QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    const auto former = qScopeGuard([isBusy] {
+        if (isBusy) {
+            QApplication::restoreOverrideCursor();
+        }
+    });
     MessageBox box(request, ownerOfBoxes());
     box.exec();
     Application::instance().throwIfEnding();

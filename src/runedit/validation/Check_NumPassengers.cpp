@@ -1,8 +1,8 @@
-#include "runedit/validation/rules.h"
-
 #include <utility>
 
 #include <fmt/format.h>
+
+#include "runedit/validation/rules.h"
 
 namespace runedit {
 

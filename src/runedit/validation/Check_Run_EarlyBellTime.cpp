@@ -1,6 +1,6 @@
-#include "runedit/validation/rules.h"
-
 #include <fmt/format.h>
+
+#include "runedit/validation/rules.h"
 
 namespace runedit {
 

@@ -1,5 +1,3 @@
-#include "runedit/validation/rules.h"
-
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -10,6 +8,7 @@
 #include "platform/base/boundedarray.h"
 #include "platform/base/text.h"
 #include "platform/base/value.h"
+#include "runedit/validation/rules.h"
 
 namespace runedit {
 

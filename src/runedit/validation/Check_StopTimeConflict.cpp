@@ -1,8 +1,7 @@
-#include "runedit/validation/rules.h"
-
 #include <fmt/format.h>
 
 #include "platform/base/boundedarray.h"
+#include "runedit/validation/rules.h"
 
 namespace runedit {
 

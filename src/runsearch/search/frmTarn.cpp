@@ -14,7 +14,6 @@
 #include "runsearch/search/runlist.h"
 #include "runsearch/search/runtotals.h"
 #include "runsearch/search/searchwords.h"
-#include "startup/base/mdlDBConnection.h"
 #include "startup/base/mdlNONULL.h"
 #include "startup/base/mdlSecurity_Routines.h"
 #include "startup/base/session.h"
@@ -311,8 +310,8 @@ void frmTarn::showSelectedCount() {
     std::vector<std::size_t> selected;
     std::ranges::transform(rows, std::back_inserter(selected),
                            [this](int row) { return ui_->RunList->tableRow(row); });
-    ui_->SelectedTotals->setText(
-        count == 0 ? QString() : toQt(inWords(totalsOf(ui_->RunList->table(), selected))));
+    ui_->SelectedTotals->setText(count == 0 ? QString()
+                                            : toQt(totalsInWords(ui_->RunList->table(), selected)));
 }
 
 /// What the filter hides is not chosen: no action goes to a run out of sight.

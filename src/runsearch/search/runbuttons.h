@@ -20,11 +20,17 @@ struct RunButtons {
     using Granted = std::function<bool(std::string_view task)>;
 
     /// After a search that found runs. New and Delete are only ever taken away here.
-    void afterRunsFound(const Granted& granted);
+    void afterRunsFound(const Granted& granted) {
+        cmdNew = cmdNew && granted("RTG210");
+        Delete = Delete && granted("RTG230");
+        ChangeBell = granted("RTG250");
+        GroupChange = granted("RTG260");
+        PrintIt = granted("RTG270");
+        TimeLine = true;
+        GroupSolve = true;  // no task code guards it
+    }
     /// After a reset; New, Edit and Delete stay as they are.
-    void afterReset();
-
-    friend bool operator==(const RunButtons&, const RunButtons&) = default;
+    void afterReset() { PrintIt = TimeLine = ChangeBell = GroupChange = GroupSolve = false; }
 };
 
 }  // namespace runsearch

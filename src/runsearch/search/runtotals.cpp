@@ -6,31 +6,18 @@
 
 namespace runsearch {
 
-namespace {
-
-double sumOf(const table::TextTable& runs, std::span<const std::size_t> rows,
-             std::string_view name) {
-    const std::size_t column = runs.columnOf(name);
-    double sum = 0;
-    for (const std::size_t row : rows) {
-        const auto value = runs.value(row, column);
-        sum += value.isNull() ? 0 : value.asNumber();
-    }
-    return sum;
-}
-
-}  // namespace
-
-RunTotals totalsOf(const table::TextTable& runs, std::span<const std::size_t> rows) {
-    return {.students = static_cast<std::int64_t>(sumOf(runs, rows, "Total_Students")),
-            .miles = sumOf(runs, rows, "total_miles"),
-            .minutes = sumOf(runs, rows, "total_time")};
-}
-
-std::string inWords(const RunTotals& totals) {
-    return fmt::format("{} students, {} miles, {} minutes",
-                       base::grouped(static_cast<double>(totals.students), 0),
-                       base::grouped(totals.miles, 2), base::grouped(totals.minutes, 2));
+std::string totalsInWords(const table::TextTable& runs, std::span<const std::size_t> rows) {
+    const auto sum = [&](std::string_view name, int decimals) {
+        const std::size_t column = runs.columnOf(name);
+        double all = 0;
+        for (const std::size_t row : rows) {
+            const auto value = runs.value(row, column);
+            all += value.isNull() ? 0 : value.asNumber();
+        }
+        return base::grouped(all, decimals);
+    };
+    return fmt::format("{} students, {} miles, {} minutes", sum("Total_Students", 0),
+                       sum("total_miles", 2), sum("total_time", 2));
 }
 
 }  // namespace runsearch

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string>
 
@@ -8,16 +7,8 @@
 
 namespace runsearch {
 
-struct RunTotals {
-    std::int64_t students = 0;
-    double miles = 0;
-    double minutes = 0;
-};
-
-/// Of some rows of the table that readRuns() gives.
-[[nodiscard]] RunTotals totalsOf(const table::TextTable& runs, std::span<const std::size_t> rows);
-
-/// "1,204 students, 96.41 miles, 381.05 minutes"
-[[nodiscard]] std::string inWords(const RunTotals& totals);
+/// "1,204 students, 96.41 miles, 381.05 minutes": of some rows of the table that readRuns() gives.
+[[nodiscard]] std::string totalsInWords(const table::TextTable& runs,
+                                        std::span<const std::size_t> rows);
 
 }  // namespace runsearch

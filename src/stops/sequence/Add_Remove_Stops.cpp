@@ -1,6 +1,7 @@
 #include "stops/sequence/Add_Remove_Stops.h"
 
 #include <QProgressBar>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QShortcut>
 #include <algorithm>
@@ -65,17 +66,6 @@ QString item(const QString& caption, const std::string& value) {
                                "<b>%2</b></span>")
                                .arg(caption, toQt(value).toHtmlEscaped());
 }
-
-class ShownWhileAlive {
-public:
-    explicit ShownWhileAlive(QWidget& widget) : widget_(widget) { widget_.show(); }
-    ~ShownWhileAlive() { widget_.hide(); }
-    ShownWhileAlive(const ShownWhileAlive&) = delete;
-    ShownWhileAlive& operator=(const ShownWhileAlive&) = delete;
-
-private:
-    QWidget& widget_;
-};
 
 }  // namespace
 
@@ -339,7 +329,8 @@ auto Add_Remove_Stops::carryOut(std::size_t rows, Action action) {
         return action(nullptr);
     }
     Operation operation(*this, {.bars = {ui_->Progress}});
-    const ShownWhileAlive bar(*ui_->Progress);
+    ui_->Progress->show();
+    const auto hidden = qScopeGuard([this] { ui_->Progress->hide(); });
     return action(&operation);
 }
 

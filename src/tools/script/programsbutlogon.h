@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,7 +16,12 @@ public:
     explicit ProgramsButLogon(std::function<void(const std::string& line)> tell)
         : tell_(std::move(tell)), others_(process::host()) {}
 
-    void start(const std::string& program, const std::vector<std::string>& arguments) override;
+    void start(const std::string& program, const std::vector<std::string>& arguments) override {
+        if (std::filesystem::path(program).filename() == "Logon.Exe") {
+            return tell_("The user is not known; the logon program is not started for a script.");
+        }
+        others_.start(program, arguments);
+    }
     [[nodiscard]] bool isRunning(const std::string& name) override {
         return others_.isRunning(name);
     }

@@ -13,13 +13,24 @@ public:
     explicit ScriptedClock(const base::ClockPort& real) : real_(real) {}
 
     /// A time of day is one of today.
-    void set(base::Date moment);
-    [[nodiscard]] base::Date now() const override;
+    void set(base::Date moment) {
+        const bool timeAlone = moment == moment.timeValue();
+        moment_ = timeAlone ? real_.now().dateValue().plusSeconds(moment.seconds) : moment;
+        setAt_ = Steady::now();
+        isSet_ = true;
+    }
+    [[nodiscard]] base::Date now() const override {
+        using std::chrono::seconds;
+        const auto passed = std::chrono::duration_cast<seconds>(Steady::now() - setAt_);
+        return isSet_ ? moment_.plusSeconds(passed.count()) : real_.now();
+    }
 
 private:
+    using Steady = std::chrono::steady_clock;
+
     const base::ClockPort& real_;
     base::Date moment_;
-    std::chrono::steady_clock::time_point setAt_;
+    Steady::time_point setAt_;
     bool isSet_ = false;
 };
 

@@ -1,6 +1,7 @@
+#include "runedit/validation/rules.h"
+
 #include <gmock/gmock.h>
 
-#include "runedit/validation/rules.h"
 #include "runedit/validation/rulesupport.h"
 #include "support/errors.h"
 
