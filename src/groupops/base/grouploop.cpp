@@ -1,7 +1,6 @@
 #include "groupops/base/grouploop.h"
 
 #include <numeric>
-#include <utility>
 
 #include <fmt/format.h>
 

@@ -1,8 +1,6 @@
 #include "groupops/belltime/BellTimeChange.h"
 
 #include <QCheckBox>
-#include <QLayout>
-#include <QScrollArea>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "groupops/base/runselection.h"

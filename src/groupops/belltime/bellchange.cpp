@@ -3,8 +3,6 @@
 #include <map>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "data/runs/runrow.h"
 #include "groupops/base/grouploop.h"
 #include "platform/ado/recordset.h"

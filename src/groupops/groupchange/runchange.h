@@ -3,7 +3,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "groupops/base/outcome.h"
 #include "platform/ado/connection.h"

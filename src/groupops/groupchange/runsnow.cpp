@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "data/runs/runrow.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/text.h"

@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "groupops/base/seats.h"
 #include "groupops/groupchange/runchange.h"

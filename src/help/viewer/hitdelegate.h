@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QStyledItemDelegate>
-#include <memory>
 
 #include "help/guide/guidesearch.h"
 

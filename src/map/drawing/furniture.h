@@ -2,7 +2,6 @@
 
 #include <QRectF>
 #include <string>
-#include <vector>
 
 #include "map/drawing/lettering.h"
 #include "map/drawing/stamps.h"

@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
-#include <cmath>
 
 #include "map/ground/polyline.h"
 #include "map/ground/zoomrules.h"

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "map/drawing/groundpainter.h"
-#include "map/drawing/scenelayout.h"
 #include "map/drawing/scenepainter.h"
 
 namespace map {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QImage>
-#include <QRectF>
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 #include "map/ground/camera.h"
 #include "map/ground/ground.h"

@@ -8,7 +8,6 @@
 #include "map/shown/districtground.h"
 #include "map/shown/fields.h"
 #include "map/window/mapwindow.h"
-#include "platform/ado/recordset.h"
 #include "platform/controls/qtext.h"
 #include "streets/order/order.h"
 

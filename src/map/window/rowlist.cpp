@@ -5,7 +5,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "map/small/formtheme.h"

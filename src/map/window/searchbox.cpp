@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "platform/controls/qtext.h"
-#include "platform/forms/application.h"
 
 namespace map {
 

@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include <fmt/format.h>

@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
-#include <utility>
 
 #include "platform/controls/listheader.h"
 #include "platform/controls/listkeys.h"

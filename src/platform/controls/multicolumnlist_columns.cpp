@@ -5,7 +5,6 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <functional>
-#include <numeric>
 #include <optional>
 #include <utility>
 

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
-#include <QPixmap>
 #include <algorithm>
 #include <cmath>
 #include <functional>

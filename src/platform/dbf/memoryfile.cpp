@@ -1,7 +1,6 @@
 #include "platform/dbf/memoryfile.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 #include <utility>

@@ -1,7 +1,6 @@
 #include "platform/dde/dbustransport.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <filesystem>

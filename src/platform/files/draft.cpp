@@ -1,7 +1,6 @@
 #include "platform/files/draft.h"
 
 #include <cerrno>
-#include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/base/ports.h"
 #include "platform/forms/formregistry.h"
 #include "platform/forms/helpport.h"
 #include "platform/forms/qtmsgbox.h"

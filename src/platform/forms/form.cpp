@@ -14,7 +14,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <memory>
-#include <vector>
 
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/multicolumnlist.h"

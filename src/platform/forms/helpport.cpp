@@ -1,6 +1,5 @@
 #include "platform/forms/helpport.h"
 
-#include <QTabBar>
 #include <QTabWidget>
 #include <QWhatsThis>
 

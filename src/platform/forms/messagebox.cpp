@@ -1,6 +1,5 @@
 #include "platform/forms/messagebox.h"
 
-#include <QAccessible>
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFontDatabase>

@@ -1,7 +1,6 @@
 #include "platform/geo/projection.h"
 
 #include <cmath>
-#include <string>
 
 #include <fmt/format.h>
 #include <proj.h>

@@ -1,7 +1,6 @@
 #include "platform/jet/emitter.h"
 
 #include <algorithm>
-#include <string>
 
 #include "platform/jet/kinds.h"
 #include "platform/jet/report.h"

@@ -1,14 +1,11 @@
 #include "reports/catalog/worksession.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
-#include <string_view>
 #include <vector>
 
 #include <fmt/format.h>

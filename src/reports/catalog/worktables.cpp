@@ -1,9 +1,7 @@
 #include "reports/catalog/worktables.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include <fmt/format.h>
 

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <span>
 #include <sstream>
-#include <string>
 #include <utility>
 
 #include "platform/base/text.h"

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <iterator>
 #include <mutex>
-#include <string>
 #include <unordered_map>
 #include <utility>
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "reports/page/layout.h"
 #include "reports/page/piece.h"

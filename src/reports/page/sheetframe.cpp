@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 
-#include "reports/page/characters.h"
 #include "reports/page/pagehead.h"
 
 namespace reports {

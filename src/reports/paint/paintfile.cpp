@@ -1,6 +1,5 @@
 #include "reports/paint/paintfile.h"
 
-#include <cerrno>
 #include <filesystem>
 #include <system_error>
 

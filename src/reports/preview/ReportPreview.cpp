@@ -5,8 +5,6 @@
 #include <array>
 #include <cmath>
 
-#include <fmt/format.h>
-
 #include "platform/base/text.h"
 #include "platform/controls/focusall.h"
 #include "platform/controls/layoutmemory.h"

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <utility>
 
 #include "platform/controls/qtext.h"
 #include "reports/page/fonts.h"

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <filesystem>
 #include <future>
-#include <optional>
 #include <thread>
 
 #include <fmt/format.h>

@@ -7,7 +7,6 @@
 
 #include <langinfo.h>
 
-#include "platform/base/text.h"
 #include "platform/controls/layoutmemory.h"
 #include "platform/controls/qtext.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <string>
 #include <vector>
 
 #include "reports/catalog/preparation.h"

@@ -1,5 +1,4 @@
 #include <tuple>
-#include <utility>
 
 #include <fmt/format.h>
 

@@ -3,10 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <set>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "runsearch/schedule/buses.h"

@@ -1,7 +1,5 @@
 #include <QPaintEngine>
-#include <QPainterPath>
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "runsearch/schedule/frame.h"

@@ -1,4 +1,3 @@
-#include <QShortcut>
 #include <algorithm>
 #include <cmath>
 

@@ -1,6 +1,5 @@
 #include "runsearch/schedule/legend.h"
 
-#include <QFontInfo>
 #include <QPainter>
 #include <QPicture>
 #include <QtMath>

@@ -1,10 +1,8 @@
 #include "runsearch/schedule/plan.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <functional>
-#include <map>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>

@@ -10,7 +10,6 @@
 
 #include "platform/base/text.h"
 #include "runsearch/schedule/hovercard.h"
-#include "runsearch/schedule/telling.h"
 
 namespace schedule {
 

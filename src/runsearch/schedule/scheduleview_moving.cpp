@@ -8,7 +8,6 @@
 
 #include "runsearch/schedule/hovercard.h"
 #include "runsearch/schedule/scheduleview.h"
-#include "runsearch/schedule/telling.h"
 
 namespace schedule {
 

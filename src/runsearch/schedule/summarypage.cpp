@@ -1,6 +1,5 @@
 #include "runsearch/schedule/summarypage.h"
 
-#include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
@@ -8,7 +7,6 @@
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 
 #include "platform/controls/multicolumnlist.h"
 #include "platform/controls/qtext.h"

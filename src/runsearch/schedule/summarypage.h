@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWidget>
-#include <string>
 
 #include "runsearch/schedule/plan.h"
 #include "runsearch/schedule/summaries.h"

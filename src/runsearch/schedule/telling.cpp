@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include "platform/base/text.h"
-#include "platform/base/value.h"
 #include "runsearch/schedule/timescale.h"
 
 namespace schedule {

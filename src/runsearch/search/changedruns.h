@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QObject>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>

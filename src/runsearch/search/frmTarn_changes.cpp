@@ -1,4 +1,3 @@
-#include <QBoxLayout>
 
 #include "platform/base/error.h"
 #include "platform/controls/multicolumnlist.h"

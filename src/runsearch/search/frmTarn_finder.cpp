@@ -9,7 +9,6 @@
 #include "runedit/editor/Run.h"
 #include "runsearch/finder/finderbox.h"
 #include "runsearch/search/frmTarn.h"
-#include "startup/base/mdlDBConnection.h"
 
 #include "ui_frmTarn.h"
 

@@ -3,8 +3,6 @@
 #include <QMenu>
 #include <QShortcut>
 
-#include <fmt/format.h>
-
 #include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"

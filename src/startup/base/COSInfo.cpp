@@ -2,12 +2,10 @@
 
 #include <cstdlib>
 #include <string_view>
-#include <vector>
 
 #include <pwd.h>
 #include <unistd.h>
 
-#include "platform/base/text.h"
 #include "platform/files/files.h"
 
 namespace startup {

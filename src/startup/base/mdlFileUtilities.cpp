@@ -1,7 +1,6 @@
 #include "startup/base/mdlFileUtilities.h"
 
 #include <array>
-#include <cstdint>
 
 #include <fmt/format.h>
 #include <pwd.h>

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 
 #include "platform/base/error.h"
 #include "platform/store/base/database.h"

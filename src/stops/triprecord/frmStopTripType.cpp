@@ -1,6 +1,5 @@
 #include "stops/triprecord/frmStopTripType.h"
 
-#include <QShortcut>
 #include <algorithm>
 #include <tuple>
 

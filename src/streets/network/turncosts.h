@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "streets/base/streetmap.h"
 #include "streets/rules/drivingrules.h"
 

@@ -1,7 +1,6 @@
 #include "streets/rules/drivingrules.h"
 
 #include <charconv>
-#include <cmath>
 #include <string>
 
 #include <fmt/format.h>

@@ -14,7 +14,6 @@
 #include <mdbtools.h>
 
 #include "platform/base/text.h"
-#include "platform/base/value.h"
 #include "tools/access/cells.h"
 
 namespace tools::access {

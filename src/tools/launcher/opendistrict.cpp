@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <exception>
-#include <string>
 
 #include "platform/ini/ini.h"
 #include "platform/process/process.h"

@@ -2,8 +2,6 @@
 
 #include <optional>
 
-#include <fmt/format.h>
-
 #include "data/runs/runrow.h"
 #include "map/run/solutionrows.h"
 #include "platform/ado/sqltext.h"

@@ -3,7 +3,6 @@
 #include <QAbstractEventDispatcher>
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 #include <utility>
 
 namespace script {

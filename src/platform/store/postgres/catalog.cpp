@@ -1,7 +1,6 @@
 #include "platform/store/postgres/catalog.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "platform/store/base/ddl.h"
 #include "platform/store/postgres/ddl.h"

@@ -1,16 +1,12 @@
 #include "platform/store/postgres/link.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <chrono>
-#include <cstdlib>
 #include <thread>
 #include <utility>
 
 #include <fmt/format.h>
 
-#include "platform/base/text.h"
 #include "platform/store/base/ddl.h"
 
 namespace store::postgres {

@@ -1,12 +1,10 @@
 #include "platform/store/sqlite/catalog.h"
 
 #include <map>
-#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
 
-#include "platform/base/text.h"
 #include "platform/store/sqlite/ddl.h"
 #include "platform/store/sqlite/statement.h"
 

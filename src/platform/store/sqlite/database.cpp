@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
-#include "platform/store/base/filesystem.h"
 #include "platform/store/sqlite/catalog.h"
 #include "platform/store/sqlite/ddl.h"
 

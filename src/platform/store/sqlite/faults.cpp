@@ -1,7 +1,6 @@
 #include "platform/store/sqlite/faults.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <string_view>
 #include <utility>
 

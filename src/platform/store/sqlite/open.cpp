@@ -2,7 +2,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <system_error>
 
 #include <fcntl.h>

@@ -1,6 +1,5 @@
 #include "platform/store/sqlite/overwrite.h"
 
-#include <cstring>
 #include <utility>
 
 #include <sqlite3.h>

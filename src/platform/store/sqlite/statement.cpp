@@ -6,8 +6,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/base/text.h"
-
 namespace store::sqlite {
 
 namespace {

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
-#include <functional>
 #include <iterator>
 #include <map>
 #include <memory>

@@ -1,6 +1,5 @@
 #include "tools/district/base/terminal.h"
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <iostream>

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "data/schema/schema.h"
 #include "platform/store/base/database.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"

@@ -4,13 +4,11 @@
 #include <QStringList>
 #include <fstream>
 #include <map>
-#include <optional>
 
 #include <fmt/format.h>
 
 #include "platform/base/text.h"
 #include "platform/files/installation.h"
-#include "platform/store/base/database.h"
 #include "platform/store/open/open.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/import/feed/schoolruns.h"

@@ -1,7 +1,6 @@
 #include "tools/district/command/passwordcommand.h"
 
 #include <istream>
-#include <optional>
 #include <ostream>
 
 #include <fmt/format.h>

@@ -1,19 +1,15 @@
 #include "tools/district/copy/copydistrict.h"
 
 #include <memory>
-#include <optional>
-#include <vector>
 
 #include <fmt/format.h>
 
 #include "data/schema/announcing.h"
-#include "data/schema/version.h"
 #include "platform/files/installation.h"
 #include "platform/store/base/copying.h"
 #include "platform/store/base/location.h"
 #include "platform/store/open/open.h"
 #include "platform/store/open/standstill.h"
-#include "tools/district/base/folders.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/make/companions.h"
 

@@ -1,6 +1,5 @@
 #include "tools/district/deadhead/computedtravel.h"
 
-#include <array>
 #include <charconv>
 #include <sstream>
 

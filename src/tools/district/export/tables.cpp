@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>

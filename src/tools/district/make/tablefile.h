@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "data/schema/schema.h"
 #include "platform/base/value.h"

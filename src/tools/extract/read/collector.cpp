@@ -1,7 +1,6 @@
 #include "tools/extract/read/collector.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace tools::extract {
 

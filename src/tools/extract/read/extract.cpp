@@ -1,9 +1,5 @@
 #include "tools/extract/read/extract.h"
 
-#include <algorithm>
-#include <unordered_set>
-#include <utility>
-
 #include <fmt/format.h>
 #include <malloc.h>
 #include <osmium/io/opl_input.hpp>

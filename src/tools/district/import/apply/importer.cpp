@@ -4,13 +4,11 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
-#include <optional>
 #include <system_error>
 
 #include <fmt/format.h>
 
 #include "data/schema/version.h"
-#include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "platform/store/open/open.h"

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <memory>
 
 #include <fmt/format.h>
 

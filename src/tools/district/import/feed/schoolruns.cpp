@@ -5,9 +5,7 @@
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <limits>
 #include <set>
-#include <span>
 #include <sstream>
 #include <utility>
 

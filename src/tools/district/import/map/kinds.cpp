@@ -1,8 +1,6 @@
 #include "tools/district/import/map/kinds.h"
 
 #include <algorithm>
-#include <cctype>
-#include <memory>
 #include <utility>
 
 #include "platform/base/text.h"

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 
-#include "platform/base/text.h"
 #include "tools/district/import/plan/values.h"
 
 namespace tools::district {
