@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -16,13 +17,17 @@
 #include "startup/base/session.h"
 #include "support/formtest.h"
 #include "support/runbuilder.h"
+#include "support/wheel.h"
 
 namespace schedule {
 
 namespace {
 
 using support::RunBuilder;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 constexpr auto SearchedRuns =
     "SELECT RUN.*, ROUTE.ROUTEID, ROUTE.VEHICLE, ROUTE.EMPNUM, 'Smith, Ann' AS EMPNAME FROM ROUTE "
@@ -115,13 +120,20 @@ TEST_F(RunSchedule, GoesFromBarToBarByKeysAndReadsEachOut) {
                 testing::StartsWith("Run S2, change short by 5 min after S1"));
 }
 
-TEST_F(RunSchedule, KeepsTheTimeUnderThePointerAndAllRowsInAFit) {
+TEST_F(RunSchedule, TheWheelKeepsTheTimeUnderThePointerAndAFitShowsAllRows) {
     show();
-    const double x = 300;
-    const double time = view().frame().scale.timeAt(x);
-    view().zoomTime(3, x);
-    EXPECT_NEAR(view().frame().scale.timeAt(x), time, 60);
-    view().verticalScrollBar()->setValue(3);
+    const auto turn = [&](int notches, Qt::KeyboardModifiers with = {}) {
+        const QPointF at(view().frame().plot.left() + 300, view().frame().plot.top() + 20);
+        support::turnWheel(*view().viewport(), at, notches, with);
+    };
+    const auto before = view().frame().scale;
+    turn(3, Qt::ControlModifier);
+    EXPECT_LT(view().frame().scale.secondsPerPixel, before.secondsPerPixel);
+    EXPECT_NEAR(view().frame().scale.timeAt(300), before.timeAt(300), 60);
+    auto& across = *view().horizontalScrollBar();
+    across.setValue(across.minimum());
+    turn(-1, Qt::ShiftModifier);
+    EXPECT_EQ(across.value(), across.minimum() + 3 * across.singleStep());
     key(Qt::Key_F);
     EXPECT_EQ(view().frame().rowsInView(), std::pair(0, 4));
     for (const auto& bar : view().chart()->bars) {
@@ -219,6 +231,34 @@ TEST_F(RunSchedule, BreaksPagesBetweenRowsAndLosesNone) {
     }
 }
 
+/// The words of a picture in the order painted, with rows of a height.
+std::string wordsOf(Frame frame, double rowHeight, const std::string& file) {
+    frame.rowHeight = rowHeight;
+    Pages pages(frame, QApplication::font(), {});
+    EXPECT_EQ(savePages(pages, QString::fromStdString(file), FileKind::Svg), QString());
+    const auto svg = QString::fromStdString(support::contentsOf(file));
+    QStringList words;
+    for (const auto& text : QRegularExpression("([^<>]+)</text>").globalMatch(svg)) {
+        words << text.captured(1).trimmed();
+    }
+    return words.join('|').toStdString();
+}
+
+TEST_F(RunSchedule, APictureSaysWhatStandsInIt) {
+    show();
+    const auto words = [&](double rowHeight) {
+        Frame frame = view().frame();
+        frame.scale = {6.5 * Hour, 5};
+        return wordsOf(frame, rowHeight * frame.unit, district.folder() + "words.svg");
+    };
+    EXPECT_THAT(words(40), AllOf(HasSubstr("|5 min short|no times|R1|Smith, Ann|B7|R2|"),
+                                 HasSubstr("|Idle|9|Under 15 min|Overlap|")));
+    EXPECT_THAT(words(4), AllOf(Not(HasSubstr("no route")), HasSubstr("Under 15 min")));
+    check("BySchool");
+    EXPECT_THAT(words(40), HasSubstr("|Oak School|R1|Smith, Ann|R2|Smith, Ann|"));
+    EXPECT_THAT(words(4), HasSubstr("No school|School|"));
+}
+
 TEST_F(RunSchedule, ExportsFilesThatSayWhatTheyAre) {
     show();
     const auto begins = [&](const char* name) {
@@ -237,7 +277,7 @@ TEST_F(RunSchedule, ExportsFilesThatSayWhatTheyAre) {
     EXPECT_TRUE(titles().empty());
     EXPECT_EQ(begins("a.doc"), "none");
     EXPECT_EQ(begins("no/such/a.pdf"), "none");
-    EXPECT_THAT(lastText(), testing::HasSubstr("could not be written: No such file or directory."));
+    EXPECT_THAT(lastText(), HasSubstr("could not be written: No such file or directory."));
     EXPECT_THAT(titles(), ElementsAre("Not Exported", "Not Exported"));
     forms::setFileChooser({});
 }
