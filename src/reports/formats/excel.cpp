@@ -188,6 +188,9 @@ public:
         endRows();
         const lxw_row_t last = std::max(data_->row(), HeadRow + 1) - 1;
         worksheet_print_area(data_->get(), 0, 0, last, lastColumn());
+    }
+
+    void close() override {
         check(workbook_close(std::exchange(book_, nullptr)), file_);
         check(isWholeWorkbook(file_) ? LXW_NO_ERROR : LXW_ERROR_ZIP_CLOSE, file_);
     }

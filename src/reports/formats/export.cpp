@@ -1,7 +1,9 @@
 #include "reports/formats/export.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <future>
 
 #include <fmt/format.h>
 
@@ -55,6 +57,18 @@ bool isRow(const Item& item) {
     return std::holds_alternative<Row>(item) || std::holds_alternative<SheetStop>(item);
 }
 
+/// Beside the program, which goes on meanwhile; false where `keepGoing` said no.
+bool closed(Writer& writer, const KeepGoing& keepGoing) {
+    constexpr std::chrono::milliseconds Turn(20);
+    auto closing = std::async(std::launch::async, [&writer] { writer.close(); });
+    bool isWanted = true;
+    while (closing.wait_for(Turn) != std::future_status::ready) {
+        isWanted = isWanted && (!keepGoing || keepGoing(1));
+    }
+    closing.get();
+    return isWanted;
+}
+
 bool writeItems(Content& content, Format format, files::Draft& draft, const KeepGoing& keepGoing) {
     KnownContent known(content);
     const auto writer = writerOf(format, known, draft);
@@ -70,7 +84,7 @@ bool writeItems(Content& content, Format format, files::Draft& draft, const Keep
         }
     }
     writer->finish();
-    return true;
+    return closed(*writer, keepGoing);
 }
 
 /// Laying out is a small part of making pages.

@@ -43,6 +43,8 @@ public:
     virtual void take(const Item& item) = 0;
     /// Behind the last item.
     virtual void finish() = 0;
+    /// What takes long behind that. It reads nothing but what was taken: on any thread.
+    virtual void close() {}
 };
 
 // Each keeps what it is given until it goes. Those of tables take the items of lists only.
