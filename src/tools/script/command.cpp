@@ -15,6 +15,7 @@ constexpr std::array Verbs{
     VerbSyntax{Verb::Click, "click", "C", "click FORM.CONTROL"},
     VerbSyntax{Verb::DoubleClick, "doubleclick", "CN", "doubleclick FORM.LIST ROW"},
     VerbSyntax{Verb::Column, "column", "CN", "column FORM.LIST COLUMN"},
+    VerbSyntax{Verb::Menu, "menu", "MT", "menu FORM[.CONTROL] ENTRY > ENTRY..."},
     VerbSyntax{Verb::Select, "select", "CR", "select FORM.LIST ROW...|all|none"},
     VerbSyntax{Verb::Cell, "cell", "CNNT", "cell FORM.GRID ROW COLUMN TEXT"},
     VerbSyntax{Verb::Answer, "answer", "B", "answer OK|Cancel|Yes|No|Retry..."},

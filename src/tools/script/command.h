@@ -14,6 +14,7 @@ enum class Verb {
     Click,
     DoubleClick,
     Column,
+    Menu,
     Select,
     Cell,
     Answer,
@@ -59,7 +60,8 @@ private:
     int line_;
 };
 
-/// What follows a verb, one letter a part: C form and control, F form, N number, R rows or "all" or
+/// What follows a verb, one letter a part: C form and control, F form, M form
+/// with or without a control, N number, R rows or "all" or
 /// "none", B buttons, W a word, P a path, T the rest of the line, a number behind T stands last on
 /// the line.
 struct VerbSyntax {

@@ -104,6 +104,9 @@ private:
             case 'F':
                 command_.form = neededWord();
                 break;
+            case 'M':
+                readMenuOwner();
+                break;
             case 'N':
                 command_.numbers.push_back(number(neededWord()));
                 break;
@@ -132,6 +135,14 @@ private:
         }
         command_.form = name.substr(0, point);
         command_.control = name.substr(point + 1);
+    }
+
+    void readMenuOwner() {
+        if (rest_.substr(0, rest_.find_first_of(Blanks)).find('.') == std::string_view::npos) {
+            command_.form = neededWord();
+        } else {
+            readControl();
+        }
     }
 
     void readPath() {

@@ -1,10 +1,14 @@
 #include "tools/script/player.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QMenu>
 #include <QPixmap>
+#include <QPointer>
 #include <QThread>
+#include <QTimer>
 #include <fstream>
 #include <map>
 #include <ostream>
@@ -18,7 +22,9 @@
 #include "platform/forms/formregistry.h"
 #include "platform/forms/printerdialog.h"
 #include "platform/forms/timer.h"
+#include "platform/forms/waitbox.h"
 #include "tools/script/adapter.h"
+#include "tools/script/menus.h"
 #include "tools/script/parser.h"
 #include "tools/script/userinput.h"
 
@@ -67,9 +73,8 @@ Player::~Player() {
 }
 
 void Player::play(std::span<const Command> commands) {
-    for (const Command& command : commands) {
-        perform(command);
-    }
+    rest_ = commands;
+    playWhile([] { return true; });
     if (commands.empty()) {
         return;
     }
@@ -85,6 +90,14 @@ void Player::play(std::span<const Command> commands) {
     if (boxes_.answersLeft() > 0) {
         throw ScriptError(end.line, fmt::format("the script ends with {} answers that no box asked",
                                                 boxes_.answersLeft()));
+    }
+}
+
+void Player::playWhile(const std::function<bool()>& holds) {
+    while (!rest_.empty() && holds()) {
+        const Command& command = rest_.front();
+        rest_ = rest_.subspan(1);
+        perform(command);
     }
 }
 
@@ -111,7 +124,8 @@ void Player::perform(const Command& command) {
         settle();
     } catch (const ControlError& error) {
         throw ScriptError(command.line,
-                          fmt::format("{}.{} {}", command.form, command.control, error.what()));
+                          fmt::format("{}{}{} {}", command.form, command.control.empty() ? "" : ".",
+                                      command.control, error.what()));
     }
     transcript_.flush();
 }
@@ -132,6 +146,7 @@ const Player::Deed& Player::deedOf(Verb verb) {
         {Verb::Click, {[](Player& p, C c) { p.usable(c)->click(); }, true}},
         {Verb::DoubleClick, {[](Player& p, C c) { p.usable(c)->doubleClick(c.numbers[0]); }, true}},
         {Verb::Column, {[](Player& p, C c) { p.usable(c)->clickColumn(c.numbers[0]); }, true}},
+        {Verb::Menu, {[](Player& p, C c) { p.choose(c); }, true}},
         {Verb::Select, {[](Player& p, C c) { p.select(*p.usable(c), c); }, true}},
         {Verb::Cell,
          {[](Player& p, C c) { p.usable(c)->setCell(c.numbers[0], c.numbers[1], c.text); }, true}},
@@ -164,6 +179,49 @@ void Player::start(const Command& command) {
     Application& application = Application::instance();
     application.startAfresh();
     application.guarded([&] { program_.start(command.text); });
+}
+
+/// A menu, also the one of an entry, is shown and stays until it is closed.
+void Player::choose(const Command& command) {
+    QWidget& owner = command.control.empty() ? form(command) : control(command);
+    bringWithinReach(owner);
+    const auto [entry, menu] = chosenFrom(owner, command.text);
+    menu == nullptr ? trigger(*entry) : menu->popup(owner.mapToGlobal(owner.rect().center()));
+}
+
+/// A dialog that the entry opens and waits for would hold the script up, too: its lines go on
+/// within it until it is closed.
+void Player::trigger(QAction& entry) {
+    constexpr int LookMs = 20;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (dialog != nullptr && qobject_cast<Form*>(dialog) == nullptr &&
+            qobject_cast<forms::WaitBox*>(dialog) == nullptr) {
+            look.stop();
+            playWithin(*dialog);
+            look.start();
+        }
+    });
+    look.start(LookMs);
+    entry.trigger();
+    look.stop();
+    if (fault_) {
+        std::rethrow_exception(std::exchange(fault_, nullptr));
+    }
+}
+
+void Player::playWithin(QWidget& dialog) {
+    const QPointer<QWidget> shown(&dialog);
+    const auto isShown = [&shown] { return !shown.isNull() && shown->isVisible(); };
+    try {
+        playWhile(isShown);
+    } catch (...) {
+        fault_ = std::current_exception();
+    }
+    if (isShown()) {
+        shown->close();
+    }
 }
 
 void Player::select(Adapter& list, const Command& command) {
@@ -372,7 +430,14 @@ bool Player::live(int milliseconds, const std::function<bool()>& done) {
     return done();
 }
 
-Form& Player::form(const Command& command) const {
+/// Also a menu or a dialog that is no form of the program.
+QWidget& Player::form(const Command& command) const {
+    QWidget* other = command.form == "dialog" ? QApplication::activeModalWidget()
+                     : command.form == "menu" ? QApplication::activePopupWidget()
+                                              : nullptr;
+    if (other != nullptr) {
+        return *other;
+    }
     if (Form* found = FormRegistry::instance().find(command.form); found != nullptr) {
         return *found;
     }

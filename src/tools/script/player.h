@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <exception>
 #include <functional>
 #include <iosfwd>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "tools/script/scriptedclock.h"
 #include "tools/script/turnwatch.h"
 
+class QAction;
 class QString;
 class QWidget;
 
@@ -45,7 +47,8 @@ struct Program {
 
 /// Plays commands against the program's own forms, as a user at the screen would, and writes a
 /// transcript: comments as headings, each command, and what it printed. While it lives, it answers
-/// the message boxes and file dialogs and sets the clock.
+/// the message boxes and file dialogs and sets the clock. "menu" and "dialog" are the names of a
+/// menu or a dialog in front that is none of the program's forms.
 class Player {
 public:
     Player(std::ostream& transcript, Program program);
@@ -68,7 +71,12 @@ private:
     void perform(const Command& command);
     void failOnUnexpectedBox(const Command& command) const;
 
+    /// The next lines, as long as that holds.
+    void playWhile(const std::function<bool()>& holds);
     void start(const Command& command);
+    void choose(const Command& command);
+    void trigger(QAction& entry);
+    void playWithin(QWidget& dialog);
     void select(Adapter& list, const Command& command);
     void answer(const Command& command);
     [[nodiscard]] QString chosenFile(const forms::FileQuestion& question);
@@ -94,13 +102,15 @@ private:
     /// Lets the program live for so long, or until `done`; whether it was.
     bool live(int milliseconds, const std::function<bool()>& done);
 
-    [[nodiscard]] forms::Form& form(const Command& command) const;
+    [[nodiscard]] QWidget& form(const Command& command) const;
     [[nodiscard]] QWidget& control(const Command& command) const;
     [[nodiscard]] std::unique_ptr<Adapter> usable(const Command& command) const;
     [[nodiscard]] std::string controlText(const Command& command) const;
 
     std::ostream& transcript_;
     Program program_;
+    std::span<const Command> rest_;    ///< not played yet
+    std::exception_ptr fault_;         ///< within a dialog
     Command statement_;                ///< the last one
     std::vector<std::string> answer_;  ///< to it
     ScriptedBoxes boxes_;

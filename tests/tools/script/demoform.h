@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -34,6 +36,14 @@ public:
         auto* first = new QVBoxLayout(page);
         auto* second = new QVBoxLayout(otherPage);
         addControls(first, second);
+        auto* bar = new QMenuBar(this);
+        layout->setMenuBar(bar);
+        auto* menu = bar->addMenu("&Help");
+        menu->addAction("&About\tF2", this, [this] {
+            QDialog(this).exec();
+            label_->setText("about");
+        });
+        menu->addAction("&Off")->setEnabled(false);
         list_ = add<controls::MultiColumnList>("List", layout);
         grid_ = add<controls::Grid>("Grid", layout);
         fill();

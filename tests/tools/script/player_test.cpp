@@ -113,6 +113,20 @@ TEST_F(PlayerTest, WorksOnLists) {
               (std::vector<int>{}));
 }
 
+/// The dialog that the entry waits for is closed by the next line, or by the end of the script.
+TEST_F(PlayerTest, ChoosesFromMenus) {
+    play("menu frmDemo Help > Ab\nclose dialog\nexpect frmDemo.Status about\n");
+    play(
+        "menu frmDemo.List Sort By > Miles\nexpect-row frmDemo.List 1 R2\n"
+        "menu frmDemo Help\nclose menu\nmenu frmDemo Help > About\n");
+    EXPECT_EQ(fault("menu frmDemo Help > About\nclose Nobody\n"),
+              "line 3: no form Nobody is loaded");
+    EXPECT_EQ(fault("menu frmDemo Help > Off\n"),
+              "line 2: frmDemo has an entry \"Off\", which is disabled");
+    EXPECT_EQ(fault("menu frmDemo.List Sort\nclose menu\nmenu frmDemo.cmdOff\n"),
+              "line 4: frmDemo.cmdOff is disabled");
+}
+
 TEST_F(PlayerTest, TypesIntoGrids) {
     EXPECT_THAT(play("cell frmDemo.Grid 2 2 8:15 am\nprint frmDemo.Grid\n"),
                 HasSubstr("    Bell\tNew Bell\n    8:00\t \n    9:00\t8:15 am\n"));
