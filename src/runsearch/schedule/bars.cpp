@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "runsearch/schedule/frame.h"
 #include "runsearch/schedule/telling.h"
@@ -50,6 +51,8 @@ public:
           colours_(frame.colours->zone(run_.start ? bar_.zone : None)) {}
 
     void paint();
+    /// Where the number stands whose bar is too narrow for it; nothing where it is not beside.
+    [[nodiscard]] std::optional<QRectF> besideRect() const;
 
 private:
     [[nodiscard]] bool isHollow() const { return bar_.zone == None || !run_.start; }
@@ -58,11 +61,17 @@ private:
     void paintOutlined();
     void paintMarks();
     void paintWords();
-    void paintBeside(Type type, double width);
+    void paintBeside();
     void paintTimes();
     [[nodiscard]] double freeRight() const;
     [[nodiscard]] double freeLeft() const;
     [[nodiscard]] double wordsFrom() const;
+    [[nodiscard]] Type bold() const {
+        return frame_.detail() == Detail::SmallWords ? Type::SmallBold : Type::Bold;
+    }
+    [[nodiscard]] double roomForWords() const {
+        return rect_.right() - TextUntil * unit() - wordsFrom();
+    }
     [[nodiscard]] std::string second() const;
 
     QPainter& painter_;
@@ -155,20 +164,18 @@ std::string BarPainter::second() const {
 }
 
 void BarPainter::paintWords() {
-    const bool isSmall = frame_.detail() == Detail::SmallWords;
-    const auto bold = isSmall ? Type::SmallBold : Type::Bold;
-    const auto plain = isSmall ? Type::Small : Type::Normal;
+    const auto plain = frame_.detail() == Detail::SmallWords ? Type::Small : Type::Normal;
     auto& words = *frame_.words;
     const double from = wordsFrom();
-    double room = rect_.right() - TextUntil * unit() - from;
-    const double width = words.width(run_.id, bold);
+    double room = roomForWords();
+    const double width = words.width(run_.id, bold());
     if (width > room) {
-        paintBeside(bold, width);
+        paintBeside();
         return;
     }
     const double y = rect_.center().y();
     painter_.setPen(frame_.colours->words);
-    words.draw(painter_, from, y, run_.id, bold);
+    words.draw(painter_, from, y, run_.id, bold());
     const auto riders = run_.students > 0 ? std::to_string(run_.students) : std::string();
     const auto name = second();
     const double gap = 8 * unit();
@@ -203,18 +210,28 @@ double BarPainter::freeLeft() const {
     return plateText(*frame_.plan, *frame_.chart, bar_).empty() ? rect_.left() - from : 0;
 }
 
-/// The number of a run whose bar is too narrow for it, on a patch of ground.
-void BarPainter::paintBeside(Type type, double width) {
+std::optional<QRectF> BarPainter::besideRect() const {
+    const double width = frame_.words->width(run_.id, bold());
+    if (row_.kind == RowKind::Lane || frame_.detail() < Detail::SmallWords ||
+        width <= roomForWords()) {
+        return std::nullopt;
+    }
     const double pad = 4 * unit();
     const bool right = freeRight() >= width + 2 * pad;
-    if (row_.kind == RowKind::Lane || (!right && freeLeft() < width + 2 * pad)) {
-        return;
+    if (!right && freeLeft() < width + 2 * pad) {
+        return std::nullopt;
     }
-    const double left = right ? rect_.right() + pad : rect_.left() - pad - width;
-    painter_.fillRect(QRectF(left - 1, rect_.top(), width + 2, rect_.height()),
-                      frame_.colours->ground);
-    painter_.setPen(frame_.colours->words);
-    frame_.words->draw(painter_, left, rect_.center().y(), run_.id, type);
+    return QRectF(right ? rect_.right() + pad : rect_.left() - pad - width, rect_.top(), width,
+                  rect_.height());
+}
+
+/// On a patch of ground.
+void BarPainter::paintBeside() {
+    if (const auto place = besideRect()) {
+        painter_.fillRect(place->adjusted(-1, 0, 1, 0), frame_.colours->ground);
+        painter_.setPen(frame_.colours->words);
+        frame_.words->draw(painter_, place->left(), rect_.center().y(), run_.id, bold());
+    }
 }
 
 void BarPainter::paintTimes() {
@@ -390,6 +407,11 @@ void paintPlate(QPainter& painter, const Frame& frame, double left, double y, st
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(ink);
     frame.words->draw(painter, left + 4 * frame.unit, y, text, Type::SmallBold);
+}
+
+std::optional<QRectF> numberBeside(QPainter& painter, const Frame& frame, const Row& row,
+                                   std::size_t place) {
+    return BarPainter(painter, frame, row, place).besideRect();
 }
 
 void paintBars(QPainter& painter, const Frame& frame, const Row& row, int) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRectF>
+#include <optional>
 #include <vector>
 
 #include "runsearch/schedule/chart.h"
@@ -72,6 +73,10 @@ void paintSchool(QPainter& painter, const Frame& frame, const Row& row, int numb
 /// A rounded plate with a word on it, its left edge at `left`, its middle at y.
 void paintPlate(QPainter& painter, const Frame& frame, double left, double y, std::string_view text,
                 const QColor& ground, const QColor& ink);
+/// Where the number of a run stands whose bar, by its place in the row, is too narrow for it;
+/// nothing where it stands in its bar or nowhere.
+[[nodiscard]] std::optional<QRectF> numberBeside(QPainter& painter, const Frame& frame,
+                                                 const Row& row, std::size_t place);
 [[nodiscard]] double plateWidth(const Frame& frame, std::string_view text);
 /// A curve as an area over the bottom of a rectangle; `full` is the number at its top.
 void paintSteps(QPainter& painter, const QRectF& area, const TimeScale& scale,

@@ -10,6 +10,8 @@ namespace schedule {
 
 namespace {
 
+constexpr double PinWidth = 5.6;  ///< in the frame's units
+
 void paintPin(QPainter& painter, const Frame& frame, const QRectF& rect) {
     const double x = rect.center().x();
     const double stem = 0.8 * frame.unit;
@@ -26,24 +28,42 @@ void paintPin(QPainter& painter, const Frame& frame, const QRectF& rect) {
 /// Empty trips, idle time and bells of one row of a route.
 class LinkPainter {
 public:
-    LinkPainter(QPainter& painter, const Frame& frame, double y)
+    LinkPainter(QPainter& painter, const Frame& frame, const Row& row, double y)
         : painter_(painter),
           frame_(frame),
+          row_(row),
           y_(y),
           hasWords_(frame.detail() >= Detail::SmallWords) {}
 
     void paint(std::span<const Bar> bars);
 
 private:
+    /// Of a row, in pixels.
+    struct Stretch {
+        double left;
+        double right;
+
+        [[nodiscard]] double width() const { return right - left; }
+        [[nodiscard]] double middle() const { return (left + right) / 2; }
+        /// The broader side stays.
+        void leaveOut(double from, double until) {
+            if (from < right && until > left) {
+                (from - left > right - until ? right : left) =
+                    from - left > right - until ? from : until;
+            }
+        }
+    };
+
     void paintFirst(const Bar& bar);
     void paintLast(const Bar& bar);
     void paintBetween(const Bar& bar);
     void paintTrip(double from, double until);
     void paintMinutes(double from, Seconds time);
     void paintGarage(double x);
-    void paintIdle(Seconds from, Seconds until);
-    void paintUnknown(Seconds from, Seconds until);
+    void paintIdle(const Bar& bar, Seconds from, Seconds until);
+    void paintUnknown(const Bar& bar);
     void paintDotted(double from, double until, Qt::PenStyle style);
+    [[nodiscard]] Stretch freeBefore(const Bar& bar, Seconds from, Seconds until) const;
     void paintPatch(double middle, std::string_view text);
     void paintBell(Seconds bell);
     /// Whether the run before it or it itself is being moved.
@@ -56,6 +76,7 @@ private:
 
     QPainter& painter_;
     const Frame& frame_;
+    const Row& row_;
     double y_;
     bool hasWords_;
 };
@@ -105,7 +126,7 @@ void LinkPainter::paintBetween(const Bar& bar) {
         return;
     }
     if (!change.isKnown) {
-        paintUnknown(change.leaves, bar.start);
+        paintUnknown(bar);
         return;
     }
     const auto arrives = std::min(change.arrives, bar.start);
@@ -118,7 +139,7 @@ void LinkPainter::paintBetween(const Bar& bar) {
         paintGarage(frame_.x(sets));
     }
     if (change.trouble == Trouble::Nothing) {
-        paintIdle(arrives, sets);
+        paintIdle(bar, arrives, sets);
     }
 }
 
@@ -167,31 +188,48 @@ void LinkPainter::paintPatch(double middle, std::string_view text) {
     frame_.words->drawMiddle(painter_, middle, y_, text, Type::Small);
 }
 
-void LinkPainter::paintIdle(Seconds from, Seconds until) {
-    const double left = frame_.x(from);
-    const double right = frame_.x(until);
-    paintDotted(left, right, Qt::DotLine);
-    const auto minutes = std::to_string(minutesLeft(until - from));
-    const auto room = right - left - 12 * frame_.unit;
+/// Between two times before a bar, without what the numbers beside narrow bars take, and on the
+/// broader side of a bell.
+LinkPainter::Stretch LinkPainter::freeBefore(const Bar& bar, Seconds from, Seconds until) const {
+    Stretch free{frame_.x(from), frame_.x(until)};
+    const auto bars = frame_.chart->barsOf(row_);
+    const auto place = static_cast<std::size_t>(&bar - bars.data());
+    for (std::size_t i = place == 0 ? 0 : place - 1; i <= place; ++i) {
+        if (const auto number = numberBeside(painter_, frame_, row_, i)) {
+            free.leaveOut(number->left(), number->right());
+        }
+        if (const auto bell = runOf(bars[i]).bell) {
+            const double x = frame_.x(*bell);
+            free.leaveOut(x - PinWidth / 2 * frame_.unit, x + PinWidth / 2 * frame_.unit);
+        }
+    }
+    return free;
+}
+
+void LinkPainter::paintIdle(const Bar& bar, Seconds from, Seconds until) {
+    paintDotted(frame_.x(from), frame_.x(until), Qt::DotLine);
     if (frame_.detail() < Detail::Words || from >= until) {
         return;
     }
+    const auto minutes = std::to_string(minutesLeft(until - from));
+    const auto free = freeBefore(bar, from, until);
     for (const auto& text : {minutes + " min idle", minutes}) {
-        if (frame_.words->width(text, Type::Small) + 8 * frame_.unit <= room) {
-            paintPatch((left + right) / 2, text);
+        if (frame_.words->width(text, Type::Small) + 20 * frame_.unit <= free.width()) {
+            paintPatch(free.middle(), text);
             return;
         }
     }
 }
 
-void LinkPainter::paintUnknown(Seconds from, Seconds until) {
-    const double left = frame_.x(from);
-    const double right = frame_.x(until);
-    paintDotted(left, right, Qt::DashLine);
+void LinkPainter::paintUnknown(const Bar& bar) {
+    paintDotted(frame_.x(bar.change.leaves), frame_.x(bar.start), Qt::DashLine);
+    if (frame_.detail() < Detail::Words) {
+        return;
+    }
     constexpr auto Text = "empty trip not known";
-    if (frame_.detail() >= Detail::Words &&
-        frame_.words->width(Text, Type::Small) + 20 * frame_.unit <= right - left) {
-        paintPatch((left + right) / 2, Text);
+    const auto free = freeBefore(bar, bar.change.leaves, bar.start);
+    if (frame_.words->width(Text, Type::Small) + 20 * frame_.unit <= free.width()) {
+        paintPatch(free.middle(), Text);
     }
 }
 
@@ -201,7 +239,7 @@ void LinkPainter::paintBell(Seconds bell) {
     if (x < frame_.plot.left() - 4 || x > frame_.plot.right() + 4) {
         return;
     }
-    const QSizeF size(5.6 * frame_.unit, 16 * frame_.unit);
+    const QSizeF size(PinWidth * frame_.unit, 16 * frame_.unit);
     const QPointF corner(x - size.width() / 2, y_ - size.height() / 2);
     if (painter_.paintEngine()->type() == QPaintEngine::Raster) {
         const auto& pin = frame_.words->sign(
@@ -217,7 +255,7 @@ void LinkPainter::paintBell(Seconds bell) {
 
 void paintLinks(QPainter& painter, const Frame& frame, const Row& row, int number) {
     if (row.kind == RowKind::Route) {
-        LinkPainter(painter, frame, frame.y(number) + frame.rowHeight / 2)
+        LinkPainter(painter, frame, row, frame.y(number) + frame.rowHeight / 2)
             .paint(frame.chart->barsOf(row));
     }
 }
