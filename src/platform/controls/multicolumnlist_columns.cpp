@@ -80,7 +80,7 @@ void widenForTexts(const MultiColumnList& list) {
 }
 
 /// The widest column of texts gives what its texts leave free where that spares the list its bar,
-/// and takes it back when there is room.
+/// and takes it back, and what its texts need, when there is room.
 void spareBar(const MultiColumnList& list) {
     const auto widest = widestOfTexts(list);
     if (!widest || list.header()->isSectionHidden(*widest)) {
@@ -89,11 +89,15 @@ void spareBar(const MultiColumnList& list) {
     const int width = list.header()->sectionSize(*widest);
     const int given = fittingWidth(list, *widest);
     const int room = width + roomLeft(list);
-    if (room == width || (room > width && width >= given)) {
+    if (room == width) {
         return;
     }
     const int needed = std::max(contentWidth(list, *widest), captionWidth(list, *widest));
-    list.header()->resizeSection(*widest, room < needed ? given : std::min(room, given));
+    const int wished = std::max(given, needed);
+    if (room < width || width < wished) {
+        list.header()->resizeSection(
+            *widest, room < needed ? std::max(given, room) : std::min(room, wished));
+    }
 }
 
 /// Calls a function whenever a widget gets another size.

@@ -265,6 +265,15 @@ QIcon discIcon(const BoxSign& sign) {
     return icon;
 }
 
+/// Of a menu, which has the ground of what lies below it.
+void drawStrongEdge(const QStyleOption& option, QPainter& painter) {
+    painter.save();
+    painter.setPen(option.palette.color(QPalette::Active, QPalette::Mid));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+    painter.restore();
+}
+
 }  // namespace
 
 FlatStyle::FlatStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -309,6 +318,12 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             break;
         case PE_FrameFocusRect:
             return drawFocus(*option, *painter);
+        case PE_PanelMenu:
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            if (controls::isHighContrast(palette)) {
+                drawStrongEdge(*option, *painter);
+            }
+            return;
         default:
             break;
     }

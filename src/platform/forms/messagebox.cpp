@@ -275,7 +275,6 @@ QWidget* MessageBox::addDetails(QHBoxLayout& row) {
     column->setContentsMargins(0, 0, 0, 0);
     auto* text = new QPlainTextEdit(folded);
     text->setReadOnly(true);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     fixed.setPointSizeF(font().pointSizeF() * 0.92);
     text->setFont(fixed);

@@ -104,7 +104,7 @@ void FinderBox::addRow(const FoundRun& found) {
 void FinderBox::addHint(const QString& hint) {
     auto* item = new QStandardItem(hint);
     item->setFlags(Qt::NoItemFlags);
-    item->setForeground(palette().placeholderText());
+    item->setForeground(palette().text());
     found_->appendRow(item);
 }
 

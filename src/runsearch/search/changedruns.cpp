@@ -4,7 +4,6 @@
 
 #include "platform/base/text.h"
 #include "platform/controls/qtext.h"
-#include "platform/controls/tones.h"
 
 namespace runsearch {
 
@@ -85,9 +84,11 @@ void ChangedRunDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     const auto run = controls::fromQt(index.siblingAtColumn(0).data().toString());
     if (runs_.count() > 0 && runs_.contains(run)) {
         constexpr int Parts = 5;
+        const bool isSelected = (option.state & QStyle::State_Selected) != 0;
         QRect bar = option.rect;
-        bar.setWidth(std::max(option.fontMetrics.height() / Parts, 2));
-        painter->fillRect(bar, inkOf(controls::Tone::Look, option.palette));
+        bar.setWidth(std::max(option.fontMetrics.height() / Parts, 3));
+        painter->fillRect(bar, option.palette.color(isSelected ? QPalette::HighlightedText
+                                                               : QPalette::WindowText));
     }
 }
 

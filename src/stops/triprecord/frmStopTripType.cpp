@@ -82,7 +82,9 @@ frmStopTripType::frmStopTripType(forms::Form* owner)
       ui_(made(*this)),
       boxes_(*this, tripFields()),
       changed_(new startup::ChangedNote(this)) {
-    changed_->standIn(*ui_->headColumn, -1, ui_->Exit_StopTrip);
+    // Below the fields, which it must not move; the lists below it make room.
+    changed_->standIn(*ui_->mainColumn, ui_->mainColumn->indexOf(ui_->studentRow),
+                      ui_->Exit_StopTrip);
     if (owner != nullptr) {
         setWindowModality(Qt::WindowModal);
     }

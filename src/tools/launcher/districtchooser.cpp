@@ -27,14 +27,15 @@ constexpr int ShowAfterMs = 700;
 
 enum Column : std::uint8_t { NameColumn, StateColumn, UsedColumn, UserColumn, FolderColumn };
 
+/// As wide as their contents; the folder takes the room that is left.
 table::TextTable emptyTable() {
+    constexpr int LeastTwips = 1;
     table::TextTable table;
-    table.columns = {
-        {.caption = "District", .widthTwips = 3000},
-        {.caption = "State", .widthTwips = 2100},
-        {.caption = "Last Used", .widthTwips = 2400, .kind = table::CellKind::DateTime},
-        {.caption = "Last User", .widthTwips = 1300},
-        {.caption = "Folder", .widthTwips = 3600}};
+    table.columns = {{.caption = "District"},
+                     {.caption = "State"},
+                     {.caption = "Last Used", .kind = table::CellKind::DateTime},
+                     {.caption = "Last User"},
+                     {.caption = "Folder", .widthTwips = LeastTwips}};
     return table;
 }
 
