@@ -27,15 +27,15 @@ constexpr int ShowAfterMs = 700;
 
 enum Column : std::uint8_t { NameColumn, StateColumn, UsedColumn, UserColumn, FolderColumn };
 
-/// As wide as their contents; the folder takes the room that is left.
+/// As wide as their contents, and the state as its longest text; the folder takes the room that is
+/// left.
 table::TextTable emptyTable() {
-    constexpr int LeastTwips = 1;
     table::TextTable table;
     table.columns = {{.caption = "District"},
-                     {.caption = "State"},
+                     {.caption = "State", .widthTwips = 2000},
                      {.caption = "Last Used", .kind = table::CellKind::DateTime},
                      {.caption = "Last User"},
-                     {.caption = "Folder", .widthTwips = LeastTwips}};
+                     {.caption = "Folder", .widthTwips = 2100}};
     return table;
 }
 
