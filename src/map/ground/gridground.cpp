@@ -46,12 +46,17 @@ private:
     }
     [[nodiscard]] double middleOf(int block) const { return (block - 0.5) * blockFeet_; }
 
+    /// Nothing is called "-3rd".
+    static std::string nameOf(int block, std::string name) {
+        return block < 1 ? std::string() : std::move(name);
+    }
+
     void takeStreets(GroundPart& part, const streets::Box& box, StreetClass kind) const {
         const int last = blockOf(box.high.y);
         for (int block = blockOf(box.low.y); block <= last; ++block) {
             if (classOf(block) == kind) {
                 const double y = middleOf(block);
-                take(part, kind, streets::gridStreet(y, blockFeet_),
+                take(part, kind, nameOf(block, streets::gridStreet(y, blockFeet_)),
                      {{box.low.x, y}, {box.high.x, y}});
             }
         }
@@ -61,7 +66,7 @@ private:
         for (int block = blockOf(box.low.x); block <= last; ++block) {
             if (classOf(block) == kind) {
                 const double x = middleOf(block);
-                take(part, kind, streets::gridAvenue(x, blockFeet_),
+                take(part, kind, nameOf(block, streets::gridAvenue(x, blockFeet_)),
                      {{x, box.low.y}, {x, box.high.y}});
             }
         }

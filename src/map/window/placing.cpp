@@ -267,12 +267,13 @@ Scene candidatesScene(const std::vector<Candidate>& candidates, std::size_t chos
     auto leg = run.legs.begin();
     bool isBehind = false;  // the leg that leads on from the stop
     for (std::size_t i = 0; i < one.shown.way.drawn.size(); ++i) {
-        if (one.shown.way.drawn[i].way.line.size() > 1) {
+        const bool isDriven = one.shown.way.drawn[i].way.line.size() > 1;
+        if (isDriven) {
             leg->isPale = i != one.stop && !isBehind;
             leg->plate.clear();
-            isBehind = i == one.stop;
             ++leg;
         }
+        isBehind = i == one.stop || (isBehind && !isDriven);
     }
     std::erase_if(run.stops, [&](const DrawnStop& drawn) {
         return drawn.at.x == one.at.x && drawn.at.y == one.at.y;
