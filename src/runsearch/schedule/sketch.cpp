@@ -1,6 +1,7 @@
 #include "runsearch/schedule/sketch.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <tuple>
 
