@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 
+#include "platform/base/ports.h"
 #include "platform/base/text.h"
 #include "platform/controls/focusall.h"
 #include "platform/controls/layoutmemory.h"
@@ -184,7 +185,9 @@ void ReportPreview::begin() {
     ui_->Pages->showPages(nullptr);
     ui_->Strip->showPages(nullptr);
     layout_.reset();
+    base::ports().repaint();  // a summary is added up by one statement
     content_ = prepared_->content();
+    base::ports().repaint();
     layout_ = std::make_unique<Layout>(*content_);
     shown_ = 0;
     targets_.clear();
