@@ -40,9 +40,9 @@ std::string rowsOf(const Summary& summary) {
                "SUM(R.SEATS) AS SEATS, SUM(IIF(R.SEATS Is Null,Null,R.RIDERS)) AS SEATED, "
                "IIF(SUM(R.SEATS)>0,SUM(IIF(R.SEATS Is Null,Null,R.RIDERS))*100/SUM(R.SEATS),Null) "
                "AS LOADED, "
-               "SUM(R.COST) AS COST FROM RPT_RUN AS R WHERE R.SESSION=",
+               "SUM(R.COST) AS COST FROM RPT_RUN AS R WHERE R.ID BETWEEN ",
                summary.field, summary.none) +
-           "{0} GROUP BY " + fmt::format("R.{}", summary.field);
+           "{1} AND {2} GROUP BY " + fmt::format("R.{}", summary.field);
 }
 
 Definition summaryBy(const Summary& summary) {
