@@ -12,6 +12,7 @@
 
 #include "platform/store/open/open.h"
 #include "streets/district/districtstreets.h"
+#include "tools/district/base/cases.h"
 #include "tools/district/deadhead/computedtravel.h"
 #include "tools/district/deadhead/neededways.h"
 #include "tools/district/export/snapshot.h"
@@ -22,7 +23,6 @@ namespace tools::district {
 namespace {
 
 constexpr std::size_t RowsOfBatch = 2000;
-constexpr std::size_t FirstCases = 10;
 constexpr double FeetPerMile = 5280;
 
 /// The two ends of a way, whichever comes first.
@@ -276,13 +276,7 @@ std::string TravelReport::text() const {
         "Added the travel between {} pairs of stops for {} routes; {} pairs stood there and stay",
         added, routes, known);
     text += renewed > 0 ? fmt::format(", {} were renewed.\n", renewed) : ".\n";
-    for (std::size_t i = 0; i < std::min(open.size(), FirstCases); ++i) {
-        text += fmt::format("  {}\n", open[i]);
-    }
-    if (open.size() > FirstCases) {
-        text += fmt::format("  and {} more\n", open.size() - FirstCases);
-    }
-    return text;
+    return text + firstCases(open);
 }
 
 TravelReport fillTravel(const TravelOptions& options, Progress& progress) {

@@ -14,6 +14,7 @@
 #include "streets/base/streetnames.h"
 #include "streets/district/homes.h"
 #include "streets/district/placesearch.h"
+#include "tools/district/base/cases.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/export/snapshot.h"
 #include "tools/district/import/source/csv.h"
@@ -28,7 +29,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds OthersWrite{30};  // to write their list
-constexpr std::size_t FirstHomes = 10;
 
 struct HomeColumns {
     std::size_t student = MissingColumn;
@@ -165,16 +165,7 @@ private:
 };
 
 std::string homeCases(const std::string& heading, const std::vector<std::string>& all) {
-    if (all.empty()) {
-        return "";
-    }
-    std::string text = fmt::format("{}: {}\n", heading, all.size());
-    for (std::size_t i = 0; i < std::min(all.size(), FirstHomes); ++i) {
-        text += fmt::format("  {}\n", all[i]);
-    }
-    return all.size() <= FirstHomes
-               ? text
-               : text + fmt::format("  and {} more\n", all.size() - FirstHomes);
+    return all.empty() ? "" : fmt::format("{}: {}\n", heading, all.size()) + firstCases(all);
 }
 
 }  // namespace

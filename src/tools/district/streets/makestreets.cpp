@@ -11,6 +11,7 @@
 #include "platform/files/files.h"
 #include "streets/file/streetfile.h"
 #include "streets/network/pieceindex.h"
+#include "tools/district/base/cases.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/export/snapshot.h"
 #include "tools/district/place/centre.h"
@@ -26,7 +27,6 @@ namespace fs = std::filesystem;
 constexpr const char* FileName = "district.streets";
 constexpr double FeetPerMile = 5280;
 constexpr double FarFeet = 300;
-constexpr std::size_t FirstCases = 10;
 constexpr std::chrono::seconds OthersTake{30};  // to write their streets
 
 struct PlacedStop {
@@ -214,17 +214,6 @@ private:
     StreetsReport report_;
 };
 
-std::string cases(const std::vector<std::string>& all) {
-    std::string text;
-    for (std::size_t i = 0; i < std::min(all.size(), FirstCases); ++i) {
-        text += fmt::format("  {}\n", all[i]);
-    }
-    if (all.size() > FirstCases) {
-        text += fmt::format("  and {} more\n", all.size() - FirstCases);
-    }
-    return text;
-}
-
 }  // namespace
 
 std::string StreetsReport::text() const {
@@ -240,7 +229,7 @@ std::string StreetsReport::text() const {
     }
     if (!addressFaults.empty()) {
         text += fmt::format("{} lines of the addresses were left out:\n{}", addressFaults.size(),
-                            cases(addressFaults));
+                            firstCases(addressFaults));
     }
     if (farStops.empty()) {
         return text + fmt::format("All {} stops lie at a street.\n", stops);
@@ -252,7 +241,7 @@ std::string StreetsReport::text() const {
             stop.feet ? fmt::format("{:.0f} feet", *stop.feet) : std::string("over a mile")));
     }
     return text + fmt::format("{} of {} stops lie farther than {:.0f} feet from a street:\n{}",
-                              farStops.size(), stops, FarFeet, cases(far));
+                              farStops.size(), stops, FarFeet, firstCases(far));
 }
 
 StreetsReport makeStreets(const StreetsOptions& options, Progress& progress) {
