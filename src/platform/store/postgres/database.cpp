@@ -345,8 +345,8 @@ std::unique_ptr<Database> open(const std::string& path, int lockTimeoutMs) {
 }
 
 std::unique_ptr<Database> openAlone(const std::string& path) {
-    constexpr int DoNotWait = 0;
-    return std::make_unique<PostgresDatabase>(path, DoNotWait, Link::Sharing::Alone);
+    // Whoever still holds a lock has left its place: a unit that the server is just undoing.
+    return std::make_unique<PostgresDatabase>(path, LockTimeoutMs, Link::Sharing::Alone);
 }
 
 void announce(Database& database, const Table& table, const std::string& column) {
