@@ -61,9 +61,8 @@ private:
 };
 
 /// What follows a verb, one letter a part: C form and control, F form, M form
-/// with or without a control, N number, R rows or "all" or
-/// "none", B buttons, W a word, P a path, T the rest of the line, a number behind T stands last on
-/// the line.
+/// with or without a control, N number, R rows or "all" or "none", B buttons, b buttons or none, W
+/// a word, P a path, T the rest of the line, a number behind T stands last on the line.
 struct VerbSyntax {
     Verb verb;
     std::string_view name;

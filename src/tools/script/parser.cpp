@@ -113,6 +113,11 @@ private:
             case 'R':
                 readRows();
                 break;
+            case 'b':
+                if (!rest_.empty()) {
+                    readButtons();
+                }
+                break;
             case 'B':
                 readButtons();
                 break;

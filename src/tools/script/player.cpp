@@ -150,7 +150,7 @@ const Player::Deed& Player::deedOf(Verb verb) {
         {Verb::Select, {[](Player& p, C c) { p.select(*p.usable(c), c); }, true}},
         {Verb::Cell,
          {[](Player& p, C c) { p.usable(c)->setCell(c.numbers[0], c.numbers[1], c.text); }, true}},
-        {Verb::Close, {[](Player& p, C c) { p.form(c).close(); }, true}},
+        {Verb::Close, {[](Player& p, C c) { p.close(c); }, true}},
         {Verb::Answer, {[](Player& p, C c) { p.answer(c); }}},
         {Verb::File, {[](Player& p, C c) { p.files_.push_back(c.text); }}},
         {Verb::Print, {[](Player& p, C c) { p.print(adapterFor(p.control(c))->lines()); }}},
@@ -237,6 +237,15 @@ void Player::select(Adapter& list, const Command& command) {
 void Player::answer(const Command& command) {
     for (const std::string& button : command.words) {
         boxes_.plan(answerNamed(button));
+    }
+}
+
+/// The answers are for what closing may ask, no more.
+void Player::close(const Command& command) {
+    answer(command);
+    form(command).close();
+    if (!command.words.empty()) {
+        boxes_.forgetAnswers();
     }
 }
 

@@ -79,6 +79,7 @@ private:
     void playWithin(QWidget& dialog);
     void select(Adapter& list, const Command& command);
     void answer(const Command& command);
+    void close(const Command& command);
     [[nodiscard]] QString chosenFile(const forms::FileQuestion& question);
     [[nodiscard]] std::optional<forms::PrintChoice> cancelledPrinter(
         const forms::PrintQuestion& question);

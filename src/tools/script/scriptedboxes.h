@@ -24,6 +24,7 @@ public:
     base::MsgAnswer show(const base::MsgRequest& request) override;
 
     void plan(base::MsgAnswer answer) { planned_.push_back(answer); }
+    void forgetAnswers() { planned_.clear(); }
     [[nodiscard]] std::size_t answersLeft() const { return planned_.size(); }
 
     /// The boxes since the last call; all of them count as expected from now on.

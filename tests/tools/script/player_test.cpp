@@ -157,6 +157,7 @@ TEST_F(PlayerTest, StopsAtBoxesThatItWasNotToldOf) {
     EXPECT_THAT(fault("click frmDemo.cmdDelete\n"), HasSubstr("line 3: before this line came"));
     EXPECT_THAT(fault("answer Retry\nclick frmDemo.cmdDelete\nforms\n"),
                 HasSubstr("(Yes, No) -> Yes (default)"));
+    EXPECT_EQ(fault("close frmDemo No\n"), "no fault") << "nothing was asked";
     EXPECT_EQ(fault("answer Yes\n"), "line 3: the script ends with 1 answers that no box asked");
     EXPECT_EQ(fault("expect-box Gone\n"), "line 2: no box \"Gone\" was shown");
 }
