@@ -202,7 +202,7 @@ void PostgresDatabase::link(const std::string& path) {
 }
 
 std::unique_ptr<Statement> PostgresDatabase::prepare(std::string_view sql) {
-    return std::make_unique<PostgresStatement>(link_, withQuotedNames(sql, catalog_));
+    return std::make_unique<PostgresStatement>(link_, withQuotedNames(sql, catalog_), queries_);
 }
 
 std::int64_t PostgresDatabase::execute(std::string_view sql) {

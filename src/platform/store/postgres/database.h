@@ -68,6 +68,7 @@ private:
 
     mutable Link link_;
     Rows rows_;
+    SharedQueries queries_;
     Catalog catalog_{Engine::Postgres};
     std::vector<std::string> linked_;
 };

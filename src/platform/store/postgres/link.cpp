@@ -303,7 +303,10 @@ Result Link::once(Query& query, const std::vector<Parameter>& parameters) {
     }
     if (!isFault(result.get())) {
         sending.ran();
-    } else if (isGuarded) {
+        return result;
+    }
+    sending.failed(answers);
+    if (isGuarded) {
         undoStatement();
     }
     return result;
@@ -341,9 +344,9 @@ Result Link::run(Query& query, const std::vector<Parameter>& parameters) {
         }
         connect();
         result = once(query, parameters);
-    } else if (isFault(result.get()) && !query.name.empty() &&
-               (stateOf(result.get()) == "0A000" || stateOf(result.get()) == "26000")) {
-        query.name.clear();  // a table was changed since it was prepared
+    } else if (isFault(result.get()) &&
+               (stateOf(result.get()) == "0A000" || stateOf(result.get()) == "26000") &&
+               query.forget()) {  // a table was changed since it was prepared
         result = once(query, parameters);
     }
     require(result.get());
@@ -368,6 +371,9 @@ Link::Begun Link::tryToBegin(std::span<const Call> reads) {
     const std::size_t failed = firstFault(answers);
     const bool failedLater = failed > lockPlace && failed < answers.size() &&
                              !isLost(connection_.get(), answers[failed].get());
+    if (failed < answers.size()) {
+        sending.failed(answers);
+    }
     if (failed < answers.size() && !failedLater) {
         return {std::move(answers[failed]), {}, false};
     }
@@ -475,6 +481,7 @@ Link::Answers Link::readTogether(std::span<const Call> reads) {
         sending.ran();
         return sending.ofCalls(std::move(answers));
     }
+    sending.failed(answers);
     if (isLost(connection_.get(), answers[failed].get())) {
         raiseIfUnitIsLost();
         if (isGivenUp_) {
@@ -516,6 +523,7 @@ bool Link::writeTogether(std::span<const Call> writes, bool commits) {
     PGresult* telling = answers[isDone ? answers.size() - 1 : failed].get();
     const bool isGone = isLost(connection_.get(), telling);
     if (!isDone && !isGone && failed < commitPlace) {
+        sending.failed(answers);
         isWhole ? beginAnew() : undoStatement();
         return false;
     }

@@ -120,7 +120,7 @@ private:
     bool isGivenUp_ = false;  ///< the user waited no longer, the connection is of no use any more
     bool inUnit_ = false;
     bool hasWritten_ = false;  ///< in this unit
-    std::string unit_;  ///< the server's number of the unit
+    std::string unit_;         ///< the server's number of the unit
     std::int64_t changedRows_ = 0;
     std::int64_t roundTrips_ = 0;
 };

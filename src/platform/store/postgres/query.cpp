@@ -109,9 +109,43 @@ Query::Query(std::string_view text) : sql(numbered(text)) {
     writes = !isControl && !isOneOf(word, Reading);
 }
 
+Query::Form* Query::formOf(std::vector<Oid> types) {
+    constexpr std::size_t MaxForms = 32;
+    const auto known = std::ranges::find(forms, types, &Form::types);
+    if (known != forms.end()) {
+        return &*known;
+    }
+    return forms.size() == MaxForms ? nullptr : &forms.emplace_back(Form{std::move(types)});
+}
+
+bool Query::forget() {
+    bool wasPrepared = false;
+    for (Form& form : forms) {
+        wasPrepared = wasPrepared || !form.name.empty();
+        form.name.clear();
+    }
+    return wasPrepared;
+}
+
+std::shared_ptr<Query> SharedQueries::of(const std::string& text) {
+    constexpr std::size_t Many = 1000;
+    if (queries_.size() >= Many) {
+        std::erase_if(queries_, [](const auto& one) { return one.second.expired(); });
+    }
+    std::weak_ptr<Query>& kept = queries_[text];
+    std::shared_ptr<Query> query = kept.lock();
+    if (query == nullptr) {
+        query = std::make_shared<Query>(text);
+        kept = query;
+    }
+    return query;
+}
+
 void PreparedNames::release(const Query& query) {
-    if (!query.name.empty() && query.generation == generation) {
-        released.push_back(query.name);
+    for (const Query::Form& form : query.forms) {
+        if (!form.name.empty() && form.generation == generation) {
+            released.push_back(form.name);
+        }
     }
 }
 
@@ -126,33 +160,37 @@ void Sending::add(std::span<const Call> calls) {
 }
 
 void Sending::add(const Call& call) {
-    Query& query = *call.query;
-    if (const auto types = typesOf(*call.parameters); query.types != types) {
-        names_.release(query);
-        query.types = types;
-        query.name.clear();
-        query.runs = 0;
-    }
-    Taking& taken = taking(query);
-    if (taken.name.empty() && taken.runs > 0 && !query.isControl) {
-        taken.name = fmt::format("vireo{}", ++names_.given);
-        commands_.push_back({Command::Kind::Prepare, &query.sql, &taken.name, call.parameters});
-    }
-    ++taken.runs;
+    const std::string* name = preparedName(call);
     calls_.push_back(commands_.size());
     commands_.push_back(
-        taken.name.empty()
-            ? Command{Command::Kind::Run, &query.sql, nullptr, call.parameters}
-            : Command{Command::Kind::RunPrepared, &taken.name, nullptr, call.parameters});
+        name == nullptr ? Command{Command::Kind::Run, &call.query->sql, nullptr, call.parameters}
+                        : Command{Command::Kind::RunPrepared, name, nullptr, call.parameters});
 }
 
-Sending::Taking& Sending::taking(Query& query) {
-    const auto known = std::ranges::find(takings_, &query, &Taking::query);
-    const bool isPrepared = query.generation == names_.generation;
-    return known != takings_.end()
-               ? *known
-               : takings_.emplace_back(
-                     Taking{&query, query.runs, isPrepared ? query.name : std::string()});
+/// The name that the query is run by, which goes to the server first where it is new; null where it
+/// is not worth one.
+const std::string* Sending::preparedName(const Call& call) {
+    Query::Form* form =
+        call.query->isControl ? nullptr : call.query->formOf(typesOf(*call.parameters));
+    if (form == nullptr) {
+        return nullptr;
+    }
+    Taking& taken = taking(*form);
+    if (taken.name.empty() && taken.runs > 0) {
+        taken.name = fmt::format("vireo{}", ++names_.given);
+        commands_.push_back(
+            {Command::Kind::Prepare, &call.query->sql, &taken.name, call.parameters});
+    }
+    ++taken.runs;
+    return taken.name.empty() ? nullptr : &taken.name;
+}
+
+Sending::Taking& Sending::taking(Query::Form& form) {
+    const auto known = std::ranges::find(takings_, &form, &Taking::form);
+    const bool isPrepared = form.generation == names_.generation;
+    return known != takings_.end() ? *known
+                                   : takings_.emplace_back(Taking{
+                                         &form, form.runs, isPrepared ? form.name : std::string()});
 }
 
 std::vector<Result> Sending::ofCalls(std::vector<Result> answers) const {
@@ -164,11 +202,20 @@ std::vector<Result> Sending::ofCalls(std::vector<Result> answers) const {
     return results;
 }
 
+void Sending::failed(std::span<const Result> answers) {
+    for (std::size_t i = 0; i < commands_.size(); ++i) {
+        if (commands_[i].kind == Command::Kind::Prepare && answers[i] != nullptr &&
+            library().resultStatus(answers[i].get()) == PGRES_COMMAND_OK) {
+            names_.released.push_back(*commands_[i].name);
+        }
+    }
+}
+
 void Sending::ran() {
     for (Taking& taken : takings_) {
-        taken.query->runs = taken.runs;
-        taken.query->name = taken.name;
-        taken.query->generation = names_.generation;
+        taken.form->runs = taken.runs;
+        taken.form->name = taken.name;
+        taken.form->generation = names_.generation;
     }
 }
 

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/base/value.h"
@@ -28,17 +30,35 @@ struct Parameter {
 /// A value as the column that it is meant for reads it.
 [[nodiscard]] Parameter untyped(const base::Value& value, ColumnKind kind);
 
-/// A statement that may run several times; prepared on the server when it runs for the second time.
+/// A statement that may run several times; prepared on the server when it runs for the second time
+/// with parameters of the same types.
 struct Query {
     explicit Query(std::string_view text);
+
+    struct Form {
+        std::vector<Oid> types;
+        int runs = 0;
+        std::string name = {};         ///< on the server; empty where it is not prepared
+        std::uint64_t generation = 0;  ///< of the connection that it is prepared on
+    };
+    /// The form for parameters of these types; null where there are too many to keep another.
+    [[nodiscard]] Form* formOf(std::vector<Oid> types);
+    /// Forgets what is prepared; whether anything was.
+    bool forget();
 
     std::string sql;
     bool writes = false;
     bool isControl = false;  ///< of transactions
-    int runs = 0;
-    std::vector<Oid> types = {};
-    std::string name = {};         ///< on the server; empty where it is not prepared
-    std::uint64_t generation = 0;  ///< of the connection that it is prepared on
+    std::deque<Form> forms = {};
+};
+
+/// The queries in use, one for each text.
+class SharedQueries {
+public:
+    [[nodiscard]] std::shared_ptr<Query> of(const std::string& text);
+
+private:
+    std::unordered_map<std::string, std::weak_ptr<Query>> queries_;
 };
 
 /// A query with what it is run with; both outlive the exchange that they are given to.
@@ -79,14 +99,17 @@ public:
     [[nodiscard]] std::vector<Result> ofCalls(std::vector<Result> answers) const;
     /// Notes what is prepared now, after everything went well.
     void ran();
+    /// Notes what was prepared in vain, after something failed.
+    void failed(std::span<const Result> answers);
 
 private:
     struct Taking {
-        Query* query;
+        Query::Form* form;
         int runs;
         std::string name;
     };
-    Taking& taking(Query& query);
+    Taking& taking(Query::Form& form);
+    const std::string* preparedName(const Call& call);
 
     PreparedNames& names_;
     std::vector<Command> commands_;

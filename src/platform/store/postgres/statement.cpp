@@ -97,11 +97,17 @@ base::Value storedOf(const PGresult* rows, int row, int column) {
     return storedValue(cellOf(rows, row, column));
 }
 
-PostgresStatement::PostgresStatement(Link& link, std::string_view sql)
+PostgresStatement::PostgresStatement(Link& link, std::string_view sql, SharedQueries& queries)
     : link_(link),
       sql_(sql),
       hasBlocks_(isOrderedAndEndless(sql)),
-      query_(limited(sql, hasBlocks_)) {}
+      query_(queries.of(limited(sql, hasBlocks_))) {}
+
+PostgresStatement::~PostgresStatement() {
+    if (query_.use_count() == 1) {
+        link_.release(*query_);
+    }
+}
 
 void PostgresStatement::bind(int parameter, const base::Value& value) {
     const auto place = static_cast<std::size_t>(parameter);
@@ -113,7 +119,7 @@ void PostgresStatement::bind(int parameter, const base::Value& value) {
 
 void PostgresStatement::fetch() const {
     if (rows_ == nullptr) {
-        rows_ = link_.run(query_, parameters_);
+        rows_ = link_.run(*query_, parameters_);
     }
 }
 

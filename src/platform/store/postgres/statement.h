@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -7,13 +8,14 @@
 
 namespace store::postgres {
 
-/// One prepared statement. Its rows are fetched together when the first one is asked for, so that
+/// One statement with its parameters and rows; what is prepared it shares with those of the same
+/// text. Its rows are fetched together when the first one is asked for, so that
 /// the connection is free for others at once; very many rows in an order come in blocks, each when
 /// the one before is read. `link` outlives it.
 class PostgresStatement final : public Statement {
 public:
-    PostgresStatement(Link& link, std::string_view sql);
-    ~PostgresStatement() override { link_.release(query_); }
+    PostgresStatement(Link& link, std::string_view sql, SharedQueries& queries);
+    ~PostgresStatement() override;
     PostgresStatement(const PostgresStatement&) = delete;
     PostgresStatement& operator=(const PostgresStatement&) = delete;
 
@@ -29,7 +31,7 @@ public:
     [[nodiscard]] std::string_view text(int column) const override;
 
     /// What it runs with, for who runs it together with others and gives it the answer.
-    [[nodiscard]] Call call() { return {&query_, &parameters_}; }
+    [[nodiscard]] Call call() { return {query_.get(), &parameters_}; }
     void take(Result rows) { rows_ = std::move(rows); }
 
 private:
@@ -40,7 +42,7 @@ private:
     Link& link_;
     std::string sql_;  ///< without the limit of a block
     bool hasBlocks_;
-    mutable Query query_;
+    std::shared_ptr<Query> query_;
     std::vector<Parameter> parameters_;
     mutable Result rows_;
     int row_ = -1;
