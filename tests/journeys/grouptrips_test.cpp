@@ -50,14 +50,14 @@ TEST_F(GroupTrips, OfAGroupDoNotGrowWithItsRuns) {
               std::to_string(Stops));
 }
 
-TEST_F(GroupTrips, OfARouteAreThree) {
+TEST_F(GroupTrips, OfARouteAreTwo) {
     support::FakeProgress silent;
     const auto all = tripsOf([&] {
         groupops::calculateAllRoutes({*gcnRouting, *startup::gcnDeadCross}, false, silent);
     });
-    constexpr std::int64_t ListAndMark = 1 + 2;
-    constexpr std::int64_t WithoutStops = 2;  // the other route's run has none
-    EXPECT_EQ(all, 3 + WithoutStops + ListAndMark);
+    constexpr std::int64_t Once = 1 + 1 + 2 + 2;  // the routes, the gap, travel, the mark
+    EXPECT_EQ(all, Once + 2 * 2) << "two routes";
+    EXPECT_EQ(storedRun("DEADHEAD_BEFORE_TIME", "FAR"), "7");
 }
 
 /// Writes to three runs one after the other, of which another planner changes the second meanwhile.

@@ -1,5 +1,8 @@
 #include "groupops/deadhead/districtdeadhead.h"
 
+#include <algorithm>
+#include <span>
+
 #include <fmt/format.h>
 
 #include "groupops/base/grouploop.h"
@@ -19,12 +22,6 @@ constexpr auto CalculationIsDue = "UPDATE SYSTEM SET SYSTEM.NEEDDEADHEADBUILD = 
 constexpr auto AllRoutes = "Select ROUTE.* FROM ROUTE ORDER BY ROUTE.ROUTEID";
 constexpr auto RouteCalculated = "UPDATE ROUTE SET ROUTE.DEADERROR = FALSE WHERE INT_ROUTEID = {}";
 
-struct RouteKey {
-    std::string routeId;
-    std::int32_t route;
-    std::int32_t garage;
-};
-
 std::vector<RouteKey> readRoutes(ado::Connection& routing) {
     std::vector<RouteKey> routes;
     ado::Recordset rows;
@@ -38,15 +35,25 @@ std::vector<RouteKey> readRoutes(ado::Connection& routing) {
 
 /// Marked by a statement of its own: another program's calculation may have marked the route since
 /// the routes were read.
-std::vector<OpenLeg> calculateAndMark(const DeadHeadData& data, const RouteKey& route) {
-    if (const auto runs = runsOfRoute(data.routing, route.route); runs > MaxRunsOfRoute) {
-        return {{.lack = OpenLeg::Lack::TooManyRuns, .runsOfRoute = runs}};
-    }
-    auto open = calculateRoute(data, route.route, route.garage);
+std::vector<OpenLeg> calculateAndMark(RouteCalculation& calculation, ado::Connection& routing,
+                                      const RouteKey& route) {
+    auto open = calculation.calculate(route.route, route.garage);
     if (open.empty()) {
-        data.routing.executeUncounted(fmt::format(RouteCalculated, route.route));
+        routing.executeUncounted(fmt::format(RouteCalculated, route.route));
     }
     return open;
+}
+
+/// What a route asks first; each time after so many of them the travel of the next ones is read.
+std::vector<std::string> readsOf(RouteCalculation& calculation, const std::vector<RouteKey>& routes,
+                                 const RouteKey& route) {
+    constexpr std::size_t Together = 50;
+    const auto place = static_cast<std::size_t>(&route - routes.data());
+    if (place % Together == 0) {
+        const auto count = std::min(Together, routes.size() - place);
+        calculation.readTravelOf(std::span(routes).subspan(place, count));
+    }
+    return RouteCalculation::readsOf(route.route);
 }
 
 /// Not read before: another planner may note at this moment that a calculation is due.
@@ -104,6 +111,7 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
     DeadHeadOutcome outcome;
     const auto routes = readRoutes(data.routing);
     outcome.asked = static_cast<int>(routes.size());
+    RouteCalculation calculation(data);
     GroupLoop loop(data.routing, progress, deadHeadWording(reset), outcome);
     outcome.wasReset = reset && loop.once([&] { resetDeadHead(data.routing); });
     if (!outcome.stopped) {
@@ -111,14 +119,15 @@ DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,
             routes,
             [&](const RouteKey& route) {
                 loop.worksOn(route.routeId);
-                add(outcome, route, calculateAndMark(data, route));
+                add(outcome, route, calculateAndMark(calculation, data.routing, route));
                 return std::optional<LeftOut>();
             },
             [](const RouteKey& route) {
                 return fmt::format("Calculating Dead Head Time for all runs in Route: {}.",
                                    route.routeId);
             },
-            Telling::Before, [](const RouteKey& route) { return readsOfRoute(route.route); });
+            Telling::Before,
+            [&](const RouteKey& route) { return readsOf(calculation, routes, route); });
     }
     if (!outcome.stopped) {
         loop.once([&] { markCalculated(data.routing); });

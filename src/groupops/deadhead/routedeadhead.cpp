@@ -1,10 +1,12 @@
 #include "groupops/deadhead/routedeadhead.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include <fmt/format.h>
 
+#include "platform/ado/session.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
 #include "startup/base/fieldvalues.h"
@@ -15,10 +17,10 @@ namespace {
 
 using startup::timeOf;
 
-constexpr auto TravelSql =
-    "SELECT DEADHEAD_CROSS.* FROM DEADHEAD_CROSS WHERE (DEADHEAD_CROSS.DEST_INT_STOPID={0} AND"
-    " DEADHEAD_CROSS.ENDPOINT_INT_STOPID={1}) OR (DEADHEAD_CROSS.DEST_INT_STOPID={1} AND"
-    " DEADHEAD_CROSS.ENDPOINT_INT_STOPID={0})";
+constexpr auto TravelSql = "SELECT DEADHEAD_CROSS.* FROM DEADHEAD_CROSS WHERE {}";
+constexpr auto BetweenSql =
+    "(DEADHEAD_CROSS.DEST_INT_STOPID={0} AND DEADHEAD_CROSS.ENDPOINT_INT_STOPID={1}) OR"
+    " (DEADHEAD_CROSS.DEST_INT_STOPID={1} AND DEADHEAD_CROSS.ENDPOINT_INT_STOPID={0})";
 constexpr auto AnyTravelSql =
     "SELECT DEADHEAD_CROSS.* FROM DEADHEAD_CROSS WHERE (DEADHEAD_CROSS.DEST_INT_STOPID={0} )";
 constexpr auto ClearSql =
@@ -33,10 +35,9 @@ constexpr auto WriteSql =
     " RUN.DEADHEAD_BEFORE_STARTTIME = {}, RUN.DEADHEAD_AFTER_STARTTIME = {},"
     " RUN.SHOW_BOTH_BEG = {}, RUN.SHOW_BOTH_END = {} WHERE RUN.RUN='{}'";
 constexpr auto RunsSql =
-    "SELECT RUN.* FROM RUN WHERE RUN.INT_ROUTEID={} ORDER BY RUN.STARTTIME, RUN.ENDTIME";
-
+    "SELECT RUN.RUN, RUN.INT_ROUTEID, RUN.FirstStop, RUN.LastStop, RUN.STARTTIME, RUN.ENDTIME FROM"
+    " RUN WHERE RUN.INT_ROUTEID IN ({}) ORDER BY RUN.INT_ROUTEID, RUN.STARTTIME, RUN.ENDTIME";
 constexpr auto DistrictSql = "SELECT DISTRICT.* FROM DISTRICT";
-constexpr auto CountSql = "SELECT COUNT(*) AS RUNS FROM RUN WHERE RUN.INT_ROUTEID={}";
 
 float figure(const ado::Field& field) {
     if (field.isNull()) {
@@ -49,13 +50,28 @@ float figure(const ado::Field& field) {
     return static_cast<float>(number);
 }
 
+Travel travelIn(ado::Recordset& row) {
+    return {figure(row["TRAVEL_MINUTES"]), figure(row["TRAVEL_MILES"])};
+}
+
 Travel firstTravel(ado::Connection& cross, const std::string& sql) {
     ado::Recordset rows;
     rows.Open(sql, cross);
-    if (rows.Eof()) {
-        return {};
+    return rows.Eof() ? Travel{} : travelIn(rows);
+}
+
+std::string travelSql(Leg leg) {
+    return fmt::format(TravelSql, fmt::format(BetweenSql, leg.from, leg.to));
+}
+
+/// Always of as many legs, the last one repeated: one statement is prepared for all of them.
+std::string travelSql(std::span<const Leg> legs, std::size_t places) {
+    std::string between;
+    for (std::size_t i = 0; i < places; ++i) {
+        const Leg leg = legs[std::min(i, legs.size() - 1)];
+        between += (i > 0 ? " OR " : "") + fmt::format(BetweenSql, leg.from, leg.to);
     }
-    return {figure(rows["TRAVEL_MINUTES"]), figure(rows["TRAVEL_MILES"])};
+    return fmt::format(TravelSql, between);
 }
 
 double backToGarageGap(ado::Connection& routing) {
@@ -64,60 +80,40 @@ double backToGarageGap(ado::Connection& routing) {
     return district.Eof() ? 0 : startup::numberOf(district["Back_To_Garage_Gap"]);
 }
 
+RouteRun runIn(ado::Recordset& row) {
+    return {.run = row["Run"].asText(),
+            .firstStop = internalId(row["FirstStop"]),
+            .lastStop = internalId(row["LastStop"]),
+            .start = timeOf(row["StartTime"]),
+            .end = timeOf(row["EndTime"])};
+}
+
 int readRuns(ado::Recordset& rows, PerRun<RouteRun>& runs) {
-    const ado::Field& run = rows["Run"];
-    const ado::Field& firstStop = rows["FirstStop"];
-    const ado::Field& lastStop = rows["LastStop"];
-    const ado::Field& start = rows["StartTime"];
-    const ado::Field& end = rows["EndTime"];
     int count = 0;
     for (; !rows.Eof(); rows.MoveNext()) {
-        runs[++count] = {.run = run.asText(),
-                         .firstStop = internalId(firstStop),
-                         .lastStop = internalId(lastStop),
-                         .start = timeOf(start),
-                         .end = timeOf(end)};
+        runs[++count] = runIn(rows);
     }
     return count;
 }
 
 bool hasStops(Leg leg) { return leg.from >= 1 && leg.to >= 1; }
 
-Travel travelOf(ado::Connection& cross, Leg leg) {
-    return hasStops(leg) ? readTravel(cross, leg.from, leg.to) : Travel{NoStop, NoStop};
-}
-
 /// Straight from run to run, the leg after one is the leg before the other.
 bool isKnown(const PerRun<RunLegs>& legs, int run) {
     return run > 1 && legs[run].before == legs[run - 1].after;
 }
 
-/// What deadHeadOfRuns asks of each leg first.
-std::vector<std::string> travelReads(const PerRun<RunLegs>& legs, int count) {
-    std::vector<std::string> reads;
-    const auto add = [&](Leg leg) {
-        if (hasStops(leg)) {
-            reads.push_back(fmt::format(TravelSql, leg.from, leg.to));
-        }
-    };
+/// Those with stops at both ends, none twice in a row.
+std::vector<Leg> drivenLegs(const PerRun<RunLegs>& legs, int count) {
+    std::vector<Leg> driven;
     for (int i = 1; i <= count; ++i) {
-        if (!isKnown(legs, i)) {
-            add(legs[i].before);
+        for (const Leg leg : {legs[i].before, legs[i].after}) {
+            if (hasStops(leg) && (driven.empty() || !(driven.back() == leg))) {
+                driven.push_back(leg);
+            }
         }
-        add(legs[i].after);
     }
-    return reads;
-}
-
-PerRun<RunDeadHead> deadHeadOfRuns(ado::Connection& cross, const PerRun<RouteRun>& runs,
-                                   const PerRun<RunLegs>& legs, int count) {
-    PerRun<RunDeadHead> result;
-    for (int i = 1; i <= count; ++i) {
-        const Travel before =
-            isKnown(legs, i) ? result[i - 1].after : travelOf(cross, legs[i].before);
-        result[i] = deadHeadOf(runs[i], legs[i], before, travelOf(cross, legs[i].after));
-    }
-    return result;
+    return driven;
 }
 
 std::string literal(float figure) { return base::numberText(base::singleOf(figure)); }
@@ -157,6 +153,48 @@ std::vector<OpenLeg> openLegs(const PerRun<RouteRun>& runs, const PerRun<RunLegs
     return open;
 }
 
+void clear(ado::Connection& routing, std::int32_t route) {
+    routing.executeUncounted(fmt::format(ClearSql, route));
+}
+
+/// A route that is not calculated to its end keeps none of its former results.
+template <class Calculation>
+auto clearingOnFault(ado::Connection& routing, std::int32_t route, Calculation calculation) {
+    try {
+        return calculation();
+    } catch (const base::RunTimeError&) {
+        clear(routing, route);
+        throw;
+    }
+}
+
+/// What the buses of several routes drive, as their runs stand now.
+std::vector<Leg> legsOf(ado::Connection& routing, std::span<const RouteKey> routes, double gap) {
+    std::map<std::int32_t, std::vector<RouteRun>> runsOf;
+    std::string ids;
+    for (const RouteKey& one : routes) {
+        ids += fmt::format("{}{}", ids.empty() ? "" : ", ", one.route);
+    }
+    ado::Recordset rows;
+    rows.Open(fmt::format(RunsSql, ids), routing);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        runsOf[internalId(rows["INT_ROUTEID"])].push_back(runIn(rows));
+    }
+    std::vector<Leg> legs;
+    for (const RouteKey& one : routes) {
+        PerRun<RouteRun> runs;
+        int count = 0;
+        for (RouteRun& run : runsOf[one.route]) {
+            if (count < MaxRunsOfRoute) {
+                runs[++count] = std::move(run);
+            }
+        }
+        const auto driven = drivenLegs(legsOfRoute(runs, count, one.garage, gap), count);
+        legs.insert(legs.end(), driven.begin(), driven.end());
+    }
+    return legs;
+}
+
 }  // namespace
 
 std::int32_t internalId(const ado::Field& field) {
@@ -167,39 +205,117 @@ std::int32_t internalId(const ado::Field& field) {
     return static_cast<std::int32_t>(id);
 }
 
-std::int64_t runsOfRoute(ado::Connection& routing, std::int32_t route) {
-    ado::Recordset runs;
-    runs.Open(fmt::format(CountSql, route), routing);
-    return startup::wholeOf(runs["RUNS"]);
-}
-
-std::vector<std::string> readsOfRoute(std::int32_t route) {
-    return {fmt::format(CountSql, route), DistrictSql, fmt::format(RunsSql, route)};
-}
-
 Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
-    const Travel travel = firstTravel(cross, fmt::format(TravelSql, a, b));
+    const Travel travel = firstTravel(cross, travelSql({a, b}));
     return travel.minutes == NoTravel ? firstTravel(cross, fmt::format(AnyTravelSql, a)) : travel;
+}
+
+RouteCalculation::RouteCalculation(const DeadHeadData& data)
+    : data_(data), gap_(backToGarageGap(data.routing)) {}
+
+void RouteCalculation::readTravelOf(std::span<const RouteKey> routes) {
+    known_.clear();
+    if (!data_.cross.session()->database().sendsTogether()) {
+        return;
+    }
+    try {
+        readLegs(legsOf(data_.routing, routes, gap_));
+    } catch (const base::RunTimeError&) {
+        known_.clear();
+    }
+}
+
+/// The first row of a pair counts.
+void RouteCalculation::readLegs(std::span<const Leg> legs) {
+    constexpr std::size_t Together = 30;
+    std::vector<std::string> statements;
+    for (std::size_t i = 0; i < legs.size(); i += Together) {
+        const std::size_t count = std::min(Together, legs.size() - i);
+        statements.push_back(travelSql(legs.subspan(i, count), Together));
+    }
+    const ado::ReadAhead ahead(data_.cross, statements);
+    for (const std::string& statement : statements) {
+        ado::Recordset rows;
+        rows.Open(statement, data_.cross);
+        for (; !rows.Eof(); rows.MoveNext()) {
+            known_.emplace(pairOf({internalId(rows["DEST_INT_STOPID"]),
+                                   internalId(rows["ENDPOINT_INT_STOPID"])}),
+                           travelIn(rows));
+        }
+    }
+    for (const Leg leg : legs) {
+        known_.emplace(pairOf(leg), Travel{});
+    }
+}
+
+std::vector<std::string> RouteCalculation::readsOf(std::int32_t route) {
+    return {fmt::format(RunsSql, route)};
+}
+
+std::vector<std::string> RouteCalculation::readsOfUnknown(std::span<const Leg> legs) const {
+    std::vector<std::string> reads;
+    for (const Leg leg : legs) {
+        if (!known_.contains(pairOf(leg))) {
+            reads.push_back(travelSql(leg));
+        }
+    }
+    return reads;
+}
+
+Travel RouteCalculation::travelOf(Leg leg) const {
+    if (!hasStops(leg)) {
+        return {NoStop, NoStop};
+    }
+    const auto known = known_.find(pairOf(leg));
+    if (known == known_.end()) {
+        return readTravel(data_.cross, leg.from, leg.to);
+    }
+    return known->second.minutes == NoTravel
+               ? firstTravel(data_.cross, fmt::format(AnyTravelSql, leg.from))
+               : known->second;
+}
+
+PerRun<RunDeadHead> RouteCalculation::deadHeadOfRuns(const PerRun<RouteRun>& runs,
+                                                     const PerRun<RunLegs>& legs, int count) const {
+    const ado::ReadAhead travel(data_.cross, readsOfUnknown(drivenLegs(legs, count)));
+    PerRun<RunDeadHead> result;
+    for (int i = 1; i <= count; ++i) {
+        const Travel before = isKnown(legs, i) ? result[i - 1].after : travelOf(legs[i].before);
+        result[i] = deadHeadOf(runs[i], legs[i], before, travelOf(legs[i].after));
+    }
+    return result;
+}
+
+std::vector<OpenLeg> RouteCalculation::calculate(std::int32_t route, std::int32_t garage) {
+    ado::CommitOnExit unit(data_.routing, {.reads = readsOf(route), .writesTogether = true});
+    ado::Recordset rows;
+    rows.Open(fmt::format(RunsSql, route), data_.routing, ado::CursorType::Static);
+    if (const auto found = rows.RecordCount(); found > MaxRunsOfRoute) {
+        return {{.lack = OpenLeg::Lack::TooManyRuns, .runsOfRoute = found}};
+    }
+    PerRun<RouteRun> runs;
+    PerRun<RunLegs> legs;
+    int count = 0;
+    const auto results = clearingOnFault(data_.routing, route, [&] {
+        count = readRuns(rows, runs);
+        legs = legsOfRoute(runs, count, garage, gap_);
+        return deadHeadOfRuns(runs, legs, count);
+    });
+    for (int i = 1; i <= count; ++i) {
+        writeRun(data_.routing, runs[i].run, results[i]);
+    }
+    unit.commit();
+    return openLegs(runs, legs, results, count);
 }
 
 std::vector<OpenLeg> calculateRoute(const DeadHeadData& data, std::int32_t route,
                                     std::int32_t garage) {
-    ado::CommitOnExit unit(data.routing, {.reads = {DistrictSql, fmt::format(RunsSql, route)},
-                                          .writesTogether = true});
-    const double gap = backToGarageGap(data.routing);
-    data.routing.executeUncounted(fmt::format(ClearSql, route));
-    ado::Recordset rows;
-    rows.Open(fmt::format(RunsSql, route), data.routing);
-    PerRun<RouteRun> runs;
-    const int count = readRuns(rows, runs);
-    const auto legs = legsOfRoute(runs, count, garage, gap);
-    const ado::ReadAhead travel(data.cross, travelReads(legs, count));
-    const auto results = deadHeadOfRuns(data.cross, runs, legs, count);
-    for (int i = 1; i <= count; ++i) {
-        writeRun(data.routing, runs[i].run, results[i]);
+    auto open = RouteCalculation(data).calculate(route, garage);
+    if (!open.empty() && open.front().lack == OpenLeg::Lack::TooManyRuns) {
+        clear(data.routing, route);
+        base::raise(base::errors::SubscriptOutOfRange);
     }
-    unit.commit();
-    return openLegs(runs, legs, results, count);
+    return open;
 }
 
 }  // namespace groupops
