@@ -2,7 +2,9 @@
 #include <numeric>
 #include <set>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -204,6 +206,7 @@ TEST_F(Sample, RowsOfAProgramThatWasKilledAreRemovedThoseOfARunningOneStay) {
     ASSERT_EQ(::pipe(pipe), 0);
     const pid_t other = ::fork();
     if (other == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         const auto mark = processMark();
         (void)!::write(pipe[1], mark.data(), mark.size());
         ::pause();
