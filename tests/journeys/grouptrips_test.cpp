@@ -100,6 +100,28 @@ TEST_F(GroupTrips, WritesThatGoTogetherFailAsOneByOne) {
     EXPECT_EQ(storedRun("Description", "FAR-3"), "Null") << "it stands behind the one that failed";
 }
 
+TEST_F(GroupTrips, RowsWithAnyTextGoTogether) {
+    constexpr auto Rows = "SELECT RUN.* FROM RUN WHERE RUN.RUN LIKE 'FAR%' ORDER BY RUN.RUN";
+    const auto give = [&](const std::string& text) {
+        ado::CommitOnExit unit(*gcnRouting, {.reads = {Rows}, .writesTogether = true});
+        ado::Recordset rows;
+        rows.Open(Rows, *gcnRouting, ado::CursorType::Dynamic);
+        for (; !rows.Eof(); rows.MoveNext()) {
+            rows["Description"].Value(text);
+            rows["TOTAL_MILES"].Value(text == "NULL" ? base::Value() : base::Value(0.1));
+            rows.Update();
+        }
+        unit.commit();
+    };
+    for (const char* text :
+         {R"("\\, {a} '$1' \")", "NULL", "", " x\ty\n", "École \xF0\x9F\x9A\x8C"}) {
+        const auto before = trips();
+        give(text);
+        EXPECT_EQ(trips(), before + 2) << text;
+        EXPECT_EQ(storedRun("Description", "FAR-3"), text);
+    }
+}
+
 TEST_F(GroupTrips, ReadsAheadAreNotOlderThanTheLastWrite) {
     const std::string wanted = "SELECT RUN.OverFill FROM RUN WHERE RUN.RUN='FAR'";
     const std::string failing = "SELECT CLng(RUN.RUN) AS N FROM RUN";

@@ -1,5 +1,6 @@
 #include "platform/store/postgres/database.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <fmt/format.h>
@@ -218,17 +219,26 @@ void PostgresDatabase::beginWith(std::span<Statement* const> reads) {
     giveOut(reads, link_.begin(callsOf(reads)));
 }
 
+/// A statement, a row, or several rows that can go as one.
+Call PostgresDatabase::callOf(std::span<const Write> writes, std::vector<Parameter>& parameters) {
+    const Write& first = writes.front();
+    if (first.statement != nullptr) {
+        return own(*first.statement).call();
+    }
+    Query& query = writes.size() > 1 ? rows_.updateManyOrFail(writes, parameters)
+                                     : rows_.updateOrFail(*first.row, *first.changes, parameters);
+    return {&query, &parameters};
+}
+
 bool PostgresDatabase::writeTogether(std::span<const Write> writes, bool commits) {
     rows_.forgetMany();
     std::vector<std::vector<Parameter>> parameters(writes.size());
     std::vector<Call> calls;
     calls.reserve(writes.size());
-    for (std::size_t i = 0; i < writes.size(); ++i) {
-        const Write& write = writes[i];
-        calls.push_back(write.statement != nullptr
-                            ? own(*write.statement).call()
-                            : Call{&rows_.updateOrFail(*write.row, *write.changes, parameters[i]),
-                                   &parameters[i]});
+    for (std::size_t i = 0; i < writes.size();) {
+        const std::size_t alike = rowsAlike(writes.subspan(i));
+        calls.push_back(callOf(writes.subspan(i, std::max<std::size_t>(alike, 1)), parameters[i]));
+        i += std::max<std::size_t>(alike, 1);
     }
     return link_.writeTogether(calls, commits);
 }

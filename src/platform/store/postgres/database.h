@@ -63,6 +63,7 @@ public:
     void copyTo(const std::string& path, const CopyProgress& progress) override;
 
 private:
+    [[nodiscard]] Call callOf(std::span<const Write> writes, std::vector<Parameter>& parameters);
     void readCatalog();
     void run(const std::vector<std::string>& statements);
 

@@ -1,5 +1,9 @@
 #include "platform/store/postgres/rows.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
 #include <fmt/format.h>
 
 #include "platform/store/base/ddl.h"
@@ -27,15 +31,17 @@ void append(std::vector<Parameter>& parameters, const std::vector<ColumnValue>& 
 
 Parameter keyOf(const base::Value& key) { return untyped(key, ColumnKind::Integer); }
 
+bool isText(const Column& column) {
+    return column.kind == ColumnKind::Code || column.kind == ColumnKind::Text;
+}
+
 /// " WHERE rowid = ? AND …" for the row as it was fetched. Letter case counts here, unlike in a
 /// planner's comparison.
 std::string whereFetched(const FetchedRow& row) {
     std::string text = fmt::format(" WHERE {} = ?", row.table->rowKey);
     for (const ColumnValue& item : row.values) {
-        const bool isText =
-            item.column->kind == ColumnKind::Code || item.column->kind == ColumnKind::Text;
         text += fmt::format(" AND {}{} IS NOT DISTINCT FROM ?", quoted(item.column->name),
-                            isText ? " COLLATE \"C\"" : "");
+                            isText(*item.column) ? " COLLATE \"C\"" : "");
     }
     return text;
 }
@@ -47,6 +53,74 @@ std::string updateText(const FetchedRow& row, const std::vector<ColumnValue>& ch
     }
     return fmt::format("UPDATE {} SET {}{}", quoted(row.table->name), assignments,
                        whereFetched(row));
+}
+
+bool hasSameColumns(const std::vector<ColumnValue>& one, const std::vector<ColumnValue>& other) {
+    return std::ranges::equal(one, other, {}, &ColumnValue::column, &ColumnValue::column);
+}
+
+std::string_view arrayTypeOf(ColumnKind kind) {
+    switch (kind) {
+        case ColumnKind::Integer:
+        case ColumnKind::Counter:
+            return "bigint[]";
+        case ColumnKind::Number:
+        case ColumnKind::Single:
+            return "float8[]";
+        case ColumnKind::YesNo:
+            return "boolean[]";
+        case ColumnKind::Date:
+            return "timestamp[]";
+        case ColumnKind::Code:
+        case ColumnKind::Text:
+            break;
+    }
+    return "text[]";
+}
+
+/// Values of one column of several rows, as the server reads an array.
+class Array {
+public:
+    void add(const Parameter& value) {
+        text_ += text_.size() > 1 ? "," : "";
+        text_ += value.text ? "\"" : "NULL";
+        for (const char c : value.text.value_or("")) {
+            text_ += c == '"' || c == '\\' ? "\\" : "";
+            text_ += c;
+        }
+        text_ += value.text ? "\"" : "";
+    }
+    [[nodiscard]] Parameter whole() const { return {text_ + "}"}; }
+
+private:
+    std::string text_ = "{";
+};
+
+/// "UPDATE … FROM unnest(?::bigint[], …)": the keys of the rows, the new values, and those fetched.
+std::string updateManyText(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
+    std::string arrays = "?::bigint[]";
+    std::string names = "\"key\"";
+    std::string assignments;
+    std::string conditions;
+    const auto add = [&](const Column& column) {
+        const std::string name = fmt::format("\"c{}\"", names.size());
+        arrays += fmt::format(", ?::{}", arrayTypeOf(column.kind));
+        names += ", " + name;
+        return "\"given\"." + name;
+    };
+    for (const ColumnValue& item : changes) {
+        assignments += fmt::format("{}{} = {}", assignments.empty() ? "" : ", ",
+                                   quoted(item.column->name), add(*item.column));
+    }
+    for (const ColumnValue& item : row.values) {
+        conditions +=
+            fmt::format(" AND \"now\".{}{} IS NOT DISTINCT FROM {}", quoted(item.column->name),
+                        isText(*item.column) ? " COLLATE \"C\"" : "", add(*item.column));
+    }
+    return fmt::format(
+        "UPDATE {} AS \"now\" SET {} FROM unnest({}) AS \"given\"({}) WHERE \"now\".{} = "
+        "\"given\".\"key\"{}",
+        quoted(row.table->name), assignments, arrays, names, row.table->rowKey, conditions);
 }
 
 std::vector<Parameter> updateParameters(const FetchedRow& row,
@@ -99,6 +173,36 @@ Query& Rows::updateOrFail(const FetchedRow& row, const std::vector<ColumnValue>&
     return queryOf(
         fmt::format(R"(WITH "written" AS ({} RETURNING 1) SELECT 1 / count(*) FROM "written")",
                     updateText(row, changes)));
+}
+
+Query& Rows::updateManyOrFail(std::span<const Write> writes, std::vector<Parameter>& parameters) {
+    const Write& first = writes.front();
+    requireKey(link_.source(), *first.row->table);
+    std::vector<Array> arrays(1 + first.changes->size() + first.row->values.size());
+    for (const Write& write : writes) {
+        std::size_t place = 0;
+        arrays[place++].add(keyOf(write.row->key));
+        for (const auto* values : {write.changes, &write.row->values}) {
+            for (const ColumnValue& item : *values) {
+                arrays[place++].add(untyped(item.value, item.column->kind));
+            }
+        }
+    }
+    std::ranges::transform(arrays, std::back_inserter(parameters), &Array::whole);
+    return queryOf(
+        fmt::format("WITH \"written\" AS ({} RETURNING 1) SELECT 1 / (count(*) = "
+                    "cardinality($1))::int FROM \"written\"",
+                    updateManyText(*first.row, *first.changes)));
+}
+
+std::size_t rowsAlike(std::span<const Write> writes) {
+    const Write& first = writes.front();
+    const auto other = std::ranges::find_if_not(writes, [&](const Write& one) {
+        return one.statement == nullptr && one.row->table == first.row->table &&
+               hasSameColumns(*one.changes, *first.changes) &&
+               hasSameColumns(one.row->values, first.row->values);
+    });
+    return static_cast<std::size_t>(other - writes.begin());
 }
 
 RowOutcome Rows::remove(const FetchedRow& row) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -19,6 +20,8 @@ public:
     /// until `forgetMany`.
     Query& updateOrFail(const FetchedRow& row, const std::vector<ColumnValue>& changes,
                         std::vector<Parameter>& parameters);
+    /// The same for rows of one table with the same columns, which go as one statement.
+    Query& updateManyOrFail(std::span<const Write> writes, std::vector<Parameter>& parameters);
     /// Lets go of what is prepared where that has become much.
     void forgetMany();
     RowOutcome remove(const FetchedRow& row);
@@ -34,5 +37,8 @@ private:
     Link& link_;
     std::unordered_map<std::string, Query> prepared_;
 };
+
+/// How many of the writes, from the first one on, can go as one statement; 0 where it is no row.
+[[nodiscard]] std::size_t rowsAlike(std::span<const Write> writes);
 
 }  // namespace store::postgres
