@@ -1,8 +1,11 @@
 #include "groupops/base/grouploop.h"
 
 #include <numeric>
+#include <string_view>
 
 #include <fmt/format.h>
+
+#include "platform/store/base/database.h"
 
 namespace groupops {
 
@@ -29,6 +32,12 @@ std::vector<int> numbersTo(int last) {
     std::vector<int> numbers(static_cast<std::size_t>(last));
     std::iota(numbers.begin(), numbers.end(), 1);
     return numbers;
+}
+
+bool endedAsAWhole(const std::exception& fault) {
+    const auto* error = dynamic_cast<const store::StoreError*>(&fault);
+    return error != nullptr &&
+           (error->fault() == store::Fault::Lost || error->fault() == store::Fault::GivenUp);
 }
 
 GroupLoop::GroupLoop(ado::Connection& connection, base::ProgressPort& progress, Wording words,
@@ -66,17 +75,19 @@ bool GroupLoop::turn(const std::function<void()>& work, const Statements& reads)
 bool GroupLoop::tried(const std::function<void()>& work, const Statements& reads) {
     try {
         return work_.unit(work, reads);
-    } catch (const std::exception&) {
-        tellFault();
+    } catch (const std::exception& fault) {
+        tellFault(fault);
         throw;
     }
 }
 
-void GroupLoop::tellFault() const {
+void GroupLoop::tellFault(const std::exception& fault) const {
     const bool named = !atHand_.empty();
     const std::string at = named ? fmt::format(" at {}: {}", words_.thing, atHand_) : "";
+    const std::string_view how =
+        endedAsAWhole(fault) ? "is written as a whole or not at all" : "may be written in part";
     const std::string part =
-        named ? fmt::format("  The {} named above may be written in part.", words_.thing) : "";
+        named ? fmt::format("  The {} named above {}.", words_.thing, how) : "";
     base::MsgBox(
         fmt::format(FaultText, words_.name, at, howFar(outcome_, words_), words_.rest, part),
         "Not Everything Was Written", base::MsgIcon::Exclamation);

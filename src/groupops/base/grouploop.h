@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <optional>
 #include <ranges>
@@ -16,6 +17,10 @@ namespace groupops {
 
 /// The numbers from 1 to `last`, for things that are told by their number.
 [[nodiscard]] std::vector<int> numbersTo(int last);
+
+/// Whether a unit that raised this is written as a whole or not at all: so a server ends it where
+/// the connection is gone. Any other fault keeps what the unit had written.
+[[nodiscard]] bool endedAsAWhole(const std::exception& fault);
 
 /// When a planner reads of one thing's turn: before it, or when it is done.
 enum class Telling { Before, Done };
@@ -66,7 +71,7 @@ private:
     bool turn(const std::function<void()>& work, const Statements& reads);
     bool wholly(const std::function<void()>& work, const Statements& reads);
     bool tried(const std::function<void()>& work, const Statements& reads);
-    void tellFault() const;
+    void tellFault(const std::exception& fault) const;
     bool goOnWaiting();
     void count(std::optional<LeftOut> left);
     void tell(const std::string& status);

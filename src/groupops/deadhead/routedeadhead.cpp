@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "groupops/base/grouploop.h"
 #include "platform/ado/session.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
@@ -162,8 +163,10 @@ template <class Calculation>
 auto clearingOnFault(ado::Connection& routing, std::int32_t route, Calculation calculation) {
     try {
         return calculation();
-    } catch (const base::RunTimeError&) {
-        clear(routing, route);
+    } catch (const base::RunTimeError& fault) {
+        if (!endedAsAWhole(fault)) {
+            clear(routing, route);
+        }
         throw;
     }
 }

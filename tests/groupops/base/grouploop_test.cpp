@@ -140,20 +140,23 @@ TEST_F(GroupLoopTest, AUnitIsWrittenAsOneAndDoneAnewAsAWholeAfterALock) {
 }
 
 TEST_F(GroupLoopTest, BeforeAFaultGoesOnThePlannerIsToldWhatIsWritten) {
-    FakeProgress progress;
-    Outcome outcome{.asked = 3};
-    GroupLoop loop(*startup::gcnRouting, progress, groupops::runChangeWording(), outcome);
-    const auto fails = [&](const std::string& run) {
-        loop.worksOn(run);
-        return run == "102-AM" ? throw store::StoreError(store::Fault::Damaged, "damaged")
-                               : mark(run);
+    const auto toldOf = [&](store::Fault fault) {
+        FakeProgress progress;
+        Outcome outcome{.asked = 3};
+        GroupLoop loop(*startup::gcnRouting, progress, groupops::runChangeWording(), outcome);
+        const auto fails = [&](const std::string& run) {
+            loop.worksOn(run);
+            return run == "102-AM" ? throw store::StoreError(fault, "fault") : mark(run);
+        };
+        EXPECT_THROW(loop.forEach(Runs, fails, [](const std::string& run) { return run; }),
+                     store::StoreError);
+        return lastText();
     };
-    EXPECT_THROW(loop.forEach(Runs, fails, [](const std::string& run) { return run; }),
-                 store::StoreError);
-    EXPECT_THAT(lastText(),
+    EXPECT_THAT(toldOf(store::Fault::Damaged),
                 AllOf(HasSubstr("the change could not go on at run: 102-AM."),
                       HasSubstr("1 of 3 runs changed and saved.  The runs not yet reached are as"),
                       HasSubstr("may be written in part")));
+    EXPECT_THAT(toldOf(store::Fault::Lost), HasSubstr("is written as a whole or not at all."));
     EXPECT_EQ(stored(Written), "1");
 }
 

@@ -93,7 +93,7 @@ Connection connectedAnyhow(const std::string& address) {
         "keepalives_interval", "keepalives_count", "tcp_user_timeout",
         "client_encoding",     "dbname",           nullptr};
     const std::array<const char*, 9> values{
-        "vireo", "5", "10", "5", "3", "20000", "UTF8", address.c_str(), nullptr};
+        "vireo", "30", "10", "5", "3", "20000", "UTF8", address.c_str(), nullptr};
     constexpr int DbnameIsAddress = 1;
     Connection made(library().connect(Keys.data(), values.data(), DbnameIsAddress));
     library().setNoticeProcessor(made.get(), keepQuiet, nullptr);
