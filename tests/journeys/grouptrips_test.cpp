@@ -56,7 +56,8 @@ TEST_F(GroupTrips, OfARouteAreTwo) {
         groupops::calculateAllRoutes({*gcnRouting, *startup::gcnDeadCross}, false, silent);
     });
     constexpr std::int64_t Once = 1 + 1 + 2 + 2;  // the routes, the gap, travel, the mark
-    EXPECT_EQ(all, Once + 2 * 2) << "two routes";
+    constexpr std::int64_t OfTwoRoutes = 2 + 2;
+    EXPECT_EQ(all, Once + OfTwoRoutes);
     EXPECT_EQ(storedRun("DEADHEAD_BEFORE_TIME", "FAR"), "7");
 }
 
