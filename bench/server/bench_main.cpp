@@ -69,7 +69,10 @@ std::vector<std::string> runIds() {
 /// One of many: there is nothing special about it.
 std::string aRun() { return runIds().at(513); }
 
-std::int64_t trips() { return gcnRouting->roundTrips() + startup::gcnTrip->roundTrips(); }
+std::int64_t trips() {
+    return gcnRouting->roundTrips() + startup::gcnTrip->roundTrips() +
+           startup::gcnDeadCross->roundTrips();
+}
 
 /// Waits for a server, each time.
 void countTrips(benchmark::State& state, std::int64_t before) {
