@@ -35,9 +35,10 @@ std::vector<int> numbersTo(int last) {
 }
 
 bool endedAsAWhole(const std::exception& fault) {
+    using enum store::Fault;
     const auto* error = dynamic_cast<const store::StoreError*>(&fault);
-    return error != nullptr &&
-           (error->fault() == store::Fault::Lost || error->fault() == store::Fault::GivenUp);
+    const auto kind = error == nullptr ? Other : error->fault();
+    return kind == Lost || kind == GivenUp || kind == Unreachable;
 }
 
 GroupLoop::GroupLoop(ado::Connection& connection, base::ProgressPort& progress, Wording words,
@@ -46,7 +47,10 @@ GroupLoop::GroupLoop(ado::Connection& connection, base::ProgressPort& progress, 
 
 void GroupLoop::setPatience(std::chrono::milliseconds patience) { lockPatience = patience; }
 
-bool GroupLoop::once(const std::function<void()>& work) { return wholly(work, {}); }
+bool GroupLoop::once(const std::function<void()>& work) {
+    atHand_.clear();
+    return wholly(work, {});
+}
 
 bool GroupLoop::wholly(const std::function<void()>& work, const Statements& reads) {
     auto start = Clock::now();
