@@ -35,6 +35,7 @@ protected:
     }
     std::vector<std::string> newBells() {
         std::vector<std::string> texts;
+        texts.reserve(static_cast<std::size_t>(grid().rows()));
         for (int row = 0; row < grid().rows(); ++row) {
             texts.push_back(grid().cellText(row, 3));
         }
@@ -181,13 +182,19 @@ TEST_F(BellTimeForm, SaysBeforeWhatWillHappen) {
     EXPECT_EQ(text("OutlookCount"), "No row has a new bell time yet.");
     typeCell(1, "8:15");
     EXPECT_EQ(text("OutlookCount"), "1 run in 1 of 4 rows will change.");
+    const auto isBold = [](controls::Grid& of, int row, int column) {
+        const auto* cells = of.view().model();
+        return cells->data(cells->index(row, column), Qt::FontRole).value<QFont>().bold();
+    };
     EXPECT_EQ(grid().cellText(1, 4), "none late");
+    EXPECT_FALSE(isBold(grid(), 1, 4));
     EXPECT_FALSE(isShown("OutlookWarning"));
 
     control<QComboBox>("TimeToUse").setCurrentIndex(0);
     click("FixedMinutes");
     type("NumOfMinutes", "5");
     EXPECT_EQ(grid().cellText(1, 4), "1 of 1 late");
+    EXPECT_TRUE(isBold(grid(), 1, 4));
     EXPECT_THAT(text("OutlookWarning"),
                 HasSubstr("1 run will arrive after their bell. Calculated from Start Time, a run "
                           "to school starts 5 minutes before the bell; calculated from End Time "
@@ -196,6 +203,7 @@ TEST_F(BellTimeForm, SaysBeforeWhatWillHappen) {
     auto& list = control<controls::Grid>("RunsBeforeAfter");
     EXPECT_EQ(list.cellText(0, 0) + list.cellText(0, 3) + list.cellText(0, 5) + list.cellText(0, 6),
               "101-AM07:45 AM08:20 AM5 min after");
+    EXPECT_TRUE(!isBold(list, 0, 3) && isBold(list, 0, 5) && isBold(list, 0, 6));
 
     typeCell(3, "1 am");
     EXPECT_THAT(text("OutlookWarning"),

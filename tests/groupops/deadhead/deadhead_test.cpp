@@ -6,6 +6,7 @@
 #include "startup/base/session.h"
 #include "support/districtsession.h"
 #include "support/errors.h"
+#include "support/storewatch.h"
 
 namespace groupops {
 namespace {
@@ -70,7 +71,9 @@ TEST_F(DeadHeadTest, FindsTravelEitherWayRoundThenAnyFromTheFirstStop) {
 }
 
 TEST_F(DeadHeadTest, WritesARouteInTheOrderOfItsStartTimes) {
+    support::StoreWatch::commits = 0;
     EXPECT_TRUE(Calc_Route_DeadHead(1, 900));
+    EXPECT_EQ(support::StoreWatch::commits, 1);
     EXPECT_EQ(deadHead("A1"), "10.1|5|4.3|2|6:49:54 AM|7:35:00 AM|False|False");
     EXPECT_EQ(deadHead("A2"), "5|77|2|30|7:40:00 AM|9:17:00 AM|True|False");
     EXPECT_EQ(deadHead("B1"), "4|Null|Null|Null|Null|Null|False|False");

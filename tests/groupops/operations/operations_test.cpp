@@ -6,7 +6,6 @@
 #include <QTimer>
 
 #include "../groupsupport.h"
-#include "groupops/base/grouploop.h"
 #include "groupops/belltime/BellTimeChange.h"
 #include "groupops/deadhead/frmCalcDeadHead.h"
 #include "groupops/groupchange/frmGroupRunChange.h"
@@ -34,10 +33,7 @@ protected:
         startup::RunSearchSchoolSQL = "SELECT RUN.* FROM RUN";
         selection.selected = {"101-AM", "102-AM", "201-PM"};
     }
-    ~OperationForms() override {
-        forms::WorkSlice::endAllAtOnce(false);
-        groupops::GroupLoop::setPatience(std::chrono::minutes(1));
-    }
+    ~OperationForms() override { forms::WorkSlice::endAllAtOnce(false); }
 
     forms::Form& form() override { return *form_; }
     void escape() { QTest::keyClick(&form(), Qt::Key_Escape); }
@@ -185,24 +181,6 @@ TEST_P(EachOperation, EscapeStopsItBetweenTwoUnitsAndNothingElseIsTakenMeanwhile
     EXPECT_FALSE(timer().isEnabled());
     escape();
     EXPECT_FALSE(form().isLoaded()) << "idle, Escape leaves the form";
-}
-
-TEST_P(EachOperation, AFileThatAnotherProgramHoldsEndsNothingAndTheButtonWorksAgain) {
-    groupops::GroupLoop::setPatience(std::chrono::milliseconds(0));
-    auto held = heldByOthers();
-    answer(base::MsgAnswer::No);
-    click(GetParam().start);
-    EXPECT_EQ(titles().front(), "Database in Use");
-    EXPECT_FALSE(ending());
-    EXPECT_EQ(written(), 0);
-    expectIdle();
-    if (GetParam().typed.first != nullptr) {
-        EXPECT_EQ(text(GetParam().typed.first), GetParam().typed.second);
-    }
-    held.reset();
-    click(GetParam().start);
-    EXPECT_EQ(written(), GetParam().units);
-    EXPECT_THAT(titles(), ElementsAre());
 }
 
 INSTANTIATE_TEST_SUITE_P(GroupOperations, EachOperation, testing::ValuesIn(All),

@@ -85,6 +85,7 @@ TEST_F(ListFilterTest, ShowsTheRowsWithAllWordsWhateverTheirCaseOrderAndColumn) 
     list.header()->setSectionHidden(2, true);
     list.showColumn(1, false);
     EXPECT_EQ(filtered("oak"), "") << "nobody sees why a row is shown";
+    EXPECT_GT(line.minimumSizeHint().width(), line.fontMetrics().horizontalAdvance("12 PM école"));
 }
 
 TEST_F(ListFilterTest, WhatIsHiddenIsNeitherSelectedNorChosen) {

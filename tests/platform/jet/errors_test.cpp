@@ -110,8 +110,11 @@ TEST(Errors, WhatIsTakenTheStoreTakesToo) {
     EXPECT_GE(deepest("SELECT ", "1-(", "1", ")"), 20);
     EXPECT_GE(deepest("SELECT ", "IIF(1=1,2,", "1", ")"), 20);
     EXPECT_GE(deepest("SELECT ", "'a' & TRIM(", "'x'", ")"), 10);
-    EXPECT_GE(deepest("SELECT RUN FROM RUN WHERE ", "(INT_ROUTEID=1 OR PICKUP AND ", "ACTIVE", ")"),
-              9);
+    EXPECT_EQ(deepest("SELECT RUN FROM RUN WHERE ", "(INT_ROUTEID=1 OR PICKUP AND ", "ACTIVE", ")"),
+              10);
+    EXPECT_EQ(
+        deepest("SELECT RUN FROM RUN WHERE ", "(INT_ROUTEID=1 OR PICKUP AND ", "NOT ACTIVE", ")"),
+        10);
     EXPECT_GE(
         deepest("SELECT RUN FROM RUN WHERE ", "RUN IN (SELECT RUN FROM RUN WHERE ", "ACTIVE", ")"),
         9);

@@ -301,6 +301,21 @@ TEST_F(Sample, ListsHoldEveryRowOfTheirTables) {
     EXPECT_EQ(rows("run-students"),
               counted("STOP_TRIPTYPE AS T JOIN RUN USING (RUN) JOIN STU_ADDR_TRIPTYPE AS A ON "
                       "A.INT_STOPID = T.INT_STOPID AND A.TRIPTYPE = T.TRIPTYPE"));
+    double riders = 0;
+    double seats = 0;
+    base::Value load;
+    const auto runList = prepare(sources(), asked("run-list"));
+    const auto runs = runList->content();
+    while (const auto item = runs->next()) {
+        if (const auto* row = std::get_if<Row>(&*item);
+            row != nullptr && !row->cells[10].isNull()) {
+            riders += row->cells[9].asNumber();
+            seats += row->cells[10].asNumber();
+        } else if (const auto* totals = std::get_if<Totals>(&*item)) {
+            load = totals->cells[11];
+        }
+    }
+    EXPECT_NEAR(load.asNumber(), riders * 100 / seats, 1e-9) << "of the runs whose seats are known";
     const auto since = base::Date::of(2026, 1, 1);
     auto changed = asked("changed-runs");
     changed.changedSince = since;

@@ -5,43 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "reports/base/content.h"
+#include "reports/page/invented.h"
 #include "support/commandoutput.h"
 #include "support/temporaryfolder.h"
 
 namespace reports {
-
-/// A report whose items a test names.
-class Invented : public Content {
-public:
-    Invented(Report report, std::vector<Item> items)
-        : report_(std::move(report)), items_(std::move(items)) {
-        heading_ = {"Run list & more",
-                    "Active <runs>",
-                    "Łódź Unified",
-                    "Nov 21, 2026 9:41 AM",
-                    "O'HARA",
-                    "Foot.",
-                    true};
-    }
-
-    [[nodiscard]] const Report& report() const override { return report_; }
-    [[nodiscard]] const Options& options() const override { return options_; }
-    [[nodiscard]] const Heading& heading() const override { return heading_; }
-    [[nodiscard]] std::size_t size() const override { return items_.size(); }
-    std::optional<Item> next() override {
-        return at_ < items_.size() ? std::optional(items_[at_++]) : std::nullopt;
-    }
-    void rewind() { at_ = 0; }
-
-    Options options_ = {Paper::A4, true};
-
-private:
-    Report report_;
-    Heading heading_;
-    std::vector<Item> items_;
-    std::size_t at_ = 0;
-};
 
 inline Column column(const char* field, CellKind kind, Total total = Total::None) {
     Column made;
@@ -55,23 +23,20 @@ inline Column column(const char* field, CellKind kind, Total total = Total::None
 }
 
 inline const std::vector<std::string>& nastyTexts() {
-    static const std::vector<std::string> texts = {"O'Brien & Sons <b>\"x\"</b>; a,b",
-                                                   "François, Łódź",
-                                                   "גן ילדים, רחוב 5",
-                                                   "شارع المدرسة at 5th Avenue",
-                                                   "🚌 bus 👩‍👧, 学校",
-                                                   std::string(200, 'W'),
-                                                   "line one\r\nline two\rthree",
-                                                   "=1+1",
-                                                   "+4",
-                                                   "-x",
-                                                   "@home",
-                                                   "'quoted'",
-                                                   "tab\there \x01 bell",
-                                                   "back\\slash {brace} \\u8",
-                                                   "  blanks  ",
-                                                   "not \xff utf",
-                                                   "107-1"};
+    static const std::vector<std::string> texts = [] {
+        std::istringstream all(
+            "O'Brien & Sons <b>\"x\"</b>; a,b|François, Łódź|גן ילדים, רחוב 5|"
+            "شارع المدرسة at 5th Avenue|🚌 bus 👩‍👧, 学校|line one\r\nline "
+            "two\rthree|=1+1|+4|-x|"
+            "@home|'quoted'|tab\there \x01 bell|back\\slash {brace} \\u8|  blanks  |"
+            "not \xff utf|107-1");
+        std::vector<std::string> parts;
+        for (std::string text; std::getline(all, text, '|');) {
+            parts.push_back(text);
+        }
+        parts.emplace_back(200, 'W');
+        return parts;
+    }();
     return texts;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +18,17 @@ public:
         definition.form = form;
         said = {"Run list", "All runs", "Four Towns", "Nov 21, 2026 9:41 AM", "PLANNER", "", false};
     }
+    Invented(Report report, std::vector<Item> all)
+        : definition(std::move(report)),
+          chosen{Paper::A4, true},
+          said{"Run list & more",
+               "Active <runs>",
+               "Łódź Unified",
+               "Nov 21, 2026 9:41 AM",
+               "O'HARA",
+               "Foot.",
+               true},
+          items(std::move(all)) {}
 
     [[nodiscard]] const Report& report() const override { return definition; }
     [[nodiscard]] const Options& options() const override { return chosen; }
@@ -69,27 +82,14 @@ public:
 
 private:
     std::string words(int count) {
-        static const std::vector<std::string> Words = {"O'Brien",
-                                                       "<Annex>",
-                                                       "&",
-                                                       "Łódź",
-                                                       "Zoë",
-                                                       "שרה",
-                                                       "כהן",
-                                                       "مدرسة",
-                                                       "النور",
-                                                       "12",
-                                                       "Street",
-                                                       "a",
-                                                       "e\u0301",
-                                                       "\n",
-                                                       "-",
-                                                       "5th",
-                                                       "\xFF\xC3",
-                                                       "東京",
-                                                       "متحدة/שלום",
-                                                       "Featherstonehaugh-Bartholomew",
-                                                       std::string(200, 'W')};
+        static const std::vector<std::string> Words = [] {
+            std::istringstream words(
+                "O'Brien <Annex> & Łódź Zoë שרה כהן مدرسة النور 12 Street a e\u0301 - 5th "
+                "\xFF\xC3 東京 متحدة/שלום Featherstonehaugh-Bartholomew");
+            std::vector<std::string> all{"\n", std::string(200, 'W')};
+            all.insert(all.end(), std::istream_iterator<std::string>(words), {});
+            return all;
+        }();
         std::string text;
         for (; count > 0; --count) {
             text += Words[static_cast<std::size_t>(upTo(static_cast<int>(Words.size()) - 1))];

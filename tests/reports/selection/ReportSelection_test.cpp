@@ -15,6 +15,7 @@
 #include "reports/selection/choices.h"
 #include "reports/selection/runreport.h"
 #include "startup/base/session.h"
+#include "support/childprogram.h"
 #include "support/formtest.h"
 
 namespace reports {
@@ -119,6 +120,7 @@ TEST_F(ReportSelectionForm, ExportsWhereThePlannerWantsAndTellsWhatCannotBeWritt
     form().showForm();
     control<QComboBox>("FileFormat").setCurrentIndex(static_cast<int>(Format::Csv));
     EXPECT_EQ(exported("list"), "");
+    EXPECT_EQ(asked.title, "Export Report");
     EXPECT_EQ(asked.startAt.toStdString(), startup::gReportPath + "/VIREOReport.csv");
     EXPECT_TRUE(asked.filter.startsWith("CSV (*.csv);;PDF (*.pdf)")) << asked.filter.toStdString();
     EXPECT_THAT(files::read(district.dataPath() + "list.csv"), HasSubstr("101-AM"));
@@ -212,6 +214,17 @@ TEST_F(ReportSelectionForm, HandsThePrinterAPrivateFileThatIsGoneAfterwards) {
     refusal = "The printer is on fire";
     click("PrintIt");
     EXPECT_THAT(lastText(), HasSubstr(refusal));
+}
+
+TEST_F(ReportSelectionForm, APrintServiceThatTakesNoFileSaysWhy) {
+    support::ChildProgram server("python3", {"-um", "http.server", "0", "--bind", "127.0.0.1"});
+    const std::string line = server.readLine();
+    const std::string port = line.substr(line.find(" port ") + 6);
+    const std::string place = "127.0.0.1:" + port.substr(0, port.find(' '));
+    ASSERT_EQ(::setenv("CUPS_SERVER", place.c_str(), 1), 0);
+    const auto any = district.path(data::DatabaseFile::VIREORpt);
+    EXPECT_NE(printing::service().print({"office", "Runs", any, {}}), "");
+    ::unsetenv("CUPS_SERVER");
 }
 
 }  // namespace

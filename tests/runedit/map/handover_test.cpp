@@ -163,6 +163,10 @@ TEST_F(HandOverTest, AFaultIsLoggedAndRaisedForTheFormToTell) {
     EXPECT_THAT(file("Error.txt"), testing::HasSubstr("The run \"no such run\" is not in the"));
     EXPECT_THAT(session.boxes.shown, IsEmpty());
     EXPECT_TRUE(startup::gErrHandler->DisplayMsgOnError());
+    write("Error.txt", "");
+    startup::gErrorHandling = false;
+    EXPECT_THROW(sendRunToMap("no such run", MapScreen::Run), base::RunTimeError);
+    EXPECT_EQ(file("Error.txt"), "");
 }
 
 TEST_F(HandOverTest, AFolderThatTakesNoFilesIsToldAndWithoutAnExchangeNothingIsDone) {

@@ -133,7 +133,8 @@ protected:
         forms::Application::instance().startAfresh();
         forms::Timer::setSpeed(100);
         dde::setTransport(&transport);
-        sql("UPDATE STOP SET XPOS = 1000 * INT_STOPID, YPOS = 5280, ADDR1 = 'Lot ' || INT_STOPID");
+        sql("UPDATE STOP SET XPOS = 1000 * INT_STOPID, YPOS = 5280, ADDR1 = 'Lot ' || INT_STOPID,"
+            " RIGHTSIDE = 1");
         sql("UPDATE RUN SET REGENERATE = 1 WHERE RUN = '101-AM'");
         QObject::connect(&answer, &MapAnswer::reload, [this] { reloaded = true; });
         QObject::connect(&answer, &MapAnswer::status,
@@ -260,6 +261,14 @@ TEST_F(RoundTrip, AMapThatCannotOrDoesNotAnswerLeavesNothingBehind) {
         EXPECT_THAT(workFiles(), IsEmpty());
     }
     EXPECT_EQ(mapIt(), "ArcView is not running.  Please start it and try again.");
+    // The last that is written of a run takes all of it back.
+    sql("CREATE TRIGGER keep BEFORE UPDATE OF TOTAL_MILES ON RUN BEGIN SELECT RAISE(ROLLBACK, "
+        "'kept'); END");
+    const auto before = rows("SELECT * FROM STOP_TRIPTYPE");
+    const auto program = map({"--work", "0"});
+    ASSERT_EQ(mapIt(), "");
+    waitForAnswer();
+    EXPECT_EQ(rows("SELECT * FROM STOP_TRIPTYPE"), before);
 }
 
 TEST_F(RoundTrip, AMapThatDiesInTheMiddleIsToldAndTheRunCanGoAgain) {

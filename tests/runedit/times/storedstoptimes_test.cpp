@@ -185,20 +185,13 @@ TEST_F(StoredTimes, NullMinutesAreReportedAndNothingIsWritten) {
     EXPECT_EQ(log(), "");
 }
 
-/// Every written time takes the run's next row away.
-class VanishingRows : public StoredTimes {
-protected:
-    VanishingRows() {
-        put(ThreeStops);
-        startup::gcnRouting->Close();
-        byOthers(
-            "CREATE TRIGGER t AFTER UPDATE OF TIME_AT_STOP ON STOP_TRIPTYPE BEGIN DELETE"
-            " FROM STOP_TRIPTYPE WHERE RUNSEQ = NEW.RUNSEQ + 2; END");
-        startup::gcnRouting->Open(district.path(data::DatabaseFile::Routing));
-    }
-};
-
-TEST_F(VanishingRows, AreLoggedAndReported) {
+TEST_F(StoredTimes, ARowThatVanishesIsTriedAgainLoggedAndReported) {
+    put(ThreeStops);
+    startup::gcnRouting->Close();
+    byOthers(
+        "CREATE TRIGGER t AFTER UPDATE OF TIME_AT_STOP ON STOP_TRIPTYPE BEGIN DELETE"
+        " FROM STOP_TRIPTYPE WHERE RUNSEQ = NEW.RUNSEQ + 2; END");
+    startup::gcnRouting->Open(district.path(data::DatabaseFile::Routing));
     startup::gErrorHandling = true;
     EXPECT_THROW(calculate("Start", at(8, 0)), base::EndProgram);
     for (const std::string attempt : {"1", "2", "3"}) {
@@ -208,27 +201,6 @@ TEST_F(VanishingRows, AreLoggedAndReported) {
                                       attempt + " attempt."));
     }
     EXPECT_EQ(session.boxes.shown.size(), 1U);
-}
-
-TEST_F(VanishingRows, LeaveTheOthersWrittenAsOneUnit) {
-    ado::Connection other;
-    other.Open(district.path(data::DatabaseFile::Routing));
-    const auto timed = [&] {
-        return support::rowsOf("SELECT ID FROM STOP_TRIPTYPE WHERE TIME_AT_STOP Is Not Null", other)
-            .size();
-    };
-    std::string mode = "Start";
-    Date anchor = at(8, 0);
-    int retries = 0;
-    const auto whileWriting = [&](const std::string&) {
-        ++retries;
-        EXPECT_EQ(timed(), 0U);
-    };
-    EXPECT_THROW(
-        timeStoredStops({connection(), StopTable::Routing, "R1"}, mode, anchor, whileWriting),
-        base::RunTimeError);
-    EXPECT_EQ(retries, 3);
-    EXPECT_EQ(timed(), 1U);
 }
 
 }  // namespace runedit

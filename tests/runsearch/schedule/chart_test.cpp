@@ -189,11 +189,12 @@ TEST(TimeScale, KeepsTheTimeUnderThePointerAndTellsItAsPlannersDo) {
     EXPECT_EQ(minutesLeft(119), 1);
     EXPECT_EQ(minutesOf(-91), 2);
     const std::vector<TimeZone> zones{{"Day", 5 * Hour, 9 * Hour - Minute},
-                                      {"Late", 9 * Hour, 26 * Hour}};
+                                      {"Late", 9 * Hour, 26 * Hour},
+                                      {"Night", 27 * Hour, 28 * Hour}};
     EXPECT_THAT(
         (std::vector{zoneAt(zones, 5 * Hour), zoneAt(zones, 9 * Hour - 1), zoneAt(zones, 9 * Hour),
-                     zoneAt(zones, Hour), zoneAt(zones, 3 * Hour)}),
-        ElementsAre(0, 0, 1, 1, None));
+                     zoneAt(zones, Hour), zoneAt(zones, 3 * Hour), zoneAt(zones, 5 * Hour - 1)}),
+        ElementsAre(0, 0, 1, 1, 2, None));
     EXPECT_TRUE(naturalLess("9", "10") && naturalLess("A9b", "a10") && !naturalLess("10", "010"));
 }
 

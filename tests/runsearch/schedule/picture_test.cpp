@@ -14,10 +14,10 @@ namespace {
 
 constexpr int Cell = 2;
 
-/// A chart in rows too low for single bars.
 struct Looked {
-    Looked(unsigned seed, double rowHeight, Order order)
-        : plan(randomDay(seed, 400)), chart(layOut(plan, {.order = order})) {
+    Looked(unsigned seed, double rowHeight, Order order, int runs = 400)
+        : plan(randomDay(seed, runs)),
+          chart(layOut(plan, {.order = order, .tightUnder = 2 * Hour})) {
         frame.plan = &plan;
         frame.chart = &chart;
         frame.colours = &coloursOfPaper();
@@ -27,12 +27,12 @@ struct Looked {
         frame.scale = TimeScale::fitting(chart.from + 2 * Hour, chart.until - Hour, 500);
         frame.top = 2.5 * rowHeight;
     }
-    [[nodiscard]] QImage painted(const std::vector<bool>* faded = nullptr) {
+    template <class Paint, class... More>
+    [[nodiscard]] QImage painted(Paint paint, const More&... more) const {
         QImage image(700, 200, QImage::Format_RGB32);
         image.fill(Qt::magenta);
-        frame.faded = faded;
         QPainter painter(&image);
-        paintCells(painter, frame);
+        paint(painter, frame, more...);
         return image;
     }
     /// What looking at each bar says of a cell: nothing, a bar, or one that overlaps another.
@@ -68,9 +68,10 @@ TEST(Picture, PaintsTheCellsThatLookingAtEachBarFinds) {
     for (const double height : {0.3, 1.0, 3.0}) {
         for (const auto order : {Order::ByRoute, Order::BySchool}) {
             Looked looked(7, height, order);
-            const auto image = looked.painted();
+            const auto image = looked.painted(paintCells);
             const std::vector<bool> all(looked.plan.runs.size(), true);
-            const auto empty = looked.painted(&all);
+            looked.frame.faded = &all;
+            const auto empty = looked.painted(paintCells);
             const auto corner = looked.frame.plot.topLeft().toPoint();
             for (int column = 0; column < 240; ++column) {
                 for (int line = 0; line < 40; ++line) {
@@ -84,6 +85,26 @@ TEST(Picture, PaintsTheCellsThatLookingAtEachBarFinds) {
             }
         }
     }
+}
+
+TEST(Picture, MarksWhatIsLeftOfATightChange) {
+    Looked looked(5, 26, Order::ByRoute, 60);
+    const auto amber = looked.frame.colours->amber.rgb();
+    int marked = 0;
+    for (int number = 0; number < static_cast<int>(looked.chart.rows.size()); ++number) {
+        const auto& row = looked.chart.rows[static_cast<std::size_t>(number)];
+        looked.frame.top = number * looked.frame.rowHeight;
+        const auto image = looked.painted(paintTroubles, row, number);
+        for (const auto& bar : looked.chart.barsOf(row)) {
+            const QPoint at(qRound(looked.frame.x(bar.change.arrives) + 0.5),
+                            qRound(looked.frame.rectOf(bar).center().y()));
+            if (looked.chart.troubleOf(bar) == Trouble::Tight && looked.frame.plot.contains(at)) {
+                EXPECT_EQ(image.pixel(at), amber) << bar.run;
+                ++marked;
+            }
+        }
+    }
+    EXPECT_GT(marked, 0);
 }
 
 TEST(Picture, PaintsTheGreatestNumberOfEachPixelOfACurve) {

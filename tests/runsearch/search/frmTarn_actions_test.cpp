@@ -1,8 +1,10 @@
 #include <QMenu>
 #include <QTest>
 
+#include "platform/store/open/open.h"
 #include "startup/forms/changewatch.h"
 #include "support/runbuilder.h"
+#include "support/storewatch.h"
 #include "tarnform.h"
 
 namespace runsearch {
@@ -77,7 +79,15 @@ TEST_F(ActionsTest, DeletesTheChosenRunOnceConfirmed) {
     EXPECT_EQ(lastTitle(), "Do Not Have Authority");
     startup::gSecurityOn = false;
     answer(base::MsgAnswer::Yes);
+    const auto other = store::open(district.path(data::DatabaseFile::Routing), 1);
+    support::StoreWatch::before = [&](std::string_view statement) {
+        if (statement.starts_with("DELETE") && !statement.ends_with("WHERE 0")) {
+            EXPECT_THROW(other->execute("INSERT INTO STOP_TRIPTYPE(RUN) VALUES ('103-PM')"),
+                         store::StoreError);
+        }
+    };
     click("Delete");
+    support::StoreWatch::before = {};
     EXPECT_EQ(lastText(),
               "Are you sure you want to remove this run?\n\n103-PM\nSchool ASH, trip type PM");
     EXPECT_EQ(text("TotSel"), "3");

@@ -164,6 +164,19 @@ TEST(SuggestOrder, LeavesATurnPointBeforeTheStopThatItLedTo) {
     }
 }
 
+TEST(SuggestOrder, NamesAStopWithoutAPlaceOnAnyStreets) {
+    City city(12, 5);
+    for (const auto& network : {graphNetwork(city.map(), {}), gridNetwork({})}) {
+        auto run = randomRun(city, 6, true);
+        run.stops[2].passed = true;
+        run.stops[3].placed = false;
+        const auto unserved = suggestOrder(*network, run, endsOf(run), {}).unserved;
+        EXPECT_TRUE(std::ranges::any_of(unserved, [](const Unserved& one) {
+            return one.stop == 3 && one.why == Unserved::Why::NoPlace;
+        }));
+    }
+}
+
 TEST(SuggestOrder, ImprovesManyStopsAndKeepsSchoolAndTurnPoint) {
     City city(14, 3);
     const auto network = graphNetwork(city.map(), {});

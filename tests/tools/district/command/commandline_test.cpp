@@ -177,6 +177,13 @@ TEST(CommandLine, RunsComeBackFromAFeedWithTheirTimes) {
     const std::string other = folder.path() + "other";
     ASSERT_EQ(run({"export", made.folder(), zip, "--gtfs", "--centre", "41,-87"}).status,
               ExitStatus::Done);
+    const auto monday = [&](const char* until) {
+        return run({"export", made.folder(), folder.path() + "day.zip", "--gtfs", "--centre",
+                    "41,-87", "--from", "2026-08-24", "--until", until})
+            .complaints;
+    };
+    EXPECT_EQ(monday("2026-08-24"), "");
+    EXPECT_THAT(monday("2026-08-23"), testing::StartsWith("--until is a day before --from."));
     ASSERT_EQ(run({"create", "--empty", other}, "secret one\n").status, ExitStatus::Done);
     const Outcome undecided = run({"import", other, zip, "--apply"});
     EXPECT_EQ(undecided.status, ExitStatus::Failed);

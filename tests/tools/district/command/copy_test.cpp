@@ -89,6 +89,10 @@ TEST(Copy, MovesADistrictToAServerAndBack) {
     EXPECT_EQ(told({"check", desktop}).status, ExitStatus::Done) << told({"check", desktop}).text;
     EXPECT_THAT(told({"connect", desktop + "2", server->newPlace()}).text,
                 HasSubstr("was not found"));
+    // A date that no program of ours has written.
+    made.execute(data::DatabaseFile::Routing, "UPDATE RUN SET ENDTIME = '1899-12-30 07:00:00.4'");
+    EXPECT_THAT(told({"copy", made.folder(), server->newPlace()}).text,
+                HasSubstr("The copy of routing.mdb is not like the original: "));
 }
 
 // As the page for administrators says: the owner makes the district, a planner's role works in it.

@@ -53,6 +53,10 @@ TEST(Create, TheSettingsNameTheFolderWhereItEndsUp) {
                                   "MAPSoftware=ArcView3.2\n\n[District]\n"
                                   "Streets=grid 1320 29.3333\n"));
     EXPECT_TRUE(fs::is_directory(root + "/data/RouteRpts"));
+    EXPECT_EQ(made.number("SELECT COUNT(*) FROM StartEnd WHERE StartorEnd = 'End' AND Pickup = 1 "
+                          "AND UpdateMap = 1 AND VehCapacity = 0"),
+              1)
+        << "what the map reads before the first run is handed over";
 }
 
 TEST(Create, RefusesAFolderThatHoldsSomething) {

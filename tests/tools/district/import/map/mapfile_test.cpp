@@ -68,19 +68,21 @@ TEST(MapFile, SaysWhichLineIsWrong) {
 }
 
 TEST(Binding, FindsColumnsByTheNamesThatOtherSystemsUse) {
-    std::istringstream file("sourcedId,Given Name,familyName,School_id,HOME-PHONE,Grade\n");
+    std::istringstream file("sourcedId,Given Name,familyName,School_id,HOME-PHONE,Grade,Adress\n");
     CsvReader reader(file, {});
     reader.next();
     const FileKind& kind = *kindNamed("Students");
     const Binding binding(kind, &reader.record(), nullptr);
     EXPECT_THAT(binding.missing(), testing::IsEmpty());
-    EXPECT_THAT(binding.unused(), testing::ElementsAre("Grade"));
+    EXPECT_THAT(binding.unused(), testing::ElementsAre("Grade", "Adress"));
     EXPECT_EQ(binding.sourceName("first_name"), "Given Name");
     EXPECT_EQ(binding.sourceName("phone"), "HOME-PHONE");
     EXPECT_EQ(&likeliestKind(reader.record()), &kind);
     // A sketch is a map, and says the same.
-    const auto sketched = readMap(sketchMap("x.csv", kind, reader.record()));
-    EXPECT_EQ(sketched.front().fields.at("last_name").column, "familyName");
+    const auto sketch = sketchMap("x.csv", kind, reader.record());
+    EXPECT_EQ(readMap(sketch).front().fields.at("last_name").column, "familyName");
+    EXPECT_THAT(sketch, testing::AllOf(testing::HasSubstr("\naddress = Adress\n"),
+                                       testing::HasSubstr("\n# left out: Grade\n")));
 }
 
 }  // namespace tools::district
