@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/ado/plan.h"
+#include "platform/base/notcopied.h"
 
 namespace ado {
 
@@ -17,14 +18,11 @@ struct BoundStatement {
 };
 
 /// Reads whose rows were fetched before anybody asked for them. Each is handed out once.
-class ReadsAhead {
+class ReadsAhead : private base::NotCopied {
 public:
     using Ticket = std::uint64_t;
 
-    ReadsAhead() = default;
     ~ReadsAhead() { clear(); }
-    ReadsAhead(const ReadsAhead&) = delete;
-    ReadsAhead& operator=(const ReadsAhead&) = delete;
 
     [[nodiscard]] Ticket newTicket() { return ++tickets_; }
     /// `outlivesWrites` where nothing that is written concerns it.

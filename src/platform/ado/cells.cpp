@@ -1,6 +1,5 @@
 #include "platform/ado/cells.h"
 
-#include "platform/base/error.h"
 #include "platform/base/text.h"
 #include "platform/jet/functions.h"
 #include "platform/store/base/cellvalue.h"

@@ -3,6 +3,7 @@
 #include "platform/ado/command.h"
 #include "platform/ado/session.h"
 #include "platform/base/error.h"
+#include "platform/base/notcopied.h"
 #include "platform/store/open/open.h"
 
 namespace ado {
@@ -17,7 +18,7 @@ Session& openSession(const std::shared_ptr<Session>& session) {
 }
 
 /// Another time-out for locks while it lives.
-class LockTimeout {
+class LockTimeout : private base::NotCopied {
 public:
     LockTimeout(Connection& connection, int milliseconds) : connection_(connection) {
         openSession(connection_.session()).database().setLockTimeout(milliseconds);
@@ -27,8 +28,6 @@ public:
             connection_.session()->database().setLockTimeout(store::LockTimeoutMs);
         }
     }
-    LockTimeout(const LockTimeout&) = delete;
-    LockTimeout& operator=(const LockTimeout&) = delete;
 
 private:
     Connection& connection_;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/ado/enums.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/ports.h"
 #include "platform/store/base/database.h"
 
@@ -16,12 +17,10 @@ namespace ado {
 class Session;  // the open database, its statement cache and its open cursors
 
 /// One connection to one database file. Statements are of the Jet dialect.
-class Connection {
+class Connection : private base::NotCopied {
 public:
     Connection();
     ~Connection();
-    Connection(const Connection&) = delete;
-    Connection& operator=(const Connection&) = delete;
 
     void Provider(const std::string& name) { provider_ = name; }
     [[nodiscard]] const std::string& Provider() const { return provider_; }
@@ -72,7 +71,7 @@ private:
 /// once. While this lives, the first recordset that is opened with exactly one of the texts has the
 /// rows that came then; without it, or from a file, it asks by itself. Raises nothing that opening
 /// the recordset would not raise.
-class ReadAhead {
+class ReadAhead : private base::NotCopied {
 public:
     enum class Until {
         Write,  ///< what is not opened before the connection writes is asked for anew
@@ -81,8 +80,6 @@ public:
     ReadAhead(Connection& connection, const std::vector<std::string>& statements,
               Until until = Until::Write);
     ~ReadAhead();
-    ReadAhead(const ReadAhead&) = delete;
-    ReadAhead& operator=(const ReadAhead&) = delete;
 
 private:
     std::weak_ptr<Session> session_;
@@ -102,12 +99,10 @@ struct UnitPlan {
 /// Brackets one unit of work: begins in its constructor, commits in its destructor whatever
 /// happened inside (a fault keeps what the unit had written; only a killed program rolls it back).
 /// Inside another transaction it is part of that one. Closing the connection commits it, too.
-class CommitOnExit {
+class CommitOnExit : private base::NotCopied {
 public:
     explicit CommitOnExit(Connection& connection, const UnitPlan& plan = {});
     ~CommitOnExit();
-    CommitOnExit(const CommitOnExit&) = delete;
-    CommitOnExit& operator=(const CommitOnExit&) = delete;
     /// Commits now and raises what the commit raises.
     void commit();
 
@@ -120,12 +115,10 @@ private:
 /// Brackets an operation on many rows of one connection: while it lives, commits are quick and
 /// survive a crash of the program only; its end puts everything on the disk. Not inside a
 /// transaction.
-class GroupWork {
+class GroupWork : private base::NotCopied {
 public:
     explicit GroupWork(Connection& connection);
     ~GroupWork();
-    GroupWork(const GroupWork&) = delete;
-    GroupWork& operator=(const GroupWork&) = delete;
 
     /// Does one unit of work, which writes together. Another program's group operation leaves the
     /// file free for moments only: where it is locked for longer than a short turn, nothing of the

@@ -7,19 +7,18 @@
 
 #include "platform/ado/cells.h"
 #include "platform/ado/session.h"
+#include "platform/base/notcopied.h"
 
 namespace ado {
 
 /// A place among the rows of one result, which are read as they are needed. Going forward only, the
 /// current row is the statement's own and nothing is copied; otherwise, and once drained, rows are
 /// kept in memory. Rows added through it stand at the end.
-class Cursor {
+class Cursor : private base::NotCopied {
 public:
     /// Stands on the first row. `keepRows` allows going back.
     Cursor(BoundStatement bound, bool keepRows);
     ~Cursor();
-    Cursor(const Cursor&) = delete;
-    Cursor& operator=(const Cursor&) = delete;
 
     [[nodiscard]] const Plan& plan() const { return *plan_; }
 

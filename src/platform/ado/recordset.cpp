@@ -113,6 +113,11 @@ struct Recordset::State_ final : OpenRecordset {
 
 Recordset::Recordset() = default;
 
+Recordset::Recordset(std::string_view source, Connection& connection, CursorType cursor,
+                     LockType lock) {
+    Open(source, connection, cursor, lock);
+}
+
 Recordset::~Recordset() = default;
 
 Recordset::State_& Recordset::open() const {
@@ -123,7 +128,7 @@ Recordset::State_& Recordset::open() const {
 }
 
 void Recordset::Open(std::string_view source, Connection& connection, CursorType cursor,
-                     LockType lock, int) {
+                     LockType lock) {
     if (state_ != nullptr) {
         throw base::RunTimeError(errors::ObjectOpen, "The recordset is open already.");
     }

@@ -4,9 +4,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "platform/ado/connection.h"
 #include "platform/ado/enums.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/value.h"
 
 namespace ado {
@@ -45,18 +48,18 @@ private:
 /// allows it; writes go by row key and only where every fetched column still holds what was
 /// fetched. A change not yet written is written when the record is left. What this recordset has
 /// written shows in all its rows.
-class Recordset {
+class Recordset : private base::NotCopied {
 public:
-    Recordset();
+    Recordset();  ///< closed
+    /// Opened, see Open.
+    Recordset(std::string_view source, Connection& connection,
+              CursorType cursor = CursorType::ForwardOnly, LockType lock = LockType::Optimistic);
     ~Recordset();
-    Recordset(const Recordset&) = delete;
-    Recordset& operator=(const Recordset&) = delete;
 
     /// Stands on the first row. Raises jet::SqlError, store::StoreError, SelectNotExecutable,
     /// ObjectOpen, ObjectClosed (the connection).
     void Open(std::string_view source, Connection& connection,
-              CursorType cursor = CursorType::ForwardOnly, LockType lock = LockType::Optimistic,
-              int options = -1);
+              CursorType cursor = CursorType::ForwardOnly, LockType lock = LockType::Optimistic);
     void Close();
     [[nodiscard]] ObjectState State() const;
 
@@ -96,5 +99,15 @@ private:
     [[nodiscard]] State_& open() const;
     std::unique_ptr<State_> state_;
 };
+
+/// What `of` makes of each row of a question, in its order.
+template <class Of>
+[[nodiscard]] auto readAll(std::string_view source, Connection& connection, Of of) {
+    std::vector<std::invoke_result_t<Of&, Recordset&>> all;
+    for (Recordset rows(source, connection); !rows.Eof(); rows.MoveNext()) {
+        all.push_back(of(rows));
+    }
+    return all;
+}
 
 }  // namespace ado

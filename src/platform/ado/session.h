@@ -10,6 +10,7 @@
 #include "platform/ado/plan.h"
 #include "platform/ado/putoff.h"
 #include "platform/ado/raisedby.h"
+#include "platform/base/notcopied.h"
 #include "platform/store/base/database.h"
 
 namespace ado {
@@ -26,12 +27,10 @@ public:
 
 /// The open database of a connection, its plans and its recordsets. A half-read statement would
 /// make the next write fail or never end, so every write goes through beforeWrite().
-class Session {
+class Session : private base::NotCopied {
 public:
     explicit Session(std::unique_ptr<store::Database> database);
     ~Session();
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
 
     [[nodiscard]] store::Database& database() { return *database_; }
 
@@ -97,12 +96,10 @@ private:
 };
 
 /// Several writes that are made together or not at all.
-class RollbackUnlessKept {
+class RollbackUnlessKept : private base::NotCopied {
 public:
     explicit RollbackUnlessKept(Session& session) : session_(session) { session_.begin(); }
     ~RollbackUnlessKept();
-    RollbackUnlessKept(const RollbackUnlessKept&) = delete;
-    RollbackUnlessKept& operator=(const RollbackUnlessKept&) = delete;
     void keep();
 
 private:

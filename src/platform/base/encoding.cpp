@@ -6,18 +6,17 @@
 
 #include <iconv.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 
 namespace base {
 
 namespace {
 
-class Converter {
+class Converter : private base::NotCopied {
 public:
     Converter(const char* from, const char* to) : handle_(::iconv_open(to, from)) {}
     ~Converter() { ::iconv_close(handle_); }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
 
     /// Appends what it can convert and takes it from the text; false where it came to a character
     /// that it cannot.

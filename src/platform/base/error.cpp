@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/lookup.h"
 #include "platform/base/text.h"
 
 namespace base {
@@ -18,32 +19,20 @@ void RunTimeError::raisedBy(std::string_view statement) {
 }
 
 void raise(int number) {
-    switch (number) {
-        case errors::InvalidProcedureCall:
-            throw RunTimeError(number, "Invalid procedure call or argument");
-        case errors::Overflow:
-            throw RunTimeError(number, "Overflow");
-        case errors::OutOfMemory:
-            throw RunTimeError(number, "Out of memory");
-        case errors::SubscriptOutOfRange:
-            throw RunTimeError(number, "Subscript out of range");
-        case errors::TypeMismatch:
-            throw RunTimeError(number, "Type mismatch");
-        case errors::InternalError:
-            throw RunTimeError(number, "Internal error");
-        case errors::FileNotFound:
-            throw RunTimeError(number, "File not found");
-        case errors::PermissionDenied:
-            throw RunTimeError(number, "Permission denied");
-        case errors::PathFileAccess:
-            throw RunTimeError(number, "Path/File access error");
-        case errors::ObjectNotSet:
-            throw RunTimeError(number, "Object variable or With block variable not set");
-        case errors::InvalidUseOfNull:
-            throw RunTimeError(number, "Invalid use of Null");
-        default:
-            throw RunTimeError(number, "Application-defined or object-defined error");
-    }
+    static constexpr std::pair<int, const char*> Texts[] = {
+        {errors::InvalidProcedureCall, "Invalid procedure call or argument"},
+        {errors::Overflow, "Overflow"},
+        {errors::OutOfMemory, "Out of memory"},
+        {errors::SubscriptOutOfRange, "Subscript out of range"},
+        {errors::TypeMismatch, "Type mismatch"},
+        {errors::InternalError, "Internal error"},
+        {errors::FileNotFound, "File not found"},
+        {errors::PermissionDenied, "Permission denied"},
+        {errors::PathFileAccess, "Path/File access error"},
+        {errors::ObjectNotSet, "Object variable or With block variable not set"},
+        {errors::InvalidUseOfNull, "Invalid use of Null"}};
+    throw RunTimeError(number,
+                       lookUp(Texts, number, "Application-defined or object-defined error"));
 }
 
 }  // namespace base

@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "platform/base/date.h"
+#include "platform/base/notcopied.h"
 
 namespace base {
 
@@ -63,12 +63,9 @@ public:
 };
 
 /// Tells the user what the program waits for; gone when the wait is over. See Wait.
-class WaitBox {
+class WaitBox : private base::NotCopied {
 public:
-    WaitBox() = default;
     virtual ~WaitBox() = default;
-    WaitBox(const WaitBox&) = delete;
-    WaitBox& operator=(const WaitBox&) = delete;
     /// Handles what the user did; false once they have given up.
     virtual bool goesOn() = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -38,6 +39,18 @@ namespace base {
 
 /// At most `count` characters from the left; a character of several bytes is never cut apart.
 [[nodiscard]] std::string_view firstCharacters(std::string_view text, std::size_t count);
+
+/// What `textOf` says of each item, one behind the other and `between` between them.
+template <class Items, class TextOf = std::identity>
+[[nodiscard]] std::string joined(const Items& items, std::string_view between, TextOf textOf = {}) {
+    std::string all;
+    std::string_view separator;
+    for (const auto& item : items) {
+        all.append(separator).append(std::invoke(textOf, item));
+        separator = between;
+    }
+    return all;
+}
 
 /// The leading number of a text ("12ab" is 12, "x" is 0), leading blanks ignored.
 [[nodiscard]] double leadingNumber(std::string_view text);

@@ -18,11 +18,7 @@ bool Wait::goesOn() {
     return true;
 }
 
-namespace {
-
 constexpr std::chrono::milliseconds Held{40};
-
-}  // namespace
 
 bool Work::goesOn() {
     constexpr std::chrono::milliseconds Silent{300};

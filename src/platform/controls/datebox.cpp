@@ -48,7 +48,7 @@ QDate qtDay(const base::Date& day) {
 
 }  // namespace
 
-DateBox::DateBox(QWidget* parent) : QLineEdit(parent) {
+DateBox::DateBox(QWidget* parent) : TidyBox(parent) {
     setPlaceholderText(QStringLiteral("m/d/yyyy"));
     setMaxLength(40);
     QAction* sign =
@@ -98,13 +98,6 @@ void DateBox::take(QDate day) {
     setFocus();
 }
 
-void DateBox::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::PopupFocusReason) {
-        tidy();
-    }
-    QLineEdit::focusOutEvent(event);
-}
-
 void DateBox::keyPressEvent(QKeyEvent* event) {
     const bool opens = event->key() == Qt::Key_F4 ||
                        (event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier);
@@ -112,10 +105,7 @@ void DateBox::keyPressEvent(QKeyEvent* event) {
         openCalendar();
         return;
     }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        tidy();
-    }
-    QLineEdit::keyPressEvent(event);
+    TidyBox::keyPressEvent(event);
 }
 
 }  // namespace controls

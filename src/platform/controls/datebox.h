@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QLineEdit>
+#include "platform/controls/tidybox.h"
 
 class QCalendarWidget;
 
@@ -9,20 +9,19 @@ namespace controls {
 /// A box for a day. Anything may be typed; on leaving or Enter a day is tidied ("1/5/26" becomes
 /// "1/5/2026"), any other text stays for the form to refuse. Empty is "". F4, Alt+Down or a click
 /// on the sign at its end opens a calendar to choose from.
-class DateBox : public QLineEdit {
+class DateBox : public TidyBox {
     Q_OBJECT
 
 public:
     explicit DateBox(QWidget* parent = nullptr);
 
-    void tidy();
+    void tidy() override;
     void openCalendar();
 
     /// Wide enough for every day, however large the font.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
-    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

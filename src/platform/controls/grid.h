@@ -3,7 +3,6 @@
 #include <QFrame>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/controls/gridmodel.h"

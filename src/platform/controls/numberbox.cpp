@@ -32,7 +32,7 @@ double rounded(double number, int decimals) {
 
 }  // namespace
 
-NumberBox::NumberBox(QWidget* parent) : QLineEdit(parent) {
+NumberBox::NumberBox(QWidget* parent) : TidyBox(parent) {
     setAlignment(Qt::AlignRight);
     setMaxLength(20);
 }
@@ -77,22 +77,12 @@ void NumberBox::count(double step) {
     setNumber(std::clamp(number().value_or(0) + step, minimum_, maximum_));
 }
 
-void NumberBox::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::PopupFocusReason) {
-        tidy();
-    }
-    QLineEdit::focusOutEvent(event);
-}
-
 void NumberBox::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
         count(event->key() == Qt::Key_Up ? 1 : -1);
         return;
     }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        tidy();
-    }
-    QLineEdit::keyPressEvent(event);
+    TidyBox::keyPressEvent(event);
 }
 
 }  // namespace controls

@@ -1,14 +1,15 @@
 #pragma once
 
-#include <QLineEdit>
 #include <optional>
+
+#include "platform/controls/tidybox.h"
 
 namespace controls {
 
 /// A box for a number with a decimal point. Anything may be typed; on leaving or Enter a number is
 /// tidied (" 07.50" becomes "7.5") and rounded to the digits that the box has, any other text stays
 /// for the form to refuse. The up and down keys count by one within the range.
-class NumberBox : public QLineEdit {
+class NumberBox : public TidyBox {
     Q_OBJECT
     /// Digits behind the point; 0 from the start, which takes whole numbers only and rounds none.
     Q_PROPERTY(int decimals READ decimals WRITE setDecimals)
@@ -24,7 +25,7 @@ public:
     /// Without padding or trailing zeros.
     void setNumber(double number);
     [[nodiscard]] bool isBlank() const;
-    void tidy();
+    void tidy() override;
 
     [[nodiscard]] int decimals() const { return decimals_; }
     void setDecimals(int decimals) { decimals_ = decimals; }
@@ -34,7 +35,6 @@ public:
     void setMaximum(double maximum) { maximum_ = maximum; }
 
 protected:
-    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -7,11 +7,7 @@
 
 namespace controls {
 
-namespace {
-
 constexpr int WidestInLetters = 52;
-
-}  // namespace
 
 RefusalNote::RefusalNote(QWidget& field, const QString& sentence)
     : NoteBox(field.window()), field_(&field), describedBefore_(field.accessibleDescription()) {

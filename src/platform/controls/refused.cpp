@@ -8,11 +8,7 @@
 
 namespace controls {
 
-namespace {
-
 constexpr auto Refused = "refused";
-
-}  // namespace
 
 void showRefused(QWidget& control, bool refused, const QString& sentence) {
     delete RefusalNote::of(control);

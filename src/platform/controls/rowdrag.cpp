@@ -11,12 +11,8 @@
 
 namespace controls {
 
-namespace {
-
 constexpr int LineHeight = 3;
 constexpr int ScrollMilliseconds = 80;
-
-}  // namespace
 
 RowDrag::RowDrag(MultiColumnList& list, std::string column)
     : QObject(&list), list_(list), column_(std::move(column)), line_(new QWidget(list.viewport())) {

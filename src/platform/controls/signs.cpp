@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <map>
 #include <vector>
+
+#include "platform/base/lookup.h"
 
 namespace controls {
 
@@ -59,34 +62,20 @@ Strokes dots() {
     return strokes;
 }
 
-Drawing drawingOf(Sign sign) {
-    switch (sign) {
-        case Sign::Up:
-            return {Arrow};
-        case Sign::Right:
-            return {Arrow, 90};
-        case Sign::Down:
-            return {Arrow, 180};
-        case Sign::Left:
-            return {Arrow, 270};
-        case Sign::ToTop:
-            return {ArrowToBar};
-        case Sign::ToBottom:
-            return {ArrowToBar, 180};
-        case Sign::NoPlace:
-            return {crossedCircle()};
-        case Sign::Grip:
-            return {dots()};
-        case Sign::Warning:
-            return {Triangle};
-        case Sign::Unlike:
-            return {NotEqual};
-        case Sign::Tick:
-            return {Check};
-        case Sign::Calendar:
-            break;
-    }
-    return {Sheet, 0, 1.2};
+const Drawing& drawingOf(Sign sign) {
+    static const std::map<Sign, Drawing> Drawings{{Sign::Up, {Arrow}},
+                                                  {Sign::Right, {Arrow, 90}},
+                                                  {Sign::Down, {Arrow, 180}},
+                                                  {Sign::Left, {Arrow, 270}},
+                                                  {Sign::ToTop, {ArrowToBar}},
+                                                  {Sign::ToBottom, {ArrowToBar, 180}},
+                                                  {Sign::NoPlace, {crossedCircle()}},
+                                                  {Sign::Grip, {dots()}},
+                                                  {Sign::Warning, {Triangle}},
+                                                  {Sign::Unlike, {NotEqual}},
+                                                  {Sign::Tick, {Check}},
+                                                  {Sign::Calendar, {Sheet, 0, 1.2}}};
+    return Drawings.at(sign);
 }
 
 /// A rounded area of the bus, on a square of 64 units.
@@ -183,18 +172,12 @@ QPixmap markFor(Sign sign, const QColor& ink, int lineHeight) {
 }
 
 QString wordFor(Sign sign) {
-    switch (sign) {
-        case Sign::Warning:
-            return QStringLiteral("warning");
-        case Sign::NoPlace:
-            return QStringLiteral("no place on the map");
-        case Sign::Unlike:
-            return QStringLiteral("not the same");
-        case Sign::Tick:
-            return QStringLiteral("fine");
-        default:
-            return {};
-    }
+    static const std::pair<Sign, QString> Words[] = {
+        {Sign::Warning, QStringLiteral("warning")},
+        {Sign::NoPlace, QStringLiteral("no place on the map")},
+        {Sign::Unlike, QStringLiteral("not the same")},
+        {Sign::Tick, QStringLiteral("fine")}};
+    return base::lookUp(Words, sign, {});
 }
 
 QIcon programIcon() {

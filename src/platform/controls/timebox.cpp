@@ -1,14 +1,12 @@
 #include "platform/controls/timebox.h"
 
-#include <QKeyEvent>
-
 #include "platform/base/timetext.h"
 #include "platform/controls/boxwidth.h"
 #include "platform/controls/qtext.h"
 
 namespace controls {
 
-TimeBox::TimeBox(QWidget* parent) : QLineEdit(parent) {
+TimeBox::TimeBox(QWidget* parent) : TidyBox(parent) {
     setPlaceholderText(QStringLiteral("hh:mm AM"));
     setMaxLength(40);
 }
@@ -28,20 +26,6 @@ void TimeBox::tidy() {
     if (tidy != text()) {
         setText(tidy);
     }
-}
-
-void TimeBox::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::PopupFocusReason) {
-        tidy();
-    }
-    QLineEdit::focusOutEvent(event);
-}
-
-void TimeBox::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        tidy();
-    }
-    QLineEdit::keyPressEvent(event);
 }
 
 }  // namespace controls

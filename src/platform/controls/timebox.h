@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QLineEdit>
 #include <string>
+
+#include "platform/controls/tidybox.h"
 
 namespace controls {
 
 /// A box for a time of day. Anything may be typed; on leaving or Enter a time is tidied ("7:5 am"
 /// becomes "07:05 AM"), any other text stays for the form to refuse. Empty is "".
-class TimeBox : public QLineEdit {
+class TimeBox : public TidyBox {
     Q_OBJECT
 
 public:
@@ -15,15 +16,11 @@ public:
 
     /// The text as it would be after leaving.
     [[nodiscard]] std::string tidied() const;
-    void tidy();
+    void tidy() override;
 
     /// Wide enough for every time, however large the font.
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
-
-protected:
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace controls

@@ -4,17 +4,17 @@
 
 #include <shapefil.h>
 
+#include "platform/base/notcopied.h"
+
 namespace dbf {
 
 /// The one file that the table library sees while this lives: bytes in memory, so that writing to
 /// the disk, and failing at it, is the caller's. Any other name (a code page beside the table) is
 /// not there. One at a time in a thread.
-class MemoryFile {
+class MemoryFile : private base::NotCopied {
 public:
     explicit MemoryFile(std::string contents = {});
     ~MemoryFile();
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
 
     static constexpr const char* Name = "table.dbf";
 

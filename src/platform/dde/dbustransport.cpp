@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/ports.h"
 #include "platform/base/wait.h"
 
@@ -36,7 +37,7 @@ bool isReply(const QDBusMessage& message) { return message.type() == QDBusMessag
 
 /// A connection of its own to the bus, so that a bus that went away is not remembered. It greets
 /// the bus itself: the library's own greeting waits for a bus that hangs.
-class Bus {
+class Bus : private base::NotCopied {
 public:
     explicit Bus(const std::string& address)
         : name_(QStringLiteral("vireo-dde-%1").arg(++count)),
@@ -45,8 +46,6 @@ public:
                    isReply(call(question("Hello"), DBusTransport::BusTimeOut));
     }
     ~Bus() { QDBusConnection::disconnectFromPeer(name_); }
-    Bus(const Bus&) = delete;
-    Bus& operator=(const Bus&) = delete;
 
     [[nodiscard]] bool isUp() const { return greeted_ && connection_.isConnected(); }
 

@@ -3,6 +3,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/base/notcopied.h"
+
 /// Conversations with another program of the desktop, which is sent texts to carry out.
 namespace dde {
 
@@ -16,25 +18,20 @@ inline constexpr int GivenUp = 287;  ///< the user did not want to wait any long
 }  // namespace errors
 
 /// One conversation, for as long as it lives.
-class Conversation {
+class Conversation : private base::NotCopied {
 public:
-    Conversation() = default;
     virtual ~Conversation() = default;
-    Conversation(const Conversation&) = delete;
-    Conversation& operator=(const Conversation&) = delete;
 
     /// Sends a text to be carried out and waits until the other side says that it took it; forms
-    /// repaint meanwhile, and the user may give up. Raises one of `errors`, each with a text for the user.
+    /// repaint meanwhile, and the user may give up. Raises one of `errors`, each with a text for
+    /// the user.
     virtual void Execute(const std::string& command) = 0;
 };
 
 /// How conversations are held; replaceable.
-class Transport {
+class Transport : private base::NotCopied {
 public:
-    Transport() = default;
     virtual ~Transport() = default;
-    Transport(const Transport&) = delete;
-    Transport& operator=(const Transport&) = delete;
 
     /// Begins a conversation with a service ("ArcView") on a topic ("System"). Raises NoBus,
     /// NobodyThere.

@@ -9,11 +9,7 @@
 
 namespace files {
 
-namespace {
-
 constexpr std::size_t Block = 1U << 16U;
-
-}  // namespace
 
 Draft::Draft(const std::string& target) : target_(target), path_(target) {
     path_.insert(nameIn(path_), ".");

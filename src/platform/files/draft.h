@@ -3,18 +3,18 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/notcopied.h"
+
 namespace files {
 
 /// A file that is written beside its place and gets its name when it is whole: nobody reads half of
 /// it, and what stood there stays until then. Gone with this unless it was put there. Whoever its
 /// folder lets in may read and write it. Each raises "Path/File access error" (75) with the
 /// system's reason.
-class Draft {
+class Draft : private base::NotCopied {
 public:
     explicit Draft(const std::string& target);
     ~Draft();
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
 
     /// Where it is written, for what opens a file by its name. Not beside write().
     [[nodiscard]] const std::string& path() const { return path_; }

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "platform/base/error.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/ports.h"
 #include "platform/files/files.h"
 
@@ -46,7 +47,7 @@ bool isStillAt(int handle, const std::string& path) {
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-class Opened {
+class Opened : private base::NotCopied {
 public:
     explicit Opened(int handle) : handle_(handle) {}
     ~Opened() {
@@ -54,8 +55,6 @@ public:
             ::close(handle_);
         }
     }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
     [[nodiscard]] bool isOpen() const { return handle_ >= 0; }
     [[nodiscard]] int handle() const { return handle_; }
     /// The descriptor, for the caller to close.

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/notcopied.h"
+
 /// Files that are shared with programs to which "Runs.txt" and "runs.txt" are the same: a file is
 /// written under the name given, and looked for without regard to the case of its name. Folders are
 /// taken as they are written.
@@ -47,12 +49,10 @@ bool removeUnheld(const std::string& path);
 
 /// Says to other programs, while it lives, that a file is being worked with. Raises "File not
 /// found" (53).
-class Hold {
+class Hold : private base::NotCopied {
 public:
     explicit Hold(const std::string& path);
     ~Hold();
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
 
 private:
     int handle_;
@@ -60,14 +60,12 @@ private:
 
 /// Keeps other programs that ask for it, of any account, out of a folder while it lives. It leaves
 /// no file, and the system lifts it however the program ends.
-class FolderLock {
+class FolderLock : private base::NotCopied {
 public:
     /// Waits that long for another program, while forms repaint. Raises "Path/File access error"
     /// (75) where that one does not come to its end, and without such a folder.
     FolderLock(const std::string& folder, std::chrono::milliseconds patience);
     ~FolderLock();
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
 
 private:
     int handle_;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/base/error.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/ports.h"
 
 namespace forms {
@@ -68,14 +69,12 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
 
 private:
-    class Entry {
+    class Entry : private base::NotCopied {
     public:
         explicit Entry(Application& application) : application_(application) {
             ++application_.depth_;
         }
         ~Entry() { application_.leave(); }
-        Entry(const Entry&) = delete;
-        Entry& operator=(const Entry&) = delete;
 
     private:
         Application& application_;

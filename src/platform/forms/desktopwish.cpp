@@ -15,6 +15,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/base/notcopied.h"
 #include "platform/controls/tones.h"
 
 namespace forms {
@@ -65,7 +66,7 @@ DesktopWish wishByGtk() {
 
 /// The desktop's settings as its portal tells them. The connection greets the bus itself, because
 /// the library's own greeting waits for a bus that hangs.
-class Desktop::Portal {
+class Desktop::Portal : private base::NotCopied {
 public:
     /// What the portal tells by itself reaches the listener's slot hear().
     Portal(const QString& address, QObject& listener, std::function<void()> told)
@@ -90,8 +91,6 @@ public:
         take(Contrast, asked[1]);
     }
     ~Portal() { QDBusConnection::disconnectFromPeer(ConnectionName); }
-    Portal(const Portal&) = delete;
-    Portal& operator=(const Portal&) = delete;
 
     /// Nothing where nobody answers.
     [[nodiscard]] std::optional<bool> isDark() const { return isDark_; }

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include "platform/base/lookup.h"
 #include "platform/controls/refused.h"
 #include "platform/controls/tones.h"
 
@@ -390,18 +391,14 @@ QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option,
 
 QIcon FlatStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
                               const QWidget* widget) const {
-    switch (which) {
-        case SP_MessageBoxInformation:
-            return discIcon({"#1f6fd1", "i"});
-        case SP_MessageBoxQuestion:
-            return discIcon({"#1f6fd1", "?"});
-        case SP_MessageBoxWarning:
-            return discIcon({"#d98200", "!"});
-        case SP_MessageBoxCritical:
-            return discIcon({"#c62828", "\u00d7"});
-        default:
-            return QProxyStyle::standardIcon(which, option, widget);
-    }
+    static const std::pair<StandardPixmap, BoxSign> Discs[] = {
+        {SP_MessageBoxInformation, {"#1f6fd1", "i"}},
+        {SP_MessageBoxQuestion, {"#1f6fd1", "?"}},
+        {SP_MessageBoxWarning, {"#d98200", "!"}},
+        {SP_MessageBoxCritical, {"#c62828", "\u00d7"}}};
+    const auto disc = base::lookUp(Discs, which, {});
+    return disc.colour.isValid() ? discIcon(disc)
+                                 : QProxyStyle::standardIcon(which, option, widget);
 }
 
 int FlatStyle::layoutSpacing(QSizePolicy::ControlType, QSizePolicy::ControlType,

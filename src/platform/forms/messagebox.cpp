@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/base/lookup.h"
 #include "platform/controls/qtext.h"
 #include "platform/forms/screenfit.h"
 
@@ -35,11 +36,11 @@ constexpr int DetailLines = 9;
 constexpr int RuleWidth = 3;
 
 using Standard = QDialogButtonBox::StandardButton;
-constexpr std::array Answers{std::pair{MsgAnswer::Ok, QDialogButtonBox::Ok},
-                             std::pair{MsgAnswer::Cancel, QDialogButtonBox::Cancel},
-                             std::pair{MsgAnswer::Yes, QDialogButtonBox::Yes},
-                             std::pair{MsgAnswer::No, QDialogButtonBox::No},
-                             std::pair{MsgAnswer::Retry, QDialogButtonBox::Retry}};
+constexpr std::pair<MsgAnswer, Standard> Answers[] = {{MsgAnswer::Ok, QDialogButtonBox::Ok},
+                                                      {MsgAnswer::Cancel, QDialogButtonBox::Cancel},
+                                                      {MsgAnswer::Yes, QDialogButtonBox::Yes},
+                                                      {MsgAnswer::No, QDialogButtonBox::No},
+                                                      {MsgAnswer::Retry, QDialogButtonBox::Retry}};
 
 Standard buttonOf(MsgAnswer answer) {
     return std::ranges::find(Answers, answer, [](auto pair) { return pair.first; })->second;
@@ -50,46 +51,29 @@ MsgAnswer answerOf(Standard button) {
 }
 
 QDialogButtonBox::StandardButtons shownButtons(MsgButtons buttons) {
-    switch (buttons) {
-        case MsgButtons::OkCancel:
-            return QDialogButtonBox::Ok | QDialogButtonBox::Cancel;
-        case MsgButtons::YesNo:
-            return QDialogButtonBox::Yes | QDialogButtonBox::No;
-        case MsgButtons::YesNoCancel:
-            return QDialogButtonBox::Yes | QDialogButtonBox::No | QDialogButtonBox::Cancel;
-        case MsgButtons::RetryCancel:
-            return QDialogButtonBox::Retry | QDialogButtonBox::Cancel;
-        case MsgButtons::Ok:
-            break;
-    }
-    return QDialogButtonBox::Ok;
+    using Box = QDialogButtonBox;
+    static constexpr std::pair<MsgButtons, Box::StandardButtons> Shown[] = {
+        {MsgButtons::OkCancel, Box::Ok | Box::Cancel},
+        {MsgButtons::YesNo, Box::Yes | Box::No},
+        {MsgButtons::YesNoCancel, Box::Yes | Box::No | Box::Cancel},
+        {MsgButtons::RetryCancel, Box::Retry | Box::Cancel}};
+    return base::lookUp(Shown, buttons, Box::Ok);
 }
 
 MsgAnswer answerThatChangesNothing(MsgButtons buttons) {
-    switch (buttons) {
-        case MsgButtons::Ok:
-            return MsgAnswer::Ok;
-        case MsgButtons::YesNo:
-            return MsgAnswer::No;
-        default:
-            return MsgAnswer::Cancel;
-    }
+    return buttons == MsgButtons::Ok      ? MsgAnswer::Ok
+           : buttons == MsgButtons::YesNo ? MsgAnswer::No
+                                          : MsgAnswer::Cancel;
 }
 
 QIcon iconOf(MsgIcon icon, const QStyle& style) {
-    switch (icon) {
-        case MsgIcon::Critical:
-            return style.standardIcon(QStyle::SP_MessageBoxCritical);
-        case MsgIcon::Question:
-            return style.standardIcon(QStyle::SP_MessageBoxQuestion);
-        case MsgIcon::Exclamation:
-            return style.standardIcon(QStyle::SP_MessageBoxWarning);
-        case MsgIcon::Information:
-            return style.standardIcon(QStyle::SP_MessageBoxInformation);
-        case MsgIcon::None:
-            break;
-    }
-    return {};
+    static constexpr std::pair<MsgIcon, QStyle::StandardPixmap> Icons[] = {
+        {MsgIcon::Critical, QStyle::SP_MessageBoxCritical},
+        {MsgIcon::Question, QStyle::SP_MessageBoxQuestion},
+        {MsgIcon::Exclamation, QStyle::SP_MessageBoxWarning},
+        {MsgIcon::Information, QStyle::SP_MessageBoxInformation}};
+    return icon == MsgIcon::None ? QIcon()
+                                 : style.standardIcon(base::lookUp(Icons, icon, Icons[0].second));
 }
 
 struct Parts {

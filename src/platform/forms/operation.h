@@ -5,6 +5,7 @@
 #include <QString>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/base/ports.h"
 #include "platform/forms/form.h"
 
@@ -32,12 +33,10 @@ private:
 };
 
 /// Shows the busy cursor while it lives.
-class BusyCursor {
+class BusyCursor : private base::NotCopied {
 public:
     BusyCursor();
     ~BusyCursor();
-    BusyCursor(const BusyCursor&) = delete;
-    BusyCursor& operator=(const BusyCursor&) = delete;
 };
 
 /// The part of a form that shows a long operation and stops it; a form may lack any of it.
@@ -57,12 +56,10 @@ struct OperationPanel {
 /// one that stops it, and so are the forms that could be used beside it: those it owns, and its
 /// owners unless it is modal to them. At its end everything is as before, the last status stands
 /// until the panel's timer clears it. See Form::isBusy().
-class Form::Operation : public base::ProgressPort {
+class Form::Operation : public base::ProgressPort, private base::NotCopied {
 public:
     explicit Operation(Form& form, OperationPanel panel = {});
     ~Operation() override;
-    Operation(const Operation&) = delete;
-    Operation& operator=(const Operation&) = delete;
 
     void progress(double percent) override;
     void status(const std::string& text) override;

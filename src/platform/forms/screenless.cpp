@@ -6,12 +6,8 @@
 
 namespace forms {
 
-namespace {
-
 constexpr auto Platform = "QT_QPA_PLATFORM";
 constexpr int Dpi = 96;
-
-}  // namespace
 
 ScreenlessScreen::ScreenlessScreen(QSize size) : platform_(qgetenv(Platform)) {
     if (platform_ != "offscreen" || !description_.open()) {

@@ -4,17 +4,17 @@
 #include <QSize>
 #include <QTemporaryFile>
 
+#include "platform/base/notcopied.h"
+
 namespace forms {
 
 /// Gives the toolkit's platform without a screen ("offscreen") one of that size, in pixels, where
 /// it would have a small square. It lives while the application is made; other platforms keep their
 /// screens.
-class ScreenlessScreen {
+class ScreenlessScreen : private base::NotCopied {
 public:
     explicit ScreenlessScreen(QSize size);
     ~ScreenlessScreen();
-    ScreenlessScreen(const ScreenlessScreen&) = delete;
-    ScreenlessScreen& operator=(const ScreenlessScreen&) = delete;
 
 private:
     QByteArray platform_;

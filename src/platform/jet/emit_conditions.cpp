@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "platform/base/lookup.h"
 #include "platform/jet/emitter.h"
 #include "platform/jet/kinds.h"
 #include "platform/jet/report.h"
@@ -16,20 +17,13 @@ constexpr std::size_t LongestChain = 200;
 constexpr std::string_view BlankCodes = "('', ' ')";
 
 std::string_view comparisonSign(Operator op) {
-    switch (op) {
-        case Operator::NotEqual:
-            return " <> ";
-        case Operator::Less:
-            return " < ";
-        case Operator::LessOrEqual:
-            return " <= ";
-        case Operator::Greater:
-            return " > ";
-        case Operator::GreaterOrEqual:
-            return " >= ";
-        default:
-            return " = ";
-    }
+    static constexpr std::pair<Operator, std::string_view> Signs[] = {
+        {Operator::NotEqual, " <> "},
+        {Operator::Less, " < "},
+        {Operator::LessOrEqual, " <= "},
+        {Operator::Greater, " > "},
+        {Operator::GreaterOrEqual, " >= "}};
+    return base::lookUp(Signs, op, " = ");
 }
 
 bool isEquality(Operator op) { return op == Operator::Equal || op == Operator::NotEqual; }

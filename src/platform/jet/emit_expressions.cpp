@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/base/lookup.h"
 #include "platform/jet/builtins.h"
 #include "platform/jet/emitter.h"
 #include "platform/jet/kinds.h"
@@ -13,29 +14,16 @@ namespace {
 using store::ColumnKind;
 
 std::string_view arithmeticSign(Operator op) {
-    switch (op) {
-        case Operator::Add:
-            return " + ";
-        case Operator::Subtract:
-            return " - ";
-        default:
-            return " * ";
-    }
+    return op == Operator::Add ? " + " : op == Operator::Subtract ? " - " : " * ";
 }
 
 Op templateOf(Operator op) {
-    switch (op) {
-        case Operator::Divide:
-            return Op::Divide;
-        case Operator::IntegerDivide:
-            return Op::IntegerDivide;
-        case Operator::Modulo:
-            return Op::Modulo;
-        case Operator::Power:
-            return Op::Power;
-        default:
-            return Op::Same;
-    }
+    static constexpr std::pair<Operator, Op> Templates[] = {
+        {Operator::Divide, Op::Divide},
+        {Operator::IntegerDivide, Op::IntegerDivide},
+        {Operator::Modulo, Op::Modulo},
+        {Operator::Power, Op::Power}};
+    return base::lookUp(Templates, op, Op::Same);
 }
 
 bool isWhole(ColumnKind kind) { return kind == ColumnKind::Integer || kind == ColumnKind::Counter; }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/jet/ast.h"
 #include "platform/jet/columnnames.h"
 #include "platform/jet/dialect.h"
@@ -45,13 +46,11 @@ private:
 
     /// While it lives, columns of the innermost SELECT are those of any row of a group, or of each
     /// row. A store that is not strict needs no telling.
-    class Rows {
+    class Rows : private base::NotCopied {
     public:
         enum class Of { AnyOne, Each };
         Rows(Emitter& emitter, Of which);
         ~Rows() { emitter_.scopes_[scope_].takesAnyRow = before_; }
-        Rows(const Rows&) = delete;
-        Rows& operator=(const Rows&) = delete;
 
     private:
         Emitter& emitter_;

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/lookup.h"
 #include "platform/base/text.h"
 #include "platform/jet/builtins.h"
 
@@ -84,14 +85,9 @@ ColumnKind callKind(const Expr& expr) {
 }
 
 ColumnKind literalKind(LiteralKind kind) {
-    switch (kind) {
-        case LiteralKind::Number:
-            return ColumnKind::Number;
-        case LiteralKind::Date:
-            return ColumnKind::Date;
-        default:
-            return ColumnKind::Text;
-    }
+    return kind == LiteralKind::Number ? ColumnKind::Number
+           : kind == LiteralKind::Date ? ColumnKind::Date
+                                       : ColumnKind::Text;
 }
 
 bool sameLiteral(const Expr& a, const Expr& b, bool anyLiteral) {
@@ -136,18 +132,12 @@ Category categoryOf(const Expr& expr) {
 }
 
 const char* described(Category category) {
-    switch (category) {
-        case Category::Text:
-            return "a text";
-        case Category::Number:
-            return "a number";
-        case Category::Date:
-            return "a date";
-        case Category::YesNo:
-            return "a yes/no value";
-        default:
-            return "Null";
-    }
+    static constexpr std::pair<Category, const char*> Words[] = {
+        {Category::Text, "a text"},
+        {Category::Number, "a number"},
+        {Category::Date, "a date"},
+        {Category::YesNo, "a yes/no value"}};
+    return base::lookUp(Words, category, "Null");
 }
 
 ColumnKind valueKindOf(const Expr& expr) {
@@ -193,18 +183,12 @@ bool sameExpression(const Expr& a, const Expr& b, bool anyLiteral) {
 }
 
 Operator flipped(Operator op) {
-    switch (op) {
-        case Operator::Less:
-            return Operator::Greater;
-        case Operator::LessOrEqual:
-            return Operator::GreaterOrEqual;
-        case Operator::Greater:
-            return Operator::Less;
-        case Operator::GreaterOrEqual:
-            return Operator::LessOrEqual;
-        default:
-            return op;
-    }
+    static constexpr std::pair<Operator, Operator> Flipped[] = {
+        {Operator::Less, Operator::Greater},
+        {Operator::LessOrEqual, Operator::GreaterOrEqual},
+        {Operator::Greater, Operator::Less},
+        {Operator::GreaterOrEqual, Operator::LessOrEqual}};
+    return base::lookUp(Flipped, op, op);
 }
 
 }  // namespace jet

@@ -3,13 +3,14 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/base/notcopied.h"
 #include "platform/jet/parser.h"
 #include "platform/jet/report.h"
 
 namespace jet {
 
 /// Counts one level of parentheses or SELECTs while it lives; raises SqlError beyond 200.
-class Parser::Nested {
+class Parser::Nested : private base::NotCopied {
 public:
     Nested(int& level, std::string_view sql, std::uint32_t offset) : level_(level) {
         if (level_ == Most) {
@@ -18,8 +19,6 @@ public:
         ++level_;
     }
     ~Nested() { --level_; }
-    Nested(const Nested&) = delete;
-    Nested& operator=(const Nested&) = delete;
 
 private:
     static constexpr int Most = 200;

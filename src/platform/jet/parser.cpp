@@ -12,8 +12,6 @@
 
 namespace jet {
 
-namespace {
-
 constexpr std::size_t MostSources = 60;
 
 constexpr std::array Reserved = {
@@ -22,8 +20,6 @@ constexpr std::array Reserved = {
     word("AND"),    word("OR"),     word("NOT"),    word("IN"),    word("LIKE"),   word("BETWEEN"),
     word("IS"),     word("SET"),    word("VALUES"), word("UNION"), word("INTO"),   word("BY"),
     word("UPDATE"), word("DELETE"), word("INSERT"), word("MOD"),   word("OUTER"),  word("NULL")};
-
-}  // namespace
 
 Parser::Parser(std::string_view sql) : lexer_(sql) { advance(); }
 

@@ -2,6 +2,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/base/lookup.h"
 #include "platform/base/text.h"
 #include "platform/jet/nested.h"
 #include "platform/jet/parser.h"
@@ -23,47 +24,25 @@ Binary binary(const Token& token) {
     if (token.word == word("MOD")) {
         return {Operator::Modulo, 2};
     }
-    if (token.kind != TokenKind::Symbol) {
-        return {};
-    }
-    switch (static_cast<char>(token.symbol)) {
-        case '&':
-            return {Operator::None, 0};
-        case '+':
-            return {Operator::Add, 1};
-        case '-':
-            return {Operator::Subtract, 1};
-        case '\\':
-            return {Operator::IntegerDivide, 3};
-        case '*':
-            return {Operator::Multiply, 4};
-        case '/':
-            return {Operator::Divide, 4};
-        default:
-            return {};
-    }
+    static constexpr std::pair<char, Binary> Signs[] = {
+        {'&', {Operator::None, 0}},     {'+', {Operator::Add, 1}},
+        {'-', {Operator::Subtract, 1}}, {'\\', {Operator::IntegerDivide, 3}},
+        {'*', {Operator::Multiply, 4}}, {'/', {Operator::Divide, 4}}};
+    return token.kind == TokenKind::Symbol
+               ? base::lookUp(Signs, static_cast<char>(token.symbol), Binary())
+               : Binary();
 }
 
 Operator comparisonOf(const Token& token) {
-    if (token.kind != TokenKind::Symbol) {
-        return Operator::None;
-    }
-    switch (token.symbol) {
-        case Symbol::Equal:
-            return Operator::Equal;
-        case Symbol::Less:
-            return Operator::Less;
-        case Symbol::Greater:
-            return Operator::Greater;
-        case Symbol::LessOrEqual:
-            return Operator::LessOrEqual;
-        case Symbol::GreaterOrEqual:
-            return Operator::GreaterOrEqual;
-        case Symbol::NotEqual:
-            return Operator::NotEqual;
-        default:
-            return Operator::None;
-    }
+    static constexpr std::pair<Symbol, Operator> Known[] = {
+        {Symbol::Equal, Operator::Equal},
+        {Symbol::Less, Operator::Less},
+        {Symbol::Greater, Operator::Greater},
+        {Symbol::LessOrEqual, Operator::LessOrEqual},
+        {Symbol::GreaterOrEqual, Operator::GreaterOrEqual},
+        {Symbol::NotEqual, Operator::NotEqual}};
+    return token.kind == TokenKind::Symbol ? base::lookUp(Known, token.symbol, Operator::None)
+                                           : Operator::None;
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "platform/process/process.h"
 
-#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +12,7 @@
 #include <unistd.h>
 
 #include "platform/base/error.h"
+#include "platform/base/notcopied.h"
 
 namespace process {
 
@@ -39,7 +39,7 @@ constexpr std::size_t KernelNameLength = 15;
 }
 
 // A session of its own, with the signals as a fresh program expects them.
-class SpawnAttributes {
+class SpawnAttributes : private base::NotCopied {
 public:
     SpawnAttributes() {
         sigset_t all;
@@ -53,8 +53,6 @@ public:
             &attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
     ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
-    SpawnAttributes(const SpawnAttributes&) = delete;
-    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
     [[nodiscard]] const posix_spawnattr_t* get() const { return &attributes_; }
 
 private:

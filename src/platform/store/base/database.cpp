@@ -1,41 +1,17 @@
 #include "platform/store/base/database.h"
 
+#include "platform/base/lookup.h"
+
 namespace store {
 
 int numberOf(Fault fault) {
-    switch (fault) {
-        case Fault::Missing:
-            return 3024;
-        case Fault::NotADatabase:
-            return 3343;
-        case Fault::OtherKind:
-            return 3274;
-        case Fault::Damaged:
-            return 3049;
-        case Fault::Locked:
-            return 3260;
-        case Fault::Replaced:
-            return 3043;
-        case Fault::Network:
-            return 3050;
-        case Fault::ReadOnly:
-            return 3027;
-        case Fault::Full:
-            return 3183;
-        case Fault::Unreachable:
-            return 3146;
-        case Fault::Lost:
-            return 3151;
-        case Fault::GivenUp:
-            return 3059;
-        case Fault::Constraint:
-            return 3022;
-        case Fault::Statement:
-            return 3075;
-        case Fault::Other:
-            break;
-    }
-    return -2147467259;
+    static constexpr std::pair<Fault, int> Numbers[] = {
+        {Fault::Missing, 3024},     {Fault::NotADatabase, 3343}, {Fault::OtherKind, 3274},
+        {Fault::Damaged, 3049},     {Fault::Locked, 3260},       {Fault::Replaced, 3043},
+        {Fault::Network, 3050},     {Fault::ReadOnly, 3027},     {Fault::Full, 3183},
+        {Fault::Unreachable, 3146}, {Fault::Lost, 3151},         {Fault::GivenUp, 3059},
+        {Fault::Constraint, 3022},  {Fault::Statement, 3075}};
+    return base::lookUp(Numbers, fault, -2147467259);
 }
 
 StoreError::StoreError(Fault fault, const std::string& description)

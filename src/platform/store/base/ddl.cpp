@@ -32,11 +32,7 @@ std::string quoted(std::string_view name) {
 }
 
 std::string quotedList(const std::vector<std::string>& names) {
-    std::string list;
-    for (const std::string& name : names) {
-        list += (list.empty() ? "" : ", ") + quoted(name);
-    }
-    return list;
+    return base::joined(names, ", ", quoted);
 }
 
 void requireSoundKey(const Table& table) {

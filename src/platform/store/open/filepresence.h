@@ -3,18 +3,18 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/notcopied.h"
+
 namespace store {
 
 /// Says by a small file beside a database which record is open here, and finds what others say. A
 /// file is locked while its program lives, so that one that was killed leaves no ghost. Whoever
 /// shares the folder sees it; where it cannot be written nothing is said.
-class FilePresence {
+class FilePresence : private base::NotCopied {
 public:
     /// `who`: how this program is called to others.
     FilePresence(const std::string& databasePath, std::string who);
     ~FilePresence();
-    FilePresence(const FilePresence&) = delete;
-    FilePresence& operator=(const FilePresence&) = delete;
 
     /// Empty: none is open any more.
     void open(const std::string& record);

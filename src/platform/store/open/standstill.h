@@ -5,20 +5,19 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/store/base/database.h"
 
 namespace store {
 
 /// While it lives nobody writes to any of several files: what is opened for reading meanwhile is
 /// all of one moment. Meant for milliseconds; whoever wants to write waits.
-class StandStill {
+class StandStill : private base::NotCopied {
 public:
     /// Takes the write locks of all files or of none, so that nobody who holds one of them and
     /// wants another is kept waiting. Raises StoreError: Locked where they are never free together.
     StandStill(const std::vector<std::string>& paths, std::chrono::milliseconds patience);
     ~StandStill();
-    StandStill(const StandStill&) = delete;
-    StandStill& operator=(const StandStill&) = delete;
 
 private:
     [[nodiscard]] bool lockAll(bool isLastTime);

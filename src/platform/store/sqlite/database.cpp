@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/store/sqlite/catalog.h"
 #include "platform/store/sqlite/ddl.h"
 
@@ -79,7 +80,7 @@ private:
 };
 
 /// Undoes what was done since its making unless it is kept.
-class SavePoint {
+class SavePoint : private base::NotCopied {
 public:
     explicit SavePoint(SqliteDatabase& database) : database_(database) {
         database_.execute("SAVEPOINT creation");
@@ -93,8 +94,6 @@ public:
             }
         }
     }
-    SavePoint(const SavePoint&) = delete;
-    SavePoint& operator=(const SavePoint&) = delete;
     void keep() {
         database_.execute("RELEASE creation");
         kept_ = true;

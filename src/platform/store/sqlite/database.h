@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/store/base/database.h"
 #include "platform/store/sqlite/rows.h"
 
@@ -14,13 +15,11 @@ namespace store::sqlite {
 enum class Sharing { Shared, Alone };
 
 /// A database file opened by the engine.
-class SqliteDatabase final : public Database {
+class SqliteDatabase final : public Database, private base::NotCopied {
 public:
     /// Opens an existing file, see store::open.
     SqliteDatabase(const std::string& path, int lockTimeoutMs, Sharing sharing = Sharing::Shared);
     ~SqliteDatabase() override;
-    SqliteDatabase(const SqliteDatabase&) = delete;
-    SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
     [[nodiscard]] const Catalog& catalog() const override { return catalog_; }
     void requireWritable() const override;

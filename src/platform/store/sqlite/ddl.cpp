@@ -70,11 +70,9 @@ std::string columnLine(const Column& column, bool isRowNumber) {
 std::string createTable(const Table& table) {
     // A sole whole-number key is the row's own number in the file and needs no index of its own.
     const bool rowNumber = hasWholeKey(table);
-    std::string lines;
-    for (const Column& column : table.columns) {
-        const bool isKey = rowNumber && base::equalsNoCase(column.name, table.key.front());
-        lines += (lines.empty() ? "" : ",\n") + columnLine(column, isKey);
-    }
+    std::string lines = base::joined(table.columns, ",\n", [&](const Column& column) {
+        return columnLine(column, rowNumber && base::equalsNoCase(column.name, table.key.front()));
+    });
     if (!table.key.empty() && !rowNumber) {
         lines += fmt::format(",\n  PRIMARY KEY ({})", quotedList(table.key));
     }

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/notcopied.h"
+#include "platform/base/text.h"
 #include "platform/store/sqlite/ddl.h"
 
 namespace store::sqlite {
@@ -11,12 +13,10 @@ namespace {
 constexpr std::size_t MaxPrepared = 100;
 
 /// Puts a kept statement back to its start, however the block is left.
-class InUse {
+class InUse : private base::NotCopied {
 public:
     explicit InUse(PreparedStatement& statement) : statement_(statement) {}
     ~InUse() { statement_.reset(); }
-    InUse(const InUse&) = delete;
-    InUse& operator=(const InUse&) = delete;
 
     void bindNext(const base::Value& value) { statement_.bind(next_++, value); }
     void bindNext(const std::vector<ColumnValue>& values) {
@@ -72,10 +72,8 @@ RowOutcome Rows::outcomeOf(const FetchedRow& row) {
 
 RowOutcome Rows::update(const FetchedRow& row, const std::vector<ColumnValue>& changes) {
     requireKey(source_, *row.table);
-    std::string assignments;
-    for (const ColumnValue& item : changes) {
-        assignments += (assignments.empty() ? "" : ", ") + quoted(item.column->name) + " = ?";
-    }
+    const auto assignments = base::joined(
+        changes, ", ", [](const auto& item) { return quoted(item.column->name) + " = ?"; });
     auto& statement = prepared(
         fmt::format("UPDATE {} SET {}{}", quoted(row.table->name), assignments, whereFetched(row)));
     {
@@ -103,12 +101,9 @@ RowOutcome Rows::remove(const FetchedRow& row) {
 
 base::Value Rows::insert(const Table& table, const std::vector<ColumnValue>& values) {
     requireKey(source_, table);
-    std::string names;
-    std::string places;
-    for (const ColumnValue& item : values) {
-        names += (names.empty() ? "" : ", ") + quoted(item.column->name);
-        places += places.empty() ? "?" : ", ?";
-    }
+    const auto names =
+        base::joined(values, ", ", [](const auto& item) { return quoted(item.column->name); });
+    const auto places = base::joined(values, ", ", [](const auto&) { return "?"; });
     auto& statement =
         prepared(values.empty() ? fmt::format("INSERT INTO {} DEFAULT VALUES", quoted(table.name))
                                 : fmt::format("INSERT INTO {} ({}) VALUES ({})", quoted(table.name),

@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/store/base/database.h"
 #include "platform/store/sqlite/faults.h"
 
@@ -13,13 +14,11 @@ namespace store::sqlite {
 [[nodiscard]] base::Value plainValue(sqlite3_value* value);
 
 /// One prepared statement of the engine. `source` outlives it.
-class PreparedStatement final : public Statement {
+class PreparedStatement final : public Statement, private base::NotCopied {
 public:
     /// Raises StoreError; text behind the first statement is refused.
     PreparedStatement(const Source& source, std::string_view sql);
     ~PreparedStatement() override;
-    PreparedStatement(const PreparedStatement&) = delete;
-    PreparedStatement& operator=(const PreparedStatement&) = delete;
 
     void bind(int parameter, const base::Value& value) override;
     bool step() override;
