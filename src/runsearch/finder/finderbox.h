@@ -1,20 +1,16 @@
 #pragma once
 
-#include <QLineEdit>
 #include <memory>
 #include <string>
 
+#include "platform/controls/foundline.h"
 #include "runsearch/finder/runindex.h"
-
-class QCompleter;
-class QStandardItemModel;
 
 namespace runsearch {
 
-/// A box that finds runs while the user types: those that fit best stand below it, Enter takes the
-/// first one or the one that Down led to. Who owns it reads for it whenever it wants to, which is
-/// when it is entered first, and again after forget().
-class FinderBox : public QLineEdit {
+/// A box that finds runs: those that fit best stand below it. Who owns it reads for it whenever it
+/// wants to, which is when it is entered first, and again after forget().
+class FinderBox : public controls::FoundLine {
     Q_OBJECT
 
 public:
@@ -31,23 +27,18 @@ public:
 
 signals:
     void readingWanted();
-    void offerWanted();
     /// The user took a run; it may be gone by now.
     void taken(const std::string& run);
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    void take(const QModelIndex& row) override;
 
 private:
-    void addRow(const FoundRun& found);
-    void addHint(const QString& hint);
-    void take(const QModelIndex& row);
+    void addRow(const FoundRun& run);
 
     std::unique_ptr<RunIndex> index_;    ///< what is searched
     std::unique_ptr<RunIndex> reading_;  ///< what will be, once it is whole
-    QStandardItemModel* found_;
-    QCompleter* popup_;
     bool isStale_ = true;
 };
 
