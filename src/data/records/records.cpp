@@ -39,8 +39,7 @@ void write(ado::Recordset& row, const Entries& entries, const Author& author) {
 
 std::optional<Record> readRecord(ado::Connection& connection, const FieldTable& fields,
                                  std::string_view select) {
-    ado::Recordset row;
-    row.Open(select, connection);
+    ado::Recordset row(select, connection);
     return row.Eof() ? std::nullopt : std::optional(recordOf(row, fields));
 }
 
@@ -48,8 +47,7 @@ SaveResult saveRecord(ado::Connection& connection, std::string_view select, cons
                       const Author& author) {
     // From here to the commit no other program can write, so what is compared is what is changed.
     ado::CommitOnExit unit(connection, {.reads = {std::string(select)}, .writesTogether = true});
-    ado::Recordset row;
-    row.Open(select, connection, ado::CursorType::Dynamic);
+    ado::Recordset row(select, connection, ado::CursorType::Dynamic);
     const FieldTable& fields = entries.entered.fields();
     if (entries.isNew) {
         if (!row.Eof()) {

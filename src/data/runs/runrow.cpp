@@ -16,9 +16,8 @@ bool openRun(ado::Recordset& row, ado::Connection& routing, std::string_view run
 }
 
 bool runExists(ado::Connection& routing, std::string_view run) {
-    ado::Recordset row;
-    row.Open("Select Run.Run From Run Where Run.Run='" + ado::escaped(base::trim(run)) + "'",
-             routing);
+    ado::Recordset row(
+        "Select Run.Run From Run Where Run.Run='" + ado::escaped(base::trim(run)) + "'", routing);
     return !row.Eof();
 }
 

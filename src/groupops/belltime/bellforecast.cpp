@@ -101,8 +101,8 @@ BellForecaster::Run BellForecaster::read(const std::string& id) const {
     run.known.description = startup::textOf(row["DESCRIPTION"]);
     run.known.now = {startup::timeOf(row["STARTTIME"]), startup::timeOf(row["ENDTIME"])};
     run.bell = {row["PICKUP"].asBoolean(), startup::timeOf(row["BELLTIME"]), run.known.now.end};
-    ado::Recordset rows;
-    rows.Open(stopRowsSql(runedit::StopTable::Routing, TimeOrder::Forwards, id), routing_);
+    ado::Recordset rows(stopRowsSql(runedit::StopTable::Routing, TimeOrder::Forwards, id),
+                        routing_);
     auto stops = runedit::readStops(rows);
     run.secondsForwards = durationOf(stops, TimeOrder::Forwards);
     std::ranges::reverse(stops);

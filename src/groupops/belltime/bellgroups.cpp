@@ -15,8 +15,7 @@ std::string bellText(const base::Value& bellTime) {
 /// The runs of the query in the order of the groups: school, bell time and run of each.
 template <class Take>
 void forEachRun(ado::Connection& routing, const std::string& runsSql, Take take) {
-    ado::Recordset runs;
-    runs.Open(runsSql + " ORDER BY RUN.SCHOOL, RUN.BELLTIME", routing);
+    ado::Recordset runs(runsSql + " ORDER BY RUN.SCHOOL, RUN.BELLTIME", routing);
     const ado::Field& school = runs["SCHOOL"];
     const ado::Field& bell = runs["BELLTIME"];
     const ado::Field& run = runs["RUN"];

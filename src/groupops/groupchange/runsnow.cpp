@@ -63,9 +63,9 @@ void RunsNow::readRuns(std::span<const std::string> runs) {
         wanted.insert(base::lowered(run));
     }
     const bool few = runs.size() <= FewRuns;
-    ado::Recordset rows;
-    rows.Open(few ? fmt::format("{} WHERE {}", AllRuns, conditionFor("RUN.RUN", runs)) : AllRuns,
-              routing_);
+    ado::Recordset rows(
+        few ? fmt::format("{} WHERE {}", AllRuns, conditionFor("RUN.RUN", runs)) : AllRuns,
+        routing_);
     std::vector<const ado::Field*> fields;
     std::ranges::transform(Columns, std::back_inserter(fields),
                            [&](auto column) { return &rows.Fields(column); });
@@ -109,10 +109,10 @@ void RunsNow::readPassengers() {
                            [](const auto& run) { return run.first; });
     const bool few = names.size() <= FewRuns;
     passengers_.emplace();
-    ado::Recordset rows;
-    rows.Open(fmt::format(Passengers,
-                          few ? " AND " + conditionFor("STOP_TRIPTYPE.RUN", names) : std::string()),
-              routing_);
+    ado::Recordset rows(
+        fmt::format(Passengers,
+                    few ? " AND " + conditionFor("STOP_TRIPTYPE.RUN", names) : std::string()),
+        routing_);
     for (base::Breath breath; !rows.Eof(); rows.MoveNext()) {
         breath.take();
         (*passengers_)[base::lowered(rows["RUN"].asText())] = startup::wholeOf(rows["PASSENGERS"]);

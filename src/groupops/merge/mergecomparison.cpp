@@ -47,8 +47,7 @@ std::string daysOf(ado::Recordset& row) {
 }
 
 std::int64_t stopCount(ado::Connection& routing, const std::string& run) {
-    ado::Recordset count;
-    count.Open(
+    ado::Recordset count(
         fmt::format("SELECT COUNT(*) AS STOPS FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='{}'",
                     ado::escaped(run)),
         routing);

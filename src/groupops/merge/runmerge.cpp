@@ -30,8 +30,7 @@ bool isSameRun(std::string_view a, std::string_view b) {
 }
 
 std::int64_t lastSequence(ado::Connection& routing, const std::string& run) {
-    ado::Recordset stops;
-    stops.Open(fmt::format(StopsOfRun, ado::escaped(run), " DESC"), routing);
+    ado::Recordset stops(fmt::format(StopsOfRun, ado::escaped(run), " DESC"), routing);
     return stops.Eof() ? 0 : wholeOf(stops["RUNSEQ"]);
 }
 
@@ -40,10 +39,10 @@ stops::RunStop stopOf(ado::Connection& routing, ado::Recordset& row) {
     stop.intStopId = wholeOf(row["INT_STOPID"]);
     stop.tripType = textOf(row["TRIPTYPE"]);
     stop.sequence = wholeOf(row["RUNSEQ"]);
-    ado::Recordset place;
-    place.Open(fmt::format("Select STOP.STOPID, STOP.STOPTYPE FROM STOP WHERE STOP.INT_STOPID = {}",
-                           stop.intStopId),
-               routing);
+    ado::Recordset place(
+        fmt::format("Select STOP.STOPID, STOP.STOPTYPE FROM STOP WHERE STOP.INT_STOPID = {}",
+                    stop.intStopId),
+        routing);
     stop.stopId = place.Eof() ? "NOT FOUND" : textOf(place["STOPID"]);
     stop.stopType = place.Eof() ? "" : textOf(place["STOPTYPE"]);
     return stop;
@@ -93,8 +92,8 @@ MergeObstacle mergeObstacle(ado::Connection& routing, const RunMerge& merge) {
     if (!data::runExists(routing, merge.receiving)) {
         return MergeObstacle::UnknownReceiving;
     }
-    ado::Recordset stops;
-    stops.Open(fmt::format(StopsOfRun, ado::escaped(base::trim(merge.source)), ""), routing);
+    ado::Recordset stops(fmt::format(StopsOfRun, ado::escaped(base::trim(merge.source)), ""),
+                         routing);
     return stops.Eof() ? MergeObstacle::NoStops : MergeObstacle::None;
 }
 
@@ -133,9 +132,8 @@ Outcome mergeRuns(ado::Connection& routing, const RunMerge& asked, base::Progres
                          std::string(base::trim(asked.source)), asked.user};
     const stops::EditedRun logged{merge.receiving, {}, merge.user};
     stops::StopLog log(routing, logged);
-    ado::Recordset rows;
-    rows.Open(fmt::format(StopsOfRun, ado::escaped(merge.source), ""), routing,
-              ado::CursorType::Dynamic);
+    ado::Recordset rows(fmt::format(StopsOfRun, ado::escaped(merge.source), ""), routing,
+                        ado::CursorType::Dynamic);
     Outcome outcome{.asked = static_cast<int>(rows.RecordCount())};
     int standsAt = 1;
     GroupLoop loop(routing, progress, mergeWording(merge), outcome);

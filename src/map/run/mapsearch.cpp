@@ -28,12 +28,10 @@ std::string literally(std::string_view text) {
 
 /// Any of the columns begins with it, or holds it.
 std::string anyLike(std::initializer_list<std::string_view> columns, const std::string& pattern) {
-    std::string condition;
-    for (const auto column : columns) {
-        condition +=
-            fmt::format("{}{} LIKE '{}'", condition.empty() ? "" : " OR ", column, pattern);
-    }
-    return "(" + condition + ")";
+    return "(" +
+           base::joined(columns, " OR ",
+                        [&](auto column) { return fmt::format("{} LIKE '{}'", column, pattern); }) +
+           ")";
 }
 
 void addHits(ado::Connection& routing, const std::string& sql,
@@ -42,8 +40,7 @@ void addHits(ado::Connection& routing, const std::string& sql,
     for (const auto& hit : hits) {
         known.insert(hit.key);
     }
-    ado::Recordset row;
-    row.Open(sql, routing);
+    ado::Recordset row(sql, routing);
     for (int found = 0; !row.Eof() && found < MostHits; row.MoveNext()) {
         auto hit = hitIn(row);
         if (known.insert(hit.key).second) {
@@ -66,17 +63,25 @@ SearchHit hitOfStop(ado::Recordset& row) {
         .at = {row["XPOS"].asNumber(), row["YPOS"].asNumber()}};
 }
 
-std::vector<SearchHit> runsLike(ado::Connection& routing, const std::string& text) {
+/// Rows in which one of the columns begins with the text, then those in which it stands elsewhere;
+/// the first column orders them.
+std::vector<SearchHit> rowsLike(ado::Connection& routing, std::string_view rows,
+                                std::initializer_list<std::string_view> columns,
+                                const std::string& text, SearchHit (*hitIn)(ado::Recordset&)) {
     std::vector<SearchHit> hits;
-    for (const auto* way : {"{}%", "%{}%"}) {
+    for (const auto* before : {"", "%"}) {
         addHits(routing,
-                "SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN WHERE " +
-                    anyLike({"RUN.RUN", "RUN.DESCRIPTION"}, fmt::format(fmt::runtime(way), text)) +
-                    " ORDER BY RUN.RUN",
-                hitOfRun, hits);
+                fmt::format("{}{} ORDER BY {}", rows, anyLike(columns, before + text + "%"),
+                            *columns.begin()),
+                hitIn, hits);
     }
     hits.resize(std::min<std::size_t>(hits.size(), MostHits));
     return hits;
+}
+
+std::vector<SearchHit> runsLike(ado::Connection& routing, const std::string& text) {
+    return rowsLike(routing, "SELECT RUN.RUN, RUN.DESCRIPTION FROM RUN WHERE ",
+                    {"RUN.RUN", "RUN.DESCRIPTION"}, text, hitOfRun);
 }
 
 constexpr std::string_view PlacedStops =
@@ -85,17 +90,8 @@ constexpr std::string_view PlacedStops =
     "Null";
 
 std::vector<SearchHit> stopsLike(ado::Connection& routing, const std::string& text) {
-    std::vector<SearchHit> hits;
-    for (const auto* way : {"{}%", "%{}%"}) {
-        addHits(routing,
-                std::string(PlacedStops) + " AND " +
-                    anyLike({"STOP.STOPID", "STOP.ADDR1", "STOP.DESCRIPTION"},
-                            fmt::format(fmt::runtime(way), text)) +
-                    " ORDER BY STOP.STOPID",
-                hitOfStop, hits);
-    }
-    hits.resize(std::min<std::size_t>(hits.size(), MostHits));
-    return hits;
+    return rowsLike(routing, std::string(PlacedStops) + " AND ",
+                    {"STOP.STOPID", "STOP.ADDR1", "STOP.DESCRIPTION"}, text, hitOfStop);
 }
 
 }  // namespace
@@ -114,13 +110,7 @@ std::vector<SearchHit> searchMap(ado::Connection& routing, std::string_view text
 }
 
 std::vector<SearchHit> readAllStops(ado::Connection& routing) {
-    std::vector<SearchHit> stops;
-    ado::Recordset row;
-    row.Open(std::string(PlacedStops) + " ORDER BY STOP.STOPID", routing);
-    for (; !row.Eof(); row.MoveNext()) {
-        stops.push_back(hitOfStop(row));
-    }
-    return stops;
+    return ado::readAll(std::string(PlacedStops) + " ORDER BY STOP.STOPID", routing, hitOfStop);
 }
 
 }  // namespace map

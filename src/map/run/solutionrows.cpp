@@ -33,8 +33,8 @@ void writeDirections(ado::Connection& routing, const std::string& run,
                      std::span<const streets::RunStop> stops,
                      std::span<const streets::DirectionLine> lines) {
     routing.Execute("DELETE FROM RUNDIR WHERE RUNDIR.RUN='" + ado::escaped(run) + "'");
-    ado::Recordset rows;
-    rows.Open("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing, ado::CursorType::Dynamic);
+    ado::Recordset rows("SELECT RUNDIR.* FROM RUNDIR WHERE RUNDIR.ID=0", routing,
+                        ado::CursorType::Dynamic);
     for (const auto& line : lines) {
         rows.AddNew();
         rows["RUN"].Value(run);

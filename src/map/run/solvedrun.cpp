@@ -10,6 +10,7 @@
 #include "map/shown/runscene.h"
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/ports.h"
 #include "stops/sequence/runstops.h"
 
@@ -18,7 +19,7 @@ namespace map {
 namespace {
 
 /// One unit of work of which nothing stays unless it was finished.
-class AllOrNothing {
+class AllOrNothing : private base::NotCopied {
 public:
     explicit AllOrNothing(ado::Connection& connection) : connection_(connection) {
         connection_.BeginTrans();
@@ -28,8 +29,6 @@ public:
             connection_.RollbackTrans();
         }
     }
-    AllOrNothing(const AllOrNothing&) = delete;
-    AllOrNothing& operator=(const AllOrNothing&) = delete;
 
     void finish() {
         connection_.CommitTrans();
@@ -56,10 +55,10 @@ void noteChange(ado::Recordset& row, const std::string& user) {
 
 void saveStops(ado::Connection& routing, const MappedRun& run, const streets::Solution& solution,
                const std::string& user) {
-    ado::Recordset rows;
-    rows.Open("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
-                  ado::escaped(run.id) + "' ORDER BY STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
-              routing, ado::CursorType::Dynamic);
+    ado::Recordset rows("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
+                            ado::escaped(run.id) +
+                            "' ORDER BY STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
+                        routing, ado::CursorType::Dynamic);
     std::size_t at = 0;
     for (; !rows.Eof(); rows.MoveNext(), ++at) {
         if (at >= run.stops.size() || rows["ID"].asInteger() != run.stops[at].stopTripId) {
@@ -147,9 +146,9 @@ void saveOrder(ado::Connection& routing, const MappedRun& stored, const MappedRu
 
 void savePlace(ado::Connection& routing, const MappedRun& run, const MappedStop& from,
                const MappedStop& to) {
-    ado::Recordset row;
-    row.Open(fmt::format("SELECT STOP.* FROM STOP WHERE STOP.INT_STOPID={}", from.intStopId),
-             routing, ado::CursorType::Dynamic);
+    ado::Recordset row(
+        fmt::format("SELECT STOP.* FROM STOP WHERE STOP.INT_STOPID={}", from.intStopId), routing,
+        ado::CursorType::Dynamic);
     if (row.Eof() || !isSame(placeOf(row), from.at)) {
         refuseChanged(run);
     }

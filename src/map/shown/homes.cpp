@@ -73,15 +73,15 @@ std::string homeTold(const MappedRun& run, const streets::Home& home, std::ptrdi
 
 StopsOfStudents studentsOf(ado::Connection& routing, const MappedRun& run) {
     StopsOfStudents students;
-    ado::Recordset row;
-    row.Open(fmt::format("SELECT STUDENT.STUID, STU_ADDR_TRIPTYPE.INT_STOPID FROM (STUDENT INNER "
-                         "JOIN STU_ADDR_TRIPTYPE ON STUDENT.INT_STUID = "
-                         "STU_ADDR_TRIPTYPE.INT_STUID) INNER JOIN STOP_TRIPTYPE ON "
-                         "(STU_ADDR_TRIPTYPE.TRIPTYPE = STOP_TRIPTYPE.TRIPTYPE) AND "
-                         "(STU_ADDR_TRIPTYPE.INT_STOPID = STOP_TRIPTYPE.INT_STOPID) WHERE "
-                         "STOP_TRIPTYPE.RUN='{}'",
-                         ado::escaped(run.id)),
-             routing);
+    ado::Recordset row(
+        fmt::format("SELECT STUDENT.STUID, STU_ADDR_TRIPTYPE.INT_STOPID FROM (STUDENT INNER "
+                    "JOIN STU_ADDR_TRIPTYPE ON STUDENT.INT_STUID = "
+                    "STU_ADDR_TRIPTYPE.INT_STUID) INNER JOIN STOP_TRIPTYPE ON "
+                    "(STU_ADDR_TRIPTYPE.TRIPTYPE = STOP_TRIPTYPE.TRIPTYPE) AND "
+                    "(STU_ADDR_TRIPTYPE.INT_STOPID = STOP_TRIPTYPE.INT_STOPID) WHERE "
+                    "STOP_TRIPTYPE.RUN='{}'",
+                    ado::escaped(run.id)),
+        routing);
     for (; !row.Eof(); row.MoveNext()) {
         students.emplace(textOf(row["STUID"]), row["INT_STOPID"].asInteger());
     }

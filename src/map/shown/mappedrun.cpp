@@ -58,10 +58,9 @@ StopKind kindOf(std::string_view type) {
 class Seats {
 public:
     explicit Seats(ado::Connection& routing) {
-        ado::Recordset row;
-        row.Open("SELECT VEHTYPE.VEHTYPE, VEHTYPE.HIGH, VEHTYPE.MEDIUM, VEHTYPE.LOW FROM VEHTYPE",
-                 routing);
-        for (; !row.Eof(); row.MoveNext()) {
+        constexpr auto Sql =
+            "SELECT VEHTYPE.VEHTYPE, VEHTYPE.HIGH, VEHTYPE.MEDIUM, VEHTYPE.LOW FROM VEHTYPE";
+        for (ado::Recordset row(Sql, routing); !row.Eof(); row.MoveNext()) {
             ofType_[base::lowered(textOf(row["VEHTYPE"]))] = {
                 wholeOf(row["HIGH"]), wholeOf(row["MEDIUM"]), wholeOf(row["LOW"])};
         }
@@ -158,21 +157,17 @@ void countOnTheBus(MappedRun& run) {
 std::vector<MappedRun> readRuns(ado::Connection& routing, const std::string& condition,
                                 std::string_view order) {
     const Seats seats(routing);
-    std::vector<MappedRun> runs;
-    ado::Recordset row;
-    row.Open(fmt::format("{}{} ORDER BY {}", RunsFrom, condition, order), routing);
-    for (; !row.Eof(); row.MoveNext()) {
-        runs.push_back(runIn(row, seats));
-    }
-    row.Close();
+    auto runs = ado::readAll(fmt::format("{}{} ORDER BY {}", RunsFrom, condition, order), routing,
+                             [&](ado::Recordset& row) { return runIn(row, seats); });
     const auto runOf = [&](const ado::Field& id) {
         return std::ranges::find_if(runs, [key = textOf(id)](const MappedRun& run) {
             return base::equalsNoCase(run.id, key);
         });
     };
-    row.Open(fmt::format("{}{} ORDER BY STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
-                         StopsFrom, condition),
-             routing);
+    ado::Recordset row(
+        fmt::format("{}{} ORDER BY STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
+                    StopsFrom, condition),
+        routing);
     for (; !row.Eof(); row.MoveNext()) {
         if (const auto run = runOf(row["RUN"]); run != runs.end()) {
             run->stops.push_back(stopIn(row));
@@ -259,8 +254,7 @@ std::optional<MappedRun> readMappedRun(ado::Connection& routing, const std::stri
 }
 
 double longestRide(ado::Connection& routing) {
-    ado::Recordset district;
-    district.Open("SELECT District.MaxRideTime FROM District", routing);
+    ado::Recordset district("SELECT District.MaxRideTime FROM District", routing);
     return district.Eof() ? 0 : numberOf(district["MaxRideTime"]);
 }
 

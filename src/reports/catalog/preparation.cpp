@@ -137,8 +137,7 @@ struct District {
 };
 
 District readDistrict(ado::Connection& routing) {
-    ado::Recordset row;
-    row.Open("SELECT District.DistName, District.RUNCOST FROM District", routing);
+    ado::Recordset row("SELECT District.DistName, District.RUNCOST FROM District", routing);
     return row.Eof() ? District()
                      : District{wordsOf(row["DistName"]), figureOf(row["RUNCOST"]).value_or(0)};
 }
@@ -174,12 +173,12 @@ struct Extent {
 };
 
 Extent extentOf(ado::Connection& work, std::int64_t session) {
-    ado::Recordset row;
-    row.Open(fmt::format("SELECT MIN(R.ID) AS FIRSTID, COUNT(*) AS N, SUM(IIF(R.PICKUP,1,0)) AS "
-                         "TOSCHOOL FROM RPT_RUN AS R WHERE "
-                         "R.SESSION={}",
-                         session),
-             work);
+    ado::Recordset row(
+        fmt::format("SELECT MIN(R.ID) AS FIRSTID, COUNT(*) AS N, SUM(IIF(R.PICKUP,1,0)) AS "
+                    "TOSCHOOL FROM RPT_RUN AS R WHERE "
+                    "R.SESSION={}",
+                    session),
+        work);
     const auto count = row["N"].asInteger();
     return count == 0 ? Extent()
                       : Extent{row["FIRSTID"].asInteger(), count, row["TOSCHOOL"].asInteger()};

@@ -33,13 +33,10 @@ void StoredContent::open(ado::Recordset& rows, const std::string& question,
 }
 
 void countRows(Stored& stored, const std::string& condition) {
-    std::string fields;
-    for (const Group& group : stored.report.groups) {
-        fields += fmt::format("{}Q.{}", fields.empty() ? "" : ", ", group.field);
-    }
+    const auto fields = base::joined(stored.report.groups, ", ",
+                                     [](const Group& group) { return "Q." + group.field; });
     const auto counted = fmt::format("FROM ({} AND {}) AS Q", stored.definition.rows, condition);
-    ado::Recordset rows;
-    rows.Open(
+    ado::Recordset rows(
         ofSession(stored, fields.empty() ? "SELECT COUNT(*) AS N " + counted
                                          : fmt::format("SELECT {0}, COUNT(*) AS N {1} GROUP BY {0}",
                                                        fields, counted)),

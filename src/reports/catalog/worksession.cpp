@@ -94,8 +94,7 @@ void endSession(ado::Session& file, std::int64_t key) {
 
 std::vector<std::int64_t> leftBehind(ado::Connection& work) {
     std::vector<std::int64_t> keys;
-    ado::Recordset sessions;
-    sessions.Open("SELECT RPT_SESSION.SESSION, RPT_SESSION.OWNER FROM RPT_SESSION", work);
+    ado::Recordset sessions("SELECT RPT_SESSION.SESSION, RPT_SESSION.OWNER FROM RPT_SESSION", work);
     for (; !sessions.Eof(); sessions.MoveNext()) {
         if (sessions["OWNER"].isNull() || isGone(sessions["OWNER"].asText())) {
             keys.push_back(sessions["SESSION"].asInteger());
@@ -128,8 +127,7 @@ WorkSession::WorkSession(ado::Connection& work, base::Date now) : file_(work.ses
     }
     work.Execute(fmt::format("INSERT INTO RPT_SESSION (OWNER, STARTED) VALUES ('{}', #{}#)",
                              ado::escaped(processMark()), now.text()));
-    ado::Recordset own;
-    own.Open("SELECT MAX(RPT_SESSION.SESSION) AS OWN FROM RPT_SESSION", work);
+    ado::Recordset own("SELECT MAX(RPT_SESSION.SESSION) AS OWN FROM RPT_SESSION", work);
     key_ = own["OWN"].asInteger();
     unit.commit();
 }

@@ -249,8 +249,7 @@ std::optional<std::vector<std::string>> runsOf(ado::Connection& work, const std:
                                                const KeepGoing& keepGoing) {
     constexpr std::size_t Often = 2'000;
     std::vector<std::string> runs;
-    ado::Recordset rows;
-    rows.Open(question, work);
+    ado::Recordset rows(question, work);
     if (rows.Eof()) {
         return runs;
     }
@@ -274,10 +273,8 @@ std::string runsFilled(std::int64_t session, const std::string& order) {
 
 void fillRuns(ado::Connection& work, std::int64_t session, std::span<const std::string> runs,
               const std::string& order, RunColumns columns) {
-    std::string keys;
-    for (const std::string& run : runs) {
-        keys += fmt::format("{}'{}'", keys.empty() ? "" : ",", ado::escaped(run));
-    }
+    const auto keys =
+        base::joined(runs, ",", [](const auto& run) { return "'" + ado::escaped(run) + "'"; });
     work.Execute(fillRunsSql(session, fmt::format("RUN.RUN IN ({})", keys), order, columns));
 }
 
@@ -295,9 +292,9 @@ void fillRidersHome(const Batch& batch) { runOn(batch, Riding, " AND PICKUP=Fals
 void fillStudents(const Batch& batch) {
     const auto before = lastKey(batch.work, "RPT_STUDENT");
     runOn(batch, Students, daysOf("A"), batch.now.dateValue().text(), batch.stopsBefore);
-    ado::Recordset needs;
-    needs.Open("SELECT SPECIALNEEDS.SPECIALNEEDS_CODE, SPECIALNEEDS.DESCRIPTION FROM SPECIALNEEDS",
-               batch.work);
+    ado::Recordset needs(
+        "SELECT SPECIALNEEDS.SPECIALNEEDS_CODE, SPECIALNEEDS.DESCRIPTION FROM SPECIALNEEDS",
+        batch.work);
     for (; !needs.Eof(); needs.MoveNext()) {
         const std::string code = needs["SPECIALNEEDS_CODE"].asText();
         const auto& description = needs["DESCRIPTION"];
@@ -327,8 +324,7 @@ void fillNeighbours(const Batch& batch) {
 }
 
 std::int64_t lastKey(ado::Connection& work, std::string_view table) {
-    ado::Recordset row;
-    row.Open(fmt::format("SELECT MAX({0}.ID) AS LASTID FROM {0}", table), work);
+    ado::Recordset row(fmt::format("SELECT MAX({0}.ID) AS LASTID FROM {0}", table), work);
     return row["LASTID"].isNull() ? 0 : row["LASTID"].asInteger();
 }
 

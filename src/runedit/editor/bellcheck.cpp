@@ -4,7 +4,6 @@
 
 #include "platform/ado/recordset.h"
 #include "platform/ado/sqltext.h"
-#include "platform/base/ports.h"
 #include "runedit/validation/rules.h"
 
 namespace runedit {
@@ -27,17 +26,13 @@ std::string bellStopsSql(std::string_view run) {
 }
 
 StopRows stopsAgainstBell(ado::Connection& routing, std::string_view run) {
-    ado::Recordset rows;
-    rows.Open(bellStopsSql(run), routing);
-    StopRows stops;
-    for (; !rows.Eof(); rows.MoveNext()) {
+    return ado::readAll(bellStopsSql(run), routing, [](ado::Recordset& rows) {
         StopRow stop;
         stop.stopId = textOf(rows["StopID"]);
         stop.run = textOf(rows["Run"]);
         stop.time = timeOf(rows["Time_At_Stop"]);
-        stops.push_back(std::move(stop));
-    }
-    return stops;
+        return stop;
+    });
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "platform/ado/recordset.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 #include "platform/base/wait.h"
 #include "runedit/map/Set_StartorEnd.h"
@@ -22,9 +23,8 @@ using std::chrono::milliseconds;
 constexpr milliseconds Patience{3000};  // with answers to other runs
 
 /// Takes back what a hand-over has done, the last first, unless it is kept.
-class WayBack {
+class WayBack : private base::NotCopied {
 public:
-    WayBack() = default;
     ~WayBack() {
         for (; !steps_.empty(); steps_.pop_back()) {
             try {
@@ -34,8 +34,6 @@ public:
             }
         }
     }
-    WayBack(const WayBack&) = delete;
-    WayBack& operator=(const WayBack&) = delete;
     void add(std::function<void()> step) { steps_.push_back(std::move(step)); }
     void forget() { steps_.clear(); }
 
@@ -77,8 +75,7 @@ constexpr auto RecordSql = "SELECT StartEnd.* FROM StartEnd";
 /// Puts the hand-off record back, unless another program folder's hand-over has come since.
 void putRecordBack(const HandOver& of, const std::vector<base::Value>& before) {
     ado::CommitOnExit unit(of.routing);
-    ado::Recordset row;
-    row.Open(RecordSql, of.routing, ado::CursorType::Dynamic);
+    ado::Recordset row(RecordSql, of.routing, ado::CursorType::Dynamic);
     if (row.Eof() || !base::equalsNoCase(base::trim(row["Run"].textView()), of.run.run)) {
         return;
     }
@@ -95,8 +92,7 @@ void putRecordBack(const HandOver& of, const std::vector<base::Value>& before) {
 void writeRecord(const HandOver& of, WayBack& back) {
     std::vector<base::Value> before;
     {
-        ado::Recordset row;
-        row.Open(RecordSql, of.routing);
+        ado::Recordset row(RecordSql, of.routing);
         for (int i = 0; !row.Eof() && i < row.fieldCount(); ++i) {
             before.push_back(row.Fields(i).Value());
         }

@@ -45,8 +45,7 @@ std::string stopExportSql(const std::string& run) {
 }
 
 dbf::Table readStopExport(ado::Connection& connection, const std::string& run) {
-    ado::Recordset stops;
-    stops.Open(stopExportSql(run), connection);
+    ado::Recordset stops(stopExportSql(run), connection);
     dbf::Table table{Columns, {}};
     for (; !stops.Eof(); stops.MoveNext()) {
         auto& row = table.rows.emplace_back();

@@ -58,9 +58,8 @@ void updateOrRetry(ado::Recordset& rows, const LogLine& log) {
 template <class TimesOf>
 std::optional<StopTimes> pass(const StoredStops& stops, TimeOrder order, const LogLine& log,
                               TimesOf timesOf) {
-    ado::Recordset rows;
-    rows.Open(stopRowsSql(stops.rows, order, stops.run), stops.connection,
-              ado::CursorType::Dynamic);
+    ado::Recordset rows(stopRowsSql(stops.rows, order, stops.run), stops.connection,
+                        ado::CursorType::Dynamic);
     std::optional<StopTimes> times = timesOf(readStops(rows));
     if (times) {
         writeStops(rows, times->writes, log);

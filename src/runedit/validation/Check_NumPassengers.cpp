@@ -23,8 +23,7 @@ std::string tooMany(const CheckedRun& run, const StopRow& stop, std::int16_t tot
 
 /// The row is read anew: a box about the vehicle type may have stood open since the first reading.
 void saveTotal(const CheckedRun& run, std::int16_t total, ado::Connection& routing) {
-    ado::Recordset row;
-    row.Open(runSql(run.run), routing, ado::CursorType::Dynamic);
+    ado::Recordset row(runSql(run.run), routing, ado::CursorType::Dynamic);
     if (!row.Eof()) {
         row["Total_Students"].Value(static_cast<int>(total));
         row.Update();

@@ -22,8 +22,7 @@ std::string notServedFromTheRight(std::string_view run) {
 }
 
 bool isRightSideOnly(const std::string& sideRead, ado::Connection& routing) {
-    ado::Recordset row;
-    row.Open(sideRead, routing);
+    ado::Recordset row(sideRead, routing);
     return !row.Eof() && yesNoOf(row["RightSide"]);
 }
 

@@ -10,8 +10,7 @@ namespace {
 constexpr auto DistrictSql = "Select * From District";
 
 std::int16_t maxRideTime(ado::Connection& routing) {
-    ado::Recordset district;
-    district.Open(DistrictSql, routing);
+    ado::Recordset district(DistrictSql, routing);
     return integer16(wholeOf(district["MaxRideTime"]));
 }
 

@@ -133,12 +133,9 @@ std::string needsSql(const StopRow& stop) {
 }
 
 std::vector<NeedCount> needsIn(const std::string& needsRead, ado::Connection& routing) {
-    ado::Recordset rows;
-    rows.Open(needsRead, routing);
-    std::vector<NeedCount> needs;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        needs.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["TotSpec"])});
-    }
+    auto needs = ado::readAll(needsRead, routing, [](ado::Recordset& rows) {
+        return NeedCount{textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["TotSpec"])};
+    });
     std::stable_sort(needs.begin(), needs.end(), [](const NeedCount& a, const NeedCount& b) {
         return base::lowered(a.code) < base::lowered(b.code);
     });
@@ -168,13 +165,9 @@ std::string needsCarriedSql(std::string_view vehType) {
 }
 
 std::vector<NeedCount> needsCarriedBy(const std::string& vehType, ado::Connection& trip) {
-    ado::Recordset rows;
-    rows.Open(needsCarriedSql(vehType), trip);
-    std::vector<NeedCount> carried;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        carried.push_back({textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["Capacity"])});
-    }
-    return carried;
+    return ado::readAll(needsCarriedSql(vehType), trip, [](ado::Recordset& rows) {
+        return NeedCount{textOf(rows["SPECIALNEEDS_CODE"]), numberOf(rows["Capacity"])};
+    });
 }
 
 std::vector<StopNeeds> readStopNeeds(const StopRows& regularStops, ado::Connection& routing) {

@@ -28,20 +28,17 @@ std::string vehicleOfRoute(std::int64_t intRouteId, ado::Connection& routing) {
     if (intRouteId == 0) {
         return {};
     }
-    ado::Recordset route;
-    route.Open(routeSql(intRouteId), routing);
+    ado::Recordset route(routeSql(intRouteId), routing);
     return route.Eof() ? std::string() : textOf(route["Vehicle"]);
 }
 
 std::optional<std::string> vehTypeOfVehicle(std::string_view vehicle, ado::Connection& trip) {
-    ado::Recordset row;
-    row.Open(vehicleSql(vehicle), trip);
+    ado::Recordset row(vehicleSql(vehicle), trip);
     return row.Eof() ? std::nullopt : std::optional(textOf(row["VehType"]));
 }
 
 void readRun(CheckedRun& checked, ado::Connection& routing) {
-    ado::Recordset row;
-    row.Open(runSql(checked.run), routing);
+    ado::Recordset row(runSql(checked.run), routing);
     if (row.Eof()) {
         return;
     }

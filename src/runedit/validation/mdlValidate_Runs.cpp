@@ -66,8 +66,7 @@ using Wanted = std::array<bool, Checks.size()>;
 constexpr auto DistrictSql = "Select District.* from District";
 
 Wanted wantedByDistrict() {
-    ado::Recordset district;
-    district.Open(DistrictSql, *startup::gcnRouting);
+    ado::Recordset district(DistrictSql, *startup::gcnRouting);
     district.MoveFirst();
     Wanted wanted{};
     for (std::size_t i = 0; i < Checks.size(); ++i) {
@@ -97,8 +96,7 @@ std::string capacitySql(std::string_view vehType) {
 
 std::int16_t GetVehCapacity(const std::string& VehType, const std::string& CapacityLevel) {
     return startup::trapped("GetVehCapacity", Module, [&]() -> std::int16_t {
-        ado::Recordset row;
-        row.Open(capacitySql(VehType), *startup::gcnRouting);
+        ado::Recordset row(capacitySql(VehType), *startup::gcnRouting);
         if (row.Eof()) {
             base::MsgBox(
                 "Warning,  the vehicle type that you assigned to this run is no longer in your "
@@ -237,8 +235,7 @@ std::string countSql(const std::string& run) {
 }
 
 std::int64_t timedStops(const std::string& run) {
-    ado::Recordset row;
-    row.Open(countSql(run), *startup::gcnRouting);
+    ado::Recordset row(countSql(run), *startup::gcnRouting);
     return row["N"].asInteger();
 }
 

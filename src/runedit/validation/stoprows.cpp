@@ -8,13 +8,9 @@
 
 namespace runedit {
 
-namespace {
-
 constexpr std::string_view Stops =
     "SELECT STOP.STOPID, STOP_TRIPTYPE.*, STOP.STOPTYPE FROM STOP INNER JOIN STOP_TRIPTYPE ON "
     "STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID";
-
-}  // namespace
 
 std::string regularStopsOf(std::string_view run) {
     return fmt::format(" where STOP.STOPTYPE='REGULAR' AND STOP_TRIPTYPE.RUN='{}'",
@@ -31,8 +27,7 @@ std::string inSequence(std::string_view run) { return timedStopsOf(run).append(I
 std::string stopsSql(std::string_view condition) { return fmt::format("{}{}", Stops, condition); }
 
 StopRows readStops(ado::Connection& routing, std::string_view condition) {
-    ado::Recordset rows;
-    rows.Open(stopsSql(condition), routing);
+    ado::Recordset rows(stopsSql(condition), routing);
     const auto& stopId = rows["StopID"];
     const auto& run = rows["Run"];
     const auto& intStopId = rows["Int_STOPID"];

@@ -177,8 +177,7 @@ void RunIndex::findStops(Best& best) const {
 }
 
 void RunIndex::addRunsOf(const Stop& stop, Best& best) const {
-    ado::Recordset runs;
-    runs.Open(fmt::format(RunsOfStopSql, stop.id), routing_);
+    ado::Recordset runs(fmt::format(RunsOfStopSql, stop.id), routing_);
     for (; !runs.Eof() && best.missing() > 0; runs.MoveNext()) {
         best.add(
             {textOf(runs.Fields("RUN")), textOf(runs.Fields("DESCRIPTION")), "stop " + stop.name});

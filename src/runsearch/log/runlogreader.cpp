@@ -66,8 +66,7 @@ void RunLogReader::read(std::size_t entries, table::TextTable& into) {
 
 /// Asks for `entries`, always as many, so that one translation serves; takes `most` of them.
 void RunLogReader::readStretch(std::size_t entries, std::size_t most, table::TextTable& into) {
-    ado::Recordset rows;
-    rows.Open(runLogPageQuery(filters_, *way_, place_, entries), routing_);
+    ado::Recordset rows(runLogPageQuery(filters_, *way_, place_, entries), routing_);
     const data::ListFields fields(Columns, rows);
     const ado::Field& time = rows.Fields("LOGDATE");
     const ado::Field& key = rows.Fields("ID");
@@ -141,8 +140,7 @@ void RunLogReader::countOn() {
 }
 
 std::int64_t RunLogReader::number(const std::string& sql, std::string_view name) {
-    ado::Recordset row;
-    row.Open(sql, routing_);
+    ado::Recordset row(sql, routing_);
     const ado::Field& field = row.Fields(name);
     return field.isNull() ? 0 : field.asInteger();
 }

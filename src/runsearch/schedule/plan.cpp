@@ -78,8 +78,7 @@ EmptyTrip emptyTrip(const ado::Field& minutes, const ado::Field& miles) {
 
 void forEachRow(ado::Connection& connection, std::string_view sql,
                 const std::function<void(ado::Recordset&)>& row) {
-    ado::Recordset rows;
-    rows.Open(sql, connection);
+    ado::Recordset rows(sql, connection);
     for (; !rows.Eof(); rows.MoveNext()) {
         row(rows);
     }
@@ -319,8 +318,7 @@ void RunFields::readInto(ScheduledRun& run) const {
 }
 
 void PlanReader::readRuns(const std::string& sql) {
-    ado::Recordset rows;
-    rows.Open(sql, routing_);
+    ado::Recordset rows(sql, routing_);
     const RunFields fields(rows);
     breath_.takeNow();
     for (; !rows.Eof(); rows.MoveNext()) {

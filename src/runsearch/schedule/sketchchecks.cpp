@@ -55,8 +55,7 @@ private:
 
 const SketchChecks::Wanted& SketchChecks::wanted() {
     if (!wanted_) {
-        ado::Recordset district;
-        district.Open("Select District.* from District", databases_.routing);
+        ado::Recordset district("Select District.* from District", databases_.routing);
         const auto is = [&](const char* column) {
             return !district.Eof() && runedit::yesNoOf(district[column]);
         };

@@ -100,10 +100,9 @@ void Saving::writeRun(ado::Recordset& row, const ScheduledRun& run, const Move& 
 }
 
 void Saving::shiftStops(const Move& move, Seconds by) const {
-    ado::Recordset stops;
-    stops.Open("Select Stop_TripType.* From Stop_TripType Where Stop_TripType.Run='" +
-                   ado::escaped(move.run) + "'",
-               routing_, ado::CursorType::Dynamic);
+    ado::Recordset stops("Select Stop_TripType.* From Stop_TripType Where Stop_TripType.Run='" +
+                             ado::escaped(move.run) + "'",
+                         routing_, ado::CursorType::Dynamic);
     for (; !stops.Eof(); stops.MoveNext()) {
         auto& time = stops["TIME_AT_STOP"];
         if (!time.isNull()) {
@@ -120,8 +119,7 @@ std::string Saving::routeName(std::int64_t key) const {
 
 void Saving::log(const ScheduledRun& run, const Move& move) const {
     const auto from = run.route == None ? 0 : stored_.route(run.route).key;
-    ado::Recordset entry;
-    entry.Open("Select RunLog.* from RunLog Where RunLog.ID=0", routing_);
+    ado::Recordset entry("Select RunLog.* from RunLog Where RunLog.ID=0", routing_);
     entry.AddNew();
     entry["RunID"].Value(move.run);
     entry["LogDate"].Value(base::Now());

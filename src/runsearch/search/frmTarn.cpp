@@ -151,8 +151,7 @@ void frmTarn::enterCriteria() {
 void frmTarn::Form_Load() {
     ui_->Tarn->clear();
     startup::SelectedRun.clear();
-    ado::Recordset district;
-    district.Open("Select * From District", *startup::gcnRouting);
+    ado::Recordset district("Select * From District", *startup::gcnRouting);
     startup::RunRefreshTime =
         static_cast<int>(startup::NoNullNumber(district["RUNREFRESHTIME"].Value()).asInteger());
     ui_->DistrictName->setText(toQt(startup::NoNullString(district["DistName"].Value()).asText()));
@@ -206,8 +205,7 @@ void frmTarn::cmdSearch_Click() {
 }
 
 void frmTarn::search(const RunSearchQuery& query, const RunSearchCriteria& asked) {
-    ado::Recordset runs;
-    runs.Open(query.runs, *startup::gcnRouting);
+    ado::Recordset runs(query.runs, *startup::gcnRouting);
     ui_->WholeMinutes->setVisible(!endsWithinMinutes().empty());
     ui_->RunList->sortingOff();
     ui_->RunList->setFilter({});

@@ -13,11 +13,10 @@ Deletion deleteRun(ado::Connection& routing, std::string_view run) {
     const auto id = ado::escaped(base::trim(run));
     ado::CommitOnExit unit(routing);
     // The blank before the closing quote belongs to the text; comparisons ignore it.
-    ado::Recordset stops;
-    stops.Open(fmt::format("Select Stop_TripType.* From Stop_TripType "
-                           "Where Stop_TripType.Run='{} '",
-                           id),
-               routing);
+    ado::Recordset stops(fmt::format("Select Stop_TripType.* From Stop_TripType "
+                                     "Where Stop_TripType.Run='{} '",
+                                     id),
+                         routing);
     if (!stops.Eof()) {
         return Deletion::HasStops;
     }

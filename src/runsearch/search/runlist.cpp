@@ -75,8 +75,7 @@ table::TextTable readRuns(ado::Recordset& runs, bool withRouting) {
 }
 
 bool hasRuns(ado::Connection& connection) {
-    ado::Recordset runs;
-    runs.Open("SELECT RUN.RUN FROM RUN", connection);
+    ado::Recordset runs("SELECT RUN.RUN FROM RUN", connection);
     return !runs.Eof();
 }
 

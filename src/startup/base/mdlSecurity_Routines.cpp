@@ -16,9 +16,8 @@ namespace {
 constexpr const char* BuiltInAccount = "R.T.E.";
 
 std::int16_t permissionPoints() {
-    ado::Recordset points;
-    points.Open("SELECT QDSCPP.* FROM QDSCPP WHERE QDSCPP.PRODUCT='ROUTING'", *gcnQDSC,
-                ado::CursorType::Static);
+    ado::Recordset points("SELECT QDSCPP.* FROM QDSCPP WHERE QDSCPP.PRODUCT='ROUTING'", *gcnQDSC,
+                          ado::CursorType::Static);
     if (points.Eof()) {
         return 0;
     }
@@ -36,8 +35,7 @@ bool hasEmptyPassword(ado::Recordset& users) {
 }
 
 void loadAuthorities(const std::string& user) {
-    ado::Recordset rows;
-    rows.Open(
+    ado::Recordset rows(
         "SELECT QDSCU_PP.* FROM QDSCU_PP WHERE QDSCU_PP.PRODUCT='ROUTING' AND QDSCU_PP.QDSC1='" +
             user + "' ORDER BY QDSCU_PP.PERM",
         *gcnQDSC);
@@ -54,8 +52,7 @@ bool isRefused(const std::string& user) {
     gPermCount = permissionPoints();
     gPermAuthority.assign(static_cast<std::size_t>(gPermCount) + 1, false);
     gPermCode.assign(static_cast<std::size_t>(gPermCount) + 1, {});
-    ado::Recordset users;
-    users.Open("SELECT QDSCU.* FROM QDSCU WHERE QDSCU.QDSC1='" + user + "'", *gcnQDSC);
+    ado::Recordset users("SELECT QDSCU.* FROM QDSCU WHERE QDSCU.QDSC1='" + user + "'", *gcnQDSC);
     if (users.Eof()) {
         return true;
     }

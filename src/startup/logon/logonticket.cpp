@@ -27,9 +27,9 @@ std::string secretOf(const std::string& user, const std::string& storedPassword,
 }
 
 std::string storedPasswordOf(const std::string& user) {
-    ado::Recordset users;
-    users.Open(fmt::format("SELECT QDSCU.* FROM QDSCU WHERE QDSCU.QDSC1='{}'", ado::escaped(user)),
-               *gcnQDSC);
+    ado::Recordset users(
+        fmt::format("SELECT QDSCU.* FROM QDSCU WHERE QDSCU.QDSC1='{}'", ado::escaped(user)),
+        *gcnQDSC);
     return users.Eof() ? std::string() : std::string(users["QDSC2"].textView());
 }
 

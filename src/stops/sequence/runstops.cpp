@@ -41,21 +41,21 @@ void setSequence(ado::Connection& connection, std::int64_t stopTripId, std::int6
 bool isFree(std::string_view run) { return base::trim(run).empty(); }
 
 bool stopExists(ado::Connection& connection, std::int64_t intStopId) {
-    ado::Recordset stored;
-    stored.Open(fmt::format("SELECT STOP.INT_STOPID FROM STOP WHERE STOP.INT_STOPID={}", intStopId),
-                connection);
+    ado::Recordset stored(
+        fmt::format("SELECT STOP.INT_STOPID FROM STOP WHERE STOP.INT_STOPID={}", intStopId),
+        connection);
     return !stored.Eof();
 }
 
 /// The stop with the record that it can get on a run of that trip type with: the first free one;
 /// else without a record, and on the run that its record is on, if it has any.
 ChosenStop withFreeRecord(ado::Connection& connection, ChosenStop stop, std::string_view tripType) {
-    ado::Recordset records;
-    records.Open(fmt::format("SELECT STOP_TRIPTYPE.ID, STOP_TRIPTYPE.RUN FROM STOP_TRIPTYPE WHERE "
-                             "STOP_TRIPTYPE.INT_STOPID={} AND STOP_TRIPTYPE.TRIPTYPE='{}' ORDER BY "
-                             "STOP_TRIPTYPE.ID",
-                             stop.intStopId, ado::escaped(tripType)),
-                 connection);
+    ado::Recordset records(
+        fmt::format("SELECT STOP_TRIPTYPE.ID, STOP_TRIPTYPE.RUN FROM STOP_TRIPTYPE WHERE "
+                    "STOP_TRIPTYPE.INT_STOPID={} AND STOP_TRIPTYPE.TRIPTYPE='{}' ORDER BY "
+                    "STOP_TRIPTYPE.ID",
+                    stop.intStopId, ado::escaped(tripType)),
+        connection);
     stop.tripType = tripType;
     for (; !records.Eof() && stop.stopTripId == 0; records.MoveNext()) {
         stop.run = textOf(records["RUN"]);
@@ -103,11 +103,11 @@ private:
 
     /// A record is left alone where it is no longer on the run that the list showed.
     void addRecord(const ChosenStop& stop) {
-        ado::Recordset stored;
-        stored.Open(fmt::format("SELECT STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ FROM STOP_TRIPTYPE "
-                                "WHERE STOP_TRIPTYPE.ID={}",
-                                stop.stopTripId),
-                    connection_);
+        ado::Recordset stored(
+            fmt::format("SELECT STOP_TRIPTYPE.RUN, STOP_TRIPTYPE.RUNSEQ FROM STOP_TRIPTYPE "
+                        "WHERE STOP_TRIPTYPE.ID={}",
+                        stop.stopTripId),
+            connection_);
         if (stored.Eof() || !sameCode(stored["RUN"].textView(), stop.run)) {
             added.changedByAnother.push_back(stop);
             return;
@@ -318,18 +318,14 @@ std::string runStopsQuery(std::string_view run) {
 }
 
 Stops readRunStops(ado::Connection& connection, std::string_view run) {
-    ado::Recordset rows;
-    rows.Open(runStopsQuery(run), connection);
-    Stops stops;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        stops.push_back({.stopTripId = wholeOf(rows["ID"]),
-                         .intStopId = wholeOf(rows["INT_STOPID"]),
-                         .stopId = textOf(rows["STOPID"]),
-                         .stopType = textOf(rows["STOPTYPE"]),
-                         .tripType = textOf(rows["TRIPTYPE"]),
-                         .sequence = wholeOf(rows["RUNSEQ"])});
-    }
-    return stops;
+    return ado::readAll(runStopsQuery(run), connection, [](ado::Recordset& rows) {
+        return RunStop{.stopTripId = wholeOf(rows["ID"]),
+                       .intStopId = wholeOf(rows["INT_STOPID"]),
+                       .stopId = textOf(rows["STOPID"]),
+                       .stopType = textOf(rows["STOPTYPE"]),
+                       .tripType = textOf(rows["TRIPTYPE"]),
+                       .sequence = wholeOf(rows["RUNSEQ"])};
+    });
 }
 
 AddedStops addStops(ado::Connection& connection, const EditedRun& run,

@@ -41,8 +41,7 @@ constexpr data::ListColumn Columns[]{
 };
 
 std::set<std::int64_t> unplacedRecords(ado::Connection& connection, std::string_view run) {
-    ado::Recordset rows;
-    rows.Open(
+    ado::Recordset rows(
         fmt::format("SELECT STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID "
                     "= STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}' AND (STOP.XPOS=0 OR "
                     "STOP.XPOS Is Null) AND (STOP.YPOS=0 OR STOP.YPOS Is Null)",

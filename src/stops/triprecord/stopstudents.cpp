@@ -41,8 +41,7 @@ constexpr auto StudentsSql =
 /// The codes of each student's needs, ", " between them.
 std::map<std::int64_t, std::string> needsByStudent(ado::Connection& routing,
                                                    const TripRecord& record) {
-    ado::Recordset rows;
-    rows.Open(fmt::format(NeedsSql, conditionOf(record)), routing);
+    ado::Recordset rows(fmt::format(NeedsSql, conditionOf(record)), routing);
     std::map<std::int64_t, std::string> needs;
     for (; !rows.Eof(); rows.MoveNext()) {
         std::string& codes = needs[rows["INT_STUID"].asInteger()];
@@ -67,8 +66,7 @@ TextTable readStopNeeds(ado::Connection& routing, const TripRecord& record) {
         {"Students", {}, 1000, CellKind::Number},
     };
     TextTable table = data::emptyTable(Columns);
-    ado::Recordset rows;
-    rows.Open(fmt::format(NeedsSql, conditionOf(record)), routing);
+    ado::Recordset rows(fmt::format(NeedsSql, conditionOf(record)), routing);
     const data::ListFields fields(Columns, rows);
     std::int64_t count = 0;
     for (; !rows.Eof(); rows.MoveNext()) {

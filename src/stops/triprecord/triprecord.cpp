@@ -124,17 +124,12 @@ std::string tripRecordSql(std::int64_t id) {
 }
 
 std::vector<std::int64_t> tripRecordsOf(ado::Connection& routing, std::string_view run) {
-    ado::Recordset rows;
-    rows.Open(fmt::format("SELECT STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON"
-                          " STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}'"
-                          " ORDER BY STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
-                          ado::escaped(base::trim(run))),
-              routing);
-    std::vector<std::int64_t> ids;
-    for (; !rows.Eof(); rows.MoveNext()) {
-        ids.push_back(rows["ID"].asInteger());
-    }
-    return ids;
+    return ado::readAll(
+        fmt::format("SELECT STOP_TRIPTYPE.ID FROM STOP INNER JOIN STOP_TRIPTYPE ON"
+                    " STOP.INT_STOPID = STOP_TRIPTYPE.INT_STOPID WHERE STOP_TRIPTYPE.RUN='{}'"
+                    " ORDER BY STOP_TRIPTYPE.RUNSEQ, STOP_TRIPTYPE.ID",
+                    ado::escaped(base::trim(run))),
+        routing, [](ado::Recordset& rows) { return rows["ID"].asInteger(); });
 }
 
 }  // namespace stops

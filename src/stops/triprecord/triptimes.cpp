@@ -33,9 +33,8 @@ struct TimedRun {
 };
 
 TimedRun readTimedRun(ado::Connection& routing, std::string_view run) {
-    ado::Recordset rows;
-    rows.Open(runedit::stopRowsSql(StopTable::Routing, TimeOrder::Forwards, run), routing,
-              ado::CursorType::Static);
+    ado::Recordset rows(runedit::stopRowsSql(StopTable::Routing, TimeOrder::Forwards, run), routing,
+                        ado::CursorType::Static);
     TimedRun result{runedit::readStops(rows), {}};
     if (!result.stops.empty()) {
         rows.MoveFirst();

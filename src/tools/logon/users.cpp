@@ -17,13 +17,9 @@ bool isNamed(std::string_view id, std::string_view name) {
 }  // namespace
 
 std::vector<User> readUsers(ado::Connection& users) {
-    std::vector<User> all;
-    ado::Recordset rows;
-    rows.Open("SELECT QDSCU.* FROM QDSCU ORDER BY QDSCU.QDSC1", users);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        all.push_back({rows["QDSC1"].asText(), std::string(rows["QDSC2"].textView())});
-    }
-    return all;
+    return ado::readAll("SELECT QDSCU.* FROM QDSCU ORDER BY QDSCU.QDSC1", users, [](auto& rows) {
+        return User{rows["QDSC1"].asText(), std::string(rows["QDSC2"].textView())};
+    });
 }
 
 const User* findUser(const std::vector<User>& users, std::string_view id) {
@@ -35,8 +31,7 @@ const User* findUser(const std::vector<User>& users, std::string_view id) {
 void setPassword(ado::Connection& users, const std::string& id, const std::string& password) {
     const base::Value stored =
         password.empty() ? base::Value() : base::Value(password::hashed(password));
-    ado::Recordset rows;
-    rows.Open("SELECT QDSCU.* FROM QDSCU", users);
+    ado::Recordset rows("SELECT QDSCU.* FROM QDSCU", users);
     while (!isNamed(rows["QDSC1"].asText(), id)) {
         rows.MoveNext();
     }

@@ -21,10 +21,9 @@ std::optional<std::size_t> findStop(const SolvedRun& solved, std::int64_t stop,
 }
 
 void writeStops(ado::Connection& routing, const SolvedRun& solved) {
-    ado::Recordset rows;
-    rows.Open("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
-                  ado::escaped(solved.id()) + "'",
-              routing, ado::CursorType::Dynamic);
+    ado::Recordset rows("SELECT STOP_TRIPTYPE.* FROM STOP_TRIPTYPE WHERE STOP_TRIPTYPE.RUN='" +
+                            ado::escaped(solved.id()) + "'",
+                        routing, ado::CursorType::Dynamic);
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto at =
             findStop(solved, rows["INT_STOPID"].asInteger(), rows["RUNSEQ"].asInteger());

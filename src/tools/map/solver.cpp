@@ -109,8 +109,7 @@ SolvedRun::SolvedRun(const runedit::RequestLine& request, const dbf::Table& stop
 }
 
 std::set<std::int64_t> rightSideStops(ado::Connection& routing, std::string_view run) {
-    ado::Recordset rows;
-    rows.Open(
+    ado::Recordset rows(
         "SELECT STOP.INT_STOPID FROM STOP INNER JOIN STOP_TRIPTYPE ON STOP.INT_STOPID = "
         "STOP_TRIPTYPE.INT_STOPID WHERE STOP.RIGHTSIDE=True AND STOP_TRIPTYPE.RUN='" +
             ado::escaped(run) + "'",

@@ -255,8 +255,7 @@ private:
 };
 
 Maps::Maps(const Folders& folders, ado::Connection& routing) {
-    ado::Recordset district;
-    district.Open("SELECT DISTRICT.GIS_CLOSEDSTREETFILENAME FROM DISTRICT", routing);
+    ado::Recordset district("SELECT DISTRICT.GIS_CLOSEDSTREETFILENAME FROM DISTRICT", routing);
     maps_.emplace(
         routing,
         streets::openStreets(

@@ -52,8 +52,8 @@ void open(ado::Connection& connection, const std::string& file) {
 }
 
 void printRows(ado::Connection& connection, const std::string& statement, std::ostream& out) {
-    ado::Recordset rows;
-    rows.Open(statement, connection, ado::CursorType::ForwardOnly, ado::LockType::ReadOnly);
+    ado::Recordset rows(statement, connection, ado::CursorType::ForwardOnly,
+                        ado::LockType::ReadOnly);
     for (int i = 0; i < rows.fieldCount(); ++i) {
         out << (i == 0 ? "" : "\t") << escaped(rows.Fields(i).Name());
     }
@@ -77,8 +77,8 @@ QJsonValue jsonOf(const base::Value& value) {
 }
 
 QJsonObject rowsOf(ado::Connection& connection, const std::string& statement) {
-    ado::Recordset rows;
-    rows.Open(statement, connection, ado::CursorType::ForwardOnly, ado::LockType::ReadOnly);
+    ado::Recordset rows(statement, connection, ado::CursorType::ForwardOnly,
+                        ado::LockType::ReadOnly);
     QJsonArray columns;
     for (int i = 0; i < rows.fieldCount(); ++i) {
         columns.append(toJson(rows.Fields(i).Name()));

@@ -30,11 +30,10 @@ void inOne(ado::Connection& users, const std::function<void()>& work) {
 
 /// A user with more rights than there are permission points could not start the program.
 void requirePoint(ado::Connection& users, const Permission& permission) {
-    ado::Recordset points;
-    points.Open(fmt::format("SELECT QDSCPP.* FROM QDSCPP WHERE QDSCPP.PRODUCT='{}' AND "
-                            "QDSCPP.PERM='{}'",
-                            Product, permission.code),
-                users);
+    ado::Recordset points(fmt::format("SELECT QDSCPP.* FROM QDSCPP WHERE QDSCPP.PRODUCT='{}' AND "
+                                      "QDSCPP.PERM='{}'",
+                                      Product, permission.code),
+                          users);
     if (points.Eof()) {
         users.Execute(
             fmt::format("INSERT INTO QDSCPP (PRODUCT, PERM, DESCRIPTION) VALUES ('{}', '{}', '{}')",
@@ -65,16 +64,11 @@ void grantInside(ado::Connection& users, const std::string& id,
 }
 
 std::vector<std::string> grantedTo(ado::Connection& users, const std::string& id) {
-    std::vector<std::string> codes;
-    ado::Recordset rows;
-    rows.Open(fmt::format("SELECT QDSCU_PP.PERM FROM QDSCU_PP WHERE QDSCU_PP.PRODUCT='{}' AND "
-                          "QDSCU_PP.QDSC1='{}' AND QDSCU_PP.Authority=True ORDER BY QDSCU_PP.PERM",
-                          Product, ado::escaped(id)),
-              users);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        codes.push_back(rows["PERM"].asText());
-    }
-    return codes;
+    return ado::readAll(
+        fmt::format("SELECT QDSCU_PP.PERM FROM QDSCU_PP WHERE QDSCU_PP.PRODUCT='{}' AND "
+                    "QDSCU_PP.QDSC1='{}' AND QDSCU_PP.Authority=True ORDER BY QDSCU_PP.PERM",
+                    Product, ado::escaped(id)),
+        users, [](ado::Recordset& rows) { return rows["PERM"].asText(); });
 }
 
 }  // namespace
