@@ -10,6 +10,7 @@
 #include "map/drawing/theme.h"
 #include "map/ground/camera.h"
 #include "map/ground/ground.h"
+#include "platform/base/notcopied.h"
 
 class QPainter;
 
@@ -18,15 +19,13 @@ namespace map {
 /// The map of a window. Ground and names are painted by a thread of their own, larger than what is
 /// seen; until a new picture is there the last one is moved and scaled. Runs, stops and places are
 /// painted at once.
-class MapPicture {
+class MapPicture : private base::NotCopied {
 public:
     /// Called by the other thread whenever paint() would show something newer.
     using Newer = std::function<void()>;
 
     explicit MapPicture(Newer newer);
     ~MapPicture();
-    MapPicture(const MapPicture&) = delete;
-    MapPicture& operator=(const MapPicture&) = delete;
 
     void setGround(std::shared_ptr<const Ground> ground);
     void setTheme(const Theme& theme);

@@ -17,6 +17,7 @@
 #include "map/drawing/theme.h"
 #include "map/ground/camera.h"
 #include "map/ground/ground.h"
+#include "platform/base/notcopied.h"
 
 namespace map {
 
@@ -50,13 +51,11 @@ struct KeptPicture {
 };
 
 /// Paints pictures one after the other on a thread of its own.
-class PictureThread {
+class PictureThread : private base::NotCopied {
 public:
     /// Called on that thread for each picture that is ready.
     explicit PictureThread(std::function<void()> ready);
     ~PictureThread();
-    PictureThread(const PictureThread&) = delete;
-    PictureThread& operator=(const PictureThread&) = delete;
 
     /// Paints this next. What is being painted at another scale or of another ground is given up.
     void want(PictureOrder order);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/geo/projection.h"
 #include "streets/base/streetmap.h"
 
@@ -53,11 +54,8 @@ struct GroundPart {
 };
 
 /// What lies below the runs of a district: made once, then read by any thread.
-class Ground {
+class Ground : private base::NotCopied {
 public:
-    Ground() = default;
-    Ground(const Ground&) = delete;
-    Ground& operator=(const Ground&) = delete;
     virtual ~Ground();
 
     /// What is seen of a rectangle at so many feet a pixel, as the zoom rules say.

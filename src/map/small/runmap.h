@@ -9,6 +9,7 @@
 #include "map/drawing/scene.h"
 #include "map/ground/ground.h"
 #include "platform/ado/connection.h"
+#include "platform/base/notcopied.h"
 #include "streets/district/districtstreets.h"
 
 namespace map {
@@ -26,14 +27,12 @@ struct RunMap {
 /// Draws runs of one district. Its streets are opened by a thread of its own when the first run is
 /// drawn, and again when the settings that name them or the list of closed streets have changed.
 /// Those that another one has open are taken from there.
-class RunMaps {
+class RunMaps : private base::NotCopied {
 public:
     /// `opened` is called by the other thread when a run that had to wait can be drawn, or is told
     /// why not.
     explicit RunMaps(std::function<void()> opened = {});
     ~RunMaps();
-    RunMaps(const RunMaps&) = delete;
-    RunMaps& operator=(const RunMaps&) = delete;
 
     /// The run as it is stored now, on today's streets: its way and its numbered stops. Streets
     /// that cannot be read are a reason, too, and so are those that take longer than a blink to

@@ -8,6 +8,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/base/notcopied.h"
+
 namespace map {
 
 /// Whoever waits no longer than this for an answer is not felt to wait.
@@ -16,14 +18,11 @@ inline constexpr std::chrono::milliseconds SoonEnough{30};
 /// An answer that is worked out on a thread of its own. Whoever asks anew, or goes, gives up what
 /// was asked before; the work then ends by itself, so it must hold all that it reads.
 template <class Answer>
-class Aside {
+class Aside : private base::NotCopied {
 public:
     using Work = std::function<Answer(const std::stop_token& stop)>;
 
-    Aside() = default;
     ~Aside() { giveUp(); }
-    Aside(const Aside&) = delete;
-    Aside& operator=(const Aside&) = delete;
 
     void ask(Work work) {
         giveUp();

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/base/value.h"
 #include "reports/base/picture.h"
 #include "reports/base/report.h"
@@ -104,12 +105,9 @@ using Item = std::variant<GroupHead, Row, Remark, Totals, SheetHead, SheetStop, 
 
 /// A prepared report, read once from its beginning to its end. It holds no more than the item that
 /// is read, and reads nothing but the work tables.
-class Content {
+class Content : private base::NotCopied {
 public:
-    Content() = default;
     virtual ~Content() = default;
-    Content(const Content&) = delete;
-    Content& operator=(const Content&) = delete;
 
     [[nodiscard]] virtual const Report& report() const = 0;
     [[nodiscard]] virtual const Options& options() const = 0;

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/notcopied.h"
+
 namespace reports {
 
 struct Colour {
@@ -45,12 +47,9 @@ struct Picture {
 };
 
 /// What can be drawn as large as there is room for it.
-class Drawable {
+class Drawable : private base::NotCopied {
 public:
-    Drawable() = default;
     virtual ~Drawable() = default;
-    Drawable(const Drawable&) = delete;
-    Drawable& operator=(const Drawable&) = delete;
 
     [[nodiscard]] virtual Picture drawn(float width, float height) const = 0;
     /// What it shows, for those who do not see it.

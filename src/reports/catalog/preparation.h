@@ -9,6 +9,7 @@
 
 #include "platform/ado/connection.h"
 #include "platform/base/date.h"
+#include "platform/base/notcopied.h"
 #include "reports/base/content.h"
 
 namespace reports {
@@ -50,12 +51,9 @@ struct Sources {
 /// A report's rows in the work tables, under a key of their own, so that two programs on one
 /// district do not meet. They are removed when this goes, and those that a killed program left when
 /// the next report is prepared.
-class Prepared {
+class Prepared : private base::NotCopied {
 public:
     virtual ~Prepared() = default;
-    Prepared() = default;
-    Prepared(const Prepared&) = delete;
-    Prepared& operator=(const Prepared&) = delete;
 
     /// Reads the report from its beginning; may be called again. What it gives must not outlive
     /// this.

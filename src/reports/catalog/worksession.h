@@ -7,6 +7,7 @@
 #include "platform/ado/connection.h"
 #include "platform/ado/session.h"
 #include "platform/base/date.h"
+#include "platform/base/notcopied.h"
 
 namespace reports {
 
@@ -18,13 +19,11 @@ namespace reports {
 
 /// A key for the rows of one preparation. Its end removes them, where the file allows it; otherwise
 /// they wait for the next beginning after this process has ended.
-class WorkSession {
+class WorkSession : private base::NotCopied {
 public:
     /// Removes what processes that are gone have left behind. Raises store::StoreError.
     WorkSession(ado::Connection& work, base::Date now);
     ~WorkSession();
-    WorkSession(const WorkSession&) = delete;
-    WorkSession& operator=(const WorkSession&) = delete;
 
     [[nodiscard]] std::int64_t key() const { return key_; }
     /// All rows that were put in so far. Raises store::StoreError.

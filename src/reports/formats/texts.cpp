@@ -8,6 +8,7 @@
 
 #include "platform/base/encoding.h"
 #include "platform/base/fold.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 
 namespace reports {
@@ -15,12 +16,10 @@ namespace reports {
 namespace {
 
 /// The system's knowledge of letters holds for the locale of a thread.
-class LettersLocale {
+class LettersLocale : private base::NotCopied {
 public:
     LettersLocale() : before_(::uselocale(letters())) {}
     ~LettersLocale() { ::uselocale(before_); }
-    LettersLocale(const LettersLocale&) = delete;
-    LettersLocale& operator=(const LettersLocale&) = delete;
 
 private:
     static locale_t letters() {

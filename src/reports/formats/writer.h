@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/base/notcopied.h"
 #include "platform/files/draft.h"
 #include "reports/base/content.h"
 
@@ -33,12 +34,9 @@ private:
 };
 
 /// Writes a report's items into a file, one by one.
-class Writer {
+class Writer : private base::NotCopied {
 public:
-    Writer() = default;
     virtual ~Writer() = default;
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
 
     virtual void take(const Item& item) = 0;
     /// Behind the last item.

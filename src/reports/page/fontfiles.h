@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "reports/page/fonts.h"
 
 struct hb_font_t;
@@ -11,13 +12,11 @@ struct hb_font_t;
 namespace reports {
 
 /// A face of a font that is installed, opened for measuring.
-class OpenFont {
+class OpenFont : private base::NotCopied {
 public:
     /// Raises "Path/File access error" (75) where the file cannot be read.
     OpenFont(const std::string& path, int index);
     ~OpenFont();
-    OpenFont(const OpenFont&) = delete;
-    OpenFont& operator=(const OpenFont&) = delete;
 
     [[nodiscard]] const FontFile& file() const { return file_; }
     [[nodiscard]] hb_font_t* font() const { return font_; }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "reports/page/page.h"
 
 namespace reports {
@@ -38,7 +39,7 @@ struct Shaped {
 /// The fonts of all reports, found once: Roboto and its condensed cut, DejaVu Sans for what they
 /// lack and where they are missing. Measures and shapes words and keeps what it has shaped. May be
 /// used by several threads at once.
-class Fonts {
+class Fonts : private base::NotCopied {
 public:
     /// The program's one. Raises "Path/File access error" (75) where the system has no font at all.
     static Fonts& instance();
@@ -46,9 +47,6 @@ public:
     /// A text's width at size 1.
     [[nodiscard]] float width(Face face, std::string_view text);
     [[nodiscard]] Shaped shape(Face face, std::string_view text, bool rightToLeft);
-
-    Fonts(const Fonts&) = delete;
-    Fonts& operator=(const Fonts&) = delete;
 
 private:
     Fonts();

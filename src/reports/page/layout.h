@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "reports/base/content.h"
 #include "reports/page/page.h"
 
@@ -18,13 +19,11 @@ struct Pages {
 class PageMaking;
 
 /// Lays a report out page by page. Until its end a page says "Page 3", then "Page 3 of 12".
-class Layout {
+class Layout : private base::NotCopied {
 public:
     /// Takes what it needs of the content, which must outlive it.
     explicit Layout(Content& content);
     ~Layout();
-    Layout(const Layout&) = delete;
-    Layout& operator=(const Layout&) = delete;
 
     /// Lays out until another page is full; false at the report's end, when the last page and the
     /// numbers of all pages are written.

@@ -2,18 +2,17 @@
 
 #include <memory>
 
+#include "platform/base/notcopied.h"
 #include "reports/page/layout.h"
 #include "reports/page/piece.h"
 
 namespace reports {
 
 /// What makes the pages of one form of report.
-class PageMaking {
+class PageMaking : private base::NotCopied {
 public:
     explicit PageMaking(Content& content);
     virtual ~PageMaking() = default;
-    PageMaking(const PageMaking&) = delete;
-    PageMaking& operator=(const PageMaking&) = delete;
 
     /// As Layout::layPage().
     virtual bool layPage() = 0;

@@ -5,17 +5,16 @@
 
 #include <cairo.h>
 
+#include "platform/base/notcopied.h"
 #include "reports/page/fonts.h"
 
 namespace reports {
 
 /// The files of glyphs as the painters' library opens them, each once.
-class FontFaces {
+class FontFaces : private base::NotCopied {
 public:
     FontFaces();
     ~FontFaces();
-    FontFaces(const FontFaces&) = delete;
-    FontFaces& operator=(const FontFaces&) = delete;
 
     /// Raises "Path/File access error" (75) where the file has gone.
     [[nodiscard]] cairo_font_face_t* of(const FontFile& file);

@@ -8,6 +8,7 @@
 #include <cairo-pdf.h>
 #include <fmt/format.h>
 
+#include "platform/base/notcopied.h"
 #include "reports/paint/catalogentry.h"
 #include "reports/paint/drawing.h"
 #include "reports/paint/paintfile.h"
@@ -35,7 +36,7 @@ struct Output {
     }
 };
 
-class Document {
+class Document : private base::NotCopied {
 public:
     Document(const Pages& pages, Output& output)
         : pages_(pages),
@@ -52,8 +53,6 @@ public:
         cairo_destroy(cairo_);
         cairo_surface_destroy(surface_);
     }
-    Document(const Document&) = delete;
-    Document& operator=(const Document&) = delete;
 
     void page(std::size_t number);
     void finish() {

@@ -9,6 +9,7 @@
 #include <cairo.h>
 #include <tiffio.h>
 
+#include "platform/base/notcopied.h"
 #include "reports/paint/drawing.h"
 #include "reports/paint/paintfile.h"
 
@@ -21,7 +22,7 @@ constexpr double DotsPerPoint = DotsPerInch / 72;
 constexpr unsigned char Dark = 128;
 
 /// A page's dots, painted one page after the other.
-class Canvas {
+class Canvas : private base::NotCopied {
 public:
     explicit Canvas(const PageSize& size)
         : surface_(
@@ -36,8 +37,6 @@ public:
         cairo_destroy(cairo_);
         cairo_surface_destroy(surface_);
     }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
 
     /// The page, eight dots a byte, black ones set.
     std::vector<unsigned char>& painted(const Page& page);

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "platform/base/notcopied.h"
+
 namespace reports {
 
 /// The runs that reports are made of.
@@ -13,12 +15,9 @@ struct RunsForReports {
 
 /// What a form that offers reports hands to the report selection form, value by value, before it
 /// shows it.
-class SelectionIntake {
+class SelectionIntake : private base::NotCopied {
 public:
-    SelectionIntake() = default;
     virtual ~SelectionIntake() = default;
-    SelectionIntake(const SelectionIntake&) = delete;
-    SelectionIntake& operator=(const SelectionIntake&) = delete;
 
     virtual void caption(const std::string& text) = 0;
     /// Of the suite: "Routing".

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/base/notcopied.h"
 #include "startup/base/plainwords.h"
 #include "startup/base/session.h"
 
@@ -27,12 +28,10 @@ void report(std::string_view procedure, std::string_view module,
 
 /// Lives while a form's procedure runs: the form tells its planner where the store refuses to
 /// write, so that such an error inside a module passes through.
-class DoorOfForm {
+class DoorOfForm : private base::NotCopied {
 public:
     DoorOfForm() { ++open_; }
     ~DoorOfForm() { --open_; }
-    DoorOfForm(const DoorOfForm&) = delete;
-    DoorOfForm& operator=(const DoorOfForm&) = delete;
     [[nodiscard]] static bool isOpen() { return open_ > 0; }
 
 private:

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/base/value.h"
 #include "streets/directions/drives.h"
 #include "streets/directions/sentences.h"
@@ -21,11 +22,9 @@ constexpr auto Crossing = "Railroad crossing, stop and look";
 std::string milesText(double miles) { return base::numberText(std::round(miles * 100) / 100); }
 
 /// Start, stops and total; what is between them is told by those who derive.
-class DirectionWriter {
+class DirectionWriter : private base::NotCopied {
 public:
     explicit DirectionWriter(const DirectedRun& run) : run_(run) {}
-    DirectionWriter(const DirectionWriter&) = delete;
-    DirectionWriter& operator=(const DirectionWriter&) = delete;
     virtual ~DirectionWriter() = default;
 
     std::vector<DirectionLine> write() {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "platform/geo/projection.h"
 #include "streets/base/streetmap.h"
 
@@ -68,11 +69,8 @@ enum class DoorSide {
 };
 
 /// What a district drives on. Places are feet on its plane. Made once, then read by any thread.
-class Network {
+class Network : private base::NotCopied {
 public:
-    Network() = default;
-    Network(const Network&) = delete;
-    Network& operator=(const Network&) = delete;
     virtual ~Network();
 
     /// The halts that serve a place, the nearest street first: one or both directions of it. Empty

@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "streets/network/directedgraph.h"
 #include "streets/network/monotonequeue.h"
 
@@ -57,12 +58,10 @@ public:
     explicit SearchPool(const DirectedGraph& graph) : graph_(graph) {}
 
     /// Gives its search back at the end.
-    class Lease {
+    class Lease : private base::NotCopied {
     public:
         explicit Lease(SearchPool& pool) : pool_(pool), search_(pool.take()) {}
         ~Lease() { pool_.giveBack(std::move(search_)); }
-        Lease(const Lease&) = delete;
-        Lease& operator=(const Lease&) = delete;
         Search* operator->() const { return search_.get(); }
 
     private:

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 #include <mdbtools.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 #include "tools/access/cells.h"
 
@@ -242,14 +243,11 @@ std::vector<Column> describeAll(const MdbHandle& file, const MdbTableDef& table)
 
 }  // namespace
 
-struct AccessFile::Handle {
+struct AccessFile::Handle : private base::NotCopied {
     MdbHandle* file = nullptr;
     std::uintmax_t pages = 0;
 
-    Handle() = default;
     ~Handle() { mdb_close(file); }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
 
     [[nodiscard]] std::span<MdbCatalogEntry*> catalog() const {
         return itemsOf<MdbCatalogEntry>(file->catalog);

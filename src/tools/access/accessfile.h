@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/notcopied.h"
+
 /// Reads the tables of an Access file (97 to 2003, and later ones). A damaged file may hang or end
 /// the process that reads it, so that only vireo-read-access does, within limits.
 namespace tools::access {
@@ -34,14 +36,12 @@ struct Column {
 /// A cell as text; nothing is Null.
 using Cell = std::optional<std::string>;
 
-class AccessFile {
+class AccessFile : private base::NotCopied {
 public:
     /// `codePage` is that of the texts of a 97 file; the file itself often names a wrong one.
     /// Raises Unreadable: no Access file, damaged, cut short, encrypted.
     AccessFile(const std::string& path, std::string codePage);
     ~AccessFile();
-    AccessFile(const AccessFile&) = delete;
-    AccessFile& operator=(const AccessFile&) = delete;
 
     /// The tables and queries that somebody made, as the file orders them.
     [[nodiscard]] std::vector<Entry> entries() const;

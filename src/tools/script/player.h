@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/base/notcopied.h"
 #include "tools/script/command.h"
 #include "tools/script/programsbutlogon.h"
 #include "tools/script/scriptedboxes.h"
@@ -21,7 +22,6 @@ class QString;
 class QWidget;
 
 namespace forms {
-class Form;
 struct FileQuestion;
 struct PrintChoice;
 struct PrintQuestion;
@@ -49,12 +49,10 @@ struct Program {
 /// transcript: comments as headings, each command, and what it printed. While it lives, it answers
 /// the message boxes and file dialogs and sets the clock. "menu" and "dialog" are the names of a
 /// menu or a dialog in front that is none of the program's forms.
-class Player {
+class Player : private base::NotCopied {
 public:
     Player(std::ostream& transcript, Program program);
     ~Player();
-    Player(const Player&) = delete;
-    Player& operator=(const Player&) = delete;
 
     /// Throws ScriptError at the first command that fails: an expectation that is not met, a
     /// control that is not there or cannot be used, a message box that the script neither answered,

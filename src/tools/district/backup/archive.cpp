@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include "data/schema/schema.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 #include "tools/district/archive/archivereader.h"
 #include "tools/district/base/refuse.h"
@@ -62,7 +63,7 @@ void requireWritten(archive& one, la_ssize_t code) {
 }
 
 /// A new file that only its owner reads.
-class PrivateFile {
+class PrivateFile : private base::NotCopied {
 public:
     explicit PrivateFile(fs::path path)
         : path_(std::move(path)),
@@ -71,8 +72,6 @@ public:
         require(handle_ >= 0);
     }
     ~PrivateFile() { ::close(handle_); }
-    PrivateFile(const PrivateFile&) = delete;
-    PrivateFile& operator=(const PrivateFile&) = delete;
 
     void append(std::string_view bytes) {
         while (!bytes.empty()) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/notcopied.h"
 #include "tools/district/base/folders.h"
 
 struct archive;
@@ -30,13 +31,11 @@ using BytesRead = std::function<void(std::int64_t bytes)>;
 
 /// An archive that `tar --zstd` takes apart, too: files under relative names, and at its end
 /// "B2SUMS", which `b2sum --check` understands. Everything raises base::RunTimeError.
-class ArchiveWriter {
+class ArchiveWriter : private base::NotCopied {
 public:
     /// Writes to an open file, which stays the caller's.
     explicit ArchiveWriter(int file);
     ~ArchiveWriter();
-    ArchiveWriter(const ArchiveWriter&) = delete;
-    ArchiveWriter& operator=(const ArchiveWriter&) = delete;
 
     void add(const std::string& name, const std::filesystem::path& file, const BytesRead& read);
     void addText(const std::string& name, std::string_view text);

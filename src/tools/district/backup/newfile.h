@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/base/notcopied.h"
 #include "platform/files/files.h"
 
 namespace tools::district {
@@ -14,13 +15,11 @@ namespace tools::district {
 
 /// A back-up under another name until it is whole. It is held, so that no other one takes it for
 /// one that was left behind; those that were are removed.
-class NewFile {
+class NewFile : private base::NotCopied {
 public:
     /// Raises base::RunTimeError.
     explicit NewFile(const std::filesystem::path& wanted);
     ~NewFile();
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
 
     [[nodiscard]] int handle() const { return handle_; }
     /// Where it stands until it is finished.

@@ -8,6 +8,8 @@
 
 #include <sys/types.h>
 
+#include "platform/base/notcopied.h"
+
 namespace tools::district {
 
 /// Where a program that comes with the database server is ("pg_dump"): that of the server's own
@@ -17,15 +19,13 @@ namespace tools::district {
 
 /// Such a program at work, its input and output in our hands: where this program ends, that one
 /// does, too. Everything raises base::RunTimeError.
-class ServerTool {
+class ServerTool : private base::NotCopied {
 public:
     /// Told now and then while the tool is waited for; may raise to give up.
     using Waiting = std::function<void()>;
 
     ServerTool(std::string program, std::vector<std::string> arguments, Waiting waiting);
     ~ServerTool();
-    ServerTool(const ServerTool&) = delete;
-    ServerTool& operator=(const ServerTool&) = delete;
 
     /// The next bytes of its output, valid until the next call; empty at its end.
     [[nodiscard]] std::string_view read();

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "platform/base/notcopied.h"
 #include "platform/files/files.h"
 
 namespace tools::district {
@@ -13,7 +14,7 @@ namespace tools::district {
 /// A new folder beside the one that is asked for, which takes that one's place when all is done.
 /// Until then it is removed again by the destructor, so that a failure leaves nothing behind; what
 /// a killed program left is removed by the next one that makes the same. It is for its owner only.
-class NewFolder {
+class NewFolder : private base::NotCopied {
 public:
     /// What may stand in the place of the folder that is asked for.
     enum class Place {
@@ -24,8 +25,6 @@ public:
     /// Raises base::RunTimeError where something else stands there, or it cannot be made.
     explicit NewFolder(const std::filesystem::path& wanted, Place place = Place::Free);
     ~NewFolder();
-    NewFolder(const NewFolder&) = delete;
-    NewFolder& operator=(const NewFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return making_; }
     /// Where it will stand.

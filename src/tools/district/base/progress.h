@@ -3,16 +3,16 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/base/notcopied.h"
+
 namespace tools::district {
 
 /// One line on standard error that is written over as work goes on; silent where standard error is
 /// no terminal. Raises Interrupted from all but `clear` once the user has pressed Ctrl+C.
-class Progress {
+class Progress : private base::NotCopied {
 public:
     Progress();
     ~Progress();
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
 
     /// A new piece of work of so many steps.
     void begin(std::string what, std::int64_t steps);

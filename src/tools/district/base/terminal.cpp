@@ -8,6 +8,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 #include "tools/district/base/progress.h"
 
@@ -16,7 +17,7 @@ namespace tools::district {
 namespace {
 
 /// What is typed stays hidden, and Ctrl+C ends the reading instead of the program.
-class HiddenTyping {
+class HiddenTyping : private base::NotCopied {
 public:
     HiddenTyping() {
         struct sigaction ignore {};
@@ -32,8 +33,6 @@ public:
         sigaction(SIGINT, &formerInterrupt_, nullptr);
         std::fputs("\n", stderr);
     }
-    HiddenTyping(const HiddenTyping&) = delete;
-    HiddenTyping& operator=(const HiddenTyping&) = delete;
 
 private:
     termios former_{};

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "data/schema/announcing.h"
+#include "platform/base/notcopied.h"
 #include "platform/files/installation.h"
 #include "platform/store/base/copying.h"
 #include "platform/store/base/location.h"
@@ -31,7 +32,7 @@ Databases openAll(const Folders& folders) {
 }
 
 /// The copies as they are made, which are removed again unless all goes well.
-class Copies {
+class Copies : private base::NotCopied {
 public:
     explicit Copies(const Folders& folders) : folders_(folders) {}
     ~Copies() {
@@ -39,8 +40,6 @@ public:
             remove();
         }
     }
-    Copies(const Copies&) = delete;
-    Copies& operator=(const Copies&) = delete;
 
     std::unique_ptr<store::Database> make(data::DatabaseFile file) {
         const std::string path = folders_.database(file).string();

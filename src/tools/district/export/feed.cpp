@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/notcopied.h"
 #include "platform/table/csv.h"
 #include "tools/district/base/refuse.h"
 
@@ -20,7 +21,7 @@ constexpr std::string_view AgencyId = "district";
 constexpr std::string_view Bus = "3";
 
 /// One file of a feed: the names of its columns, then rows of as many cells.
-class FeedFile {
+class FeedFile : private base::NotCopied {
 public:
     FeedFile(const fs::path& folder, const std::string& name,
              std::initializer_list<std::string_view> columns)
@@ -31,8 +32,6 @@ public:
         csv_.endRow();
     }
     ~FeedFile() = default;
-    FeedFile(const FeedFile&) = delete;
-    FeedFile& operator=(const FeedFile&) = delete;
 
     template <class... Cells>
     void row(const Cells&... cells) {

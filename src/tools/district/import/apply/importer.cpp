@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "data/schema/version.h"
+#include "platform/base/notcopied.h"
 #include "platform/base/text.h"
 #include "platform/files/files.h"
 #include "platform/store/open/open.h"
@@ -58,11 +59,8 @@ std::vector<fs::path> filesOf(const std::vector<fs::path>& sources) {
 }
 
 std::string namesOfKinds() {
-    std::string names;
-    for (const FileKind& kind : practicalKinds()) {
-        names += (names.empty() ? "" : ", ") + kind.name + ".csv";
-    }
-    return names;
+    return base::joined(practicalKinds(), ", ",
+                        [](const auto& kind) { return kind.name + ".csv"; });
 }
 
 void addSources(const fs::path& file, bool isNamed, const std::vector<MapSection>& map,
@@ -131,7 +129,7 @@ OpenDistrict openDistrict(const Folders& folders) {
 }
 
 /// The write locks of all files that an import writes to. What is not committed is undone.
-class WriteLocks {
+class WriteLocks : private base::NotCopied {
 public:
     WriteLocks(const OpenDistrict& district, const std::set<DatabaseFile>& files) {
         for (const DatabaseFile file : CommitOrder) {
@@ -151,8 +149,6 @@ public:
             }
         }
     }
-    WriteLocks(const WriteLocks&) = delete;
-    WriteLocks& operator=(const WriteLocks&) = delete;
 
     void commit() {
         for (store::Database* file : locked_) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/base/date.h"
+#include "platform/base/notcopied.h"
 #include "tools/district/base/folders.h"
 #include "tools/district/base/progress.h"
 #include "tools/district/import/plan/comparison.h"
@@ -30,20 +31,18 @@ struct ImportResult {
 
 /// Compares the sources with the district and, where asked, writes what differs. The write locks
 /// are held for the writing only; whoever writes between comparing and locking makes it compare
-/// anew, the third time with the locks held. All is written before the first file is committed, in the order in which files name rows
-/// of one another: until then a failure, or a kill, leaves the district as it was; one between two
-/// files leaves rows that nothing names yet, and the same import again brings the rest. Raises
-/// Interrupted, base::RunTimeError, store::StoreError.
+/// anew, the third time with the locks held. All is written before the first file is committed, in
+/// the order in which files name rows of one another: until then a failure, or a kill, leaves the
+/// district as it was; one between two files leaves rows that nothing names yet, and the same
+/// import again brings the rest. Raises Interrupted, base::RunTimeError, store::StoreError.
 [[nodiscard]] ImportResult importInto(const ImportOptions& options, Progress& progress);
 
 /// A folder of its own for a while, which only this account can read.
-class PrivateFolder {
+class PrivateFolder : private base::NotCopied {
 public:
     /// Raises base::RunTimeError.
     PrivateFolder();
     ~PrivateFolder();
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
 private:
