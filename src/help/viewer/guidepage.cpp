@@ -14,12 +14,8 @@
 
 namespace help {
 
-namespace {
-
 constexpr int ResizeMs = 80;
 constexpr double Percent = 100;
-
-}  // namespace
 
 GuidePage::GuidePage(QWidget* parent) : QTextBrowser(parent) {
     setOpenLinks(false);

@@ -13,13 +13,9 @@
 
 namespace map {
 
-namespace {
-
 constexpr double Margin = 24;  ///< pixels around the scene
 constexpr double ScaleHeight = 28;
 constexpr double Corner = 4;
-
-}  // namespace
 
 SmallMap::SmallMap(QWidget* parent)
     : QWidget(parent), picture_([this] {

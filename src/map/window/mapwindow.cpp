@@ -18,8 +18,6 @@
 
 namespace map {
 
-namespace {
-
 using controls::fromQt;
 using controls::toQt;
 
@@ -27,8 +25,6 @@ constexpr auto Form_ = "MapWindow";
 constexpr std::size_t MostPlaces = 10;
 constexpr int WaitingTurn = 20;  ///< milliseconds
 constexpr double StopView = 1;   ///< feet a pixel
-
-}  // namespace
 
 MapWindow::MapWindow(MapDistrict district)
     : TrappedForm(Form_, nullptr, startup::AfterError::FormStays),

@@ -15,14 +15,10 @@
 
 namespace map {
 
-namespace {
-
 using controls::toQt;
 
 constexpr double WithinPixels = 12;
 constexpr double WithinFeet = 40;
-
-}  // namespace
 
 /// Whoever has sent a run takes over what it has found itself, so that there is nothing to change.
 void MapWindow::addDetours(QMenu& menu, geo::Feet place) {

@@ -14,11 +14,7 @@
 
 namespace map {
 
-namespace {
-
 constexpr auto HomesKey = "MapWindow/Homes";
-
-}  // namespace
 
 bool MapWindow::showsHomes() {
     return controls::LayoutMemory::instance().recall(QLatin1String(HomesKey)).value<QVariant>() ==

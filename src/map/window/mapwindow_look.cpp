@@ -8,8 +8,6 @@
 
 namespace map {
 
-namespace {
-
 constexpr auto AskKey = "MapWindow/AskFirst";
 
 // What the map needs beside the panel, in pixels: its signs do not grow with the font.
@@ -18,8 +16,6 @@ constexpr int LeastBesideNarrow = 650;
 constexpr int LeastLinesBelow = 20;
 constexpr int PanelCharacters = 64;
 constexpr int NarrowCharacters = 26;
-
-}  // namespace
 
 void MapWindow::wireControls() {
     on(ui_->SolveIt, &QPushButton::clicked, "SolveIt_Click", &MapWindow::SolveIt_Click);

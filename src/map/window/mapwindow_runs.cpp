@@ -11,11 +11,7 @@
 
 namespace map {
 
-namespace {
-
 constexpr auto NotSavedTitle = "Not Saved";
-
-}  // namespace
 
 void MapWindow::ask(const std::string& run, Decided decided) {
     trap("ask", [&] {

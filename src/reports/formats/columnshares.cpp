@@ -6,12 +6,8 @@
 
 namespace reports {
 
-namespace {
-
 constexpr double Narrowest = 12;
 constexpr double GrowingAtLeast = 60;
-
-}  // namespace
 
 double textWidth(const Options& options) {
     return static_cast<double>(sizeOf(options).width) - 2 * Margin;

@@ -16,16 +16,12 @@
 
 namespace runedit {
 
-namespace {
-
 using controls::fromQt;
 using controls::toQt;
 using startup::gcnRouting;
 
 constexpr int StatusMilliseconds = 8000;
 const auto NotSavedYet = QStringLiteral("The run has no stops before it is saved.");
-
-}  // namespace
 
 void Run::showHead() {
     const auto id = ui_->RunID->text().trimmed();

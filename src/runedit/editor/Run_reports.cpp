@@ -9,15 +9,11 @@
 
 namespace runedit {
 
-namespace {
-
 constexpr auto NotSavedTitle = "Run Not Saved";
 constexpr auto StoredIsShown =
     "You have changed this run and not saved it.  The report shows the run as it is saved.\n\n"
     "OK - show the report.\n"
     "Cancel - go on editing.";
-
-}  // namespace
 
 void Run::PrintStops_Click() { printReport("run-stops"); }
 

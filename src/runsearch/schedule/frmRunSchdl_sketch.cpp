@@ -15,14 +15,10 @@
 
 namespace schedule {
 
-namespace {
-
 constexpr auto LeaveTitle = "Throw Away the Sketch";
 constexpr auto LeaveQuestion =
     "The sketch has changes that are not saved.\n\nAre you sure you want to throw them away?";
 constexpr auto AppliedTitle = "Apply the Sketch";
-
-}  // namespace
 
 void frmRunSchdl::wireSketch() {
     on(ui_->UndoSketch, &QPushButton::clicked, "UndoSketch_Click", &frmRunSchdl::UndoSketch_Click);

@@ -5,8 +5,6 @@
 
 namespace schedule {
 
-namespace {
-
 constexpr double Width = 292;
 constexpr double WidestCard = 420;
 constexpr double SignWidth = 14;
@@ -15,8 +13,6 @@ constexpr double LinesFrom = 46;
 constexpr double LabelAt = 20;
 constexpr double ValueAt = 98;
 constexpr double Margin = 12;
-
-}  // namespace
 
 void paintSign(QPainter& painter, QPointF middle, double unit, Trouble trouble,
                const Colours& colours) {

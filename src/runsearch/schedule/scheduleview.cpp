@@ -13,8 +13,6 @@
 
 namespace schedule {
 
-namespace {
-
 /// The form's font at the usual size, which the measures are made for.
 constexpr double UsualFontPixels = 13;
 constexpr double LeastRow = 4;
@@ -25,8 +23,6 @@ constexpr int HighScreen = 900;
 /// What is left free before the first and after the last time.
 constexpr double DayMargin = 15 * Minute;
 constexpr int CardAfterMs = 300;
-
-}  // namespace
 
 ScheduleView::ScheduleView(QWidget* parent)
     : QAbstractScrollArea(parent), card_(new HoverCard(viewport())) {

@@ -13,14 +13,10 @@
 
 namespace schedule {
 
-namespace {
-
 /// The card keeps so many rows away from the bar that is held.
 constexpr double RowsToCard = 5;
 /// So far to the side a run that is taken to another route keeps its time.
 constexpr double Sideways = 8;
-
-}  // namespace
 
 void ScheduleView::pressBar(const Bar& bar, QPointF point) {
     const bool mayDrag = sketching_.drop && frame_.chart->layout.order == Order::ByRoute &&

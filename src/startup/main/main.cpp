@@ -3,8 +3,6 @@
 #include "startup/desktop/selfdescription.h"
 #include "startup/main/RunStartup.h"
 
-namespace {
-
 constexpr std::string_view Help = R"(Usage: tarn [USER]
 
 Finds, edits, times, checks and prints the runs of a district. USER is the identifier of the one
@@ -15,8 +13,6 @@ The district is the one that VIREO_DISTRICT names, else the one of the configura
   --version  the program's version
 
 Example: VIREO_DISTRICT=~/sample tarn PLANNER)";
-
-}  // namespace
 
 int main(int argc, char** argv) {
     if (startup::isAnsweredAtOnce(argc, argv, Help)) {

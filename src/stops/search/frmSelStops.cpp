@@ -8,11 +8,7 @@
 
 namespace stops {
 
-namespace {
-
 constexpr auto SearchModule = "frmSelStops";
-
-}  // namespace
 
 frmSelStops::frmSelStops(forms::Form* owner)
     : TrappedForm(SearchModule, owner), ui_(std::make_unique<Ui::frmSelStops>()) {

@@ -11,16 +11,12 @@
 
 namespace stops {
 
-namespace {
-
 using controls::LayoutMemory;
 
 constexpr auto MapKey = "Add_Remove_Stops/Map";
 constexpr auto MapSplitterKey = "Add_Remove_Stops/MapSplitter";
 constexpr int ListRows = 12;  ///< so many stay in sight above a map
 constexpr int MapLines = 9;   ///< a lower map tells nothing
-
-}  // namespace
 
 void Add_Remove_Stops::wireMap() {
     auto& memory = LayoutMemory::instance();

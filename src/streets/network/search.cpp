@@ -7,13 +7,9 @@
 
 namespace streets {
 
-namespace {
-
 constexpr double SamePlace = 0.01;  // feet
 constexpr std::size_t FewGoals = 8;
 constexpr double Careful = 0.999;  // a street's length is rounded
-
-}  // namespace
 
 bool isAhead(const Halt& from, const Halt& to) {
     return from.piece == to.piece && to.along >= from.along - SamePlace;

@@ -15,15 +15,11 @@
 
 namespace tools::launcher {
 
-namespace {
-
 using controls::fromQt;
 using controls::toQt;
 using Part = Objection::Part;
 
 constexpr auto SampleName = "Sample District";
-
-}  // namespace
 
 NewDistrictForm::NewDistrictForm(forms::Form* owner)
     : TrappedForm("NewDistrict", owner), ui_(std::make_unique<Ui::NewDistrict>()) {

@@ -9,12 +9,8 @@
 
 namespace tools::district {
 
-namespace {
-
 constexpr double FeetPerMinute = 20 * FeetPerMile / 60;
 constexpr double BlockFeet = FeetPerMile / 4;
-
-}  // namespace
 
 double feetBetween(Point a, Point b) { return std::abs(a.x - b.x) + std::abs(a.y - b.y); }
 

@@ -6,12 +6,8 @@
 
 namespace tools::district {
 
-namespace {
-
 constexpr std::size_t BlockSize = 64UL * 1024;
 constexpr std::size_t FirstSlots = 64;
-
-}  // namespace
 
 KeyMap::Number KeyMap::find(std::string_view key) const {
     return slots_.empty() ? None : slots_[slotOf(key)];
