@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/base/lookup.h"
+
 namespace data {
 
 namespace {
@@ -390,21 +392,11 @@ std::vector<Table> reports() {
 }  // namespace
 
 std::string_view fileName(DatabaseFile file) {
-    switch (file) {
-        case DatabaseFile::Routing:
-            return "routing.mdb";
-        case DatabaseFile::RouteWrk:
-            return "RouteWrk.mdb";
-        case DatabaseFile::Trip:
-            return "trip.mdb";
-        case DatabaseFile::VIREORpt:
-            return "VIREORpt.mdb";
-        case DatabaseFile::DeadCross:
-            return "DEADCROSS.mdb";
-        case DatabaseFile::QDSC:
-            break;
-    }
-    return "ZBQDSC1.mdb";
+    static constexpr std::pair<DatabaseFile, std::string_view> Names[] = {
+        {DatabaseFile::Routing, "routing.mdb"},     {DatabaseFile::RouteWrk, "RouteWrk.mdb"},
+        {DatabaseFile::Trip, "trip.mdb"},           {DatabaseFile::VIREORpt, "VIREORpt.mdb"},
+        {DatabaseFile::DeadCross, "DEADCROSS.mdb"}, {DatabaseFile::QDSC, "ZBQDSC1.mdb"}};
+    return base::lookUp(Names, file, "");
 }
 
 const std::vector<Table>& tablesOf(DatabaseFile file) {

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/text.h"
+
 namespace groupops {
 
 namespace {
@@ -37,10 +39,9 @@ std::string causeOf(const BellMethod& method, const char* runs, const char* side
 
 std::string namesOf(const std::vector<RunForecast>& runs) {
     constexpr std::size_t Shown = 5;
-    std::string text;
-    for (std::size_t i = 0; i < std::min(Shown, runs.size()); ++i) {
-        text += fmt::format("{}{}: {}", i == 0 ? "" : "; ", runs[i].run, runs[i].why);
-    }
+    const auto text =
+        base::joined(std::span(runs).first(std::min(Shown, runs.size())), "; ",
+                     [](const auto& run) { return fmt::format("{}: {}", run.run, run.why); });
     return text + (runs.size() > Shown ? fmt::format("; and {} more.", runs.size() - Shown) : ".");
 }
 

@@ -6,8 +6,6 @@
 
 namespace help {
 
-class Guide;
-
 /// A page of the guide on the screen, set anew where the width, the font or the colours change;
 /// what is read stays in sight. It goes nowhere by itself: it tells which link was followed.
 class GuidePage : public QTextBrowser {

@@ -62,8 +62,8 @@ private:
     void area(const Area& area);
     void rail(const QPolygonF& line);
     bool streets();
-    bool casings(bool raised);
-    bool fills(bool raised);
+    enum class Part { Casings, Fills };
+    bool lines(Part part, bool raised);
     bool signs();
     void closedSign(const Stroke& stroke);
     void arrows(const Stroke& stroke);
@@ -131,29 +131,19 @@ void GroundPainter::rail(const QPolygonF& line) {
 }
 
 bool GroundPainter::streets() {
-    return casings(false) && fills(false) && casings(true) && fills(true);
+    return lines(Part::Casings, false) && lines(Part::Fills, false) && lines(Part::Casings, true) &&
+           lines(Part::Fills, true);
 }
 
-bool GroundPainter::casings(bool raised) {
+bool GroundPainter::lines(Part part, bool raised) {
     for (const Stroke& stroke : ground_.strokes) {
         const double width = widthOf(stroke);
-        if (isRaised(stroke) == raised && width >= CasedFrom) {
-            painter_.setPen(penOf(theme_.of(stroke.kind).casing, width + 2));
-            painter_.drawPolyline(thinned(stroke.points, camera_));
-        }
-        if (!goesOn()) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool GroundPainter::fills(bool raised) {
-    for (const Stroke& stroke : ground_.strokes) {
-        const double width = widthOf(stroke);
+        const bool isCased = width >= CasedFrom;
         const StreetColours& colours = theme_.of(stroke.kind);
-        if (isRaised(stroke) == raised) {
-            painter_.setPen(penOf(width >= CasedFrom ? colours.fill : colours.casing, width));
+        if (isRaised(stroke) == raised && (isCased || part == Part::Fills)) {
+            painter_.setPen(part == Part::Casings
+                                ? penOf(colours.casing, width + 2)
+                                : penOf(isCased ? colours.fill : colours.casing, width));
             painter_.drawPolyline(thinned(stroke.points, camera_));
         }
         if (!goesOn()) {

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "map/shown/districtground.h"
+#include "platform/base/text.h"
 #include "streets/district/closedstreets.h"
 #include "streets/network/graphnetwork.h"
 
@@ -90,12 +91,9 @@ std::vector<std::size_t> stepsAt(const streets::DistrictStreets& streets,
 }
 
 std::string detourText(const std::vector<DetourStep>& steps) {
-    std::string text;
-    for (const auto& step : steps) {
-        text += fmt::format("{}{} {}.", text.empty() ? "" : " ",
-                            step.uTurn ? "U-turn allowed at" : "Avoids", step.street);
-    }
-    return text;
+    return base::joined(steps, " ", [](const auto& step) {
+        return fmt::format("{} {}.", step.uTurn ? "U-turn allowed at" : "Avoids", step.street);
+    });
 }
 
 Detoured withDetours(const std::shared_ptr<const streets::DistrictStreets>& streets,

@@ -54,7 +54,6 @@ public:
     void setStepping(Stepping stepping) { stepping_ = std::move(stepping); }
     /// Whether a stop is dragged without Alt, too.
     void setMovingStops(bool on);
-    [[nodiscard]] bool isDraggingStop() const { return dragged_.has_value(); }
 
     [[nodiscard]] QSize sizeHint() const override;
 

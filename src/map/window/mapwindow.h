@@ -30,7 +30,6 @@ class MapWindow;
 
 namespace map {
 
-class SearchBox;
 struct Hit;
 struct MapPage;
 

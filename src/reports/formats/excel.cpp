@@ -8,6 +8,7 @@
 #include <xlsxwriter.h>
 
 #include "platform/base/error.h"
+#include "platform/base/lookup.h"
 #include "platform/base/text.h"
 #include "reports/formats/flatrows.h"
 #include "reports/formats/texts.h"
@@ -29,24 +30,15 @@ constexpr std::uint8_t A4Paper = 9;
 enum class Partial { Greatest = 104, Least = 105, Sum = 109 };
 
 const char* numberFormatOf(CellKind kind) {
-    switch (kind) {
-        case CellKind::Whole:
-        case CellKind::Load:
-            return "#,##0";
-        case CellKind::Decimal:
-        case CellKind::Money:
-            return "#,##0.00";
-        case CellKind::Time:
-            return "hh:mm AM/PM";
-        case CellKind::Date:
-            return "m/d/yyyy";
-        case CellKind::DateTime:
-            return "m/d/yyyy h:mm AM/PM";
-        case CellKind::Text:
-        case CellKind::Days:
-            break;
-    }
-    return nullptr;
+    static constexpr std::pair<CellKind, const char*> Codes[] = {
+        {CellKind::Whole, "#,##0"},
+        {CellKind::Load, "#,##0"},
+        {CellKind::Decimal, "#,##0.00"},
+        {CellKind::Money, "#,##0.00"},
+        {CellKind::Time, "hh:mm AM/PM"},
+        {CellKind::Date, "m/d/yyyy"},
+        {CellKind::DateTime, "m/d/yyyy h:mm AM/PM"}};
+    return base::lookUp(Codes, kind, nullptr);
 }
 
 /// Times and dates are days in a workbook.
@@ -173,8 +165,6 @@ public:
             std::fclose(file);
         }
     }
-    Excel(const Excel&) = delete;
-    Excel& operator=(const Excel&) = delete;
 
     void take(const Item& item) override {
         rows_.take(item);

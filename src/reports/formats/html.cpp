@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/fold.h"
+#include "platform/base/lookup.h"
 #include "reports/formats/columnshares.h"
 #include "reports/formats/htmlstyle.h"
 #include "reports/formats/svg.h"
@@ -25,33 +26,19 @@ constexpr std::string_view Signs = R"(<svg width="0" height="0" aria-hidden="tru
 )";
 
 std::string_view signName(SheetWay::Sign sign) {
-    switch (sign) {
-        case SheetWay::Sign::Straight:
-            return "straight";
-        case SheetWay::Sign::Left:
-            return "left";
-        case SheetWay::Sign::Right:
-            return "right";
-        case SheetWay::Sign::Back:
-            return "back";
-        case SheetWay::Sign::Caution:
-            return "caution";
-        case SheetWay::Sign::None:
-            break;
-    }
-    return {};
+    static constexpr std::pair<SheetWay::Sign, std::string_view> Names[] = {
+        {SheetWay::Sign::Straight, "straight"},
+        {SheetWay::Sign::Left, "left"},
+        {SheetWay::Sign::Right, "right"},
+        {SheetWay::Sign::Back, "back"},
+        {SheetWay::Sign::Caution, "caution"}};
+    return base::lookUp(Names, sign, "");
 }
 
 std::string_view kindName(SheetStop::Kind kind) {
-    switch (kind) {
-        case SheetStop::Kind::School:
-            return "school";
-        case SheetStop::Kind::Empty:
-            return "empty";
-        case SheetStop::Kind::Stop:
-            break;
-    }
-    return "stop";
+    return kind == SheetStop::Kind::School  ? "school"
+           : kind == SheetStop::Kind::Empty ? "empty"
+                                            : "stop";
 }
 
 /// A text with its line ends.

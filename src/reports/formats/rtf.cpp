@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include "platform/base/encoding.h"
-#include "platform/base/fold.h"
 #include "reports/formats/columnshares.h"
 #include "reports/formats/texts.h"
 #include "reports/formats/writer.h"

@@ -1,7 +1,6 @@
 #include "reports/page/listblock.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "reports/page/characters.h"
 #include "reports/page/fonts.h"

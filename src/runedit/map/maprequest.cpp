@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/base/text.h"
+
 namespace runedit {
 
 namespace {
@@ -101,11 +103,8 @@ private:
 }  // namespace
 
 std::string commandText(const MapRequest& request) {
-    std::string text = std::string(Opening) + quoted(request.script) + ", {";
-    for (std::size_t i = 0; i < request.arguments.size(); ++i) {
-        text += (i == 0 ? "" : ", ") + argumentText(request.arguments[i]);
-    }
-    return text + "})";
+    return std::string(Opening) + quoted(request.script) + ", {" +
+           base::joined(request.arguments, ", ", argumentText) + "})";
 }
 
 std::optional<MapRequest> requestInCommand(std::string_view command) {

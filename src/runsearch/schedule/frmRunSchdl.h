@@ -21,8 +21,6 @@ class frmRunSchdl;
 
 namespace schedule {
 
-class SummaryPage;
-
 /// What the schedule asks of the form that holds the run list.
 struct RunListPort {
     std::function<std::string()> chosen;                 ///< the run chosen there; "" for none

@@ -2,7 +2,6 @@
 
 #include <QPainter>
 #include <QPicture>
-#include <QtMath>
 
 #include <fmt/format.h>
 

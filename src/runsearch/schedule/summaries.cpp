@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/date.h"
+#include "platform/base/lookup.h"
 #include "platform/base/text.h"
 
 namespace schedule {
@@ -20,19 +21,12 @@ struct GroupingText {
 };
 
 GroupingText textOf(Grouping grouping) {
-    switch (grouping) {
-        case Grouping::School:
-            return {"School", "No school"};
-        case Grouping::SchoolType:
-            return {"School Type", "No school type"};
-        case Grouping::TripType:
-            return {"Trip Type", "No trip type"};
-        case Grouping::Location:
-            return {"Location", "No location"};
-        case Grouping::VehicleType:
-            break;
-    }
-    return {"Vehicle Type", "No vehicle type"};
+    static constexpr std::pair<Grouping, GroupingText> Texts[] = {
+        {Grouping::School, {"School", "No school"}},
+        {Grouping::SchoolType, {"School Type", "No school type"}},
+        {Grouping::TripType, {"Trip Type", "No trip type"}},
+        {Grouping::Location, {"Location", "No location"}}};
+    return base::lookUp(Texts, grouping, {"Vehicle Type", "No vehicle type"});
 }
 
 std::size_t placeOf(const Plan& plan, const ScheduledRun& run, Grouping grouping) {

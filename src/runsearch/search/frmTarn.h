@@ -20,12 +20,10 @@
 #include "startup/forms/trappedform.h"
 
 namespace controls {
-class MultiColumnCombo;
 class TimeBox;
 }  // namespace controls
 
 class QAction;
-class QLabel;
 class QLineEdit;
 class QMenu;
 class QPushButton;

@@ -81,21 +81,12 @@ PlainWords plainWordsFor(int number, const std::string& description) {
 }
 
 bool refusedByStore() {
+    constexpr Fault Outlived[] = {Fault::Locked,      Fault::Full, Fault::ReadOnly, Fault::Replaced,
+                                  Fault::Unreachable, Fault::Lost, Fault::GivenUp};
     try {
         throw;
     } catch (const store::StoreError& error) {
-        switch (error.fault()) {
-            case Fault::Locked:
-            case Fault::Full:
-            case Fault::ReadOnly:
-            case Fault::Replaced:
-            case Fault::Unreachable:
-            case Fault::Lost:
-            case Fault::GivenUp:
-                return true;
-            default:
-                return false;
-        }
+        return std::ranges::find(Outlived, error.fault()) != std::end(Outlived);
     } catch (...) {
         return false;
     }

@@ -1,7 +1,6 @@
 #include "streets/base/streetnames.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <span>
 #include <vector>
@@ -17,28 +16,23 @@ struct Short {
     std::string_view whole;
 };
 
-constexpr std::array Directions{Short{"n", "North"},      Short{"s", "South"},
-                                Short{"e", "East"},       Short{"w", "West"},
-                                Short{"ne", "Northeast"}, Short{"nw", "Northwest"},
-                                Short{"se", "Southeast"}, Short{"sw", "Southwest"}};
+constexpr Short Directions[] = {{"n", "North"},      {"s", "South"},      {"e", "East"},
+                                {"w", "West"},       {"ne", "Northeast"}, {"nw", "Northwest"},
+                                {"se", "Southeast"}, {"sw", "Southwest"}};
 
-constexpr std::array Kinds{
-    Short{"aly", "Alley"},    Short{"av", "Avenue"},      Short{"ave", "Avenue"},
-    Short{"bl", "Boulevard"}, Short{"blvd", "Boulevard"}, Short{"br", "Branch"},
-    Short{"cir", "Circle"},   Short{"cr", "Crescent"},    Short{"ct", "Court"},
-    Short{"cv", "Cove"},      Short{"dr", "Drive"},       Short{"expy", "Expressway"},
-    Short{"fwy", "Freeway"},  Short{"hts", "Heights"},    Short{"hwy", "Highway"},
-    Short{"ln", "Lane"},      Short{"lp", "Loop"},        Short{"pk", "Pike"},
-    Short{"pkwy", "Parkway"}, Short{"pkw", "Parkway"},    Short{"pl", "Place"},
-    Short{"plz", "Plaza"},    Short{"pt", "Point"},       Short{"rd", "Road"},
-    Short{"rdg", "Ridge"},    Short{"rte", "Route"},      Short{"sq", "Square"},
-    Short{"st", "Street"},    Short{"str", "Street"},     Short{"ter", "Terrace"},
-    Short{"terr", "Terrace"}, Short{"trl", "Trail"},      Short{"tpke", "Turnpike"},
-    Short{"vw", "View"},      Short{"wy", "Way"},         Short{"xing", "Crossing"}};
+constexpr Short Kinds[] = {
+    {"aly", "Alley"},      {"av", "Avenue"},   {"ave", "Avenue"},   {"bl", "Boulevard"},
+    {"blvd", "Boulevard"}, {"br", "Branch"},   {"cir", "Circle"},   {"cr", "Crescent"},
+    {"ct", "Court"},       {"cv", "Cove"},     {"dr", "Drive"},     {"expy", "Expressway"},
+    {"fwy", "Freeway"},    {"hts", "Heights"}, {"hwy", "Highway"},  {"ln", "Lane"},
+    {"lp", "Loop"},        {"pk", "Pike"},     {"pkwy", "Parkway"}, {"pkw", "Parkway"},
+    {"pl", "Place"},       {"plz", "Plaza"},   {"pt", "Point"},     {"rd", "Road"},
+    {"rdg", "Ridge"},      {"rte", "Route"},   {"sq", "Square"},    {"st", "Street"},
+    {"str", "Street"},     {"ter", "Terrace"}, {"terr", "Terrace"}, {"trl", "Trail"},
+    {"tpke", "Turnpike"},  {"vw", "View"},     {"wy", "Way"},       {"xing", "Crossing"}};
 
-constexpr std::array Beginnings{Short{"st", "Saint"},  Short{"mt", "Mount"},
-                                Short{"ft", "Fort"},   Short{"dr", "Doctor"},
-                                Short{"co", "County"}, Short{"twp", "Township"}};
+constexpr Short Beginnings[] = {{"st", "Saint"},  {"mt", "Mount"},  {"ft", "Fort"},
+                                {"dr", "Doctor"}, {"co", "County"}, {"twp", "Township"}};
 
 std::vector<std::string> wordsOf(std::string_view name) {
     std::vector<std::string> words;
@@ -120,11 +114,7 @@ std::string spelledOut(std::string_view name) {
             spell(words[i], Kinds);
         }
     }
-    std::string all;
-    for (const std::string& word : words) {
-        all += (all.empty() ? "" : " ") + word;
-    }
-    return all;
+    return base::joined(words, " ");
 }
 
 }  // namespace streets

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "data/schema/version.h"
+#include "platform/base/lookup.h"
 #include "platform/files/files.h"
 #include "platform/ini/ini.h"
 #include "platform/store/base/database.h"
@@ -172,21 +173,11 @@ DistrictLook lookAtDistrict(const std::string& folder) noexcept {
 }
 
 std::string wordsFor(Condition condition) {
-    switch (condition) {
-        case Condition::Ready:
-            return "Ready";
-        case Condition::LookOnly:
-            return "To look at only";
-        case Condition::Older:
-            return "Older version";
-        case Condition::Newer:
-            return "Other version";
-        case Condition::Moved:
-            return "Moved";
-        case Condition::Unusable:
-            break;
-    }
-    return "Cannot be opened";
+    static constexpr std::pair<Condition, const char*> Words[] = {
+        {Condition::Ready, "Ready"},         {Condition::LookOnly, "To look at only"},
+        {Condition::Older, "Older version"}, {Condition::Newer, "Other version"},
+        {Condition::Moved, "Moved"},         {Condition::Unusable, "Cannot be opened"}};
+    return base::lookUp(Words, condition, "");
 }
 
 bool canBeOpened(Condition condition) {

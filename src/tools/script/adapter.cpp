@@ -20,6 +20,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/text.h"
 #include "platform/controls/multicolumncombo.h"
 #include "platform/controls/multicolumnlist.h"
 #include "platform/controls/qtext.h"
@@ -214,10 +215,8 @@ public:
     [[nodiscard]] std::string text() const override { return std::to_string(list_.rows()); }
 
     [[nodiscard]] std::vector<std::string> lines() const override {
-        std::vector<std::string> lines(1);
-        for (const table::TableColumn& column : list_.table().columns) {
-            lines[0] += (lines[0].empty() ? "" : "\t") + column.caption;
-        }
+        std::vector<std::string> lines{
+            base::joined(list_.table().columns, "\t", &table::TableColumn::caption)};
         for (int row = 1; row <= list_.rows(); ++row) {
             lines.push_back(rowText(row));
         }

@@ -4,16 +4,15 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/text.h"
 #include "platform/controls/qtext.h"
 #include "tools/script/userinput.h"
 
 namespace script {
 
 std::vector<std::string> GridAdapter::lines() const {
-    std::vector<std::string> lines(1);
-    for (const controls::GridColumn& column : grid_.columns()) {
-        lines[0] += (lines[0].empty() ? "" : "\t") + column.caption;
-    }
+    std::vector<std::string> lines{
+        base::joined(grid_.columns(), "\t", &controls::GridColumn::caption)};
     for (int row = 1; row <= grid_.rows(); ++row) {
         lines.push_back(rowText(row));
     }

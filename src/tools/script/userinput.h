@@ -4,8 +4,6 @@
 #include <QString>
 #include <Qt>
 
-class QAbstractItemView;
-class QModelIndex;
 class QWidget;
 
 namespace script {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "platform/base/date.h"
+#include "platform/base/lookup.h"
 #include "tools/district/check/checkparts.h"
 
 namespace tools::district {
@@ -41,23 +42,14 @@ bool isSound(const store::Statement& row, int cell, ColumnKind kind) {
 }
 
 std::string_view faultOf(ColumnKind kind) {
-    switch (kind) {
-        case ColumnKind::Code:
-            return "Codes that are no text or end in blanks";
-        case ColumnKind::Text:
-            return "Texts that are something else";
-        case ColumnKind::Date:
-            return "Date-times that are none, or not at whole seconds";
-        case ColumnKind::YesNo:
-            return "Yes/no cells that are neither 0 nor 1";
-        case ColumnKind::Integer:
-        case ColumnKind::Counter:
-            return "Numbers that are not whole";
-        case ColumnKind::Number:
-        case ColumnKind::Single:
-            break;
-    }
-    return "Numbers that are none";
+    static constexpr std::pair<ColumnKind, std::string_view> Faults[] = {
+        {ColumnKind::Code, "Codes that are no text or end in blanks"},
+        {ColumnKind::Text, "Texts that are something else"},
+        {ColumnKind::Date, "Date-times that are none, or not at whole seconds"},
+        {ColumnKind::YesNo, "Yes/no cells that are neither 0 nor 1"},
+        {ColumnKind::Integer, "Numbers that are not whole"},
+        {ColumnKind::Counter, "Numbers that are not whole"}};
+    return base::lookUp(Faults, kind, "Numbers that are none");
 }
 
 /// The columns of a table that the file has, and their findings.

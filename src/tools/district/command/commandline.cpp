@@ -299,14 +299,12 @@ bool restore(const Call& call) {
     return check({call.options, {call.words[1]}, call.in, call.out, call.complaints, call.result});
 }
 
-base::Date day(const Call& call, const char* option, base::Date otherwise) {
-    if (!call.options.isSet(option)) {
-        return otherwise;
-    }
-    const std::string text = fromParser(call.options.value(option));
-    const auto date = base::Date::fromIso(text + " 00:00:00");
+base::Date day(const Call& call, const char* option, std::optional<base::Date> otherwise) {
+    const auto text = call.text(option);
+    const auto date = text ? base::Date::fromIso(*text + " 00:00:00") : otherwise;
     if (!date) {
-        throw Misuse{fmt::format("--{} takes a day such as 2026-08-24, not \"{}\".", option, text)};
+        throw Misuse{
+            fmt::format("--{} takes a day such as 2026-08-24, not \"{}\".", option, *text)};
     }
     return *date;
 }
@@ -327,15 +325,12 @@ FeedOptions feedOptions(const Call& call) {
                         .target = call.words[1],
                         .centre = centreGiven(call),
                         .result = call.result};
-    options.timezone = QTimeZone::systemTimeZoneId().toStdString();
-    if (call.options.isSet("timezone")) {
-        options.timezone = fromParser(call.options.value("timezone"));
-        if (!QTimeZone::isTimeZoneIdAvailable(QByteArray::fromStdString(options.timezone))) {
-            throw Misuse{fmt::format("There is no time zone \"{}\".", options.timezone)};
-        }
+    const auto timezone = call.text("timezone");
+    if (timezone && !QTimeZone::isTimeZoneIdAvailable(QByteArray::fromStdString(*timezone))) {
+        throw Misuse{fmt::format("There is no time zone \"{}\".", *timezone)};
     }
-    options.url =
-        call.options.isSet("url") ? fromParser(call.options.value("url")) : "https://example.org/";
+    options.timezone = timezone.value_or(QTimeZone::systemTimeZoneId().toStdString());
+    options.url = call.text("url").value_or("https://example.org/");
     options.from = day(call, "from", base::Now().dateValue());
     options.until = day(call, "until", options.from.plusSeconds(Year));
     if (options.until < options.from) {
@@ -386,8 +381,8 @@ bool report(const Call& call) {
     if (hasName == call.options.isSet("list")) {
         throw Misuse{hasName ? "--list takes no report." : "The report's name is missing."};
     }
-    if (call.options.isSet("landscape") && call.options.isSet("portrait")) {
-        throw Misuse{"--landscape and --portrait exclude each other."};
+    if (call.options.isSet("landscape")) {
+        refuseTogether(call, {"portrait"}, "--landscape and --portrait exclude each other.");
     }
     ReportOptions options{.folders = foldersOf(call.words[0]),
                           .report = hasName ? call.words[1] : "",
@@ -398,6 +393,7 @@ bool report(const Call& call) {
                           .paper = text("paper"),
                           .pageBreak = text("break"),
                           .changedSince = text("changed-since"),
+                          .sort = textsOf(call.options.values("sort")),
                           .user = text("user"),
                           .names = call.options.isSet("names"),
                           .withoutMaps = call.options.isSet("without-maps"),
@@ -405,9 +401,6 @@ bool report(const Call& call) {
     options.orientation = call.options.isSet("landscape")  ? "landscape"
                           : call.options.isSet("portrait") ? "portrait"
                                                            : "";
-    for (const QString& field : call.options.values("sort")) {
-        options.sort.push_back(fromParser(field));
-    }
     return runReport(options, call.out, call.complaints);
 }
 
@@ -566,10 +559,7 @@ takes --json, for scripts: it then tells all of that as one object.
 
 /// The words behind the command beside its options.
 std::vector<std::string> wordsOf(const Command& command, const QCommandLineParser& options) {
-    std::vector<std::string> words;
-    for (const QString& word : options.positionalArguments()) {
-        words.push_back(fromParser(word));
-    }
+    auto words = textsOf(options.positionalArguments());
     if (words.size() < command.count.first || std::ranges::find(words, "") != words.end()) {
         throw Misuse{"Something is missing."};
     }

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "platform/ado/connection.h"
+#include "platform/base/text.h"
 #include "platform/password/password.h"
 #include "tools/district/base/terminal.h"
 #include "tools/district/command/fittingfile.h"
@@ -16,11 +17,7 @@ namespace tools::district {
 namespace {
 
 std::string listed(const std::vector<logon::User>& users) {
-    std::string names;
-    for (const logon::User& user : users) {
-        names += (names.empty() ? "" : ", ") + user.id;
-    }
-    return names.empty() ? "none" : names;
+    return users.empty() ? "none" : base::joined(users, ", ", &logon::User::id);
 }
 
 std::optional<std::string> readLine(std::istream& in, std::ostream& complaints) {

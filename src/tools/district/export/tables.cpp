@@ -75,10 +75,8 @@ std::vector<Written> columnsOf(const store::Table& table, bool withoutNames) {
 }
 
 std::string questionOf(const store::Table& table) {
-    std::string columns;
-    for (const store::Column& column : table.columns) {
-        columns += fmt::format("{}\"{}\"", columns.empty() ? "" : ", ", column.name);
-    }
+    const auto columns = base::joined(
+        table.columns, ", ", [](const auto& column) { return fmt::format("\"{}\"", column.name); });
     return fmt::format("SELECT {} FROM \"{}\" ORDER BY {}", columns, table.name, table.rowKey);
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <unordered_map>
 #include <utility>
 
 namespace tools::extract {

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include "platform/base/text.h"
+
 namespace tools::district {
 
 namespace {
@@ -54,12 +56,9 @@ TableWriter::Insertion TableWriter::prepareInsertion(
     if (into.counter != nullptr && into.counterGiven == columns.size()) {
         all.push_back(into.counter);
     }
-    std::string names;
-    std::string places;
-    for (const store::Column* column : all) {
-        names += fmt::format("{}\"{}\"", names.empty() ? "" : ", ", column->name);
-        places += places.empty() ? "?" : ", ?";
-    }
+    const auto names = base::joined(
+        all, ", ", [](const auto* column) { return fmt::format("\"{}\"", column->name); });
+    const auto places = base::joined(all, ", ", [](const auto*) { return "?"; });
     into.statement = fileOf(table).prepare(
         fmt::format("INSERT INTO \"{}\" ({}) VALUES ({})", table.table().name, names, places));
     return into;

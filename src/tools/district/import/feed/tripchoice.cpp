@@ -2,7 +2,6 @@
 
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include <fmt/format.h>
@@ -20,9 +19,10 @@ struct NamedSign {
     std::string_view name;
     TripSign::Of of;
 };
-constexpr std::array Signs = {
-    NamedSign{"route", TripSign::Of::Route}, NamedSign{"service", TripSign::Of::Service},
-    NamedSign{"headsign", TripSign::Of::Headsign}, NamedSign{"ends-at", TripSign::Of::End}};
+constexpr NamedSign Signs[] = {{"route", TripSign::Of::Route},
+                               {"service", TripSign::Of::Service},
+                               {"headsign", TripSign::Of::Headsign},
+                               {"ends-at", TripSign::Of::End}};
 
 constexpr const char* SchoolWords =
     R"(\b(school|college|academy|primary|elementary|kindergarten|high)\b)";
@@ -77,7 +77,7 @@ std::string servicesTold(const Feed& feed) {
 TripSign tripSign(std::string_view text) {
     const std::size_t tilde = std::min(text.find('~'), text.size());
     const auto known = std::ranges::find(Signs, text.substr(0, tilde), &NamedSign::name);
-    if (known == Signs.end() || tilde + 1 >= text.size()) {
+    if (known == std::end(Signs) || tilde + 1 >= text.size()) {
         refuse(
             fmt::format("\"{}\" chooses no trips. route~, service~, headsign~ or ends-at~ and "
                         "a pattern does: route~AM$",

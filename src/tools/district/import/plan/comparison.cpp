@@ -561,10 +561,9 @@ std::string Comparison::changeTold(const LineReader::BoundRow& bound, const Made
                                    std::int64_t stored) const {
     const StoredTable& table = *bound.table;
     store::Database& database = *district_.at(table.file());
-    std::string columns;
-    for (const store::Column* column : table.compared()) {
-        columns += fmt::format("{}\"{}\"", columns.empty() ? "" : ", ", column->name);
-    }
+    const auto columns = base::joined(table.compared(), ", ", [](const auto* column) {
+        return fmt::format("\"{}\"", column->name);
+    });
     const auto now = database.prepare(
         fmt::format("SELECT {} FROM \"{}\" WHERE {} = ?", columns, table.table().name,
                     database.catalog().find(table.table().name)->rowKey));
