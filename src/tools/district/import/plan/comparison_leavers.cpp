@@ -9,8 +9,12 @@
 
 namespace tools::district {
 
+namespace {
+
 using data::DatabaseFile;
 using State = KeyMap::State;
+
+}  // namespace
 
 /// A source that lists a run's stops lists all of them: the others leave the run, and keep their
 /// record without one.
