@@ -28,9 +28,10 @@ void FoundLine::addHint(const QString& hint) {
 }
 
 void FoundLine::showFound() {
-    popup_->popup()->setMinimumWidth(
-        std::min(popup_->popup()->sizeHintForColumn(0) + 2 * height(), window()->width() * 3 / 4));
-    popup_->complete();
+    const int wanted =
+        std::min(popup_->popup()->sizeHintForColumn(0) + 2 * height(), window()->width() * 3 / 4);
+    // A place keeps rows that are wider than the line on the screen.
+    popup_->complete({0, 0, std::max(width(), wanted), height()});
 }
 
 void FoundLine::hideFound() { popup_->popup()->hide(); }
