@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include <poll.h>
@@ -85,17 +86,31 @@ struct FreeCancel {
     void operator()(PGcancel* cancel) const { library().freeCancel(cancel); }
 };
 
-}  // namespace
-
-Connection connectedAnyhow(const std::string& address) {
+Connection connectedWithin(const std::string& address, int seconds) {
     constexpr std::array<const char*, 9> Keys{
         "application_name",    "connect_timeout",  "keepalives_idle",
         "keepalives_interval", "keepalives_count", "tcp_user_timeout",
         "client_encoding",     "dbname",           nullptr};
-    const std::array<const char*, 9> values{
-        "vireo", "30", "10", "5", "3", "20000", "UTF8", address.c_str(), nullptr};
+    const std::string patience = std::to_string(seconds);
+    const std::array<const char*, 9> values{"vireo", patience.c_str(), "10",   "5", "3", "20000",
+                                            "UTF8",  address.c_str(),  nullptr};
     constexpr int DbnameIsAddress = 1;
-    Connection made(library().connect(Keys.data(), values.data(), DbnameIsAddress));
+    return Connection(library().connect(Keys.data(), values.data(), DbnameIsAddress));
+}
+
+}  // namespace
+
+Connection connectedAnyhow(const std::string& address) {
+    // A server that starts anew can forget who waits for it; a busy one needs longer.
+    Connection made;
+    for (const int seconds : {5, 10, 15}) {
+        const auto begun = Clock::now();
+        made = connectedWithin(address, seconds);
+        const bool isAnswered = Clock::now() - begun < std::chrono::seconds{seconds - 1};
+        if (isAnswered || library().status(made.get()) == CONNECTION_OK) {
+            break;
+        }
+    }
     library().setNoticeProcessor(made.get(), keepQuiet, nullptr);
     return made;
 }
