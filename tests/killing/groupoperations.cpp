@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -125,13 +126,13 @@ enum class Victim { Program, Server };
 /// Kills in the midst of an operation; how its program came to its end.
 Ending endOfKilled(const Workshop& workshop, const Operation& operation, Victim victim,
                    std::chrono::microseconds after) {
+    std::optional<ServerKiller> killer;
+    if (victim == Victim::Server) {
+        killer.emplace(workshop);
+    }
     const Performer performer(operation, workshop.path("killed"));
     std::this_thread::sleep_for(after);
-    if (victim == Victim::Program) {
-        performer.kill();
-    } else {
-        workshop.killServer("killed");
-    }
+    killer ? killer->kill("killed") : performer.kill();
     const Ending ending = performer.wait();
     workshop.settle("killed");
     // A program whose server dies ends with a message.

@@ -47,11 +47,16 @@ constexpr unsigned PatienceSeconds = 60;
 Workshop::Workshop(std::string folder)
     : folder_(std::move(folder)), isOnServer_(store::isServer(folder_)) {}
 
-/// By psql on the server's own database; false where the server does not do it.
-bool Workshop::ask(const std::string& statements) const {
-    const std::string psql = fmt::format(
+/// On the server's own database.
+std::FILE* Workshop::psql() const {
+    const std::string command = fmt::format(
         "psql -qX -v ON_ERROR_STOP=1 -o /dev/null -d '{}/postgres' 2>/dev/null", folder_);
-    std::FILE* const input = popen(psql.c_str(), "we");
+    return popen(command.c_str(), "we");
+}
+
+/// False where the server does not do it.
+bool Workshop::ask(const std::string& statements) const {
+    std::FILE* const input = psql();
     std::fputs(statements.c_str(), input);
     return pclose(input) == 0;
 }
@@ -85,11 +90,14 @@ void Workshop::settle(const std::string& district) const {
     }
 }
 
-void Workshop::killServer(const std::string& district) const {
-    static_cast<void>(ask(
+void ServerKiller::kill(const std::string& district) const {
+    std::fputs(
         fmt::format("SELECT 'kill -9 ' || string_agg(pid::text, ' ') FROM pg_stat_activity WHERE"
-                    " datname = '{}'\\g (format=unaligned tuples_only=on) |sh\n",
-                    district)));
+                    " datname = '{}'\\g (format=unaligned tuples_only=on) |sh\n\\q\n",
+                    district)
+            .c_str(),
+        psql_);
+    pclose(psql_);
 }
 
 std::string Workshop::faultsOf(const std::string& district) const {

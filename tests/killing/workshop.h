@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -27,14 +28,25 @@ public:
     /// Waits until the server has noticed that nobody uses a district any more, and has got over
     /// the death of a part of it.
     void settle(const std::string& district) const;
-    /// Kills what of the server works for a district; the server then begins anew by itself.
-    void killServer(const std::string& district) const;
 
 private:
+    friend class ServerKiller;
+    [[nodiscard]] std::FILE* psql() const;
     [[nodiscard]] bool ask(const std::string& statements) const;
 
     std::string folder_;
     bool isOnServer_;
+};
+
+/// Is connected to the server beforehand: that takes longer than some operations.
+class ServerKiller {
+public:
+    explicit ServerKiller(const Workshop& workshop) : psql_(workshop.psql()) {}
+    /// Kills what of the server works for a district; the server then begins anew by itself.
+    void kill(const std::string& district) const;
+
+private:
+    std::FILE* psql_;
 };
 
 enum class Ending { Finished, Killed, Failed };
