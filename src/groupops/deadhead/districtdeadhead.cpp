@@ -23,14 +23,10 @@ constexpr auto AllRoutes = "Select ROUTE.* FROM ROUTE ORDER BY ROUTE.ROUTEID";
 constexpr auto RouteCalculated = "UPDATE ROUTE SET ROUTE.DEADERROR = FALSE WHERE INT_ROUTEID = {}";
 
 std::vector<RouteKey> readRoutes(ado::Connection& routing) {
-    std::vector<RouteKey> routes;
-    ado::Recordset rows;
-    rows.Open(AllRoutes, routing);
-    for (; !rows.Eof(); rows.MoveNext()) {
-        routes.push_back({std::string(rows["RouteID"].textView()), internalId(rows["Int_RouteID"]),
-                          internalId(rows["GARAGE_STOPID"])});
-    }
-    return routes;
+    return ado::readAll(AllRoutes, routing, [](ado::Recordset& row) {
+        return RouteKey{std::string(row["RouteID"].textView()), internalId(row["Int_RouteID"]),
+                        internalId(row["GARAGE_STOPID"])};
+    });
 }
 
 /// Marked by a statement of its own: another program's calculation may have marked the route since

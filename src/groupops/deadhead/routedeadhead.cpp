@@ -10,6 +10,7 @@
 #include "platform/ado/session.h"
 #include "platform/ado/sqltext.h"
 #include "platform/base/error.h"
+#include "platform/base/text.h"
 #include "startup/base/fieldvalues.h"
 
 namespace groupops {
@@ -56,9 +57,13 @@ Travel travelIn(ado::Recordset& row) {
 }
 
 Travel firstTravel(ado::Connection& cross, const std::string& sql) {
-    ado::Recordset rows;
-    rows.Open(sql, cross);
+    ado::Recordset rows(sql, cross);
     return rows.Eof() ? Travel{} : travelIn(rows);
+}
+
+/// Where no way between two stops is known, the first one that begins at the stop counts.
+Travel orAny(ado::Connection& cross, Travel found, std::int32_t from) {
+    return found.minutes == NoTravel ? firstTravel(cross, fmt::format(AnyTravelSql, from)) : found;
 }
 
 std::string travelSql(Leg leg) {
@@ -76,8 +81,7 @@ std::string travelSql(std::span<const Leg> legs, std::size_t places) {
 }
 
 double backToGarageGap(ado::Connection& routing) {
-    ado::Recordset district;
-    district.Open(DistrictSql, routing);
+    ado::Recordset district(DistrictSql, routing);
     return district.Eof() ? 0 : startup::numberOf(district["Back_To_Garage_Gap"]);
 }
 
@@ -174,13 +178,9 @@ auto clearingOnFault(ado::Connection& routing, std::int32_t route, Calculation c
 /// What the buses of several routes drive, as their runs stand now.
 std::vector<Leg> legsOf(ado::Connection& routing, std::span<const RouteKey> routes, double gap) {
     std::map<std::int32_t, std::vector<RouteRun>> runsOf;
-    std::string ids;
-    for (const RouteKey& one : routes) {
-        ids += fmt::format("{}{}", ids.empty() ? "" : ", ", one.route);
-    }
-    ado::Recordset rows;
-    rows.Open(fmt::format(RunsSql, ids), routing);
-    for (; !rows.Eof(); rows.MoveNext()) {
+    const auto ids =
+        base::joined(routes, ", ", [](const RouteKey& one) { return std::to_string(one.route); });
+    for (ado::Recordset rows(fmt::format(RunsSql, ids), routing); !rows.Eof(); rows.MoveNext()) {
         runsOf[internalId(rows["INT_ROUTEID"])].push_back(runIn(rows));
     }
     std::vector<Leg> legs;
@@ -209,8 +209,7 @@ std::int32_t internalId(const ado::Field& field) {
 }
 
 Travel readTravel(ado::Connection& cross, std::int32_t a, std::int32_t b) {
-    const Travel travel = firstTravel(cross, travelSql({a, b}));
-    return travel.minutes == NoTravel ? firstTravel(cross, fmt::format(AnyTravelSql, a)) : travel;
+    return orAny(cross, firstTravel(cross, travelSql({a, b})), a);
 }
 
 RouteCalculation::RouteCalculation(const DeadHeadData& data)
@@ -238,9 +237,7 @@ void RouteCalculation::readLegs(std::span<const Leg> legs) {
     }
     const ado::ReadAhead ahead(data_.cross, statements);
     for (const std::string& statement : statements) {
-        ado::Recordset rows;
-        rows.Open(statement, data_.cross);
-        for (; !rows.Eof(); rows.MoveNext()) {
+        for (ado::Recordset rows(statement, data_.cross); !rows.Eof(); rows.MoveNext()) {
             known_.emplace(pairOf({internalId(rows["DEST_INT_STOPID"]),
                                    internalId(rows["ENDPOINT_INT_STOPID"])}),
                            travelIn(rows));
@@ -270,12 +267,8 @@ Travel RouteCalculation::travelOf(Leg leg) const {
         return {NoStop, NoStop};
     }
     const auto known = known_.find(pairOf(leg));
-    if (known == known_.end()) {
-        return readTravel(data_.cross, leg.from, leg.to);
-    }
-    return known->second.minutes == NoTravel
-               ? firstTravel(data_.cross, fmt::format(AnyTravelSql, leg.from))
-               : known->second;
+    return known == known_.end() ? readTravel(data_.cross, leg.from, leg.to)
+                                 : orAny(data_.cross, known->second, leg.from);
 }
 
 PerRun<RunDeadHead> RouteCalculation::deadHeadOfRuns(const PerRun<RouteRun>& runs,
@@ -291,8 +284,7 @@ PerRun<RunDeadHead> RouteCalculation::deadHeadOfRuns(const PerRun<RouteRun>& run
 
 std::vector<OpenLeg> RouteCalculation::calculate(std::int32_t route, std::int32_t garage) {
     ado::CommitOnExit unit(data_.routing, {.reads = readsOf(route), .writesTogether = true});
-    ado::Recordset rows;
-    rows.Open(fmt::format(RunsSql, route), data_.routing, ado::CursorType::Static);
+    ado::Recordset rows(fmt::format(RunsSql, route), data_.routing, ado::CursorType::Static);
     if (const auto found = rows.RecordCount(); found > MaxRunsOfRoute) {
         return {{.lack = OpenLeg::Lack::TooManyRuns, .runsOfRoute = found}};
     }

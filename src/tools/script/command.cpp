@@ -25,7 +25,7 @@ constexpr std::array Verbs{
     VerbSyntax{Verb::Forms, "forms", "", "forms"},
     VerbSyntax{Verb::Boxes, "boxes", "", "boxes"},
     VerbSyntax{Verb::Shot, "shot", "FP", "shot FORM FILE.png"},
-    VerbSyntax{Verb::Close, "close", "Fb", "close FORM OK|Cancel|Yes|No|Retry..."},
+    VerbSyntax{Verb::Close, "close", "Fb", "close FORM [OK|Cancel|Yes|No|Retry...]"},
     VerbSyntax{Verb::Wait, "wait", "N", "wait MILLISECONDS"},
     VerbSyntax{Verb::Turns, "turns", "N", "turns MILLISECONDS"},
     VerbSyntax{Verb::Until, "until", "CTN", "until FORM.CONTROL TEXT MILLISECONDS"},
