@@ -13,7 +13,7 @@ constexpr std::string_view True = "True";
 constexpr std::string_view False = "False";
 constexpr char Quote = '"';
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result(1, Quote);
     for (const char c : text) {
         result.append(c == Quote ? 2 : 1, c);
@@ -23,7 +23,7 @@ std::string quoted(std::string_view text) {
 
 std::string argumentText(const MapRequest::Argument& argument) {
     const auto* text = std::get_if<std::string>(&argument);
-    return text != nullptr ? quoted(*text) : std::string(std::get<bool>(argument) ? True : False);
+    return text != nullptr ? inQuotes(*text) : std::string(std::get<bool>(argument) ? True : False);
 }
 
 /// Reads a command from left to right; every step says whether it found what it looks for.
@@ -103,7 +103,7 @@ private:
 }  // namespace
 
 std::string commandText(const MapRequest& request) {
-    return std::string(Opening) + quoted(request.script) + ", {" +
+    return std::string(Opening) + inQuotes(request.script) + ", {" +
            base::joined(request.arguments, ", ", argumentText) + "})";
 }
 
