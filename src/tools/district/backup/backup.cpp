@@ -1,10 +1,8 @@
 #include "tools/district/backup/backup.h"
 
 #include <algorithm>
-#include <ctime>
 #include <system_error>
 
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include "platform/files/files.h"
@@ -13,6 +11,7 @@
 #include "tools/district/backup/archive.h"
 #include "tools/district/backup/newfile.h"
 #include "tools/district/backup/serverdump.h"
+#include "tools/district/base/newfolder.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/place/streetsof.h"
 
@@ -24,17 +23,14 @@ namespace fs = std::filesystem;
 
 using data::DatabaseFile;
 
-std::string nameNow(const Folders& folders) {
-    const auto now = fmt::localtime(std::time(nullptr));
-    return folders.isOnServer()
-               ? fmt::format("{}-{:%Y-%m-%d-%H%M%S}.dump", nameOnServer(folders), now)
-               : fmt::format("{}-{:%Y-%m-%d-%H%M%S}.tar.zst", folders.root.filename().string(),
-                             now);
+fs::path nameNow(const Folders& folders, const fs::path& target) {
+    return folders.isOnServer() ? timedName(target, nameOnServer(folders), ".dump")
+                                : timedName(target, folders.root.filename().string(), ".tar.zst");
 }
 
 fs::path fileOf(const BackupOptions& options) {
     const fs::path target = fs::absolute(options.target).lexically_normal();
-    fs::path file = fs::is_directory(target) ? target / nameNow(options.folders) : target;
+    fs::path file = fs::is_directory(target) ? nameNow(options.folders, target) : target;
     if (fs::exists(file)) {
         refuse(fmt::format("There is a file {} already. Choose another name.", file.string()));
     }

@@ -4,7 +4,6 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -13,7 +12,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,6 +23,7 @@
 #include "tools/district/backup/archive.h"
 #include "tools/district/backup/serverdump.h"
 #include "tools/district/base/folders.h"
+#include "tools/district/base/newfolder.h"
 #include "tools/district/base/openalone.h"
 #include "tools/district/base/refuse.h"
 #include "tools/district/place/centre.h"
@@ -222,10 +221,7 @@ void carryOverAll(const Folders& from, const Folders& to, const std::vector<fs::
 /// Under a name that nothing has yet; of its owner only.
 std::string keepFormer(const Folders& from, const Folders& to,
                        const std::vector<fs::path>& beside) {
-    std::string name = fmt::format("backup-{:%Y-%m-%d-%H%M%S}", fmt::localtime(std::time(nullptr)));
-    while (fs::exists(from.root / name)) {
-        name += "-2";
-    }
+    const std::string name = timedName(from.root, "backup").filename().string();
     for (const fs::path& file : replacedFiles(from, beside)) {
         const fs::path kept = to.root / name / file.lexically_relative(from.root);
         fs::create_directories(kept.parent_path());
@@ -269,8 +265,7 @@ std::optional<fs::path> restoreFiles(const fs::path& file, const fs::path& folde
 fs::path formerOnServer(const Folders& folders) {
     const fs::path beside =
         store::isServer(folders.root.string()) ? fs::current_path() : folders.root;
-    return beside /
-           fmt::format("backup-{:%Y-%m-%d-%H%M%S}.dump", fmt::localtime(std::time(nullptr)));
+    return timedName(beside, "backup", ".dump");
 }
 
 bool isOnServer(const fs::path& target) {

@@ -4,11 +4,13 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include <fcntl.h>
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include "platform/base/error.h"
@@ -70,6 +72,16 @@ fs::path makeBeside(const fs::path& wanted) {
 }
 
 }  // namespace
+
+fs::path timedName(const fs::path& folder, std::string_view start, std::string_view ending) {
+    const std::string name =
+        fmt::format("{}-{:%Y-%m-%d-%H%M%S}", start, fmt::localtime(std::time(nullptr)));
+    fs::path path = folder / fmt::format("{}{}", name, ending);
+    for (int number = 2; fs::exists(path); ++number) {
+        path = folder / fmt::format("{}-{}{}", name, number, ending);
+    }
+    return path;
+}
 
 fs::path tidied(const fs::path& path) {
     if (store::isServer(path.string())) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string_view>
 
 #include "platform/base/notcopied.h"
 #include "platform/files/files.h"
@@ -10,6 +11,11 @@ namespace tools::district {
 
 /// Absolute, without a separator at its end; a place on a server as it is given.
 [[nodiscard]] std::filesystem::path tidied(const std::filesystem::path& path);
+
+/// `start` and the time in `folder`, as in "backup-2026-11-22-093000.dump"; with a number behind it
+/// where something made within the same second has that name.
+[[nodiscard]] std::filesystem::path timedName(const std::filesystem::path& folder,
+                                              std::string_view start, std::string_view ending = "");
 
 /// A new folder beside the one that is asked for, which takes that one's place when all is done.
 /// Until then it is removed again by the destructor, so that a failure leaves nothing behind; what

@@ -1,11 +1,9 @@
 #include "tools/district/upgrade/upgrade.h"
 
 #include <algorithm>
-#include <ctime>
 #include <memory>
 #include <vector>
 
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -15,6 +13,7 @@
 #include "platform/store/base/database.h"
 #include "platform/store/base/location.h"
 #include "platform/store/open/open.h"
+#include "tools/district/base/newfolder.h"
 #include "tools/district/base/openalone.h"
 #include "tools/district/copy/copydistrict.h"
 
@@ -26,7 +25,7 @@ namespace fs = std::filesystem;
 
 using data::DatabaseFile;
 
-constexpr std::string_view BackupName = "backup-";
+constexpr std::string_view BackupName = "backup";
 
 [[noreturn]] void refuse(const std::string& why) {
     throw base::RunTimeError(base::errors::PermissionDenied, why);
@@ -96,13 +95,7 @@ fs::path newBackup(const Folders& folders) {
                             : hasFolder           ? folders.root
                                                   : fs::current_path();
     removeUnfinished(beside);
-    const std::string name =
-        fmt::format("{}{:%Y-%m-%d-%H%M%S}", BackupName, fmt::localtime(std::time(nullptr)));
-    fs::path path = beside / name;
-    for (int number = 2; fs::exists(path); ++number) {
-        path = beside / fmt::format("{}-{}", name, number);
-    }
-    return path;
+    return timedName(beside, BackupName);
 }
 
 /// A back-up that was broken off is removed again and never stands under its name.
