@@ -21,16 +21,16 @@ TEST_F(EditTrips, OfTheRunEditorAreFew) {
         run.edit("FAR");
         run.load();
     });
-    EXPECT_EQ(opened, 4);
+    EXPECT_EQ(opened, 3);
     EXPECT_EQ(text("Heading"), "Run FAR");
     int round = 0;
     const auto saved = tripsOf([&] {
         type("OverFill", std::to_string(++round));
         click("OK");
     });
-    EXPECT_EQ(saved, 10);
+    EXPECT_EQ(saved, 8);
     EXPECT_EQ(storedRun("OverFill", "FAR"), "2");
-    EXPECT_EQ(tripsOf([&] { click("CalcTimes"); }), 8);
+    EXPECT_EQ(tripsOf([&] { click("CalcTimes"); }), 7);
     EXPECT_THAT(titles(), testing::IsEmpty());
     const auto withWarnings = tripsOf([&] {
         type("BellTime", fmt::format("7:2{}", ++round));

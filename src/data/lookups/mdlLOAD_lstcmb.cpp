@@ -181,10 +181,12 @@ constexpr ListLookup SpecialNeeds{
     {{"Special Needs", "SpecialNeeds_Code", 1500}, Description}};
 void Load_lstSpecNeeds(QWidget& form) { load(__func__, form, "lstSpecNeeds", SpecialNeeds); }
 
-std::vector<std::string> questionsOfARun() {
+std::vector<std::string> questionsOfARun(const startup::ConnectionGlobal& connection) {
     std::vector<std::string> questions;
-    for (const auto* lookup : {&LocCodes, &RunFamilies, &Schools, &TripTypes}) {
-        questions.emplace_back(lookup->sql);
+    for (const auto* lookup : {&LocCodes, &RunFamilies, &Schools, &TripTypes, &VehTypes}) {
+        if (&lookup->connection == &connection) {
+            questions.emplace_back(lookup->sql);
+        }
     }
     return questions;
 }

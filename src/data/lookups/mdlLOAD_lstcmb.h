@@ -4,15 +4,17 @@
 #include <string>
 #include <vector>
 
+#include "startup/base/connectionglobal.h"
+
 /// Fills a form's combos and lists from the code tables. Each procedure is given the form and finds
 /// the control by its name: a multi-column combo or list gets captions, widths and one row a
 /// record, a plain combo one text a record ("12:Smith, Ann", "B7: Bus 7"). What was in the control
 /// is replaced; no row is chosen afterwards.
 namespace data {
 
-/// What Load_cmbLOCCODE, Load_cmbRunFamily, Load_cmbSchool and Load_cmbTRIPTYPE ask, for who asks
-/// all of them at once (ado::ReadAhead).
-[[nodiscard]] std::vector<std::string> questionsOfARun();
+/// What Load_cmbLOCCODE, Load_cmbRunFamily, Load_cmbSchool, Load_cmbTRIPTYPE and Load_cmbVehType
+/// ask on a connection, for who asks all of them at once (ado::ReadAhead).
+[[nodiscard]] std::vector<std::string> questionsOfARun(const startup::ConnectionGlobal& connection);
 
 void Load_cmbAid(QWidget& form);
 void Load_cmbEmployee(QWidget& form);

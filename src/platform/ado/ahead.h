@@ -17,6 +17,14 @@ struct BoundStatement {
     std::unique_ptr<store::Statement> statement;
 };
 
+/// Reads that were sent and not waited for yet.
+struct SentAhead {
+    std::vector<std::string> texts = {};
+    std::vector<BoundStatement> bound = {};
+    bool outlivesWrites = false;
+    std::unique_ptr<store::Fetch> rows = nullptr;  ///< of them; null where nothing was sent
+};
+
 /// Reads whose rows were fetched before anybody asked for them. Each is handed out once.
 class ReadsAhead : private base::NotCopied {
 public:

@@ -97,12 +97,26 @@ const store::Catalog& Connection::catalog() const {
 
 ReadAhead::ReadAhead(Connection& connection, const std::vector<std::string>& statements,
                      Until until)
-    : session_(connection.session()),
-      ticket_(openSession(connection.session()).readAhead(statements, until == Until::End)) {}
+    : ReadAhead(std::initializer_list<Reads>{{connection, statements, until}}) {}
 
-ReadAhead::~ReadAhead() {
-    if (const auto session = session_.lock()) {
-        session->dropAhead(ticket_);
+ReadAhead::ReadAhead(std::initializer_list<Reads> reads) {
+    std::vector<SentAhead> sent;
+    for (const Reads& one : reads) {
+        sent.push_back(openSession(one.connection.session())
+                           .sendAhead(one.statements, one.until == Until::End));
+    }
+    for (auto next = sent.begin(); const Reads& one : reads) {
+        const auto& session = one.connection.session();
+        kept_.emplace_back(session, session->keepAhead(std::move(*next++)));
+    }
+}
+
+ReadAhead::Kept::Kept(const std::shared_ptr<Session>& owner, std::uint64_t number)
+    : session(owner), ticket(number) {}
+
+ReadAhead::Kept::~Kept() {
+    if (const auto open = session.lock()) {
+        open->dropAhead(ticket);
     }
 }
 
@@ -110,7 +124,7 @@ CommitOnExit::CommitOnExit(Connection& connection, const UnitPlan& plan) {
     Session& session = openSession(connection.session());
     reads_ = connection.session();
     if (session.inTransaction()) {
-        ticket_ = session.readAhead(plan.reads, true);
+        ticket_ = session.keepAhead(session.sendAhead(plan.reads, true));
         return;
     }
     ticket_ = session.beginWith(plan.reads);

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
+#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -68,22 +70,33 @@ private:
 };
 
 /// Brackets reads that need nothing of each other's results: a server is asked for all of them at
-/// once. While this lives, the first recordset that is opened with exactly one of the texts has the
-/// rows that came then; without it, or from a file, it asks by itself. Raises nothing that opening
-/// the recordset would not raise.
+/// once, whichever of its connections they are for. While this lives, the first recordset that is
+/// opened with exactly one of the texts has the rows that came then; without it, or from a file, it
+/// asks by itself. Raises nothing that opening the recordset would not raise.
 class ReadAhead : private base::NotCopied {
 public:
     enum class Until {
         Write,  ///< what is not opened before the connection writes is asked for anew
         End,    ///< what is written meanwhile does not concern these rows
     };
+    struct Reads {
+        Connection& connection;
+        std::vector<std::string> statements;
+        Until until = Until::Write;
+    };
     ReadAhead(Connection& connection, const std::vector<std::string>& statements,
               Until until = Until::Write);
-    ~ReadAhead();
+    /// Each connection stands there once.
+    ReadAhead(std::initializer_list<Reads> reads);
 
 private:
-    std::weak_ptr<Session> session_;
-    std::uint64_t ticket_;
+    struct Kept : private base::NotCopied {
+        Kept(const std::shared_ptr<Session>& owner, std::uint64_t number);
+        ~Kept();
+        std::weak_ptr<Session> session;
+        std::uint64_t ticket;
+    };
+    std::list<Kept> kept_;
 };
 
 /// How a unit of work goes to a server; files do without.

@@ -101,31 +101,29 @@ std::vector<BoundStatement> Session::bound(const std::vector<std::string>& state
     return bound;
 }
 
-ReadsAhead::Ticket Session::keepAhead(const std::vector<std::string>& statements,
-                                      std::vector<BoundStatement> bound, bool outlivesWrites) {
+ReadsAhead::Ticket Session::keepAhead(SentAhead sent) {
+    if (sent.rows != nullptr) {
+        sent.rows->takeIn();
+    }
     const ReadsAhead::Ticket ticket = ahead_.newTicket();
-    for (std::size_t i = 0; i < bound.size(); ++i) {
-        ahead_.add(ticket, statements[i], std::move(bound[i]), outlivesWrites);
+    for (std::size_t i = 0; i < sent.bound.size(); ++i) {
+        ahead_.add(ticket, sent.texts[i], std::move(sent.bound[i]), sent.outlivesWrites);
     }
     return ticket;
 }
 
-ReadsAhead::Ticket Session::readAhead(const std::vector<std::string>& statements,
-                                      bool outlivesWrites) {
-    if (!database_->sendsTogether()) {
-        return 0;
-    }
-    std::vector<std::string> wanted = statements;
-    std::erase_if(wanted, [this](const std::string& one) { return ahead_.has(one); });
-    if (wanted.empty()) {
-        return 0;
+SentAhead Session::sendAhead(const std::vector<std::string>& statements, bool outlivesWrites) {
+    SentAhead sent{statements, {}, outlivesWrites};
+    std::erase_if(sent.texts, [this](const std::string& one) { return ahead_.has(one); });
+    if (sent.texts.empty() || !database_->sendsTogether()) {
+        return {};
     }
     if (!outlivesWrites) {
         writePutOff();
     }
-    std::vector<BoundStatement> reads = bound(wanted);
-    database_->fetchTogether(statementsOf(reads));
-    return keepAhead(wanted, std::move(reads), outlivesWrites);
+    sent.bound = bound(sent.texts);
+    sent.rows = database_->fetchTogether(statementsOf(sent.bound));
+    return sent;
 }
 
 bool Session::writePutOff(bool commits) {
@@ -162,7 +160,7 @@ ReadsAhead::Ticket Session::beginWith(const std::vector<std::string>& reads) {
     if (depth_ == 0 && !reads.empty() && database_->sendsTogether()) {
         std::vector<BoundStatement> statements = bound(reads);
         database_->beginWith(statementsOf(statements));
-        ticket = keepAhead(reads, std::move(statements), true);
+        ticket = keepAhead({reads, std::move(statements), true});
     } else if (depth_ == 0) {
         database_->begin();
     } else {

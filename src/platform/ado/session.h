@@ -45,9 +45,12 @@ public:
     void update(store::FetchedRow row, std::vector<store::ColumnValue> changes,
                 std::string_view source);
 
-    /// Fetches the rows of statements together where the store gains by that, for `prepareRead`.
-    [[nodiscard]] ReadsAhead::Ticket readAhead(const std::vector<std::string>& statements,
-                                               bool outlivesWrites);
+    /// Asks for the rows of statements together where the store gains by that, for `prepareRead`.
+    /// The session is not used before they are kept.
+    [[nodiscard]] SentAhead sendAhead(const std::vector<std::string>& statements,
+                                      bool outlivesWrites);
+    /// Waits for them.
+    [[nodiscard]] ReadsAhead::Ticket keepAhead(SentAhead sent);
     void dropAhead(ReadsAhead::Ticket ticket) { ahead_.drop(ticket); }
 
     /// From here to the end of the transaction writes may be put off till something is read that
@@ -83,8 +86,6 @@ private:
     bool writePutOff(bool commits);
     void ended();
     [[nodiscard]] std::vector<BoundStatement> bound(const std::vector<std::string>& statements);
-    ReadsAhead::Ticket keepAhead(const std::vector<std::string>& statements,
-                                 std::vector<BoundStatement> bound, bool outlivesWrites);
 
     std::unique_ptr<store::Database> database_;
     PlanCache plans_;

@@ -36,6 +36,7 @@ using controls::signIcon;
 using controls::Tone;
 using controls::toQt;
 using startup::gcnRouting;
+using startup::gcnTrip;
 
 constexpr auto NotFoundTitle = "Run Not Found";
 constexpr auto NotFoundText =
@@ -263,9 +264,10 @@ void Run::Form_Load() {
     const QScopedValueRollback filling(isFilling_, true);
     sizeFields(*ui_);
     arrange();
-    auto reads = isNew() ? std::vector<std::string>() : readsOf(toEdit_);
-    std::ranges::copy(data::questionsOfARun(), std::back_inserter(reads));
-    const ado::ReadAhead ahead(*gcnRouting, reads);
+    auto reads = isNew() ? RunReads() : readsOf(toEdit_);
+    std::ranges::copy(data::questionsOfARun(gcnRouting), std::back_inserter(reads.routing));
+    std::ranges::copy(data::questionsOfARun(gcnTrip), std::back_inserter(reads.trip));
+    const auto ahead = askTogether(reads);
     data::Load_cmbSchool(*this);
     data::Load_cmbTRIPTYPE(*this);
     data::Load_cmbRunFamily(*this);
@@ -288,7 +290,7 @@ void Run::openNew() {
 }
 
 void Run::openStored() {
-    const ado::ReadAhead ahead(*gcnRouting, readsOf(toEdit_));
+    const auto ahead = askTogether(readsOf(toEdit_));
     if (const auto stored = data::readRecord(*gcnRouting, runFields(), runSql(toEdit_))) {
         fill(*stored);
         buildLists();
@@ -331,7 +333,7 @@ void Run::refresh() {
         return;
     }
     const QScopedValueRollback filling(isFilling_, true);
-    const ado::ReadAhead ahead(*gcnRouting, readsOf(run()));
+    const auto ahead = askTogether(readsOf(run()));
     // A run that is gone is told when it is to be saved.
     if (const auto stored = storedRun()) {
         boxes_->refresh(*stored);
@@ -357,13 +359,16 @@ void Run::Command1_Click() {
 
 /// What is asked to show a run with its lists. Its row is asked for twice: by the fields, and for
 /// the vehicle of its route.
-std::vector<std::string> Run::readsOf(const std::string& run) const {
-    auto reads = listReads(run, directionStyle(fromQt(ui_->cmbDirType->currentText())));
-    reads.insert(reads.end(), 2, runSql(run));
-    if (run == vehicle_.run) {
-        std::ranges::copy(vehicleAndSeatsReads(), std::back_inserter(reads));
-    }
+RunReads Run::readsOf(const std::string& run) const {
+    auto reads = run == vehicle_.run ? vehicleAndSeatsReads() : RunReads();
+    std::ranges::copy(listReads(run, directionStyle(fromQt(ui_->cmbDirType->currentText()))),
+                      std::back_inserter(reads.routing));
+    reads.routing.insert(reads.routing.end(), 2, runSql(run));
     return reads;
+}
+
+ado::ReadAhead Run::askTogether(const RunReads& reads) {
+    return {{*gcnRouting, reads.routing}, {*gcnTrip, reads.trip}};
 }
 
 bool Run::isNew() const { return ui_->chkNew->isChecked(); }

@@ -123,12 +123,13 @@ private:
     void showPlace();
     void seatsChanged();
     void showTotals();
-    [[nodiscard]] std::vector<std::string> readsOf(const std::string& run) const;
+    [[nodiscard]] RunReads readsOf(const std::string& run) const;
+    [[nodiscard]] static ado::ReadAhead askTogether(const RunReads& reads);
     [[nodiscard]] std::string level() const;
     void readVehicle();
     [[nodiscard]] std::string routeVehType() const;
-    [[nodiscard]] ReadsOfCheck likelyReads() const;
-    [[nodiscard]] std::vector<std::string> vehicleAndSeatsReads() const;
+    [[nodiscard]] RunReads likelyReads() const;
+    [[nodiscard]] RunReads vehicleAndSeatsReads() const;
     void arrange();
     void refuseUnknownKey(controls::MultiColumnCombo* combo);
     void showStatus(const QString& text, bool green = false);

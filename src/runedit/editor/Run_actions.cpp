@@ -54,7 +54,7 @@ void Run::CalcTimes_Click() {
     auto anchor = entered[fromStart ? "StartTime" : "EndTime"].asDate();
     boxes_->type(fromStart ? "EndTime" : "StartTime", Calc_Times(mode, anchor, false, run()));
     {
-        const ado::ReadAhead ahead(*gcnRouting, readsOf(run()));
+        const auto ahead = askTogether(readsOf(run()));
         trap("Build_StopList", &Run::Build_StopList);
     }
     checkBell(entered);

@@ -55,9 +55,9 @@ std::string Run::routeVehType() const {
 }
 
 /// What the vehicle and the seats are looked up by, where they are found as before.
-std::vector<std::string> Run::vehicleAndSeatsReads() const {
-    auto reads = seatsReads({ui_->cmbVEHTYPE->text(), routeVehType()});
-    std::ranges::copy(routeReads(vehicle_), std::back_inserter(reads));
+RunReads Run::vehicleAndSeatsReads() const {
+    RunReads reads{seatsReads({ui_->cmbVEHTYPE->text(), routeVehType()}), vehicleReads(vehicle_)};
+    std::ranges::copy(routeReads(vehicle_), std::back_inserter(reads.routing));
     return reads;
 }
 
@@ -180,7 +180,7 @@ void Run::Build_StopList() {
     auto stops = isNew() ? StopList() : readStopList(*gcnRouting, run(), ui_->Pickup->isChecked());
     allPlaced_ = stops.unplaced.empty();
     totals_ = stops.totals;
-    const ado::ReadAhead ahead(*gcnRouting, vehicleAndSeatsReads());
+    const auto ahead = askTogether(vehicleAndSeatsReads());
     readVehicle();
     showTotals();
     const auto chosen = chosenStopTrip();

@@ -102,9 +102,7 @@ void Run::afterSaving(const data::Record& stored) {
     ui_->chkNew->setChecked(false);
     fill(stored);
     showStatus(tr("Run %1 saved.").arg(toQt(run())), true);
-    const auto likely = likelyReads();
-    const ado::ReadAhead ofTrip(*startup::gcnTrip, likely.trip, ado::ReadAhead::Until::End);
-    const ado::ReadAhead ofRouting(*gcnRouting, likely.routing);
+    const auto ahead = askTogether(likelyReads());
     std::ignore = unlessLocked({"Run Not Checked", fmt::format(NotCheckedText, run())}, [this] {
         trap("CheckRun", [this] { checkRunOfAnyLength(run(), "Y"); });
     });
@@ -112,7 +110,7 @@ void Run::afterSaving(const data::Record& stored) {
 }
 
 /// What the checks ask where the vehicle is the one that is shown.
-ReadsOfCheck Run::likelyReads() const {
+RunReads Run::likelyReads() const {
     auto found = vehicle_;
     if (!found.hasVehicle()) {
         found.vehType = ui_->cmbVEHTYPE->text();

@@ -19,6 +19,12 @@ struct ValidationDatabases {
     ado::Connection& trip;
 };
 
+/// What is asked of each of them, for who asks several questions at once (ado::ReadAhead).
+struct RunReads {
+    std::vector<std::string> routing = {};
+    std::vector<std::string> trip = {};
+};
+
 /// What the checks know of the run itself. A run that is not stored (any more) is one without
 /// vehicle and bell.
 struct CheckedRun {

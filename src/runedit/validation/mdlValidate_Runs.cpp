@@ -249,9 +249,9 @@ std::string CheckRun(const std::string& Run, std::int64_t IntRouteID, bool ShowM
     });
 }
 
-ReadsOfCheck readsOfCheck(const CheckedRun& foundBefore) {
+RunReads readsOfCheck(const CheckedRun& foundBefore) {
     const std::string& run = foundBefore.run;
-    ReadsOfCheck reads{{DistrictSql, countSql(run), runSql(run)}, vehicleReads(foundBefore)};
+    RunReads reads{{DistrictSql, countSql(run), runSql(run)}, vehicleReads(foundBefore)};
     std::ranges::copy(routeReads(foundBefore), std::back_inserter(reads.routing));
     if (!base::trim(foundBefore.vehType).empty()) {
         reads.routing.push_back(capacitySql(foundBefore.vehType));

@@ -42,10 +42,6 @@ std::string checkRunOfAnyLength(const std::string& run, const std::string& switc
 
 /// What it asks before it begins to check, as far as the run is found as before: for who asks
 /// several questions at once (ado::ReadAhead).
-struct ReadsOfCheck {
-    std::vector<std::string> routing;
-    std::vector<std::string> trip;
-};
-[[nodiscard]] ReadsOfCheck readsOfCheck(const CheckedRun& foundBefore);
+[[nodiscard]] RunReads readsOfCheck(const CheckedRun& foundBefore);
 
 }  // namespace runedit

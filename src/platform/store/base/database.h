@@ -109,6 +109,15 @@ struct Write {
     Statement* statement = nullptr;
 };
 
+/// Rows on their way from a server, which is asked nothing else before they are taken in. Who lets
+/// go of them before that gives the connection up, and what was under way on it.
+class Fetch {
+public:
+    virtual ~Fetch() = default;
+    /// Waits for them, once. What fails is asked for again when it is stepped, and raised there.
+    virtual void takeIn() = 0;
+};
+
 /// A function that SQL may call by name. Arguments come as they are stored. A RunTimeError that it
 /// raises fails the statement and arrives where the statement was run.
 struct Function {
@@ -166,16 +175,19 @@ public:
     // A server's answer takes a while, however little is asked. What needs no other's result goes
     // there together; where nothing is gained by that, none of this is called.
     [[nodiscard]] virtual bool sendsTogether() const { return false; }
-    /// Fetches the rows of bound statements. What fails is asked for again when it is stepped, and
-    /// raised there.
-    virtual void fetchTogether(std::span<Statement* const>) {}
+    /// Asks for the rows of bound statements; null where nothing is sent together. They and the
+    /// database outlive what is returned.
+    [[nodiscard]] virtual std::unique_ptr<Fetch> fetchTogether(std::span<Statement* const>) {
+        return nullptr;
+    }
     /// The same with `begin`, behind its lock.
     virtual void beginWith(std::span<Statement* const>) { begin(); }
     /// Writes in the given order inside a transaction, and commits it where that is asked for.
     /// False where a row is not as it was fetched or a statement fails: then none of them is done,
     /// and the transaction is open as it was before. Raises what `commit` raises.
     virtual bool writeTogether(std::span<const Write>, bool) { return false; }
-    /// How often an answer was waited for since it was opened.
+    /// How often an answer was waited for since it was opened. What was on its way while something
+    /// else was waited for, of whichever database, does not count.
     [[nodiscard]] virtual std::int64_t roundTrips() const { return 0; }
 
     // One row of a table, by its key. Values are stored as they are given. `update` and `remove` do

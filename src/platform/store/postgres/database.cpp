@@ -114,6 +114,24 @@ void giveOut(std::span<Statement* const> statements, std::vector<Result> answers
     }
 }
 
+/// Reads that a link has sent.
+class SentReads final : public Fetch {
+public:
+    SentReads(Link& link, std::span<Statement* const> reads)
+        : link_(link), reads_(reads.begin(), reads.end()) {
+        link_.sendReads(callsOf(reads_));
+    }
+    ~SentReads() override { link_.giveUpReads(); }
+    SentReads(const SentReads&) = delete;
+    SentReads& operator=(const SentReads&) = delete;
+
+    void takeIn() override { giveOut(reads_, link_.collectReads()); }
+
+private:
+    Link& link_;
+    std::vector<Statement*> reads_;
+};
+
 }  // namespace
 
 PostgresDatabase::PostgresDatabase(const std::string& path, int lockTimeoutMs,
@@ -211,8 +229,8 @@ std::int64_t PostgresDatabase::execute(std::string_view sql) {
     return link_.changedRows();
 }
 
-void PostgresDatabase::fetchTogether(std::span<Statement* const> reads) {
-    giveOut(reads, link_.readTogether(callsOf(reads)));
+std::unique_ptr<Fetch> PostgresDatabase::fetchTogether(std::span<Statement* const> reads) {
+    return std::make_unique<SentReads>(link_, reads);
 }
 
 void PostgresDatabase::beginWith(std::span<Statement* const> reads) {

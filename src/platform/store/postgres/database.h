@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::int64_t changeMark() const override;
 
     [[nodiscard]] bool sendsTogether() const override { return true; }
-    void fetchTogether(std::span<Statement* const> reads) override;
+    [[nodiscard]] std::unique_ptr<Fetch> fetchTogether(std::span<Statement* const> reads) override;
     void beginWith(std::span<Statement* const> reads) override;
     bool writeTogether(std::span<const Write> writes, bool commits) override;
     [[nodiscard]] std::int64_t roundTrips() const override { return link_.roundTrips(); }

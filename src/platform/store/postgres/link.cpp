@@ -18,8 +18,8 @@ const std::string Release = "RELEASE SAVEPOINT vireo_statement";
 const std::string Undo = "ROLLBACK TO SAVEPOINT vireo_statement; RELEASE SAVEPOINT vireo_statement";
 const std::string Begin = "BEGIN";
 const std::string Commit = "COMMIT";
-/// What goes to the server together finds rows by their keys, so that one plan does for all of them:
-/// the server would plan anew each time, which takes longer than the reading.
+/// What goes to the server together finds rows by their keys, so that one plan does for all of
+/// them: the server would plan anew each time, which takes longer than the reading.
 const std::string PlanOnce = "SELECT set_config('plan_cache_mode', 'force_generic_plan', true)";
 /// The number in the server's own books is asked for while the lock is taken, since after a commit
 /// that was lost on its way only that tells what became of the unit.
@@ -42,6 +42,12 @@ constexpr std::string_view Setup =
 std::size_t firstFault(const std::vector<Result>& answers) {
     const auto failed = std::ranges::find_if(answers, isFault, &Result::get);
     return static_cast<std::size_t>(failed - answers.begin());
+}
+
+/// How often this thread has waited for a server, whichever.
+std::int64_t& waitsOfThread() {
+    thread_local std::int64_t waits = 0;
+    return waits;
 }
 
 /// Turns a switch off when it ends.
@@ -72,6 +78,7 @@ void Link::connect() {
     {
         isWaiting_ = true;
         const Ended ended{isWaiting_};
+        countTrip();
         connection_ = connected(place_.connection);
     }
     if (connection_ == nullptr) {
@@ -212,12 +219,20 @@ bool Link::send(const Command& command) const {
 
 /// What the forms do under a wait may ask the server something on the same connection.
 void Link::startAsking() {
-    ++roundTrips_;
-    if (isWaiting_) {
+    if (isWaiting_ || reads_) {
         throw StoreError(Fault::Locked,
                          fmt::format("The server of \"{}\" has not answered yet.", source_.path));
     }
     isCancelled_ = false;
+    waitsBefore_ = waitsOfThread();
+}
+
+/// What was on its way while the thread waited for something else costs no round trip of its own.
+void Link::countTrip() {
+    if (waitsBefore_ == waitsOfThread()) {
+        ++waitsOfThread();
+        ++roundTrips_;
+    }
 }
 
 /// A change that stands for itself is either made or not, and the server may say so in the moment
@@ -258,21 +273,30 @@ Result Link::lastAnswer() {
 
 Result Link::exec(const std::string& statements) {
     startAsking();
+    countTrip();
     return library().sendQuery(connection_.get(), statements.c_str()) == 1 ? lastAnswer() : nullptr;
 }
 
 /// Sends the commands together; an answer to each, none where the connection was lost.
 Link::Answers Link::exchange(std::span<const Command> commands) {
+    return dispatch(commands) ? receive(commands.size()) : Answers(commands.size());
+}
+
+bool Link::dispatch(std::span<const Command> commands) {
     startAsking();
-    Answers answers(commands.size());
     if (commands.size() == 1) {
-        answers.front() = send(commands.front()) ? lastAnswer() : nullptr;
-        return answers;
+        return send(commands.front());
     }
-    PGconn* connection = connection_.get();
-    if (library().enterPipelineMode(connection) != 1 ||
-        !std::ranges::all_of(commands, [this](const Command& one) { return send(one); }) ||
-        library().pipelineSync(connection) != 1) {
+    return library().enterPipelineMode(connection_.get()) == 1 &&
+           std::ranges::all_of(commands, [this](const Command& one) { return send(one); }) &&
+           library().pipelineSync(connection_.get()) == 1;
+}
+
+Link::Answers Link::receive(std::size_t count) {
+    countTrip();
+    Answers answers(count);
+    if (count == 1) {
+        answers.front() = lastAnswer();
         return answers;
     }
     for (Result& one : answers) {
@@ -283,7 +307,7 @@ Link::Answers Link::exchange(std::span<const Command> commands) {
     }
     const Result sync = answer();
     if (!isGivenUp_) {
-        library().exitPipelineMode(connection);
+        library().exitPipelineMode(connection_.get());
     }
     return answers;
 }
@@ -467,23 +491,39 @@ void Link::committed(PGresult* answer) {
     }
 }
 
-Link::Answers Link::readTogether(std::span<const Call> reads) {
+void Link::sendReads(std::span<const Call> reads) {
     if (!inUnit_) {
         makeReady();
     }
-    Sending sending(prepared_);
-    sending.add(inUnit_ ? Savepoint : PlanOnce);
-    sending.add(reads);
+    auto sending = std::make_unique<Sending>(prepared_);
+    sending->add(inUnit_ ? Savepoint : PlanOnce);
+    sending->add(reads);
     if (inUnit_) {
-        sending.add(Release);
+        sending->add(Release);
     }
-    Answers answers = exchange(sending.commands());
+    areReadsSent_ = dispatch(sending->commands());
+    reads_ = std::move(sending);
+}
+
+void Link::giveUpReads() noexcept {
+    if (reads_) {
+        reads_.reset();
+        cancel(connection_.get());
+        lose();
+        connection_.reset();
+    }
+}
+
+Link::Answers Link::collectReads() {
+    const auto sending = std::exchange(reads_, nullptr);
+    const std::size_t count = sending->commands().size();
+    Answers answers = areReadsSent_ ? receive(count) : Answers(count);
     const std::size_t failed = firstFault(answers);
     if (failed == answers.size()) {
-        sending.ran();
-        return sending.ofCalls(std::move(answers));
+        sending->ran();
+        return sending->ofCalls(std::move(answers));
     }
-    sending.failed(answers);
+    sending->failed(answers);
     if (isLost(connection_.get(), answers[failed].get())) {
         raiseIfUnitIsLost();
         if (isGivenUp_) {

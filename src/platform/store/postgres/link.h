@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,8 +40,12 @@ public:
     /// Several statements without parameters at once, outside a unit or as a part of it.
     void script(const std::string& statements);
 
-    /// Runs reads in one round trip; their answers, or none at all where one of them failed.
-    [[nodiscard]] std::vector<Result> readTogether(std::span<const Call> reads);
+    /// Sends reads together. Nothing else can be asked before they are collected or given up.
+    void sendReads(std::span<const Call> reads);
+    /// Waits for them; their answers, or none at all where one of them failed.
+    [[nodiscard]] std::vector<Result> collectReads();
+    /// Does nothing where they are collected; otherwise the connection is given up with them.
+    void giveUpReads() noexcept;
     /// Runs writes of a unit in one round trip, with its commit where that is asked for. False
     /// where one of them failed: then none of them is done and the unit goes on.
     [[nodiscard]] bool writeTogether(std::span<const Call> writes, bool commits);
@@ -60,7 +65,7 @@ public:
     void setFiles(std::vector<std::string> files);
 
     [[nodiscard]] std::int64_t changedRows() const { return changedRows_; }
-    /// How often an answer was waited for.
+    /// How often an answer was waited for that another wait of this thread had not left time for.
     [[nodiscard]] std::int64_t roundTrips() const { return roundTrips_; }
     /// Forgets a prepared statement.
     void release(const Query& query) { prepared_.release(query); }
@@ -85,6 +90,9 @@ private:
     void takePlace();
     [[nodiscard]] std::vector<std::string> settings() const;
     [[nodiscard]] Answers exchange(std::span<const Command> commands);
+    [[nodiscard]] bool dispatch(std::span<const Command> commands);
+    [[nodiscard]] Answers receive(std::size_t count);
+    void countTrip();
     /// The next answer; null where the user did not wait for it.
     [[nodiscard]] Result answer();
     [[nodiscard]] Result lastAnswer();
@@ -110,6 +118,8 @@ private:
     std::optional<OwnBackend> own_;
     PreparedNames prepared_;
     Query lock_;
+    std::unique_ptr<Sending> reads_;  ///< that are not collected yet
+    bool areReadsSent_ = false;
     std::vector<std::string> files_;
     std::vector<std::string> applied_;  ///< settings as the connection has them
     Durability durability_ = Durability::PowerCut;
@@ -123,6 +133,7 @@ private:
     std::string unit_;         ///< the server's number of the unit
     std::int64_t changedRows_ = 0;
     std::int64_t roundTrips_ = 0;
+    std::int64_t waitsBefore_ = 0;  ///< of the thread, when something was sent last
 };
 
 }  // namespace store::postgres

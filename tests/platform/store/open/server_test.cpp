@@ -169,6 +169,31 @@ TEST_F(Server, LetsOneProgramAtATimeIntoAUnit) {
     other->rollback();
 }
 
+TEST_F(Server, ReadsOnSeveralConnectionsAreUnderWayTogether) {
+    const auto other = store::open(path);
+    static_cast<void>(other->execute("SELECT pg_advisory_lock(1)"));
+    const auto takes = database->prepare("SELECT 7 FROM pg_advisory_lock(1)");
+    const auto frees = other->prepare("SELECT pg_advisory_unlock(1)");
+    std::vector<store::Statement*> one{takes.get()};
+    std::vector<store::Statement*> two{frees.get()};
+    const auto before = database->roundTrips() + other->roundTrips();
+    const auto first = database->fetchTogether(one);
+    const auto second = other->fetchTogether(two);
+    EXPECT_EQ(refusalOf([&] { return cell("SELECT 1"); }).fault(), Fault::Locked);
+    first->takeIn();  // the second one frees what it waits for
+    second->takeIn();
+    EXPECT_TRUE(takes->step() && takes->integer(0) == 7 && frees->step());
+    EXPECT_EQ(database->roundTrips() + other->roundTrips(), before + 1);
+
+    database->begin();
+    insert("R1", 1);
+    const auto never = database->prepare("SELECT 7 FROM pg_sleep(60)");
+    one.front() = never.get();
+    database->fetchTogether(one).reset();
+    EXPECT_FALSE(database->inTransaction()) << "it went with the connection";
+    EXPECT_EQ(cell("SELECT count(*) FROM STOPS"), "0");
+}
+
 TEST_F(Server, ConnectsAnewAfterTheConnectionWasLost) {
     insert("R1", 1);
     const auto kept = database->prepare("SELECT count(*) FROM \"STOPS\"");
