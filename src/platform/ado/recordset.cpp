@@ -306,7 +306,7 @@ std::string_view Field::textView() const {
     Recordset::State_& state = owner_->open();
     const store::ColumnKind kind = state.kind(index_);
     const store::Statement* row = state.untouchedRow();
-    if (row != nullptr && (kind == store::ColumnKind::Code || kind == store::ColumnKind::Text)) {
+    if (row != nullptr && store::isText(kind)) {
         return row->text(index_);
     }
     const store::Cell cell = state.cell(index_);

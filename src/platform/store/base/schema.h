@@ -18,6 +18,10 @@ enum class ColumnKind {
     Counter,  ///< generated whole number, never 0, never used again
 };
 
+[[nodiscard]] constexpr bool isText(ColumnKind kind) {
+    return kind == ColumnKind::Code || kind == ColumnKind::Text;
+}
+
 /// One column. `name` is written as the table's owner writes it and matched without case.
 struct Column {
     std::string name;

@@ -31,17 +31,13 @@ void append(std::vector<Parameter>& parameters, const std::vector<ColumnValue>& 
 
 Parameter keyOf(const base::Value& key) { return untyped(key, ColumnKind::Integer); }
 
-bool isText(const Column& column) {
-    return column.kind == ColumnKind::Code || column.kind == ColumnKind::Text;
-}
-
 /// " WHERE rowid = ? AND …" for the row as it was fetched. Letter case counts here, unlike in a
 /// planner's comparison.
 std::string whereFetched(const FetchedRow& row) {
     std::string text = fmt::format(" WHERE {} = ?", row.table->rowKey);
     for (const ColumnValue& item : row.values) {
         text += fmt::format(" AND {}{} IS NOT DISTINCT FROM ?", quoted(item.column->name),
-                            isText(*item.column) ? " COLLATE \"C\"" : "");
+                            isText(item.column->kind) ? " COLLATE \"C\"" : "");
     }
     return text;
 }
@@ -115,7 +111,7 @@ std::string updateManyText(const FetchedRow& row, const std::vector<ColumnValue>
     for (const ColumnValue& item : row.values) {
         conditions +=
             fmt::format(" AND \"now\".{}{} IS NOT DISTINCT FROM {}", quoted(item.column->name),
-                        isText(*item.column) ? " COLLATE \"C\"" : "", add(*item.column));
+                        isText(item.column->kind) ? " COLLATE \"C\"" : "", add(*item.column));
     }
     return fmt::format(
         "UPDATE {} AS \"now\" SET {} FROM unnest({}) AS \"given\"({}) WHERE \"now\".{} = "

@@ -77,13 +77,12 @@ void checkReference(store::Database& database, const Reference& reference, Check
         return;
     }
     const auto kind = database.catalog().find(table)->find(column)->kind;
-    const bool isText = kind == store::ColumnKind::Code || kind == store::ColumnKind::Text;
     report.add(findingOf(
         database, fmt::format("{} ({}.{})", what, table, column),
         fmt::format("SELECT c.\"{1}\", COUNT(*) FROM \"{0}\" AS c LEFT JOIN \"{2}\" AS p"
                     " ON p.\"{3}\" = c.\"{1}\" WHERE p.\"{3}\" IS NULL AND c.\"{1}\" IS NOT NULL"
                     " AND c.\"{1}\" NOT IN ({4}) GROUP BY c.\"{1}\"",
-                    table, column, parent, key, isText ? "'', ' '" : "0")));
+                    table, column, parent, key, store::isText(kind) ? "'', ' '" : "0")));
 }
 
 /// A file of ours guards its keys itself; one that another tool made may not.
