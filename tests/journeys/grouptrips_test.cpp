@@ -7,7 +7,9 @@
 #include "groupops/deadhead/districtdeadhead.h"
 #include "groupops/groupchange/runchange.h"
 #include "platform/ado/recordset.h"
+#include "platform/store/open/open.h"
 #include "support/errors.h"
+#include "support/impatience.h"
 #include "support/rows.h"
 
 namespace {
@@ -59,6 +61,20 @@ TEST_F(GroupTrips, OfARouteAreTwo) {
     constexpr std::int64_t OfTwoRoutes = 2 + 2;
     EXPECT_EQ(all, Once + OfTwoRoutes);
     EXPECT_EQ(storedRun("DEADHEAD_BEFORE_TIME", "FAR"), "7");
+}
+
+TEST_F(GroupTrips, AreGivenUpOnce) {
+    support::FakeProgress silent;
+    const auto other = store::open(store::pathIn(startup::gDataPath, "DEADCROSS.mdb"));
+    other->begin();
+    other->execute("LOCK TABLE DEADHEAD_CROSS");
+    const support::Impatience impatience;
+    EXPECT_EQ(
+        support::errorOf([&] {
+            groupops::calculateAllRoutes({*gcnRouting, *startup::gcnDeadCross}, false, silent);
+        }),
+        store::numberOf(store::Fault::GivenUp));
+    EXPECT_EQ(impatience.told, 1);
 }
 
 /// Writes to three runs one after the other, of which another planner changes the second meanwhile.

@@ -77,12 +77,7 @@ bool GroupLoop::turn(const std::function<void()>& work, const Statements& reads)
 }
 
 bool GroupLoop::tried(const std::function<void()>& work, const Statements& reads) {
-    try {
-        return work_.unit(work, reads);
-    } catch (const std::exception& fault) {
-        tellFault(fault);
-        throw;
-    }
+    return told([&] { return work_.unit(work, reads); });
 }
 
 void GroupLoop::tellFault(const std::exception& fault) const {

@@ -71,6 +71,8 @@ private:
     bool turn(const std::function<void()>& work, const Statements& reads);
     bool wholly(const std::function<void()>& work, const Statements& reads);
     bool tried(const std::function<void()>& work, const Statements& reads);
+    template <class Work>
+    auto told(Work work) const;
     void tellFault(const std::exception& fault) const;
     bool goOnWaiting();
     void count(std::optional<LeftOut> left);
@@ -83,6 +85,17 @@ private:
     std::string status_;
     std::string atHand_;
 };
+
+/// Tells the planner of what a work raises.
+template <class Work>
+auto GroupLoop::told(Work work) const {
+    try {
+        return work();
+    } catch (const std::exception& fault) {
+        tellFault(fault);
+        throw;
+    }
+}
 
 template <class Items, class Unit, class Status, class Reads>
 bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling telling,
@@ -97,7 +110,7 @@ bool GroupLoop::forEach(const Items& items, Unit unit, Status status, Telling te
         }
         std::optional<LeftOut> left;
         atHand_.clear();
-        if (!turn([&] { left = unit(item); }, reads(item))) {
+        if (!turn([&] { left = unit(item); }, told([&] { return reads(item); }))) {
             return false;
         }
         if (telling == Telling::Done) {

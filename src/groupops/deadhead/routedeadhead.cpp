@@ -222,8 +222,11 @@ void RouteCalculation::readTravelOf(std::span<const RouteKey> routes) {
     }
     try {
         readLegs(legsOf(data_.routing, routes, gap_));
-    } catch (const base::RunTimeError&) {
+    } catch (const base::RunTimeError& fault) {  // each route meets it again, and tells it
         known_.clear();
+        if (fault.number() == store::numberOf(store::Fault::GivenUp)) {
+            throw;
+        }
     }
 }
 

@@ -12,11 +12,11 @@
 #include <gtest/gtest.h>
 
 #include "plainfile.h"
-#include "platform/base/ports.h"
 #include "platform/store/base/copying.h"
 #include "platform/store/base/database.h"
 #include "platform/store/base/location.h"
 #include "platform/store/open/open.h"
+#include "support/impatience.h"
 #include "support/privateserver.h"
 #include "support/temporaryfolder.h"
 #include "tables.h"
@@ -282,23 +282,6 @@ TEST_F(Server, TellsWhatOthersHaveWrittenAndNothingOfItsOwn) {
     waitFor([&] { return look().areAllTold && told.size() == 4; });
 }
 
-/// A user who gives up as soon as a wait is told.
-class Impatience {
-public:
-    Impatience() {
-        base::ports().waitBox = [](const std::string&) { return std::make_unique<Box>(); };
-    }
-    ~Impatience() { base::ports().waitBox = former_; }
-    Impatience(const Impatience&) = delete;
-    Impatience& operator=(const Impatience&) = delete;
-
-private:
-    struct Box : base::WaitBox {
-        bool goesOn() override { return false; }
-    };
-    decltype(base::Ports::waitBox) former_ = base::ports().waitBox;
-};
-
 /// A program of the server's that hangs.
 class Hanging {
 public:
@@ -316,7 +299,7 @@ private:
 TEST_F(Server, ThatHangsIsWaitedForAsLongAsTheUserLikes) {
     const std::string master = tell("SELECT split_part(pg_read_file('postmaster.pid'), E'\\n', 1)");
     const auto backend = [&] { return cell("SELECT pg_backend_pid()"); };
-    const Impatience impatience;
+    const support::Impatience impatience;
     const auto givenUp = [&](const std::string& program, const std::function<void()>& act) {
         const Hanging hanging(program);
         const auto error = refusalOf(act);
