@@ -95,11 +95,9 @@ std::string missing(const OpenLeg& open, ado::Connection& routing) {
 }  // namespace
 
 void resetDeadHead(ado::Connection& routing) {
-    ado::CommitOnExit unit(routing);
-    routing.Execute(ResetRuns);
-    routing.Execute(ResetRoutes);
-    routing.Execute(CalculationIsDue);
-    unit.commit();
+    for (const auto* statement : {ResetRuns, ResetRoutes, CalculationIsDue}) {
+        routing.executeUncounted(statement);
+    }
 }
 
 DeadHeadOutcome calculateAllRoutes(const DeadHeadData& data, bool reset,

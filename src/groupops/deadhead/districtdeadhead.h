@@ -27,7 +27,7 @@ struct DeadHeadOutcome : Outcome {
 };
 
 /// Marks the dead-head of every run as not calculated, every route as failed and a calculation as
-/// due, in one transaction. Raises store::StoreError.
+/// due, as a part of the caller's unit of work. Raises store::StoreError.
 void resetDeadHead(ado::Connection& routing);
 
 /// Calculates every route in the order of the route ids; a route with its mark is one unit of work,
