@@ -121,6 +121,19 @@ TEST_F(Import, WritesTheSameRowsOnAServer) {
     importBoth(FirstDay);
     importBoth({{"runs.csv", "run,active,description\n101-AM,no,It's \"é\" \\ ? $1\n"},
                 {"run_stops.csv", "run,stop,seq,time\n101-AM,S2,1,7:01\n101-AM,OAKSTOP,2,\n"}});
+    options_.map = temporary_.write("sis.map", R"([Sis.txt as students]
+separator = |
+student = No
+last_name = Who before "'\"
+first_name = Who after "'\"
+school: d'Été; -- ? $1 = OAK
+school: * = ELM
+)");
+    importBoth(
+        {{"Sis.txt", "No|Who|School\n20|O'Neill'\\Zażółć|D'Été; -- ? $1\n21|Ng|DROP TABLE\n"}});
+    EXPECT_EQ(rows("SELECT STUID, LASTNAME, FIRSTNAME, SCHOOL FROM STUDENT WHERE STUID > '19'"),
+              "20|O'Neill|Zażółć|OAK / 21|Ng||ELM");
+    options_.map.clear();
     options_.rules.replaced = {"RUN"};
     options_.rules.rollOver = base::Date::of(2026, 6, 30);
     importBoth({{"runs.csv", "run,trip_type\n102-PM,PM\n"}, {"students.csv", "student\n17\n"}});
