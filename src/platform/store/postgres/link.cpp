@@ -13,14 +13,8 @@ namespace store::postgres {
 
 namespace {
 
-const std::string Savepoint = "SAVEPOINT vireo_statement";
-const std::string Release = "RELEASE SAVEPOINT vireo_statement";
 const std::string Undo = "ROLLBACK TO SAVEPOINT vireo_statement; RELEASE SAVEPOINT vireo_statement";
-const std::string Begin = "BEGIN";
-const std::string Commit = "COMMIT";
-/// What goes to the server together finds rows by their keys, so that one plan does for all of
-/// them: the server would plan anew each time, which takes longer than the reading.
-const std::string PlanOnce = "SELECT set_config('plan_cache_mode', 'force_generic_plan', true)";
+constexpr auto Commit = "COMMIT";
 /// The number in the server's own books is asked for while the lock is taken, since after a commit
 /// that was lost on its way only that tells what became of the unit.
 const std::string Lock =
@@ -316,12 +310,12 @@ Result Link::once(Query& query, const std::vector<Parameter>& parameters) {
     const bool isGuarded = inUnit_ && !query.isControl;
     Sending sending(prepared_);
     if (isGuarded) {
-        sending.add(Savepoint);
+        sending.addBracket(brackets_.savepoint);
     }
     sending.add({&query, &parameters});
     const std::size_t wanted = sending.commands().size() - 1;
     if (isGuarded) {
-        sending.add(Release);
+        sending.addBracket(brackets_.release);
     }
     Answers answers = exchange(sending.commands());
     const std::size_t failed = firstFault(answers);
@@ -391,7 +385,7 @@ Result Link::run(const std::string& sql, const std::vector<Parameter>& parameter
 Link::Begun Link::tryToBegin(std::span<const Call> reads) {
     const std::vector<Parameter> file{{place_.file, 0}};
     Sending sending(prepared_);
-    sending.add(Begin);
+    sending.addBracket(brackets_.begin);
     sending.add({&lock_, &file});
     const std::size_t lockPlace = sending.commands().size() - 1;
     sending.add(reads);
@@ -496,10 +490,10 @@ void Link::sendReads(std::span<const Call> reads) {
         makeReady();
     }
     auto sending = std::make_unique<Sending>(prepared_);
-    sending->add(inUnit_ ? Savepoint : PlanOnce);
+    sending->addBracket(inUnit_ ? brackets_.savepoint : brackets_.planOnce);
     sending->add(reads);
     if (inUnit_) {
-        sending->add(Release);
+        sending->addBracket(brackets_.release);
     }
     areReadsSent_ = dispatch(sending->commands());
     reads_ = std::move(sending);
@@ -549,15 +543,15 @@ bool Link::writeTogether(std::span<const Call> writes, bool commits) {
     const bool isWhole = commits && !hasWritten_;
     Sending sending(prepared_);
     if (!isWhole) {
-        sending.add(Savepoint);
+        sending.addBracket(brackets_.savepoint);
     }
     sending.add(writes);
     if (!isWhole) {
-        sending.add(Release);
+        sending.addBracket(brackets_.release);
     }
     const std::size_t commitPlace = sending.commands().size();
     if (commits) {
-        sending.add(Commit);
+        sending.addBracket(brackets_.commit);
     }
     const Answers answers = exchange(sending.commands());
     const std::size_t failed = firstFault(answers);

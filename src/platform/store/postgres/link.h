@@ -117,6 +117,16 @@ private:
     Connection connection_;
     std::optional<OwnBackend> own_;
     PreparedNames prepared_;
+    /// What stands around the calls of an exchange, prepared like these.
+    struct Brackets {
+        Query begin{"BEGIN"};
+        Query commit{"COMMIT"};
+        Query savepoint{"SAVEPOINT vireo_statement"};
+        Query release{"RELEASE SAVEPOINT vireo_statement"};
+        /// What goes to the server together finds rows by their keys, so that one plan does for all
+        /// of them: the server would plan anew each time, which takes longer than the reading.
+        Query planOnce{"SELECT set_config('plan_cache_mode', 'force_generic_plan', true)"};
+    } brackets_;
     Query lock_;
     std::unique_ptr<Sending> reads_;  ///< that are not collected yet
     bool areReadsSent_ = false;

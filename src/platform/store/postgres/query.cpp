@@ -149,9 +149,7 @@ void PreparedNames::release(const Query& query) {
     }
 }
 
-void Sending::add(const std::string& statement) {
-    commands_.push_back({Command::Kind::Run, &statement, nullptr, &NoParameters});
-}
+void Sending::addBracket(Query& query) { send({&query, &NoParameters}); }
 
 void Sending::add(std::span<const Call> calls) {
     for (const Call& call : calls) {
@@ -160,8 +158,12 @@ void Sending::add(std::span<const Call> calls) {
 }
 
 void Sending::add(const Call& call) {
+    send(call);
+    calls_.push_back(commands_.size() - 1);
+}
+
+void Sending::send(const Call& call) {
     const std::string* name = preparedName(call);
-    calls_.push_back(commands_.size());
     commands_.push_back(
         name == nullptr ? Command{Command::Kind::Run, &call.query->sql, nullptr, call.parameters}
                         : Command{Command::Kind::RunPrepared, name, nullptr, call.parameters});
@@ -170,8 +172,7 @@ void Sending::add(const Call& call) {
 /// The name that the query is run by, which goes to the server first where it is new; null where it
 /// is not worth one.
 const std::string* Sending::preparedName(const Call& call) {
-    Query::Form* form =
-        call.query->isControl ? nullptr : call.query->formOf(typesOf(*call.parameters));
+    Query::Form* form = call.query->formOf(typesOf(*call.parameters));
     if (form == nullptr) {
         return nullptr;
     }

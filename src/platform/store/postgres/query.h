@@ -89,8 +89,8 @@ class Sending {
 public:
     explicit Sending(PreparedNames& names) : names_(names) {}
 
-    /// A statement without parameters, which outlives this.
-    void add(const std::string& statement);
+    /// A statement without parameters that is none of the calls.
+    void addBracket(Query& query);
     void add(const Call& call);
     void add(std::span<const Call> calls);
 
@@ -109,6 +109,7 @@ private:
         std::string name;
     };
     Taking& taking(Query::Form& form);
+    void send(const Call& call);
     const std::string* preparedName(const Call& call);
 
     PreparedNames& names_;
