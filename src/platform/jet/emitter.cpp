@@ -46,6 +46,22 @@ void asExpr(const Output& output, Expr& expr) {
     expr.valueKind = output.column->kind;
 }
 
+/// Whether a condition holds for one value of the column only. Texts that count as equal may differ
+/// in the table, unless they are codes, and so may blank ones.
+bool isGiven(const store::Column& column, const Expr& condition) {
+    if (condition.kind == ExprKind::And) {
+        return std::ranges::any_of(condition.children,
+                                   [&](const ExprPtr& child) { return isGiven(column, *child); });
+    }
+    if (condition.kind != ExprKind::Compare || condition.op != Operator::Equal) {
+        return false;
+    }
+    const Expr& left = *condition.children.front();
+    const Expr& right = *condition.children.back();
+    return isColumn(left) && left.scope == 0 && left.column == &column &&
+           column.kind != ColumnKind::Text && isLiteral(right) && !right.facts.blank;
+}
+
 }  // namespace
 
 void Emitter::emit(const Statement& statement) {
@@ -86,12 +102,23 @@ void Emitter::emitSelect(const Select& select, Results results, const Targets* t
     if (!ranks) {
         emitOrder(select);
         const bool isSeen = results == Results::WithKeys || select.top;
-        if (dialect_.isStrict && isSeen && !goesOnWithTies(select)) {
+        if (dialect_.isStrict && isSeen && !isOneRow(select) && !goesOnWithTies(select)) {
             emitOwnOrder(select, order.steps);
         }
         emitLimit(select);
     }
     scopes_.pop_back();
+}
+
+/// Whether the row is found by the whole key of the only table.
+bool Emitter::isOneRow(const Select& select) {
+    if (select.sources.size() != 1 || select.grouped() || !select.where) {
+        return false;
+    }
+    const store::Table& table = *select.sources.front().table;
+    return !table.key.empty() && std::ranges::all_of(table.key, [&](const std::string& name) {
+        return isGiven(*table.find(name), *select.where);
+    });
 }
 
 /// Whether no two rows stand at one place of the order.

@@ -61,6 +61,7 @@ private:
     // statements
     void emitSelect(const Select& select, Results results, const Targets* targets = nullptr);
     [[nodiscard]] static bool isOrderUnique(const Select& select);
+    [[nodiscard]] static bool isOneRow(const Select& select);
     void emitLimit(const Select& select);
     void emitParts(const Source& source);
     void emitJoined(const Statement& statement);

@@ -59,6 +59,27 @@ TEST(Rules, AKeySearchUsesItsIndex) {
               std::string::npos);
 }
 
+TEST(Rules, OneRowIsNotSortedByTheServer) {
+    store::Catalog server(store::Engine::Postgres);
+    for (const store::Table& table : sharedDistrict().catalog().tables()) {
+        server.add(table);
+    }
+    const auto isSorted = [&](const std::string& from) {
+        return translate("SELECT * FROM " + from, server).text.find("ORDER BY") !=
+               std::string::npos;
+    };
+    for (const char* one : {"RUN WHERE RUN.RUN = 'R1'", "STOP WHERE INT_STOPID = 1",
+                            "RUN WHERE ACTIVE = True AND RUN.RUN = 'R1'"}) {
+        EXPECT_FALSE(isSorted(one)) << one;
+    }
+    for (const char* many : {"RUN", "RUN WHERE RUN.RUN = ' '", "RUN WHERE RUN.RUN <> 'R1'",
+                             "RUN WHERE NOT RUN.RUN = 'R1'",
+                             "RUN WHERE RUN.RUN = 'R1' OR RUN.RUN = 'R2'", "RUN WHERE SCHOOL = 'A'",
+                             "RUN, STOP WHERE RUN.RUN = 'R1'", "RUN WHERE RUN.RUN = SCHOOL"}) {
+        EXPECT_TRUE(isSorted(many)) << many;
+    }
+}
+
 TEST(Rules, ResultsKnowWhereTheirColumnsComeFrom) {
     const Translation result = translate(
         "SELECT STOP_TRIPTYPE.*, S.StopId AS Stop, 1+1, Trim(S.ADDR1) FROM STOP_TRIPTYPE INNER "
