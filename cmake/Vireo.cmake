@@ -46,19 +46,20 @@ define_property(GLOBAL PROPERTY VIREO_TARGETS)
 
 # A folder is a room. Its targets are named after its path below src/: `runedit_map` is the core of
 # src/runedit/map, `runedit_map_forms` holds its forms. A header belongs to the target that compiles
-# the source of the same name; HEADERS names those that have none.
+# the source of the same name; HEADERS names those that have none. HOT is what benches found slower
+# with less than all optimisation.
 
 # vireo_core(SOURCES ... HEADERS ... LINK ...): the room's library without a widget.
 function(vireo_core)
-  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "HOT" "" "SOURCES;HEADERS;LINK" ${ARGN})
   _vireo_room_path(name)
   _vireo_library(${name} SOURCES ${ARG_SOURCES} HEADERS ${ARG_HEADERS} LINK ${ARG_LINK})
+  set_target_properties(${name} PROPERTIES VIREO_HOT ${ARG_HOT})
 endfunction()
 
 # vireo_forms(SOURCES ... HEADERS ... UI ... LINK ...): the room's library of forms or controls.
-# With PAINTS it is optimised as far as can be.
 function(vireo_forms)
-  cmake_parse_arguments(ARG "PAINTS" "" "SOURCES;HEADERS;UI;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "HOT" "" "SOURCES;HEADERS;UI;LINK" ${ARGN})
   _vireo_room_path(name)
   if(NOT name MATCHES "_forms$")
     string(APPEND name _forms)
@@ -79,19 +80,20 @@ function(vireo_forms)
     endif()
   endforeach()
   target_sources(${name} PRIVATE ${wrapped})
-  set_target_properties(${name} PROPERTIES VIREO_PAINTS ${ARG_PAINTS})
+  set_target_properties(${name} PROPERTIES VIREO_HOT ${ARG_HOT})
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
 endfunction()
 
 # Headers that most rooms read, compiled once: the library's for cores, with some of the toolkit's for
 # cores that use it, with its widgets' for forms. The sources include what they use all the same;
-# clang-tidy compiles them without. What shares them is optimised alike: forms spend their time in the
-# toolkit and are optimised little, which takes a quarter of the compiler's time away.
+# clang-tidy compiles them without. What shares them is optimised alike: what has to do with the toolkit
+# spends its time there and is optimised little, and all but what is HOT less than it could be, which
+# takes a quarter of the compiler's time away.
 function(vireo_share_headers)
   set(common <algorithm> <array> <chrono> <cstdint> <functional> <map> <memory> <optional> <span>
       <string> <string_view> <utility> <variant> <vector> <fmt/format.h>)
   _vireo_headers(core_headers OPTIMISE -O2 HEADERS ${common} LINK fmt::fmt)
-  _vireo_headers(qt_headers OPTIMISE -O2
+  _vireo_headers(qt_headers OPTIMISE -O1
     HEADERS ${common} <QByteArray> <QDir> <QFile> <QString> <QStringList>
     LINK fmt::fmt Qt6::Core)
   _vireo_headers(forms_headers OPTIMISE -O1
@@ -103,8 +105,8 @@ function(vireo_share_headers)
   foreach(target IN LISTS targets)
     get_target_property(linked ${target} LINK_LIBRARIES)
     _vireo_with_linked("${linked}" all)
-    get_target_property(paints ${target} VIREO_PAINTS)
-    if(paints)
+    get_target_property(hot ${target} VIREO_HOT)
+    if(hot)
       continue()
     elseif("Qt6::Widgets" IN_LIST all)
       set(headers forms_headers)
