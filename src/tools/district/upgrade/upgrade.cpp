@@ -80,9 +80,10 @@ private:
 
 /// Those that a kill left behind.
 void removeUnfinished(const fs::path& beside) {
+    const std::string start = fmt::format("{}-", BackupName);
     for (const auto& entry : fs::directory_iterator(beside)) {
         const std::string name = entry.path().filename().string();
-        if (name.starts_with(BackupName) && name.find(".making-") != std::string::npos) {
+        if (name.starts_with(start) && name.find(".making-") != std::string::npos) {
             fs::remove_all(entry.path());
         }
     }

@@ -275,6 +275,7 @@ TEST_F(Upgrade, AKillLeavesEveryFileAsBeforeOrAsAfterAndASecondRunEndsTheWork) {
     const auto kill = [&](int atLine, unsigned microseconds) {
         fs::remove_all(folders.root);
         copyTo(folders, root_);
+        fs::create_directory(folders.root / "backups.making-1");  // somebody else's
         const bool wasKilled = killedUpgrade(folders, atLine, microseconds);
         if (atLine > 0) {
             EXPECT_TRUE(wasKilled);
@@ -285,6 +286,7 @@ TEST_F(Upgrade, AKillLeavesEveryFileAsBeforeOrAsAfterAndASecondRunEndsTheWork) {
         upgraded(folders);
         EXPECT_TRUE(isSound(folders)) << atLine << ' ' << microseconds;
         EXPECT_THAT(backups(folders), testing::Each(testing::Not(HasSubstr(".making-"))));
+        EXPECT_TRUE(fs::exists(folders.root / "backups.making-1"));
         return wasKilled;
     };
     for (int line = 1; line <= 7; ++line) {
