@@ -221,7 +221,7 @@ void carryOverAll(const Folders& from, const Folders& to, const std::vector<fs::
 /// Under a name that nothing has yet; of its owner only.
 std::string keepFormer(const Folders& from, const Folders& to,
                        const std::vector<fs::path>& beside) {
-    const std::string name = timedName(from.root, "backup").filename().string();
+    std::string name = timedName(from.root, "backup").filename().string();
     for (const fs::path& file : replacedFiles(from, beside)) {
         const fs::path kept = to.root / name / file.lexically_relative(from.root);
         fs::create_directories(kept.parent_path());
