@@ -19,6 +19,7 @@ void onInterrupt(int /*signal*/) { interrupted = 1; }
 
 void throwIfInterrupted() {
     if (interrupted != 0) {
+        interrupted = 0;
         throw Interrupted{};
     }
 }
