@@ -22,7 +22,7 @@ QImage paper() {
     return image;
 }
 
-map::Scene oneRun() {
+map::Scene runWithAWayBack() {
     map::DrawnRun run{.legs = {{.line = {{-1000, -600}, {-1000, 600}, {1000, 600}}},
                                {.line = {{1000, 600}, {1000, -600}}, .isEmpty = true}}};
     run.stops.push_back({.at = {-980, -600}, .onStreet = geo::Feet{-1000, -600}, .number = "1"});
@@ -32,7 +32,7 @@ map::Scene oneRun() {
 TEST(Recording, PaintedAgainIsThePictureThatWasPainted) {
     const auto ground = map::streetGround(support::inventedCity(12), {});
     const auto paint = [&](QPainter& painter) {
-        map::paintMap(painter, *ground, oneRun(), map::lightTheme(),
+        map::paintMap(painter, *ground, runWithAWayBack(), map::lightTheme(),
                       map::Camera({0, 0}, 6, {600, 300}));
     };
     QImage direct = paper();

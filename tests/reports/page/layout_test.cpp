@@ -264,7 +264,7 @@ TEST(List, CanBeReadWhileItIsLaidOutAndSaysWhenThereIsNothing) {
                 testing::Contains("Nothing found."));
 }
 
-TEST(Sheets, CountTheirPagesEachForItselfAndRepeatTheRun) {
+TEST(SheetPages, CountTheirPagesEachForItselfAndRepeatTheRun) {
     Invented content(Form::Sheet);
     for (const int stops : {3, 60}) {
         content.items.emplace_back(
@@ -311,7 +311,7 @@ struct Square : Drawable {
     [[nodiscard]] std::string attribution() const override { return "© Somebody"; }
 };
 
-TEST(Sheets, HaveTheirMapBehindTheLastLineWhereThereIsRoomForIt) {
+TEST(SheetPages, HaveTheirMapBehindTheLastLineWhereThereIsRoomForIt) {
     for (int stops = 0; stops <= 150; stops += 3) {
         Invented content(Form::Sheet);
         content.items.emplace_back(SheetHead{"107", "School", "", "Bus 7", "", {}});
