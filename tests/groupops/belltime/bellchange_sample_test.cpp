@@ -1,6 +1,7 @@
 // Bell changes of a whole school of the sample district, and all that they move.
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 
 #include <fmt/format.h>
@@ -97,8 +98,9 @@ TEST(School, TheForecastIsWhatIsWritten) {
         groupops::BellChange change{groups, {}, method};
         for (int group = 1; group <= groups.count(); ++group) {
             const auto bell = base::Date::parse(groups[group].bellTime);
-            change.newBells.push_back(bell ? std::optional(bell->plusSeconds(group % 3 * 300))
-                                           : std::nullopt);
+            change.newBells.push_back(
+                bell ? std::optional(bell->plusSeconds(group % 3 * std::int64_t{300}))
+                     : std::nullopt);
         }
         std::vector<std::string> foretold;
         for (const auto& group : groupops::BellForecaster(routing, groups).forecast(change)) {

@@ -1,5 +1,8 @@
 #include "groupops/belltime/bellchange.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "../groupsupport.h"
 #include "startup/base/session.h"
 #include "support/districtsession.h"
@@ -34,9 +37,7 @@ protected:
     }
     groupops::Outcome change(const std::vector<const char*>& bells, const BellMethod& method) {
         std::vector<std::optional<Date>> times;
-        for (const auto* bell : bells) {
-            times.push_back(Date::parse(bell));
-        }
+        std::ranges::transform(bells, std::back_inserter(times), Date::parse);
         return changeTo(times, method);
     }
     static std::string times(const std::string& run) {
@@ -70,7 +71,7 @@ TEST_F(BellChangeTest, FromTheStartTheAnchorBecomesTheStart) {
 // What is stored are times of day, whichever day the arithmetic has come to.
 TEST_F(BellChangeTest, OverMidnightTheDayStays) {
     const Date late = Date::timeOfDay(23, 55);
-    changeTo({std::nullopt, late.plusSeconds(20 * 60)}, {.fromEnd = true});
+    changeTo({std::nullopt, late.plusSeconds(1200)}, {.fromEnd = true});
     EXPECT_EQ(times("101-AM"), "12:15:00 AM|11:50:00 PM|12:00:00 AM");
     changeTo({std::nullopt, late}, {.gap = BellMethod::Gap::FixedMinutes});
     EXPECT_EQ(times("101-AM"), "11:55:00 PM|11:55:00 PM|12:05:00 AM");

@@ -56,8 +56,10 @@ protected:
         return std::string(runedit::runOfLine(list));
     }
     std::vector<std::string> states() {
+        const int count = list("RunStates").rows();
         std::vector<std::string> rows;
-        for (int i = 0; i < list("RunStates").rows(); ++i) {
+        rows.reserve(count);
+        for (int i = 0; i < count; ++i) {
             rows.push_back(Controls::row("RunStates", i));
         }
         return rows;

@@ -1,5 +1,7 @@
 #include "startup/forms/trappedform.h"
 
+#include <utility>
+
 #include <QPushButton>
 
 #include "platform/base/error.h"
@@ -19,7 +21,8 @@ void writes() { gcnRouting->Execute("UPDATE RUN SET DESCRIPTION='written' WHERE 
 /// A form whose procedures do what a test says.
 class AnyForm : public TrappedForm {
 public:
-    AnyForm(AfterError after, Action load) : TrappedForm("AnyForm", nullptr, after), load_(load) {
+    AnyForm(AfterError after, Action load)
+        : TrappedForm("AnyForm", nullptr, after), load_(std::move(load)) {
         go_.setObjectName("Go");
         go_.setParent(this);
         on(&go_, &QPushButton::clicked, "Go_Click", [this] { click(); });
