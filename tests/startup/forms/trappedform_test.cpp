@@ -1,8 +1,7 @@
 #include "startup/forms/trappedform.h"
 
-#include <utility>
-
 #include <QPushButton>
+#include <utility>
 
 #include "platform/base/error.h"
 #include "startup/base/mdlDBConnection.h"
